@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Numbers as text and back, the same under every process locale.
+namespace kelvinbar {
+
+/// `number` with exactly `decimals` (0 to 3) digits after a point, correctly rounded from the exact binary
+/// value, ties to the even digit: what C's "%.*f" prints under the "C" locale ("-0", "inf", "-inf" and "nan"
+/// included).
+std::string fixedText(double number, int decimals);
+
+/// How far `number` is from the nearest whole number (halves count as away from zero). NaN for infinities.
+double distanceFromWhole(double number);
+
+/// "%.0f" within 0.005 of a whole number, otherwise "%.2f": the text of a raw controller or registry value.
+std::string plainNumberText(double number);
+
+/// The number at the front of `text`, after white space: sign, decimal digits, point, exponent; what follows
+/// is ignored. 0 when there is no number, plus or minus infinity when it is too large for a double.
+double leadingNumber(std::string_view text);
+
+} // namespace kelvinbar

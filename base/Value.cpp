@@ -1,0 +1,37 @@
+#include "base/Value.h"
+
+#include <algorithm>
+
+namespace kelvinbar {
+
+std::optional<double> numberIn(const Value& value) {
+    if (const auto* number = std::get_if<double>(&value)) return *number;
+    if (const auto* number = std::get_if<std::int64_t>(&value)) return static_cast<double>(*number);
+    return std::nullopt;
+}
+
+Dictionary::Dictionary(std::initializer_list<Entry> entries) {
+    reserve(entries.size());
+    for (const Entry& entry : entries) set(entry.first, entry.second);
+}
+
+void Dictionary::set(std::string_view key, Value value) {
+    const auto found = std::ranges::find(entries_, key, &Entry::first);
+    if (found == entries_.end()) {
+        append(key, std::move(value));
+    } else {
+        found->second = std::move(value);
+    }
+}
+
+const Value* Dictionary::find(std::string_view key) const {
+    const auto found = std::ranges::find(entries_, key, &Entry::first);
+    return found == entries_.end() ? nullptr : &found->second;
+}
+
+std::string Dictionary::textOr(std::string_view key, std::string_view fallback) const {
+    const auto* text = find<std::string>(key);
+    return text == nullptr ? std::string(fallback) : *text;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,194 @@
+#include "platform/replay/SnapshotParser.h"
+
+#include "base/NumberText.h"
+#include "base/Text.h"
+#include "smc/SMCKeyText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <unordered_set>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr std::string_view title = "Kelvinbar snapshot";
+constexpr std::size_t maximumBytes = 32;
+
+/// A line's fields. Name and value may hold tabs of their own, so fields are cut from both ends.
+struct Fields {
+    std::string_view key;
+    std::string_view type;
+    std::string_view name;
+    std::string_view value;
+    std::string_view raw;
+};
+
+/// Text before the first `separator`, which `rest` loses with it; all of it when there is none.
+std::string_view takeUntil(std::string_view& rest, char separator) {
+    const std::size_t end = std::min(rest.find(separator), rest.size());
+    const std::string_view part = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    return part;
+}
+
+std::optional<Fields> splitFields(std::string_view line) {
+    constexpr std::string_view marker = "\tRAW=";
+    const std::size_t markerAt = line.rfind(marker);
+    if (markerAt == std::string_view::npos) return std::nullopt;
+    Fields fields;
+    fields.raw = line.substr(markerAt + marker.size());
+    std::string_view rest = line.substr(0, markerAt);
+    if (!contains(rest, "\t")) return std::nullopt; // no type
+    fields.key = takeUntil(rest, '\t');
+    fields.type = takeUntil(rest, '\t');
+    const std::size_t valueTab = rest.rfind('\t');
+    fields.name = rest.substr(0, std::min(valueTab, rest.size()));
+    fields.value = valueTab == std::string_view::npos ? std::string_view() : rest.substr(valueTab + 1);
+    return fields;
+}
+
+std::optional<std::vector<std::uint8_t>> bytesOfHex(std::string_view hex) {
+    if (hex.size() % 2 != 0) return std::nullopt;
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(hex.size() / 2);
+    for (std::size_t at = 0; at < hex.size(); at += 2) {
+        const int high = hexDigitValue(hex[at]);
+        const int low = hexDigitValue(hex[at + 1]);
+        if (high < 0 || low < 0) return std::nullopt;
+        bytes.push_back(static_cast<std::uint8_t>(high * 16 + low));
+    }
+    return bytes;
+}
+
+template <typename Number>
+std::optional<Number> wholeNumber(std::string_view text) {
+    Number number = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool complete = error == std::errc() && stop == text.data() + text.size();
+    return complete ? std::optional(number) : std::nullopt;
+}
+
+std::optional<int> thermalStateNamed(std::string_view text) {
+    constexpr std::array<std::string_view, 4> states{"Nominal", "Fair", "Serious", "Critical"};
+    const auto* const found = std::ranges::find(states, text);
+    if (found == states.end()) return std::nullopt;
+    return static_cast<int>(found - states.begin());
+}
+
+bool isHeaderLine(std::string_view line) {
+    return line.starts_with("Generated:") || line.starts_with("Active keys:");
+}
+
+/// A line without its line end; the line feed has been cut off.
+std::string_view withoutCarriageReturns(std::string_view line) {
+    while (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+/// `text` from the line after the title on, and that line's number; all of it when no line is the title.
+std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    std::string_view rest = text;
+    for (std::size_t number = 2; !rest.empty(); ++number) {
+        if (trimmed(takeUntil(rest, '\n')) == title) return {rest, number};
+    }
+    return {text, 1};
+}
+
+/// Turns lines into the recorded machine; each `take…` gives the reason why it could not.
+class Recorder {
+  public:
+    void take(std::string_view line, std::size_t lineNumber) {
+        const std::string reason = takeLine(line, lineNumber);
+        if (reason.empty()) {
+            ++parsed_.machine.usedLines;
+        } else {
+            parsed_.problems.push_back({lineNumber, reason});
+        }
+    }
+
+    ParsedSnapshot finish() && { return std::move(parsed_); }
+
+  private:
+    std::string takeLine(std::string_view line, std::size_t lineNumber) {
+        const auto fields = splitFields(line);
+        if (!fields) return "not a reading (key, type, name, value and RAW=, separated by tabs)";
+        if (!isPrintableSMCKey(fields->key)) return "the key is not four printable characters";
+        if (fields->type == "ioreg") return takeFan(*fields, lineNumber);
+        if (fields->type == "native") return takeFact(*fields);
+        return takeKey(*fields);
+    }
+
+    std::string takeKey(const Fields& fields) {
+        if (fields.type.size() > 4) return "the type is longer than four characters";
+        auto bytes = bytesOfHex(trimmed(fields.raw));
+        if (!bytes) return "the bytes after RAW= are not pairs of hex digits";
+        if (bytes->empty()) return "there are no bytes after RAW=";
+        if (bytes->size() > maximumBytes) return "there are more than 32 bytes after RAW=";
+        const std::uint32_t code = packedSMCKey(fields.key);
+        if (!seenKeys_.insert(code).second) return repeatedKey(fields);
+        std::string type(fields.type);
+        type.resize(4, '\0');
+        parsed_.machine.keys.push_back({code, packedSMCKey(type), *std::move(bytes)});
+        return {};
+    }
+
+    std::string takeFan(const Fields& fields, std::size_t lineNumber) {
+        std::string_view speed = trimmed(fields.value);
+        if (speed.ends_with("RPM")) speed = trimmed(speed.substr(0, speed.size() - 3));
+        if (speed.empty()) return "the fan has no speed";
+        if (!seenFans_.insert(packedSMCKey(fields.key)).second) return repeatedKey(fields);
+        parsed_.machine.fans.push_back({lineNumber, std::string(fields.key), std::string(fields.name),
+                                        std::string(speed), std::string(fields.raw)});
+        return {};
+    }
+
+    std::string takeFact(const Fields& fields) {
+        if (!seenFacts_.insert(packedSMCKey(fields.key)).second) return repeatedKey(fields);
+        RecordedFacts& facts = parsed_.machine.facts;
+        const std::string_view value = trimmed(fields.value.empty() ? fields.raw : fields.value);
+        if (fields.key == "NCPU") {
+            facts.processorModel = value;
+        } else if (fields.key == "NCOR") {
+            facts.activeProcessors = wholeNumber<int>(value.substr(0, value.find('.')));
+            if (!facts.activeProcessors) return "the number of cores is not a whole number";
+        } else if (fields.key == "NRAM") {
+            facts.physicalMemory = wholeNumber<std::uint64_t>(trimmed(fields.raw));
+            if (!facts.physicalMemory) return "the memory after RAW= is not a whole number of bytes";
+        } else if (fields.key == "NTHR") {
+            facts.thermalState = thermalStateNamed(value);
+        } else if (fields.key == "NLPM") {
+            facts.lowPowerMode = value == "Enabled";
+        } else if (fields.key != "NARC") { // the architecture is a fixed text
+            return "no system fact has the key " + std::string(fields.key);
+        }
+        return {};
+    }
+
+    static std::string repeatedKey(const Fields& fields) {
+        return "the key " + std::string(fields.key) + " came before; the first line counts";
+    }
+
+    ParsedSnapshot parsed_;
+    std::unordered_set<std::uint32_t> seenKeys_;
+    std::unordered_set<std::uint32_t> seenFans_;
+    std::unordered_set<std::uint32_t> seenFacts_;
+};
+
+} // namespace
+
+ParsedSnapshot parseSnapshot(std::string_view text) {
+    Recorder recorder;
+    auto [rest, lineNumber] = afterTitle(text);
+    for (; !rest.empty(); ++lineNumber) {
+        const std::string_view line = withoutCarriageReturns(takeUntil(rest, '\n'));
+        if (!trimmed(line).empty() && !isHeaderLine(line)) recorder.take(line, lineNumber);
+    }
+    return std::move(recorder).finish();
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,20 @@
+#include "resources/SampleMachines.h"
+
+#include <array>
+
+namespace kelvinbar {
+
+extern const std::string_view intelNotebookText;
+extern const std::string_view appleSiliconDesktopText;
+extern const std::string_view amdPcText;
+
+std::span<const SampleMachine> sampleMachines() {
+    static const std::array samples{
+        SampleMachine{"intel-notebook", intelNotebookText},
+        SampleMachine{"apple-silicon-desktop", appleSiliconDesktopText},
+        SampleMachine{"amd-pc", amdPcText},
+    };
+    return samples;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,101 @@
+#include "smc/NativeMacSupport.h"
+
+#include "base/NumberText.h"
+#include "base/Text.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Set before the first pass begins and not while one runs.
+std::shared_ptr<const SystemInformation>& currentSystem() {
+    static std::shared_ptr<const SystemInformation> system;
+    return system;
+}
+
+SMCReading textReading(std::string_view key, std::string_view name, SMCCategory category,
+                       const std::string& value) {
+    return {.key = std::string(key),
+            .name = std::string(name),
+            .category = category,
+            .type = "native",
+            .value = value,
+            .numericValue = std::nullopt,
+            .unit = "",
+            .raw = value,
+            .status = "OK"};
+}
+
+std::optional<SMCReading> cpuModel() {
+    auto model = NativeMacSupport::sysctlString("machdep.cpu.brand_string");
+    if (!model) model = NativeMacSupport::sysctlString("hw.model");
+    if (!model) return std::nullopt;
+    return textReading("NCPU", "CPU Model", SMCCategory::cpu, *model);
+}
+
+std::optional<SMCReading> activeCores(int count) {
+    if (count < 1) return std::nullopt;
+    SMCReading reading = textReading("NCOR", "Active CPU Cores", SMCCategory::cpu, fixedText(count, 0));
+    reading.numericValue = count;
+    reading.raw = fixedText(count, 1);
+    return reading;
+}
+
+std::optional<SMCReading> physicalMemory(std::uint64_t bytes) {
+    if (bytes == 0) return std::nullopt;
+    const double gibibytes = static_cast<double>(bytes) / 1073741824.0;
+    SMCReading reading =
+        textReading("NRAM", "Physical Memory", SMCCategory::memory, fixedText(gibibytes, 1));
+    reading.numericValue = gibibytes;
+    reading.unit = "GB";
+    reading.raw = std::to_string(bytes);
+    return reading;
+}
+
+std::string thermalStateText(int state) {
+    constexpr std::array<std::string_view, 4> texts{"Nominal", "Fair", "Serious", "Critical"};
+    const bool known = state >= 0 && static_cast<std::size_t>(state) < texts.size();
+    return std::string(known ? texts.at(static_cast<std::size_t>(state)) : "Unknown");
+}
+
+} // namespace
+
+std::vector<SMCReading> NativeMacSupport::readings() {
+    const auto& system = currentSystem();
+    if (system == nullptr) return {};
+    std::vector<SMCReading> readings;
+    const auto keep = [&](std::optional<SMCReading> reading) {
+        if (reading && reading->hasDisplayableValue()) readings.push_back(*std::move(reading));
+    };
+    keep(cpuModel());
+    keep(textReading("NARC", "Architecture", SMCCategory::cpu, "Apple Silicon"));
+    keep(activeCores(system->activeProcessorCount()));
+    keep(physicalMemory(system->physicalMemory()));
+    keep(textReading("NTHR", "macOS Thermal State", SMCCategory::thermal,
+                     thermalStateText(system->thermalState())));
+    keep(textReading("NLPM", "Low Power Mode", SMCCategory::power,
+                     system->isLowPowerModeEnabled() ? "Enabled" : "Disabled"));
+    return readings;
+}
+
+std::optional<std::string> NativeMacSupport::sysctlString(std::string_view name) {
+    const auto& system = currentSystem();
+    if (system == nullptr) return std::nullopt;
+    const auto bytes = system->systemBytes(name);
+    if (!bytes || bytes->size() < 2) return std::nullopt;
+    const std::string text = bytes->substr(0, bytes->find('\0'));
+    const std::string_view value = trimmed(text);
+    if (value.empty() || !isValidUtf8(value)) return std::nullopt;
+    return std::string(value);
+}
+
+void NativeMacSupport::useSystem(std::shared_ptr<const SystemInformation> system) {
+    currentSystem() = std::move(system);
+}
+
+} // namespace kelvinbar

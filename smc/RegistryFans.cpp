@@ -1,0 +1,234 @@
+#include "smc/RegistryFans.h"
+
+#include "base/NumberText.h"
+#include "base/Text.h"
+#include "smc/SMCKeyText.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <mutex>
+#include <unordered_set>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr std::chrono::seconds cacheLifetime{15};
+constexpr std::size_t maximumEntries = 4096;
+constexpr std::size_t maximumFans = 16;
+constexpr double maximumSpeed = 30000;
+
+/// The process-wide cache; `monitor` guards every field.
+struct FanCache {
+    std::mutex monitor;
+    std::shared_ptr<IORegistry> registry;
+    std::shared_ptr<const MonotonicClock> clock;
+    std::optional<std::vector<SMCKeyResult>> superIOFanCache;
+    std::chrono::nanoseconds superIOFanCacheDate{0};
+};
+
+FanCache& fanCache() {
+    static FanCache cache;
+    return cache;
+}
+
+bool containsAny(std::string_view text, std::span<const std::string_view> parts) {
+    return std::ranges::any_of(parts, [&](std::string_view part) { return contains(text, part); });
+}
+
+/// A name as the registry's fixed buffer of 128 bytes holds it, terminating zero included.
+std::string nameBufferText(const std::string& name) {
+    constexpr std::size_t room = 127;
+    return name.substr(0, std::min(name.find('\0'), room));
+}
+
+/// What is asked of an entry once, however many properties it has.
+struct EntryIdentity {
+    std::string className;
+    std::string name;
+    bool isSensorDriver = false;
+};
+
+bool describesSensorDriver(std::string_view description) {
+    constexpr std::array<std::string_view, 7> words{
+        "smcsuperio", "superio", "fakesmc", "hwsensors", "lpcsensors", "acpisensors", "virtualsmc",
+    };
+    return containsAny(asciiLowercased(description), words);
+}
+
+EntryIdentity identityOf(const IORegistryEntry& entry) {
+    EntryIdentity identity{nameBufferText(entry.className()), nameBufferText(entry.name())};
+    std::string description = identity.className + " " + identity.name;
+    for (const std::string_view property : {"compatible", "model"}) {
+        const std::string text = registryStringValue(entry, property);
+        if (!text.empty()) description.append(" ").append(text);
+    }
+    identity.isSensorDriver = describesSensorDriver(description);
+    return identity;
+}
+
+/// Whether a property may hold a fan speed by its name. Outside sensor drivers many properties speak of fans
+/// without being speeds.
+bool namesAFan(std::string_view property, bool onSensorDriver) {
+    if (!stringContainsFanHint(property)) return false;
+    return onSensorDriver || property.starts_with("FAN") || property.starts_with("Fan") ||
+           property.starts_with("fan");
+}
+
+/// The first two bytes, in the byte order in which they are a likely fan speed; big-endian when neither is.
+double likelySpeed(std::uint8_t first, std::uint8_t second) {
+    const unsigned bigEndian = first * 256U + second;
+    const unsigned littleEndian = second * 256U + first;
+    const auto likely = [](unsigned speed) { return speed >= 80 && speed <= 25000; };
+    return !likely(bigEndian) && likely(littleEndian) ? littleEndian : bigEndian;
+}
+
+std::optional<double> numberInData(const Data& data) {
+    if (data.empty()) return std::nullopt;
+    return data.size() == 1 ? data[0] : likelySpeed(data[0], data[1]);
+}
+
+std::optional<double> positiveNumberInText(std::string_view text) {
+    const double number = leadingNumber(text);
+    return number > 0 ? std::optional(number) : std::nullopt;
+}
+
+std::optional<double> candidateSpeed(const Value& value) {
+    if (const auto* data = std::get_if<Data>(&value)) return numberInData(*data);
+    if (const auto* text = std::get_if<std::string>(&value)) return positiveNumberInText(*text);
+    return numberIn(value);
+}
+
+std::string hexadecimal(std::uint64_t number) {
+    std::array<char, 17> buffer{};
+    const int length =
+        std::snprintf(buffer.data(), buffer.size(), "%llX", static_cast<unsigned long long>(number));
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+/// One walk over the registry.
+class FanWalk {
+  public:
+    [[nodiscard]] bool isFull() const { return fans_.size() >= maximumFans; }
+
+    void visit(const IORegistryEntry& entry) {
+        const EntryIdentity identity = identityOf(entry);
+        const auto properties = entry.properties();
+        if (!properties) return;
+        for (const auto& [name, value] : *properties) {
+            if (namesAFan(name, identity.isSensorDriver)) take(identity, name, value);
+        }
+    }
+
+    std::vector<SMCKeyResult> finish() && { return std::move(fans_); }
+
+  private:
+    void take(const EntryIdentity& identity, const std::string& property, const Value& value) {
+        const auto speed = fanSpeed(value);
+        if (!speed) return;
+        const std::string identification =
+            identity.className + ":" + identity.name + ":" + property + ":" + fixedText(*speed, 0);
+        if (seen_.insert(identification).second) {
+            fans_.push_back(fanResult(property, value, *speed, fans_.size()));
+        }
+    }
+
+    std::unordered_set<std::string> seen_;
+    std::vector<SMCKeyResult> fans_;
+};
+
+std::optional<std::vector<SMCKeyResult>> walkRegistry(IORegistry& registry) {
+    const auto entries = registry.iterateRecursively("IOService");
+    if (entries == nullptr) return std::nullopt;
+    FanWalk walk;
+    for (std::size_t visited = 0; visited < maximumEntries && !walk.isFull(); ++visited) {
+        const IORegistryEntry* const entry = entries->next();
+        if (entry == nullptr) break;
+        walk.visit(*entry);
+    }
+    return std::move(walk).finish();
+}
+
+} // namespace
+
+std::vector<SMCKeyResult> cachedRegistryFans() {
+    FanCache& cache = fanCache();
+    std::shared_ptr<IORegistry> registry;
+    std::shared_ptr<const MonotonicClock> clock;
+    {
+        const std::lock_guard lock(cache.monitor);
+        registry = cache.registry;
+        clock = cache.clock;
+        if (registry == nullptr || clock == nullptr) return {};
+        if (cache.superIOFanCache && clock->now() - cache.superIOFanCacheDate < cacheLifetime) {
+            return *cache.superIOFanCache;
+        }
+    }
+    auto fans = walkRegistry(*registry);
+    if (!fans) return {};
+    const std::lock_guard lock(cache.monitor);
+    cache.superIOFanCache = fans;
+    cache.superIOFanCacheDate = clock->now();
+    return *std::move(fans);
+}
+
+bool stringContainsFanHint(std::string_view text) {
+    constexpr std::array<std::string_view, 7> hints{"fan", "tach", "rpm", "f0ac", "f1ac", "f2ac", "f3ac"};
+    return containsAny(asciiLowercased(text), hints);
+}
+
+std::string registryStringValue(const IORegistryEntry& entry, std::string_view name) {
+    return entry.textProperty(name).value_or("");
+}
+
+std::optional<double> fanSpeed(const Value& value) {
+    const auto speed = candidateSpeed(value);
+    const bool plausible = speed && std::isfinite(*speed) && *speed >= 0 && *speed <= maximumSpeed;
+    return plausible ? speed : std::nullopt;
+}
+
+std::string fanRawText(const Value& value) {
+    if (const auto* data = std::get_if<Data>(&value)) return hexString(*data);
+    if (const auto* text = std::get_if<std::string>(&value)) return *text;
+    if (const auto* number = std::get_if<std::int64_t>(&value)) {
+        return hexadecimal(static_cast<std::uint64_t>(*number));
+    }
+    if (const auto* number = std::get_if<double>(&value)) {
+        return hexadecimal(static_cast<std::uint64_t>(*number));
+    }
+    return "";
+}
+
+SMCKeyResult fanResult(std::string_view propertyName, const Value& value, double speed, std::size_t index) {
+    constexpr std::size_t lastNumberedFan = 9;
+    const bool nameIsKey = isPrintableSMCKey(propertyName) && propertyName.starts_with('F');
+    SMCKeyResult result;
+    result.reserve(10);
+    result.append("key", nameIsKey ? std::string(propertyName)
+                                   : "FAN" + std::to_string(std::min(index, lastNumberedFan)));
+    result.append("type", "ioreg");
+    result.append("value", plainNumberText(speed));
+    result.append("numericValue", speed);
+    result.append("raw", fanRawText(value));
+    result.append("size", std::int64_t{0});
+    result.append("status", "OK");
+    result.append("name", nameIsKey || propertyName.empty() ? "Fan " + std::to_string(index)
+                                                            : std::string(propertyName));
+    result.append("category", "Fans");
+    result.append("unit", "RPM");
+    return result;
+}
+
+void useRegistry(std::shared_ptr<IORegistry> registry, std::shared_ptr<const MonotonicClock> clock) {
+    FanCache& cache = fanCache();
+    const std::lock_guard lock(cache.monitor);
+    cache.registry = std::move(registry);
+    cache.clock = std::move(clock);
+    cache.superIOFanCache.reset();
+}
+
+} // namespace kelvinbar

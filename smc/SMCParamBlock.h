@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace kelvinbar {
+
+/// The parameter block of every SMC call, input and output alike: 80 bytes on the wire to the driver.
+/// Integers are in the host's order, which is little-endian on every machine that has the driver.
+struct SMCParamBlock {
+    std::uint32_t key = 0; ///< key code, first character in the most significant byte
+    std::uint8_t versMajor = 0;
+    std::uint8_t versMinor = 0;
+    std::uint8_t versBuild = 0;
+    std::uint8_t versReserved = 0;
+    std::uint16_t versRelease = 0;
+    std::uint16_t padding10 = 0;
+    std::uint16_t pLimitVersion = 0;
+    std::uint16_t pLimitLength = 0;
+    std::uint32_t cpuPLimit = 0;
+    std::uint32_t gpuPLimit = 0;
+    std::uint32_t memPLimit = 0;
+    std::uint32_t dataSize = 0;      ///< number of value bytes; 1 to 32 are accepted
+    std::uint32_t dataType = 0;      ///< type code, packed like `key`
+    std::uint8_t dataAttributes = 0; ///< carried, not interpreted
+    std::array<std::uint8_t, 3> padding37{};
+    std::uint8_t result = 0;    ///< the controller's own result; 0 is success
+    std::uint8_t smcStatus = 0; ///< not interpreted
+    std::uint8_t command = 0;   ///< an SMCCommand
+    std::uint8_t padding43 = 0;
+    std::uint32_t data32 = 0; ///< the key's index, for SMCCommand::keyByIndex
+    std::array<std::uint8_t, 32> bytes{};
+};
+
+enum class SMCCommand : std::uint8_t {
+    readBytes = 5,
+    keyByIndex = 8,
+    readKeyInfo = 9,
+};
+
+static_assert(std::endian::native == std::endian::little);
+static_assert(sizeof(SMCParamBlock) == 80);
+static_assert(offsetof(SMCParamBlock, pLimitVersion) == 12);
+static_assert(offsetof(SMCParamBlock, dataSize) == 28);
+static_assert(offsetof(SMCParamBlock, dataType) == 32);
+static_assert(offsetof(SMCParamBlock, dataAttributes) == 36);
+static_assert(offsetof(SMCParamBlock, result) == 40);
+static_assert(offsetof(SMCParamBlock, command) == 42);
+static_assert(offsetof(SMCParamBlock, data32) == 44);
+static_assert(offsetof(SMCParamBlock, bytes) == 48);
+
+} // namespace kelvinbar

@@ -1,0 +1,300 @@
+#include "store/KelvinbarStore.h"
+
+#include "base/Text.h"
+#include "catalogue/NotificationNames.h"
+#include "catalogue/SMCKeyDatabase.h"
+#include "smc/SMCBridge.h"
+#include "store/MenuBarText.h"
+#include "store/SnapshotExport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <unordered_set>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr PopoverSize standardPopoverSize;
+constexpr double minimumPopoverHeight = 560;
+constexpr double maximumPopoverHeight = 1400;
+
+bool areSamePoints(double left, double right) { return std::fabs(left - right) <= 0.5; }
+
+std::unordered_set<std::string_view> keysOf(const std::vector<SMCReading>& readings) {
+    std::unordered_set<std::string_view> keys;
+    keys.reserve(readings.size());
+    for (const SMCReading& reading : readings) keys.insert(reading.key);
+    return keys;
+}
+
+std::vector<std::string> keptKeys(const std::vector<std::string>& keys,
+                                  const std::unordered_set<std::string_view>& valid) {
+    std::vector<std::string> kept;
+    std::ranges::copy_if(keys, std::back_inserter(kept), [&](const auto& key) { return valid.contains(key); });
+    return kept;
+}
+
+KeySet keptKeys(const KeySet& keys, const std::unordered_set<std::string_view>& valid) {
+    KeySet kept;
+    for (const std::string& key : keys) {
+        if (valid.contains(key)) kept.insert(kept.end(), key);
+    }
+    return kept;
+}
+
+} // namespace
+
+KelvinbarStore::KelvinbarStore(const StorePorts& ports)
+    : KelvinbarStore(ports, loadPreferences(ports.defaults)) {
+    refresh(true);
+}
+
+KelvinbarStore::KelvinbarStore(const StorePorts& ports, Preferences preferences)
+    : ports_(ports)
+    , samplingRate_(preferences.samplingRate)
+    , displayMode_(preferences.displayMode)
+    , manualPopoverWidth_(preferences.manualPopoverSize.width)
+    , manualPopoverHeight_(preferences.manualPopoverSize.height)
+    , menuBarKeys_(std::move(preferences.menuBarKeys))
+    , hiddenKeys_(std::move(preferences.hiddenKeys))
+    , fixedCandidates_(std::make_shared<const KeySet>(SMCKeyDatabase::allKeys().begin(),
+                                                      SMCKeyDatabase::allKeys().end())) {}
+
+// Refreshing
+
+void KelvinbarStore::refresh(bool forceDiscovery) {
+    if (refreshTask_) return;
+    isLoading_.set(readings_.value().empty());
+    statusMessage_.set("Reading AppleSMC keys…");
+    refreshTask_ = start({.fixedCandidates = fixedCandidates_,
+                          .shouldDiscover = forceDiscovery || isDiscoveryDue(),
+                          .cachedDynamicKeys = discoveredCompatibleKeys_,
+                          .readSuperIOFans = true},
+                         &KelvinbarStore::applyFullResult);
+}
+
+void KelvinbarStore::refreshMenuBarOnly() {
+    if (refreshTask_ || menuBarRefreshTask_ || menuBarKeys_.value().empty()) return;
+    const auto keys =
+        std::make_shared<const KeySet>(menuBarKeys_.value().begin(), menuBarKeys_.value().end());
+    const bool anyFan = std::ranges::any_of(*keys, [](const auto& key) { return key.starts_with("FAN"); });
+    menuBarRefreshTask_ = start({.fixedCandidates = keys,
+                                 .shouldDiscover = false,
+                                 .cachedDynamicKeys = keys,
+                                 .readSuperIOFans = anyFan},
+                                &KelvinbarStore::applyMenuBarResult);
+}
+
+void KelvinbarStore::shutdown() {
+    if (refreshTask_) refreshTask_->cancel();
+    refreshTask_.reset();
+    if (menuBarRefreshTask_) menuBarRefreshTask_->cancel();
+    menuBarRefreshTask_.reset();
+    SMCBridge::close();
+}
+
+bool KelvinbarStore::isDiscoveryDue() const {
+    return discoveredCompatibleKeys_->empty() || !lastFullDiscovery_ ||
+           ports_.monotonicClock.now() - *lastFullDiscovery_ > discoveryInterval;
+}
+
+Cancellation KelvinbarStore::start(const Pass& pass, Apply apply) {
+    return ports_.backgroundQueue.start([pass, apply, weakSelf = std::weak_ptr(self_),
+                                         &mainQueue = ports_.mainQueue](const Cancellation& cancellation) {
+        const auto result = std::make_shared<SMCLoadResult>(
+            loadReadings(*pass.fixedCandidates, pass.shouldDiscover, *pass.cachedDynamicKeys,
+                         pass.readSuperIOFans, cancellation));
+        mainQueue.post([apply, weakSelf, result] {
+            if (const auto self = weakSelf.lock()) ((*self)->*apply)(std::move(*result));
+        });
+    });
+}
+
+void KelvinbarStore::applyFullResult(SMCLoadResult result) {
+    smcAvailable_.set(result.smcAvailable);
+    readings_.set(std::move(result.readings));
+    dropSelectionsWithoutReading();
+    if (result.discoveredKeys) rememberDiscovery(*std::move(result.discoveredKeys));
+    if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
+    statusMessage_.set(std::move(result.statusMessage));
+    isLoading_.set(false);
+    refreshTask_.reset();
+    postMenuBarReadingChanged();
+    postDisplayModeChanged();
+}
+
+/// A pass without readings empties both lists: pins and hidden keys name what the machine has.
+void KelvinbarStore::dropSelectionsWithoutReading() {
+    const auto valid = keysOf(readings_.value());
+    if (auto pinned = keptKeys(menuBarKeys_.value(), valid); pinned != menuBarKeys_.value()) {
+        setMenuBarKeys(pinned);
+    }
+    setHiddenKeys(keptKeys(hiddenKeys_.value(), valid));
+}
+
+void KelvinbarStore::rememberDiscovery(KeySet keys) {
+    discoveredCompatibleKeys_ = std::make_shared<const KeySet>(std::move(keys));
+    lastFullDiscovery_ = ports_.monotonicClock.now();
+}
+
+void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
+    auto pinned = keptKeys(menuBarKeys_.value(), keysOf(result.readings));
+    patchReadings(std::move(result.readings));
+    // Unlike a full pass, one that returns nothing leaves the pins alone.
+    if (!pinned.empty() && pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
+    if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
+    menuBarRefreshTask_.reset();
+    postMenuBarReadingChanged();
+}
+
+/// Replaces the readings of the same keys where they stand and appends the others.
+void KelvinbarStore::patchReadings(std::vector<SMCReading> fresh) {
+    if (fresh.empty()) return;
+    std::vector<SMCReading> patched = readings_.value();
+    for (SMCReading& reading : fresh) {
+        const auto found = std::ranges::find(patched, reading.key, &SMCReading::key);
+        if (found == patched.end()) {
+            patched.push_back(std::move(reading));
+        } else {
+            *found = std::move(reading);
+        }
+    }
+    readings_.set(std::move(patched));
+}
+
+// Pinned and hidden readings
+
+void KelvinbarStore::setMenuBarKeys(const std::vector<std::string>& keys) {
+    menuBarKeys_.set(sanitizedPinnedKeys(keys));
+    storeMenuBarKeys(ports_.defaults, menuBarKeys_.value());
+    postMenuBarReadingChanged();
+}
+
+void KelvinbarStore::toggleMenuBarReading(const SMCReading& reading) {
+    const std::string key(trimmed(reading.key));
+    if (key.empty()) return;
+    std::vector<std::string> keys = menuBarKeys_.value();
+    if (std::erase(keys, key) == 0) {
+        if (keys.size() >= maximumPinnedKeys) {
+            const auto surplus = keys.size() - (maximumPinnedKeys - 1);
+            keys.erase(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(surplus));
+        }
+        keys.push_back(key);
+    }
+    setMenuBarKeys(keys);
+}
+
+void KelvinbarStore::unpin(std::string_view key) {
+    std::vector<std::string> keys = menuBarKeys_.value();
+    if (std::erase(keys, key) > 0) setMenuBarKeys(keys);
+}
+
+void KelvinbarStore::hideReading(const SMCReading& reading) {
+    const std::string key(trimmed(reading.key));
+    if (key.empty()) return;
+    KeySet keys = hiddenKeys_.value();
+    keys.insert(key);
+    setHiddenKeys(std::move(keys));
+    unpin(key);
+}
+
+void KelvinbarStore::unhideAllReadings() { setHiddenKeys({}); }
+
+void KelvinbarStore::setHiddenKeys(KeySet keys) {
+    if (hiddenKeys_.set(std::move(keys))) storeHiddenKeys(ports_.defaults, hiddenKeys_.value());
+}
+
+// Settings
+
+void KelvinbarStore::setSamplingRate(SMCSamplingRate rate) {
+    if (!samplingRate_.set(rate)) return;
+    storeSamplingRate(ports_.defaults, rate);
+    ports_.notifications.post({.name = kelvinbarSamplingRateChanged,
+                               .object = std::string(rawValue(rate)),
+                               .userInfo = {}});
+}
+
+void KelvinbarStore::setDisplayMode(SMCWindowDisplayMode mode) {
+    if (!displayMode_.set(mode)) return;
+    storeDisplayMode(ports_.defaults, mode);
+    postDisplayModeChanged();
+}
+
+void KelvinbarStore::setManualPopoverHeight(double height) {
+    // The order of the arguments gives the minimum for NaN.
+    const PopoverSize size{standardPopoverSize.width,
+                           std::min(std::max(minimumPopoverHeight, height), maximumPopoverHeight)};
+    if (!areSamePoints(manualPopoverWidth_.value(), size.width) ||
+        !areSamePoints(manualPopoverHeight_.value(), size.height)) {
+        manualPopoverWidth_.set(size.width);
+        manualPopoverHeight_.set(size.height);
+        storeManualPopoverSize(ports_.defaults, size);
+    }
+    postManualSizeChanged();
+}
+
+// Derived
+
+std::vector<SMCReading> KelvinbarStore::menuBarReadings() const {
+    std::vector<SMCReading> pinned;
+    for (const std::string& key : menuBarKeys_.value()) {
+        const auto found = std::ranges::find_if(readings_.value(), [&](const SMCReading& reading) {
+            return reading.key == key && reading.hasDisplayableValue();
+        });
+        if (found != readings_.value().end()) pinned.push_back(*found);
+    }
+    return pinned;
+}
+
+std::string KelvinbarStore::menuBarTitle() const { return menuBarTitleText(menuBarReadings()); }
+
+std::string KelvinbarStore::menuBarToolTip() const { return menuBarToolTipText(menuBarReadings()); }
+
+std::string KelvinbarStore::exportText() const {
+    return snapshotText(readings_.value(), lastUpdated_.value().value_or(ports_.wallClock.now()));
+}
+
+std::size_t KelvinbarStore::visibleReadingCount() const {
+    const auto count = std::ranges::count_if(readings_.value(), [&](const SMCReading& reading) {
+        return reading.hasDisplayableValue() && !hiddenKeys_.value().contains(reading.key);
+    });
+    return static_cast<std::size_t>(count);
+}
+
+// Telling the shell
+
+void KelvinbarStore::postMenuBarReadingChanged() {
+    const std::vector<SMCReading> pinned = menuBarReadings();
+    const std::string title = menuBarTitleText(pinned);
+    const std::string toolTip = menuBarToolTipText(pinned);
+    if (title == lastPostedMenuBarTitle_ && toolTip == lastPostedMenuBarToolTip_) return;
+    lastPostedMenuBarTitle_ = title;
+    lastPostedMenuBarToolTip_ = toolTip;
+    ports_.notifications.post({.name = kelvinbarMenuBarReadingChanged,
+                               .object = std::nullopt,
+                               .userInfo = {{"title", title}, {"tooltip", toolTip}}});
+}
+
+void KelvinbarStore::postDisplayModeChanged() {
+    const std::size_t visible = visibleReadingCount();
+    const SMCWindowDisplayMode mode = displayMode_.value();
+    if (lastPostedDisplayMode_ == mode && lastPostedVisibleReadingCount_ == visible) return;
+    lastPostedDisplayMode_ = mode;
+    lastPostedVisibleReadingCount_ = visible;
+    ports_.notifications.post({.name = kelvinbarDisplayModeChanged,
+                               .object = std::nullopt,
+                               .userInfo = {{"mode", std::string(rawValue(mode))},
+                                            {"visibleReadings", static_cast<std::int64_t>(visible)}}});
+}
+
+void KelvinbarStore::postManualSizeChanged() {
+    ports_.notifications.post({.name = kelvinbarManualSizeChanged,
+                               .object = std::nullopt,
+                               .userInfo = {{"width", manualPopoverWidth_.value()},
+                                            {"height", manualPopoverHeight_.value()}}});
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,102 @@
+// kelvinbar-snapshot: prints the snapshot of a machine on standard output.
+
+#include "base/Clock.h"
+#include "platform/Platform.h"
+#include "platform/replay/ReplayMachine.h"
+#include "resources/SampleMachines.h"
+#include "tools/SnapshotTaker.h"
+#include "tools/TextInput.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr int inputErrorExit = 1;
+constexpr int usageErrorExit = 2;
+
+struct Options {
+    std::string replayFile;
+    std::string sampleName;
+};
+
+std::vector<std::string> sampleNames() {
+    std::vector<std::string> names;
+    for (const SampleMachine& sample : sampleMachines()) names.emplace_back(sample.name);
+    return names;
+}
+
+void reportError(std::string_view message) { std::cerr << "kelvinbar-snapshot: " << message << '\n'; }
+
+/// The replayed machine, or nothing after saying why. Lines that cannot be used are named and left out.
+std::optional<Machine> replayedMachine(const std::string& source, std::string_view text) {
+    ReplayResult replay = makeReplayMachine(text, makePlatform().clock);
+    for (const LineProblem& problem : replay.problems) {
+        reportError(source + ", line " + std::to_string(problem.lineNumber) + ": " + problem.reason);
+    }
+    if (!replay.machine) reportError(source + ": no line of a snapshot in it");
+    return std::move(replay.machine);
+}
+
+std::optional<Machine> machineFromFile(const std::string& file) {
+    const std::string source = file == "-" ? "standard input" : file;
+    const TextInput input = readTextInput(file);
+    if (const auto* error = std::get_if<InputError>(&input)) {
+        reportError("cannot read " + source + ": " + error->message);
+        return std::nullopt;
+    }
+    return replayedMachine(source, std::get<std::string>(input));
+}
+
+std::optional<Machine> chosenMachine(const Options& options) {
+    if (!options.replayFile.empty()) return machineFromFile(options.replayFile);
+    if (options.sampleName.empty()) return makePlatform();
+    const auto sample = std::ranges::find(sampleMachines(), options.sampleName, &SampleMachine::name);
+    return replayedMachine(options.sampleName, sample->text);
+}
+
+int printSnapshot(const Options& options) {
+    const auto machine = chosenMachine(options);
+    if (!machine) return inputErrorExit;
+    std::cout << takeSnapshot(*machine);
+    if (isStandardOutputTerminal()) std::cout << '\n';
+    if (std::cout.flush()) return 0;
+    reportError("cannot write the snapshot");
+    return inputErrorExit;
+}
+
+int run(int argc, char** argv) {
+    Options options;
+    CLI::App app("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot");
+    app.set_version_flag("--version", "kelvinbar-snapshot " KELVINBAR_VERSION);
+    auto* const replay =
+        app.add_option("--replay", options.replayFile,
+                       "Read the machine that the snapshot text in FILE was taken on (- for standard input)");
+    replay->type_name("FILE");
+    auto* const demo = app.add_option("--demo", options.sampleName, "Read a made-up machine");
+    demo->type_name("NAME")->expected(0, 1)->default_str(std::string(sampleMachines().front().name));
+    demo->check(CLI::IsMember(sampleNames()))->excludes(replay);
+    app.footer("Without an option, this machine is read. Exit status: 0, 1 when the input cannot be used, "
+               "2 for a wrong option.");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : usageErrorExit;
+    }
+    return printSnapshot(options);
+}
+
+} // namespace
+
+} // namespace kelvinbar
+
+int main(int argc, char** argv) { return kelvinbar::run(argc, argv); }
