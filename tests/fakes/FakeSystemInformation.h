@@ -1,0 +1,29 @@
+#pragma once
+
+#include "smc/SystemInformation.h"
+
+#include <map>
+#include <string>
+
+namespace kelvinbar::fakes {
+
+/// System facts that a test sets. Empty, it still gives the readings that every machine has.
+struct FakeSystemInformation final : public SystemInformation {
+    std::map<std::string, std::string, std::less<>> entries; ///< with their terminating zero
+    int processors = 0;
+    std::uint64_t memory = 0;
+    int thermal = 0;
+    bool lowPower = false;
+
+    [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override {
+        const auto found = entries.find(name);
+        return found == entries.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    [[nodiscard]] int activeProcessorCount() const override { return processors; }
+    [[nodiscard]] std::uint64_t physicalMemory() const override { return memory; }
+    [[nodiscard]] int thermalState() const override { return thermal; }
+    [[nodiscard]] bool isLowPowerModeEnabled() const override { return lowPower; }
+};
+
+} // namespace kelvinbar::fakes
