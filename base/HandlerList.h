@@ -15,11 +15,9 @@ class [[nodiscard]] Registration {
   public:
     Registration() = default;
 
-    explicit Registration(std::function<void()> cancel)
-        : cancel_(std::move(cancel)) {}
+    explicit Registration(std::function<void()> cancel) : cancel_(std::move(cancel)) {}
 
-    Registration(Registration&& other) noexcept
-        : cancel_(std::exchange(other.cancel_, nullptr)) {}
+    Registration(Registration&& other) noexcept : cancel_(std::exchange(other.cancel_, nullptr)) {}
 
     Registration& operator=(Registration&& other) noexcept {
         if (this != &other) {
@@ -45,7 +43,8 @@ class [[nodiscard]] Registration {
 /// Handlers called in the order of their registration.
 ///
 /// A handler may remove itself or others, add handlers, call the list again, or destroy the list while it is
-/// called: a removed handler is not called any more, an added one is called from the next call on. Main thread.
+/// called: a removed handler is not called any more, an added one is called from the next call on. Main
+/// thread.
 template <typename... Arguments>
 class HandlerList {
   public:
@@ -101,7 +100,8 @@ class HandlerList {
             for (auto& entry : entries) {
                 if (entry->active) kept.push_back(std::move(entry));
             }
-            // What a handler holds may register or remove others when it goes: the list is consistent by then.
+            // What a handler holds may register or remove others when it goes: the list is consistent by
+            // then.
             entries.swap(kept);
         }
     };

@@ -9,8 +9,7 @@ namespace kelvinbar {
 class NamedRecursiveMutex : public std::recursive_mutex {
   public:
     /// `name` outlives the mutex.
-    explicit NamedRecursiveMutex(std::string_view name)
-        : name_(name) {}
+    explicit NamedRecursiveMutex(std::string_view name) : name_(name) {}
 
     [[nodiscard]] std::string_view name() const { return name_; }
 

@@ -14,8 +14,7 @@ class Observable {
   public:
     using Observer = std::function<void(const T& newValue)>;
 
-    explicit Observable(T initial = T{})
-        : value_(std::move(initial)) {}
+    explicit Observable(T initial = T{}) : value_(std::move(initial)) {}
 
     [[nodiscard]] const T& value() const { return value_; }
 

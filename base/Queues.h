@@ -19,6 +19,7 @@ class MainQueue {
 class Cancellation {
   public:
     void cancel() { *cancelled_ = true; }
+
     [[nodiscard]] bool isCancelled() const { return *cancelled_; }
 
   private:

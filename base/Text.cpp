@@ -41,9 +41,7 @@ Decoded decodeFront(std::string_view text) {
     return {codePoint, length};
 }
 
-std::size_t frontLength(std::string_view text) {
-    return std::max<std::size_t>(decodeFront(text).length, 1);
-}
+std::size_t frontLength(std::string_view text) { return std::max<std::size_t>(decodeFront(text).length, 1); }
 
 /// The length in bytes of the last character of `text`, which is not empty.
 std::size_t backLength(std::string_view text) {

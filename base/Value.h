@@ -39,7 +39,10 @@ class Dictionary {
     void set(std::string_view key, Value value);
 
     /// Appends an entry. The caller knows that `key` is not present yet.
-    void append(std::string_view key, Value value) { entries_.emplace_back(key, std::move(value)); }
+    template <typename T>
+    void append(std::string_view key, T&& value) {
+        entries_.emplace_back(key, std::forward<T>(value));
+    }
 
     void reserve(std::size_t count) { entries_.reserve(count); }
 
@@ -57,8 +60,11 @@ class Dictionary {
     [[nodiscard]] std::string textOr(std::string_view key, std::string_view fallback) const;
 
     [[nodiscard]] bool empty() const { return entries_.empty(); }
+
     [[nodiscard]] std::size_t size() const { return entries_.size(); }
+
     [[nodiscard]] auto begin() const { return entries_.begin(); }
+
     [[nodiscard]] auto end() const { return entries_.end(); }
 
     friend bool operator==(const Dictionary&, const Dictionary&) = default;

@@ -39,10 +39,11 @@ constexpr std::array thermalNames{
 };
 
 constexpr std::array powerNames{
-    KeyName{"PC0C", "Package Total"},   KeyName{"PC0R", "Package Total"},     KeyName{"PCPC", "Package Core"},
-    KeyName{"PCPG", "Package IGPU"},    KeyName{"PCPL", "CPU Power Limit"},   KeyName{"PCPR", "CPU Package Power"},
-    KeyName{"PCPT", "CPU Power"},       KeyName{"PCTR", "CPU Power"},         KeyName{"PG0C", "GPU 0 Power"},
-    KeyName{"PG0R", "GPU 0 Power"},
+    KeyName{"PC0C", "Package Total"},   KeyName{"PC0R", "Package Total"},
+    KeyName{"PCPC", "Package Core"},    KeyName{"PCPG", "Package IGPU"},
+    KeyName{"PCPL", "CPU Power Limit"}, KeyName{"PCPR", "CPU Package Power"},
+    KeyName{"PCPT", "CPU Power"},       KeyName{"PCTR", "CPU Power"},
+    KeyName{"PG0C", "GPU 0 Power"},     KeyName{"PG0R", "GPU 0 Power"},
 };
 
 constexpr std::array voltageNames{
@@ -149,9 +150,12 @@ constexpr std::array currentNames{
 };
 
 constexpr std::array batteryNames{
-    KeyName{"BNum", "Battery Count"},     KeyName{"CH0B", "Charger Connected"},
-    KeyName{"CHBI", "Battery Charge Current"}, KeyName{"BBIN", "Battery Installed"},
-    KeyName{"BBAD", "Battery Bad"},       KeyName{"ACPW", "AC Adapter Power"},
+    KeyName{"BNum", "Battery Count"},
+    KeyName{"CH0B", "Charger Connected"},
+    KeyName{"CHBI", "Battery Charge Current"},
+    KeyName{"BBIN", "Battery Installed"},
+    KeyName{"BBAD", "Battery Bad"},
+    KeyName{"ACPW", "AC Adapter Power"},
 };
 
 std::string nameIn(std::span<const KeyName> names, std::string_view key) {
@@ -179,16 +183,23 @@ MaybeDefinition cpuTemperature(std::string_view key) {
     if (key[1] != 'C' || !isHexDigit(key[2])) return std::nullopt;
     const std::string number = coreNumber(key[2]);
     switch (key[3]) {
-    case 'C': return define(key, "Core " + number, cpu, celsius);
-    case 'D': return define(key, "CPU " + number + " Diode", cpu, celsius);
-    case 'P': return define(key, "CPU Proximity", cpu, celsius);
-    case 'H': return define(key, "CPU Heatsink", cpu, celsius);
+    case 'C':
+        return define(key, "Core " + number, cpu, celsius);
+    case 'D':
+        return define(key, "CPU " + number + " Diode", cpu, celsius);
+    case 'P':
+        return define(key, "CPU Proximity", cpu, celsius);
+    case 'H':
+        return define(key, "CPU Heatsink", cpu, celsius);
     case 'T':
-    case 'p': return define(key, "CPU Package", cpu, celsius);
+    case 'p':
+        return define(key, "CPU Package", cpu, celsius);
     case 'E':
     case 'F':
-    case 'J': return define(key, "CPU " + std::string(key), cpu, celsius);
-    default: return std::nullopt;
+    case 'J':
+        return define(key, "CPU " + std::string(key), cpu, celsius);
+    default:
+        return std::nullopt;
     }
 }
 
@@ -197,21 +208,31 @@ MaybeDefinition hybridCoreTemperature(std::string_view key) {
     if (!isHexDigit(key[2]) || key[3] != 'C') return std::nullopt;
     const std::string number = coreNumber(key[2]);
     switch (key[1]) {
-    case 'p': return define(key, "CPU P-Core " + number, cpu, celsius);
-    case 'e': return define(key, "CPU E-Core " + number, cpu, celsius);
-    case 's': return define(key, "CPU Sensor " + number, cpu, celsius);
-    default: return std::nullopt;
+    case 'p':
+        return define(key, "CPU P-Core " + number, cpu, celsius);
+    case 'e':
+        return define(key, "CPU E-Core " + number, cpu, celsius);
+    case 's':
+        return define(key, "CPU Sensor " + number, cpu, celsius);
+    default:
+        return std::nullopt;
     }
 }
 
 std::string_view gpuPlace(char kind) {
     switch (kind) {
-    case 'D': return "Die";
-    case 'P': return "Proximity";
-    case 'H': return "Heatsink";
-    case 'C': return "Core";
-    case 'M': return "Memory";
-    default: return "Temperature";
+    case 'D':
+        return "Die";
+    case 'P':
+        return "Proximity";
+    case 'H':
+        return "Heatsink";
+    case 'C':
+        return "Core";
+    case 'M':
+        return "Memory";
+    default:
+        return "Temperature";
     }
 }
 
@@ -243,9 +264,11 @@ MaybeDefinition fan(std::string_view key) {
         std::string_view text;
         std::string_view unit;
     };
+
     constexpr std::array fields{
-        FanField{"Ac", "", "RPM"},         FanField{"Mn", " Minimum", "RPM"}, FanField{"Mx", " Maximum", "RPM"},
-        FanField{"Tg", " Target", "RPM"},  FanField{"Sf", " Safe", "RPM"},    FanField{"ID", " Name", ""},
+        FanField{"Ac", "", "RPM"},         FanField{"Mn", " Minimum", "RPM"},
+        FanField{"Mx", " Maximum", "RPM"}, FanField{"Tg", " Target", "RPM"},
+        FanField{"Sf", " Safe", "RPM"},    FanField{"ID", " Name", ""},
         FanField{"Md", " Mode", ""},
     };
     const auto* const field = std::ranges::find(fields, key.substr(2), &FanField::suffix);
@@ -296,8 +319,11 @@ std::string storageName(std::string_view key) {
 }
 
 std::string powerName(std::string_view key) { return nameIn(powerNames, key); }
+
 std::string voltageName(std::string_view key) { return nameIn(voltageNames, key); }
+
 std::string currentName(std::string_view key) { return nameIn(currentNames, key); }
+
 std::string batteryName(std::string_view key) { return nameIn(batteryNames, key); }
 
 std::string_view batteryUnit(std::string_view key) {

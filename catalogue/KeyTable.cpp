@@ -40,20 +40,16 @@ constexpr std::array controllerKeys{
 };
 
 constexpr std::array cpuKeys{
-    NamedKey{"TC0D", "CPU 0 Diode"},   NamedKey{"TC0P", "CPU Proximity"}, NamedKey{"TC0H", "CPU Heatsink"},
-    NamedKey{"TC0E", "CPU 0 TCOE"},    NamedKey{"TC0F", "CPU Fin Stack"}, NamedKey{"TC0J", "CPU Junction"},
-    NamedKey{"TC0T", "CPU Package"},   NamedKey{"TC0p", "CPU Package"},   NamedKey{"TC0C", "Core 0"},
+    NamedKey{"TC0D", "CPU 0 Diode"}, NamedKey{"TC0P", "CPU Proximity"}, NamedKey{"TC0H", "CPU Heatsink"},
+    NamedKey{"TC0E", "CPU 0 TCOE"},  NamedKey{"TC0F", "CPU Fin Stack"}, NamedKey{"TC0J", "CPU Junction"},
+    NamedKey{"TC0T", "CPU Package"}, NamedKey{"TC0p", "CPU Package"},   NamedKey{"TC0C", "Core 0"},
 };
 
 constexpr std::array powerKeys{
-    NamedKeyIn{"PC0C", "Package Total", power},
-    NamedKeyIn{"PC0R", "Package Total", power},
-    NamedKeyIn{"PCPC", "Package Core", power},
-    NamedKeyIn{"PCPG", "Package IGPU", gpu},
-    NamedKeyIn{"PCPL", "CPU Power Limit", power},
-    NamedKeyIn{"PCPR", "CPU Package Power", power},
-    NamedKeyIn{"PSTR", "CPU Package Energy", power},
-    NamedKeyIn{"PCPT", "CPU Power", power},
+    NamedKeyIn{"PC0C", "Package Total", power},      NamedKeyIn{"PC0R", "Package Total", power},
+    NamedKeyIn{"PCPC", "Package Core", power},       NamedKeyIn{"PCPG", "Package IGPU", gpu},
+    NamedKeyIn{"PCPL", "CPU Power Limit", power},    NamedKeyIn{"PCPR", "CPU Package Power", power},
+    NamedKeyIn{"PSTR", "CPU Package Energy", power}, NamedKeyIn{"PCPT", "CPU Power", power},
     NamedKeyIn{"PCTR", "CPU Power", power},
 };
 
@@ -88,17 +84,10 @@ constexpr std::array thermalAndStorageKeys{
 };
 
 constexpr std::array namedThermalKeys{
-    NamedKey{"TCPU", "CPU"},
-    NamedKey{"TSYS", "System"},
-    NamedKey{"TAUX", "Aux"},
-    NamedKey{"TMOS", "MOS"},
-    NamedKey{"TPCH", "PCH"},
-    NamedKey{"TVRM", "VRM"},
-    NamedKey{"TGPU", "GPU"},
-    NamedKey{"TAMB", "Ambient"},
-    NamedKey{"TMB1", "Motherboard 1"},
-    NamedKey{"TMB2", "Motherboard 2"},
-    NamedKey{"THRM", "Thermal"},
+    NamedKey{"TCPU", "CPU"},           NamedKey{"TSYS", "System"},  NamedKey{"TAUX", "Aux"},
+    NamedKey{"TMOS", "MOS"},           NamedKey{"TPCH", "PCH"},     NamedKey{"TVRM", "VRM"},
+    NamedKey{"TGPU", "GPU"},           NamedKey{"TAMB", "Ambient"}, NamedKey{"TMB1", "Motherboard 1"},
+    NamedKey{"TMB2", "Motherboard 2"}, NamedKey{"THRM", "Thermal"},
 };
 
 constexpr std::array voltageKeys{
@@ -118,9 +107,9 @@ constexpr std::array voltageKeys{
 };
 
 constexpr std::array chargerKeys{
-    NamedKeyWithUnit{"BNum", "Battery Count", ""},      NamedKeyWithUnit{"CH0B", "Charger Connected", ""},
-    NamedKeyWithUnit{"CH0C", "Charger Current", "A"},   NamedKeyWithUnit{"CH0V", "Charger Voltage", "V"},
-    NamedKeyWithUnit{"CH0W", "Charger Power", "W"},     NamedKeyWithUnit{"ACPW", "AC Adapter Power", "W"},
+    NamedKeyWithUnit{"BNum", "Battery Count", ""},    NamedKeyWithUnit{"CH0B", "Charger Connected", ""},
+    NamedKeyWithUnit{"CH0C", "Charger Current", "A"}, NamedKeyWithUnit{"CH0V", "Charger Voltage", "V"},
+    NamedKeyWithUnit{"CH0W", "Charger Power", "W"},   NamedKeyWithUnit{"ACPW", "AC Adapter Power", "W"},
 };
 
 constexpr std::array moreCpuKeys{
@@ -231,21 +220,19 @@ constexpr std::array moreCurrentKeys{
 };
 
 constexpr std::array namedVoltageKeys{
-    NamedKey{"VBLC", "Backlight Voltage"},
-    NamedKey{"VC0G", "CPU AXG Voltage"},
-    NamedKey{"VC0M", "CPU Memory Voltage"},
-    NamedKey{"VC0S", "CPU System Agent Voltage"},
-    NamedKey{"VC1C", "VCCIO Voltage"},
-    NamedKey{"VC1R", "CPU High-Side Voltage EMC1704"},
-    NamedKey{"VC2C", "VCCSA Voltage"},
-    NamedKey{"VCFR", "FIVR CPU Supply Voltage"},
+    NamedKey{"VBLC", "Backlight Voltage"},  NamedKey{"VC0G", "CPU AXG Voltage"},
+    NamedKey{"VC0M", "CPU Memory Voltage"}, NamedKey{"VC0S", "CPU System Agent Voltage"},
+    NamedKey{"VC1C", "VCCIO Voltage"},      NamedKey{"VC1R", "CPU High-Side Voltage EMC1704"},
+    NamedKey{"VC2C", "VCCSA Voltage"},      NamedKey{"VCFR", "FIVR CPU Supply Voltage"},
 };
 
 /// Upper-case, without leading zeros.
 std::string hexadecimal(unsigned number) {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text(1, digits[number % 16]);
-    return number < 16 ? text : hexadecimal(number / 16) + text;
+    std::string text;
+    if (number >= 16) text = hexadecimal(number / 16);
+    text.push_back(digits[number % 16]);
+    return text;
 }
 
 /// Collects rows in the order of the groups. A key that is not exactly four characters long is skipped: the
@@ -272,8 +259,8 @@ class TableBuilder {
     /// Sorted by key, the first row of each key kept.
     std::vector<SMCKeyDefinition> finish() && {
         std::ranges::stable_sort(rows_, {}, &SMCKeyDefinition::key);
-        const auto repeated = std::ranges::unique(rows_, {}, &SMCKeyDefinition::key);
-        rows_.erase(repeated.begin(), repeated.end());
+        const auto sameKey = [](const auto& left, const auto& right) { return left.key == right.key; };
+        rows_.erase(std::unique(rows_.begin(), rows_.end(), sameKey), rows_.end());
         return std::move(rows_);
     }
 
@@ -283,7 +270,9 @@ class TableBuilder {
 
 void addCores(TableBuilder& table) {
     for (unsigned i = 1; i <= 31; ++i) {
-        table.add("TC" + hexadecimal(i) + "C", "Core " + std::to_string(i), cpu, celsius);
+        const std::string index = hexadecimal(i);
+        const std::string number = std::to_string(i);
+        table.add("TC" + index + "C", "Core " + number, cpu, celsius);
     }
 }
 
@@ -322,7 +311,9 @@ void addGpus(TableBuilder& table) {
 
 void addMemoryModules(TableBuilder& table) {
     for (unsigned i = 1; i <= 15; ++i) {
-        table.add("TM" + hexadecimal(i) + "P", "DIMM " + std::to_string(i), memory, celsius);
+        const std::string index = hexadecimal(i);
+        const std::string number = std::to_string(i);
+        table.add("TM" + index + "P", "DIMM " + number, memory, celsius);
     }
 }
 
@@ -336,8 +327,9 @@ void addThermalAndStorage(TableBuilder& table) {
 
 void addFans(TableBuilder& table) {
     for (unsigned i = 0; i <= 15; ++i) {
-        const std::string key = "F" + std::to_string(i);
-        const std::string name = "Fan " + std::to_string(i);
+        const std::string number = std::to_string(i);
+        const std::string key = "F" + number;
+        const std::string name = "Fan " + number;
         table.add(key + "Ac", name, fans, "RPM");
         table.add(key + "Mn", name + " Minimum", fans, "RPM");
         table.add(key + "Mx", name + " Maximum", fans, "RPM");
@@ -350,15 +342,17 @@ void addFans(TableBuilder& table) {
 
 void addEmulatorFans(TableBuilder& table) {
     for (unsigned i = 0; i <= 7; ++i) {
-        const std::string key = "FAN" + std::to_string(i);
+        const std::string number = std::to_string(i);
+        const std::string key = "FAN" + number;
         table.add(key, key, fans, "RPM");
     }
 }
 
 void addBatteries(TableBuilder& table) {
     for (unsigned i = 0; i <= 3; ++i) {
-        const std::string key = "B" + std::to_string(i);
-        const std::string name = "Battery " + std::to_string(i);
+        const std::string number = std::to_string(i);
+        const std::string key = "B" + number;
+        const std::string name = "Battery " + number;
         table.add(key + "AV", name + " Voltage", battery, "V");
         table.add(key + "Am", name + " Current", battery, "A");
         table.add(key + "AP", name + " Power", battery, "W");

@@ -25,9 +25,9 @@ enum class SMCCategory : std::uint8_t {
 };
 
 inline constexpr std::array<SMCCategory, 13> allCategories{
-    SMCCategory::overview, SMCCategory::cpu,      SMCCategory::gpu,     SMCCategory::memory,
-    SMCCategory::fans,     SMCCategory::battery,  SMCCategory::power,   SMCCategory::voltages,
-    SMCCategory::currents, SMCCategory::storage,  SMCCategory::thermal, SMCCategory::sensors,
+    SMCCategory::overview, SMCCategory::cpu,     SMCCategory::gpu,     SMCCategory::memory,
+    SMCCategory::fans,     SMCCategory::battery, SMCCategory::power,   SMCCategory::voltages,
+    SMCCategory::currents, SMCCategory::storage, SMCCategory::thermal, SMCCategory::sensors,
     SMCCategory::unknown,
 };
 

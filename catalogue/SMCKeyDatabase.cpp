@@ -45,8 +45,8 @@ std::optional<SMCKeyDefinition> SMCKeyDatabase::hwMonitorDefinition(std::string_
 
 } // namespace kelvinbar
 
-std::size_t
-std::hash<kelvinbar::SMCKeyDefinition>::operator()(const kelvinbar::SMCKeyDefinition& definition) const noexcept {
+std::size_t std::hash<kelvinbar::SMCKeyDefinition>::operator()(
+    const kelvinbar::SMCKeyDefinition& definition) const noexcept {
     const std::hash<std::string_view> text;
     return kelvinbar::combinedHash({text(definition.key), text(definition.name),
                                     text(rawValue(definition.category)), text(definition.unit)});

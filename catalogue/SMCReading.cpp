@@ -81,7 +81,8 @@ std::optional<SMCReading> decodedReading(const Dictionary& record) {
 
 } // namespace kelvinbar
 
-std::size_t std::hash<kelvinbar::SMCReading>::operator()(const kelvinbar::SMCReading& reading) const noexcept {
+std::size_t
+std::hash<kelvinbar::SMCReading>::operator()(const kelvinbar::SMCReading& reading) const noexcept {
     const std::hash<std::string_view> text;
     const double number = reading.numericValue.value_or(0);
     return kelvinbar::combinedHash({text(reading.key), text(reading.name), text(rawValue(reading.category)),

@@ -49,8 +49,7 @@ std::optional<SMCReading> activeCores(int count) {
 std::optional<SMCReading> physicalMemory(std::uint64_t bytes) {
     if (bytes == 0) return std::nullopt;
     const double gibibytes = static_cast<double>(bytes) / 1073741824.0;
-    SMCReading reading =
-        textReading("NRAM", "Physical Memory", SMCCategory::memory, fixedText(gibibytes, 1));
+    SMCReading reading = textReading("NRAM", "Physical Memory", SMCCategory::memory, fixedText(gibibytes, 1));
     reading.numericValue = gibibytes;
     reading.unit = "GB";
     reading.raw = std::to_string(bytes);

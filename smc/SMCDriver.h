@@ -19,7 +19,8 @@ class SMCDriver {
 
     struct OpenResult {
         ReturnCode code = kernSuccess;
-        Connection connection = 0; ///< may be a handle even where `code` says failure; then it is to be closed
+        Connection connection =
+            0; ///< may be a handle even where `code` says failure; then it is to be closed
     };
 
     virtual ~SMCDriver() = default;

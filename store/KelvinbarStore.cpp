@@ -33,7 +33,8 @@ std::unordered_set<std::string_view> keysOf(const std::vector<SMCReading>& readi
 std::vector<std::string> keptKeys(const std::vector<std::string>& keys,
                                   const std::unordered_set<std::string_view>& valid) {
     std::vector<std::string> kept;
-    std::ranges::copy_if(keys, std::back_inserter(kept), [&](const auto& key) { return valid.contains(key); });
+    std::ranges::copy_if(keys, std::back_inserter(kept),
+                         [&](const auto& key) { return valid.contains(key); });
     return kept;
 }
 
@@ -212,9 +213,8 @@ void KelvinbarStore::setHiddenKeys(KeySet keys) {
 void KelvinbarStore::setSamplingRate(SMCSamplingRate rate) {
     if (!samplingRate_.set(rate)) return;
     storeSamplingRate(ports_.defaults, rate);
-    ports_.notifications.post({.name = kelvinbarSamplingRateChanged,
-                               .object = std::string(rawValue(rate)),
-                               .userInfo = {}});
+    ports_.notifications.post(
+        {.name = kelvinbarSamplingRateChanged, .object = std::string(rawValue(rate)), .userInfo = {}});
 }
 
 void KelvinbarStore::setDisplayMode(SMCWindowDisplayMode mode) {
@@ -291,10 +291,10 @@ void KelvinbarStore::postDisplayModeChanged() {
 }
 
 void KelvinbarStore::postManualSizeChanged() {
-    ports_.notifications.post({.name = kelvinbarManualSizeChanged,
-                               .object = std::nullopt,
-                               .userInfo = {{"width", manualPopoverWidth_.value()},
-                                            {"height", manualPopoverHeight_.value()}}});
+    ports_.notifications.post(
+        {.name = kelvinbarManualSizeChanged,
+         .object = std::nullopt,
+         .userInfo = {{"width", manualPopoverWidth_.value()}, {"height", manualPopoverHeight_.value()}}});
 }
 
 } // namespace kelvinbar

@@ -67,7 +67,9 @@ class KelvinbarStore {
 
     /// `height` in points; 560 to 1400 are kept to. The width goes back to its standard.
     void setManualPopoverHeight(double height);
+
     void setSelectedCategory(std::optional<SMCCategory> category) { selectedCategory_.set(category); }
+
     void setSearchText(std::string text) { searchText_.set(std::move(text)); }
 
     /// The pinned readings that have something to show, in pin order.
@@ -82,17 +84,29 @@ class KelvinbarStore {
     [[nodiscard]] std::size_t totalCandidates() const { return fixedCandidates_->size(); }
 
     [[nodiscard]] const Observable<std::vector<SMCReading>>& readings() const { return readings_; }
+
     [[nodiscard]] const Observable<bool>& isLoading() const { return isLoading_; }
+
     [[nodiscard]] const auto& lastUpdated() const { return lastUpdated_; }
+
     [[nodiscard]] const Observable<std::string>& statusMessage() const { return statusMessage_; }
+
     [[nodiscard]] const Observable<bool>& smcAvailable() const { return smcAvailable_; }
+
     [[nodiscard]] const Observable<SMCSamplingRate>& samplingRate() const { return samplingRate_; }
+
     [[nodiscard]] const Observable<SMCWindowDisplayMode>& displayMode() const { return displayMode_; }
+
     [[nodiscard]] const Observable<double>& manualPopoverWidth() const { return manualPopoverWidth_; }
+
     [[nodiscard]] const Observable<double>& manualPopoverHeight() const { return manualPopoverHeight_; }
+
     [[nodiscard]] const Observable<std::vector<std::string>>& menuBarKeys() const { return menuBarKeys_; }
+
     [[nodiscard]] const Observable<KeySet>& hiddenKeys() const { return hiddenKeys_; }
+
     [[nodiscard]] const auto& selectedCategory() const { return selectedCategory_; }
+
     [[nodiscard]] const Observable<std::string>& searchText() const { return searchText_; }
 
   private:

@@ -53,8 +53,8 @@ std::optional<SMCReading> buildReading(const SMCKeyResult& result) {
     if (!definition) return std::nullopt;
 
     std::string unit = result.textOr("unit", definition->unit);
-    NormalizedValue normalized = normalizeValue(*key, result.textOr("value", ""),
-                                                numericValue(result.find("numericValue")), unit);
+    NormalizedValue normalized =
+        normalizeValue(*key, result.textOr("value", ""), numericValue(result.find("numericValue")), unit);
     const auto* category = result.find<std::string>("category");
     const auto named = category == nullptr ? std::nullopt : categoryFromRawValue(*category);
     return SMCReading{.key = *key,
@@ -92,8 +92,8 @@ SMCLoadResult withoutController(std::string message) {
     SMCLoadResult result;
     result.readings = NativeMacSupport::readings();
     result.smcAvailable = !result.readings.empty();
-    result.statusMessage = result.smcAvailable ? "AppleSMC unavailable; showing native macOS telemetry"
-                                               : std::move(message);
+    result.statusMessage =
+        result.smcAvailable ? "AppleSMC unavailable; showing native macOS telemetry" : std::move(message);
     return result;
 }
 

@@ -8,7 +8,6 @@
 #include "tools/TextInput.h"
 
 #include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <iostream>
 #include <optional>

@@ -4,7 +4,6 @@
 #include "platform/linux/LinuxSystemInformation.h"
 
 #include <memory>
-
 #include <unistd.h>
 
 namespace kelvinbar {

@@ -61,13 +61,14 @@ std::optional<std::string> zeroTerminated(std::optional<std::string> text) {
 
 } // namespace
 
-LinuxSystemInformation::LinuxSystemInformation(std::filesystem::path root)
-    : root_(std::move(root)) {}
+LinuxSystemInformation::LinuxSystemInformation(std::filesystem::path root) : root_(std::move(root)) {}
 
 std::optional<std::string> LinuxSystemInformation::systemBytes(std::string_view name) const {
-    if (name == "machdep.cpu.brand_string") return zeroTerminated(procValue(root_ / "proc/cpuinfo", "model name"));
+    if (name == "machdep.cpu.brand_string")
+        return zeroTerminated(procValue(root_ / "proc/cpuinfo", "model name"));
     if (name != "hw.model") return std::nullopt;
-    if (auto product = systemFileLine(root_ / "sys/class/dmi/id/product_name")) return zeroTerminated(product);
+    if (auto product = systemFileLine(root_ / "sys/class/dmi/id/product_name"))
+        return zeroTerminated(product);
     return systemFileText(root_ / "proc/device-tree/model"); // zero-terminated already
 }
 

@@ -10,8 +10,8 @@ namespace kelvinbar {
 
 /// A key of the controller.
 struct RecordedKey {
-    std::uint32_t code = 0;     ///< the packed key
-    std::uint32_t dataType = 0; ///< the packed type
+    std::uint32_t code = 0;          ///< the packed key
+    std::uint32_t dataType = 0;      ///< the packed type
     std::vector<std::uint8_t> bytes; ///< 1 to 32
 };
 

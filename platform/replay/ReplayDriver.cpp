@@ -41,16 +41,15 @@ SMCParamBlock keyBytes(const RecordedKey& key, std::uint32_t size) {
 
 RecordedKey keyCount(std::size_t count) {
     RecordedKey key{packedSMCKey("#KEY"), packedSMCKey("ui32"), {}};
-    for (int shift = 24; shift >= 0; shift -= 8) key.bytes.push_back(static_cast<std::uint8_t>(count >> shift));
+    for (int shift = 24; shift >= 0; shift -= 8)
+        key.bytes.push_back(static_cast<std::uint8_t>(count >> shift));
     return key;
 }
 
 } // namespace
 
 ReplayDriver::ReplayDriver(std::vector<RecordedKey> keys, bool hasService)
-    : keys_(std::move(keys))
-    , keyCount_(keyCount(keys_.size()))
-    , hasService_(hasService) {
+    : keys_(std::move(keys)), keyCount_(keyCount(keys_.size())), hasService_(hasService) {
     places_.reserve(keys_.size());
     for (std::size_t place = 0; place < keys_.size(); ++place) places_.emplace(keys_[place].code, place);
 }
@@ -95,7 +94,8 @@ SMCParamBlock ReplayDriver::keyAtIndex(std::uint32_t index) const {
     return block;
 }
 
-/// "#KEY" tells how many keys are here, whatever was recorded under it: a text may hold fewer than there were.
+/// "#KEY" tells how many keys are here, whatever was recorded under it: a text may hold fewer than there
+/// were.
 const RecordedKey* ReplayDriver::find(std::uint32_t code) const {
     if (code == keyCount_.code) return &keyCount_;
     const auto found = places_.find(code);

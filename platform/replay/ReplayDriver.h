@@ -21,6 +21,7 @@ class ReplayDriver final : public SMCDriver {
     ReturnCode callStructMethod(Connection connection, std::uint32_t selector,
                                 std::span<const std::byte> input, std::span<std::byte> output,
                                 std::size_t& outputSize) override;
+
     void close(Connection /*connection*/) override {}
 
   private:

@@ -22,11 +22,10 @@ ReplayResult makeReplayMachine(std::string_view text, std::shared_ptr<const Mono
     const std::size_t usableFans = recorded.fans.size() - registry.problems.size();
     if (recorded.usedLines == registry.problems.size()) return result;
     const bool hasService = !recorded.keys.empty() || usableFans > 0;
-    result.machine =
-        Machine{.driver = std::make_shared<ReplayDriver>(std::move(recorded.keys), hasService),
-                .registry = std::move(registry.registry),
-                .system = std::make_shared<ReplaySystemInformation>(std::move(recorded.facts)),
-                .clock = std::move(clock)};
+    result.machine = Machine{.driver = std::make_shared<ReplayDriver>(std::move(recorded.keys), hasService),
+                             .registry = std::move(registry.registry),
+                             .system = std::make_shared<ReplaySystemInformation>(std::move(recorded.facts)),
+                             .clock = std::move(clock)};
     return result;
 }
 

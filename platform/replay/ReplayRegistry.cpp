@@ -105,12 +105,12 @@ using Places = std::map<std::size_t, Property>;
 
 class ReplayEntry final : public IORegistryEntry {
   public:
-    explicit ReplayEntry(std::string name)
-        : name_(std::move(name)) {}
+    explicit ReplayEntry(std::string name) : name_(std::move(name)) {}
 
     void add(Property property) { properties_.append(property.name, std::move(property.value)); }
 
     [[nodiscard]] std::string className() const override { return std::string(driverClass); }
+
     [[nodiscard]] std::string name() const override { return name_; }
 
     [[nodiscard]] std::optional<std::string> textProperty(std::string_view name) const override {
@@ -127,12 +127,9 @@ class ReplayEntry final : public IORegistryEntry {
 
 class ReplayIterator final : public IORegistryIterator {
   public:
-    explicit ReplayIterator(const std::vector<ReplayEntry>& entries)
-        : entries_(entries) {}
+    explicit ReplayIterator(const std::vector<ReplayEntry>& entries) : entries_(entries) {}
 
-    const IORegistryEntry* next() override {
-        return next_ < entries_.size() ? &entries_[next_++] : nullptr;
-    }
+    const IORegistryEntry* next() override { return next_ < entries_.size() ? &entries_[next_++] : nullptr; }
 
   private:
     const std::vector<ReplayEntry>& entries_;

@@ -4,8 +4,7 @@
 
 namespace kelvinbar {
 
-ReplaySystemInformation::ReplaySystemInformation(RecordedFacts facts)
-    : facts_(std::move(facts)) {}
+ReplaySystemInformation::ReplaySystemInformation(RecordedFacts facts) : facts_(std::move(facts)) {}
 
 std::optional<std::string> ReplaySystemInformation::systemBytes(std::string_view name) const {
     if (name != "machdep.cpu.brand_string" || !facts_.processorModel) return std::nullopt;

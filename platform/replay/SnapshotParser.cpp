@@ -150,14 +150,14 @@ class Recorder {
     std::string takeFact(const Fields& fields) {
         if (!seenFacts_.insert(packedSMCKey(fields.key)).second) return repeatedKey(fields);
         RecordedFacts& facts = parsed_.machine.facts;
-        const std::string_view value = trimmed(fields.value.empty() ? fields.raw : fields.value);
+        const std::string_view value = trimmed(fields.raw.empty() ? fields.value : fields.raw);
         if (fields.key == "NCPU") {
             facts.processorModel = value;
         } else if (fields.key == "NCOR") {
             facts.activeProcessors = wholeNumber<int>(value.substr(0, value.find('.')));
             if (!facts.activeProcessors) return "the number of cores is not a whole number";
         } else if (fields.key == "NRAM") {
-            facts.physicalMemory = wholeNumber<std::uint64_t>(trimmed(fields.raw));
+            facts.physicalMemory = wholeNumber<std::uint64_t>(value);
             if (!facts.physicalMemory) return "the memory after RAW= is not a whole number of bytes";
         } else if (fields.key == "NTHR") {
             facts.thermalState = thermalStateNamed(value);

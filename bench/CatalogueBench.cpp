@@ -1,0 +1,31 @@
+// Catalogue look-ups: a key of the table, one that a rule names, and one that nothing names.
+
+#include "catalogue/SMCKeyDatabase.h"
+
+#include <array>
+#include <benchmark/benchmark.h>
+#include <string_view>
+
+namespace kelvinbar::bench {
+
+namespace {
+
+void lookUp(benchmark::State& state, const std::array<std::string_view, 4>& keys) {
+    std::size_t next = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(SMCKeyDatabase::hwMonitorDefinition(keys[next++ % keys.size()]));
+}
+
+void tableHit(benchmark::State& state) { lookUp(state, {"TC0P", "F0Ac", "VC0C", "IG0S"}); }
+
+void ruleHit(benchmark::State& state) { lookUp(state, {"TC3D", "TG2D", "VD0R", "B0XX"}); }
+
+void miss(benchmark::State& state) { lookUp(state, {"#KEY", "MSSD", "TCaC", "F3Xy"}); }
+
+BENCHMARK(tableHit);
+BENCHMARK(ruleHit);
+BENCHMARK(miss);
+
+} // namespace
+
+} // namespace kelvinbar::bench

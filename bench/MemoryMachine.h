@@ -1,0 +1,54 @@
+#pragma once
+
+#include "smc/Machine.h"
+#include "smc/SMCKeyText.h"
+#include "smc/SMCParamBlock.h"
+#include "store/LoadPass.h"
+
+#include <array>
+#include <bit>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar::bench {
+
+/// `count` distinct keys that the catalogue can name, in ascending order: half by its table where that has
+/// enough of them, the rest by its rules.
+std::vector<std::string> namedKeys(std::size_t count);
+
+/// A controller that answers from memory, as fast as a driver can: what a pass costs beyond it is ours.
+class MemoryDriver final : public SMCDriver {
+  public:
+    explicit MemoryDriver(const std::vector<std::string>& keys);
+
+    std::optional<Service> findService(std::string_view /*className*/) override { return 1; }
+
+    OpenResult open(Service /*service*/) override { return {.code = kernSuccess, .connection = 1}; }
+
+    ReturnCode callStructMethod(Connection connection, std::uint32_t selector,
+                                std::span<const std::byte> input, std::span<std::byte> output,
+                                std::size_t& outputSize) override;
+
+    void close(Connection /*connection*/) override {}
+
+  private:
+    struct Answers {
+        SMCParamBlock info;
+        SMCParamBlock bytes;
+    };
+
+    std::vector<SMCParamBlock> byIndex_;
+    std::unordered_map<std::uint32_t, Answers> byKey_;
+};
+
+/// A machine of `count` keys, without registry fans, that becomes the process's own.
+std::shared_ptr<MemoryDriver> useMemoryMachine(const std::vector<std::string>& keys);
+
+KeySet keySet(const std::vector<std::string>& keys);
+
+} // namespace kelvinbar::bench

@@ -1,0 +1,76 @@
+// The steps of a pass by themselves: decoding, normalising, sorting; printf is the floor of number text.
+
+#include "base/NumberText.h"
+#include "bench/MemoryMachine.h"
+#include "smc/SMCValueDecoding.h"
+#include "store/ReadingOrder.h"
+#include "store/ValueNormalization.h"
+
+#include <array>
+#include <benchmark/benchmark.h>
+#include <cstdio>
+
+namespace kelvinbar::bench {
+
+namespace {
+
+SMCParamBlock block(std::string_view type, std::array<std::uint8_t, 4> bytes, std::uint32_t size) {
+    SMCParamBlock filled;
+    filled.dataType = packedSMCKey(type);
+    filled.dataSize = size;
+    std::ranges::copy(bytes, filled.bytes.begin());
+    return filled;
+}
+
+void decodeValue(benchmark::State& state) {
+    const std::array blocks{block("sp78", {0x2D, 0x80}, 2), block("flt ", {0x33, 0x33, 0x3D, 0x42}, 4),
+                            block("ui16", {0x2D, 0x42}, 2), block("ch8*", {0x6A, 0x31, 0x33, 0x38}, 4)};
+    std::size_t next = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(dictionaryForKey("TC0P", blocks[next++ % blocks.size()]));
+}
+
+void normalizeOneValue(benchmark::State& state) {
+    const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
+    std::size_t next = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(normalizeValue("B0AV", "", numbers[next++ % 4], "V"));
+}
+
+void numberText(benchmark::State& state) {
+    const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
+    std::size_t next = 0;
+    for (auto _ : state) benchmark::DoNotOptimize(fixedText(numbers[next++ % 4], 2));
+}
+
+void numberTextByPrintf(benchmark::State& state) {
+    const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
+    std::size_t next = 0;
+    std::array<char, 32> buffer{};
+    for (auto _ : state) {
+        std::snprintf(buffer.data(), buffer.size(), "%.2f", numbers[next++ % 4]);
+        benchmark::DoNotOptimize(buffer);
+    }
+}
+
+void sortReadings(benchmark::State& state) {
+    const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
+    useMemoryMachine(keys);
+    const auto readings = kelvinbar::loadReadings({}, false, keySet(keys), false).readings;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto copy = readings;
+        state.ResumeTiming();
+        copy = sortedByCategoryAndKey(std::move(copy));
+        benchmark::DoNotOptimize(copy);
+    }
+    state.counters["keys"] = static_cast<double>(keys.size());
+}
+
+BENCHMARK(decodeValue);
+BENCHMARK(normalizeOneValue);
+BENCHMARK(numberText);
+BENCHMARK(numberTextByPrintf);
+BENCHMARK(sortReadings)->Arg(64)->Arg(512)->Arg(1000);
+
+} // namespace
+
+} // namespace kelvinbar::bench

@@ -1,0 +1,49 @@
+// Any text as a replayed machine. What it exports must replay to the same export.
+
+#include "fuzz/Check.h"
+#include "platform/replay/ReplayMachine.h"
+#include "store/LoadPass.h"
+#include "store/SnapshotExport.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelvinbar::fuzz {
+
+namespace {
+
+class StandingClock final : public MonotonicClock {
+  public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
+};
+
+std::optional<std::string> exportOf(std::string_view text) {
+    const ReplayResult replay = makeReplayMachine(text, std::make_shared<StandingClock>());
+    if (!replay.machine) return std::nullopt;
+    useMachine(*replay.machine);
+    return snapshotText(loadReadings({}, true, {}, true).readings, {});
+}
+
+bool hasReadings(std::string_view snapshot) {
+    return snapshot.find("\nActive keys: 0\n") == std::string_view::npos;
+}
+
+void replay(std::string_view text) {
+    const auto first = exportOf(text);
+    if (!first || !hasReadings(*first)) return;
+    check(exportOf(*first) == first, "a replayed snapshot exports itself");
+}
+
+} // namespace
+
+} // namespace kelvinbar::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text(data, data + size);
+    kelvinbar::fuzz::replay(text);
+    return 0;
+}
