@@ -20,7 +20,7 @@ std::string_view takeDigits(std::string_view& text) {
 }
 
 std::strong_ordering compareByValue(std::string_view leftDigits, std::string_view rightDigits) {
-    if (const auto order = leftDigits.size() <=> rightDigits.size(); order != 0) return order;
+    if (const auto order = leftDigits.size() <=> rightDigits.size(); std::is_neq(order)) return order;
     return leftDigits <=> rightDigits;
 }
 
@@ -40,7 +40,7 @@ bool comesBeforeNaturally(std::string_view left, std::string_view right) {
             left.remove_prefix(1);
             right.remove_prefix(1);
         }
-        if (order != 0) return order < 0;
+        if (std::is_neq(order)) return std::is_lt(order);
     }
     return left.empty() && !right.empty();
 }

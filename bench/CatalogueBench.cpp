@@ -12,7 +12,7 @@ namespace {
 
 void lookUp(benchmark::State& state, const std::array<std::string_view, 4>& keys) {
     std::size_t next = 0;
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(SMCKeyDatabase::hwMonitorDefinition(keys[next++ % keys.size()]));
 }
 

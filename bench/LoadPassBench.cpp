@@ -43,7 +43,7 @@ std::vector<std::uint32_t> packedKeys(const std::vector<std::string>& keys) {
 void loadReadingsWithDiscovery(benchmark::State& state) {
     const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
     useMemoryMachine(keys);
-    for (auto _ : state) benchmark::DoNotOptimize(kelvinbar::loadReadings({}, true, {}, true));
+    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings({}, true, {}, true));
     setKeys(state, keys.size());
 }
 
@@ -51,7 +51,7 @@ void driverCallsWithDiscovery(benchmark::State& state) {
     const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
     const auto codes = packedKeys(keys);
     MemoryDriver driver(keys);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         readKeyAlone(driver, packedSMCKey("#KEY"));
         for (std::uint32_t index = 0; index < codes.size(); ++index) {
             call(driver, SMCCommand::keyByIndex, 0, index);
@@ -68,7 +68,7 @@ void loadReadings(benchmark::State& state) {
     const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
     useMemoryMachine(keys);
     const KeySet known = keySet(keys);
-    for (auto _ : state) benchmark::DoNotOptimize(kelvinbar::loadReadings({}, false, known, true));
+    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings({}, false, known, true));
     setKeys(state, keys.size());
 }
 
@@ -76,7 +76,7 @@ void driverCalls(benchmark::State& state) {
     const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
     const auto codes = packedKeys(keys);
     MemoryDriver driver(keys);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const std::uint32_t code : codes) readKeyAlone(driver, code);
     }
     setKeys(state, keys.size());
@@ -86,7 +86,7 @@ void loadPinnedReadings(benchmark::State& state) {
     const auto keys = namedKeys(1000);
     useMemoryMachine(keys);
     const KeySet pinned(keys.end() - pinnedKeys, keys.end());
-    for (auto _ : state) benchmark::DoNotOptimize(kelvinbar::loadReadings(pinned, false, pinned, false));
+    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings(pinned, false, pinned, false));
     setKeys(state, pinned.size());
 }
 

@@ -62,7 +62,7 @@ void refreshForDays(benchmark::State& state) {
     for (int warmUp = 0; warmUp < 1000; ++warmUp) running.refreshOnce();
     const double memoryBefore = processStatus("VmRSS");
     const double threadsBefore = processStatus("Threads");
-    for (auto _ : state) running.refreshOnce();
+    while (state.KeepRunning()) running.refreshOnce();
     state.counters["memoryGrowthKiB"] = processStatus("VmRSS") - memoryBefore;
     state.counters["threadGrowth"] = processStatus("Threads") - threadsBefore;
 }

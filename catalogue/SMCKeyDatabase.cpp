@@ -10,7 +10,8 @@ std::size_t SMCKeyHash::operator()(std::string_view key) const noexcept {
     std::uint32_t packed = 0;
     for (const char byte : key) packed = (packed << 8U) | static_cast<unsigned char>(byte);
     // Knuth's multiplicative hashing: the letters' few distinct bits spread over the word.
-    return static_cast<std::size_t>(packed * 2654435769U);
+    const std::uint32_t spread = packed * 2654435769U;
+    return spread;
 }
 
 const std::vector<SMCKeyDefinition>& SMCKeyDatabase::definitions() {

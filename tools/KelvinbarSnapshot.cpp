@@ -9,6 +9,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -98,4 +100,11 @@ int run(int argc, char** argv) {
 
 } // namespace kelvinbar
 
-int main(int argc, char** argv) { return kelvinbar::run(argc, argv); }
+int main(int argc, char** argv) {
+    try {
+        return kelvinbar::run(argc, argv);
+    } catch (const std::exception& error) {
+        static_cast<void>(std::fprintf(stderr, "kelvinbar-snapshot: %s\n", error.what()));
+        return kelvinbar::inputErrorExit;
+    }
+}

@@ -1,6 +1,5 @@
 #include "platform/replay/SnapshotParser.h"
 
-#include "base/NumberText.h"
 #include "base/Text.h"
 #include "smc/SMCKeyText.h"
 

@@ -1,0 +1,53 @@
+#include "base/Calendar.h"
+
+#include <chrono>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace kelvinbar {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::chrono::system_clock::time_point unixTime(std::int64_t seconds) {
+    return std::chrono::system_clock::time_point(std::chrono::seconds(seconds));
+}
+
+TEST(Calendar, PrintsAnInternetDateTimeInUtc) {
+    EXPECT_EQ(iso8601Text(unixTime(1772373909)), "2026-03-01T14:05:09Z");
+}
+
+TEST(Calendar, PadsEveryFieldWithZeros) { EXPECT_EQ(iso8601Text(unixTime(0)), "1970-01-01T00:00:00Z"); }
+
+TEST(Calendar, KnowsTheLengthsOfYears) {
+    EXPECT_EQ(iso8601Text(unixTime(1709251199)), "2024-02-29T23:59:59Z");
+    EXPECT_EQ(iso8601Text(unixTime(1709251200)), "2024-03-01T00:00:00Z");
+    EXPECT_EQ(iso8601Text(unixTime(951782400)), "2000-02-29T00:00:00Z");
+    EXPECT_EQ(iso8601Text(unixTime(4107542399)), "2100-02-28T23:59:59Z");
+    EXPECT_EQ(iso8601Text(unixTime(4107542400)), "2100-03-01T00:00:00Z");
+    EXPECT_EQ(iso8601Text(unixTime(946684799)), "1999-12-31T23:59:59Z");
+}
+
+TEST(Calendar, GoesBeyondThirtyTwoBitSeconds) {
+    EXPECT_EQ(iso8601Text(unixTime(2147483648)), "2038-01-19T03:14:08Z");
+}
+
+TEST(Calendar, DropsFractionsOfASecond) {
+    EXPECT_EQ(iso8601Text(unixTime(1772373909) + 1ms), "2026-03-01T14:05:09Z");
+    EXPECT_EQ(iso8601Text(unixTime(1772373909) + 999999us), "2026-03-01T14:05:09Z");
+}
+
+TEST(Calendar, CountsBackwardsBefore1970) {
+    EXPECT_EQ(iso8601Text(unixTime(-1)), "1969-12-31T23:59:59Z");
+    EXPECT_EQ(iso8601Text(unixTime(-2203891200)), "1900-03-01T00:00:00Z");
+    EXPECT_EQ(iso8601Text(unixTime(-2203891201)), "1900-02-28T23:59:59Z");
+}
+
+TEST(Calendar, DropsFractionsTowardsThePastBefore1970) {
+    EXPECT_EQ(iso8601Text(unixTime(0) - 1us), "1969-12-31T23:59:59Z");
+    EXPECT_EQ(iso8601Text(unixTime(-1) - 500ms), "1969-12-31T23:59:58Z");
+}
+
+} // namespace
+} // namespace kelvinbar

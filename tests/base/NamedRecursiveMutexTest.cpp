@@ -1,0 +1,39 @@
+#include "base/NamedRecursiveMutex.h"
+
+#include <future>
+#include <gtest/gtest.h>
+#include <mutex>
+
+namespace kelvinbar {
+namespace {
+
+/// Whether another thread could take `mutex` now.
+bool isFreeForOthers(NamedRecursiveMutex& mutex) {
+    return std::async(std::launch::async,
+                      [&mutex] {
+                          const std::unique_lock lock(mutex, std::try_to_lock);
+                          return lock.owns_lock();
+                      })
+        .get();
+}
+
+TEST(NamedRecursiveMutex, TellsItsName) {
+    const NamedRecursiveMutex mutex("Kelvinbar.Test.Lock");
+    EXPECT_EQ(mutex.name(), "Kelvinbar.Test.Lock");
+}
+
+TEST(NamedRecursiveMutex, IsFreeForOthersOnlyAfterAsManyUnlocksAsLocks) {
+    NamedRecursiveMutex mutex("Kelvinbar.Test.Lock");
+    {
+        const std::lock_guard outer(mutex);
+        {
+            const std::lock_guard inner(mutex);
+            EXPECT_FALSE(isFreeForOthers(mutex));
+        }
+        EXPECT_FALSE(isFreeForOthers(mutex));
+    }
+    EXPECT_TRUE(isFreeForOthers(mutex));
+}
+
+} // namespace
+} // namespace kelvinbar

@@ -1,0 +1,128 @@
+#include "platform/replay/ReplayRegistry.h"
+
+#include "smc/RegistryFans.h"
+#include "tests/platform/replay/Exporting.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+/// The fans that the walk finds in the registry replayed from `fans`.
+std::vector<SMCKeyResult> walkedFans(const std::vector<RecordedFan>& fans) {
+    useRegistry(makeReplayRegistry(fans).registry, std::make_shared<fakes::FakeMonotonicClock>());
+    std::vector<SMCKeyResult> results = cachedRegistryFans();
+    useRegistry(nullptr, nullptr);
+    return results;
+}
+
+RecordedFan fan(std::string_view key, std::string_view name, std::string_view speed, std::string_view raw) {
+    return {.lineNumber = 5,
+            .key = std::string(key),
+            .name = std::string(name),
+            .speed = std::string(speed),
+            .raw = std::string(raw)};
+}
+
+std::vector<std::string> keysOf(const std::vector<SMCKeyResult>& fans) {
+    std::vector<std::string> keys(fans.size());
+    std::ranges::transform(fans, keys.begin(),
+                           [](const SMCKeyResult& each) { return each.textOr("key", ""); });
+    return keys;
+}
+
+TEST(ReplayRegistry, IsEmptyWithoutFans) {
+    EXPECT_TRUE(walkedFans({}).empty());
+    EXPECT_TRUE(makeReplayRegistry({}).problems.empty());
+}
+
+TEST(ReplayRegistry, LetsTheWalkFindAFanAsItsLineShowsIt) {
+    const auto fans = walkedFans({fan("FAN0", "CPU Fan", "1500", "05DC")});
+    ASSERT_EQ(fans.size(), 1U);
+    EXPECT_EQ(fans[0].size(), 10U);
+    EXPECT_EQ(fans[0].textOr("key", ""), "FAN0");
+    EXPECT_EQ(fans[0].textOr("type", ""), "ioreg");
+    EXPECT_EQ(fans[0].textOr("name", ""), "CPU Fan");
+    EXPECT_EQ(fans[0].textOr("value", ""), "1500");
+    EXPECT_EQ(fans[0].textOr("raw", ""), "05DC");
+}
+
+/// The name and the speed are what people read; a raw text that says something else was edited or lost.
+TEST(ReplayRegistry, ShowsTheSpeedOfTheLineWhateverItsRawTextSays) {
+    for (const std::string_view raw : {"", "FFFF", "2000", "junk", "2000 RPM", "\t"}) {
+        SCOPED_TRACE(raw);
+        const std::string text = exportedReplay("FAN0\tioreg\tCPU Fan\t1450 RPM\tRAW=" + std::string(raw));
+        EXPECT_TRUE(text.starts_with(std::string(exportedHead) + "1\n\nFAN0\tioreg\tCPU Fan\t1450 RPM\tRAW="))
+            << text;
+    }
+}
+
+TEST(ReplayRegistry, TakesASpeedWithoutItsUnit) {
+    for (const std::string_view value : {"1450", "1450 RPM", "1450RPM", " 1450  RPM "}) {
+        SCOPED_TRACE(value);
+        EXPECT_TRUE(exportedReplay("FAN0\tioreg\tCPU Fan\t" + std::string(value) + "\tRAW=5AA")
+                        .ends_with("\nFAN0\tioreg\tCPU Fan\t1450 RPM\tRAW=5AA"));
+    }
+}
+
+TEST(ReplayRegistry, TakesTheSpeedsAtBothEndsOfTheRange) {
+    EXPECT_TRUE(exportedReplay("FAN0\tioreg\tCPU Fan\t0 RPM\tRAW=0").ends_with("\t0 RPM\tRAW=0"));
+    EXPECT_TRUE(
+        exportedReplay("FAN0\tioreg\tCPU Fan\t30000 RPM\tRAW=7530").ends_with("\t30000 RPM\tRAW=7530"));
+    EXPECT_EQ(exportedReplay("FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531"), "");
+}
+
+TEST(ReplayRegistry, PutsFansInAnyOrderOfLinesAtTheirPlaces) {
+    const auto fans = walkedFans({fan("FAN2", "Rear Fan", "902", "386"), fan("F0Ac", "Fan 1", "901", "385"),
+                                  fan("FAN0", "CPU Fan", "900", "384")});
+    EXPECT_EQ(keysOf(fans), (std::vector<std::string>{"FAN0", "F0Ac", "FAN2"}));
+}
+
+TEST(ReplayRegistry, LeavesNoTraceOfThePlacesBetweenInASnapshot) {
+    EXPECT_EQ(exportedReplay("F0Ac\tioreg\tFan 20\t900 RPM\tRAW=384"),
+              std::string(exportedHead) + "1\n\nF0Ac\tioreg\tFan 20\t900 RPM\tRAW=384");
+    EXPECT_EQ(exportedReplay("FAN7\tioreg\tCPU Fan\t900 RPM\tRAW=384"),
+              std::string(exportedHead) + "1\n\nFAN7\tioreg\tCPU Fan\t900 RPM\tRAW=384");
+}
+
+TEST(ReplayRegistry, CannotHoldTwoFansAtOnePlace) {
+    const auto result = makeReplayRegistry(
+        {fan("FAN1", "CPU Fan", "900", "384"), RecordedFan{6, "F0Ac", "Fan 1", "901", "385"}});
+    ASSERT_EQ(result.problems.size(), 1U);
+    EXPECT_EQ(result.problems[0].lineNumber, 6U);
+    EXPECT_FALSE(result.problems[0].reason.empty());
+}
+
+TEST(ReplayRegistry, NamesTheLineOfAFanThatNoRegistryCanShow) {
+    for (const RecordedFan& impossible :
+         {fan("TC0P", "CPU Fan", "900", "384"), fan("FAN0", "Pump", "900", "384"),
+          fan("FANA", "CPU Fan", "1", "1"), fan("FAN0", "", "900", "384"), fan("F0Ac", "Fan", "900", "384"),
+          fan("F0Ac", "Fan -1", "900", "384"), fan("F0Ac", "Fan 01", "900", "384"),
+          fan("F4Ac", "Fan 0", "900", "384")}) {
+        SCOPED_TRACE(impossible.key + " " + impossible.name);
+        const auto result = makeReplayRegistry({impossible});
+        ASSERT_EQ(result.problems.size(), 1U);
+        EXPECT_EQ(result.problems[0].lineNumber, 5U);
+    }
+}
+
+TEST(ReplayRegistry, CanBeWalkedTwice) {
+    const auto result = makeReplayRegistry({fan("FAN0", "CPU Fan", "900", "384")});
+    for (int walk = 0; walk < 2; ++walk) {
+        const auto entries = result.registry->iterateRecursively("IOService");
+        ASSERT_NE(entries, nullptr);
+        EXPECT_NE(entries->next(), nullptr);
+        EXPECT_EQ(entries->next(), nullptr);
+        EXPECT_EQ(entries->next(), nullptr);
+    }
+}
+
+} // namespace
+
+} // namespace kelvinbar

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "base/NotificationCenter.h"
+#include "catalogue/NotificationNames.h"
+#include "store/KelvinbarStore.h"
+#include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/ManualQueues.h"
+#include "tests/fakes/RecordingUserDefaults.h"
+#include "tests/store/ControllerKeys.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar::fakes {
+
+/// A store over a machine of fakes, its queues cranked by the test.
+struct StoreFixture : testing::Test {
+    FakeMachine machine;
+    RecordingUserDefaults defaults;
+    NotificationCenter notifications;
+    FakeWallClock wallClock;
+    FakeMonotonicClock monotonicClock;
+    ManualMainQueue mainQueue;
+    ManualBackgroundQueue backgroundQueue;
+
+    std::vector<Notification> posted;
+    std::vector<std::string> events; ///< "field: new value" and "post: name", in order, from recordEvents() on
+    std::vector<Registration> registrations;
+
+    std::unique_ptr<KelvinbarStore> store;
+
+    StoreFixture() {
+        wallClock.time += std::chrono::hours(24);
+        for (const std::string_view name : {kelvinbarSamplingRateChanged, kelvinbarMenuBarReadingChanged,
+                                            kelvinbarDisplayModeChanged, kelvinbarManualSizeChanged}) {
+            registrations.push_back(notifications.addObserver(name, [this](const Notification& notification) {
+                posted.push_back(notification);
+                if (recording_) events.push_back("post: " + std::string(notification.name));
+            }));
+        }
+    }
+
+    [[nodiscard]] FakeSMCDriver& driver() const { return *machine.driver; }
+
+    /// Makes the store, whose first refresh then waits.
+    void makeStore() {
+        store = std::make_unique<KelvinbarStore>(StorePorts{.defaults = defaults,
+                                                            .notifications = notifications,
+                                                            .mainQueue = mainQueue,
+                                                            .backgroundQueue = backgroundQueue,
+                                                            .wallClock = wallClock,
+                                                            .monotonicClock = monotonicClock});
+    }
+
+    /// Makes the store over a controller of `keys` and lets its first refresh end.
+    void makeRefreshedStore(const std::vector<ControllerKey>& keys) {
+        setKeys(driver(), keys);
+        makeStore();
+        finishPasses();
+    }
+
+    void finishPasses() {
+        backgroundQueue.runAll();
+        mainQueue.drain();
+    }
+
+    void refresh(bool forceDiscovery = false) {
+        store->refresh(forceDiscovery);
+        finishPasses();
+    }
+
+    void refreshMenuBarOnly() {
+        store->refreshMenuBarOnly();
+        finishPasses();
+    }
+
+    /// What the driver, the preferences and the notification centre were told so far is forgotten.
+    void forgetHistory() {
+        driver().calls.clear();
+        machine.registry->walkedPlanes.clear();
+        defaults.writes.clear();
+        posted.clear();
+        events.clear();
+    }
+
+    void recordEvents() {
+        recording_ = true;
+        record("smcAvailable", store->smcAvailable(), [](bool value) { return value ? "true" : "false"; });
+        record("readings", store->readings(), readingsText);
+        record("menuBarKeys", store->menuBarKeys(), [](const auto& keys) { return joined(keys); });
+        record("hiddenKeys", store->hiddenKeys(), [](const auto& keys) { return joined(keys); });
+        record("lastUpdated", store->lastUpdated(), [](const auto& time) { return time ? "now" : "none"; });
+        record("statusMessage", store->statusMessage(), [](const auto& text) { return text; });
+        record("isLoading", store->isLoading(), [](bool value) { return value ? "true" : "false"; });
+    }
+
+    [[nodiscard]] std::vector<Notification> postedUnder(std::string_view name) const {
+        std::vector<Notification> found;
+        for (const Notification& notification : posted) {
+            if (notification.name == name) found.push_back(notification);
+        }
+        return found;
+    }
+
+    [[nodiscard]] std::vector<std::string> readingKeys() const {
+        std::vector<std::string> keys;
+        for (const SMCReading& reading : store->readings().value()) keys.push_back(reading.key);
+        return keys;
+    }
+
+    /// "key=value" of every reading, in order, separated by blanks.
+    static std::string readingsText(const std::vector<SMCReading>& readings) {
+        std::vector<std::string> texts;
+        texts.reserve(readings.size());
+        for (const SMCReading& reading : readings) texts.push_back(reading.key + "=" + reading.value);
+        return joined(texts);
+    }
+
+  private:
+    template <typename Texts>
+    static std::string joined(const Texts& texts) {
+        std::string line;
+        for (const std::string& text : texts) line.append(line.empty() ? "" : " ").append(text);
+        return line;
+    }
+
+    /// `text` makes a text of the new value.
+    template <typename Field, typename Text>
+    void record(std::string name, const Field& field, Text text) {
+        registrations.push_back(field.observe([this, name = std::move(name), text](const auto& newValue) {
+            events.push_back(name + ": " + text(newValue));
+        }));
+    }
+
+    bool recording_ = false;
+};
+
+/// A reading as a panel row would hand it over.
+inline SMCReading readingOf(std::string key) {
+    SMCReading reading;
+    reading.key = std::move(key);
+    return reading;
+}
+
+} // namespace kelvinbar::fakes
