@@ -113,4 +113,6 @@ double leadingNumber(std::string_view text) {
     return number;
 }
 
+bool isNumber(std::string_view text) { return !text.empty() && numberPrefix(text).size() == text.size(); }
+
 } // namespace kelvinbar

@@ -21,4 +21,7 @@ std::string plainNumberText(double number);
 /// is ignored. 0 when there is no number, plus or minus infinity when it is too large for a double.
 double leadingNumber(std::string_view text);
 
+/// Whether all of `text` is such a number, without white space.
+bool isNumber(std::string_view text);
+
 } // namespace kelvinbar

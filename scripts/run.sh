@@ -4,8 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-dependencies.sh run
 {
+  scripts/install-dependencies.sh run
   cmake --preset release
   cmake --build --preset release --target kelvinbar-snapshot
 } >&2

@@ -26,8 +26,8 @@ constexpr int inputErrorExit = 1;
 constexpr int usageErrorExit = 2;
 
 struct Options {
-    std::string replayFile;
-    std::string sampleName;
+    std::optional<std::string> replayFile;
+    std::string sampleName; ///< empty for none
 };
 
 std::vector<std::string> sampleNames() {
@@ -36,14 +36,26 @@ std::vector<std::string> sampleNames() {
     return names;
 }
 
-void reportError(std::string_view message) { std::cerr << "kelvinbar-snapshot: " << message << '\n'; }
+void reportError(const std::string& message) { std::cerr << "kelvinbar-snapshot: " + message + "\n"; }
+
+/// Names the lines that cannot be used. Standard error is not buffered, and there may be millions of them.
+void reportProblems(const std::string& source, const std::vector<LineProblem>& problems) {
+    constexpr std::size_t chunk = std::size_t{64} * 1024;
+    std::string text;
+    for (const LineProblem& problem : problems) {
+        text.append("kelvinbar-snapshot: ").append(source).append(", line ");
+        text.append(std::to_string(problem.lineNumber)).append(": ").append(problem.reason).append("\n");
+        if (text.size() < chunk) continue;
+        std::cerr << text;
+        text.clear();
+    }
+    std::cerr << text;
+}
 
 /// The replayed machine, or nothing after saying why. Lines that cannot be used are named and left out.
 std::optional<Machine> replayedMachine(const std::string& source, std::string_view text) {
     ReplayResult replay = makeReplayMachine(text, makePlatform().clock);
-    for (const LineProblem& problem : replay.problems) {
-        reportError(source + ", line " + std::to_string(problem.lineNumber) + ": " + problem.reason);
-    }
+    reportProblems(source, replay.problems);
     if (!replay.machine) reportError(source + ": no line of a snapshot in it");
     return std::move(replay.machine);
 }
@@ -59,7 +71,7 @@ std::optional<Machine> machineFromFile(const std::string& file) {
 }
 
 std::optional<Machine> chosenMachine(const Options& options) {
-    if (!options.replayFile.empty()) return machineFromFile(options.replayFile);
+    if (options.replayFile) return machineFromFile(*options.replayFile);
     if (options.sampleName.empty()) return makePlatform();
     const auto sample = std::ranges::find(sampleMachines(), options.sampleName, &SampleMachine::name);
     return replayedMachine(options.sampleName, sample->text);

@@ -34,7 +34,7 @@ TextInput readTextInput(std::istream& stream) {
         text.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
     }
     if (stream.bad()) return systemError(EIO);
-    if (text.size() > maximumInputSize) return InputError{"it is larger than 64 MiB"};
+    if (text.size() > maximumInputSize) return InputError{"it is larger than 16 MiB"};
     return text;
 }
 

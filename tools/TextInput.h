@@ -8,7 +8,7 @@
 namespace kelvinbar {
 
 /// More than any snapshot has; a device that never ends stops here.
-inline constexpr std::size_t maximumInputSize = std::size_t{64} * 1024 * 1024;
+inline constexpr std::size_t maximumInputSize = std::size_t{16} * 1024 * 1024;
 
 /// Why a text could not be read, for people.
 struct InputError {

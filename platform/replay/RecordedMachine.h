@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What a snapshot text tells of the machine that it was taken on.
@@ -36,7 +38,7 @@ struct RecordedFacts {
 /// Why a line could not be used.
 struct LineProblem {
     std::size_t lineNumber = 0; ///< from 1
-    std::string reason;
+    std::string_view reason;    ///< for people; a constant of the program
 };
 
 struct RecordedMachine {

@@ -27,6 +27,9 @@ constexpr std::size_t placeCount = 64;
 /// From this place on, a property of any name gives the key "FAN9", which the catalogue does not know.
 constexpr std::size_t firstUnnamedPlace = 9;
 
+/// The catalogue knows "FAN0" to "FAN7".
+constexpr std::size_t catalogueFanCount = 8;
+
 struct Property {
     std::string name;
     Value value;
@@ -60,7 +63,8 @@ struct Spot {
     std::string propertyName;
 };
 
-std::vector<Spot> possibleSpots(const RecordedFan& fan) {
+/// Those in which the walk finds the key and the name of `fan`; at most two.
+std::vector<Spot> exactSpots(const RecordedFan& fan) {
     std::vector<Spot> spots;
     const auto add = [&](std::optional<std::size_t> place, const std::string& propertyName) {
         if (!place || !stringContainsFanHint(propertyName)) return;
@@ -70,6 +74,17 @@ std::vector<Spot> possibleSpots(const RecordedFan& fan) {
     };
     add(numberAfter("Fan ", fan.name), fan.key);
     add(numberAfter("FAN", fan.key), fan.name);
+    return spots;
+}
+
+/// Those in which the walk finds at least the name of `fan`, under a key that the catalogue knows.
+std::vector<Spot> spotsByName(const RecordedFan& fan) {
+    std::vector<Spot> spots;
+    if (!stringContainsFanHint(fan.name)) return spots;
+    for (std::size_t place = 0; place < catalogueFanCount; ++place) {
+        const SMCKeyResult seen = fanResult(fan.name, std::int64_t{0}, 0, place);
+        if (seen.textOr("name", "") == fan.name) spots.push_back({place, fan.name});
+    }
     return spots;
 }
 
@@ -163,25 +178,26 @@ bool takeSpot(Places& places, const std::vector<Spot>& spots, const RecordedFan&
     });
 }
 
-std::string reasonAgainst(const RecordedFan& fan, const std::vector<Spot>& spots) {
-    if (!fanSpeed(recordedValue(fan))) return "the fan's speed is not a number from 0 to 30000";
-    if (spots.empty()) return "no registry fan has this key and this name";
-    return "another line has the fan's place in the registry";
-}
-
 } // namespace
 
 ReplayRegistryResult makeReplayRegistry(const std::vector<RecordedFan>& fans) {
     ReplayRegistryResult result;
-    Places places;
-    // Those with one spot choose first: the others can give way.
-    for (const bool choosy : {true, false}) {
-        for (const RecordedFan& fan : fans) {
-            const std::vector<Spot> spots = possibleSpots(fan);
-            if ((spots.size() < 2) != choosy) continue;
-            if (fanSpeed(recordedValue(fan)) && takeSpot(places, spots, fan)) continue;
-            result.problems.push_back({fan.lineNumber, reasonAgainst(fan, spots)});
+    std::vector<const RecordedFan*> waiting;
+    for (const RecordedFan& fan : fans) {
+        if (fanSpeed(recordedValue(fan))) {
+            waiting.push_back(&fan);
+        } else {
+            result.problems.push_back({fan.lineNumber, "the fan's speed is not from 0 to 30000"});
         }
+    }
+    // Fans that have one spot choose before those that have two, and those come last that no walk over a
+    // registry can have given: edited lines keep their name and speed under another key.
+    Places places;
+    std::ranges::stable_sort(waiting, {}, [](const auto* fan) { return exactSpots(*fan).size(); });
+    std::erase_if(waiting, [&](const auto* fan) { return takeSpot(places, exactSpots(*fan), *fan); });
+    std::erase_if(waiting, [&](const auto* fan) { return takeSpot(places, spotsByName(*fan), *fan); });
+    for (const RecordedFan* const fan : waiting) {
+        result.problems.push_back({fan->lineNumber, "no registry can show a fan with this name here"});
     }
     result.registry = std::make_shared<ReplayRegistry>(std::move(places));
     return result;

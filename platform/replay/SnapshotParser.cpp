@@ -1,5 +1,6 @@
 #include "platform/replay/SnapshotParser.h"
 
+#include "base/NumberText.h"
 #include "base/Text.h"
 #include "smc/SMCKeyText.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 constexpr std::string_view title = "Kelvinbar snapshot";
 constexpr std::size_t maximumBytes = 32;
+constexpr std::string_view repeatedKey = "the key came before; the first line counts";
 
 /// A line's fields. Name and value may hold tabs of their own, so fields are cut from both ends.
 struct Fields {
@@ -102,7 +104,7 @@ std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
 class Recorder {
   public:
     void take(std::string_view line, std::size_t lineNumber) {
-        const std::string reason = takeLine(line, lineNumber);
+        const std::string_view reason = takeLine(line, lineNumber);
         if (reason.empty()) {
             ++parsed_.machine.usedLines;
         } else {
@@ -113,7 +115,7 @@ class Recorder {
     ParsedSnapshot finish() && { return std::move(parsed_); }
 
   private:
-    std::string takeLine(std::string_view line, std::size_t lineNumber) {
+    std::string_view takeLine(std::string_view line, std::size_t lineNumber) {
         const auto fields = splitFields(line);
         if (!fields) return "not a reading (key, type, name, value and RAW=, separated by tabs)";
         if (!isPrintableSMCKey(fields->key)) return "the key is not four printable characters";
@@ -122,32 +124,32 @@ class Recorder {
         return takeKey(*fields);
     }
 
-    std::string takeKey(const Fields& fields) {
+    std::string_view takeKey(const Fields& fields) {
         if (fields.type.size() > 4) return "the type is longer than four characters";
         auto bytes = bytesOfHex(trimmed(fields.raw));
         if (!bytes) return "the bytes after RAW= are not pairs of hex digits";
         if (bytes->empty()) return "there are no bytes after RAW=";
         if (bytes->size() > maximumBytes) return "there are more than 32 bytes after RAW=";
         const std::uint32_t code = packedSMCKey(fields.key);
-        if (!seenKeys_.insert(code).second) return repeatedKey(fields);
+        if (!seenKeys_.insert(code).second) return repeatedKey;
         std::string type(fields.type);
         type.resize(4, '\0');
         parsed_.machine.keys.push_back({code, packedSMCKey(type), *std::move(bytes)});
         return {};
     }
 
-    std::string takeFan(const Fields& fields, std::size_t lineNumber) {
+    std::string_view takeFan(const Fields& fields, std::size_t lineNumber) {
         std::string_view speed = trimmed(fields.value);
         if (speed.ends_with("RPM")) speed = trimmed(speed.substr(0, speed.size() - 3));
-        if (speed.empty()) return "the fan has no speed";
-        if (!seenFans_.insert(packedSMCKey(fields.key)).second) return repeatedKey(fields);
+        if (!isNumber(speed)) return "the fan has no speed";
+        if (!seenFans_.insert(packedSMCKey(fields.key)).second) return repeatedKey;
         parsed_.machine.fans.push_back({lineNumber, std::string(fields.key), std::string(fields.name),
                                         std::string(speed), std::string(fields.raw)});
         return {};
     }
 
-    std::string takeFact(const Fields& fields) {
-        if (!seenFacts_.insert(packedSMCKey(fields.key)).second) return repeatedKey(fields);
+    std::string_view takeFact(const Fields& fields) {
+        if (!seenFacts_.insert(packedSMCKey(fields.key)).second) return repeatedKey;
         RecordedFacts& facts = parsed_.machine.facts;
         const std::string_view value = trimmed(fields.raw.empty() ? fields.value : fields.raw);
         if (fields.key == "NCPU") {
@@ -163,13 +165,9 @@ class Recorder {
         } else if (fields.key == "NLPM") {
             facts.lowPowerMode = value == "Enabled";
         } else if (fields.key != "NARC") { // the architecture is a fixed text
-            return "no system fact has the key " + std::string(fields.key);
+            return "no system fact has this key";
         }
         return {};
-    }
-
-    static std::string repeatedKey(const Fields& fields) {
-        return "the key " + std::string(fields.key) + " came before; the first line counts";
     }
 
     ParsedSnapshot parsed_;
