@@ -102,6 +102,10 @@ int run(int argc, char** argv) {
                "2 for a wrong option.");
     try {
         app.parse(argc, argv);
+        // An empty text passes as no text at all, and no check is made of it.
+        if (demo->count() > 0 && options.sampleName.empty()) {
+            throw CLI::ValidationError("--demo", "NAME is empty");
+        }
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : usageErrorExit;
     }

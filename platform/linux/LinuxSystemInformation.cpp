@@ -39,19 +39,21 @@ std::optional<Number> takeNumber(std::string_view& text) {
 
 /// The number of processors in a list such as "0-3,8,10-11"; 0 when it is malformed.
 int processorsInList(std::string_view list) {
-    int count = 0;
+    constexpr std::uint32_t mostProcessors = 1'000'000; // beyond any kernel's limit
+    std::uint32_t count = 0;
     for (;;) {
-        const auto first = takeNumber<int>(list);
+        const auto first = takeNumber<std::uint32_t>(list);
         auto last = first;
         if (list.starts_with('-')) {
             list.remove_prefix(1);
-            last = takeNumber<int>(list);
+            last = takeNumber<std::uint32_t>(list);
         }
-        if (!first || !last || *last < *first) return 0;
+        if (!first || !last || *last < *first || *last >= mostProcessors) return 0;
         count += *last - *first + 1;
-        if (!list.starts_with(',')) return list.empty() ? count : 0;
+        if (!list.starts_with(',') || count > mostProcessors) break;
         list.remove_prefix(1);
     }
+    return list.empty() && count <= mostProcessors ? static_cast<int>(count) : 0;
 }
 
 std::optional<std::string> zeroTerminated(std::optional<std::string> text) {

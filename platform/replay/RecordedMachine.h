@@ -41,6 +41,9 @@ struct LineProblem {
     std::string_view reason;    ///< for people; a constant of the program
 };
 
+/// What is wrong with a second line of one key.
+inline constexpr std::string_view repeatedKey = "the key came before; the first line counts";
+
 struct RecordedMachine {
     std::vector<RecordedKey> keys; ///< in the order of the text, each once
     std::vector<RecordedFan> fans;

@@ -10,7 +10,10 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace kelvinbar {
@@ -22,7 +25,7 @@ constexpr std::string_view driverClass = "SMCSuperIO";
 /// The walk ends after this many fans, but finishes the entry in which that happens. So every place has an
 /// entry of its own (two chips may call a fan the same), and the last entry takes all further places.
 constexpr std::size_t entriesWithOneFan = 15;
-constexpr std::size_t placeCount = 64;
+constexpr std::size_t placeCount = 4096;
 
 /// From this place on, a property of any name gives the key "FAN9", which the catalogue does not know.
 constexpr std::size_t firstUnnamedPlace = 9;
@@ -77,15 +80,10 @@ std::vector<Spot> exactSpots(const RecordedFan& fan) {
     return spots;
 }
 
-/// Those in which the walk finds at least the name of `fan`, under a key that the catalogue knows.
-std::vector<Spot> spotsByName(const RecordedFan& fan) {
-    std::vector<Spot> spots;
-    if (!stringContainsFanHint(fan.name)) return spots;
-    for (std::size_t place = 0; place < catalogueFanCount; ++place) {
-        const SMCKeyResult seen = fanResult(fan.name, std::int64_t{0}, 0, place);
-        if (seen.textOr("name", "") == fan.name) spots.push_back({place, fan.name});
-    }
-    return spots;
+/// Whether the walk shows a property of that name under its own name; it does so at every place.
+bool isShownByItsName(const std::string& propertyName) {
+    return stringContainsFanHint(propertyName) &&
+           fanResult(propertyName, std::int64_t{0}, 0, 0).textOr("name", "") == propertyName;
 }
 
 /// Whether the walk shows `value` as the recorded fan was shown: whole RPM, and the same raw text.
@@ -109,6 +107,7 @@ std::optional<Data> dataOfHex(std::string_view hex) {
 /// same raw text. Without such a one (the raw text was edited or left out) the shown number.
 Value recordedValue(const RecordedFan& fan) {
     const double shown = leadingNumber(fan.speed);
+    if (isShownAs(shown, fan)) return shown;
     std::vector<Value> candidates{shown, shown - 0.5}; // halves are rounded up for display, down in raw text
     if (auto data = dataOfHex(fan.raw)) candidates.emplace_back(*std::move(data));
     candidates.emplace_back(fan.raw);
@@ -117,6 +116,54 @@ Value recordedValue(const RecordedFan& fan) {
 }
 
 using Places = std::map<std::size_t, Property>;
+
+/// Gives fans their places.
+class Placement {
+  public:
+    /// Whether `fan` has a place now in which the walk finds its key and name. Fans that were placed before
+    /// move to another such place if that makes room.
+    bool placeExactly(const RecordedFan& fan) {
+        std::set<std::size_t> tried;
+        return placeExactly(fan, tried);
+    }
+
+    /// Whether `fan` has a place now in which the walk finds its name. Nobody moves for it.
+    bool placeByName(const RecordedFan& fan) {
+        if (!isShownByItsName(fan.name)) return false;
+        std::size_t place = 0;
+        while (tenants_.contains(place)) ++place;
+        if (place >= catalogueFanCount) return false;
+        tenants_[place] = {&fan, fan.name};
+        return true;
+    }
+
+    [[nodiscard]] Places places() const {
+        Places places;
+        for (const auto& [place, tenant] : tenants_) {
+            places.emplace(place, Property{tenant.propertyName, recordedValue(*tenant.fan)});
+        }
+        return places;
+    }
+
+  private:
+    struct Tenant {
+        const RecordedFan* fan = nullptr;
+        std::string propertyName;
+    };
+
+    /// An augmenting path of a bipartite matching: whoever stands in the way looks for another place first.
+    bool placeExactly(const RecordedFan& fan, std::set<std::size_t>& tried) {
+        return std::ranges::any_of(exactSpots(fan), [&](const Spot& spot) {
+            if (!tried.insert(spot.place).second) return false;
+            Tenant& tenant = tenants_[spot.place];
+            if (tenant.fan != nullptr && !placeExactly(*tenant.fan, tried)) return false;
+            tenant = {&fan, spot.propertyName};
+            return true;
+        });
+    }
+
+    std::map<std::size_t, Tenant> tenants_;
+};
 
 class ReplayEntry final : public IORegistryEntry {
   public:
@@ -171,35 +218,37 @@ class ReplayRegistry final : public IORegistry {
     std::vector<ReplayEntry> entries_;
 };
 
-/// Gives `fan` the first of `spots` that is free.
-bool takeSpot(Places& places, const std::vector<Spot>& spots, const RecordedFan& fan) {
-    return std::ranges::any_of(spots, [&](const Spot& spot) {
-        return places.try_emplace(spot.place, Property{spot.propertyName, recordedValue(fan)}).second;
-    });
+/// Why no registry can show `fan`; empty when one can.
+std::string_view reasonAgainst(const RecordedFan& fan) {
+    if (!fanSpeed(recordedValue(fan))) return "the fan's speed is not from 0 to 30000";
+    if (!isShownByItsName(fan.name) && exactSpots(fan).empty()) return "no registry fan can have this name";
+    return {};
 }
 
 } // namespace
 
 ReplayRegistryResult makeReplayRegistry(const std::vector<RecordedFan>& fans) {
     ReplayRegistryResult result;
+    const auto report = [&](const RecordedFan& fan, std::string_view reason) {
+        result.problems.push_back({fan.lineNumber, reason});
+    };
+    Placement placement;
+    std::unordered_set<std::string_view> keys;
     std::vector<const RecordedFan*> waiting;
     for (const RecordedFan& fan : fans) {
-        if (fanSpeed(recordedValue(fan))) {
-            waiting.push_back(&fan);
+        if (keys.contains(fan.key)) {
+            report(fan, repeatedKey);
+        } else if (const auto reason = reasonAgainst(fan); !reason.empty()) {
+            report(fan, reason);
         } else {
-            result.problems.push_back({fan.lineNumber, "the fan's speed is not from 0 to 30000"});
+            keys.insert(fan.key);
+            if (!placement.placeExactly(fan)) waiting.push_back(&fan);
         }
     }
-    // Fans that have one spot choose before those that have two, and those come last that no walk over a
-    // registry can have given: edited lines keep their name and speed under another key.
-    Places places;
-    std::ranges::stable_sort(waiting, {}, [](const auto* fan) { return exactSpots(*fan).size(); });
-    std::erase_if(waiting, [&](const auto* fan) { return takeSpot(places, exactSpots(*fan), *fan); });
-    std::erase_if(waiting, [&](const auto* fan) { return takeSpot(places, spotsByName(*fan), *fan); });
     for (const RecordedFan* const fan : waiting) {
-        result.problems.push_back({fan->lineNumber, "no registry can show a fan with this name here"});
+        if (!placement.placeByName(*fan)) report(*fan, "there is no place left for the fan");
     }
-    result.registry = std::make_shared<ReplayRegistry>(std::move(places));
+    result.registry = std::make_shared<ReplayRegistry>(placement.places());
     return result;
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::string_view title = "Kelvinbar snapshot";
 constexpr std::size_t maximumBytes = 32;
-constexpr std::string_view repeatedKey = "the key came before; the first line counts";
 
 /// A line's fields. Name and value may hold tabs of their own, so fields are cut from both ends.
 struct Fields {
@@ -142,29 +141,36 @@ class Recorder {
         std::string_view speed = trimmed(fields.value);
         if (speed.ends_with("RPM")) speed = trimmed(speed.substr(0, speed.size() - 3));
         if (!isNumber(speed)) return "the fan has no speed";
-        if (!seenFans_.insert(packedSMCKey(fields.key)).second) return repeatedKey;
         parsed_.machine.fans.push_back({lineNumber, std::string(fields.key), std::string(fields.name),
                                         std::string(speed), std::string(fields.raw)});
         return {};
     }
 
     std::string_view takeFact(const Fields& fields) {
-        if (!seenFacts_.insert(packedSMCKey(fields.key)).second) return repeatedKey;
+        const std::uint32_t code = packedSMCKey(fields.key);
+        if (seenFacts_.contains(code)) return repeatedKey;
+        const std::string_view problem =
+            takeFact(fields.key, trimmed(fields.raw.empty() ? fields.value : fields.raw));
+        if (problem.empty()) seenFacts_.insert(code);
+        return problem;
+    }
+
+    std::string_view takeFact(std::string_view key, std::string_view value) {
         RecordedFacts& facts = parsed_.machine.facts;
-        const std::string_view value = trimmed(fields.raw.empty() ? fields.value : fields.raw);
-        if (fields.key == "NCPU") {
+        if (key == "NCPU") {
+            if (value.empty()) return "the processor has no name";
             facts.processorModel = value;
-        } else if (fields.key == "NCOR") {
+        } else if (key == "NCOR") {
             facts.activeProcessors = wholeNumber<int>(value.substr(0, value.find('.')));
             if (!facts.activeProcessors) return "the number of cores is not a whole number";
-        } else if (fields.key == "NRAM") {
+        } else if (key == "NRAM") {
             facts.physicalMemory = wholeNumber<std::uint64_t>(value);
             if (!facts.physicalMemory) return "the memory after RAW= is not a whole number of bytes";
-        } else if (fields.key == "NTHR") {
+        } else if (key == "NTHR") {
             facts.thermalState = thermalStateNamed(value);
-        } else if (fields.key == "NLPM") {
+        } else if (key == "NLPM") {
             facts.lowPowerMode = value == "Enabled";
-        } else if (fields.key != "NARC") { // the architecture is a fixed text
+        } else if (key != "NARC") { // the architecture is a fixed text
             return "no system fact has this key";
         }
         return {};
@@ -172,7 +178,6 @@ class Recorder {
 
     ParsedSnapshot parsed_;
     std::unordered_set<std::uint32_t> seenKeys_;
-    std::unordered_set<std::uint32_t> seenFans_;
     std::unordered_set<std::uint32_t> seenFacts_;
 };
 

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <string>
 
 namespace kelvinbar {
 namespace {

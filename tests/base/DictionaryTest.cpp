@@ -7,7 +7,6 @@
 #include <limits>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace kelvinbar {
@@ -15,7 +14,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsNull;
-using testing::NotNull;
 using testing::Pointee;
 
 std::vector<std::string> keysOf(const Dictionary& dictionary) {

@@ -1,11 +1,9 @@
 #include "base/NaturalOrder.h"
 
-#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstddef>
 #include <gtest/gtest.h>
-#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
@@ -14,8 +12,8 @@
 namespace kelvinbar {
 namespace {
 
-bool areEquivalent(std::string_view left, std::string_view right) {
-    return !comesBeforeNaturally(left, right) && !comesBeforeNaturally(right, left);
+bool areEquivalent(std::string_view one, std::string_view other) {
+    return !comesBeforeNaturally(one, other) && !comesBeforeNaturally(other, one);
 }
 
 void expectAscending(const std::vector<std::string>& texts) {

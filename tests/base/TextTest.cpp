@@ -12,8 +12,6 @@
 namespace kelvinbar {
 namespace {
 
-using std::string_literals::operator""s;
-
 /// `codePoint` by the plain encoding scheme, without any check: surrogates come out as three bytes.
 std::string utf8(char32_t codePoint) {
     const auto continuation = [codePoint](unsigned shift) {
@@ -99,7 +97,7 @@ TEST(Text, CountsCodePointsNotBytes) {
     EXPECT_EQ(characterCount("°"), 1U);
     EXPECT_EQ(characterCount("71 °C"), 5U);
     EXPECT_EQ(characterCount("—€😀"), 3U);
-    EXPECT_EQ(characterCount("a\0b"s), 3U);
+    EXPECT_EQ(characterCount(std::string_view("a\0b", 3)), 3U);
 }
 
 TEST(Text, CountsACombiningMarkAsACharacter) { EXPECT_EQ(characterCount("e\u0301"), 2U); }
@@ -172,7 +170,7 @@ TEST(Text, IsTrimmedOfEveryWhiteSpaceCharacterOfUnicode) {
         SCOPED_TRACE(static_cast<std::size_t>(codePoint));
         const std::string space = utf8(codePoint);
         EXPECT_EQ(trimmed(space), "");
-        EXPECT_EQ(trimmed(space + "a b°" + space), "a b°");
+        EXPECT_EQ(trimmed(std::string(space).append("a b°").append(space)), "a b°");
         all += space;
     }
     EXPECT_EQ(trimmed(all), "");

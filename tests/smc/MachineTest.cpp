@@ -5,11 +5,10 @@
 #include "smc/SMCConnection.h"
 #include "tests/fakes/FakeMachine.h"
 
-#include <string>
-#include <vector>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 namespace kelvinbar {
 

@@ -4,15 +4,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -109,7 +108,8 @@ TEST_F(NativeMacSupportTest, AllReadingsStandInFixedOrderWithAllFields) {
     memory.raw = "17179869184";
     EXPECT_THAT(NativeMacSupport::readings(),
                 ElementsAre(textReading("NCPU", "CPU Model", SMCCategory::cpu, "Some Processor"),
-                            textReading("NARC", "Architecture", SMCCategory::cpu, "Apple Silicon"), cores, memory,
+                            textReading("NARC", "Architecture", SMCCategory::cpu, "Apple Silicon"), cores,
+                            memory,
                             textReading("NTHR", "macOS Thermal State", SMCCategory::thermal, "Nominal"),
                             textReading("NLPM", "Low Power Mode", SMCCategory::power, "Disabled")));
 }
@@ -155,7 +155,8 @@ TEST_F(NativeMacSupportTest, TheCoresAreLeftOutBelowOne) {
 }
 
 TEST_F(NativeMacSupportTest, TheRawCoreCountIsADoublesText) {
-    for (const auto& [count, value, raw] : {std::tuple{1, "1", "1.0"}, {10, "10", "10.0"}, {256, "256", "256.0"}}) {
+    for (const auto& [count, value, raw] :
+         {std::tuple{1, "1", "1.0"}, {10, "10", "10.0"}, {256, "256", "256.0"}}) {
         SCOPED_TRACE(count);
         system.processors = count;
         const auto cores = reading("NCOR");

@@ -7,15 +7,14 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -41,6 +40,7 @@ Dictionary usualFan(std::string_view name = "FAN1") { return property(name, usua
 
 std::vector<std::string> textsOf(const std::vector<SMCKeyResult>& fans, std::string_view entry) {
     std::vector<std::string> texts;
+    texts.reserve(fans.size());
     for (const SMCKeyResult& fan : fans) texts.push_back(fan.textOr(entry, "?"));
     return texts;
 }
@@ -80,15 +80,16 @@ class RegistryFans : public testing::Test {
 // Hints
 
 TEST_F(RegistryFans, AFanHintIsFoundAnywhereInAnyCase) {
-    for (const std::string_view text : {"fan", "FAN1", "CPU Fan Speed", "Infant", "tach", "TACHOMETER", "rpm", "MaxRPM0",
-                                        "F0Ac", "f1ac", "F2AC", "xF3AcX"}) {
+    for (const std::string_view text : {"fan", "FAN1", "CPU Fan Speed", "Infant", "tach", "TACHOMETER", "rpm",
+                                        "MaxRPM0", "F0Ac", "f1ac", "F2AC", "xF3AcX"}) {
         SCOPED_TRACE(text);
         EXPECT_TRUE(stringContainsFanHint(text));
     }
 }
 
 TEST_F(RegistryFans, OtherTextsHoldNoFanHint) {
-    for (const std::string_view text : {"", "F", "fa", "f an", "F4Ac", "F0Mn", "F0A", "speed", "tac", "rp m", "temperature"}) {
+    for (const std::string_view text :
+         {"", "F", "fa", "f an", "F4Ac", "F0Mn", "F0A", "speed", "tac", "rp m", "temperature"}) {
         SCOPED_TRACE(text);
         EXPECT_FALSE(stringContainsFanHint(text));
     }
@@ -116,7 +117,8 @@ TEST_F(RegistryFans, TheRegistryIsWalkedInTheServicePlane) {
 }
 
 TEST_F(RegistryFans, APropertyThatDoesNotBeginWithFanIsSkippedOutsideSensorDrivers) {
-    for (const std::string_view name : {"CPU Fan Speed", "F0Ac", "fAN1", "FaN1", "faN1", "FAn1", " FAN1", "tach", "rpm0"}) {
+    for (const std::string_view name :
+         {"CPU Fan Speed", "F0Ac", "fAN1", "FaN1", "faN1", "FAn1", " FAN1", "tach", "rpm0"}) {
         SCOPED_TRACE(name);
         registry.entries.clear();
         addOther(usualFan(name));
@@ -160,7 +162,7 @@ TEST_F(RegistryFans, APropertyOfASensorDriverWithoutAHintIsSkipped) {
 
 // What counts as a sensor driver
 
-/// Adds entries that each would give a fan only on a sensor driver.
+/// An entry and what makes it one, or no, sensor driver.
 struct Described {
     std::string_view description;
     std::string className;
@@ -169,8 +171,8 @@ struct Described {
 };
 
 TEST_F(RegistryFans, EachDriverWordInTheClassNameMakesASensorDriver) {
-    for (const std::string className : {"SMCSuperIO", "superio", "XFakeSMCX", "HWSensors", "LPCSensors", "ACPISensors",
-                                        "VirtualSMC", "org_driver_SuperIODevice", "fakesmc"}) {
+    for (const std::string className : {"SMCSuperIO", "superio", "XFakeSMCX", "HWSensors", "LPCSensors",
+                                        "ACPISensors", "VirtualSMC", "org_driver_SuperIODevice", "fakesmc"}) {
         SCOPED_TRACE(className);
         registry.entries.clear();
         registry.add(className, "x", usualFan("CPU Fan"));
@@ -199,7 +201,8 @@ TEST_F(RegistryFans, ADriverWordCountsNowhereElse) {
     Dictionary bytes = usualFan("CPU Fan");
     bytes.set("compatible", Data{'V', 'i', 'r', 't', 'u', 'a', 'l', 'S', 'M', 'C'});
     for (const Described& entry :
-         {Described{"another property", "IOService", "x", vendor}, Described{"bytes", "IOService", "x", bytes},
+         {Described{"another property", "IOService", "x", vendor},
+          Described{"bytes", "IOService", "x", bytes},
           Described{"the property's name", "IOService", "x", usualFan("VirtualSMC Fan")},
           Described{"near misses", "AppleSMC", "Super IO LPC Sensors", usualFan("CPU Fan")},
           Described{"a word over two names", "IOFake", "SMC", usualFan("CPU Fan")}}) {
@@ -273,13 +276,15 @@ TEST_F(RegistryFans, ANumberIsItsOwnSpeedFrom0To30000) {
 }
 
 TEST_F(RegistryFans, ANumberBelowZeroAboveThirtyThousandOrNotFiniteIsDropped) {
-    for (const double speed : {-1.0, -0.01, 30000.01, 30001.0, 1e300, std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+    for (const double speed :
+         {-1.0, -0.01, 30000.01, 30001.0, 1e300, std::numeric_limits<double>::infinity(),
+          -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
         SCOPED_TRACE(speed);
         EXPECT_THAT(walkedWithValue(speed), IsEmpty());
     }
-    for (const std::int64_t speed : {std::int64_t{-1}, std::int64_t{30001}, std::numeric_limits<std::int64_t>::min(),
-                                     std::numeric_limits<std::int64_t>::max()}) {
+    for (const std::int64_t speed :
+         {std::int64_t{-1}, std::int64_t{30001}, std::numeric_limits<std::int64_t>::min(),
+          std::numeric_limits<std::int64_t>::max()}) {
         SCOPED_TRACE(speed);
         EXPECT_THAT(walkedWithValue(speed), IsEmpty());
     }
@@ -297,7 +302,7 @@ TEST_F(RegistryFans, DataIsReadInTheByteOrderThatMakesALikelySpeed) {
              Case{"little-endian", {0xDC, 0x05}, 1500},
              Case{"big-endian wins", {0x05, 0x06}, 0x0506},
              Case{"80 big-endian is likely", {0x00, 0x50}, 80},
-             Case{"80 little-endian is likely", {0x50, 0x00}, 0x5000},
+             Case{"0x5000 big-endian comes before 80 little-endian", {0x50, 0x00}, 0x5000},
              Case{"79 big-endian is not", {0x00, 0x4F}, 0x4F00},
              Case{"25000 big-endian is likely", {0x61, 0xA8}, 25000},
              Case{"25000 little-endian is likely", {0xA8, 0x61}, 25000},
@@ -375,7 +380,6 @@ TEST_F(RegistryFans, AFanOfASensorDriverHasExactlyTenEntries) {
 
 TEST_F(RegistryFans, APrintablePropertyNameOfFourCharactersThatBeginsWithACapitalFIsTheKey) {
     for (const std::string_view name : {"FAN1", "Fan1", "F0Ac", "FAN ", "Ftac"}) {
-        if (!stringContainsFanHint(name)) continue;
         SCOPED_TRACE(name);
         const SMCKeyResult fan = fanResult(name, usualSpeed, 1450, 3);
         EXPECT_EQ(fan.textOr("key", "?"), name);
@@ -398,7 +402,7 @@ TEST_F(RegistryFans, AnEmptyPropertyNameIsNamedByItsNumber) {
     EXPECT_EQ(fan.textOr("name", "?"), "Fan 3");
 }
 
-TEST_F(RegistryFans, TheNinthFanAndAllAfterItHaveOneOfTheKeysFAN8AndFAN9) {
+TEST_F(RegistryFans, TheNinthFanHasTheKeyFAN8AndTheTenthFAN9) {
     EXPECT_EQ(fanResult("CPU Fan", usualSpeed, 1450, 8).textOr("key", "?"), "FAN8");
     EXPECT_EQ(fanResult("CPU Fan", usualSpeed, 1450, 9).textOr("key", "?"), "FAN9");
 }
@@ -407,7 +411,8 @@ TEST_F(RegistryFans, TheTenthAndLaterFansShareTheKeyFAN9ButNotTheName) {
     for (const std::size_t index : {9U, 10U, 15U, 18U}) {
         SCOPED_TRACE(index);
         EXPECT_EQ(fanResult("CPU Fan", usualSpeed, 1450, index).textOr("key", "?"), "FAN9");
-        EXPECT_EQ(fanResult("F0Ac", usualSpeed, 1450, index).textOr("name", "?"), "Fan " + std::to_string(index));
+        EXPECT_EQ(fanResult("F0Ac", usualSpeed, 1450, index).textOr("name", "?"),
+                  "Fan " + std::to_string(index));
     }
 }
 
@@ -487,7 +492,8 @@ TEST_F(RegistryFans, RepeatsOfAnEarlierWalkAreNotSkipped) {
 // Limits
 
 TEST_F(RegistryFans, TheEntryNumbered4096IsTheLastThatIsVisited) {
-    for (int count = 0; count < 4095; ++count) addOther(count % 2 == 0 ? std::nullopt : std::optional(Dictionary{}));
+    for (int count = 0; count < 4095; ++count)
+        addOther(count % 2 == 0 ? std::nullopt : std::optional(Dictionary{}));
     registry.add("IOService", "last", usualFan("FAN1"));
     registry.add("IOService", "beyond", usualFan("FAN2"));
     EXPECT_THAT(textsOf(cachedRegistryFans(), "key"), ElementsAre("FAN1"));

@@ -5,13 +5,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -35,6 +35,7 @@ std::string numberedKey(std::uint32_t number) {
 
 std::vector<std::string> keysOf(const std::vector<SMCKeyResult>& results) {
     std::vector<std::string> keys;
+    keys.reserve(results.size());
     for (const SMCKeyResult& result : results) keys.push_back(result.textOr("key", "?"));
     return keys;
 }
@@ -283,8 +284,8 @@ TEST_F(SMCBridgeTest, CandidatesThatTheControllerDoesNotHaveGiveNothing) {
 
 TEST_F(SMCBridgeTest, OnlyTheFirst1024CandidatesAreRead) {
     answerEveryKey();
-    std::vector<std::string> keys;
-    for (std::uint32_t number = 0; number < 1500; ++number) keys.push_back(numberedKey(number));
+    std::vector<std::string> keys(1500);
+    std::ranges::generate(keys, [number = 0U]() mutable { return numberedKey(number++); });
     const auto results = SMCBridge::readCandidateKeys(keys);
     ASSERT_THAT(results, SizeIs(1024));
     EXPECT_EQ(results.front().textOr("key", ""), "0000");
@@ -296,7 +297,7 @@ TEST_F(SMCBridgeTest, SkippedCandidatesCountAmongTheFirst1024) {
     answerEveryKey();
     std::vector<std::string> keys(512, "ab");
     keys.insert(keys.end(), 500, "TC0P");
-    for (std::uint32_t number = 0; number < 100; ++number) keys.push_back(numberedKey(number));
+    std::generate_n(std::back_inserter(keys), 100, [number = 0U]() mutable { return numberedKey(number++); });
     const auto results = keysOf(SMCBridge::readCandidateKeys(keys));
     ASSERT_THAT(results, SizeIs(13));
     EXPECT_EQ(results.front(), "TC0P");

@@ -6,13 +6,12 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -54,7 +53,7 @@ class SMCConnection : public testing::Test {
     FakeSMCDriver& driver = *machine.driver;
 
     /// Reads `key` into a scribbled block and expects the code and that the block was left as it was.
-    void expectFailedRead(std::string_view key, ReturnCode expected) {
+    static void expectFailedRead(std::string_view key, ReturnCode expected) {
         SMCParamBlock block = scribbledBlock();
         EXPECT_EQ(readKey(key, block), expected);
         EXPECT_EQ(onTheWire(block), onTheWire(scribbledBlock()));
@@ -62,6 +61,7 @@ class SMCConnection : public testing::Test {
 
     std::vector<SMCCommand> calledCommands() {
         std::vector<SMCCommand> commands;
+        commands.reserve(driver.calls.size());
         for (const FakeSMCDriver::Call& call : driver.calls) commands.push_back(call.command);
         return commands;
     }
@@ -337,7 +337,7 @@ TEST_F(SMCConnection, TheDescriptionFromTheFirstCallReplacesThatOfTheSecond) {
 
 TEST_F(SMCConnection, AKeyThatIsNotPrintableIsInvalidWithoutAnyCall) {
     ASSERT_EQ(openSMC(), kernSuccess);
-    for (const std::string_view key : {"TC0", "", "TC0PP", "TC0\x1F", "\x7F" "C0P", "TC\u00C4"}) {
+    for (const std::string_view key : {"TC0", "", "TC0PP", "TC0\x1F", "\177C0P", "TC\u00C4"}) {
         SCOPED_TRACE(key);
         expectFailedRead(key, 4);
     }
@@ -354,10 +354,10 @@ TEST_F(SMCConnection, AKeyCannotBeReadOnAClosedConnection) {
 TEST_F(SMCConnection, AKeyThatTheControllerRefusesToDescribeFailsAfterTheFirstCall) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
     ASSERT_EQ(openSMC(), kernSuccess);
-    for (const std::uint8_t result : {1, 0x84, 0xFF}) {
-        SCOPED_TRACE(static_cast<int>(result));
+    for (const int result : {1, 0x84, 0xFF}) {
+        SCOPED_TRACE(result);
         driver.calls.clear();
-        driver.keys.back().infoResult = result;
+        driver.keys.back().infoResult = static_cast<std::uint8_t>(result);
         expectFailedRead("TC0P", 5);
         EXPECT_EQ(driver.calls.size(), 1U);
     }

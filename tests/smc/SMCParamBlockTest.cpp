@@ -4,10 +4,9 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <gtest/gtest.h>
 #include <string_view>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

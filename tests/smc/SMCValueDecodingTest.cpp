@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <gtest/gtest.h>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -32,7 +32,8 @@ SMCParamBlock blockOf(std::string_view type, const Bytes& bytes) {
     block.key = packedSMCKey("TC0P");
     block.dataType = typeCode(type);
     block.dataSize = static_cast<std::uint32_t>(bytes.size());
-    std::ranges::copy_n(bytes.begin(), static_cast<std::ptrdiff_t>(std::min(bytes.size(), block.bytes.size())),
+    std::ranges::copy_n(bytes.begin(),
+                        static_cast<std::ptrdiff_t>(std::min(bytes.size(), block.bytes.size())),
                         block.bytes.begin());
     return block;
 }
@@ -71,10 +72,20 @@ std::optional<int> hexDigit(char character) {
     return at == std::string_view::npos ? std::nullopt : std::optional(static_cast<int>(at));
 }
 
-std::vector<char> printableCharacters() {
-    std::vector<char> characters;
-    for (char character = ' '; character <= '~'; ++character) characters.push_back(character);
+std::string printableCharacters() {
+    std::string characters(95, ' ');
+    std::iota(characters.begin(), characters.end(), ' ');
     return characters;
+}
+
+/// Expects that the bytes 80 01, which are the whole number `whole`, are that many times 2^-`bits` under
+/// `type`, or hex where there are no bits.
+void expectFraction(std::string_view type, int whole, std::optional<int> bits) {
+    const SMCKeyResult result = decoded(type, {0x80, 0x01});
+    const auto* number = result.find<double>("numericValue");
+    const auto found = number == nullptr ? std::nullopt : std::optional(*number);
+    EXPECT_EQ(found, bits ? std::optional(std::ldexp(whole, -*bits)) : std::nullopt);
+    EXPECT_EQ(result.textOr("value", "?") == "8001", !bits.has_value());
 }
 
 // The dictionary
@@ -114,8 +125,8 @@ TEST(SMCValueDecoding, AValueWithoutANumberHasExactlySixEntries) {
 
 TEST(SMCValueDecoding, AKeyThatIsNotPrintableGivesNothing) {
     const SMCParamBlock block = blockOf("ui8 ", {1});
-    for (const std::string_view key : {""sv, "ab"sv, "TC0"sv, "TC0PP"sv, "TC\x1FP"sv, "TC0\x7F"sv, "TC\u00C4"sv,
-                                       "TC0\u00C4"sv, "TC\0P"sv}) {
+    for (const std::string_view key : {""sv, "ab"sv, "TC0"sv, "TC0PP"sv, "TC\x1FP"sv, "TC0\x7F"sv,
+                                       "TC\u00C4"sv, "TC0\u00C4"sv, "TC\0P"sv}) {
         SCOPED_TRACE(key);
         EXPECT_TRUE(dictionaryForKey(key, block).empty());
     }
@@ -164,7 +175,11 @@ TEST(SMCValueDecoding, TheTypeKeepsItsTrailingBlanksAndEndsAtAZeroByte) {
 }
 
 TEST(SMCValueDecoding, ATypeThatIsNotUtf8IsEmptyAndItsValueHex) {
-    for (const std::string_view type : {"\xFF\xFE" "8 ", "ui8\xC3", "sp7\x80", "\xC0\xAF" "ab"}) {
+    for (const std::string_view type : {"\xFF\xFE"
+                                        "8 ",
+                                        "ui8\xC3", "sp7\x80",
+                                        "\xC0\xAF"
+                                        "ab"}) {
         SCOPED_TRACE(hexString(bytesOf(type)));
         const SMCKeyResult result = decoded(type, {0x12, 0x34});
         EXPECT_EQ(result.textOr("type", "?"), "");
@@ -212,21 +227,19 @@ TEST(SMCValueDecoding, EveryTypeThatBeginsWithSpIsDecodedByItsThirdAndFourthChar
         for (const char fourth : printableCharacters()) {
             std::optional<int> fractionBits = hexDigit(fourth);
             const auto wholeBits = hexDigit(third);
-            if ((fourth == 's' || fourth == 'S') && wholeBits && *wholeBits <= 14) fractionBits = 15 - *wholeBits;
+            if ((fourth == 's' || fourth == 'S') && wholeBits && *wholeBits <= 14)
+                fractionBits = 15 - *wholeBits;
             const std::string type = std::string("sp") + third + fourth;
             SCOPED_TRACE(type);
-            const SMCKeyResult result = decoded(type, {0x80, 0x01});
-            const auto* number = result.find<double>("numericValue");
-            ASSERT_EQ(number != nullptr, fractionBits.has_value());
-            if (fractionBits) EXPECT_EQ(*number, -32767.0 / (1U << static_cast<unsigned>(*fractionBits)));
-            if (!fractionBits) EXPECT_EQ(result.textOr("value", "?"), "8001");
+            expectFraction(type, -32767, fractionBits);
         }
     }
 }
 
 TEST(SMCValueDecoding, NearMissesOfSignedFixedPointAreHex) {
-    for (const std::string_view type : {"sp7g"sv, "sp7 "sv, "spgs"sv, "sp s"sv, "sp7_"sv, "sp78"sv.substr(0, 3), "sp"sv,
-                                        "SP78"sv, "Sp78"sv, "sP78"sv, "ps78"sv, "sp\u00E9"sv}) {
+    for (const std::string_view type :
+         {"sp7g"sv, "sp7 "sv, "spgs"sv, "sp s"sv, "sp7_"sv, "sp78"sv.substr(0, 3), "sp"sv, "SP78"sv, "Sp78"sv,
+          "sP78"sv, "ps78"sv, "sp\u00E9"sv}) {
         SCOPED_TRACE(type);
         expectHex(type, {0x28, 0x80});
     }
@@ -255,11 +268,7 @@ TEST(SMCValueDecoding, EveryTypeThatBeginsWithFpIsDecodedByItsFourthCharacter) {
             const std::string type = std::string("fp") + third + fourth;
             const std::optional<int> fractionBits = type == "fpef" ? 2 : hexDigit(fourth);
             SCOPED_TRACE(type);
-            const SMCKeyResult result = decoded(type, {0x80, 0x01});
-            const auto* number = result.find<double>("numericValue");
-            ASSERT_EQ(number != nullptr, fractionBits.has_value());
-            if (fractionBits) EXPECT_EQ(*number, 32769.0 / (1U << static_cast<unsigned>(*fractionBits)));
-            if (!fractionBits) EXPECT_EQ(result.textOr("value", "?"), "8001");
+            expectFraction(type, 32769, fractionBits);
         }
     }
 }
@@ -326,8 +335,8 @@ TEST(SMCValueDecoding, OddSpellingsOfWholeNumbersAreAccepted) {
 }
 
 TEST(SMCValueDecoding, NearMissesOfWholeNumbersAreHex) {
-    for (const std::string_view type : {"ui1", "ui1s", "si1u", "si1 ", "ui", "ui64", "si32", "UI8 ", "Si8 ", "ui8_",
-                                        "u16", "si8x", " ui8", "ui3"}) {
+    for (const std::string_view type : {"ui1", "ui1s", "si1u", "si1 ", "ui", "ui64", "si32", "UI8 ", "Si8 ",
+                                        "ui8_", "u16", "si8x", " ui8", "ui3"}) {
         SCOPED_TRACE(type);
         expectHex(type, {0x01, 0x02, 0x03, 0x04});
     }
@@ -356,7 +365,8 @@ TEST(SMCValueDecoding, ExtraBytesBehindANumberAreIgnored) {
 }
 
 TEST(SMCValueDecoding, TypesWithTooFewBytesAreHex) {
-    for (const std::string_view type : {"sp78", "sp4s", "fpe2", "fpef", "flt ", "ui16", "ui1u", "ui32", "si16", "si1s"}) {
+    for (const std::string_view type :
+         {"sp78", "sp4s", "fpe2", "fpef", "flt ", "ui16", "ui1u", "ui32", "si16", "si1s"}) {
         SCOPED_TRACE(type);
         expectHex(type, {0x41});
     }
@@ -404,7 +414,8 @@ TEST(SMCValueDecoding, TextTypesAreShownAsText) {
 }
 
 TEST(SMCValueDecoding, OtherTypesAreNeverShownAsText) {
-    for (const std::string_view type : {"ch8 ", "ch8", "CH8*", "Char", "cha", "{fd", "{FDS", "{rev", "hex_", ""}) {
+    for (const std::string_view type :
+         {"ch8 ", "ch8", "CH8*", "Char", "cha", "{fd", "{FDS", "{rev", "hex_", ""}) {
         SCOPED_TRACE(type);
         expectHex(type, bytesOf("ABCD"));
     }
@@ -431,7 +442,8 @@ TEST(SMCValueDecoding, TextWithACharacterThatIsNotPrintableAsciiIsHex) {
     expectHex("ch8*", bytesOf("A\x1F"));
     expectHex("ch8*", bytesOf("A\x7F"));
     expectHex("ch8*", bytesOf("A\x0B"));
-    expectHex("ch8*", bytesOf("\x0C" "A"));
+    expectHex("ch8*", bytesOf("\x0C"
+                              "A"));
     expectHex("ch8*", bytesOf("A\xE9"));
     expectHex("ch8*", bytesOf("\u00C4"));
     expectHex("ch8*", bytesOf("\u00A0A"));

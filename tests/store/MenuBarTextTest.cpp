@@ -1,24 +1,28 @@
-#include "base/Text.h"
 #include "store/MenuBarText.h"
 
+#include "base/Text.h"
+
+#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 namespace kelvinbar {
 
 namespace {
 
-SMCReading readingWith(std::string value, std::string unit) {
-    return {.key = "TC0P", .name = "CPU Proximity", .value = std::move(value), .unit = std::move(unit)};
+SMCReading namedReading(std::string key, std::string name, std::string value, std::string unit) {
+    SMCReading reading;
+    reading.key = std::move(key);
+    reading.name = std::move(name);
+    reading.value = std::move(value);
+    reading.unit = std::move(unit);
+    return reading;
 }
 
-SMCReading namedReading(std::string key, std::string name, std::string value, std::string unit) {
-    return {
-        .key = std::move(key), .name = std::move(name), .value = std::move(value), .unit = std::move(unit)};
+SMCReading readingWith(std::string value, std::string unit) {
+    return namedReading("TC0P", "CPU Proximity", std::move(value), std::move(unit));
 }
 
 std::string compact(std::string displayValue) {
@@ -54,10 +58,14 @@ TEST(SanitizedPinnedKeys, NothingIsTakenAfterTheSixth) {
 
 TEST(CompactMenuBarValue, AUnitIsDrawnToTheNumber) {
     const std::vector<std::pair<SMCReading, std::string>> cases{
-        {readingWith("48", "°C"), "48°"},       {readingWith("1200", "RPM"), "1200rpm"},
-        {readingWith("1200", "rpm"), "1200rpm"}, {readingWith("2400", "MHz"), "2400MHz"},
-        {readingWith("48°C", "°C"), "48°"},      {readingWith("12.50", "V"), "12.50 V"},
-        {readingWith("7", ""), "7"},             {readingWith(" 48 ", " °C "), "48°"},
+        {readingWith("48", "°C"), "48°"},
+        {readingWith("1200", "RPM"), "1200rpm"},
+        {readingWith("1200", "rpm"), "1200rpm"},
+        {readingWith("2400", "MHz"), "2400MHz"},
+        {readingWith("48°C", "°C"), "48°"},
+        {readingWith("12.50", "V"), "12.50 V"},
+        {readingWith("7", ""), "7"},
+        {readingWith(" 48 ", " °C "), "48°"},
     };
     for (const auto& [reading, text] : cases) {
         SCOPED_TRACE(reading.displayValue());
@@ -86,7 +94,13 @@ TEST(CompactMenuBarValue, DoubleBlanksAreHalvedInOnePass) {
     EXPECT_EQ(compact("a    b"), "a  b");
 }
 
-TEST(CompactMenuBarValue, BlanksAreHalvedAfterUnitsAreShortened) { EXPECT_EQ(compact("1  RPM"), "1 rpm"); }
+TEST(CompactMenuBarValue, BlanksAreHalvedAfterUnitsAreShortened) { EXPECT_EQ(compact("1  MHz"), "1 MHz"); }
+
+TEST(CompactMenuBarValue, ASpeedIsShortenedInBothSpellingsOneAfterTheOther) {
+    EXPECT_EQ(compact("1  RPM"), "1rpm");
+    EXPECT_EQ(compact("1   RPM"), "1 rpm");
+    EXPECT_EQ(compact("1  rpm"), "1 rpm");
+}
 
 TEST(CompactMenuBarValue, FifteenCharactersAreCutToTheFirstTwelve) {
     EXPECT_EQ(compact("123456789ABCDEF"), "123456789ABC");
@@ -135,8 +149,9 @@ TEST(MenuBarToolTipText, NamesKeyNameAndValueOfEachReading) {
     EXPECT_EQ(menuBarToolTipText({temperature}), "Kelvinbar • TC0P • CPU Proximity: 48 °C");
     EXPECT_EQ(menuBarToolTipText({temperature, fan}),
               "Kelvinbar • TC0P • CPU Proximity: 48 °C  |  F0Ac • Fan 0: 1200 RPM");
-    EXPECT_EQ(menuBarToolTipText({fan, temperature, fan}),
-              "Kelvinbar • F0Ac • Fan 0: 1200 RPM  |  TC0P • CPU Proximity: 48 °C  |  F0Ac • Fan 0: 1200 RPM");
+    EXPECT_EQ(
+        menuBarToolTipText({fan, temperature, fan}),
+        "Kelvinbar • F0Ac • Fan 0: 1200 RPM  |  TC0P • CPU Proximity: 48 °C  |  F0Ac • Fan 0: 1200 RPM");
 }
 
 TEST(MenuBarToolTipText, AValueThatEndsWithItsUnitShowsItOnce) {

@@ -1,16 +1,19 @@
 #include "store/ReadingOrder.h"
 
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace kelvinbar {
 
 namespace {
 
 SMCReading readingIn(SMCCategory category, std::string key) {
-    return {.key = std::move(key), .category = category};
+    SMCReading reading;
+    reading.key = std::move(key);
+    reading.category = category;
+    return reading;
 }
 
 std::vector<std::string> keysByCategoryAndKey(const std::vector<SMCReading>& readings) {
@@ -40,10 +43,10 @@ TEST(SortedByCategoryAndKey, CategoriesComeInTheOrderOfTheirTitles) {
 }
 
 TEST(SortedByCategoryAndKey, TheCategoryCountsBeforeTheKey) {
-    EXPECT_EQ(keysByCategoryAndKey({readingIn(SMCCategory::overview, "AAAA"),
-                                    readingIn(SMCCategory::battery, "ZZZZ"),
-                                    readingIn(SMCCategory::cpu, "BBBB")}),
-              (std::vector<std::string>{"ZZZZ", "BBBB", "AAAA"}));
+    EXPECT_EQ(
+        keysByCategoryAndKey({readingIn(SMCCategory::overview, "AAAA"),
+                              readingIn(SMCCategory::battery, "ZZZZ"), readingIn(SMCCategory::cpu, "BBBB")}),
+        (std::vector<std::string>{"ZZZZ", "BBBB", "AAAA"}));
 }
 
 TEST(SortedByCategoryAndKey, NumbersInKeysCompareByValue) {

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -53,7 +52,8 @@ TEST(SnapshotText, EveryReadingIsALineOfFiveFields) {
 }
 
 TEST(SnapshotText, TwoReadingsMakeSixLinesWithFourTabsEach) {
-    const std::string text = snapshotText({readingOf("TC0P", "40", "2800"), readingOf("TC1C", "41", "")}, time);
+    const std::string text =
+        snapshotText({readingOf("TC0P", "40", "2800"), readingOf("TC1C", "41", "")}, time);
     EXPECT_EQ(std::ranges::count(text, '\n'), 5);
     EXPECT_EQ(std::ranges::count(text, '\t'), 8);
 }
@@ -82,8 +82,8 @@ TEST(SnapshotText, TheCategoryDoesNotCountForTheOrder) {
 }
 
 TEST(SnapshotText, AReadingWithoutRawBytesEndsItsLineWithTheLabel) {
-    EXPECT_TRUE(snapshotText({readingOf("TC0P", "40", "")}, time)
-                    .ends_with("\n\nTC0P\tsp78\tName\t40 °C\tRAW="));
+    EXPECT_TRUE(
+        snapshotText({readingOf("TC0P", "40", "")}, time).ends_with("\n\nTC0P\tsp78\tName\t40 °C\tRAW="));
 }
 
 TEST(SnapshotText, FieldsAreWrittenAsTheyAre) {

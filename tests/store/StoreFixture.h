@@ -9,12 +9,11 @@
 #include "tests/fakes/RecordingUserDefaults.h"
 #include "tests/store/ControllerKeys.h"
 
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace kelvinbar::fakes {
 
@@ -29,7 +28,8 @@ struct StoreFixture : testing::Test {
     ManualBackgroundQueue backgroundQueue;
 
     std::vector<Notification> posted;
-    std::vector<std::string> events; ///< "field: new value" and "post: name", in order, from recordEvents() on
+    std::vector<std::string>
+        events; ///< "field: new value" and "post: name", in order, from recordEvents() on
     std::vector<Registration> registrations;
 
     std::unique_ptr<KelvinbarStore> store;

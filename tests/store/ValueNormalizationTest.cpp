@@ -1,12 +1,11 @@
 #include "store/ValueNormalization.h"
 
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -122,15 +121,13 @@ TEST(NormalizeValue, ABatteryPowerIsScaledOnlyAbove1000) {
         {"B0AP", "W", 900, "900", 900},
         {"B0AP", "W", 1000, "1000", 1000},
         {"B0AP", "W", -1000, "-1000", -1000},
-        {"B0AP", "W", 1001, "1.001", 1.001},
+        {"B0AP", "W", 1001, "1", 1.001},
         {"B0AP", "W", 15000, "15", 15},
         {"B0AP", "W", -15000, "-15", -15},
     });
 }
 
-TEST(NormalizeValue, AChargerPowerIsNotScaled) {
-    expectNormalized({{"CH0W", "W", 15000, "15000", 15000}});
-}
+TEST(NormalizeValue, AChargerPowerIsNotScaled) { expectNormalized({{"CH0W", "W", 15000, "15000", 15000}}); }
 
 TEST(NormalizeValue, OtherKeysAreNotScaled) {
     expectNormalized({

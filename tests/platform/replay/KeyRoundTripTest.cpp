@@ -14,7 +14,6 @@ namespace kelvinbar {
 namespace {
 
 using fakes::FakeMachine;
-using fakes::FakeSMCDriver;
 
 /// Adds "#KEY" with the number of keys that are there, itself included.
 void addKeyCount(FakeMachine& machine) {
@@ -68,7 +67,7 @@ TEST(KeyRoundTrip, KeepsKeysThatDifferOnlyInCase) {
 
 TEST(KeyRoundTrip, KeepsKeysOfPunctuation) {
     FakeMachine machine;
-    for (const std::string_view key : {"V#$+", "V-!?", "V_~\"", "B\\'`", "I<&>", "V=\x7E;"}) {
+    for (const std::string_view key : {"V#$+", "V-!?", "V_~\"", R"(B\'`)", "I<&>", "V=~;"}) {
         machine.driver->add(std::string(key), "ui8 ", {5});
     }
     EXPECT_TRUE(stableExport(machine).starts_with(withHead("6\n\n")));

@@ -3,9 +3,11 @@
 #include "tests/platform/replay/Exporting.h"
 
 #include <cstdint>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kelvinbar {
@@ -60,14 +62,15 @@ TEST(NativeRoundTrip, KeepsWhatIsMissing) {
 }
 
 TEST(NativeRoundTrip, KeepsEveryThermalState) {
-    for (const int state : {-1, 0, 1, 2, 3, 4}) {
+    const std::vector<std::pair<int, std::string>> states{{-1, "Unknown"}, {0, "Nominal"},  {1, "Fair"},
+                                                          {2, "Serious"},  {3, "Critical"}, {4, "Unknown"}};
+    for (const auto& [state, text] : states) {
         SCOPED_TRACE(state);
         FakeMachine machine;
         machine.system->thermal = state;
-        const std::vector<std::string> texts{"Unknown", "Nominal", "Fair", "Serious", "Critical", "Unknown"};
-        EXPECT_TRUE(
-            stableExport(machine).ends_with("State\t" + texts.at(static_cast<std::size_t>(state + 1)) +
-                                            "\tRAW=" + texts.at(static_cast<std::size_t>(state + 1))));
+        std::string ending = "\tmacOS Thermal State\t";
+        ending.append(text).append("\tRAW=").append(text);
+        EXPECT_THAT(stableExport(machine), testing::EndsWith(ending));
     }
 }
 
@@ -76,10 +79,9 @@ TEST(NativeRoundTrip, KeepsEveryNumberOfCores) {
         SCOPED_TRACE(cores);
         FakeMachine machine;
         machine.system->processors = cores;
-        const std::string count = std::to_string(cores);
-        EXPECT_NE(stableExport(machine).find("\nNCOR\tnative\tActive CPU Cores\t" + count + "\tRAW=" + count +
-                                             ".0\n"),
-                  std::string::npos);
+        std::string line = "\nNCOR\tnative\tActive CPU Cores\t";
+        line.append(std::to_string(cores)).append("\tRAW=").append(std::to_string(cores)).append(".0\n");
+        EXPECT_THAT(stableExport(machine), testing::HasSubstr(line));
     }
 }
 

@@ -1,0 +1,224 @@
+#include "base/Text.h"
+#include "smc/SMCBridge.h"
+#include "smc/SMCConnection.h"
+#include "tests/fakes/FakeMachine.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// A controller whose answers mean nothing: random bytes, biased so that many get past the first checks.
+
+namespace kelvinbar {
+
+namespace {
+
+using fakes::FakeMachine;
+
+constexpr int rounds = 5000;
+
+class RandomAnswers {
+  public:
+    explicit RandomAnswers(std::uint64_t seed) : engine_(seed) {}
+
+    std::uint32_t below(std::uint32_t limit) { return static_cast<std::uint32_t>(engine_() % limit); }
+
+    bool oneIn(std::uint32_t chances) { return below(chances) == 0; }
+
+    /// Fills `output` with random bytes; the fields that decide about going on are often plausible.
+    std::optional<ReturnCode> fill(SMCParamBlock& output) {
+        std::array<std::uint64_t, sizeof(SMCParamBlock) / sizeof(std::uint64_t)> words{};
+        std::ranges::generate(words, [this] { return engine_(); });
+        output = std::bit_cast<SMCParamBlock>(words);
+        if (!oneIn(8)) output.result = 0;
+        if (!oneIn(8)) output.dataSize = below(40);
+        if (!oneIn(4)) output.dataType = packedSMCKey(someType());
+        if (!oneIn(4)) output.key = packedSMCKey(someKey());
+        if (oneIn(4))
+            std::ranges::generate(output.bytes, [this] { return static_cast<std::uint8_t>(below(128)); });
+        return oneIn(16) ? std::optional<ReturnCode>(below(0xFFFFFFFF)) : std::nullopt;
+    }
+
+    /// A printable key; few different ones, so that they repeat.
+    std::string someKey() {
+        std::string key;
+        for (int count = 0; count < 4; ++count) key.push_back(static_cast<char>(' ' + below(95)));
+        if (!oneIn(3)) key = std::string("TC") + static_cast<char>('0' + below(10)) + 'P';
+        return key;
+    }
+
+  private:
+    std::string someType() {
+        constexpr std::array<std::string_view, 20> types{
+            "sp78", "sp4s", "spfs", "fpe2", "fpef", "flt ", "ui8 ", "ui1 ", "ui16", "ui1u",
+            "ui32", "si8 ", "si16", "si1s", "flag", "ch8*", "char", "{fds", "sp7g", "hex_",
+        };
+        return std::string(types.at(below(types.size())));
+    }
+
+    std::mt19937_64 engine_;
+};
+
+std::string textIn(const SMCKeyResult& result, std::string_view entry) {
+    const auto* text = result.find<std::string>(entry);
+    EXPECT_NE(text, nullptr) << entry;
+    return text == nullptr ? "" : *text;
+}
+
+void expectWithinTheRules(const SMCKeyResult& result) {
+    const auto* size = result.find<std::int64_t>("size");
+    ASSERT_NE(size, nullptr);
+    EXPECT_GE(*size, 1);
+    EXPECT_LE(*size, 32);
+
+    const std::string raw = textIn(result, "raw");
+    EXPECT_EQ(raw.size(), static_cast<std::size_t>(*size) * 2);
+    EXPECT_EQ(raw.find_first_not_of("0123456789ABCDEF"), std::string::npos) << raw;
+
+    const std::string type = textIn(result, "type");
+    EXPECT_LE(type.size(), 4U);
+    EXPECT_EQ(type.find('\0'), std::string::npos);
+    EXPECT_TRUE(isValidUtf8(type));
+
+    const std::string value = textIn(result, "value");
+    EXPECT_FALSE(value.empty());
+    EXPECT_TRUE(std::ranges::all_of(value, [](char c) { return c >= ' ' && c <= '~'; }));
+
+    EXPECT_TRUE(isPrintableSMCKey(textIn(result, "key")));
+    EXPECT_EQ(textIn(result, "status"), "OK");
+
+    const Value* const number = result.find("numericValue");
+    EXPECT_EQ(result.size(), number == nullptr ? 6U : 7U);
+    if (number != nullptr) {
+        const auto* finite = std::get_if<double>(number);
+        ASSERT_NE(finite, nullptr);
+        EXPECT_TRUE(std::isfinite(*finite));
+    }
+}
+
+template <typename Items>
+bool allDifferent(const Items& items) {
+    return std::set(items.begin(), items.end()).size() == items.size();
+}
+
+class LyingController : public testing::Test {
+  protected:
+    FakeMachine machine;
+    RandomAnswers random{20240229};
+
+    /// Lets every answer be random, apart from an honest "#KEY" of `keyCount` where one is given.
+    void lie(std::optional<std::uint32_t> keyCount) {
+        machine.driver->addKeyCount(keyCount.value_or(0));
+        machine.driver->intercept = [this, keyCount](const SMCParamBlock& input,
+                                                     SMCParamBlock& output) -> std::optional<ReturnCode> {
+            if (keyCount && input.key == packedSMCKey("#KEY")) return std::nullopt;
+            return random.fill(output);
+        };
+    }
+
+    void forgetCalls() { machine.driver->calls.clear(); }
+};
+
+TEST_F(LyingController, NeverMakesAKeyReadGiveABlockOutsideTheRules) {
+    lie(std::nullopt);
+    ASSERT_EQ(openSMC(), kernSuccess);
+    int successes = 0;
+    for (int round = 0; round < rounds; ++round) {
+        SCOPED_TRACE(round);
+        forgetCalls();
+        const std::string key = random.someKey();
+        SMCParamBlock block;
+        if (readKey(key, block) != kernSuccess) continue;
+        ++successes;
+        EXPECT_EQ(block.key, packedSMCKey(key));
+        EXPECT_GE(block.dataSize, 1U);
+        EXPECT_LE(block.dataSize, 32U);
+        EXPECT_EQ(block.result, 0);
+        EXPECT_EQ(machine.driver->calls.size(), 2U);
+    }
+    EXPECT_GT(successes, rounds / 4);
+    EXPECT_LT(successes, rounds);
+}
+
+TEST_F(LyingController, NeverMakesAListedKeyUnprintable) {
+    lie(std::nullopt);
+    ASSERT_EQ(openSMC(), kernSuccess);
+    int successes = 0;
+    for (int round = 0; round < rounds; ++round) {
+        SCOPED_TRACE(round);
+        forgetCalls();
+        std::string key = "kept";
+        const ReturnCode code = readKeyByIndex(random.below(0xFFFFFFFF), key);
+        if (code == kernSuccess) ++successes;
+        EXPECT_TRUE(code == kernSuccess ? isPrintableSMCKey(key) : key == "kept");
+    }
+    EXPECT_GT(successes, rounds / 4);
+    EXPECT_LT(successes, rounds);
+}
+
+TEST_F(LyingController, NeverMakesACandidateResultOutsideTheRules) {
+    lie(std::nullopt);
+    std::size_t results = 0;
+    for (int round = 0; round < rounds / 10; ++round) {
+        SCOPED_TRACE(round);
+        forgetCalls();
+        std::vector<std::string> keys;
+        while (keys.size() < 10) keys.push_back(random.someKey());
+        auto expected = keys.begin();
+        for (const SMCKeyResult& result : SMCBridge::readCandidateKeys(keys)) {
+            ++results;
+            expectWithinTheRules(result);
+            expected = std::find(expected, keys.end(), result.textOr("key", ""));
+            EXPECT_NE(expected, keys.end()) << "not asked for, or out of order";
+        }
+    }
+    EXPECT_GT(results, 500U);
+}
+
+TEST_F(LyingController, NeverMakesAnyBulkReadRepeatAKeyOrLeaveTheRules) {
+    lie(120);
+    std::size_t results = 0;
+    for (int round = 0; round < rounds / 100; ++round) {
+        SCOPED_TRACE(round);
+        forgetCalls();
+        const auto keys = SMCBridge::discoverKeys();
+        EXPECT_LE(keys.size(), 120U);
+        EXPECT_TRUE(allDifferent(keys));
+        EXPECT_TRUE(std::ranges::all_of(keys, isPrintableSMCKey));
+
+        std::vector<std::string> readKeys;
+        for (const SMCKeyResult& result : SMCBridge::readAllKeys()) {
+            expectWithinTheRules(result);
+            readKeys.push_back(result.textOr("key", ""));
+        }
+        EXPECT_LE(readKeys.size(), 120U);
+        EXPECT_TRUE(allDifferent(readKeys));
+        results += readKeys.size();
+    }
+    EXPECT_GT(results, 500U);
+}
+
+TEST_F(LyingController, NeverMakesDiscoveryWalkFurtherThanItsBound) {
+    lie(std::nullopt);
+    for (int round = 0; round < rounds / 5; ++round) {
+        SCOPED_TRACE(round);
+        forgetCalls();
+        const auto keys = SMCBridge::discoverKeys();
+        EXPECT_LE(keys.size(), 8192U);
+        EXPECT_LE(machine.driver->calls.size(), 8192U + 2U);
+    }
+    EXPECT_EQ(machine.driver->openCount, 1) << "a failed call does not close the connection";
+}
+
+} // namespace
+
+} // namespace kelvinbar

@@ -1,0 +1,189 @@
+#include "tests/store/StoreFixture.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+using fakes::askedKeys;
+using fakes::setKeys;
+using fakes::StoreFixture;
+using fakes::temperatureKey;
+
+using Connections = std::vector<SMCDriver::Connection>;
+using Keys = std::vector<std::string>;
+
+struct StoreShutdown : StoreFixture {
+    void SetUp() override {
+        defaults.values.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
+        makeRefreshedStore({temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
+        forgetHistory();
+    }
+};
+
+struct StoreDestruction : StoreFixture {
+    void SetUp() override {
+        // Pins and hidden keys that a result would drop, and so write.
+        defaults.values.setTextList("KelvinbarMenuBarKeys", {"TG0D", "TC0P"});
+        defaults.values.setTextList("KelvinbarHiddenKeys", {"TM0P"});
+        setKeys(driver(), {temperatureKey("TC0P", 40)});
+    }
+
+    void expectNothingWasToldOrWritten() const {
+        EXPECT_EQ(posted.size(), 0U);
+        EXPECT_EQ(defaults.writes, Keys{});
+    }
+};
+
+TEST_F(StoreShutdown, ClosesTheConnection) {
+    store->shutdown();
+    EXPECT_EQ(driver().closed, Connections{7});
+    store->shutdown();
+    EXPECT_EQ(driver().closed, Connections{7});
+}
+
+TEST_F(StoreShutdown, WithoutARefreshItChangesAndWritesNothing) {
+    recordEvents();
+    store->shutdown();
+    EXPECT_EQ(events, Keys{});
+    EXPECT_EQ(defaults.writes, Keys{});
+    EXPECT_EQ(readingKeys(), (Keys{"TC0P", "TC1C"}));
+}
+
+TEST_F(StoreShutdown, CancelsAFullRefreshWhoseResultIsAppliedLikeAnyOther) {
+    store->refresh(true);
+    store->shutdown();
+    finishPasses();
+    EXPECT_EQ(driver().calls.size(), 0U);
+    EXPECT_EQ(store->statusMessage().value(), "Refresh cancelled");
+    EXPECT_EQ(readingKeys(), Keys{});
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{});
+    EXPECT_TRUE(store->smcAvailable().value());
+    EXPECT_EQ(store->lastUpdated().value(), wallClock.time);
+}
+
+TEST_F(StoreShutdown, CancelsAMenuBarRefreshWhichThenChangesNothing) {
+    store->refreshMenuBarOnly();
+    store->shutdown();
+    finishPasses();
+    EXPECT_EQ(driver().calls.size(), 0U);
+    EXPECT_EQ(readingKeys(), (Keys{"TC0P", "TC1C"}));
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{"TC0P"});
+    EXPECT_EQ(posted.size(), 0U);
+}
+
+TEST_F(StoreShutdown, CancelsBothRefreshes) {
+    store->refreshMenuBarOnly();
+    store->refresh(false);
+    store->shutdown();
+    finishPasses();
+    EXPECT_EQ(askedKeys(driver()), Keys{});
+    EXPECT_EQ(store->statusMessage().value(), "Refresh cancelled");
+}
+
+TEST_F(StoreShutdown, DuringDiscoveryNoKeyIsRead) {
+    bool shutDown = false;
+    driver().intercept = [&](const SMCParamBlock& input, SMCParamBlock& /*output*/) {
+        const bool listsKeys = input.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex);
+        if (listsKeys && !shutDown) {
+            shutDown = true;
+            store->shutdown();
+        }
+        return std::optional<ReturnCode>();
+    };
+    refresh(true);
+    EXPECT_TRUE(shutDown);
+    EXPECT_EQ(askedKeys(driver()), Keys{});
+    EXPECT_EQ(store->statusMessage().value(), "Refresh cancelled");
+}
+
+TEST_F(StoreShutdown, AResultThatAlreadyWaitsIsApplied) {
+    setKeys(driver(), {temperatureKey("TC0P", 45), temperatureKey("TC1C", 46)});
+    store->refresh(false);
+    backgroundQueue.runAll();
+    store->shutdown();
+    mainQueue.drain();
+    EXPECT_EQ(readingsText(store->readings().value()), "TC0P=45 TC1C=46");
+    EXPECT_EQ(store->statusMessage().value(), "Loaded 2 HWMonitorSMC2-compatible keys");
+}
+
+TEST_F(StoreShutdown, EndsTheTasksSoThatNewOnesMayStart) {
+    store->refreshMenuBarOnly();
+    store->refresh(false);
+    const std::size_t started = backgroundQueue.startedCount;
+    store->shutdown();
+    store->refreshMenuBarOnly();
+    EXPECT_EQ(backgroundQueue.startedCount, started + 1);
+    store->refresh(false);
+    EXPECT_EQ(backgroundQueue.startedCount, started + 2);
+}
+
+TEST_F(StoreShutdown, ARefreshAfterItOpensANewConnection) {
+    EXPECT_EQ(driver().openCount, 1);
+    store->shutdown();
+    refresh();
+    EXPECT_EQ(driver().openCount, 2);
+    EXPECT_EQ(readingKeys(), (Keys{"TC0P", "TC1C"}));
+}
+
+TEST_F(StoreDestruction, WhileAPassWaitsTheResultIsDropped) {
+    makeStore();
+    store.reset();
+    finishPasses();
+    expectNothingWasToldOrWritten();
+    EXPECT_EQ(mainQueue.waitingCount(), 0U);
+}
+
+TEST_F(StoreDestruction, WhileAPassRunsTheResultIsDropped) {
+    makeStore();
+    driver().intercept = [&](const SMCParamBlock& /*input*/, SMCParamBlock& /*output*/) {
+        store.reset();
+        return std::optional<ReturnCode>();
+    };
+    finishPasses();
+    EXPECT_EQ(store, nullptr);
+    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    expectNothingWasToldOrWritten();
+}
+
+TEST_F(StoreDestruction, WhileAResultWaitsItIsDropped) {
+    makeStore();
+    backgroundQueue.runAll();
+    ASSERT_EQ(mainQueue.waitingCount(), 1U);
+    store.reset();
+    mainQueue.drain();
+    expectNothingWasToldOrWritten();
+}
+
+TEST_F(StoreDestruction, AMenuBarResultIsDroppedToo) {
+    makeStore();
+    finishPasses();
+    setKeys(driver(), {temperatureKey("TC0P", 45)});
+    store->refreshMenuBarOnly();
+    backgroundQueue.runAll();
+    ASSERT_EQ(mainQueue.waitingCount(), 1U);
+    forgetHistory();
+    store.reset();
+    mainQueue.drain();
+    expectNothingWasToldOrWritten();
+}
+
+TEST_F(StoreDestruction, ItsResultDoesNotReachTheNextStore) {
+    makeStore();
+    backgroundQueue.runAll();
+    store.reset();
+    makeStore();
+    mainQueue.drain();
+    EXPECT_EQ(readingKeys(), Keys{});
+    EXPECT_TRUE(store->isLoading().value());
+    finishPasses();
+    EXPECT_EQ(readingKeys(), Keys{"TC0P"});
+}
+
+} // namespace
+
+} // namespace kelvinbar

@@ -1,0 +1,473 @@
+#include "store/LoadPass.h"
+
+#include "catalogue/SMCKeyDatabase.h"
+#include "smc/Machine.h"
+#include "tests/fakes/FakeMachine.h"
+#include "tests/store/ControllerKeys.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+using fakes::askedKeys;
+using fakes::ControllerKey;
+using fakes::discoveryCount;
+using fakes::setKeys;
+using fakes::temperatureKey;
+using fakes::textKey;
+using fakes::wholeNumberKey;
+
+using Keys = std::vector<std::string>;
+
+constexpr std::string_view nothingReadable =
+    "AppleSMC connected, but no compatible sensor key returned a real value";
+
+/// A fixed list that shows whether it was read.
+const KeySet fixedKeys{"TM0P", "TG0D"};
+
+ControllerKey floatKey(std::string name, std::vector<std::uint8_t> littleEndian) {
+    return {.name = std::move(name), .type = "flt ", .bytes = std::move(littleEndian)};
+}
+
+const std::vector<std::uint8_t> notANumberBytes{0x00, 0x00, 0xC0, 0x7F};
+const std::vector<std::uint8_t> infinityBytes{0x00, 0x00, 0x80, 0x7F};
+
+Keys keysOf(const std::vector<SMCReading>& readings) {
+    Keys keys;
+    for (const SMCReading& reading : readings) keys.push_back(reading.key);
+    return keys;
+}
+
+std::string valueUnder(std::string_view key, const std::vector<SMCReading>& readings) {
+    const auto found = std::ranges::find(readings, key, &SMCReading::key);
+    return found == readings.end() ? "none" : found->value;
+}
+
+struct LoadPass : testing::Test {
+    fakes::FakeMachine machine;
+
+    [[nodiscard]] fakes::FakeSMCDriver& driver() const { return *machine.driver; }
+
+    void addFan(std::string_view property, Value speed) const {
+        Dictionary properties;
+        properties.set(property, std::move(speed));
+        machine.registry->add("SMCSuperIO", "Sensors", std::move(properties));
+    }
+
+    [[nodiscard]] std::size_t registryWalks() const { return machine.registry->walkedPlanes.size(); }
+
+    /// Reads `keys` as known ones, without registry fans.
+    [[nodiscard]] static SMCLoadResult readKnown(const KeySet& keys) {
+        return loadReadings(fixedKeys, false, keys, false);
+    }
+
+    /// Reads `keys` as known ones, with registry fans.
+    [[nodiscard]] static SMCLoadResult readKnownAndFans(const KeySet& keys) {
+        return loadReadings(fixedKeys, false, keys, true);
+    }
+};
+
+struct LoadPassWithoutController : LoadPass {};
+
+struct LoadPassDiscovery : LoadPass {};
+
+struct LoadPassCancellation : LoadPass {
+    Cancellation cancellation;
+
+    void cancelOnFirst(SMCCommand command) {
+        driver().intercept = [this, command](const SMCParamBlock& input, SMCParamBlock& /*output*/) {
+            if (input.command == static_cast<std::uint8_t>(command)) cancellation.cancel();
+            return std::optional<ReturnCode>();
+        };
+    }
+};
+
+struct LoadPassFans : LoadPass {};
+
+// Without a controller
+
+TEST_F(LoadPassWithoutController, NativeReadingsStandInInTheirOwnOrder) {
+    driver().hasService = false;
+    machine.system->processors = 8;
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC0P"}, true);
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(keysOf(result.readings), (Keys{"NARC", "NCOR", "NTHR", "NLPM"}));
+    EXPECT_EQ(result.discoveredKeys, std::nullopt);
+    EXPECT_EQ(result.statusMessage, "AppleSMC unavailable; showing native macOS telemetry");
+}
+
+TEST_F(LoadPassWithoutController, NeitherKeysNorRegistryFansAreRead) {
+    driver().hasService = false;
+    addFan("FAN1", std::int64_t{1450});
+    EXPECT_EQ(keysOf(readKnownAndFans({"TC0P"}).readings), (Keys{"NARC", "NTHR", "NLPM"}));
+    EXPECT_EQ(driver().calls.size(), 0U);
+    EXPECT_EQ(registryWalks(), 0U);
+}
+
+TEST_F(LoadPassWithoutController, AControllerThatCannotBeOpenedIsUnavailable) {
+    driver().openCode = 0xE00002C1;
+    EXPECT_EQ(readKnown({"TC0P"}).statusMessage, "AppleSMC unavailable; showing native macOS telemetry");
+    EXPECT_EQ(driver().calls.size(), 0U);
+}
+
+TEST_F(LoadPassWithoutController, TheMessageOfTheControllerShowsWhenThereIsNothingAtAll) {
+    driver().hasService = false;
+    useMachine(
+        {.driver = machine.driver, .registry = machine.registry, .system = nullptr, .clock = machine.clock});
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC0P"}, true);
+    EXPECT_FALSE(result.smcAvailable);
+    EXPECT_EQ(keysOf(result.readings), Keys{});
+    EXPECT_EQ(result.discoveredKeys, std::nullopt);
+    EXPECT_EQ(result.statusMessage, "AppleSMC service not available. This app is intended for "
+                                    "Hackintosh/macOS systems with SMC emulation.");
+}
+
+TEST_F(LoadPassWithoutController, ACancelledPassStillShowsNativeReadings) {
+    driver().hasService = false;
+    Cancellation cancellation;
+    cancellation.cancel();
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, true, cancellation);
+    EXPECT_EQ(result.statusMessage, "AppleSMC unavailable; showing native macOS telemetry");
+    EXPECT_EQ(keysOf(result.readings), (Keys{"NARC", "NTHR", "NLPM"}));
+}
+
+// Which keys are read
+
+TEST_F(LoadPassDiscovery, KeysThatTheCatalogueCannotNameAreNeverRead) {
+    setKeys(driver(), {temperatureKey("ZZZZ", 1), temperatureKey("TC0P", 40), temperatureKey("TCaC", 2)});
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, false);
+    EXPECT_EQ(result.discoveredKeys, KeySet{"TC0P"});
+    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
+}
+
+TEST_F(LoadPassDiscovery, WhatIsFoundReplacesWhatWasKnown) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC1C", "TC2C"}, false);
+    EXPECT_EQ(result.discoveredKeys, KeySet{"TC0P"});
+    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+}
+
+TEST_F(LoadPassDiscovery, TheFixedListIsReadWhenNoNamedKeyIsFound) {
+    setKeys(driver(), {temperatureKey("ZZZZ", 1)});
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC1C"}, false);
+    EXPECT_EQ(result.discoveredKeys, KeySet{});
+    EXPECT_EQ(askedKeys(driver()), (Keys{"TG0D", "TM0P"}));
+}
+
+TEST_F(LoadPassDiscovery, TheFixedListIsReadWhenTheControllerListsNothing) {
+    driver().keys = {temperatureKey("TG0D", 50)};
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, false);
+    EXPECT_EQ(result.discoveredKeys, KeySet{});
+    EXPECT_EQ(valueUnder("TG0D", result.readings), "50");
+}
+
+TEST_F(LoadPassDiscovery, WithoutDiscoveryTheKnownKeysAreRead) {
+    setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41), temperatureKey("TG0D", 50)});
+    const SMCLoadResult result = readKnown({"TC0P", "TC2C"});
+    EXPECT_EQ(result.discoveredKeys, std::nullopt);
+    EXPECT_EQ(discoveryCount(driver()), 0U);
+    EXPECT_EQ(askedKeys(driver()), (Keys{"TC0P", "TC2C"}));
+    EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
+}
+
+TEST_F(LoadPassDiscovery, WithoutKnownKeysTheFixedListIsRead) {
+    const SMCLoadResult result = readKnown({});
+    EXPECT_EQ(result.discoveredKeys, std::nullopt);
+    EXPECT_EQ(discoveryCount(driver()), 0U);
+    EXPECT_EQ(askedKeys(driver()), (Keys{"TG0D", "TM0P"}));
+}
+
+TEST_F(LoadPassDiscovery, KeysAreReadInAscendingCodeUnitOrder) {
+    setKeys(driver(), {temperatureKey("TC0p", 1), wholeNumberKey("V9AA", 1), temperatureKey("TC0P", 1),
+                       wholeNumberKey("V12R", 12), wholeNumberKey("B0AV", 12), wholeNumberKey("FNum", 2)});
+    static_cast<void>(loadReadings(fixedKeys, true, {}, false));
+    EXPECT_EQ(askedKeys(driver()), (Keys{"B0AV", "FNum", "TC0P", "TC0p", "V12R", "V9AA"}));
+}
+
+TEST_F(LoadPassDiscovery, AKnownKeyThatIsNotFourCharactersLongIsIgnored) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    const SMCLoadResult result = readKnown({"TC0", "TC0P", "TC0PX", ""});
+    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
+}
+
+// Cancellation
+
+TEST_F(LoadPassCancellation, BeforeDiscoveryNothingIsAskedAndTheKnownKeysStay) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    addFan("FAN1", std::int64_t{1450});
+    cancellation.cancel();
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC1C"}, true, cancellation);
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(keysOf(result.readings), Keys{});
+    EXPECT_EQ(result.discoveredKeys, KeySet{"TC1C"});
+    EXPECT_EQ(result.statusMessage, "Refresh cancelled");
+    EXPECT_EQ(driver().openCount, 1);
+    EXPECT_EQ(driver().calls.size(), 0U);
+    EXPECT_EQ(registryWalks(), 0U);
+}
+
+TEST_F(LoadPassCancellation, WithoutDiscoveryNoKeysAreHandedOver) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    cancellation.cancel();
+    const SMCLoadResult result = loadReadings(fixedKeys, false, {"TC0P"}, true, cancellation);
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(keysOf(result.readings), Keys{});
+    EXPECT_EQ(result.discoveredKeys, std::nullopt);
+    EXPECT_EQ(result.statusMessage, "Refresh cancelled");
+    EXPECT_EQ(driver().calls.size(), 0U);
+}
+
+TEST_F(LoadPassCancellation, DuringDiscoveryTheWalkEndsAndNoKeyIsRead) {
+    setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
+    addFan("FAN1", std::int64_t{1450});
+    cancelOnFirst(SMCCommand::keyByIndex);
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TG0D"}, true, cancellation);
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(keysOf(result.readings), Keys{});
+    EXPECT_EQ(result.discoveredKeys, (KeySet{"TC0P", "TC1C"}));
+    EXPECT_EQ(result.statusMessage, "Refresh cancelled");
+    EXPECT_EQ(askedKeys(driver()), Keys{});
+    // The number of keys takes two calls, each of the three listed keys one.
+    EXPECT_EQ(driver().calls.size(), 5U);
+    EXPECT_EQ(registryWalks(), 0U);
+}
+
+TEST_F(LoadPassCancellation, WhileKeysAreReadThePassGoesOnToItsEnd) {
+    setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
+    addFan("FAN1", std::int64_t{1450});
+    cancelOnFirst(SMCCommand::readBytes);
+    const SMCLoadResult result = loadReadings(fixedKeys, false, {"TC0P", "TC1C"}, true, cancellation);
+    EXPECT_TRUE(cancellation.isCancelled());
+    EXPECT_EQ(keysOf(result.readings), (Keys{"TC0P", "TC1C", "FAN1"}));
+    EXPECT_EQ(result.statusMessage, "Loaded 3 HWMonitorSMC2-compatible keys");
+}
+
+// Registry fans
+
+TEST_F(LoadPassFans, TheRegistryIsWalkedOnlyWhenAskedFor) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    addFan("FAN1", std::int64_t{1450});
+    EXPECT_EQ(keysOf(readKnown({"TC0P"}).readings), Keys{"TC0P"});
+    EXPECT_EQ(registryWalks(), 0U);
+    EXPECT_EQ(keysOf(readKnownAndFans({"TC0P"}).readings), (Keys{"TC0P", "FAN1"}));
+    EXPECT_EQ(registryWalks(), 1U);
+}
+
+TEST_F(LoadPassFans, ARegistryFanBecomesAReadingWithItsOwnName) {
+    setKeys(driver(), {});
+    addFan("CPU Fan Speed", std::int64_t{1450});
+    EXPECT_EQ(readKnownAndFans({"TC0P"}).readings, (std::vector<SMCReading>{{.key = "FAN0",
+                                                                             .name = "CPU Fan Speed",
+                                                                             .category = SMCCategory::fans,
+                                                                             .type = "ioreg",
+                                                                             .value = "1450",
+                                                                             .numericValue = 1450,
+                                                                             .unit = "RPM",
+                                                                             .raw = "5AA",
+                                                                             .status = "OK"}}));
+}
+
+TEST_F(LoadPassFans, ASpeedOfTheRegistryIsNormalised) {
+    setKeys(driver(), {});
+    addFan("FAN1", 1234.5);
+    const SMCLoadResult result = readKnownAndFans({"TC0P"});
+    EXPECT_EQ(valueUnder("FAN1", result.readings), "1235");
+    ASSERT_EQ(result.readings.size(), 1U);
+    EXPECT_EQ(result.readings.front().numericValue, 1234.5);
+}
+
+TEST_F(LoadPassFans, AFiniteNumberOfTheControllerGoesBeforeTheRegistry) {
+    setKeys(driver(), {wholeNumberKey("FAN0", 900)});
+    addFan("CPU Fan Speed", std::int64_t{1450});
+    EXPECT_EQ(readKnownAndFans({"FAN0"}).readings, (std::vector<SMCReading>{{.key = "FAN0",
+                                                                             .name = "FAN0",
+                                                                             .category = SMCCategory::fans,
+                                                                             .type = "ui16",
+                                                                             .value = "900",
+                                                                             .numericValue = 900,
+                                                                             .unit = "RPM",
+                                                                             .raw = "0384",
+                                                                             .status = "OK"}}));
+}
+
+TEST_F(LoadPassFans, AStandingFanOfTheControllerGoesBeforeTheRegistryToo) {
+    setKeys(driver(), {wholeNumberKey("F0Ac", 0)});
+    addFan("F0Ac", std::int64_t{1450});
+    EXPECT_EQ(valueUnder("F0Ac", readKnownAndFans({"F0Ac"}).readings), "0");
+}
+
+TEST_F(LoadPassFans, AnAnswerWithoutARealNumberGivesWayToTheRegistry) {
+    const SMCReading fromRegistry{.key = "F0Ac",
+                                  .name = "Fan 0",
+                                  .category = SMCCategory::fans,
+                                  .type = "ioreg",
+                                  .value = "1450",
+                                  .numericValue = 1450,
+                                  .unit = "RPM",
+                                  .raw = "5AA",
+                                  .status = "OK"};
+    addFan("F0Ac", std::int64_t{1450});
+    for (const ControllerKey& key :
+         {floatKey("F0Ac", notANumberBytes), floatKey("F0Ac", infinityBytes), textKey("F0Ac", "900")}) {
+        SCOPED_TRACE(key.type);
+        setKeys(driver(), {key});
+        EXPECT_EQ(readKnownAndFans({"F0Ac"}).readings, std::vector<SMCReading>{fromRegistry});
+        EXPECT_NE(keysOf(readKnown({"F0Ac"}).readings), Keys{});
+    }
+}
+
+TEST_F(LoadPassFans, TheFirstOfTwoRegistryFansWithOneKeyStays) {
+    setKeys(driver(), {});
+    addFan("F0Ac", std::int64_t{1450});
+    addFan("F0Ac", std::int64_t{2000});
+    const SMCLoadResult result = readKnownAndFans({"TC0P"});
+    EXPECT_EQ(keysOf(result.readings), Keys{"F0Ac"});
+    EXPECT_EQ(valueUnder("F0Ac", result.readings), "1450");
+}
+
+TEST_F(LoadPassFans, FansThatTheCatalogueCannotNameAreDropped) {
+    setKeys(driver(), {});
+    for (const char letter : {'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H', 'I', 'J'}) {
+        addFan(std::string("Fan of zone ") + letter, std::int64_t{1000});
+    }
+    const SMCLoadResult result = readKnownAndFans({"TC0P"});
+    EXPECT_EQ(keysOf(result.readings),
+              (Keys{"FAN0", "FAN1", "FAN2", "FAN3", "FAN4", "FAN5", "FAN6", "FAN7"}));
+    EXPECT_EQ(result.statusMessage, "Loaded 8 HWMonitorSMC2-compatible keys");
+}
+
+TEST_F(LoadPassFans, FansAloneMakeAPass) {
+    setKeys(driver(), {temperatureKey("ZZZZ", 1)});
+    addFan("FAN1", std::int64_t{1450});
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, true);
+    EXPECT_EQ(keysOf(result.readings), Keys{"FAN1"});
+    EXPECT_EQ(result.discoveredKeys, KeySet{});
+}
+
+// Building readings
+
+TEST_F(LoadPass, AReadingTakesNameCategoryAndUnitFromTheCatalogue) {
+    setKeys(driver(), {{.name = "TC0P", .type = "sp78", .bytes = {0x28, 0x80}}});
+    EXPECT_EQ(readKnown({"TC0P"}).readings, (std::vector<SMCReading>{{.key = "TC0P",
+                                                                      .name = "CPU Proximity",
+                                                                      .category = SMCCategory::cpu,
+                                                                      .type = "sp78",
+                                                                      .value = "40.50",
+                                                                      .numericValue = 40.5,
+                                                                      .unit = "°C",
+                                                                      .raw = "2880",
+                                                                      .status = "OK"}}));
+}
+
+TEST_F(LoadPass, AValueIsNormalisedForTheUnitOfTheCatalogue) {
+    setKeys(driver(), {wholeNumberKey("B0AV", 12500), {.name = "VC0C", .type = "fp88", .bytes = {1, 0x80}}});
+    const SMCLoadResult result = readKnown({"B0AV", "VC0C"});
+    ASSERT_EQ(keysOf(result.readings), (Keys{"B0AV", "VC0C"}));
+    EXPECT_EQ(result.readings[0].value, "12.50");
+    EXPECT_EQ(result.readings[0].numericValue, 12.5);
+    EXPECT_EQ(result.readings[0].raw, "30D4");
+    EXPECT_EQ(result.readings[1].value, "1.5");
+}
+
+TEST_F(LoadPass, AReadingWithoutANumberShowsTheTextOfTheController) {
+    setKeys(driver(), {textKey("REV ", "2.4f1")});
+    EXPECT_EQ(readKnown({"REV "}).readings, (std::vector<SMCReading>{{.key = "REV ",
+                                                                      .name = "SMC Revision",
+                                                                      .category = SMCCategory::overview,
+                                                                      .type = "ch8*",
+                                                                      .value = "2.4f1",
+                                                                      .numericValue = std::nullopt,
+                                                                      .unit = "",
+                                                                      .raw = "322E346631",
+                                                                      .status = "OK"}}));
+}
+
+TEST_F(LoadPass, KeysThatTheCatalogueCannotNameBecomeNoReadings) {
+    setKeys(driver(), {temperatureKey("ZZZZ", 1), temperatureKey("TC0P", 40)});
+    EXPECT_EQ(keysOf(readKnown({"TC0P", "ZZZZ"}).readings), Keys{"TC0P"});
+}
+
+TEST_F(LoadPass, ReadingsWithoutADisplayableValueAreDropped) {
+    setKeys(driver(), {textKey("REV ", "unsupported"), textKey("RBr ", "N/A"), textKey("RVBF", "information"),
+                       temperatureKey("TC0P", 0)});
+    const SMCLoadResult result = readKnown({"REV ", "RBr ", "RVBF", "TC0P"});
+    EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
+    EXPECT_EQ(result.statusMessage, "Loaded 1 HWMonitorSMC2-compatible keys");
+}
+
+TEST_F(LoadPass, UnreadableKeysAreSkipped) {
+    setKeys(driver(), {temperatureKey("TC0P", 40),
+                       {.name = "TC1C", .type = "sp78", .bytes = {1, 0}, .infoResult = 0x84},
+                       {.name = "TC2C", .type = "sp78", .bytes = {1, 0}, .readResult = 0x84},
+                       {.name = "TC3C", .type = "sp78", .bytes = {1, 0}, .announcedSize = 33}});
+    EXPECT_EQ(keysOf(loadReadings(fixedKeys, true, {}, false).readings), Keys{"TC0P"});
+}
+
+// Order and status
+
+TEST_F(LoadPass, ReadingsAreSortedByTheTitleOfTheirCategory) {
+    const Keys sorted{"B0AV", "TC0P", "IC0C", "FNum", "TG0D", "TM0P", "REV ", "PC0C", "TN0P", "TA0P", "VC0C"};
+    std::vector<ControllerKey> keys;
+    for (const std::string& key : sorted) keys.push_back(wholeNumberKey(key, 12));
+    std::ranges::sort(keys, {}, &ControllerKey::name);
+    setKeys(driver(), keys);
+    EXPECT_EQ(keysOf(loadReadings(fixedKeys, true, {}, false).readings), sorted);
+}
+
+TEST_F(LoadPass, NumbersInKeysCompareByValue) {
+    setKeys(driver(), {wholeNumberKey("V12R", 12), wholeNumberKey("V9AB", 12), wholeNumberKey("V5VP", 12)});
+    EXPECT_EQ(keysOf(readKnown({"V12R", "V5VP", "V9AB"}).readings), (Keys{"V5VP", "V9AB", "V12R"}));
+}
+
+TEST_F(LoadPass, KeysThatCompareEqualStandInCodeUnitOrder) {
+    setKeys(driver(), {temperatureKey("TC0p", 41), temperatureKey("TC0P", 40), temperatureKey("TCGc", 43),
+                       temperatureKey("TCGC", 42), temperatureKey("TC0C", 39)});
+    EXPECT_EQ(keysOf(loadReadings(fixedKeys, true, {}, false).readings),
+              (Keys{"TC0C", "TC0P", "TC0p", "TCGC", "TCGc"}));
+}
+
+TEST_F(LoadPass, ARegistryFanThatComparesEqualStandsInCodeUnitOrderToo) {
+    setKeys(driver(), {wholeNumberKey("Fan0", 900)});
+    addFan("CPU Fan Speed", std::int64_t{1450});
+    EXPECT_EQ(keysOf(readKnownAndFans({"Fan0"}).readings), (Keys{"FAN0", "Fan0"}));
+}
+
+TEST_F(LoadPass, TheStatusCountsTheReadings) {
+    setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41), textKey("REV ", "n/a")});
+    const SMCLoadResult result = readKnown({"REV ", "TC0P", "TC1C"});
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(result.statusMessage, "Loaded 2 HWMonitorSMC2-compatible keys");
+}
+
+TEST_F(LoadPass, NothingReadableIsSaidSoAndTheControllerStaysAvailable) {
+    setKeys(driver(), {});
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, true);
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(keysOf(result.readings), Keys{});
+    EXPECT_EQ(result.discoveredKeys, KeySet{});
+    EXPECT_EQ(result.statusMessage, nothingReadable);
+}
+
+TEST_F(LoadPass, AControllerThatFailsEveryCallIsConnectedWithoutReadings) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    driver().intercept = [](const SMCParamBlock& /*input*/, SMCParamBlock& /*output*/) {
+        return std::optional<ReturnCode>(0xE00002BC);
+    };
+    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, false);
+    EXPECT_TRUE(result.smcAvailable);
+    EXPECT_EQ(result.statusMessage, nothingReadable);
+}
+
+} // namespace
+
+} // namespace kelvinbar

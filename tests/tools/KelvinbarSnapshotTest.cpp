@@ -1,0 +1,364 @@
+// The program kelvinbar-snapshot as a user runs it: a process with options, files, exit status and messages.
+
+#include "base/Text.h"
+#include "resources/SampleMachines.h"
+#include "tests/tools/TemporaryFolder.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <regex>
+#include <spawn.h>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+extern char** environ; // NOLINT(readability-redundant-declaration): not every system's header has it
+
+namespace kelvinbar {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct Outcome {
+    int status = -1; ///< exit status; -1 when the process did not exit by itself
+    std::string output;
+    std::string errors;
+};
+
+std::vector<char*> pointersTo(Words& words) {
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// One run of the program, begun with the constructor.
+class ProgramRun {
+  public:
+    struct Streams {
+        std::string input;
+        std::string output;
+        std::string errors;
+    };
+
+    ProgramRun(const Words& options, const Streams& streams) {
+        Words words{KELVINBAR_SNAPSHOT};
+        words.insert(words.end(), options.begin(), options.end());
+        Words environment = commaEnvironment();
+        posix_spawn_file_actions_t actions{};
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, streams.input.c_str(), O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, streams.output.c_str(),
+                                         O_WRONLY | O_CREAT | O_NOCTTY, 0600);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, streams.errors.c_str(), O_WRONLY | O_CREAT,
+                                         0600);
+        const int code = posix_spawn(&process_, words.front().c_str(), &actions, nullptr,
+                                     pointersTo(words).data(), pointersTo(environment).data());
+        posix_spawn_file_actions_destroy(&actions);
+        EXPECT_EQ(code, 0) << words.front();
+    }
+
+    /// Waits for the end; the exit status.
+    [[nodiscard]] int status() const {
+        int status = 0;
+        if (waitpid(process_, &status, 0) != process_ || !WIFEXITED(status)) return -1;
+        return WEXITSTATUS(status);
+    }
+
+  private:
+    /// The tests' environment with their locale of a decimal comma asked for.
+    static Words commaEnvironment() {
+        Words environment;
+        for (char** entry = environ; *entry != nullptr; ++entry) {
+            if (!std::string_view(*entry).starts_with("LC_ALL=")) environment.emplace_back(*entry);
+        }
+        environment.emplace_back("LC_ALL=de_DE.UTF-8");
+        return environment;
+    }
+
+    pid_t process_ = -1;
+};
+
+/// Runs the program with `options` and `input` on its standard input.
+Outcome run(const Words& options, std::string_view input = {}) {
+    const TemporaryFolder folder;
+    const ProgramRun::Streams streams{folder.write("input", input), folder.write("output", ""),
+                                      folder.write("errors", "")};
+    Outcome outcome;
+    outcome.status = ProgramRun(options, streams).status();
+    outcome.output = contentOf(streams.output);
+    outcome.errors = contentOf(streams.errors);
+    return outcome;
+}
+
+/// The text without its second line, the time.
+std::string withoutTime(std::string_view text) {
+    const std::size_t start = text.find('\n') + 1;
+    const std::size_t end = text.find('\n', start);
+    EXPECT_TRUE(text.substr(start).starts_with("Generated: 20")) << text;
+    return std::string(text.substr(0, start)).append(text.substr(end));
+}
+
+void expectSnapshot(const Outcome& outcome, std::string_view expected) {
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(withoutTime(outcome.output), withoutTime(expected));
+    EXPECT_EQ(outcome.errors, "");
+}
+
+/// Nothing on standard output, `status`, and a message whose words include all of `words`.
+void expectFailure(const Outcome& outcome, int status, const Words& words = {}) {
+    EXPECT_EQ(outcome.status, status);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_NE(outcome.errors, "");
+    EXPECT_TRUE(outcome.errors.ends_with('\n')) << outcome.errors;
+    for (const std::string& word : words) EXPECT_TRUE(contains(outcome.errors, word)) << outcome.errors;
+}
+
+constexpr std::string_view oneKey = "TC0P\tsp78\t\t\tRAW=2880\n";
+constexpr std::string_view oneKeySnapshot =
+    "Kelvinbar snapshot\nGenerated: 2026-03-01T14:05:09Z\nActive keys: 1\n"
+    "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880";
+
+TEST(KelvinbarSnapshot, ExplainsItsOptions) {
+    for (const std::string_view option : {"--help", "-h"}) {
+        const Outcome outcome = run({std::string(option)});
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors, "");
+        for (const std::string_view word : {"kelvinbar-snapshot", "--help", "--version", "--replay", "--demo",
+                                            "intel-notebook", "apple-silicon-desktop", "amd-pc"}) {
+            EXPECT_TRUE(contains(outcome.output, word)) << word;
+        }
+    }
+}
+
+TEST(KelvinbarSnapshot, TellsItsVersion) {
+    const Outcome outcome = run({"--version"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(std::regex_match(outcome.output, std::regex("kelvinbar-snapshot \\d+\\.\\d+\\.\\d+\n")))
+        << outcome.output;
+}
+
+TEST(KelvinbarSnapshot, ReadsThisMachineWithoutAnOption) {
+    const Outcome outcome = run({});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(outcome.output.starts_with("Kelvinbar snapshot\nGenerated: 20")) << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "\nActive keys: ")) << outcome.output;
+    EXPECT_FALSE(outcome.output.ends_with("RAW=\n")) << outcome.output;
+}
+
+TEST(KelvinbarSnapshot, TellsTheTimeOfTheSnapshot) {
+    const Outcome outcome = run({"--demo"});
+    EXPECT_TRUE(std::regex_search(
+        outcome.output,
+        std::regex("^Kelvinbar snapshot\nGenerated: \\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ\n")));
+}
+
+TEST(KelvinbarSnapshot, ShowsTheFirstSampleForDemoWithoutAName) {
+    expectSnapshot(run({"--demo"}), sampleMachines().front().text);
+}
+
+TEST(KelvinbarSnapshot, ShowsEverySampleByItsName) {
+    for (const SampleMachine& sample : sampleMachines()) {
+        SCOPED_TRACE(sample.name);
+        expectSnapshot(run({"--demo", std::string(sample.name)}), sample.text);
+        expectSnapshot(run({"--demo=" + std::string(sample.name)}), sample.text);
+    }
+}
+
+TEST(KelvinbarSnapshot, RefusesWrongOptions) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", oneKey);
+    const std::vector<Words> wrong{
+        {"--demo", "toaster"},
+        {"--demo=toaster"},
+        {"--demo", "INTEL-NOTEBOOK"},
+        {"--demo", "amd-pc", "extra"},
+        {"--demo", "amd-pc", "--demo", "intel-notebook"},
+        {"--unknown"},
+        {"-x"},
+        {"--replay"},
+        {"--replay="},
+        {"--replay", file, "extra"},
+        {"--replay", file, "--replay", file},
+        {"--replay", file, "--demo"},
+        {"--replay", file, "--demo", "amd-pc"},
+        {"--demo", "--replay", file},
+        {"--demo", "amd-pc", "--replay", file},
+        {"extra"},
+        {""},
+        {file},
+        {"-"},
+        {"--", "extra"},
+    };
+    for (const Words& options : wrong) {
+        SCOPED_TRACE(testing::PrintToString(options));
+        expectFailure(run(options), 2);
+    }
+}
+
+/// An unset variable of a shell script must not read another machine than the one that was asked for.
+TEST(KelvinbarSnapshot, RefusesASampleWithAnEmptyName) { expectFailure(run({"--demo", ""}), 2); }
+
+TEST(KelvinbarSnapshot, NamesAnUnknownSample) {
+    expectFailure(run({"--demo", "toaster"}), 2, {"toaster", "amd-pc"});
+}
+
+TEST(KelvinbarSnapshot, NamesAnUnknownOption) { expectFailure(run({"--unknown"}), 2, {"--unknown"}); }
+
+TEST(KelvinbarSnapshot, NamesOptionsThatExcludeEachOther) {
+    expectFailure(run({"--demo", "--replay", "file"}), 2, {"--demo", "--replay"});
+}
+
+TEST(KelvinbarSnapshot, ReplaysAFile) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("größe 1.txt", oneKey);
+    expectSnapshot(run({"--replay", file}), oneKeySnapshot);
+    expectSnapshot(run({"--replay=" + file}), oneKeySnapshot);
+}
+
+TEST(KelvinbarSnapshot, ReplaysItsOwnOutput) {
+    const TemporaryFolder folder;
+    for (const SampleMachine& sample : sampleMachines()) {
+        SCOPED_TRACE(sample.name);
+        const std::string first = run({"--demo", std::string(sample.name)}).output;
+        expectSnapshot(run({"--replay", folder.write("file", first)}), first);
+    }
+}
+
+TEST(KelvinbarSnapshot, ReplaysThisMachinesSnapshot) {
+    const std::string first = run({}).output;
+    ASSERT_TRUE(contains(first, "\tRAW="));
+    expectSnapshot(run({"--replay", "-"}, first), first);
+}
+
+TEST(KelvinbarSnapshot, ReplaysStandardInputForADash) {
+    expectSnapshot(run({"--replay", "-"}, oneKey), oneKeySnapshot);
+    expectSnapshot(run({"--replay=-"}, oneKey), oneKeySnapshot);
+}
+
+TEST(KelvinbarSnapshot, ReplaysAPipe) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ProgramRun::Streams streams{"/dev/null", folder.write("output", ""), folder.write("errors", "")};
+    const ProgramRun program({"--replay", pipe}, streams);
+    EXPECT_TRUE(folder.write("pipe", oneKey) == pipe);
+    EXPECT_EQ(program.status(), 0);
+    EXPECT_EQ(withoutTime(contentOf(streams.output)), withoutTime(oneKeySnapshot));
+}
+
+TEST(KelvinbarSnapshot, FailsOnAMissingFile) {
+    const TemporaryFolder folder;
+    const std::string file = folder.path("missing");
+    expectFailure(run({"--replay", file}), 1, {file});
+}
+
+TEST(KelvinbarSnapshot, FailsOnAFileWithoutAName) {
+    const Outcome outcome = run({"--replay", ""});
+    EXPECT_NE(outcome.status, 0);
+    EXPECT_EQ(outcome.output, ""); // not this machine's snapshot
+    EXPECT_NE(outcome.errors, "");
+}
+
+TEST(KelvinbarSnapshot, FailsOnAFolder) {
+    const TemporaryFolder folder;
+    expectFailure(run({"--replay", folder.path("")}), 1, {folder.path("")});
+}
+
+TEST(KelvinbarSnapshot, FailsOnAFileWithoutAUsableLine) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", "junk\n\nTC0P\tsp78\t\t\tRAW=2\n");
+    expectFailure(run({"--replay", file}), 1, {file, "line 1", "line 3"});
+}
+
+TEST(KelvinbarSnapshot, FailsOnASnapshotWithoutReadings) {
+    const TemporaryFolder folder;
+    const std::string file =
+        folder.write("file", "Kelvinbar snapshot\nGenerated: 2026-03-01T14:05:09Z\nActive keys: 0\n");
+    expectFailure(run({"--replay", file}), 1, {file});
+}
+
+TEST(KelvinbarSnapshot, FailsOnAnEmptyFile) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", "");
+    expectFailure(run({"--replay", file}), 1, {file});
+}
+
+TEST(KelvinbarSnapshot, FailsOnEmptyStandardInput) {
+    expectFailure(run({"--replay", "-"}, ""), 1, {"standard input"});
+}
+
+TEST(KelvinbarSnapshot, FailsOnADeviceThatNeverEnds) {
+    expectFailure(run({"--replay", "/dev/zero"}), 1, {"/dev/zero", "larger than"});
+}
+
+TEST(KelvinbarSnapshot, FailsOnBytesThatAreNoText) {
+    std::string bytes;
+    for (int number = 0; number < 4096; ++number)
+        bytes.push_back(static_cast<char>(number * 37 + number / 256));
+    expectFailure(run({"--replay", "-"}, bytes), 1, {"standard input"});
+}
+
+TEST(KelvinbarSnapshot, NamesLinesThatItCannotUseAndShowsTheRest) {
+    const TemporaryFolder folder;
+    const std::string file =
+        folder.write("file", "Kelvinbar snapshot\njunk\n" + std::string(oneKey) + "TC1C\tsp78\t\t\tRAW=2\n");
+    const Outcome outcome = run({"--replay", file});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(withoutTime(outcome.output), withoutTime(oneKeySnapshot));
+    EXPECT_TRUE(contains(outcome.errors, file + ", line 2: ")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, file + ", line 4: ")) << outcome.errors;
+    EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 2) << outcome.errors;
+}
+
+TEST(KelvinbarSnapshot, NamesLinesOfStandardInput) {
+    const Outcome outcome = run({"--replay", "-"}, "junk\n" + std::string(oneKey));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(withoutTime(outcome.output), withoutTime(oneKeySnapshot));
+    EXPECT_TRUE(contains(outcome.errors, "standard input, line 1: ")) << outcome.errors;
+}
+
+TEST(KelvinbarSnapshot, FailsWhenItCannotWrite) {
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "this system has no device that is always full";
+    const TemporaryFolder folder;
+    const std::string errors = folder.write("errors", "");
+    EXPECT_EQ(ProgramRun({"--demo"}, {"/dev/null", "/dev/full", errors}).status(), 1);
+    EXPECT_NE(contentOf(errors), "");
+}
+
+/// What is typed at a terminal begins on a line of its own again.
+TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_GE(terminal, 0);
+    ASSERT_EQ(::grantpt(terminal), 0);
+    ASSERT_EQ(::unlockpt(terminal), 0);
+    const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
+    const TemporaryFolder folder;
+    const ProgramRun program({"--replay", folder.write("file", oneKey)},
+                             {"/dev/null", name, folder.write("errors", "")});
+    std::string output;
+    std::array<char, 4096> chunk{};
+    for (ssize_t size = 0; (size = ::read(terminal, chunk.data(), chunk.size())) > 0;) {
+        output.append(chunk.data(), static_cast<std::size_t>(size));
+    }
+    EXPECT_EQ(program.status(), 0);
+    ::close(terminal);
+    EXPECT_EQ(withoutTime(replacedAll(output, "\r\n", "\n")), withoutTime(oneKeySnapshot) + "\n");
+}
+
+} // namespace
+
+} // namespace kelvinbar

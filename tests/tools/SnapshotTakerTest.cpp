@@ -1,0 +1,86 @@
+#include "tools/SnapshotTaker.h"
+
+#include "smc/SMCBridge.h"
+#include "tests/fakes/FakeMachine.h"
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+using fakes::FakeMachine;
+
+Machine portsOf(const FakeMachine& fake) {
+    return {.driver = fake.driver, .registry = fake.registry, .system = fake.system, .clock = fake.clock};
+}
+
+/// `text` without its time line, which is checked.
+std::string withoutTime(const std::string& text) {
+    const std::size_t start = text.find('\n') + 1;
+    const std::size_t end = text.find('\n', start);
+    const std::regex time(R"(Generated: 20\d\d-\d\d-\d\dT\d\d:\d\d:\d\dZ)");
+    EXPECT_TRUE(std::regex_match(text.substr(start, end - start), time)) << text;
+    return text.substr(0, start) + text.substr(end + 1);
+}
+
+TEST(TakeSnapshot, GivesTheReadingsOfTheMachine) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(3).add("TC0P", "sp78", {0x28, 0x80}).add("zzzz", "ui8 ", {1});
+    fake.registry->add("SMCSuperIO", "chip", Dictionary{{"CPU Fan", std::int64_t{900}}});
+    EXPECT_EQ(withoutTime(takeSnapshot(portsOf(fake))), "Kelvinbar snapshot\nActive keys: 2\n"
+                                                        "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+                                                        "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
+}
+
+TEST(TakeSnapshot, GivesWhatTheSystemKnowsWithoutAController) {
+    const FakeMachine fake;
+    fake.driver->hasService = false;
+    fake.system->thermal = 2;
+    EXPECT_EQ(withoutTime(takeSnapshot(portsOf(fake))),
+              "Kelvinbar snapshot\nActive keys: 3\n"
+              "\nNARC\tnative\tArchitecture\tApple Silicon\tRAW=Apple Silicon"
+              "\nNLPM\tnative\tLow Power Mode\tDisabled\tRAW=Disabled"
+              "\nNTHR\tnative\tmacOS Thermal State\tSerious\tRAW=Serious");
+}
+
+TEST(TakeSnapshot, GivesTheHeaderAloneOfAMachineWithoutReadings) {
+    const FakeMachine fake;
+    EXPECT_EQ(withoutTime(takeSnapshot(portsOf(fake))), "Kelvinbar snapshot\nActive keys: 0\n");
+}
+
+TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    takeSnapshot(portsOf(fake));
+    EXPECT_EQ(fake.driver->openCount, 1);
+    EXPECT_EQ(fake.driver->closed, std::vector<SMCDriver::Connection>{fake.driver->openConnection});
+}
+
+TEST(TakeSnapshot, LeavesTheMachineAsTheOneThatIsRead) {
+    const FakeMachine read;
+    const FakeMachine other;
+    read.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    takeSnapshot(portsOf(read));
+    EXPECT_EQ(SMCBridge::discoverKeys(), (std::vector<std::string>{"#KEY", "TC0P"}));
+}
+
+TEST(TakeSnapshot, ReadsTheMachineAnewEveryTime) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    const std::string first = withoutTime(takeSnapshot(portsOf(fake)));
+    fake.driver->keys.back().bytes = {0x29, 0x00};
+    fake.registry->add("SMCSuperIO", "chip", Dictionary{{"CPU Fan", std::int64_t{900}}});
+    EXPECT_NE(withoutTime(takeSnapshot(portsOf(fake))), first);
+    EXPECT_EQ(withoutTime(takeSnapshot(portsOf(fake))), "Kelvinbar snapshot\nActive keys: 2\n"
+                                                        "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+                                                        "\nTC0P\tsp78\tCPU Proximity\t41 °C\tRAW=2900");
+}
+
+} // namespace
+
+} // namespace kelvinbar
