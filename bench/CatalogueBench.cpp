@@ -3,8 +3,9 @@
 #include "catalogue/SMCKeyDatabase.h"
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <string_view>
+
+#include <benchmark/benchmark.h>
 
 namespace kelvinbar::bench {
 

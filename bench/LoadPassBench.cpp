@@ -3,6 +3,7 @@
 #include "bench/MemoryMachine.h"
 
 #include <algorithm>
+
 #include <benchmark/benchmark.h>
 
 namespace kelvinbar::bench {
@@ -86,7 +87,8 @@ void loadPinnedReadings(benchmark::State& state) {
     const auto keys = namedKeys(1000);
     useMemoryMachine(keys);
     const KeySet pinned(keys.end() - pinnedKeys, keys.end());
-    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings(pinned, false, pinned, false));
+    while (state.KeepRunning())
+        benchmark::DoNotOptimize(kelvinbar::loadReadings(pinned, false, pinned, false));
     setKeys(state, pinned.size());
 }
 

@@ -6,9 +6,10 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 
-#include <benchmark/benchmark.h>
 #include <fstream>
 #include <string>
+
+#include <benchmark/benchmark.h>
 
 namespace kelvinbar::bench {
 

@@ -7,8 +7,9 @@
 #include "store/ValueNormalization.h"
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <cstdio>
+
+#include <benchmark/benchmark.h>
 
 namespace kelvinbar::bench {
 
@@ -26,13 +27,15 @@ void decodeValue(benchmark::State& state) {
     const std::array blocks{block("sp78", {0x2D, 0x80}, 2), block("flt ", {0x33, 0x33, 0x3D, 0x42}, 4),
                             block("ui16", {0x2D, 0x42}, 2), block("ch8*", {0x6A, 0x31, 0x33, 0x38}, 4)};
     std::size_t next = 0;
-    while (state.KeepRunning()) benchmark::DoNotOptimize(dictionaryForKey("TC0P", blocks[next++ % blocks.size()]));
+    while (state.KeepRunning())
+        benchmark::DoNotOptimize(dictionaryForKey("TC0P", blocks[next++ % blocks.size()]));
 }
 
 void normalizeOneValue(benchmark::State& state) {
     const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
     std::size_t next = 0;
-    while (state.KeepRunning()) benchmark::DoNotOptimize(normalizeValue("B0AV", "", numbers[next++ % 4], "V"));
+    while (state.KeepRunning())
+        benchmark::DoNotOptimize(normalizeValue("B0AV", "", numbers[next++ % 4], "V"));
 }
 
 void numberText(benchmark::State& state) {
@@ -46,8 +49,7 @@ void numberTextByPrintf(benchmark::State& state) {
     std::size_t next = 0;
     std::array<char, 32> buffer{};
     while (state.KeepRunning()) {
-        benchmark::DoNotOptimize(
-            std::snprintf(buffer.data(), buffer.size(), "%.2f", numbers[next++ % 4]));
+        benchmark::DoNotOptimize(std::snprintf(buffer.data(), buffer.size(), "%.2f", numbers[next++ % 4]));
     }
 }
 

@@ -7,7 +7,6 @@
 #include "tools/SnapshotTaker.h"
 #include "tools/TextInput.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -17,6 +16,8 @@
 #include <string_view>
 #include <variant>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 namespace kelvinbar {
 

@@ -4,6 +4,7 @@
 #include "platform/linux/LinuxSystemInformation.h"
 
 #include <memory>
+
 #include <unistd.h>
 
 namespace kelvinbar {

@@ -60,6 +60,11 @@ std::optional<std::size_t> numberAfter(std::string_view prefix, std::string_view
     return text.starts_with(prefix) ? placeNumber(text.substr(prefix.size())) : std::nullopt;
 }
 
+/// The key that the walk gives a property of any name at `place`.
+std::string numberedKey(std::size_t place) {
+    return fanResult("", std::int64_t{0}, 0, place).textOr("key", "");
+}
+
 /// Where a fan can stand, and the name that its property then has.
 struct Spot {
     std::size_t place = 0;
@@ -130,11 +135,12 @@ class Placement {
     /// Whether `fan` has a place now in which the walk finds its name. Nobody moves for it.
     bool placeByName(const RecordedFan& fan) {
         if (!isShownByItsName(fan.name)) return false;
-        std::size_t place = 0;
-        while (tenants_.contains(place)) ++place;
-        if (place >= catalogueFanCount) return false;
-        tenants_[place] = {&fan, fan.name};
-        return true;
+        for (std::size_t place = 0; place < catalogueFanCount; ++place) {
+            if (isKeyOfAnotherFan(numberedKey(place)) || tenants_.contains(place)) continue;
+            tenants_[place] = {&fan, fan.name};
+            return true;
+        }
+        return false;
     }
 
     [[nodiscard]] Places places() const {
@@ -150,6 +156,10 @@ class Placement {
         const RecordedFan* fan = nullptr;
         std::string propertyName;
     };
+
+    [[nodiscard]] bool isKeyOfAnotherFan(const std::string& key) const {
+        return std::ranges::any_of(tenants_, [&](const auto& entry) { return entry.second.fan->key == key; });
+    }
 
     /// An augmenting path of a bipartite matching: whoever stands in the way looks for another place first.
     bool placeExactly(const RecordedFan& fan, std::set<std::size_t>& tried) {

@@ -71,6 +71,12 @@ std::optional<Number> wholeNumber(std::string_view text) {
     return complete ? std::optional(number) : std::nullopt;
 }
 
+/// "8" or "8.0".
+std::optional<int> coreCount(std::string_view text) {
+    const auto count = wholeNumber<int>(text.ends_with(".0") ? text.substr(0, text.size() - 2) : text);
+    return count && *count > 0 ? count : std::nullopt;
+}
+
 std::optional<int> thermalStateNamed(std::string_view text) {
     constexpr std::array<std::string_view, 4> states{"Nominal", "Fair", "Serious", "Critical"};
     const auto* const found = std::ranges::find(states, text);
@@ -161,14 +167,16 @@ class Recorder {
             if (value.empty()) return "the processor has no name";
             facts.processorModel = value;
         } else if (key == "NCOR") {
-            facts.activeProcessors = wholeNumber<int>(value.substr(0, value.find('.')));
-            if (!facts.activeProcessors) return "the number of cores is not a whole number";
+            facts.activeProcessors = coreCount(value);
+            if (!facts.activeProcessors) return "the number of cores is not a whole number above 0";
         } else if (key == "NRAM") {
             facts.physicalMemory = wholeNumber<std::uint64_t>(value);
             if (!facts.physicalMemory) return "the memory after RAW= is not a whole number of bytes";
         } else if (key == "NTHR") {
             facts.thermalState = thermalStateNamed(value);
+            if (!facts.thermalState && value != "Unknown") return "there is no such thermal state";
         } else if (key == "NLPM") {
+            if (value != "Enabled" && value != "Disabled") return "not Enabled or Disabled";
             facts.lowPowerMode = value == "Enabled";
         } else if (key != "NARC") { // the architecture is a fixed text
             return "no system fact has this key";

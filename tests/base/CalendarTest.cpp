@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+
 #include <gtest/gtest.h>
 
 namespace kelvinbar {

@@ -1,6 +1,7 @@
 #include "base/Queues.h"
 
 #include <future>
+
 #include <gtest/gtest.h>
 
 namespace kelvinbar {

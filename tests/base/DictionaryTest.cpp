@@ -2,12 +2,13 @@
 
 #include <cmath>
 #include <cstdint>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

@@ -1,13 +1,14 @@
 #include "base/HandlerList.h"
 
 #include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

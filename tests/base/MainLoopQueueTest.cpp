@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

@@ -1,8 +1,9 @@
 #include "base/NamedRecursiveMutex.h"
 
 #include <future>
-#include <gtest/gtest.h>
 #include <mutex>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

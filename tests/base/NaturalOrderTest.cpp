@@ -3,11 +3,12 @@
 #include <array>
 #include <bitset>
 #include <cstddef>
-#include <gtest/gtest.h>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

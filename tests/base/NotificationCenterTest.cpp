@@ -1,7 +1,5 @@
 #include "base/NotificationCenter.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +7,9 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

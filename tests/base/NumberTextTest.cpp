@@ -6,12 +6,13 @@
 #include <cmath>
 #include <cstdio>
 #include <functional>
-#include <gtest/gtest.h>
 #include <limits>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

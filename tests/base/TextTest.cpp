@@ -2,12 +2,13 @@
 
 #include <array>
 #include <cstddef>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

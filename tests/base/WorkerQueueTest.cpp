@@ -6,12 +6,13 @@
 #include <cstddef>
 #include <functional>
 #include <future>
-#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <thread>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

@@ -4,11 +4,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

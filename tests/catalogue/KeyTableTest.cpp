@@ -4,13 +4,14 @@
 
 #include <algorithm>
 #include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

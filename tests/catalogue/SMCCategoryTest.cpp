@@ -2,9 +2,10 @@
 
 #include <array>
 #include <cstddef>
-#include <gtest/gtest.h>
 #include <optional>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

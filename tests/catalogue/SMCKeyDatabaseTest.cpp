@@ -3,11 +3,12 @@
 #include <array>
 #include <cstddef>
 #include <future>
-#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+
 #include <gtest/gtest.h>
 
 namespace kelvinbar {

@@ -4,14 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

@@ -1,9 +1,10 @@
 #include "catalogue/Settings.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <optional>
 #include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 namespace {

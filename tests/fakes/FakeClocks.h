@@ -10,6 +10,7 @@ namespace kelvinbar::fakes {
 class FakeMonotonicClock final : public MonotonicClock {
   public:
     [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(now_); }
+
     void advance(std::chrono::nanoseconds time) { now_ += time.count(); }
 
   private:
@@ -18,6 +19,7 @@ class FakeMonotonicClock final : public MonotonicClock {
 
 struct FakeWallClock final : public WallClock {
     std::chrono::system_clock::time_point time;
+
     [[nodiscard]] std::chrono::system_clock::time_point now() const override { return time; }
 };
 

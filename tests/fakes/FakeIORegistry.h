@@ -19,6 +19,7 @@ struct FakeEntry final : public IORegistryEntry {
         , entryProperties(std::move(properties)) {}
 
     [[nodiscard]] std::string className() const override { return entryClass; }
+
     [[nodiscard]] std::string name() const override { return entryName; }
 
     [[nodiscard]] std::optional<std::string> textProperty(std::string_view name) const override {
@@ -49,8 +50,7 @@ class FakeIORegistry final : public IORegistry {
   private:
     class Iterator final : public IORegistryIterator {
       public:
-        explicit Iterator(FakeIORegistry& registry)
-            : registry_(registry) {}
+        explicit Iterator(FakeIORegistry& registry) : registry_(registry) {}
 
         const IORegistryEntry* next() override {
             if (next_ == registry_.entries.size()) return nullptr;

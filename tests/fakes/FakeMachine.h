@@ -17,12 +17,11 @@ struct FakeMachine {
     std::shared_ptr<FakeSystemInformation> system = std::make_shared<FakeSystemInformation>();
     std::shared_ptr<FakeMonotonicClock> clock = std::make_shared<FakeMonotonicClock>();
 
-    FakeMachine() {
-        useMachine({.driver = driver, .registry = registry, .system = system, .clock = clock});
-    }
+    FakeMachine() { useMachine({.driver = driver, .registry = registry, .system = system, .clock = clock}); }
 
     FakeMachine(const FakeMachine&) = delete;
     FakeMachine& operator=(const FakeMachine&) = delete;
+
     ~FakeMachine() { useMachine({}); }
 };
 

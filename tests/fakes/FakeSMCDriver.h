@@ -36,7 +36,8 @@ class FakeSMCDriver final : public SMCDriver {
         SMCParamBlock input;
     };
 
-    using Intercept = std::function<std::optional<ReturnCode>(const SMCParamBlock& input, SMCParamBlock& output)>;
+    using Intercept =
+        std::function<std::optional<ReturnCode>(const SMCParamBlock& input, SMCParamBlock& output)>;
 
     bool hasService = true;
     ReturnCode openCode = kernSuccess;

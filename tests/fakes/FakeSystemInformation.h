@@ -21,8 +21,11 @@ struct FakeSystemInformation final : public SystemInformation {
     }
 
     [[nodiscard]] int activeProcessorCount() const override { return processors; }
+
     [[nodiscard]] std::uint64_t physicalMemory() const override { return memory; }
+
     [[nodiscard]] int thermalState() const override { return thermal; }
+
     [[nodiscard]] bool isLowPowerModeEnabled() const override { return lowPower; }
 };
 

@@ -8,7 +8,8 @@
 
 namespace kelvinbar::fakes {
 
-/// Preferences in memory that remember which keys were written or removed, in order ("-" before removed ones).
+/// Preferences in memory that remember which keys were written or removed, in order ("-" before removed
+/// ones).
 class RecordingUserDefaults final : public UserDefaults {
   public:
     InMemoryUserDefaults values;

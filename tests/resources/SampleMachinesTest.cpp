@@ -7,13 +7,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <gtest/gtest.h>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -8,13 +8,14 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <optional>
 #include <random>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 // A controller whose answers mean nothing: random bytes, biased so that many get past the first checks.
 

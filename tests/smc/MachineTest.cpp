@@ -5,10 +5,11 @@
 #include "smc/SMCConnection.h"
 #include "tests/fakes/FakeMachine.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

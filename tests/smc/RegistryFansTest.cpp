@@ -7,14 +7,15 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

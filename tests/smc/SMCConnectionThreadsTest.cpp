@@ -7,13 +7,14 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -2,9 +2,10 @@
 
 #include <array>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
-#include <gtest/gtest.h>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

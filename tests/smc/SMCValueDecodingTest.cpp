@@ -6,12 +6,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

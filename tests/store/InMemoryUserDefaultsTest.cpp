@@ -1,8 +1,9 @@
 #include "store/InMemoryUserDefaults.h"
 
-#include <gtest/gtest.h>
 #include <optional>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -2,10 +2,11 @@
 #include "tests/store/StoreFixture.h"
 
 #include <chrono>
-#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

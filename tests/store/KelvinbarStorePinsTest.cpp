@@ -1,8 +1,9 @@
 #include "tests/store/StoreFixture.h"
 
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

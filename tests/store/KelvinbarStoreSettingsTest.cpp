@@ -1,9 +1,10 @@
 #include "tests/store/StoreFixture.h"
 
 #include <chrono>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -7,11 +7,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -2,11 +2,12 @@
 
 #include "base/Text.h"
 
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

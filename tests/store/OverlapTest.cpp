@@ -22,7 +22,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <latch>
 #include <memory>
 #include <optional>
@@ -34,6 +33,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -2,11 +2,12 @@
 
 #include "tests/fakes/RecordingUserDefaults.h"
 
-#include <gtest/gtest.h>
 #include <limits>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

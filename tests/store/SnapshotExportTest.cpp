@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -9,11 +9,12 @@
 #include "tests/fakes/RecordingUserDefaults.h"
 #include "tests/store/ControllerKeys.h"
 
-#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar::fakes {
 

@@ -1,11 +1,12 @@
 #include "store/ValueNormalization.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

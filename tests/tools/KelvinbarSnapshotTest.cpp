@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <regex>
 #include <spawn.h>
 #include <string>
@@ -18,8 +17,10 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
 
 extern char** environ; // NOLINT(readability-redundant-declaration): not every system's header has it
 

@@ -4,10 +4,11 @@
 #include "tests/fakes/FakeMachine.h"
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <regex>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

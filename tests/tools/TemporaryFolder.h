@@ -3,11 +3,12 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -5,14 +5,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <ios>
 #include <iostream>
 #include <sstream>
 #include <streambuf>
 #include <string>
 #include <variant>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

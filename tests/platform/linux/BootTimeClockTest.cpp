@@ -1,8 +1,9 @@
 #include "platform/linux/BootTimeClock.h"
 
 #include <chrono>
-#include <gtest/gtest.h>
 #include <time.h> // NOLINT(modernize-deprecated-headers): CLOCK_BOOTTIME is no part of <ctime>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

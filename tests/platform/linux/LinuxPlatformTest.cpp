@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

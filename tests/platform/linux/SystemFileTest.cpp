@@ -3,12 +3,13 @@
 #include "tests/platform/linux/TemporaryTree.h"
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -2,10 +2,11 @@
 
 #include "tests/platform/linux/TemporaryTree.h"
 
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -5,13 +5,14 @@
 
 #include <array>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <limits>
 #include <random>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

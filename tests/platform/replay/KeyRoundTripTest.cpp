@@ -3,11 +3,12 @@
 #include "tests/platform/replay/Exporting.h"
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -3,12 +3,13 @@
 #include "tests/platform/replay/Exporting.h"
 
 #include <cstdint>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

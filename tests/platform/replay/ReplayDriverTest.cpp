@@ -9,13 +9,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

@@ -6,11 +6,12 @@
 #include "tests/platform/replay/Exporting.h"
 
 #include <chrono>
-#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 

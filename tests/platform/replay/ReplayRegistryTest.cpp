@@ -4,12 +4,13 @@
 #include "tests/platform/replay/Exporting.h"
 
 #include <algorithm>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -109,6 +110,31 @@ TEST(ReplayRegistry, KeepsNamesAndSpeedsOfTwoFansThatWouldStandAtOnePlace) {
     EXPECT_THAT(text, testing::HasSubstr("Active keys: 2\n"));
     EXPECT_THAT(text, testing::HasSubstr("\tioreg\tCPU Fan\t900 RPM\tRAW=384"));
     EXPECT_THAT(text, testing::HasSubstr("\tioreg\tFan 1\t901 RPM\tRAW=385"));
+}
+
+/// The key of an edited line is free to choose, but not one that another line has.
+TEST(ReplayRegistry, GivesNoEditedFanTheKeyOfAnotherFan) {
+    for (const std::string_view other : {"FAN0\tioreg\tFan 3", "FAN0\tioreg\tFan 12", "FAN1\tioreg\tFan 0",
+                                         "FAN0\tioreg\tRear Fan", "FAN1\tioreg\tRear Fan"}) {
+        SCOPED_TRACE(other);
+        const std::string text = exportedReplay(std::string(other) + "\t900 RPM\tRAW=384\n" +
+                                                "F0Ac\tioreg\tCPU Fan\t901 RPM\tRAW=385\n"
+                                                "F1Ac\tioreg\tPump Fan\t902 RPM\tRAW=386\n");
+        EXPECT_THAT(text, testing::HasSubstr("Active keys: 3\n"));
+        EXPECT_THAT(text, testing::HasSubstr(std::string(other) + "\t900 RPM\tRAW=384"));
+        EXPECT_THAT(text, testing::HasSubstr("\tioreg\tCPU Fan\t901 RPM\tRAW=385"));
+        EXPECT_THAT(text, testing::HasSubstr("\tioreg\tPump Fan\t902 RPM\tRAW=386"));
+    }
+}
+
+/// Eight names are shown under the keys that the catalogue knows.
+TEST(ReplayRegistry, NamesTheLineOfAnEditedFanForWhichNoKeyIsLeft) {
+    std::string text;
+    for (int number = 0; number < 9; ++number) {
+        text.append("F").append(std::to_string(number)).append("Zz\tioreg\tCPU Fan\t900 RPM\tRAW=384\n");
+    }
+    EXPECT_EQ(lineNumbers(replayed(text).problems), std::vector<std::size_t>{9});
+    EXPECT_THAT(exportedReplay(text), testing::HasSubstr("Active keys: 8\n"));
 }
 
 TEST(ReplayRegistry, NamesTheLineOfAFanThatNoRegistryCanShow) {

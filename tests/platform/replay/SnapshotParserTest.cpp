@@ -4,10 +4,11 @@
 #include "tests/platform/replay/Exporting.h"
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kelvinbar {
 
@@ -413,18 +414,17 @@ TEST(SnapshotParser, EndsOnAMillionJunkLines) {
     }
 }
 
-TEST(SnapshotParser, EndsOnAMillionFanLines) {
+TEST(SnapshotParser, EndsOnManyFanLines) {
+    constexpr int count = 50'000;
     std::string text;
-    for (int number = 0; number < 1'000'000; ++number) {
-        const std::string digits = std::to_string(1'000'000 + number).substr(1);
-        text.append("F")
-            .append(digits, 0, 3)
-            .append("\tioreg\tFan ")
-            .append(digits)
-            .append("\t900 RPM\tRAW=384\n");
+    for (int number = 0; number < count; ++number) {
+        const std::string digits = std::to_string(100'000 + number).substr(1);
+        text.append("F").append(digits, 2, 3).append("\tioreg\tFan ").append(digits);
+        text.append("\t900 RPM\tRAW=384\n");
     }
     const ReplayResult replay = replayed(text);
-    EXPECT_GE(replay.problems.size(), 999'000U);
+    EXPECT_GE(replay.problems.size(), 49'000U);
+    EXPECT_LT(replay.problems.size(), 50'000U);
 }
 
 TEST(SnapshotParser, EndsOnOneLineOfManyMebibytes) {
