@@ -113,6 +113,14 @@ double leadingNumber(std::string_view text) {
     return number;
 }
 
+std::string hexadecimalText(std::uint64_t number) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    if (number >= 16) text = hexadecimalText(number / 16);
+    text.push_back(digits[number % 16]);
+    return text;
+}
+
 bool isNumber(std::string_view text) { return !text.empty() && numberPrefix(text).size() == text.size(); }
 
 } // namespace kelvinbar

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <charconv>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 /// Numbers as text and back, the same under every process locale.
 namespace kelvinbar {
@@ -23,5 +27,17 @@ double leadingNumber(std::string_view text);
 
 /// Whether all of `text` is such a number, without white space.
 bool isNumber(std::string_view text);
+
+/// The decimal whole number that all of `text` is; nothing when it is none or does not fit.
+template <typename Integer>
+std::optional<Integer> wholeNumberIn(std::string_view text) {
+    Integer number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
+
+/// Upper-case hexadecimal digits without leading zeros: what C's "%llX" prints.
+std::string hexadecimalText(std::uint64_t number);
 
 } // namespace kelvinbar

@@ -1,5 +1,7 @@
 #include "catalogue/KeyTable.h"
 
+#include "base/NumberText.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -226,15 +228,6 @@ constexpr std::array namedVoltageKeys{
     NamedKey{"VC2C", "VCCSA Voltage"},      NamedKey{"VCFR", "FIVR CPU Supply Voltage"},
 };
 
-/// Upper-case, without leading zeros.
-std::string hexadecimal(unsigned number) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text;
-    if (number >= 16) text = hexadecimal(number / 16);
-    text.push_back(digits[number % 16]);
-    return text;
-}
-
 /// Collects rows in the order of the groups. A key that is not exactly four characters long is skipped: the
 /// generated groups count past the last index that a four-character key can hold.
 class TableBuilder {
@@ -270,7 +263,7 @@ class TableBuilder {
 
 void addCores(TableBuilder& table) {
     for (unsigned i = 1; i <= 31; ++i) {
-        const std::string index = hexadecimal(i);
+        const std::string index = hexadecimalText(i);
         const std::string number = std::to_string(i);
         table.add("TC" + index + "C", "Core " + number, cpu, celsius);
     }
@@ -278,7 +271,7 @@ void addCores(TableBuilder& table) {
 
 void addHybridCores(TableBuilder& table) {
     for (unsigned i = 0; i <= 31; ++i) {
-        const std::string index = hexadecimal(i);
+        const std::string index = hexadecimalText(i);
         const std::string number = std::to_string(i);
         table.add("Tp" + index + "C", "CPU P-Core " + number, cpu, celsius);
         table.add("Te" + index + "C", "CPU E-Core " + number, cpu, celsius);
@@ -311,7 +304,7 @@ void addGpus(TableBuilder& table) {
 
 void addMemoryModules(TableBuilder& table) {
     for (unsigned i = 1; i <= 15; ++i) {
-        const std::string index = hexadecimal(i);
+        const std::string index = hexadecimalText(i);
         const std::string number = std::to_string(i);
         table.add("TM" + index + "P", "DIMM " + number, memory, celsius);
     }

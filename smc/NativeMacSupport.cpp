@@ -3,6 +3,7 @@
 #include "base/NumberText.h"
 #include "base/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -11,6 +12,9 @@
 namespace kelvinbar {
 
 namespace {
+
+constexpr std::array<std::string_view, 4> thermalStates{"Nominal", "Fair", "Serious", "Critical"};
+constexpr std::string_view unknownThermalState = "Unknown";
 
 /// Set before the first pass begins and not while one runs.
 std::shared_ptr<const SystemInformation>& currentSystem() {
@@ -56,13 +60,19 @@ std::optional<SMCReading> physicalMemory(std::uint64_t bytes) {
     return reading;
 }
 
-std::string thermalStateText(int state) {
-    constexpr std::array<std::string_view, 4> texts{"Nominal", "Fair", "Serious", "Critical"};
-    const bool known = state >= 0 && static_cast<std::size_t>(state) < texts.size();
-    return std::string(known ? texts.at(static_cast<std::size_t>(state)) : "Unknown");
+} // namespace
+
+std::string_view thermalStateText(int state) {
+    const bool known = state >= 0 && static_cast<std::size_t>(state) < thermalStates.size();
+    return known ? thermalStates.at(static_cast<std::size_t>(state)) : unknownThermalState;
 }
 
-} // namespace
+std::optional<int> thermalStateNamed(std::string_view text) {
+    if (text == unknownThermalState) return -1;
+    const auto* const found = std::ranges::find(thermalStates, text);
+    return found == thermalStates.end() ? std::nullopt
+                                        : std::optional(static_cast<int>(found - thermalStates.begin()));
+}
 
 std::vector<SMCReading> NativeMacSupport::readings() {
     const auto& system = currentSystem();
@@ -76,7 +86,7 @@ std::vector<SMCReading> NativeMacSupport::readings() {
     keep(activeCores(system->activeProcessorCount()));
     keep(physicalMemory(system->physicalMemory()));
     keep(textReading("NTHR", "macOS Thermal State", SMCCategory::thermal,
-                     thermalStateText(system->thermalState())));
+                     std::string(thermalStateText(system->thermalState()))));
     keep(textReading("NLPM", "Low Power Mode", SMCCategory::power,
                      system->isLowPowerModeEnabled() ? "Enabled" : "Disabled"));
     return readings;

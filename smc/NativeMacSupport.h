@@ -11,6 +11,12 @@
 
 namespace kelvinbar {
 
+/// The text of a thermal state (as in SystemInformation): "Nominal" … "Critical", or "Unknown".
+std::string_view thermalStateText(int state);
+
+/// The thermal state of that text, -1 for "Unknown"; nothing for any other text.
+std::optional<int> thermalStateNamed(std::string_view text);
+
 /// The few readings that the operating system gives by itself, for machines whose controller cannot be
 /// opened. Any thread.
 class NativeMacSupport {

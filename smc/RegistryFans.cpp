@@ -8,7 +8,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <mutex>
 #include <unordered_set>
 #include <utility>
@@ -103,13 +102,6 @@ std::optional<double> candidateSpeed(const Value& value) {
     return numberIn(value);
 }
 
-std::string hexadecimal(std::uint64_t number) {
-    std::array<char, 17> buffer{};
-    const int length =
-        std::snprintf(buffer.data(), buffer.size(), "%llX", static_cast<unsigned long long>(number));
-    return {buffer.data(), static_cast<std::size_t>(length)};
-}
-
 /// One walk over the registry.
 class FanWalk {
   public:
@@ -195,10 +187,10 @@ std::string fanRawText(const Value& value) {
     if (const auto* data = std::get_if<Data>(&value)) return hexString(*data);
     if (const auto* text = std::get_if<std::string>(&value)) return *text;
     if (const auto* number = std::get_if<std::int64_t>(&value)) {
-        return hexadecimal(static_cast<std::uint64_t>(*number));
+        return hexadecimalText(static_cast<std::uint64_t>(*number));
     }
     if (const auto* number = std::get_if<double>(&value)) {
-        return hexadecimal(static_cast<std::uint64_t>(*number));
+        return hexadecimalText(static_cast<std::uint64_t>(*number));
     }
     return "";
 }

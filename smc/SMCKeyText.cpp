@@ -41,4 +41,17 @@ std::string hexString(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
+std::optional<std::vector<std::uint8_t>> bytesOfHexString(std::string_view text) {
+    if (text.size() % 2 != 0) return std::nullopt;
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() / 2);
+    for (; !text.empty(); text.remove_prefix(2)) {
+        const int high = hexDigitValue(text[0]);
+        const int low = hexDigitValue(text[1]);
+        if (high < 0 || low < 0) return std::nullopt;
+        bytes.push_back(static_cast<std::uint8_t>(high * 16 + low));
+    }
+    return bytes;
+}
+
 } // namespace kelvinbar

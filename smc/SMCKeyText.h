@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -19,5 +21,8 @@ std::string fourCharString(std::uint32_t code);
 
 /// Two upper-case hex digits a byte, for the first 32 bytes.
 std::string hexString(std::span<const std::uint8_t> bytes);
+
+/// The bytes that `text` holds as pairs of hex digits of either case; nothing when it is anything else.
+std::optional<std::vector<std::uint8_t>> bytesOfHexString(std::string_view text);
 
 } // namespace kelvinbar

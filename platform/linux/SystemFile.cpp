@@ -1,8 +1,8 @@
 #include "platform/linux/SystemFile.h"
 
+#include "base/NumberText.h"
 #include "base/Text.h"
 
-#include <charconv>
 #include <fstream>
 
 namespace kelvinbar {
@@ -27,10 +27,7 @@ std::optional<std::string> systemFileLine(const std::filesystem::path& file) {
 std::optional<std::int64_t> systemFileNumber(const std::filesystem::path& file) {
     const auto line = systemFileLine(file);
     if (!line) return std::nullopt;
-    std::int64_t number = 0;
-    const char* const end = line->data() + line->size();
-    const auto [stop, error] = std::from_chars(line->data(), end, number);
-    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+    return wholeNumberIn<std::int64_t>(*line);
 }
 
 } // namespace kelvinbar

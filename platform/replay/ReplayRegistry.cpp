@@ -3,9 +3,9 @@
 #include "base/NumberText.h"
 #include "base/Text.h"
 #include "smc/RegistryFans.h"
+#include "smc/SMCKeyText.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <map>
@@ -49,15 +49,11 @@ std::string fillerName(std::size_t place) {
     return name;
 }
 
-std::optional<std::size_t> placeNumber(std::string_view text) {
-    std::size_t number = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool complete = error == std::errc() && stop == text.data() + text.size();
-    return complete && number < placeCount ? std::optional(number) : std::nullopt;
-}
-
+/// The place that `text` names by a number after `prefix`.
 std::optional<std::size_t> numberAfter(std::string_view prefix, std::string_view text) {
-    return text.starts_with(prefix) ? placeNumber(text.substr(prefix.size())) : std::nullopt;
+    if (!text.starts_with(prefix)) return std::nullopt;
+    const auto number = wholeNumberIn<std::size_t>(text.substr(prefix.size()));
+    return number && *number < placeCount ? number : std::nullopt;
 }
 
 /// The key that the walk gives a property of any name at `place`.
@@ -97,24 +93,13 @@ bool isShownAs(const Value& value, const RecordedFan& fan) {
     return speed && fixedText(std::round(*speed), 0) == fan.speed && fanRawText(value) == fan.raw;
 }
 
-std::optional<Data> dataOfHex(std::string_view hex) {
-    Data data;
-    for (; hex.size() >= 2; hex.remove_prefix(2)) {
-        const int high = hexDigitValue(hex[0]);
-        const int low = hexDigitValue(hex[1]);
-        if (high < 0 || low < 0) return std::nullopt;
-        data.push_back(static_cast<std::uint8_t>(high * 16 + low));
-    }
-    return hex.empty() ? std::optional(data) : std::nullopt;
-}
-
 /// The property value that was recorded: a number, bytes or a text, whichever shows the same speed and the
 /// same raw text. Without such a one (the raw text was edited or left out) the shown number.
 Value recordedValue(const RecordedFan& fan) {
     const double shown = leadingNumber(fan.speed);
     if (isShownAs(shown, fan)) return shown;
     std::vector<Value> candidates{shown, shown - 0.5}; // halves are rounded up for display, down in raw text
-    if (auto data = dataOfHex(fan.raw)) candidates.emplace_back(*std::move(data));
+    if (auto data = bytesOfHexString(fan.raw)) candidates.emplace_back(*std::move(data));
     candidates.emplace_back(fan.raw);
     const auto found = std::ranges::find_if(candidates, [&](const Value& v) { return isShownAs(v, fan); });
     return found == candidates.end() ? candidates.front() : *found;

@@ -2,11 +2,11 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
+#include "smc/NativeMacSupport.h"
 #include "smc/SMCKeyText.h"
+#include "store/SnapshotExport.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <unordered_set>
 #include <utility>
 
@@ -14,7 +14,6 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr std::string_view title = "Kelvinbar snapshot";
 constexpr std::size_t maximumBytes = 32;
 
 /// A line's fields. Name and value may hold tabs of their own, so fields are cut from both ends.
@@ -50,38 +49,10 @@ std::optional<Fields> splitFields(std::string_view line) {
     return fields;
 }
 
-std::optional<std::vector<std::uint8_t>> bytesOfHex(std::string_view hex) {
-    if (hex.size() % 2 != 0) return std::nullopt;
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(hex.size() / 2);
-    for (std::size_t at = 0; at < hex.size(); at += 2) {
-        const int high = hexDigitValue(hex[at]);
-        const int low = hexDigitValue(hex[at + 1]);
-        if (high < 0 || low < 0) return std::nullopt;
-        bytes.push_back(static_cast<std::uint8_t>(high * 16 + low));
-    }
-    return bytes;
-}
-
-template <typename Number>
-std::optional<Number> wholeNumber(std::string_view text) {
-    Number number = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool complete = error == std::errc() && stop == text.data() + text.size();
-    return complete ? std::optional(number) : std::nullopt;
-}
-
 /// "8" or "8.0".
 std::optional<int> coreCount(std::string_view text) {
-    const auto count = wholeNumber<int>(text.ends_with(".0") ? text.substr(0, text.size() - 2) : text);
+    const auto count = wholeNumberIn<int>(text.ends_with(".0") ? text.substr(0, text.size() - 2) : text);
     return count && *count > 0 ? count : std::nullopt;
-}
-
-std::optional<int> thermalStateNamed(std::string_view text) {
-    constexpr std::array<std::string_view, 4> states{"Nominal", "Fair", "Serious", "Critical"};
-    const auto* const found = std::ranges::find(states, text);
-    if (found == states.end()) return std::nullopt;
-    return static_cast<int>(found - states.begin());
 }
 
 bool isHeaderLine(std::string_view line) {
@@ -100,7 +71,7 @@ std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     std::string_view rest = text;
     for (std::size_t number = 2; !rest.empty(); ++number) {
-        if (trimmed(takeUntil(rest, '\n')) == title) return {rest, number};
+        if (trimmed(takeUntil(rest, '\n')) == snapshotTitle) return {rest, number};
     }
     return {text, 1};
 }
@@ -131,7 +102,7 @@ class Recorder {
 
     std::string_view takeKey(const Fields& fields) {
         if (fields.type.size() > 4) return "the type is longer than four characters";
-        auto bytes = bytesOfHex(trimmed(fields.raw));
+        auto bytes = bytesOfHexString(trimmed(fields.raw));
         if (!bytes) return "the bytes after RAW= are not pairs of hex digits";
         if (bytes->empty()) return "there are no bytes after RAW=";
         if (bytes->size() > maximumBytes) return "there are more than 32 bytes after RAW=";
@@ -170,11 +141,11 @@ class Recorder {
             facts.activeProcessors = coreCount(value);
             if (!facts.activeProcessors) return "the number of cores is not a whole number above 0";
         } else if (key == "NRAM") {
-            facts.physicalMemory = wholeNumber<std::uint64_t>(value);
+            facts.physicalMemory = wholeNumberIn<std::uint64_t>(value);
             if (!facts.physicalMemory) return "the memory after RAW= is not a whole number of bytes";
         } else if (key == "NTHR") {
             facts.thermalState = thermalStateNamed(value);
-            if (!facts.thermalState && value != "Unknown") return "there is no such thermal state";
+            if (!facts.thermalState) return "there is no such thermal state";
         } else if (key == "NLPM") {
             if (value != "Enabled" && value != "Disabled") return "not Enabled or Disabled";
             facts.lowPowerMode = value == "Enabled";
