@@ -77,7 +77,7 @@ TEST(Text, IsValidUtf8AtTheEndsOfEveryLength) {
                                      U'\xFFFD', U'\xFFFF', U'\x10000', U'\x10FFFF'}) {
         SCOPED_TRACE(static_cast<std::size_t>(codePoint));
         EXPECT_TRUE(isValidUtf8(utf8(codePoint)));
-        EXPECT_TRUE(isValidUtf8("a" + utf8(codePoint) + "b"));
+        EXPECT_TRUE(isValidUtf8(std::string("a").append(utf8(codePoint)).append("b")));
     }
     EXPECT_TRUE(isValidUtf8(""));
     EXPECT_TRUE(isValidUtf8("45 °C — 2 µs"));

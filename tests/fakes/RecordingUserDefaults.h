@@ -41,7 +41,7 @@ class RecordingUserDefaults final : public UserDefaults {
     }
 
     void remove(std::string_view key) override {
-        writes.push_back("-" + std::string(key));
+        writes.push_back(std::string("-").append(key));
         values.remove(key);
     }
 };

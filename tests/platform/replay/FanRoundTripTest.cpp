@@ -105,7 +105,7 @@ TEST(FanRoundTrip, KeepsTheNameOfAnyProperty) {
         SCOPED_TRACE(name);
         const FakeMachine machine;
         machine.registry->add("SMCSuperIO", "chip", property(name, std::int64_t{1450}));
-        EXPECT_EQ(stableFanLines(machine), "FAN0\tioreg\t" + std::string(name) + "\t1450 RPM\tRAW=5AA");
+        EXPECT_EQ(stableFanLines(machine), "FAN0\tioreg\t" + std::string(name).append("\t1450 RPM\tRAW=5AA"));
     }
 }
 
@@ -115,7 +115,7 @@ TEST(FanRoundTrip, KeepsPropertiesThatAreNamedLikeAKey) {
         SCOPED_TRACE(name);
         const FakeMachine machine;
         machine.registry->add("SMCSuperIO", "chip", property(name, std::int64_t{1450}));
-        EXPECT_EQ(stableFanLines(machine), std::string(name) + "\tioreg\tFan 0\t1450 RPM\tRAW=5AA");
+        EXPECT_EQ(stableFanLines(machine), std::string(name).append("\tioreg\tFan 0\t1450 RPM\tRAW=5AA"));
     }
 }
 

@@ -111,7 +111,7 @@ TEST(KeyRoundTrip, KeepsTypesWithNonAsciiCharacters) {
         FakeMachine machine;
         machine.driver->add("TC0P", std::string(type), {0x12, 0x34});
         EXPECT_EQ(stableExport(machine),
-                  withHead("1\n\nTC0P\t" + std::string(type) + "\tCPU Proximity\t1234 °C\tRAW=1234"));
+                  withHead("1\n\nTC0P\t" + std::string(type).append("\tCPU Proximity\t1234 °C\tRAW=1234")));
     }
 }
 
@@ -121,7 +121,7 @@ TEST(KeyRoundTrip, KeepsTypesOfBlanks) {
         FakeMachine machine;
         machine.driver->add("TC0P", std::string(type), {0x12, 0x34});
         EXPECT_EQ(stableExport(machine),
-                  withHead("1\n\nTC0P\t" + std::string(type) + "\tCPU Proximity\t1234 °C\tRAW=1234"));
+                  withHead("1\n\nTC0P\t" + std::string(type).append("\tCPU Proximity\t1234 °C\tRAW=1234")));
     }
 }
 
@@ -130,7 +130,7 @@ TEST(KeyRoundTrip, KeepsEverySizeFrom1To32) {
     for (std::uint8_t size = 1; size <= 32; ++size) {
         std::vector<std::uint8_t> bytes(size);
         for (std::uint8_t at = 0; at < size; ++at) bytes[at] = static_cast<std::uint8_t>(0xF0 + at);
-        machine.driver->add("V" + std::to_string(100 + size), "hex_", bytes);
+        machine.driver->add(std::string("V").append(std::to_string(100 + size)), "hex_", bytes);
     }
     EXPECT_TRUE(stableExport(machine).starts_with(withHead("32\n")));
 }

@@ -74,7 +74,7 @@ std::vector<RecordedKey> manyKeys(std::size_t count) {
     std::vector<RecordedKey> keys;
     for (std::size_t number = 0; number < count; ++number) {
         const std::string digits = std::to_string(10000 + number);
-        const std::string key = std::string(1, static_cast<char>('a' + number / 1000)) + digits.substr(2);
+        const std::string key = std::string(1, static_cast<char>('a' + number / 1000)).append(digits, 2);
         keys.push_back(recordedKey(key, "ui8 ", {1}));
     }
     return keys;
@@ -268,7 +268,7 @@ TEST(ReplayDriver, GivesTheKnownKeysOfATextWithMoreKeysThanCanBeListed) {
     }
     const std::string unlisted = "TC1H\tsp78\t\t\tRAW=2880\n"; // named by a rule alone
     EXPECT_TRUE(exportedReplay(text.substr(0, text.size() / 8192 * 8191) + unlisted).ends_with("RAW=2880"));
-    EXPECT_EQ(exportedReplay(text + unlisted), std::string(exportedHead) + "0\n");
+    EXPECT_EQ(exportedReplay(text + unlisted), std::string(exportedHead).append("0\n"));
     EXPECT_TRUE(exportedReplay(text + "TC0P\tsp78\t\t\tRAW=2880\n")
                     .ends_with("1\n\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880"));
 }

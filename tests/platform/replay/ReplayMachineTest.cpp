@@ -59,7 +59,7 @@ TEST(ReplayMachine, HasAControllerWithFansAlone) {
     ASSERT_TRUE(replay.machine);
     EXPECT_TRUE(replay.machine->driver->findService("AppleSMC"));
     EXPECT_EQ(exportedText(*replay.machine),
-              std::string(exportedHead) + "1\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384");
+              std::string(exportedHead).append("1\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"));
 }
 
 TEST(ReplayMachine, HasNoControllerWithFactsAlone) {
@@ -70,14 +70,14 @@ TEST(ReplayMachine, HasNoControllerWithFactsAlone) {
 
 TEST(ReplayMachine, HasNoControllerWithFactsAndAnUnusableFan) {
     const ReplayResult replay =
-        replayed(std::string(factLine) + "FAN0\tioreg\tPump\t900 RPM\tRAW=384\nTC0P\tsp78\t\t\tRAW=\n");
+        replayed(std::string(factLine).append("FAN0\tioreg\tPump\t900 RPM\tRAW=384\nTC0P\tsp78\t\t\tRAW=\n"));
     ASSERT_TRUE(replay.machine);
     EXPECT_FALSE(replay.machine->driver->findService("AppleSMC"));
 }
 
 TEST(ReplayMachine, ShowsKeysRatherThanFactsWhenItHasBoth) {
     EXPECT_EQ(exportedReplay(std::string(factLine) + std::string(keyLine)),
-              std::string(exportedHead) + "1\n\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
+              std::string(exportedHead).append("1\n\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880"));
 }
 
 TEST(ReplayMachine, KeepsTheClockThatItIsGiven) {
@@ -93,14 +93,14 @@ TEST(ReplayMachine, OutlivesTheTextItWasMadeFrom) {
     *text = std::string(text->size(), '#');
     text.reset();
     ASSERT_TRUE(replay.machine);
-    EXPECT_EQ(exportedText(*replay.machine), std::string(exportedHead) +
-                                                 "2\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
-                                                 "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
+    EXPECT_EQ(exportedText(*replay.machine), std::string(exportedHead)
+                                                 .append("2\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+                                                         "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880"));
 }
 
 TEST(ReplayMachine, ListsKeysThatTheCatalogueDoesNotKnow) {
     const ReplayResult replay =
-        replayed("zzzz\thex_\t\t\tRAW=AB\n" + std::string(keyLine) + "$Adr\tui32\t\t\tRAW=00000300");
+        replayed("zzzz\thex_\t\t\tRAW=AB\n" + std::string(keyLine).append("$Adr\tui32\t\t\tRAW=00000300"));
     ASSERT_TRUE(replay.machine);
     useMachine(*replay.machine);
     EXPECT_EQ(SMCBridge::discoverKeys(), (std::vector<std::string>{"zzzz", "TC0P", "$Adr"}));
@@ -108,7 +108,7 @@ TEST(ReplayMachine, ListsKeysThatTheCatalogueDoesNotKnow) {
 }
 
 TEST(ReplayMachine, ExportsNothingOfKeysThatTheCatalogueDoesNotKnow) {
-    EXPECT_EQ(exportedReplay("zzzz\thex_\t\t\tRAW=AB\n"), std::string(exportedHead) + "0\n");
+    EXPECT_EQ(exportedReplay("zzzz\thex_\t\t\tRAW=AB\n"), std::string(exportedHead).append("0\n"));
 }
 
 TEST(ReplayMachine, CanBeReadAgainAndAgain) {

@@ -60,7 +60,8 @@ TEST(ReplayRegistry, ShowsTheSpeedOfTheLineWhateverItsRawTextSays) {
     for (const std::string_view raw : {"", "FFFF", "2000", "junk", "2000 RPM", "\t"}) {
         SCOPED_TRACE(raw);
         const std::string text = exportedReplay("FAN0\tioreg\tCPU Fan\t1450 RPM\tRAW=" + std::string(raw));
-        EXPECT_TRUE(text.starts_with(std::string(exportedHead) + "1\n\nFAN0\tioreg\tCPU Fan\t1450 RPM\tRAW="))
+        EXPECT_TRUE(
+            text.starts_with(std::string(exportedHead).append("1\n\nFAN0\tioreg\tCPU Fan\t1450 RPM\tRAW=")))
             << text;
     }
 }
@@ -68,7 +69,7 @@ TEST(ReplayRegistry, ShowsTheSpeedOfTheLineWhateverItsRawTextSays) {
 TEST(ReplayRegistry, TakesASpeedWithoutItsUnit) {
     for (const std::string_view value : {"1450", "1450 RPM", "1450RPM", " 1450  RPM "}) {
         SCOPED_TRACE(value);
-        EXPECT_TRUE(exportedReplay("FAN0\tioreg\tCPU Fan\t" + std::string(value) + "\tRAW=5AA")
+        EXPECT_TRUE(exportedReplay("FAN0\tioreg\tCPU Fan\t" + std::string(value).append("\tRAW=5AA"))
                         .ends_with("\nFAN0\tioreg\tCPU Fan\t1450 RPM\tRAW=5AA"));
     }
 }
@@ -88,16 +89,16 @@ TEST(ReplayRegistry, PutsFansInAnyOrderOfLinesAtTheirPlaces) {
 
 TEST(ReplayRegistry, LeavesNoTraceOfThePlacesBetweenInASnapshot) {
     EXPECT_EQ(exportedReplay("F0Ac\tioreg\tFan 20\t900 RPM\tRAW=384"),
-              std::string(exportedHead) + "1\n\nF0Ac\tioreg\tFan 20\t900 RPM\tRAW=384");
+              std::string(exportedHead).append("1\n\nF0Ac\tioreg\tFan 20\t900 RPM\tRAW=384"));
     EXPECT_EQ(exportedReplay("FAN7\tioreg\tCPU Fan\t900 RPM\tRAW=384"),
-              std::string(exportedHead) + "1\n\nFAN7\tioreg\tCPU Fan\t900 RPM\tRAW=384");
+              std::string(exportedHead).append("1\n\nFAN7\tioreg\tCPU Fan\t900 RPM\tRAW=384"));
 }
 
 /// Only names and speeds are promised: which keys a registry gives depends on its other fans.
 TEST(ReplayRegistry, KeepsNameAndSpeedOfAFanWhoseKeyNoRegistryGives) {
     for (const std::string_view key : {"TC0P", "FANA", "F0Ac", "F9Zz", "zzzz", "    "}) {
         SCOPED_TRACE(key);
-        const ReplayResult replay = replayed(std::string(key) + "\tioreg\tCPU Fan\t1450 RPM\tRAW=5AA");
+        const ReplayResult replay = replayed(std::string(key).append("\tioreg\tCPU Fan\t1450 RPM\tRAW=5AA"));
         EXPECT_TRUE(replay.problems.empty());
         ASSERT_TRUE(replay.machine);
         EXPECT_THAT(exportedText(*replay.machine), testing::EndsWith("\tioreg\tCPU Fan\t1450 RPM\tRAW=5AA"));
@@ -121,7 +122,7 @@ TEST(ReplayRegistry, GivesNoEditedFanTheKeyOfAnotherFan) {
                                                 "F0Ac\tioreg\tCPU Fan\t901 RPM\tRAW=385\n"
                                                 "F1Ac\tioreg\tPump Fan\t902 RPM\tRAW=386\n");
         EXPECT_THAT(text, testing::HasSubstr("Active keys: 3\n"));
-        EXPECT_THAT(text, testing::HasSubstr(std::string(other) + "\t900 RPM\tRAW=384"));
+        EXPECT_THAT(text, testing::HasSubstr(std::string(other).append("\t900 RPM\tRAW=384")));
         EXPECT_THAT(text, testing::HasSubstr("\tioreg\tCPU Fan\t901 RPM\tRAW=385"));
         EXPECT_THAT(text, testing::HasSubstr("\tioreg\tPump Fan\t902 RPM\tRAW=386"));
     }

@@ -121,7 +121,7 @@ TEST(SnapshotParser, ReportsEveryKindOfUnusableLineWithItsNumberAndUsesTheRest) 
 TEST(SnapshotParser, ReportsAFanWhoseSpeedIsNoNumber) {
     for (const std::string_view speed : {"n/a RPM", "fast RPM", "n/a", "inf RPM", "nan RPM", "— RPM", "."}) {
         SCOPED_TRACE(speed);
-        const std::string fan = "FAN0\tioreg\tCPU Fan\t" + std::string(speed) + "\tRAW=5AA";
+        const std::string fan = "FAN0\tioreg\tCPU Fan\t" + std::string(speed).append("\tRAW=5AA");
         const ReplayResult replay = replayed(std::string(head).append(joined({goodLine, fan})));
         EXPECT_EQ(lineNumbers(replay.problems), Numbers{6});
     }
@@ -130,7 +130,7 @@ TEST(SnapshotParser, ReportsAFanWhoseSpeedIsNoNumber) {
 TEST(SnapshotParser, ReportsAFanWhoseSpeedIsANumberOnlyAtItsFront) {
     for (const std::string_view speed : {"14x50 RPM", "14 50 RPM", "1450,5 RPM", "1450 RPM RPM"}) {
         SCOPED_TRACE(speed);
-        const std::string fan = "FAN0\tioreg\tCPU Fan\t" + std::string(speed) + "\tRAW=5AA";
+        const std::string fan = "FAN0\tioreg\tCPU Fan\t" + std::string(speed).append("\tRAW=5AA");
         const ReplayResult replay = replayed(std::string(head).append(joined({goodLine, fan})));
         EXPECT_EQ(lineNumbers(replay.problems), Numbers{6});
     }
@@ -314,7 +314,7 @@ TEST(SnapshotParser, BearsWhiteSpaceAfterALine) {
         const std::string text = joined({"Kelvinbar snapshot", "Active keys: 4", goodLine,
                                          "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384",
                                          "NRAM\tnative\tPhysical Memory\t16.0 GB\tRAW=17179869184"},
-                                        std::string(blank) + "\n");
+                                        std::string(blank).append("\n"));
         const ParsedSnapshot parsed = parseSnapshot(text);
         EXPECT_TRUE(parsed.problems.empty());
         EXPECT_EQ(keysOf(parsed), Keys{"TC0P"});
@@ -362,7 +362,7 @@ TEST(SnapshotParser, IgnoresNameAndValueOfAKey) {
          {"\t", "a name\t", "\ta value", "wrong\twrong", "a\tb\tc\td", "RAW=12\tRAW=34", "RAW=\t", "\t\t\t",
           "ioreg\tnative", "\"quoted\"\t'it'", "\xFF\xFE\t\x01"}) {
         SCOPED_TRACE(columns);
-        EXPECT_EQ(exportedReplay("TC0P\tsp78\t" + std::string(columns) + "\tRAW=2880"),
+        EXPECT_EQ(exportedReplay("TC0P\tsp78\t" + std::string(columns).append("\tRAW=2880")),
                   std::string(exportedHead) + "1\n\n" + std::string(goodLine));
     }
 }
