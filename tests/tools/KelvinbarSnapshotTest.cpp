@@ -343,7 +343,7 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWrite) {
 /// What is typed at a terminal begins on a line of its own again.
 TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_GE(terminal, 0);
+    if (terminal < 0) GTEST_SKIP() << "this system gives no pseudo-terminals";
     ASSERT_EQ(::grantpt(terminal), 0);
     ASSERT_EQ(::unlockpt(terminal), 0);
     const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
