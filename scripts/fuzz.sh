@@ -11,10 +11,10 @@ cmake --preset fuzz
 cmake --build --preset fuzz --target fuzz_replay_text fuzz_value_decoding fuzz_key_listing fuzz_naming_rules
 
 for target in replay_text value_decoding key_listing naming_rules; do
-  work="build/fuzz/work/$target"
-  mkdir -p "$work"
+  corpus="build/fuzz/corpus/$target"
+  mkdir -p "$corpus"
   echo "== $target: $seconds s"
   "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=20 -max_len=8192 -print_funcs=0 -print_pcs=0 \
-    -verbosity=0 -artifact_prefix="build/fuzz/finding-$target-" "$work" "fuzz/seeds/$target"
+    -verbosity=0 -artifact_prefix="build/fuzz/finding-$target-" "$corpus" "fuzz/seeds/$target"
 done
 echo "No findings."
