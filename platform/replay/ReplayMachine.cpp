@@ -1,6 +1,7 @@
 #include "platform/replay/ReplayMachine.h"
 
-#include "platform/replay/ReplayDriver.h"
+#include "platform/emulated/EmulatedSMCDriver.h"
+#include "platform/replay/RecordedKeys.h"
 #include "platform/replay/ReplayRegistry.h"
 #include "platform/replay/ReplaySystemInformation.h"
 #include "platform/replay/SnapshotParser.h"
@@ -22,7 +23,8 @@ ReplayResult makeReplayMachine(std::string_view text, std::shared_ptr<const Mono
     const std::size_t usableFans = recorded.fans.size() - registry.problems.size();
     if (recorded.usedLines == registry.problems.size()) return result;
     const bool hasService = !recorded.keys.empty() || usableFans > 0;
-    result.machine = Machine{.driver = std::make_shared<ReplayDriver>(std::move(recorded.keys), hasService),
+    result.machine = Machine{.driver = std::make_shared<EmulatedSMCDriver>(
+                                 std::make_unique<RecordedKeys>(std::move(recorded.keys), hasService)),
                              .registry = std::move(registry.registry),
                              .system = std::make_shared<ReplaySystemInformation>(std::move(recorded.facts)),
                              .clock = std::move(clock)};

@@ -1,5 +1,5 @@
-#include "platform/replay/ReplayDriver.h"
-
+#include "platform/emulated/EmulatedSMCDriver.h"
+#include "platform/replay/RecordedKeys.h"
 #include "smc/SMCBridge.h"
 #include "smc/SMCKeyText.h"
 #include "tests/platform/replay/Exporting.h"
@@ -26,10 +26,13 @@ RecordedKey recordedKey(std::string_view key, std::string_view type, std::vector
     return {packedSMCKey(key), packedSMCKey(type), std::move(bytes)};
 }
 
-ReplayDriver threeKeys() {
-    return {{recordedKey("TC0P", "sp78", {0x28, 0x80}), recordedKey("FNum", "ui8 ", {2}),
-             recordedKey("REV ", "ch8*", std::vector<std::uint8_t>(32, 'x'))},
-            true};
+EmulatedSMCDriver driverOf(std::vector<RecordedKey> keys, bool isPresent = true) {
+    return EmulatedSMCDriver(std::make_unique<RecordedKeys>(std::move(keys), isPresent));
+}
+
+EmulatedSMCDriver threeKeys() {
+    return driverOf({recordedKey("TC0P", "sp78", {0x28, 0x80}), recordedKey("FNum", "ui8 ", {2}),
+                     recordedKey("REV ", "ch8*", std::vector<std::uint8_t>(32, 'x'))});
 }
 
 struct Answer {
@@ -81,33 +84,33 @@ std::vector<RecordedKey> manyKeys(std::size_t count) {
 }
 
 void useController(std::vector<RecordedKey> keys) {
-    useMachine({.driver = std::make_shared<ReplayDriver>(std::move(keys), true),
+    useMachine({.driver = std::make_shared<EmulatedSMCDriver>(driverOf(std::move(keys))),
                 .registry = std::make_shared<fakes::FakeIORegistry>(),
                 .system = std::make_shared<fakes::FakeSystemInformation>(),
                 .clock = std::make_shared<fakes::FakeMonotonicClock>()});
 }
 
-TEST(ReplayDriver, IsFoundUnderTheControllersClassNameOnly) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, IsFoundUnderTheControllersClassNameOnly) {
+    EmulatedSMCDriver driver = threeKeys();
     EXPECT_TRUE(driver.findService("AppleSMC"));
     EXPECT_FALSE(driver.findService("AppleSMCEmulator"));
     EXPECT_FALSE(driver.findService(""));
 }
 
-TEST(ReplayDriver, IsNotFoundWithoutAService) {
-    ReplayDriver driver({recordedKey("TC0P", "sp78", {1, 2})}, false);
+TEST(EmulatedReplay, IsNotFoundWithoutAService) {
+    EmulatedSMCDriver driver = driverOf({recordedKey("TC0P", "sp78", {1, 2})}, false);
     EXPECT_FALSE(driver.findService("AppleSMC"));
 }
 
-TEST(ReplayDriver, OpensWithAHandle) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, OpensWithAHandle) {
+    EmulatedSMCDriver driver = threeKeys();
     const SMCDriver::OpenResult opened = driver.open(driver.findService("AppleSMC").value_or(0));
     EXPECT_EQ(opened.code, kernSuccess);
     EXPECT_NE(opened.connection, 0U);
 }
 
-TEST(ReplayDriver, TellsSizeAndTypeOfAKey) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, TellsSizeAndTypeOfAKey) {
+    EmulatedSMCDriver driver = threeKeys();
     const Answer answer = ask(driver, keyQuestion(SMCCommand::readKeyInfo, "TC0P"));
     EXPECT_EQ(answer.code, kernSuccess);
     EXPECT_EQ(answer.size, 80U);
@@ -117,8 +120,8 @@ TEST(ReplayDriver, TellsSizeAndTypeOfAKey) {
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readKeyInfo, "REV ")).block.dataSize, 32U);
 }
 
-TEST(ReplayDriver, ReadsTheBytesOfAKey) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, ReadsTheBytesOfAKey) {
+    EmulatedSMCDriver driver = threeKeys();
     const Answer answer = ask(driver, keyQuestion(SMCCommand::readBytes, "TC0P", 2));
     EXPECT_EQ(answer.code, kernSuccess);
     EXPECT_EQ(answer.size, 80U);
@@ -129,8 +132,8 @@ TEST(ReplayDriver, ReadsTheBytesOfAKey) {
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readBytes, "REV ", 32)).block.bytes, expected);
 }
 
-TEST(ReplayDriver, RefusesToReadWithAWrongSize) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, RefusesToReadWithAWrongSize) {
+    EmulatedSMCDriver driver = threeKeys();
     for (const std::uint32_t size : {0U, 1U, 3U, 32U, 33U, 0xFFFFFFFFU, 0x10002U}) {
         SCOPED_TRACE(size);
         const Answer answer = ask(driver, keyQuestion(SMCCommand::readBytes, "TC0P", size));
@@ -140,8 +143,8 @@ TEST(ReplayDriver, RefusesToReadWithAWrongSize) {
     }
 }
 
-TEST(ReplayDriver, RefusesUnknownKeys) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, RefusesUnknownKeys) {
+    EmulatedSMCDriver driver = threeKeys();
     for (const std::string_view key : {"TC1P", "tc0p", "FNu ", "    ", "#key"}) {
         SCOPED_TRACE(key);
         const Answer info = ask(driver, keyQuestion(SMCCommand::readKeyInfo, key));
@@ -151,8 +154,8 @@ TEST(ReplayDriver, RefusesUnknownKeys) {
     }
 }
 
-TEST(ReplayDriver, ListsKeysInTheirOrder) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, ListsKeysInTheirOrder) {
+    EmulatedSMCDriver driver = threeKeys();
     const std::array<std::string_view, 3> keys{"TC0P", "FNum", "REV "};
     for (std::uint32_t index = 0; index < keys.size(); ++index) {
         const Answer answer = ask(driver, indexQuestion(index));
@@ -162,19 +165,19 @@ TEST(ReplayDriver, ListsKeysInTheirOrder) {
     }
 }
 
-TEST(ReplayDriver, RefusesIndicesPastTheEnd) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, RefusesIndicesPastTheEnd) {
+    EmulatedSMCDriver driver = threeKeys();
     for (const std::uint32_t index :
          {3U, 4U, 8192U, 0x80000000U, std::numeric_limits<std::uint32_t>::max()}) {
         SCOPED_TRACE(index);
         EXPECT_NE(ask(driver, indexQuestion(index)).block.result, 0);
     }
-    ReplayDriver empty({}, true);
+    EmulatedSMCDriver empty = driverOf({});
     EXPECT_NE(ask(empty, indexQuestion(0)).block.result, 0);
 }
 
-TEST(ReplayDriver, CountsItsKeys) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, CountsItsKeys) {
+    EmulatedSMCDriver driver = threeKeys();
     const Answer info = ask(driver, keyQuestion(SMCCommand::readKeyInfo, "#KEY"));
     EXPECT_EQ(info.block.result, 0);
     EXPECT_EQ(info.block.dataSize, 4U);
@@ -185,15 +188,15 @@ TEST(ReplayDriver, CountsItsKeys) {
     EXPECT_NE(ask(driver, keyQuestion(SMCCommand::readBytes, "#KEY", 3)).block.result, 0);
 }
 
-TEST(ReplayDriver, CountsItsKeysInBigEndianOrder) {
-    ReplayDriver driver(manyKeys(0x1234), true);
+TEST(EmulatedReplay, CountsItsKeysInBigEndianOrder) {
+    EmulatedSMCDriver driver = driverOf(manyKeys(0x1234));
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readBytes, "#KEY", 4)).block.bytes,
               (std::array<std::uint8_t, 32>{0, 0, 0x12, 0x34}));
 }
 
-TEST(ReplayDriver, CountsItsKeysWhateverWasRecordedAsTheirNumber) {
-    ReplayDriver driver({recordedKey("#KEY", "ui16", {0x12, 0x34}), recordedKey("TC0P", "sp78", {1, 2})},
-                        true);
+TEST(EmulatedReplay, CountsItsKeysWhateverWasRecordedAsTheirNumber) {
+    EmulatedSMCDriver driver =
+        driverOf({recordedKey("#KEY", "ui16", {0x12, 0x34}), recordedKey("TC0P", "sp78", {1, 2})});
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readKeyInfo, "#KEY")).block.dataSize, 4U);
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readBytes, "#KEY", 4)).block.bytes,
               (std::array<std::uint8_t, 32>{0, 0, 0, 2}));
@@ -201,8 +204,8 @@ TEST(ReplayDriver, CountsItsKeysWhateverWasRecordedAsTheirNumber) {
     EXPECT_EQ(ask(driver, indexQuestion(1)).block.key, packedSMCKey("TC0P"));
 }
 
-TEST(ReplayDriver, RefusesOtherCommands) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, RefusesOtherCommands) {
+    EmulatedSMCDriver driver = threeKeys();
     for (const int command : {0, 1, 6, 7, 10, 255}) {
         SCOPED_TRACE(command);
         SMCParamBlock question = keyQuestion(SMCCommand::readBytes, "TC0P", 2);
@@ -211,8 +214,8 @@ TEST(ReplayDriver, RefusesOtherCommands) {
     }
 }
 
-TEST(ReplayDriver, FailsCallsThatADriverWouldNotTake) {
-    ReplayDriver driver = threeKeys();
+TEST(EmulatedReplay, FailsCallsThatADriverWouldNotTake) {
+    EmulatedSMCDriver driver = threeKeys();
     const SMCDriver::Connection connection = openedConnection(driver);
     std::vector<std::byte> right(80);
     std::vector<std::byte> small(79);
@@ -226,7 +229,7 @@ TEST(ReplayDriver, FailsCallsThatADriverWouldNotTake) {
     EXPECT_NE(driver.callStructMethod(connection + 1, 2, right, right, size), kernSuccess);
 }
 
-TEST(ReplayDriver, ServesTheBridgeLikeARealController) {
+TEST(EmulatedReplay, ServesTheBridgeLikeARealController) {
     useController({recordedKey("TC0P", "sp78", {0x28, 0x80}), recordedKey("zzzz", "hex_", {0xAB})});
     EXPECT_EQ(SMCBridge::status().textOr("message", ""), "AppleSMC connected");
     EXPECT_EQ(SMCBridge::discoverKeys(), (std::vector<std::string>{"TC0P", "zzzz"}));
@@ -240,7 +243,7 @@ TEST(ReplayDriver, ServesTheBridgeLikeARealController) {
     useMachine({});
 }
 
-TEST(ReplayDriver, Lists8192Keys) {
+TEST(EmulatedReplay, Lists8192Keys) {
     useController(manyKeys(8192));
     const std::vector<std::string> keys = SMCBridge::discoverKeys();
     ASSERT_EQ(keys.size(), 8192U);
@@ -249,7 +252,7 @@ TEST(ReplayDriver, Lists8192Keys) {
     useMachine({});
 }
 
-TEST(ReplayDriver, Has8193KeysThatAreTooManyToList) {
+TEST(EmulatedReplay, Has8193KeysThatAreTooManyToList) {
     useController(manyKeys(8193));
     EXPECT_TRUE(SMCBridge::discoverKeys().empty());
     const std::vector<std::string> last{"i192"};
@@ -258,7 +261,7 @@ TEST(ReplayDriver, Has8193KeysThatAreTooManyToList) {
 }
 
 /// A snapshot cannot have that many lines, but a dump of all keys of a controller can.
-TEST(ReplayDriver, GivesTheKnownKeysOfATextWithMoreKeysThanCanBeListed) {
+TEST(EmulatedReplay, GivesTheKnownKeysOfATextWithMoreKeysThanCanBeListed) {
     std::string text;
     for (std::size_t number = 0; number < 8192; ++number) {
         const std::string digits = std::to_string(10000 + number);
