@@ -1,19 +1,18 @@
 #include "platform/Platform.h"
-#include "platform/linux/AbsentController.h"
 #include "platform/linux/BootTimeClock.h"
-#include "platform/linux/LinuxSystemInformation.h"
+#include "platform/linux/LinuxMachine.h"
 
+#include <iostream>
 #include <memory>
+#include <string>
 
 #include <unistd.h>
 
 namespace kelvinbar {
 
 Machine makePlatform() {
-    return {.driver = std::make_shared<AbsentSMCDriver>(),
-            .registry = std::make_shared<AbsentIORegistry>(),
-            .system = std::make_shared<LinuxSystemInformation>("/"),
-            .clock = std::make_shared<BootTimeClock>()};
+    return makeLinuxMachine("/", std::make_shared<BootTimeClock>(),
+                            [](const std::string& message) { std::cerr << "kelvinbar: " + message + "\n"; });
 }
 
 bool isStandardOutputTerminal() { return isatty(STDOUT_FILENO) == 1; }

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxSystemInformation.h"
 
 #include "base/Text.h"
+#include "platform/linux/ProcessorList.h"
 #include "platform/linux/SystemFile.h"
 #include "platform/linux/ThermalZones.h"
 
@@ -37,25 +38,6 @@ std::optional<Number> takeNumber(std::string_view& text) {
     return number;
 }
 
-/// The number of processors in a list such as "0-3,8,10-11"; 0 when it is malformed.
-int processorsInList(std::string_view list) {
-    constexpr std::uint32_t mostProcessors = 1'000'000; // beyond any kernel's limit
-    std::uint32_t count = 0;
-    for (;;) {
-        const auto first = takeNumber<std::uint32_t>(list);
-        auto last = first;
-        if (list.starts_with('-')) {
-            list.remove_prefix(1);
-            last = takeNumber<std::uint32_t>(list);
-        }
-        if (!first || !last || *last < *first || *last >= mostProcessors) return 0;
-        count += *last - *first + 1;
-        if (!list.starts_with(',') || count > mostProcessors) break;
-        list.remove_prefix(1);
-    }
-    return list.empty() && count <= mostProcessors ? static_cast<int>(count) : 0;
-}
-
 std::optional<std::string> zeroTerminated(std::optional<std::string> text) {
     if (text) text->push_back('\0');
     return text;
@@ -75,7 +57,8 @@ std::optional<std::string> LinuxSystemInformation::systemBytes(std::string_view 
 }
 
 int LinuxSystemInformation::activeProcessorCount() const {
-    return processorsInList(systemFileLine(root_ / "sys/devices/system/cpu/online").value_or(""));
+    const auto online = systemFileLine(root_ / "sys/devices/system/cpu/online");
+    return online ? static_cast<int>(processorsInList(*online).size()) : 0;
 }
 
 std::uint64_t LinuxSystemInformation::physicalMemory() const {
@@ -88,7 +71,11 @@ std::uint64_t LinuxSystemInformation::physicalMemory() const {
 int LinuxSystemInformation::thermalState() const { return thermalStateOfZones(root_ / "sys/class/thermal"); }
 
 bool LinuxSystemInformation::isLowPowerModeEnabled() const {
-    return systemFileLine(root_ / "sys/firmware/acpi/platform_profile") == "low-power";
+    const auto profile = systemFileLine(root_ / "sys/firmware/acpi/platform_profile");
+    if (profile) return profile == "low-power";
+    // Without a profile of the firmware, the power-profiles service saves power by this preference.
+    return systemFileLine(root_ / "sys/devices/system/cpu/cpufreq/policy0/energy_performance_preference") ==
+           "power";
 }
 
 } // namespace kelvinbar

@@ -17,7 +17,8 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] int activeProcessorCount() const override;
     [[nodiscard]] std::uint64_t physicalMemory() const override;
     [[nodiscard]] int thermalState() const override;
-    /// Whether the firmware's platform profile is the one that saves power.
+    /// Whether the firmware's platform profile, or without one the processor's energy preference, is the one
+    /// that saves power.
     [[nodiscard]] bool isLowPowerModeEnabled() const override;
 
   private:

@@ -9,6 +9,10 @@
 /// gives nothing.
 namespace kelvinbar {
 
+/// A descriptor of the regular file at `file`, not inherited by other programs; -1 when there is none. Never
+/// waits, as opening a pipe would.
+int openRegularFile(const std::filesystem::path& file);
+
 /// The content, at most 64 KiB of it.
 std::optional<std::string> systemFileText(const std::filesystem::path& file);
 

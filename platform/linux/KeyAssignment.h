@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/linux/SensorChannel.h"
+#include "platform/linux/SensorRules.h"
+
+#include <cstddef>
+#include <map>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar {
+
+/// A channel by its place in a list of chips.
+struct ChannelPlace {
+    std::size_t chip = 0;
+    std::size_t channel = 0;
+};
+
+struct AssignedKey {
+    std::string key;       ///< four characters
+    std::string_view type; ///< the four characters of its data type
+    ChannelPlace place;
+};
+
+/// A fan that the registry publishes under its label instead.
+struct RegistryFanPlace {
+    std::string_view className;
+    ChannelPlace place;
+};
+
+struct KeyPlan {
+    std::vector<AssignedKey> keys; ///< in ascending order of key
+    std::vector<RegistryFanPlace> registryFans;
+    std::vector<ChannelPlace> unplaced; ///< channels for which there is no key
+};
+
+/// Gives channels their keys by the rules. Remembers what it gave: a channel keeps its key for as long as
+/// the program runs, whatever devices come and go, and gets it back when its device returns. A program that
+/// is started again gives the same keys to the same devices.
+class KeyAssignment {
+  public:
+    using KeySet = std::set<std::string, std::less<>>;
+
+    /// `controllerKeys` are the keys of a real controller, which are not given away.
+    KeyPlan plan(const std::vector<SensorChip>& chips, const KeySet& controllerKeys);
+
+  private:
+    friend class KeyPlanner;
+
+    /// Key by what identifies a channel.
+    std::unordered_map<std::string, std::string> remembered_;
+    /// Index of a chip in its family, by the family's pattern and what identifies the chip.
+    std::map<std::pair<std::string_view, std::string>, int> indices_;
+};
+
+} // namespace kelvinbar

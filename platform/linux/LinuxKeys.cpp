@@ -1,0 +1,83 @@
+#include "platform/linux/LinuxKeys.h"
+
+#include "platform/linux/DevicePath.h"
+#include "platform/linux/SensorValue.h"
+#include "platform/linux/SystemFile.h"
+#include "smc/SMCKeyText.h"
+
+#include <system_error>
+#include <utility>
+
+namespace kelvinbar {
+
+LinuxKeys::LinuxKeys(std::shared_ptr<SensorInventory> inventory, OpenController openController)
+    : inventory_(std::move(inventory)), openController_(std::move(openController)),
+      sensors_(inventory_->current()) {}
+
+bool LinuxKeys::isPresent() {
+    rebuild();
+    isFresh_ = true;
+    return controller_ != nullptr || !sensors_->isEmpty();
+}
+
+std::size_t LinuxKeys::keyCount() {
+    if (!std::exchange(isFresh_, false)) rebuild();
+    return controllerKeyCount_ + sensors_->keys.size();
+}
+
+void LinuxKeys::rebuild() {
+    if (controller_ == nullptr) {
+        auto registers = openController_();
+        if (registers != nullptr) controller_ = std::make_unique<AppleSMCKeys>(std::move(registers));
+    }
+    controllerKeyCount_ = controller_ == nullptr ? 0 : controller_->keyCount();
+    // A controller that lists nothing has gone; the next list looks for it again.
+    if (controllerKeyCount_ == 0) controller_ = nullptr;
+    KeyAssignment::KeySet controllerKeys;
+    if (controller_ != nullptr) {
+        for (const std::uint32_t code : controller_->codes()) controllerKeys.insert(fourCharString(code));
+    }
+    inventory_->rebuild(controllerKeys);
+    sensors_ = inventory_->current();
+}
+
+std::optional<std::uint32_t> LinuxKeys::keyAtIndex(std::uint32_t index) {
+    if (index < controllerKeyCount_) return controller_->keyAtIndex(index);
+    const std::size_t place = index - controllerKeyCount_;
+    return place < sensors_->keys.size() ? std::optional(sensors_->keys[place].code) : std::nullopt;
+}
+
+std::optional<SMCKeySource::KeyInfo> LinuxKeys::keyInfo(std::uint32_t code) {
+    if (const SensorKey* const key = sensors_->find(code)) {
+        return KeyInfo{.dataSize = sizeOfType(key->type), .dataType = packedSMCKey(key->type)};
+    }
+    return controller_ == nullptr ? std::nullopt : controller_->keyInfo(code);
+}
+
+std::uint8_t LinuxKeys::readBytes(std::uint32_t code, SMCBytes& bytes) {
+    if (const SensorKey* const key = sensors_->find(code)) {
+        const auto read = key->sensor.bytes(key->type);
+        if (!read) return smcresult::keyNotReadable;
+        bytes = *read;
+        return smcresult::success;
+    }
+    return controller_ == nullptr ? smcresult::keyNotFound : controller_->readBytes(code, bytes);
+}
+
+std::unique_ptr<AppleSMCRegisters> openAppleSMC(SensorInventory& inventory) {
+    for (const std::filesystem::path& entry : classEntries(inventory.root(), "hwmon")) {
+        for (const std::filesystem::path& folder : {entry, entry / "device"}) {
+            std::error_code error;
+            if (systemFileLine(folder / "name") != "applesmc" ||
+                !std::filesystem::exists(folder / "key_at_index", error)) {
+                continue;
+            }
+            if (auto registers = openAppleSMCFiles(folder)) return registers;
+            inventory.say("the keys of Apple's controller cannot be listed without write access to its "
+                          "key_at_index; its temperatures and fans are shown");
+        }
+    }
+    return nullptr;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,23 @@
+#include "platform/linux/LinuxMachine.h"
+
+#include "platform/emulated/EmulatedSMCDriver.h"
+#include "platform/linux/HwmonRegistry.h"
+#include "platform/linux/LinuxKeys.h"
+#include "platform/linux/LinuxSystemInformation.h"
+
+#include <utility>
+
+namespace kelvinbar {
+
+Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
+                         OnceLog::Sink log) {
+    auto inventory = std::make_shared<SensorInventory>(root, clock, std::move(log));
+    auto keys =
+        std::make_unique<LinuxKeys>(inventory, [inventory] { return openAppleSMC(*inventory); });
+    return {.driver = std::make_shared<EmulatedSMCDriver>(std::move(keys)),
+            .registry = std::make_shared<HwmonRegistry>(inventory),
+            .system = std::make_shared<LinuxSystemInformation>(root),
+            .clock = std::move(clock)};
+}
+
+} // namespace kelvinbar

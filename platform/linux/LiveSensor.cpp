@@ -1,0 +1,114 @@
+#include "platform/linux/LiveSensor.h"
+
+#include "base/Text.h"
+#include "platform/linux/SensorValue.h"
+#include "platform/linux/SystemFile.h"
+
+#include <algorithm>
+#include <array>
+#include <thread>
+#include <utility>
+
+namespace kelvinbar {
+
+DevicePower::DevicePower(const std::vector<std::filesystem::path>& states,
+                         std::shared_ptr<const MonotonicClock> clock)
+    : clock_(std::move(clock)), askedAt_((clock_->now() - 2 * validity).count()) {
+    states_.reserve(states.size());
+    for (const auto& state : states) states_.emplace_back(state);
+}
+
+bool DevicePower::isAsleep() const {
+    const auto now = clock_->now();
+    if (now - std::chrono::nanoseconds(askedAt_.load()) > validity) {
+        wasAsleep_ = askKernel();
+        askedAt_ = now.count();
+    }
+    return wasAsleep_;
+}
+
+bool DevicePower::askKernel() const {
+    return std::ranges::any_of(states_, [](const SensorFile& state) {
+        std::array<char, 32> buffer{};
+        const auto status = state.line(buffer);
+        return status == "suspended" || status == "suspending";
+    });
+}
+
+std::chrono::nanoseconds PowerMeter::timeToFirstPower(std::chrono::nanoseconds now) const {
+    if (!joules_ || power_) return std::chrono::nanoseconds(0);
+    return std::clamp<std::chrono::nanoseconds>(time_ + shortestTime - now, std::chrono::nanoseconds(0),
+                                                shortestTime);
+}
+
+std::optional<double> PowerMeter::powerAt(double joules, std::chrono::nanoseconds now) {
+    if (joules_ && now - time_ < shortestTime) return power_;
+    double growth = joules - joules_.value_or(joules);
+    if (growth < 0) growth += range_;
+    const std::chrono::duration<double> elapsed = now - time_;
+    power_ = joules_ && growth >= 0 ? std::optional(growth / elapsed.count()) : std::nullopt;
+    joules_ = joules;
+    time_ = now;
+    return power_;
+}
+
+LiveSensor::LiveSensor(const SensorChannel& channel, std::shared_ptr<const DevicePower> power,
+                       std::shared_ptr<const MonotonicClock> clock)
+    : kind_(channel.kind), countsPerUnit_(channel.countsPerUnit), text_(channel.text),
+      power_(std::move(power)), clock_(std::move(clock)) {
+    if (!channel.file.empty()) file_ = SensorFile(channel.file);
+    if (!channel.fault.empty()) fault_ = SensorFile(channel.fault);
+    if (kind_ != SensorKind::energy) return;
+    const auto range = channel.range.empty() ? std::nullopt : systemFileNumber(channel.range);
+    meter_ = std::make_shared<PowerMeter>(static_cast<double>(range.value_or(0)) / countsPerUnit_);
+}
+
+void LiveSensor::meter(const LiveSensor* earlier) {
+    if (meter_ == nullptr) return;
+    if (earlier != nullptr && earlier->meter_ != nullptr) {
+        meter_ = earlier->meter_;
+    } else if (const auto counts = file_.number()) {
+        static_cast<void>(meter_->powerAt(static_cast<double>(*counts) / countsPerUnit_, clock_->now()));
+    }
+}
+
+bool LiveSensor::isTrustworthy() const {
+    if (power_ != nullptr && power_->isAsleep()) return false;
+    return !fault_.isOpen() || fault_.number() == 0;
+}
+
+std::optional<double> LiveSensor::value() const {
+    if (!isTrustworthy()) return std::nullopt;
+    std::optional<double> value;
+    if (meter_ != nullptr) {
+        value = meteredPower();
+    } else if (const auto counts = file_.number()) {
+        value = static_cast<double>(*counts) / countsPerUnit_;
+    }
+    return value && isPossibleValue(kind_, *value) ? value : std::nullopt;
+}
+
+std::optional<double> LiveSensor::meteredPower() const {
+    if (const auto wait = meter_->timeToFirstPower(clock_->now()); wait.count() > 0) {
+        std::this_thread::sleep_for(wait);
+    }
+    const auto counts = file_.number();
+    if (!counts) return std::nullopt;
+    return meter_->powerAt(static_cast<double>(*counts) / countsPerUnit_, clock_->now());
+}
+
+std::optional<SMCBytes> LiveSensor::bytes(std::string_view type) const {
+    if (kind_ == SensorKind::text || kind_ == SensorKind::fanName) return textBytes();
+    const auto read = value();
+    return read ? encodedNumber(type, *read) : std::nullopt;
+}
+
+std::optional<SMCBytes> LiveSensor::textBytes() const {
+    if (power_ != nullptr && power_->isAsleep()) return std::nullopt;
+    if (kind_ == SensorKind::fanName) return encodedText(text_);
+    std::array<char, 64> buffer{};
+    const auto line = file_.line(buffer);
+    return line ? std::optional(encodedText(trimmed(*line))) : std::nullopt;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+/// What a channel measures or tells. It decides the unit of a value and what a value can be at all.
+enum class SensorKind : std::uint8_t {
+    temperature, ///< °C
+    voltage,     ///< V
+    current,     ///< A
+    power,       ///< W
+    energy,      ///< a counter of joules, shown as the power it grows by
+    fan,         ///< RPM
+    fanMinimum,
+    fanMaximum,
+    fanTarget,
+    fanSafe,
+    fanMode,
+    fanName,
+    charge,    ///< mAh
+    count,     ///< a number of something
+    duration,  ///< minutes
+    percent,   ///< %
+    flag,      ///< 0 or 1
+    text,      ///< a word
+    frequency, ///< MHz; the catalogue has no keys for these
+    humidity,  ///< %; neither for these
+};
+
+/// One channel of a chip: one value that the kernel publishes.
+struct SensorChannel {
+    SensorChannel() = default;
+    SensorChannel(SensorKind kindOfChannel, int numberOfChannel)
+        : kind(kindOfChannel), number(numberOfChannel) {}
+
+    SensorKind kind = SensorKind::temperature;
+    int number = 0;              ///< the channel's number among those of its kind
+    std::string label;           ///< the driver's; where it gives none, the channel's file prefix ("temp3")
+    bool isLabelled = false;     ///< whether the label is the driver's
+    std::filesystem::path file;  ///< empty for a value that does not change
+    std::string text;            ///< such a value
+    double countsPerUnit = 1;    ///< what the file's number is divided by
+    std::filesystem::path fault; ///< says 1 while the value is not to be trusted; empty when there is none
+    std::filesystem::path range; ///< of an energy counter: the number after which it begins anew
+};
+
+/// A device with channels.
+struct SensorChip {
+    std::string device;            ///< where it sits on its bus: the same after every boot
+    std::string name;              ///< the driver's name of the chip
+    std::filesystem::path folder;  ///< where its channels are
+    std::vector<std::filesystem::path> powerStates; ///< files that tell whether the device sleeps
+    std::vector<SensorChannel> channels;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,153 @@
+#include "platform/linux/SensorInventory.h"
+
+#include "platform/linux/HwmonChips.h"
+#include "platform/linux/HybridCores.h"
+#include "platform/linux/PowerSupplies.h"
+#include "platform/linux/ProcessorPower.h"
+#include "smc/SMCKeyText.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Drops what the class of hardware monitors repeats of a supply that tells it itself.
+void dropRepeatedSupplies(std::vector<SensorChip>& chips, const std::vector<SensorChip>& supplies) {
+    for (const SensorChip& supply : supplies) {
+        const std::string name = hwmonNameOfSupply(supply);
+        for (SensorChip& chip : chips) {
+            if (chip.name != name) continue;
+            std::erase_if(chip.channels, [&](const SensorChannel& channel) {
+                return std::ranges::find(supply.channels, channel.kind, &SensorChannel::kind) !=
+                       supply.channels.end();
+            });
+        }
+    }
+}
+
+/// Counters that only the administrator can read are no channels of an ordinary user.
+void dropUnreadableCounters(std::vector<SensorChip>& counters, OnceLog& log) {
+    const auto unreadable = std::erase_if(counters, [](const SensorChip& chip) {
+        return !SensorFile(chip.channels.front().file).isOpen();
+    });
+    if (unreadable > 0) {
+        log.say("the processor's energy counters are left out: the kernel shows them to the administrator only");
+    }
+}
+
+void sayWhatIsUnplaced(const std::vector<SensorChip>& chips, const KeyPlan& plan, OnceLog& log) {
+    if (plan.unplaced.empty()) return;
+    const ChannelPlace& first = plan.unplaced.front();
+    const SensorChip& chip = chips[first.chip];
+    std::string message = std::to_string(plan.unplaced.size());
+    message.append(plan.unplaced.size() == 1 ? " channel has" : " channels have");
+    message.append(" no key and no reading: ").append(chip.channels[first.channel].label);
+    message.append(" of ").append(chip.name.empty() ? "a chip without a name" : chip.name);
+    if (plan.unplaced.size() > 1) message.append(" and others");
+    log.say(message);
+}
+
+/// Opens the files of a plan.
+class ListBuilder {
+  public:
+    ListBuilder(const std::vector<SensorChip>& chips, const SensorList& earlier,
+                std::shared_ptr<const MonotonicClock> clock)
+        : chips_(chips), earlier_(earlier), clock_(std::move(clock)) {
+        for (const SensorChip& chip : chips) powers_.push_back(powerOf(chip));
+    }
+
+    std::shared_ptr<const SensorList> build(const KeyPlan& plan) {
+        auto list = std::make_shared<SensorList>();
+        list->keys.reserve(plan.keys.size());
+        for (const AssignedKey& assigned : plan.keys) appendKey(*list, assigned);
+        for (const SensorChip& chip : chips_) {
+            list->chips.push_back({plainRegistryClass, chip.name, chip.device, {}});
+        }
+        for (const RegistryFanPlace& fan : plan.registryFans) {
+            RegistryChip& chip = list->chips[fan.place.chip];
+            chip.className = fan.className;
+            chip.fans.emplace_back(channelAt(fan.place).label, sensorAt(fan.place));
+        }
+        return list;
+    }
+
+  private:
+    [[nodiscard]] std::shared_ptr<const DevicePower> powerOf(const SensorChip& chip) const {
+        if (chip.powerStates.empty()) return nullptr;
+        return std::make_shared<DevicePower>(chip.powerStates, clock_);
+    }
+
+    [[nodiscard]] const SensorChannel& channelAt(ChannelPlace place) const {
+        return chips_[place.chip].channels[place.channel];
+    }
+
+    [[nodiscard]] LiveSensor sensorAt(ChannelPlace place) const {
+        return {channelAt(place), powers_[place.chip], clock_};
+    }
+
+    void appendKey(SensorList& list, const AssignedKey& assigned) {
+        const std::uint32_t code = packedSMCKey(assigned.key);
+        LiveSensor sensor = sensorAt(assigned.place);
+        const SensorKey* const earlier = earlier_.find(code);
+        sensor.meter(earlier == nullptr ? nullptr : &earlier->sensor);
+        list.places.emplace(code, list.keys.size());
+        list.keys.push_back({code, assigned.type, std::move(sensor)});
+    }
+
+    const std::vector<SensorChip>& chips_;
+    const SensorList& earlier_;
+    std::shared_ptr<const MonotonicClock> clock_;
+    std::vector<std::shared_ptr<const DevicePower>> powers_;
+};
+
+} // namespace
+
+const SensorKey* SensorList::find(std::uint32_t code) const {
+    const auto place = places.find(code);
+    return place == places.end() ? nullptr : &keys[place->second];
+}
+
+bool SensorList::isEmpty() const {
+    return keys.empty() && std::ranges::all_of(chips, [](const RegistryChip& chip) { return chip.fans.empty(); });
+}
+
+SensorInventory::SensorInventory(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock,
+                                 OnceLog::Sink log)
+    : root_(std::move(root)), clock_(std::move(clock)), log_(std::move(log)),
+      current_(std::make_shared<SensorList>()) {}
+
+std::shared_ptr<const SensorList> SensorInventory::current() const {
+    const std::lock_guard lock(mutex_);
+    return current_;
+}
+
+void SensorInventory::rebuild(const KeyAssignment::KeySet& controllerKeys) {
+    const std::lock_guard lock(mutex_);
+    const std::vector<SensorChip> found = chips(!controllerKeys.empty());
+    const KeyPlan plan = assignment_.plan(found, controllerKeys);
+    sayWhatIsUnplaced(found, plan, log_);
+    current_ = ListBuilder(found, *current_, clock_).build(plan);
+}
+
+void SensorInventory::say(const std::string& message) {
+    const std::lock_guard lock(mutex_);
+    log_.say(message);
+}
+
+std::vector<SensorChip> SensorInventory::chips(bool hasController) {
+    std::vector<SensorChip> chips = hwmonChips(root_);
+    if (hasController) std::erase_if(chips, [](const SensorChip& chip) { return chip.name == "applesmc"; });
+    std::vector<SensorChip> supplies = powerSupplyChips(root_);
+    dropRepeatedSupplies(chips, supplies);
+    std::vector<SensorChip> counters = processorPowerChips(root_);
+    dropUnreadableCounters(counters, log_);
+    std::ranges::move(supplies, std::back_inserter(chips));
+    std::ranges::move(counters, std::back_inserter(chips));
+    nameHybridCores(root_, chips);
+    return chips;
+}
+
+} // namespace kelvinbar
