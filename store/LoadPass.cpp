@@ -12,10 +12,10 @@ namespace kelvinbar {
 
 namespace {
 
-std::vector<SMCReading> displayableReadings(const ResultMap& results) {
+std::vector<SMCReading> displayableReadings(const std::vector<SMCKeyResult>& results) {
     std::vector<SMCReading> readings;
     readings.reserve(results.size());
-    for (const auto& [key, result] : results) {
+    for (const SMCKeyResult& result : results) {
         auto reading = buildReading(result);
         if (reading && reading->hasDisplayableValue()) readings.push_back(*std::move(reading));
     }

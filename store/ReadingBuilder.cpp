@@ -4,39 +4,57 @@
 #include "catalogue/SMCKeyDatabase.h"
 #include "store/ValueNormalization.h"
 
+#include <algorithm>
+#include <functional>
+#include <string>
 #include <utility>
 
 namespace kelvinbar {
 
 namespace {
 
-/// The key of a result that may become a reading, or null.
-const std::string* usableKey(const SMCKeyResult& result) {
-    const auto* key = result.find<std::string>("key");
-    return key != nullptr && characterCount(*key) == 4 ? key : nullptr;
+const std::string& keyOf(const SMCKeyResult& result) {
+    static const std::string none;
+    const auto* const key = result.find<std::string>("key");
+    return key == nullptr ? none : *key;
 }
+
+/// Whether a result may become a reading.
+bool hasUsableKey(const SMCKeyResult& result) { return characterCount(keyOf(result)) == 4; }
 
 bool hasFiniteNumber(const SMCKeyResult& result) {
     return numericValue(result.find("numericValue")).has_value();
 }
 
+/// Sorts `results` by key and keeps the last of each.
+void sortByKey(std::vector<SMCKeyResult>& results) {
+    // Candidates are read in the order of their keys, each once: nothing is to be done nearly always.
+    const auto isOutOfOrder = std::ranges::adjacent_find(results, std::ranges::greater_equal(), keyOf);
+    if (isOutOfOrder == results.end()) return;
+    std::ranges::stable_sort(results, {}, keyOf);
+    const auto haveOneKey = [](const SMCKeyResult& left, const SMCKeyResult& right) {
+        return keyOf(left) == keyOf(right);
+    };
+    const auto rest = std::unique(results.rbegin(), results.rend(), haveOneKey);
+    results.erase(results.begin(), rest.base());
+}
+
 } // namespace
 
-ResultMap mergedResults(std::vector<SMCKeyResult> candidates, std::vector<SMCKeyResult> registryFans) {
-    ResultMap results;
-    for (SMCKeyResult& result : candidates) {
-        // Candidates come sorted, so the end is the right place nearly always. The key is copied first.
-        const std::string* const key = usableKey(result);
-        if (key != nullptr) results.insert_or_assign(results.end(), std::string(*key), std::move(result));
+std::vector<SMCKeyResult> mergedResults(std::vector<SMCKeyResult> candidates,
+                                        std::vector<SMCKeyResult> registryFans) {
+    std::erase_if(candidates, std::not_fn(hasUsableKey));
+    sortByKey(candidates);
+    for (SMCKeyResult& fan : registryFans) {
+        if (!hasUsableKey(fan)) continue;
+        const auto place = std::ranges::lower_bound(candidates, keyOf(fan), {}, keyOf);
+        if (place == candidates.end() || keyOf(*place) != keyOf(fan)) {
+            candidates.insert(place, std::move(fan));
+        } else if (!hasFiniteNumber(*place)) {
+            *place = std::move(fan);
+        }
     }
-    for (SMCKeyResult& result : registryFans) {
-        const std::string* const key = usableKey(result);
-        if (key == nullptr) continue;
-        const auto known = results.find(*key);
-        if (known != results.end() && hasFiniteNumber(known->second)) continue;
-        results.insert_or_assign(std::string(*key), std::move(result));
-    }
-    return results;
+    return candidates;
 }
 
 std::optional<SMCReading> buildReading(const SMCKeyResult& result) {

@@ -3,6 +3,8 @@
 #include "base/NaturalOrder.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <utility>
 
 namespace kelvinbar {
@@ -13,9 +15,22 @@ bool keyComesBefore(const SMCReading* left, const SMCReading* right) {
     return comesBeforeNaturally(left->key, right->key);
 }
 
+/// The place of each category among the titles in alphabetical order.
+std::array<std::size_t, allCategories.size()> titlePlaces() {
+    auto byTitle = allCategories;
+    std::ranges::sort(byTitle, {}, rawValue);
+    std::array<std::size_t, allCategories.size()> places{};
+    for (std::size_t place = 0; place < byTitle.size(); ++place) {
+        places[static_cast<std::size_t>(byTitle[place])] = place;
+    }
+    return places;
+}
+
 bool categoryAndKeyComeBefore(const SMCReading* left, const SMCReading* right) {
+    static const auto places = titlePlaces();
     if (left->category == right->category) return keyComesBefore(left, right);
-    return rawValue(left->category) < rawValue(right->category);
+    return places[static_cast<std::size_t>(left->category)] <
+           places[static_cast<std::size_t>(right->category)];
 }
 
 } // namespace
