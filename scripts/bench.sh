@@ -45,3 +45,5 @@ build/bench/bench/kelvinbar_bench --benchmark_format=json 2>/dev/null | awk '
     printf "  %-48s %10.1f ns\n", "sorting, per reading at 1000", time["sortReadings/1000"] / 1000
     printf "\n100000 refreshes of 300 keys: memory grew by %d KiB, threads by %d\n", memory, threads
   }'
+printf '\nA pass over the files of /sys\n'
+scripts/bench-sensors.sh 2>/dev/null

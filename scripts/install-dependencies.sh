@@ -9,6 +9,7 @@ declare -A evidence=(
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
   [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git
+  [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
 build="g++ cmake ninja-build libcli11-dev"
@@ -16,7 +17,7 @@ declare -A packages=(
   [run]="$build"
   [test]="$build libgtest-dev libgmock-dev locales"
   [check]="$build libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
-  [bench]="$build libbenchmark-dev"
+  [bench]="$build libbenchmark-dev libsensors-dev strace"
   [fuzz]="$build clang libclang-rt-14-dev"
 )
 

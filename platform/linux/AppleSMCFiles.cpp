@@ -22,6 +22,7 @@ class Descriptor {
   public:
     Descriptor(const fs::path& file, int flags)
         : number_(::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
+
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
@@ -38,10 +39,13 @@ class Descriptor {
 class AppleSMCFiles final : public AppleSMCRegisters {
   public:
     explicit AppleSMCFiles(const fs::path& folder)
-        : index_(folder / "key_at_index", O_RDWR), data_(folder / "key_at_index_data", O_RDONLY),
-          count_(folder / "key_count"), selected_(folder / "key_at_index"),
-          name_(folder / "key_at_index_name"), type_(folder / "key_at_index_type"),
-          length_(folder / "key_at_index_data_length") {}
+        : index_(folder / "key_at_index", O_RDWR)
+        , data_(folder / "key_at_index_data", O_RDONLY)
+        , count_(folder / "key_count")
+        , selected_(folder / "key_at_index")
+        , name_(folder / "key_at_index_name")
+        , type_(folder / "key_at_index_type")
+        , length_(folder / "key_at_index_data_length") {}
 
     [[nodiscard]] bool isOpen() const { return index_.number() >= 0 && data_.number() >= 0; }
 
@@ -77,9 +81,7 @@ class AppleSMCFiles final : public AppleSMCRegisters {
 
     std::optional<std::uint32_t> dataLength() override { return number(length_); }
 
-    bool data(SMCBytes& bytes) override {
-        return ::pread(data_.number(), bytes.data(), bytes.size(), 0) > 0;
-    }
+    bool data(SMCBytes& bytes) override { return ::pread(data_.number(), bytes.data(), bytes.size(), 0) > 0; }
 
   private:
     static constexpr int mostAttempts = 20;

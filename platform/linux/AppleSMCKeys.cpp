@@ -17,6 +17,7 @@ constexpr int mostAttempts = 4;
 class Lock {
   public:
     explicit Lock(AppleSMCRegisters& registers) : registers_(registers), isHeld_(registers.lock()) {}
+
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
@@ -38,8 +39,7 @@ std::uint32_t packedType(std::string_view name) {
 
 } // namespace
 
-AppleSMCKeys::AppleSMCKeys(std::unique_ptr<AppleSMCRegisters> registers)
-    : registers_(std::move(registers)) {}
+AppleSMCKeys::AppleSMCKeys(std::unique_ptr<AppleSMCRegisters> registers) : registers_(std::move(registers)) {}
 
 std::size_t AppleSMCKeys::keyCount() {
     const std::uint32_t count = registers_->keyCount().value_or(0);

@@ -111,7 +111,8 @@ class KeyPlanner {
         const auto hasThisName = [&](const SensorChannel& other) {
             return other.kind == fan.kind && other.label == fan.label;
         };
-        return stringContainsFanHint(fan.label) && !(isPrintableSMCKey(fan.label) && fan.label.front() == 'F') &&
+        return stringContainsFanHint(fan.label) &&
+               !(isPrintableSMCKey(fan.label) && fan.label.front() == 'F') &&
                std::ranges::count_if(chips_[place.chip].channels, hasThisName) == 1;
     }
 
@@ -148,7 +149,8 @@ class KeyPlanner {
         for (;;) {
             const std::size_t end = std::min(pattern.find('|'), pattern.size());
             const std::string_view one = pattern.substr(0, end);
-            if (std::ranges::equal(one, key, [](char left, char right) { return left == '?' || left == right; }))
+            if (std::ranges::equal(one, key,
+                                   [](char left, char right) { return left == '?' || left == right; }))
                 return true;
             if (end == pattern.size()) return false;
             pattern.remove_prefix(end + 1);
@@ -195,8 +197,8 @@ class KeyPlanner {
         const std::pair key(family, chipIdentities_[chip]);
         const auto known = indices.find(key);
         if (known != indices.end()) return known->second;
-        const auto members = std::ranges::count_if(
-            indices, [&](const auto& member) { return member.first.first == family; });
+        const auto members =
+            std::ranges::count_if(indices, [&](const auto& member) { return member.first.first == family; });
         return indices[key] = static_cast<int>(members);
     }
 
@@ -232,7 +234,8 @@ class KeyPlanner {
         for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
             for (std::size_t channel = 0; channel < chips_[chip].channels.size(); ++channel) {
                 const bool isOpen = !isDone_[chip][channel];
-                if (isOpen && !isFanAttribute(at({chip, channel}).kind)) plan_.unplaced.push_back({chip, channel});
+                if (isOpen && !isFanAttribute(at({chip, channel}).kind))
+                    plan_.unplaced.push_back({chip, channel});
             }
         }
     }

@@ -1,7 +1,6 @@
 #include "platform/linux/LinuxKeys.h"
 
 #include "platform/linux/DevicePath.h"
-#include "platform/linux/SensorValue.h"
 #include "platform/linux/SystemFile.h"
 #include "smc/SMCKeyText.h"
 
@@ -11,8 +10,9 @@
 namespace kelvinbar {
 
 LinuxKeys::LinuxKeys(std::shared_ptr<SensorInventory> inventory, OpenController openController)
-    : inventory_(std::move(inventory)), openController_(std::move(openController)),
-      sensors_(inventory_->current()) {}
+    : inventory_(std::move(inventory))
+    , openController_(std::move(openController))
+    , sensors_(inventory_->current()) {}
 
 bool LinuxKeys::isPresent() {
     rebuild();
@@ -39,6 +39,20 @@ void LinuxKeys::rebuild() {
     }
     inventory_->rebuild(controllerKeys);
     sensors_ = inventory_->current();
+    lastPlace_ = 0;
+}
+
+/// Keys are read in their order, each of them asked for several times: most are the last one or the next.
+const SensorKey* LinuxKeys::findSensor(std::uint32_t code) {
+    const std::vector<SensorKey>& keys = sensors_->keys;
+    for (const std::size_t place : {lastPlace_, lastPlace_ + 1}) {
+        if (place >= keys.size() || keys[place].code != code) continue;
+        lastPlace_ = place;
+        return &keys[place];
+    }
+    const SensorKey* const key = sensors_->find(code);
+    if (key != nullptr) lastPlace_ = static_cast<std::size_t>(key - keys.data());
+    return key;
 }
 
 std::optional<std::uint32_t> LinuxKeys::keyAtIndex(std::uint32_t index) {
@@ -48,15 +62,15 @@ std::optional<std::uint32_t> LinuxKeys::keyAtIndex(std::uint32_t index) {
 }
 
 std::optional<SMCKeySource::KeyInfo> LinuxKeys::keyInfo(std::uint32_t code) {
-    if (const SensorKey* const key = sensors_->find(code)) {
-        return KeyInfo{.dataSize = sizeOfType(key->type), .dataType = packedSMCKey(key->type)};
+    if (const SensorKey* const key = findSensor(code)) {
+        return KeyInfo{.dataSize = key->type->size, .dataType = key->typeCode};
     }
     return controller_ == nullptr ? std::nullopt : controller_->keyInfo(code);
 }
 
 std::uint8_t LinuxKeys::readBytes(std::uint32_t code, SMCBytes& bytes) {
-    if (const SensorKey* const key = sensors_->find(code)) {
-        const auto read = key->sensor.bytes(key->type);
+    if (const SensorKey* const key = findSensor(code)) {
+        const auto read = key->sensor.bytes(*key->type);
         if (!read) return smcresult::keyNotReadable;
         bytes = *read;
         return smcresult::success;

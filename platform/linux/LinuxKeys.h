@@ -26,13 +26,15 @@ class LinuxKeys final : public SMCKeySource {
 
   private:
     void rebuild();
+    const SensorKey* findSensor(std::uint32_t code);
 
     std::shared_ptr<SensorInventory> inventory_;
     OpenController openController_;
     std::unique_ptr<AppleSMCKeys> controller_; ///< null without one
     std::size_t controllerKeyCount_ = 0;
     std::shared_ptr<const SensorList> sensors_;
-    bool isFresh_ = false; ///< no one has asked for the number of keys since the sensors were looked for
+    std::size_t lastPlace_ = 0; ///< of the sensor that was asked for last
+    bool isFresh_ = false;      ///< no one has asked for the number of keys since the sensors were looked for
 };
 
 /// Opens Apple's controller under `inventory`'s root, and says so there when this user may not choose its

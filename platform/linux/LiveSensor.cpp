@@ -1,7 +1,6 @@
 #include "platform/linux/LiveSensor.h"
 
 #include "base/Text.h"
-#include "platform/linux/SensorValue.h"
 #include "platform/linux/SystemFile.h"
 
 #include <algorithm>
@@ -54,8 +53,11 @@ std::optional<double> PowerMeter::powerAt(double joules, std::chrono::nanosecond
 
 LiveSensor::LiveSensor(const SensorChannel& channel, std::shared_ptr<const DevicePower> power,
                        std::shared_ptr<const MonotonicClock> clock)
-    : kind_(channel.kind), countsPerUnit_(channel.countsPerUnit), text_(channel.text),
-      power_(std::move(power)), clock_(std::move(clock)) {
+    : kind_(channel.kind)
+    , countsPerUnit_(channel.countsPerUnit)
+    , text_(channel.text)
+    , power_(std::move(power))
+    , clock_(std::move(clock)) {
     if (!channel.file.empty()) file_ = SensorFile(channel.file);
     if (!channel.fault.empty()) fault_ = SensorFile(channel.fault);
     if (kind_ != SensorKind::energy) return;
@@ -97,7 +99,7 @@ std::optional<double> LiveSensor::meteredPower() const {
     return meter_->powerAt(static_cast<double>(*counts) / countsPerUnit_, clock_->now());
 }
 
-std::optional<SMCBytes> LiveSensor::bytes(std::string_view type) const {
+std::optional<SMCBytes> LiveSensor::bytes(const SensorType& type) const {
     if (kind_ == SensorKind::text || kind_ == SensorKind::fanName) return textBytes();
     const auto read = value();
     return read ? encodedNumber(type, *read) : std::nullopt;

@@ -4,6 +4,7 @@
 #include "platform/emulated/SMCKeySource.h"
 #include "platform/linux/SensorChannel.h"
 #include "platform/linux/SensorFile.h"
+#include "platform/linux/SensorValue.h"
 
 #include <atomic>
 #include <chrono>
@@ -13,7 +14,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kelvinbar {
@@ -24,7 +24,8 @@ class DevicePower {
   public:
     static constexpr std::chrono::milliseconds validity{50};
 
-    DevicePower(const std::vector<std::filesystem::path>& states, std::shared_ptr<const MonotonicClock> clock);
+    DevicePower(const std::vector<std::filesystem::path>& states,
+                std::shared_ptr<const MonotonicClock> clock);
 
     [[nodiscard]] bool isAsleep() const;
 
@@ -73,7 +74,7 @@ class LiveSensor {
     [[nodiscard]] std::optional<double> value() const;
 
     /// The bytes of the value in a data type of controllers.
-    [[nodiscard]] std::optional<SMCBytes> bytes(std::string_view type) const;
+    [[nodiscard]] std::optional<SMCBytes> bytes(const SensorType& type) const;
 
     /// Whether a file was found.
     [[nodiscard]] bool isOpen() const { return file_.isOpen(); }

@@ -24,12 +24,18 @@ struct Attribute {
 };
 
 constexpr std::array attributes{
-    Attribute{"voltage_now", SensorKind::voltage, 1e6},     Attribute{"current_now", SensorKind::current, 1e6},
-    Attribute{"power_now", SensorKind::power, 1e6},         Attribute{"charge_now", SensorKind::charge, 1e3},
-    Attribute{"charge_full", SensorKind::charge, 1e3},      Attribute{"charge_full_design", SensorKind::charge, 1e3},
-    Attribute{"cycle_count", SensorKind::count, 1},         Attribute{"capacity", SensorKind::percent, 1},
-    Attribute{"temp", SensorKind::temperature, 10},         Attribute{"time_to_empty_now", SensorKind::duration, 60},
-    Attribute{"time_to_full_now", SensorKind::duration, 60}, Attribute{"status", SensorKind::text, 1},
+    Attribute{"voltage_now", SensorKind::voltage, 1e6},
+    Attribute{"current_now", SensorKind::current, 1e6},
+    Attribute{"power_now", SensorKind::power, 1e6},
+    Attribute{"charge_now", SensorKind::charge, 1e3},
+    Attribute{"charge_full", SensorKind::charge, 1e3},
+    Attribute{"charge_full_design", SensorKind::charge, 1e3},
+    Attribute{"cycle_count", SensorKind::count, 1},
+    Attribute{"capacity", SensorKind::percent, 1},
+    Attribute{"temp", SensorKind::temperature, 10},
+    Attribute{"time_to_empty_now", SensorKind::duration, 60},
+    Attribute{"time_to_full_now", SensorKind::duration, 60},
+    Attribute{"status", SensorKind::text, 1},
     Attribute{"online", SensorKind::flag, 1},
 };
 
@@ -86,8 +92,7 @@ SensorChip chipAt(const fs::path& supply) {
     chip.folder = supply;
     for (const Attribute& attribute : attributes) {
         if (!isThere(supply / attribute.file)) continue;
-        chip.channels.push_back(
-            channelOf(supply, attribute.file, attribute.kind, attribute.countsPerUnit));
+        chip.channels.push_back(channelOf(supply, attribute.file, attribute.kind, attribute.countsPerUnit));
     }
     appendEnergies(chip);
     return chip;
@@ -100,15 +105,14 @@ bool isOfAnotherDevice(const fs::path& supply) { return systemFileLine(supply / 
 std::vector<SensorChip> powerSupplyChips(const fs::path& root) {
     std::vector<fs::path> supplies = classEntries(root, "power_supply");
     std::erase_if(supplies, [](const fs::path& supply) { return systemFileLine(supply / "present") == "0"; });
-    std::ranges::stable_partition(supplies, [](const fs::path& supply) { return !isOfAnotherDevice(supply); });
+    std::ranges::stable_partition(supplies,
+                                  [](const fs::path& supply) { return !isOfAnotherDevice(supply); });
     std::vector<SensorChip> chips;
     chips.reserve(supplies.size());
     for (const fs::path& supply : supplies) chips.push_back(chipAt(supply));
     return chips;
 }
 
-std::string hwmonNameOfSupply(const SensorChip& supply) {
-    return replacedAll(supply.device, "-", "_");
-}
+std::string hwmonNameOfSupply(const SensorChip& supply) { return replacedAll(supply.device, "-", "_"); }
 
 } // namespace kelvinbar

@@ -34,6 +34,7 @@ enum class SensorKind : std::uint8_t {
 /// One channel of a chip: one value that the kernel publishes.
 struct SensorChannel {
     SensorChannel() = default;
+
     SensorChannel(SensorKind kindOfChannel, int numberOfChannel)
         : kind(kindOfChannel), number(numberOfChannel) {}
 
@@ -50,9 +51,9 @@ struct SensorChannel {
 
 /// A device with channels.
 struct SensorChip {
-    std::string device;            ///< where it sits on its bus: the same after every boot
-    std::string name;              ///< the driver's name of the chip
-    std::filesystem::path folder;  ///< where its channels are
+    std::string device;                             ///< where it sits on its bus: the same after every boot
+    std::string name;                               ///< the driver's name of the chip
+    std::filesystem::path folder;                   ///< where its channels are
     std::vector<std::filesystem::path> powerStates; ///< files that tell whether the device sleeps
     std::vector<SensorChannel> channels;
 };

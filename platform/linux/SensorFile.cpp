@@ -62,8 +62,7 @@ SensorFile::~SensorFile() {
 
 std::optional<std::string_view> SensorFile::line(std::span<char> buffer) const {
     if (!isOpen()) return std::nullopt;
-    const ssize_t count =
-        descriptor_ >= 0 ? readFromStart(descriptor_, buffer) : readOnce(path_, buffer);
+    const ssize_t count = descriptor_ >= 0 ? readFromStart(descriptor_, buffer) : readOnce(path_, buffer);
     if (count <= 0 || static_cast<std::size_t>(count) == buffer.size()) return std::nullopt;
     const std::string_view text(buffer.data(), static_cast<std::size_t>(count));
     if (!text.ends_with('\n')) return std::nullopt;
@@ -73,7 +72,9 @@ std::optional<std::string_view> SensorFile::line(std::span<char> buffer) const {
 std::optional<std::int64_t> SensorFile::number() const {
     std::array<char, 64> buffer{};
     const auto text = line(buffer);
-    return text ? wholeNumberIn<std::int64_t>(trimmed(*text)) : std::nullopt;
+    if (!text) return std::nullopt;
+    const auto number = wholeNumberIn<std::int64_t>(*text);
+    return number ? number : wholeNumberIn<std::int64_t>(trimmed(*text)); // some drivers pad with blanks
 }
 
 } // namespace kelvinbar

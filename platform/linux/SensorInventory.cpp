@@ -30,11 +30,11 @@ void dropRepeatedSupplies(std::vector<SensorChip>& chips, const std::vector<Sens
 
 /// Counters that only the administrator can read are no channels of an ordinary user.
 void dropUnreadableCounters(std::vector<SensorChip>& counters, OnceLog& log) {
-    const auto unreadable = std::erase_if(counters, [](const SensorChip& chip) {
-        return !SensorFile(chip.channels.front().file).isOpen();
-    });
+    const auto unreadable = std::erase_if(
+        counters, [](const SensorChip& chip) { return !SensorFile(chip.channels.front().file).isOpen(); });
     if (unreadable > 0) {
-        log.say("the processor's energy counters are left out: the kernel shows them to the administrator only");
+        log.say(
+            "the processor's energy counters are left out: the kernel shows them to the administrator only");
     }
 }
 
@@ -94,7 +94,8 @@ class ListBuilder {
         const SensorKey* const earlier = earlier_.find(code);
         sensor.meter(earlier == nullptr ? nullptr : &earlier->sensor);
         list.places.emplace(code, list.keys.size());
-        list.keys.push_back({code, assigned.type, std::move(sensor)});
+        list.keys.push_back(
+            {code, packedSMCKey(assigned.type), &sensorType(assigned.type), std::move(sensor)});
     }
 
     const std::vector<SensorChip>& chips_;
@@ -111,13 +112,16 @@ const SensorKey* SensorList::find(std::uint32_t code) const {
 }
 
 bool SensorList::isEmpty() const {
-    return keys.empty() && std::ranges::all_of(chips, [](const RegistryChip& chip) { return chip.fans.empty(); });
+    return keys.empty() &&
+           std::ranges::all_of(chips, [](const RegistryChip& chip) { return chip.fans.empty(); });
 }
 
 SensorInventory::SensorInventory(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock,
                                  OnceLog::Sink log)
-    : root_(std::move(root)), clock_(std::move(clock)), log_(std::move(log)),
-      current_(std::make_shared<SensorList>()) {}
+    : root_(std::move(root))
+    , clock_(std::move(clock))
+    , log_(std::move(log))
+    , current_(std::make_shared<SensorList>()) {}
 
 std::shared_ptr<const SensorList> SensorInventory::current() const {
     const std::lock_guard lock(mutex_);

@@ -20,7 +20,8 @@ namespace kelvinbar {
 /// A key with the sensor behind it.
 struct SensorKey {
     std::uint32_t code = 0;
-    std::string_view type;
+    std::uint32_t typeCode = 0; ///< the packed name of `type`
+    const SensorType* type = nullptr;
     LiveSensor sensor;
 };
 

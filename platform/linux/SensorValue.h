@@ -13,11 +13,20 @@ namespace kelvinbar {
 /// give for a sensor that is not there (-128 °C, 65535 RPM) are values that it cannot have.
 bool isPossibleValue(SensorKind kind, double value);
 
-/// Bytes that a value of the data type has in a controller.
-std::uint32_t sizeOfType(std::string_view type);
+/// A data type of controllers.
+struct SensorType {
+    std::string_view name;  ///< four characters
+    std::uint32_t size = 0; ///< in bytes
+    double scale = 0;       ///< of a whole number; 0 for a float or a text
+    double lowest = 0;      ///< of the scaled number
+    double highest = 0;     ///< of the scaled number
+};
 
-/// The bytes of a number in a data type of controllers; nothing when the type cannot hold it.
-std::optional<SMCBytes> encodedNumber(std::string_view type, double value);
+/// The type of that name: one of numbers, or text ("ch8*") for every other name. It lives for ever.
+const SensorType& sensorType(std::string_view name);
+
+/// The bytes of a number; nothing when the type cannot hold it.
+std::optional<SMCBytes> encodedNumber(const SensorType& type, double value);
 
 /// The bytes of a text, cut to what `ch8*` keys hold here.
 SMCBytes encodedText(std::string_view text);

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Reads a made-up /sys of 200 channels through Kelvinbar and through libsensors, in one run, and prints the
+# processor time and the system calls of a pass. usage: scripts/bench-sensors.sh [CHANNELS]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+channels=${1:-200}
+scripts/install-dependencies.sh bench
+{
+  cmake --preset bench
+  cmake --build --preset bench --target kelvinbar_sensor_bench
+} >&2
+export program="$PWD/build/bench/bench/kelvinbar_sensor_bench" channels
+
+# The tree lies over the real one, for this process alone: libsensors looks nowhere else.
+own_mounts=(unshare --mount)
+[[ $(id -u) -eq 0 ]] || own_mounts=(unshare --user --map-root-user --mount)
+"${own_mounts[@]}" bash -euo pipefail <<'EOS'
+  mount -t tmpfs none /sys/class
+  mkdir /sys/class/hwmon
+  "$program" /sys/class/hwmon tree "$channels"
+
+  # The calls of ten passes without those of a start.
+  calls() {
+    local passes file count=()
+    file=$(mktemp)
+    for passes in 0 10; do
+      strace -f -c -o "$file" "$program" read "$1" "$passes" >/dev/null
+      count+=("$(awk '$NF == "total" { print $4 }' "$file")")
+    done
+    rm "$file"
+    echo $(((count[1] - count[0]) / 10))
+  }
+
+  printf '%12s %8s %16s %20s\n' reader values "CPU a pass (ns)" "system calls a pass"
+  for reader in libsensors kelvinbar; do
+    # The median of five.
+    line=$(for _ in 1 2 3 4 5; do "$program" read "$reader" 2000; done | sort -k4n | sed -n 3p)
+    read -r _ values _ time _ <<<"$line"
+    printf '%12s %8d %16d %20d\n' "$reader" "$values" "$time" "$(calls "$reader")"
+    times+=("$time")
+  done
+  awk -v ours="${times[1]}" -v peer="${times[0]}" 'BEGIN { printf "ratio of CPU time: %.2f\n", ours / peer }'
+EOS
