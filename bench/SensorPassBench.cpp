@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -117,8 +117,7 @@ void makeTree(const fs::path& classFolder, int channels) {
 }
 
 void print(std::string_view reader, const Result& result) {
-    std::printf("%.*s %zu values %lld ns/pass\n", static_cast<int>(reader.size()), reader.data(),
-                result.values, static_cast<long long>(result.nanosecondsAPass));
+    std::cout << reader << ' ' << result.values << " values " << result.nanosecondsAPass << " ns/pass\n";
 }
 
 int run(const std::vector<std::string_view>& words) {
@@ -133,9 +132,8 @@ int run(const std::vector<std::string_view>& words) {
         print(words[1], readThroughLibsensors(number));
 #endif
     } else {
-        std::fputs("usage: kelvinbar_sensor_bench read kelvinbar|libsensors PASSES\n"
-                   "       kelvinbar_sensor_bench /FOLDER tree CHANNELS\n",
-                   stderr);
+        std::cerr << "usage: kelvinbar_sensor_bench read kelvinbar|libsensors PASSES\n"
+                     "       kelvinbar_sensor_bench /FOLDER tree CHANNELS\n";
         return 2;
     }
     return 0;

@@ -69,7 +69,7 @@ class AppleSMCFiles final : public AppleSMCRegisters {
 
     bool select(std::uint32_t index) override {
         std::array<char, 16> text{};
-        const auto end = std::to_chars(text.data(), text.data() + text.size(), index).ptr;
+        const char* const end = std::to_chars(text.data(), text.data() + text.size(), index).ptr;
         return ::pwrite(index_.number(), text.data(), static_cast<std::size_t>(end - text.data()), 0) > 0;
     }
 

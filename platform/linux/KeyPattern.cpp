@@ -53,8 +53,9 @@ class FreeKeys {
     }
 
     /// The first key with one of `candidates` at `place`.
-    std::optional<std::string> first(std::string key, std::size_t place, std::string_view candidates) const {
-        const auto found = std::ranges::find_if(candidates, [&](char candidate) {
+    [[nodiscard]] std::optional<std::string> first(std::string key, std::size_t place,
+                                                   std::string_view candidates) const {
+        const auto* const found = std::ranges::find_if(candidates, [&](char candidate) {
             key[place] = candidate;
             return contains(key);
         });
@@ -62,7 +63,7 @@ class FreeKeys {
     }
 
     /// The first key with a pair at `place` that has no name of its own in the catalogue's table.
-    std::optional<std::string> firstPair(std::string key, std::size_t place) const {
+    [[nodiscard]] std::optional<std::string> firstPair(std::string key, std::size_t place) const {
         for (const char first : digitsAndLetters) {
             for (const char second : digitsAndLetters) {
                 key[place] = first;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -105,8 +106,7 @@ bool isOfAnotherDevice(const fs::path& supply) { return systemFileLine(supply / 
 std::vector<SensorChip> powerSupplyChips(const fs::path& root) {
     std::vector<fs::path> supplies = classEntries(root, "power_supply");
     std::erase_if(supplies, [](const fs::path& supply) { return systemFileLine(supply / "present") == "0"; });
-    std::ranges::stable_partition(supplies,
-                                  [](const fs::path& supply) { return !isOfAnotherDevice(supply); });
+    std::stable_partition(supplies.begin(), supplies.end(), std::not_fn(isOfAnotherDevice));
     std::vector<SensorChip> chips;
     chips.reserve(supplies.size());
     for (const fs::path& supply : supplies) chips.push_back(chipAt(supply));

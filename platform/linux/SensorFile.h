@@ -32,7 +32,7 @@ class SensorFile {
 
     /// The line in the file without its line feed, held in `buffer`. Nothing when the file cannot be read,
     /// has no line feed at its end or does not fit: the kernel always writes a whole line.
-    std::optional<std::string_view> line(std::span<char> buffer) const;
+    [[nodiscard]] std::optional<std::string_view> line(std::span<char> buffer) const;
 
     /// The decimal whole number in the file; nothing when it holds anything else.
     [[nodiscard]] std::optional<std::int64_t> number() const;

@@ -27,7 +27,7 @@ struct SensorRule {
     std::string_view keys;
     std::string_view type;
     /// Keys of a real controller that tell the same: where it has one, the channel is left out.
-    std::string_view coveredBy = "";
+    std::string_view coveredBy{};
 };
 
 /// Most particular first.
