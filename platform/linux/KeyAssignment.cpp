@@ -62,6 +62,7 @@ class KeyPlanner {
             for (const SensorChannel& channel : chip.channels) noteOwnKey(chip, channel);
         }
         makeUnique(chipIdentities_);
+        for (const SensorRule& rule : sensorRules()) countFamily(rule);
     }
 
     KeyPlan make() {
@@ -118,7 +119,8 @@ class KeyPlanner {
 
     void placeInRegistry(const RegistryRule& rule) {
         forEachOpenChannel(rule.chips, SensorKind::fan, [&](ChannelPlace place) {
-            if (plan_.registryFans.size() == mostRegistryFans || !isNamedFan(place)) return;
+            const bool hasKey = assignment_.remembered_.contains(identity(place));
+            if (plan_.registryFans.size() == mostRegistryFans || hasKey || !isNamedFan(place)) return;
             plan_.registryFans.push_back({rule.className, place});
             isDone_[place.chip][place.channel] = true;
         });
@@ -128,14 +130,17 @@ class KeyPlanner {
 
     void keepRememberedKeys() {
         for (const SensorRule& rule : sensorRules()) {
+            const bool covered = isCovered(rule);
             forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
-                if (!fitsPattern(rule.labels, at(place).label) || isCovered(rule)) return;
+                if (!fitsPattern(rule.labels, at(place).label)) return;
+                isDone_[place.chip][place.channel] = covered;
                 const auto known = assignment_.remembered_.find(identity(place));
-                if (known == assignment_.remembered_.end() || taken_.contains(known->second)) return;
-                give(place, known->second, rule.type);
+                if (covered || known == assignment_.remembered_.end()) return;
+                const KeyAssignment::Given given = known->second;
+                if (!taken_.contains(given.key)) give(place, given.key, given.type);
             });
         }
-        for (const auto& [channel, key] : assignment_.remembered_) reserved_.insert(key);
+        for (const auto& [channel, given] : assignment_.remembered_) reserved_.insert(given.key);
     }
 
     [[nodiscard]] bool isCovered(const SensorRule& rule) const {
@@ -191,22 +196,36 @@ class KeyPlanner {
         return isKey ? std::optional(label) : std::nullopt;
     }
 
-    /// The chip's index in a family: the one it has had, or the first that no chip has had.
-    int chipIndex(std::string_view family, std::size_t chip) {
+    /// Gives the chips of a family their indices in the order of their devices: the one that a chip has had,
+    /// or the first that no chip has had.
+    void countFamily(const SensorRule& rule) {
+        if (!contains(rule.keys, "@")) return;
         auto& indices = assignment_.indices_;
-        const std::pair key(family, chipIdentities_[chip]);
-        const auto known = indices.find(key);
-        if (known != indices.end()) return known->second;
-        const auto members =
-            std::ranges::count_if(indices, [&](const auto& member) { return member.first.first == family; });
-        return indices[key] = static_cast<int>(members);
+        auto next = static_cast<int>(std::ranges::count_if(
+            indices, [&](const auto& member) { return member.first.first == rule.chips; }));
+        for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
+            if (!fitsPattern(rule.chips, chips_[chip].name)) continue;
+            if (indices.try_emplace({rule.chips, chipIdentities_[chip]}, next).second) ++next;
+        }
+    }
+
+    [[nodiscard]] int chipIndex(std::string_view family, std::size_t chip) const {
+        const auto known = assignment_.indices_.find({family, chipIdentities_[chip]});
+        return known == assignment_.indices_.end() ? 0 : known->second;
     }
 
     void give(ChannelPlace place, std::string key, std::string_view type) {
         isDone_[place.chip][place.channel] = true;
         taken_.insert(key);
-        assignment_.remembered_[identity(place)] = key;
+        remember(identity(place), {key, type});
         plan_.keys.push_back({std::move(key), type, place});
+    }
+
+    void remember(const std::string& channel, const KeyAssignment::Given& given) {
+        std::string& owner = assignment_.owners_[given.key];
+        if (owner != channel) assignment_.remembered_.erase(owner);
+        owner = channel;
+        assignment_.remembered_[channel] = given;
     }
 
     // Attributes of fans

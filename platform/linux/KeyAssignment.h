@@ -40,7 +40,8 @@ struct KeyPlan {
 };
 
 /// Gives channels their keys by the rules. Remembers what it gave: a channel keeps its key for as long as
-/// the program runs, whatever devices come and go, and gets it back when its device returns. A program that
+/// its device stays, whatever others come and go, and gets it back when its device returns. Only when every
+/// other key is taken is the key of an absent device given away for good. A program that
 /// is started again gives the same keys to the same devices.
 class KeyAssignment {
   public:
@@ -52,8 +53,15 @@ class KeyAssignment {
   private:
     friend class KeyPlanner;
 
-    /// Key by what identifies a channel.
-    std::unordered_map<std::string, std::string> remembered_;
+    struct Given {
+        std::string key;
+        std::string_view type;
+    };
+
+    /// By what identifies a channel.
+    std::unordered_map<std::string, Given> remembered_;
+    /// What identifies the channel that a key was given to last.
+    std::unordered_map<std::string, std::string> owners_;
     /// Index of a chip in its family, by the family's pattern and what identifies the chip.
     std::map<std::pair<std::string_view, std::string>, int> indices_;
 };

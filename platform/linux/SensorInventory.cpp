@@ -64,7 +64,7 @@ class ListBuilder {
         list->keys.reserve(plan.keys.size());
         for (const AssignedKey& assigned : plan.keys) appendKey(*list, assigned);
         for (const SensorChip& chip : chips_) {
-            list->chips.push_back({plainRegistryClass, chip.name, chip.device, {}});
+            list->chips.push_back({plainRegistryClass, entryName(chip, list->chips.size()), chip.device, {}});
         }
         for (const RegistryFanPlace& fan : plan.registryFans) {
             RegistryChip& chip = list->chips[fan.place.chip];
@@ -75,6 +75,12 @@ class ListBuilder {
     }
 
   private:
+    /// Of its own, since the walk takes fans of one name, entry and speed for one; short, since the walk
+    /// reads no more than 127 characters of it.
+    static std::string entryName(const SensorChip& chip, std::size_t place) {
+        return std::string(chip.name).append("@").append(std::to_string(place));
+    }
+
     [[nodiscard]] std::shared_ptr<const DevicePower> powerOf(const SensorChip& chip) const {
         if (chip.powerStates.empty()) return nullptr;
         return std::make_shared<DevicePower>(chip.powerStates, clock_);

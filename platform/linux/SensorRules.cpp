@@ -21,9 +21,10 @@ constexpr std::string_view superIO = "nct6*|nct7904|it8*|it87*|f71*|f8*|w836*|w8
                                      "pc87*|smsc47*|vt1211|vt8231|via686a|lm78|asb100";
 constexpr std::string_view nuvotonSuperIO = "nct677*|nct679*|nct610*|w83627ehf|w83627dhg*|w83667hg*";
 constexpr std::string_view boardMonitors = "asus_wmi_sensors|asus-ec-sensors|asusec|atk0110|hp_wmi_sensors";
-constexpr std::string_view batteries = "battery:*|BAT*|CMB*|macsmc_battery|hidpp_battery_*|axp*battery";
+constexpr std::string_view batteries = "battery:*";
+constexpr std::string_view batteryMonitors = "BAT?|CMB?|macsmc_battery|hidpp_battery_*|axp*battery";
 constexpr std::string_view chargers = "charger:*";
-constexpr std::string_view chargerChips = "ucsi_source*|AC*|ADP*";
+constexpr std::string_view chargerMonitors = "ucsi_source*|AC|AC?|ACAD|ADP?";
 
 constexpr std::array rules{
     // Apple's controller where only its temperatures and fans can be read
@@ -118,8 +119,14 @@ constexpr std::array rules{
     SensorRule{chargers, voltage, any, "CH0V", "flt ", "CH0V"},
     SensorRule{chargers, current, any, "CH0C", "flt ", "CH0C"},
     SensorRule{chargers, power, any, "CH0W ACPW", "flt ", "CH0W|ACPW"},
-    SensorRule{chargerChips, voltage, any, "CH0V", "flt "},
-    SensorRule{chargerChips, current, any, "CH0C", "flt "},
+
+    // The same where only their monitors are published
+    SensorRule{batteryMonitors, voltage, any, "B@AV", "flt ", "B?AV"},
+    SensorRule{batteryMonitors, current, any, "B@Am", "flt ", "B?AC|B?Am"},
+    SensorRule{batteryMonitors, power, any, "B@AP", "flt ", "B?AP"},
+    SensorRule{batteryMonitors, temperature, any, "TB@T TB++", "flt ", "TB0T"},
+    SensorRule{chargerMonitors, voltage, any, "CH0V", "flt "},
+    SensorRule{chargerMonitors, current, any, "CH0C", "flt "},
 
     // Any chip, by what its label says
     SensorRule{any, temperature, "*vrm*|*vreg*", "TVRM", "flt "},
@@ -173,8 +180,6 @@ constexpr std::array registryChips{
     RegistryRule{boardMonitors, "HwmonACPISensors"},
 };
 
-char lowercased(char character) { return asciiLowercased(character); }
-
 /// One alternative of a pattern. Linear but for texts that come back to a "*" many times, which are short.
 bool fitsAlternative(std::string_view pattern, std::string_view text) {
     if (pattern.empty()) return text.empty();
@@ -185,8 +190,11 @@ bool fitsAlternative(std::string_view pattern, std::string_view text) {
         return false;
     }
     if (text.empty()) return false;
-    if (pattern.front() != '?' && lowercased(pattern.front()) != lowercased(text.front())) return false;
-    return fitsAlternative(pattern.substr(1), text.substr(1));
+    if (pattern.front() == '?') {
+        return fitsAlternative(pattern.substr(1), text.substr(firstCharacters(text, 1).size()));
+    }
+    const bool isSame = asciiLowercased(pattern.front()) == asciiLowercased(text.front());
+    return isSame && fitsAlternative(pattern.substr(1), text.substr(1));
 }
 
 } // namespace

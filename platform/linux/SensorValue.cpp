@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace kelvinbar {
 
@@ -27,23 +28,25 @@ constexpr std::array ranges{
 };
 
 constexpr std::array types{
-    SensorType{"flt ", 4},
-    SensorType{"ui16", 2, 1, 0, 65535},
-    SensorType{"ui32", 4, 1, 0, 4294967295.0},
-    SensorType{"ui8 ", 1, 1, 0, 255},
-    SensorType{"flag", 1, 1, 0, 1},
-    SensorType{"sp78", 2, 256, -32768, 32767},
-    SensorType{"fpe2", 2, 4, 0, 65535},
+    SensorType{"flt ", SensorType::Form::floating, 4},
+    SensorType{"ui16", SensorType::Form::whole, 2, 1, 0, 65535},
+    SensorType{"ui32", SensorType::Form::whole, 4, 1, 0, 4294967295.0},
+    SensorType{"ui8 ", SensorType::Form::whole, 1, 1, 0, 255},
+    SensorType{"flag", SensorType::Form::whole, 1, 1, 0, 1},
+    SensorType{"sp78", SensorType::Form::whole, 2, 256, -32768, 32767},
+    SensorType{"fpe2", SensorType::Form::whole, 2, 4, 0, 65535},
 };
 
-constexpr SensorType textType{"ch8*", 32};
+constexpr SensorType textType{"ch8*", SensorType::Form::text, 32};
 
 /// Floats are little-endian in controllers.
-SMCBytes encodedFloat(double value) {
+std::optional<SMCBytes> encodedFloat(double value) {
+    if (std::abs(value) > std::numeric_limits<float>::max()) return std::nullopt;
     const auto bits = std::bit_cast<std::uint32_t>(static_cast<float>(value));
     SMCBytes bytes{};
-    for (std::size_t place = 0; place < 4; ++place)
+    for (std::size_t place = 0; place < 4; ++place) {
         bytes[place] = static_cast<std::uint8_t>(bits >> (8 * place));
+    }
     return bytes;
 }
 
@@ -69,7 +72,8 @@ const SensorType& sensorType(std::string_view name) {
 }
 
 std::optional<SMCBytes> encodedNumber(const SensorType& type, double value) {
-    if (type.scale == 0) return encodedFloat(value);
+    if (type.form == SensorType::Form::text || !std::isfinite(value)) return std::nullopt;
+    if (type.form == SensorType::Form::floating) return encodedFloat(value);
     const double scaled = std::round(value * type.scale);
     if (scaled < type.lowest || scaled > type.highest) return std::nullopt;
     return encodedWhole(static_cast<std::int64_t>(scaled), type.size);

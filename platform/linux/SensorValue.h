@@ -15,11 +15,14 @@ bool isPossibleValue(SensorKind kind, double value);
 
 /// A data type of controllers.
 struct SensorType {
-    std::string_view name;  ///< four characters
+    enum class Form : std::uint8_t { text, floating, whole };
+
+    std::string_view name; ///< four characters
+    Form form = Form::text;
     std::uint32_t size = 0; ///< in bytes
-    double scale = 0;       ///< of a whole number; 0 for a float or a text
-    double lowest = 0;      ///< of the scaled number
-    double highest = 0;     ///< of the scaled number
+    double scale = 0;       ///< of a whole number, as all that follows
+    double lowest = 0;
+    double highest = 0;
 };
 
 /// The type of that name: one of numbers, or text ("ch8*") for every other name. It lives for ever.
