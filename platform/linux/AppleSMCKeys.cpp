@@ -52,12 +52,15 @@ void AppleSMCKeys::list(std::uint32_t count) {
     constexpr std::uint32_t mostKeys = 8192;
     keys_.clear();
     places_.clear();
+    bool isComplete = true;
     for (std::uint32_t index = 0; index < count && index < mostKeys; ++index) {
         const auto code = codeAt(index);
+        isComplete = isComplete && code;
         if (!code || !places_.try_emplace(*code, keys_.size()).second) continue;
         keys_.emplace_back(*code, index);
     }
-    listedCount_ = count;
+    // A list that others disturbed is made again the next time.
+    listedCount_ = isComplete ? count : 0;
 }
 
 std::optional<std::uint32_t> AppleSMCKeys::codeAt(std::uint32_t index) {

@@ -64,7 +64,7 @@ std::string devicePath(const fs::path& root, const fs::path& entry) {
     // A tree that holds no more than the class: a link tells the device even where it leads nowhere.
     const fs::path target = fs::read_symlink(entry / "device", error);
     if (!target.empty()) return stablePart(target);
-    if (fs::is_symlink(entry, error)) return stablePart(self);
+    if (fs::is_symlink(entry, error)) return stablePart(self.lexically_relative(fs::canonical(root, error)));
     return systemFileText(entry / "device/uevent").value_or("");
 }
 

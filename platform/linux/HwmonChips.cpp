@@ -65,7 +65,8 @@ std::optional<int> channelNumber(std::string_view name, const ChannelFile& kind)
     name.remove_prefix(kind.prefix.size());
     const std::size_t line = name.find('_');
     if (line == std::string_view::npos || name.substr(line + 1) != kind.item) return std::nullopt;
-    return wholeNumberIn<std::uint16_t>(name.substr(0, line));
+    const bool isPadded = line > 1 && name.front() == '0';
+    return isPadded ? std::nullopt : wholeNumberIn<std::uint16_t>(name.substr(0, line));
 }
 
 /// Reads what is told once of a channel: its label, and whether it is switched off.

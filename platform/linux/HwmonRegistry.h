@@ -12,13 +12,12 @@ namespace kelvinbar {
 /// properties under their labels; every other channel is a key of the emulated controller.
 class HwmonRegistry final : public IORegistry {
   public:
-    explicit HwmonRegistry(std::shared_ptr<const SensorInventory> inventory)
-        : inventory_(std::move(inventory)) {}
+    explicit HwmonRegistry(std::shared_ptr<SensorInventory> inventory) : inventory_(std::move(inventory)) {}
 
     std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view plane) override;
 
   private:
-    std::shared_ptr<const SensorInventory> inventory_;
+    std::shared_ptr<SensorInventory> inventory_;
 };
 
 } // namespace kelvinbar

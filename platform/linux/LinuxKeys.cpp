@@ -4,6 +4,7 @@
 #include "platform/linux/SystemFile.h"
 #include "smc/SMCKeyText.h"
 
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace kelvinbar {
 LinuxKeys::LinuxKeys(std::shared_ptr<SensorInventory> inventory, OpenController openController)
     : inventory_(std::move(inventory))
     , openController_(std::move(openController))
-    , sensors_(inventory_->current()) {}
+    , sensors_(std::make_shared<SensorList>()) {}
 
 bool LinuxKeys::isPresent() {
     rebuild();
@@ -21,7 +22,9 @@ bool LinuxKeys::isPresent() {
 }
 
 std::size_t LinuxKeys::keyCount() {
-    if (!std::exchange(isFresh_, false)) rebuild();
+    // The list that told whether there is anything to open serves the listing that follows at once.
+    constexpr std::chrono::seconds moment{1};
+    if (!std::exchange(isFresh_, false) || inventory_->age() > moment) rebuild();
     return controllerKeyCount_ + sensors_->keys.size();
 }
 

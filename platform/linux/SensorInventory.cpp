@@ -124,22 +124,31 @@ bool SensorList::isEmpty() const {
 
 SensorInventory::SensorInventory(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock,
                                  OnceLog::Sink log)
-    : root_(std::move(root))
-    , clock_(std::move(clock))
-    , log_(std::move(log))
-    , current_(std::make_shared<SensorList>()) {}
+    : root_(std::move(root)), clock_(std::move(clock)), log_(std::move(log)) {}
 
-std::shared_ptr<const SensorList> SensorInventory::current() const {
+std::shared_ptr<const SensorList> SensorInventory::current() {
     const std::lock_guard lock(mutex_);
+    if (current_ == nullptr) build({});
     return current_;
+}
+
+std::chrono::nanoseconds SensorInventory::age() const {
+    const std::lock_guard lock(mutex_);
+    return clock_->now() - builtAt_;
 }
 
 void SensorInventory::rebuild(const KeyAssignment::KeySet& controllerKeys) {
     const std::lock_guard lock(mutex_);
+    build(controllerKeys);
+}
+
+void SensorInventory::build(const KeyAssignment::KeySet& controllerKeys) {
     const std::vector<SensorChip> found = chips(!controllerKeys.empty());
     const KeyPlan plan = assignment_.plan(found, controllerKeys);
     sayWhatIsUnplaced(found, plan, log_);
-    current_ = ListBuilder(found, *current_, clock_).build(plan);
+    const SensorList none;
+    current_ = ListBuilder(found, current_ == nullptr ? none : *current_, clock_).build(plan);
+    builtAt_ = clock_->now();
 }
 
 void SensorInventory::say(const std::string& message) {

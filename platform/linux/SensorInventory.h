@@ -5,6 +5,7 @@
 #include "platform/linux/LiveSensor.h"
 #include "platform/linux/OnceLog.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -51,8 +52,11 @@ class SensorInventory {
     SensorInventory(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock,
                     OnceLog::Sink log);
 
-    /// The last list; never null.
-    [[nodiscard]] std::shared_ptr<const SensorList> current() const;
+    /// The last list, or the first one; never null.
+    [[nodiscard]] std::shared_ptr<const SensorList> current();
+
+    /// How long ago the last list was made.
+    [[nodiscard]] std::chrono::nanoseconds age() const;
 
     /// Looks for sensors anew. With `controllerKeys` of a real controller, its own chip is left out and so is
     /// what it tells itself; without, they are empty.
@@ -63,6 +67,7 @@ class SensorInventory {
     void say(const std::string& message);
 
   private:
+    void build(const KeyAssignment::KeySet& controllerKeys);
     std::vector<SensorChip> chips(bool hasController);
 
     const std::filesystem::path root_;
@@ -70,7 +75,8 @@ class SensorInventory {
     mutable std::mutex mutex_; ///< guards what follows
     OnceLog log_;
     KeyAssignment assignment_;
-    std::shared_ptr<const SensorList> current_;
+    std::shared_ptr<const SensorList> current_; ///< null before the first one
+    std::chrono::nanoseconds builtAt_{0};
 };
 
 } // namespace kelvinbar
