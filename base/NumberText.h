@@ -28,6 +28,17 @@ double leadingNumber(std::string_view text);
 /// Whether all of `text` is such a number, without white space.
 bool isNumber(std::string_view text);
 
+/// The decimal whole number at the front of `text`, which loses it; nothing when there is none or it does not
+/// fit.
+template <typename Integer>
+std::optional<Integer> takeWholeNumber(std::string_view& text) {
+    Integer number = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc()) return std::nullopt;
+    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
+    return number;
+}
+
 /// The decimal whole number that all of `text` is; nothing when it is none or does not fit.
 template <typename Integer>
 std::optional<Integer> wholeNumberIn(std::string_view text) {

@@ -52,27 +52,28 @@ void AppleSMCKeys::list(std::uint32_t count) {
     constexpr std::uint32_t mostKeys = 8192;
     keys_.clear();
     places_.clear();
-    bool isComplete = true;
-    for (std::uint32_t index = 0; index < count && index < mostKeys; ++index) {
-        const auto code = codeAt(index);
-        isComplete = isComplete && code;
-        if (!code || !places_.try_emplace(*code, keys_.size()).second) continue;
-        keys_.emplace_back(*code, index);
-    }
     // A list that others disturbed is made again the next time.
-    listedCount_ = isComplete ? count : 0;
+    listedCount_ = count;
+    for (std::uint32_t index = 0; index < count && index < mostKeys; ++index) {
+        std::uint32_t code = 0;
+        const Outcome outcome = readCodeAt(index, code);
+        if (outcome == Outcome::disturbed) listedCount_ = 0;
+        if (outcome != Outcome::done || !places_.try_emplace(code, keys_.size()).second) continue;
+        keys_.emplace_back(code, index);
+    }
 }
 
-std::optional<std::uint32_t> AppleSMCKeys::codeAt(std::uint32_t index) {
+AppleSMCKeys::Outcome AppleSMCKeys::readCodeAt(std::uint32_t index, std::uint32_t& code) {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const Lock lock(*registers_);
-        if (!registers_->select(index)) return std::nullopt;
+        if (!registers_->select(index)) return Outcome::refused;
         const auto name = registers_->keyName();
         if (registers_->selectedIndex() != index) continue;
-        if (!name || !isPrintableSMCKey(*name)) return std::nullopt;
-        return packedSMCKey(*name);
+        if (!name || !isPrintableSMCKey(*name)) return Outcome::refused;
+        code = packedSMCKey(*name);
+        return Outcome::done;
     }
-    return std::nullopt;
+    return Outcome::disturbed;
 }
 
 std::optional<std::uint32_t> AppleSMCKeys::keyAtIndex(std::uint32_t index) {

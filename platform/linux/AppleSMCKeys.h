@@ -44,7 +44,7 @@ class AppleSMCKeys final : public SMCKeySource {
     enum class Outcome : std::uint8_t { done, refused, disturbed };
 
     void list(std::uint32_t count);
-    std::optional<std::uint32_t> codeAt(std::uint32_t index);
+    Outcome readCodeAt(std::uint32_t index, std::uint32_t& code);
     Key* find(std::uint32_t code);
 
     /// Runs `read` while the key is chosen, until nobody else has chosen another meanwhile.

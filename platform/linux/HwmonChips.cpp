@@ -72,7 +72,8 @@ std::optional<int> channelNumber(std::string_view name, const ChannelFile& kind)
 /// Reads what is told once of a channel: its label, and whether it is switched off.
 class ChannelReader {
   public:
-    ChannelReader(const fs::path& folder, const FileNames& names) : folder_(folder), names_(names) {}
+    ChannelReader(const fs::path& folder, const FileNames& names, bool isAsleep)
+        : folder_(folder), names_(names), isAsleep_(isAsleep) {}
 
     [[nodiscard]] SensorChannel channel(const ChannelFile& kind, int number) const {
         const std::string stem = std::string(kind.prefix).append(std::to_string(number));
@@ -82,7 +83,7 @@ class ChannelReader {
         channel.isLabelled = !channel.label.empty();
         if (!channel.isLabelled) channel.label = stem;
         // A channel that is switched off keeps its key, and that cannot be read.
-        if (textOf(stem + "_enable") != "0") {
+        if (!isSwitchedOff(kind, stem)) {
             channel.file = folder_ / std::string(stem).append("_").append(kind.item);
         }
         const std::string fault = stem + "_fault";
@@ -91,21 +92,27 @@ class ChannelReader {
     }
 
   private:
+    /// A fan's file of that name tells how graphics cards control it.
+    [[nodiscard]] bool isSwitchedOff(const ChannelFile& kind, const std::string& stem) const {
+        return kind.prefix != "fan" && !isAsleep_ && textOf(stem + "_enable") == "0";
+    }
+
     [[nodiscard]] std::string textOf(const std::string& name) const {
         return names_.contains(name) ? systemFileLine(folder_ / name).value_or("") : std::string();
     }
 
     const fs::path& folder_;
     const FileNames& names_;
+    bool isAsleep_; ///< some drivers wake their device to tell whether a channel is on
 };
 
 bool isEarlierChannel(const SensorChannel& left, const SensorChannel& right) {
     return std::pair(left.kind, left.number) < std::pair(right.kind, right.number);
 }
 
-std::vector<SensorChannel> channelsIn(const fs::path& folder) {
+std::vector<SensorChannel> channelsIn(const fs::path& folder, bool isAsleep) {
     const FileNames names = fileNames(folder);
-    const ChannelReader reader(folder, names);
+    const ChannelReader reader(folder, names, isAsleep);
     std::vector<SensorChannel> channels;
     for (const ChannelFile& kind : channelFiles) {
         for (auto name = names.lower_bound(kind.prefix); name != names.end(); ++name) {
@@ -155,13 +162,30 @@ std::vector<fs::path> powerStates(const fs::path& entry) {
     return states;
 }
 
+bool isAnyAsleep(const std::vector<fs::path>& states) {
+    return std::ranges::any_of(states, [](const fs::path& state) {
+        return systemFileLine(state).value_or("").starts_with("suspend");
+    });
+}
+
+/// "iwlwifi_1" and "mt7921_phy0" without the numbers that count up when a driver is loaded again.
+std::string withoutCounter(std::string_view name) {
+    const std::size_t line = name.rfind('_');
+    if (line == std::string_view::npos || line + 1 == name.size()) return std::string(name);
+    std::string_view counter = name.substr(line + 1);
+    if (counter.starts_with("phy")) counter.remove_prefix(3);
+    const bool isCounter = std::ranges::all_of(counter, [](char digit) { return isDecimalDigit(digit); });
+    return std::string(isCounter ? name.substr(0, line) : name);
+}
+
 SensorChip chipAt(const fs::path& root, const fs::path& entry) {
     SensorChip chip;
     chip.folder = channelFolder(entry);
     chip.device = devicePath(root, entry);
     chip.name = systemFileLine(chip.folder / "name").value_or("");
+    chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
     chip.powerStates = powerStates(entry);
-    chip.channels = channelsIn(chip.folder);
+    chip.channels = channelsIn(chip.folder, isAnyAsleep(chip.powerStates));
     appendFanNames(chip);
     return chip;
 }

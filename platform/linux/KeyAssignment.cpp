@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::string_view labelItself = "????";
 
+/// As many as a hex digit tells.
+constexpr std::ptrdiff_t mostIndices = 16;
+
 /// Fans of the registry that the catalogue has keys for (FAN0 to FAN7).
 constexpr std::size_t mostRegistryFans = 8;
 
@@ -31,7 +34,7 @@ bool isFanAttribute(SensorKind kind) {
                                [=](const FanAttributeRule& rule) { return rule.kind == kind; });
 }
 
-std::string identityOf(const SensorChip& chip) { return chip.device + "\n" + chip.name; }
+std::string identityOf(const SensorChip& chip) { return chip.device + "\n" + chip.stableName; }
 
 std::string identityOf(const SensorChannel& channel) {
     std::string identity = "\n";
@@ -66,6 +69,7 @@ class KeyPlanner {
     }
 
     KeyPlan make() {
+        leaveOutCovered();
         for (const RegistryRule& rule : registryRules()) placeInRegistry(rule);
         keepRememberedKeys();
         isReserving_ = true;
@@ -128,14 +132,25 @@ class KeyPlanner {
 
     // Keys
 
-    void keepRememberedKeys() {
+    /// The first rule that fits a channel says whether the controller tells it already.
+    void leaveOutCovered() {
+        std::set<std::pair<std::size_t, std::size_t>> decided;
         for (const SensorRule& rule : sensorRules()) {
             const bool covered = isCovered(rule);
             forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
                 if (!fitsPattern(rule.labels, at(place).label)) return;
+                if (!decided.emplace(place.chip, place.channel).second) return;
                 isDone_[place.chip][place.channel] = covered;
+            });
+        }
+    }
+
+    void keepRememberedKeys() {
+        for (const SensorRule& rule : sensorRules()) {
+            forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+                if (!fitsPattern(rule.labels, at(place).label)) return;
                 const auto known = assignment_.remembered_.find(identity(place));
-                if (covered || known == assignment_.remembered_.end()) return;
+                if (known == assignment_.remembered_.end()) return;
                 const KeyAssignment::Given given = known->second;
                 if (!taken_.contains(given.key)) give(place, given.key, given.type);
             });
@@ -151,26 +166,16 @@ class KeyPlanner {
 
     /// Keys differ by letter case, unlike the names of chips and labels.
     static bool fitsKeys(std::string_view pattern, std::string_view key) {
-        for (;;) {
-            const std::size_t end = std::min(pattern.find('|'), pattern.size());
-            const std::string_view one = pattern.substr(0, end);
-            if (std::ranges::equal(one, key,
-                                   [](char left, char right) { return left == '?' || left == right; }))
-                return true;
-            if (end == pattern.size()) return false;
-            pattern.remove_prefix(end + 1);
-        }
+        return fitsAnyAlternative(pattern, [&](std::string_view alternative) {
+            return std::ranges::equal(alternative, key,
+                                      [](char left, char right) { return left == '?' || left == right; });
+        });
     }
 
     void apply(const SensorRule& rule) {
-        const bool covered = isCovered(rule);
         forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
             if (!fitsPattern(rule.labels, at(place).label)) return;
-            if (covered) {
-                isDone_[place.chip][place.channel] = true;
-            } else if (auto key = freeKey(rule, place)) {
-                give(place, *std::move(key), rule.type);
-            }
+            if (auto key = freeKey(rule, place)) give(place, *std::move(key), rule.type);
         });
     }
 
@@ -197,16 +202,31 @@ class KeyPlanner {
     }
 
     /// Gives the chips of a family their indices in the order of their devices: the one that a chip has had,
-    /// or the first that no chip has had.
+    /// or the first that no chip has had. When all are given, those of absent chips are given anew.
     void countFamily(const SensorRule& rule) {
         if (!contains(rule.keys, "@")) return;
         auto& indices = assignment_.indices_;
-        auto next = static_cast<int>(std::ranges::count_if(
-            indices, [&](const auto& member) { return member.first.first == rule.chips; }));
+        const auto isOfFamily = [&](const auto& member) { return member.first.first == rule.chips; };
+        if (std::ranges::count_if(indices, isOfFamily) >= mostIndices) {
+            std::erase_if(indices, [&](const auto& member) {
+                return isOfFamily(member) &&
+                       std::ranges::find(chipIdentities_, member.first.second) == chipIdentities_.end();
+            });
+        }
         for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
             if (!fitsPattern(rule.chips, chips_[chip].name)) continue;
-            if (indices.try_emplace({rule.chips, chipIdentities_[chip]}, next).second) ++next;
+            indices.try_emplace({rule.chips, chipIdentities_[chip]}, firstFreeIndex(rule.chips));
         }
+    }
+
+    [[nodiscard]] int firstFreeIndex(std::string_view family) const {
+        std::set<int> given;
+        for (const auto& [member, index] : assignment_.indices_) {
+            if (member.first == family) given.insert(index);
+        }
+        int index = 0;
+        while (given.contains(index)) ++index;
+        return index;
     }
 
     [[nodiscard]] int chipIndex(std::string_view family, std::size_t chip) const {

@@ -10,6 +10,7 @@ namespace kelvinbar {
 namespace {
 
 constexpr std::string_view hexDigits = "0123456789ABCDEF";
+constexpr std::string_view otherLetters = "GHIJKLMNOPQRSTUVWXYZ";
 constexpr std::string_view digitsAndLetters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
 std::optional<char> hexDigit(std::optional<int> number) {
@@ -91,6 +92,9 @@ std::optional<std::string> keyByPattern(std::string_view pattern, const KeyDigit
     if (const std::size_t place = key->find_first_of("+^"); place != std::string::npos) {
         const std::size_t first = (*key)[place] == '^' ? 1 : 0;
         return freeKeys.first(*std::move(key), place, hexDigits.substr(first));
+    }
+    if (const std::size_t place = key->find('~'); place != std::string::npos) {
+        return freeKeys.first(*std::move(key), place, otherLetters);
     }
     return freeKeys.contains(*key) ? key : std::nullopt;
 }

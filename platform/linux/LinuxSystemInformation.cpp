@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxSystemInformation.h"
 
+#include "base/NumberText.h"
 #include "base/Text.h"
 #include "platform/linux/ProcessorList.h"
 #include "platform/linux/SystemFile.h"
@@ -28,16 +29,6 @@ std::optional<std::string> procValue(const std::filesystem::path& file, std::str
     return std::nullopt;
 }
 
-/// The whole number at the front of `text`, which loses it; nothing when there is none.
-template <typename Number>
-std::optional<Number> takeNumber(std::string_view& text) {
-    Number number = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc()) return std::nullopt;
-    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
-    return number;
-}
-
 std::optional<std::string> zeroTerminated(std::optional<std::string> text) {
     if (text) text->push_back('\0');
     return text;
@@ -64,15 +55,20 @@ int LinuxSystemInformation::activeProcessorCount() const {
 std::uint64_t LinuxSystemInformation::physicalMemory() const {
     const std::string total = procValue(root_ / "proc/meminfo", "MemTotal").value_or("");
     std::string_view text = total;
-    const std::uint64_t kibibytes = takeNumber<std::uint64_t>(text).value_or(0);
+    const std::uint64_t kibibytes = takeWholeNumber<std::uint64_t>(text).value_or(0);
     return trimmed(text) == "kB" ? kibibytes * 1024 : 0;
 }
 
 int LinuxSystemInformation::thermalState() const { return thermalStateOfZones(root_ / "sys/class/thermal"); }
 
 bool LinuxSystemInformation::isLowPowerModeEnabled() const {
-    const auto profile = systemFileLine(root_ / "sys/firmware/acpi/platform_profile");
-    if (profile) return profile == "low-power";
+    const std::filesystem::path firmware = root_ / "sys/firmware/acpi";
+    if (const auto profile = systemFileLine(firmware / "platform_profile")) {
+        // Firmware without a profile of that name saves power by one of these.
+        const bool hasLowPower = contains(
+            systemFileText(firmware / "platform_profile_choices").value_or("low-power"), "low-power");
+        return profile == "low-power" || (!hasLowPower && (profile == "quiet" || profile == "cool"));
+    }
     // Without a profile of the firmware, the power-profiles service saves power by this preference.
     return systemFileLine(root_ / "sys/devices/system/cpu/cpufreq/policy0/energy_performance_preference") ==
            "power";

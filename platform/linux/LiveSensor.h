@@ -32,7 +32,7 @@ class DevicePower {
   private:
     [[nodiscard]] bool askKernel() const;
 
-    std::vector<SensorFile> states_;
+    std::vector<std::shared_ptr<const SensorFile>> states_;
     std::shared_ptr<const MonotonicClock> clock_;
     mutable std::atomic<std::int64_t> askedAt_; ///< nanoseconds of the clock
     mutable std::atomic<bool> wasAsleep_{false};
@@ -55,6 +55,10 @@ class PowerMeter {
     std::optional<double> powerAt(double joules, std::chrono::nanoseconds now);
 
   private:
+    static constexpr double mostPower = 2000; ///< watts, of one processor or card
+
+    [[nodiscard]] std::optional<double> powerOf(double growth, double seconds) const;
+
     double range_;
     std::optional<double> joules_;
     std::chrono::nanoseconds time_{0};
@@ -77,12 +81,13 @@ class LiveSensor {
     [[nodiscard]] std::optional<SMCBytes> bytes(const SensorType& type) const;
 
     /// Whether a file was found.
-    [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
+    [[nodiscard]] bool isOpen() const { return file_ != nullptr && file_->isOpen(); }
 
     /// Begins to meter an energy counter, or goes on with the meter of `earlier` (may be null).
     void meter(const LiveSensor* earlier);
 
   private:
+    [[nodiscard]] std::optional<std::int64_t> number() const;
     [[nodiscard]] bool isTrustworthy() const;
     [[nodiscard]] std::optional<double> meteredPower() const;
     [[nodiscard]] std::optional<SMCBytes> textBytes() const;
@@ -90,8 +95,8 @@ class LiveSensor {
     SensorKind kind_;
     double countsPerUnit_;
     std::string text_;
-    SensorFile file_;
-    SensorFile fault_;
+    std::shared_ptr<const SensorFile> file_;  ///< null for a value that does not change
+    std::shared_ptr<const SensorFile> fault_; ///< null without one
     std::shared_ptr<const DevicePower> power_;
     std::shared_ptr<const MonotonicClock> clock_;
     std::shared_ptr<PowerMeter> meter_; ///< of an energy counter only

@@ -34,6 +34,7 @@ constexpr std::array attributes{
     Attribute{"cycle_count", SensorKind::count, 1},
     Attribute{"capacity", SensorKind::percent, 1},
     Attribute{"temp", SensorKind::temperature, 10},
+    Attribute{"temp_ambient", SensorKind::temperature, 10},
     Attribute{"time_to_empty_now", SensorKind::duration, 60},
     Attribute{"time_to_full_now", SensorKind::duration, 60},
     Attribute{"status", SensorKind::text, 1},
@@ -62,9 +63,10 @@ SensorChannel channelOf(const fs::path& supply, std::string_view attribute, Sens
     return channel;
 }
 
-/// The voltage at which the supply's energy counts as charge, in microvolts; 0 when it tells none.
-double designMicrovolts(const fs::path& supply) {
-    for (const char* const file : {"voltage_min_design", "voltage_max_design"}) {
+/// The voltage at which the supply's energy counts as charge, in microvolts: the one it was designed for, or
+/// that of now; 0 when it tells none.
+double microvoltsOfCharge(const fs::path& supply) {
+    for (const char* const file : {"voltage_min_design", "voltage_max_design", "voltage_now"}) {
         const auto voltage = systemFileNumber(supply / file);
         if (voltage && *voltage > 0) return static_cast<double>(*voltage);
     }
@@ -72,7 +74,7 @@ double designMicrovolts(const fs::path& supply) {
 }
 
 void appendEnergies(SensorChip& chip) {
-    const double voltage = designMicrovolts(chip.folder);
+    const double voltage = microvoltsOfCharge(chip.folder);
     if (voltage == 0) return;
     for (const auto& [energy, charge] : energyAttributes) {
         if (isThere(chip.folder / charge) || !isThere(chip.folder / energy)) continue;
@@ -81,25 +83,32 @@ void appendEnergies(SensorChip& chip) {
     }
 }
 
-std::string chipName(const fs::path& supply) {
-    const bool isBattery = systemFileLine(supply / "type") == "Battery";
-    return std::string(isBattery ? batteryChipPrefix : chargerChipPrefix).append(supply.filename().string());
+bool isOfAnotherDevice(const fs::path& supply) { return systemFileLine(supply / "scope") == "Device"; }
+
+std::string_view chipPrefix(const fs::path& supply) {
+    const auto type = systemFileLine(supply / "type");
+    if (type != "Battery" && type != "UPS") return chargerChipPrefix;
+    return isOfAnotherDevice(supply) ? peripheralChipPrefix : batteryChipPrefix;
 }
 
 SensorChip chipAt(const fs::path& supply) {
+    const std::string entry = supply.filename().string();
+    const std::string_view prefix = chipPrefix(supply);
     SensorChip chip;
-    chip.device = supply.filename().string();
-    chip.name = chipName(supply);
+    chip.name = std::string(prefix).append(entry);
+    // The entries of devices that come and go are counted up; their serial numbers stay.
+    chip.device = systemFileLine(supply / "serial_number").value_or(entry);
+    chip.stableName = prefix;
     chip.folder = supply;
     for (const Attribute& attribute : attributes) {
+        const bool isForChargersOnly = attribute.kind == SensorKind::flag;
+        if (isForChargersOnly && prefix != chargerChipPrefix) continue;
         if (!isThere(supply / attribute.file)) continue;
         chip.channels.push_back(channelOf(supply, attribute.file, attribute.kind, attribute.countsPerUnit));
     }
     appendEnergies(chip);
     return chip;
 }
-
-bool isOfAnotherDevice(const fs::path& supply) { return systemFileLine(supply / "scope") == "Device"; }
 
 } // namespace
 
@@ -113,6 +122,8 @@ std::vector<SensorChip> powerSupplyChips(const fs::path& root) {
     return chips;
 }
 
-std::string hwmonNameOfSupply(const SensorChip& supply) { return replacedAll(supply.device, "-", "_"); }
+std::string hwmonNameOfSupply(const SensorChip& supply) {
+    return replacedAll(supply.folder.filename().string(), "-", "_");
+}
 
 } // namespace kelvinbar

@@ -9,8 +9,9 @@
 
 namespace kelvinbar {
 
-/// Names of the chips that power supplies make: "battery:BAT0", "charger:AC".
+/// Names of the chips that power supplies make: "battery:BAT0", "charger:AC", "peripheral:hidpp_battery_0".
 inline constexpr std::string_view batteryChipPrefix = "battery:";
+inline constexpr std::string_view peripheralChipPrefix = "peripheral:";
 inline constexpr std::string_view chargerChipPrefix = "charger:";
 
 /// The batteries and chargers of the kernel's power-supply class, each as a chip whose channels are labelled

@@ -20,7 +20,7 @@ SensorChip chipAt(const fs::path& zone, const std::string& label) {
     channel.range = zone / "max_energy_range_uj";
     SensorChip chip;
     chip.device = zone.filename().string();
-    chip.name = "rapl";
+    chip.name = chip.stableName = "rapl";
     chip.folder = zone;
     chip.channels.push_back(std::move(channel));
     return chip;

@@ -51,9 +51,10 @@ struct SensorChannel {
 
 /// A device with channels.
 struct SensorChip {
-    std::string device;                             ///< where it sits on its bus: the same after every boot
-    std::string name;                               ///< the driver's name of the chip
-    std::filesystem::path folder;                   ///< where its channels are
+    std::string device;           ///< where it sits on its bus: the same after every boot
+    std::string name;             ///< the driver's name of the chip
+    std::string stableName;       ///< the name without what the kernel counts up ("iwlwifi_1" is "iwlwifi")
+    std::filesystem::path folder; ///< where its channels are
     std::vector<std::filesystem::path> powerStates; ///< files that tell whether the device sleeps
     std::vector<SensorChannel> channels;
 };

@@ -6,6 +6,9 @@
 
 #include <array>
 #include <atomic>
+#include <mutex>
+#include <sys/stat.h>
+#include <unordered_map>
 #include <utility>
 
 #include <unistd.h>
@@ -38,6 +41,10 @@ SensorFile::SensorFile(std::filesystem::path path) {
     if (descriptor < 0) return;
     if (openFiles().fetch_add(1) < mostOpenFiles) {
         descriptor_ = descriptor;
+
+        struct stat status {};
+
+        if (::fstat(descriptor, &status) == 0) identity_ = {status.st_dev, status.st_ino};
         return;
     }
     openFiles().fetch_sub(1);
@@ -46,10 +53,13 @@ SensorFile::SensorFile(std::filesystem::path path) {
 }
 
 SensorFile::SensorFile(SensorFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_)) {}
+    : descriptor_(std::exchange(other.descriptor_, -1))
+    , identity_(other.identity_)
+    , path_(std::move(other.path_)) {}
 
 SensorFile& SensorFile::operator=(SensorFile&& other) noexcept {
     std::swap(descriptor_, other.descriptor_);
+    std::swap(identity_, other.identity_);
     std::swap(path_, other.path_);
     return *this;
 }
@@ -58,6 +68,30 @@ SensorFile::~SensorFile() {
     if (descriptor_ < 0) return;
     ::close(descriptor_);
     openFiles().fetch_sub(1);
+}
+
+std::shared_ptr<const SensorFile> SensorFile::shared(const std::filesystem::path& path) {
+    constexpr std::size_t mostForgotten = 1024;
+    static std::mutex mutex;
+    static std::unordered_map<std::string, std::weak_ptr<const SensorFile>> files;
+    const std::lock_guard lock(mutex);
+    if (files.size() > mostForgotten) {
+        std::erase_if(files, [](const auto& file) { return file.second.expired(); });
+    }
+    std::weak_ptr<const SensorFile>& known = files[path.native()];
+    auto file = known.lock();
+    if (file == nullptr || !file->isStillAt(path)) {
+        file = std::make_shared<const SensorFile>(path);
+        known = file;
+    }
+    return file;
+}
+
+bool SensorFile::isStillAt(const std::filesystem::path& path) const {
+    struct stat status {};
+
+    if (descriptor_ < 0 || ::stat(path.c_str(), &status) != 0) return false;
+    return identity_ == std::pair<std::uint64_t, std::uint64_t>(status.st_dev, status.st_ino);
 }
 
 std::optional<std::string_view> SensorFile::line(std::span<char> buffer) const {

@@ -3,10 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -27,6 +29,9 @@ class SensorFile {
     SensorFile& operator=(SensorFile&& other) noexcept;
     ~SensorFile();
 
+    /// The file at `path`, shared with whoever has it open already. Any thread.
+    static std::shared_ptr<const SensorFile> shared(const std::filesystem::path& path);
+
     /// Whether there is a file to read.
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0 || !path_.empty(); }
 
@@ -38,8 +43,11 @@ class SensorFile {
     [[nodiscard]] std::optional<std::int64_t> number() const;
 
   private:
+    [[nodiscard]] bool isStillAt(const std::filesystem::path& path) const;
+
     int descriptor_ = -1;
-    std::filesystem::path path_; ///< set when the file is opened for each reading
+    std::pair<std::uint64_t, std::uint64_t> identity_; ///< device and inode of the open file
+    std::filesystem::path path_;                       ///< set when the file is opened for each reading
 };
 
 } // namespace kelvinbar

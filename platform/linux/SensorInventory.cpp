@@ -29,12 +29,15 @@ void dropRepeatedSupplies(std::vector<SensorChip>& chips, const std::vector<Sens
 }
 
 /// Counters that only the administrator can read are no channels of an ordinary user.
-void dropUnreadableCounters(std::vector<SensorChip>& counters, OnceLog& log) {
-    const auto unreadable = std::erase_if(
-        counters, [](const SensorChip& chip) { return !SensorFile(chip.channels.front().file).isOpen(); });
+void dropUnreadableCounters(std::vector<SensorChip>& chips, OnceLog& log) {
+    std::size_t unreadable = 0;
+    for (SensorChip& chip : chips) {
+        unreadable += std::erase_if(chip.channels, [](const SensorChannel& channel) {
+            return channel.kind == SensorKind::energy && !SensorFile(channel.file).isOpen();
+        });
+    }
     if (unreadable > 0) {
-        log.say(
-            "the processor's energy counters are left out: the kernel shows them to the administrator only");
+        log.say("energy counters are left out: the kernel shows them to the administrator only");
     }
 }
 
@@ -162,9 +165,9 @@ std::vector<SensorChip> SensorInventory::chips(bool hasController) {
     std::vector<SensorChip> supplies = powerSupplyChips(root_);
     dropRepeatedSupplies(chips, supplies);
     std::vector<SensorChip> counters = processorPowerChips(root_);
-    dropUnreadableCounters(counters, log_);
     std::ranges::move(supplies, std::back_inserter(chips));
     std::ranges::move(counters, std::back_inserter(chips));
+    dropUnreadableCounters(chips, log_);
     nameHybridCores(root_, chips);
     return chips;
 }

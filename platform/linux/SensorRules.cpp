@@ -23,6 +23,7 @@ constexpr std::string_view nuvotonSuperIO = "nct677*|nct679*|nct610*|w83627ehf|w
 constexpr std::string_view boardMonitors = "asus_wmi_sensors|asus-ec-sensors|asusec|atk0110|hp_wmi_sensors";
 constexpr std::string_view batteries = "battery:*";
 constexpr std::string_view batteryMonitors = "BAT?|CMB?|macsmc_battery|hidpp_battery_*|axp*battery";
+constexpr std::string_view peripherals = "peripheral:*"; // batteries of mice, keyboards, headsets
 constexpr std::string_view chargers = "charger:*";
 constexpr std::string_view chargerMonitors = "ucsi_source*|AC|AC?|ACAD|ADP?";
 
@@ -80,10 +81,10 @@ constexpr std::array rules{
 
     // Memory, drives, cards
     SensorRule{memoryModules, temperature, any, "TM^P TM0P TM++", "flt "},
-    SensorRule{"nvme", temperature, "Composite", "TN@P TN@+", "flt "},
+    SensorRule{"nvme", temperature, "Composite", "TN@P TN@+ TN~P", "flt "},
     SensorRule{"nvme", temperature, "Sensor 1", "TN@D TN@+", "flt "},
     SensorRule{"nvme", temperature, any, "TN@= TN@+ TN@P TN++", "flt "},
-    SensorRule{"drivetemp", temperature, any, "TS@P TS@+ TS++", "flt "},
+    SensorRule{"drivetemp", temperature, any, "TS@P TS~P TS++", "flt "},
     SensorRule{wirelessCards, temperature, any, "TW0P TW++", "flt ", "TW0P"},
 
     // Chipset and firmware zones
@@ -95,6 +96,8 @@ constexpr std::array rules{
     SensorRule{superIO, temperature, "CPUTIN", "TCPU", "flt "},
     SensorRule{superIO, temperature, "AUXTIN|AUXTIN0", "TAUX", "flt "},
     SensorRule{superIO, temperature, "PECI Agent *|TSI*_TEMP|AMD TSI*|SMBUSMASTER *", "TC=J TC+J", "flt "},
+    SensorRule{superIO, temperature, "PCH_CPU_TEMP|PCH_CHIP_CPU_MAX_TEMP", "TC+D", "flt "},
+    SensorRule{superIO, temperature, "PCH_DIM*_TEMP", "TM^P TM++", "flt "},
     SensorRule{superIO, temperature, "PCH_CHIP_TEMP", "TPCH TP0P", "flt "},
     SensorRule{superIO, temperature, "temp1|temp2", "TMB# TP++", "flt "},
     SensorRule{nuvotonSuperIO, voltage, "in0", "VCOR VCPU", "flt "},
@@ -115,6 +118,15 @@ constexpr std::array rules{
     SensorRule{batteries, duration, "time_to_empty_now", "B@TE", "flt ", "B?TE"},
     SensorRule{batteries, text, "status", "B@St", "ch8*", "B?St"},
     SensorRule{batteries, temperature, any, "TB@T TB++", "flt ", "TB0T"},
+    SensorRule{peripherals, voltage, any, "B+AV", "flt "},
+    SensorRule{peripherals, current, any, "B+Am", "flt "},
+    SensorRule{peripherals, charge, "charge_now|energy_now", "B+RM", "flt "},
+    SensorRule{peripherals, charge, "charge_full|energy_full", "B+FC", "flt "},
+    SensorRule{peripherals, charge, "charge_full_design|energy_full_design", "B+DC", "flt "},
+    SensorRule{peripherals, count, "cycle_count", "B+CT", "ui32"},
+    SensorRule{peripherals, percent, any, "B+SC", "flt "},
+    SensorRule{peripherals, text, "status", "B+St", "ch8*"},
+    SensorRule{peripherals, temperature, any, "TB++", "flt "},
     SensorRule{chargers, flag, "online", "CH0B CH^B", "flag", "CH0B"},
     SensorRule{chargers, voltage, any, "CH0V", "flt ", "CH0V"},
     SensorRule{chargers, current, any, "CH0C", "flt ", "CH0C"},
@@ -137,7 +149,7 @@ constexpr std::array rules{
     SensorRule{any, temperature, "*dimm*|*memory*", "TM^P TM0P TM++", "flt "},
     SensorRule{any, temperature, "*battery*", "TB0T TB1T TB++", "flt "},
     SensorRule{any, temperature, "*cpu*|*processor*|*package*", "TCPU TC+D", "flt "},
-    SensorRule{any, temperature, "*motherboard*|mb|mb *|*mainboard*|*board*", "TMB1 TMB2", "flt "},
+    SensorRule{any, temperature, "mb|mb *|*board*", "TMB1 TMB2", "flt "},
     SensorRule{any, temperature, "*system*|sys", "TSYS", "flt "},
     SensorRule{any, temperature, "*ssd*|*hdd*|*drive*|*nand*", "TH0P TH^P TH++", "flt "},
     SensorRule{any, temperature, "*wifi*|*wi-fi*|*wlan*", "TW0P TW++", "flt "},
@@ -206,12 +218,8 @@ std::span<const FanAttributeRule> fanAttributeRules() { return fanAttributes; }
 std::span<const RegistryRule> registryRules() { return registryChips; }
 
 bool fitsPattern(std::string_view pattern, std::string_view text) {
-    for (;;) {
-        const std::size_t end = pattern.find('|');
-        if (fitsAlternative(pattern.substr(0, end), text)) return true;
-        if (end == std::string_view::npos) return false;
-        pattern.remove_prefix(end + 1);
-    }
+    return fitsAnyAlternative(
+        pattern, [text](std::string_view alternative) { return fitsAlternative(alternative, text); });
 }
 
 } // namespace kelvinbar

@@ -2,6 +2,7 @@
 
 #include "platform/linux/SensorChannel.h"
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -17,6 +18,7 @@ namespace kelvinbar {
 ///   =  the last number in the label
 ///   #  the channel's number, and % one less than it
 ///   +  the first that is free, and ^ the same from 1 on
+/// and for a capital letter beyond those digits: ~ the first that is free.
 /// "++" is the first pair of digits or capital letters that makes a free key which the catalogue has no other
 /// name for; "????" is the label itself. A key that the catalogue cannot name is passed over, except a label
 /// that is a key.
@@ -53,6 +55,17 @@ std::span<const RegistryRule> registryRules();
 
 /// The class name in the registry of every other chip.
 inline constexpr std::string_view plainRegistryClass = "HwmonDevice";
+
+/// Whether `fits` holds for one of the alternatives that "|" separates in `pattern`.
+template <typename Fits>
+bool fitsAnyAlternative(std::string_view pattern, Fits fits) {
+    for (;;) {
+        const std::size_t end = pattern.find('|');
+        if (fits(pattern.substr(0, end))) return true;
+        if (end == std::string_view::npos) return false;
+        pattern.remove_prefix(end + 1);
+    }
+}
 
 /// Whether `text` fits a pattern as rules have them.
 bool fitsPattern(std::string_view pattern, std::string_view text);

@@ -358,6 +358,24 @@ TEST_F(HwmonChipsTest, ADeviceThatCannotSleepIsNotWatched) {
     EXPECT_THAT(onlyChip().powerStates, IsEmpty()) << "the class entry is no device";
 }
 
+TEST_F(HwmonChipsTest, TheStableNameOfADeviceIsWithoutCounters) {
+    tree.makeDirectory("sys/devices/virtual/thermal/thermal_zone1/hwmon0");
+    std::filesystem::create_directories(tree.root() / "sys/class/hwmon");
+    std::filesystem::create_symlink("../../devices/virtual/thermal/thermal_zone1/hwmon0",
+                                    tree.root() / "sys/class/hwmon/hwmon0");
+    for (const auto& [name, stable] : {std::pair{"iwlwifi_1", "iwlwifi"},
+                                       {"mt7921_phy0", "mt7921"},
+                                       {"nct6798", "nct6798"},
+                                       {"pch_cannonlake", "pch_cannonlake"},
+                                       {"macsmc_hwmon", "macsmc_hwmon"},
+                                       {"odd_", "odd_"}}) {
+        SCOPED_TRACE(name);
+        write("name", std::string(name) + "\n");
+        EXPECT_EQ(onlyChip().name, name);
+        EXPECT_EQ(onlyChip().stableName, stable);
+    }
+}
+
 } // namespace
 
 } // namespace kelvinbar

@@ -138,11 +138,17 @@ TEST_F(HwmonRegistryTest, AFanThatCannotBeReadIsLeftOutAndNothingElse) {
     addFan(4, "-1", "Negative Fan");
     addFan(5, "fast", "Worded Fan");
     addFan(6, "", "Empty Fan");
-    addFan(7, "1700", "Switched Fan");
-    tree.write(folder / "fan7_enable", "0\n");
     addFan(8, "1400", "Sound Fan");
     tree.write(folder / "fan8_fault", "0\n");
     EXPECT_THAT(fans(), ElementsAre(Pair("CPU Fan", "1200"), Pair("Sound Fan", "1400")));
+}
+
+/// Graphics cards tell by that file whether the speed is set by hand.
+TEST_F(HwmonRegistryTest, AFanThatControlsItselfIsThere) {
+    addChip(0, "amdgpu");
+    addFan(1, "1700");
+    tree.write(folder / "fan1_enable", "0\n");
+    EXPECT_THAT(shownSpeeds(), ElementsAre(Pair("1700", 1)));
 }
 
 TEST_F(HwmonRegistryTest, NoFanIsShownTwice) {

@@ -79,6 +79,7 @@ SensorChip chip(std::string_view device, std::string_view name, std::vector<Sens
     SensorChip chip;
     chip.device = device;
     chip.name = name;
+    chip.stableName = name;
     chip.channels = std::move(channels);
     return chip;
 }
@@ -744,6 +745,31 @@ TEST_F(KeyAssignmentTest, AFanKeepsItsKeyWhenTheRegistryGetsRoomForIt) {
     ASSERT_EQ(keysOf(plan(both), both, 1), Texts{"F0Ac"});
     const Chips alone{other};
     EXPECT_EQ(keysOf(plan(alone), alone, 0), Texts{"F0Ac"});
+}
+
+TEST_F(KeyAssignmentTest, OnlyTheFirstRuleThatFitsLeavesAChannelOut) {
+    const Chips chips{chip("intel-rapl:0", "rapl", {labelled(energy, 0, "package-0")})};
+    EXPECT_EQ(keysOf(plan(chips, {"PC1R"}), chips, 0), Texts{"PCPR"});
+}
+
+TEST_F(KeyAssignmentTest, DrivesPastTheHexDigitsHaveLetters) {
+    Chips chips;
+    for (int number = 0; number < 18; ++number) {
+        chips.push_back(chip("ata" + std::to_string(number), "drivetemp", {unlabelled(temperature, 1)}));
+    }
+    const KeyPlan drives = plan(chips);
+    EXPECT_EQ(keysOf(drives, chips, 15), Texts{"TSFP"});
+    EXPECT_EQ(keysOf(drives, chips, 16), Texts{"TSGP"});
+    EXPECT_EQ(keysOf(drives, chips, 17), Texts{"TSHP"});
+}
+
+/// A driver that is loaded again may count its name up.
+TEST_F(KeyAssignmentTest, AChannelKeepsItsKeyWhenTheNameOfItsChipIsCountedUp) {
+    Chips chips{chip("virtual/thermal", "iwlwifi_1", {unlabelled(temperature, 1)})};
+    chips[0].stableName = "iwlwifi";
+    ASSERT_EQ(keysOf(plan(chips), chips, 0), Texts{"TW0P"});
+    chips[0].name = "iwlwifi_2";
+    EXPECT_EQ(keysOf(plan(chips), chips, 0), Texts{"TW0P"});
 }
 
 } // namespace

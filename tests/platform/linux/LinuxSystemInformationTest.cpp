@@ -245,6 +245,28 @@ TEST_F(LinuxSystemInformationTest, ADeviceTreeModelIsReadWithoutItsZeroByte) {
     NativeMacSupport::useSystem(nullptr);
 }
 
+TEST_F(LinuxSystemInformationTest, FirmwareWithoutALowPowerProfileSavesPowerByAQuietOne) {
+    tree.write("sys/firmware/acpi/platform_profile", "quiet\n");
+    EXPECT_FALSE(system.isLowPowerModeEnabled());
+    tree.write("sys/firmware/acpi/platform_profile_choices", "low-power quiet balanced\n");
+    EXPECT_FALSE(system.isLowPowerModeEnabled());
+    tree.write("sys/firmware/acpi/platform_profile_choices", "quiet balanced performance\n");
+    EXPECT_TRUE(system.isLowPowerModeEnabled());
+    tree.write("sys/firmware/acpi/platform_profile", "balanced\n");
+    EXPECT_FALSE(system.isLowPowerModeEnabled());
+}
+
+TEST_F(LinuxSystemInformationTest, WithoutAProfileTheProcessorsEnergyPreferenceTells) {
+    const auto* const preference = "sys/devices/system/cpu/cpufreq/policy0/energy_performance_preference";
+    tree.write(preference, "power\n");
+    EXPECT_TRUE(system.isLowPowerModeEnabled());
+    tree.write(preference, "balance_power\n");
+    EXPECT_FALSE(system.isLowPowerModeEnabled());
+    tree.write(preference, "power\n");
+    tree.write("sys/firmware/acpi/platform_profile", "balanced\n");
+    EXPECT_FALSE(system.isLowPowerModeEnabled());
+}
+
 } // namespace
 
 } // namespace kelvinbar

@@ -440,6 +440,15 @@ TEST_F(LiveSensorTest, OnlyEnergyIsMetered) {
     EXPECT_EQ(live.value(), 12.5);
 }
 
+/// After hibernation a counter begins at 0, which is no turn of it.
+TEST(PowerMeter, ACounterThatBeganAnewTellsNoPower) {
+    using namespace std::chrono_literals;
+    PowerMeter meter(262'144);
+    EXPECT_EQ(meter.powerAt(5000, 0s), std::nullopt);
+    EXPECT_EQ(meter.powerAt(1, 10s), std::nullopt);
+    EXPECT_EQ(meter.powerAt(101, 20s), 10);
+}
+
 } // namespace
 
 } // namespace kelvinbar

@@ -131,7 +131,7 @@ TEST_F(PowerSuppliesTest, SuppliesOfConnectedDevicesComeLast) {
     write("BAT0/type", "Battery\n");
     write("BAT0/scope", "System\n");
     write("BAT1/type", "Battery\n");
-    EXPECT_THAT(chipNames(), ElementsAre("battery:BAT0", "battery:BAT1", "battery:AAA_mouse"));
+    EXPECT_THAT(chipNames(), ElementsAre("battery:BAT0", "battery:BAT1", "peripheral:AAA_mouse"));
 }
 
 TEST_F(PowerSuppliesTest, ABatteryThatIsNotPresentIsLeftOut) {
@@ -176,12 +176,42 @@ TEST_F(PowerSuppliesTest, WithoutALowestDesignVoltageTheHighestCounts) {
     }
 }
 
-TEST_F(PowerSuppliesTest, WithoutADesignVoltageEnergyIsNoChannel) {
+TEST_F(PowerSuppliesTest, WithoutADesignVoltageThatOfNowCounts) {
     write("BAT0/energy_now", "50000000\n");
-    write("BAT0/voltage_now", "12000000\n");
-    EXPECT_THAT(labels(), ElementsAre("voltage_now"));
+    write("BAT0/voltage_now", "12500000\n");
+    EXPECT_THAT(converted("energy_now", 50'000'000), Optional(DoubleEq(4000)));
     write("BAT0/voltage_min_design", "0\n");
-    EXPECT_THAT(labels(), ElementsAre("voltage_now"));
+    EXPECT_THAT(converted("energy_now", 50'000'000), Optional(DoubleEq(4000)));
+}
+
+TEST_F(PowerSuppliesTest, WithoutAnyVoltageEnergyIsNoChannel) {
+    write("BAT0/energy_now", "50000000\n");
+    EXPECT_THAT(labels(), IsEmpty());
+}
+
+TEST_F(PowerSuppliesTest, AnUninterruptibleSupplyIsABattery) {
+    write("ups/type", "UPS\n");
+    EXPECT_THAT(chipNames(), ElementsAre("battery:ups"));
+}
+
+TEST_F(PowerSuppliesTest, OnlyChargersTellWhetherTheyAreOnline) {
+    write("BAT0/type", "Battery\n");
+    write("BAT0/online", "1\n");
+    EXPECT_THAT(labels(), IsEmpty());
+}
+
+/// The entry of a mouse is counted up whenever it connects.
+TEST_F(PowerSuppliesTest, ADeviceIsKnownByItsSerialNumber) {
+    for (const std::string_view entry : {"hidpp_battery_0", "hidpp_battery_7"}) {
+        tree.remove("sys/class/power_supply");
+        write(fs::path(entry) / "type", "Battery\n");
+        write(fs::path(entry) / "scope", "Device\n");
+        write(fs::path(entry) / "serial_number", "4082-aa-bb-cc-dd\n");
+        const auto chips = powerSupplyChips(tree.root());
+        ASSERT_EQ(chips.size(), 1U);
+        EXPECT_EQ(chips[0].device, "4082-aa-bb-cc-dd");
+        EXPECT_EQ(chips[0].stableName, "peripheral:");
+    }
 }
 
 TEST_F(PowerSuppliesTest, ChargeIsPreferredToTheEnergyThatTellsTheSame) {
@@ -196,9 +226,9 @@ TEST_F(PowerSuppliesTest, ChargeIsPreferredToTheEnergyThatTellsTheSame) {
 
 TEST_F(PowerSuppliesTest, TheMonitorOfASupplyHasUnderscoresForHyphens) {
     SensorChip supply;
-    supply.device = "macsmc-battery-0";
+    supply.folder = "/sys/class/power_supply/macsmc-battery-0";
     EXPECT_EQ(hwmonNameOfSupply(supply), "macsmc_battery_0");
-    supply.device = "BAT0";
+    supply.folder = "/sys/class/power_supply/BAT0";
     EXPECT_EQ(hwmonNameOfSupply(supply), "BAT0");
 }
 

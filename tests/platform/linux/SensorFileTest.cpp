@@ -309,6 +309,24 @@ TEST_F(ManySensorFiles, OneThatIsOpenedForEachReadingDoesNotStallOnAPipe) {
     EXPECT_EQ(files.back().number(), std::nullopt);
 }
 
+TEST_F(SensorFileTest, AFileIsOpenOnceForAllWhoShareIt) {
+    tree.write("shared", "1\n");
+    const auto first = SensorFile::shared(tree.root() / "shared");
+    EXPECT_EQ(SensorFile::shared(tree.root() / "shared"), first);
+    // Another file in its place is another file.
+    tree.write("other", "2\n");
+    fs::rename(tree.root() / "other", tree.root() / "shared");
+    const auto second = SensorFile::shared(tree.root() / "shared");
+    EXPECT_NE(second, first);
+    EXPECT_EQ(second->number(), 2);
+}
+
+TEST_F(SensorFileTest, AMissingFileIsSharedAsNone) {
+    EXPECT_FALSE(SensorFile::shared(tree.root() / "missing")->isOpen());
+    tree.write("missing", "3\n");
+    EXPECT_EQ(SensorFile::shared(tree.root() / "missing")->number(), 3);
+}
+
 } // namespace
 
 } // namespace kelvinbar
