@@ -54,7 +54,7 @@ SensorFile::SensorFile(std::filesystem::path path) {
 
 SensorFile::SensorFile(SensorFile&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1))
-    , identity_(other.identity_)
+    , identity_(std::exchange(other.identity_, {}))
     , path_(std::move(other.path_)) {}
 
 SensorFile& SensorFile::operator=(SensorFile&& other) noexcept {
