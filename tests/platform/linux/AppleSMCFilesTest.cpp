@@ -159,7 +159,7 @@ TEST_F(AppleSMCFilesTest, BytesThatCannotBeReadAreNotGivenAway) {
 
 TEST_F(AppleSMCFilesTest, FilesThatDoNotHoldWhatTheyShouldGiveNothing) {
     for (const std::string& content : {""s, "\n"s, "x\n"s, "-1\n"s, "0x10\n"s, "99999999999999999999\n"s,
-                                       "4294967296\n"s, "1.5\n"s, std::string(4096, '1') + "\n"}) {
+                                       "4294967296\n"s, "1.5\n"s, std::string(4096, '1').append(1, '\n')}) {
         SCOPED_TRACE(content.substr(0, 24));
         tree.write("key_count", content);
         tree.write("key_at_index", content);
@@ -169,7 +169,7 @@ TEST_F(AppleSMCFilesTest, FilesThatDoNotHoldWhatTheyShouldGiveNothing) {
         EXPECT_EQ(registers->selectedIndex(), std::nullopt);
         EXPECT_EQ(registers->dataLength(), std::nullopt);
     }
-    for (const std::string& content : {""s, "TC0P"s, std::string(4096, 'T') + "\n"}) {
+    for (const std::string& content : {""s, "TC0P"s, std::string(4096, 'T').append(1, '\n')}) {
         SCOPED_TRACE(content.substr(0, 24));
         tree.write("key_at_index_name", content);
         tree.write("key_at_index_type", content);

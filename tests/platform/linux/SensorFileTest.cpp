@@ -98,8 +98,8 @@ TEST_F(SensorFileTest, ALineWithoutItsLineFeedIsCutOff) {
 
 TEST_F(SensorFileTest, FourKibibytesOfDigitsAreNoNumber) {
     EXPECT_EQ(numberIn(std::string(4096, '7')), std::nullopt);
-    EXPECT_EQ(numberIn(std::string(4096, '7') + "\n"), std::nullopt);
-    EXPECT_EQ(numberIn(std::string(4096, '0') + "\n"), std::nullopt);
+    EXPECT_EQ(numberIn(std::string(4096, '7').append(1, '\n')), std::nullopt);
+    EXPECT_EQ(numberIn(std::string(4096, '0').append(1, '\n')), std::nullopt);
 }
 
 TEST_F(SensorFileTest, AFileThatIsEmptiedGivesNothingUntilItHoldsANumberAgain) {
@@ -134,9 +134,9 @@ TEST_F(SensorFileTest, ALineThatDoesNotFitGivesNothing) {
 }
 
 TEST_F(SensorFileTest, ALineOfSixtyFourCharactersIsNoNumber) {
-    EXPECT_EQ(numberIn(std::string(64, '0') + "\n"), std::nullopt);
-    EXPECT_EQ(numberIn(std::string(63, '0') + "\n"), std::nullopt);
-    EXPECT_EQ(numberIn(std::string(39, '0') + "7\n"), 7);
+    EXPECT_EQ(numberIn(std::string(64, '0').append(1, '\n')), std::nullopt);
+    EXPECT_EQ(numberIn(std::string(63, '0').append(1, '\n')), std::nullopt);
+    EXPECT_EQ(numberIn(std::string(39, '0').append("7\n")), 7);
 }
 
 TEST_F(SensorFileTest, WithoutAFileThereIsNothingToRead) {
