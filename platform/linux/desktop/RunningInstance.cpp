@@ -1,0 +1,34 @@
+#include "platform/linux/desktop/RunningInstance.h"
+
+#include <QDBusMessage>
+#include <utility>
+
+namespace kelvinbar {
+
+RunningInstance::RunningInstance(const QDBusConnection& bus, const QString& name,
+                                 std::function<void()> onActivated)
+    : bus_(bus)
+    , name_(name)
+    , path_("/" + QString(name).replace('.', '/'))
+    , onActivated_(std::move(onActivated)) {
+    new RunningInstanceAdaptor(
+        *this); // NOLINT(cppcoreguidelines-owning-memory): the object owns its adaptors
+    if (!bus_.isConnected()) return;
+    // The object first: who finds the name finds it too.
+    bus_.registerObject(path_, this);
+    isThisOne_ = bus_.registerService(name_);
+}
+
+RunningInstance::~RunningInstance() {
+    if (isThisOne_) bus_.unregisterService(name_);
+    bus_.unregisterObject(path_);
+}
+
+void RunningInstance::activateOther() const {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(name_, path_, "org.freedesktop.Application", "Activate");
+    call << QVariantMap();
+    bus_.call(call);
+}
+
+} // namespace kelvinbar

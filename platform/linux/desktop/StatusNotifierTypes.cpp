@@ -1,0 +1,51 @@
+#include "platform/linux/desktop/StatusNotifierTypes.h"
+
+#include <QDBusMetaType>
+#include <QtEndian>
+
+namespace kelvinbar {
+
+StatusNotifierPixmap statusNotifierPixmap(const QImage& image) {
+    const QImage converted = image.convertToFormat(QImage::Format_ARGB32);
+    StatusNotifierPixmap pixmap{converted.width(), converted.height(), {}};
+    pixmap.pixels.resize(converted.width() * converted.height() * 4);
+    qToBigEndian<quint32>(converted.constBits(), converted.width() * converted.height(),
+                          pixmap.pixels.data());
+    return pixmap;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.pixels;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.pixels;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& toolTip) {
+    argument.beginStructure();
+    argument << toolTip.iconName << toolTip.iconPixmaps << toolTip.title << toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& toolTip) {
+    argument.beginStructure();
+    argument >> toolTip.iconName >> toolTip.iconPixmaps >> toolTip.title >> toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+void registerStatusNotifierTypes() {
+    qDBusRegisterMetaType<StatusNotifierPixmap>();
+    qDBusRegisterMetaType<StatusNotifierPixmaps>();
+    qDBusRegisterMetaType<StatusNotifierToolTip>();
+}
+
+} // namespace kelvinbar

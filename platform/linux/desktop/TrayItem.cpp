@@ -1,0 +1,136 @@
+#include "platform/linux/desktop/TrayItem.h"
+
+#include "base/Text.h"
+#include "platform/linux/desktop/ReadingIcon.h"
+#include "platform/qt/QtGeometry.h"
+#include "platform/qt/QtScreens.h"
+
+#include <QFile>
+#include <QIcon>
+#include <QImageReader>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Desktops whose trays show the label of an item.
+constexpr std::array<std::string_view, 4> labellingDesktops{"gnome", "unity", "mate", "pantheon"};
+
+QString resourcePath(const std::string& name) {
+    return QString(":/artwork/") + QString::fromStdString(name) + ".svg";
+}
+
+/// The image in every size that hosts ask for.
+StatusNotifierPixmaps imagePixmaps(const QString& path) {
+    StatusNotifierPixmaps pixmaps;
+    for (const int side : iconSides) {
+        QImageReader reader(path);
+        reader.setScaledSize({side, side});
+        const QImage image = reader.read();
+        if (!image.isNull()) pixmaps.append(statusNotifierPixmap(image));
+    }
+    return pixmaps;
+}
+
+QString qtText(const std::string& text) { return QString::fromStdString(text); }
+
+} // namespace
+
+TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
+    const std::string name = asciiLowercased(desktopName);
+    const bool showsLabels = std::ranges::any_of(
+        labellingDesktops, [&](std::string_view desktop) { return contains(name, desktop); });
+    // Only there do panels have the colours of programs; elsewhere they are dark nearly always, and the rim
+    // around the text keeps it legible where they are not.
+    const bool followsColors = contains(name, "kde");
+    return {.showsLabels = showsLabels, .isDark = !followsColors || hasDarkColors};
+}
+
+TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers)
+    : style_(style), handlers_(handlers), menu_(bus), item_(bus, [this](QPoint place) { activate(place); }) {
+    content_.title = "Kelvinbar";
+    content_.toolTipTitle = "Kelvinbar";
+    publish();
+}
+
+void TrayItem::setImageLeftOfTitle(const StatusImage& image) {
+    // The desktop's own theme has no symbols of these names: ours stand in for them.
+    ownIcon_ = imagePixmaps(resourcePath(image.name));
+    publish();
+}
+
+void TrayItem::setTitle(const StatusTitle& title) {
+    content_.label = qtText(title.text).trimmed();
+    content_.title = content_.label.isEmpty() ? "Kelvinbar" : content_.label;
+    publish();
+}
+
+void TrayItem::setToolTip(const std::string& text) {
+    content_.toolTipText = qtText(text);
+    publish();
+}
+
+void TrayItem::setAction(std::function<void()> action) { action_ = std::move(action); }
+
+void TrayItem::publish() {
+    const auto pinned = handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
+    content_.iconPixmaps = iconPixmaps(pinned);
+    item_.setContent(content_);
+    publishMenu(pinned);
+}
+
+StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pinned) {
+    if (style_.showsLabels || pinned.empty()) return ownIcon_;
+    const QString text = iconText(qtText(pinned.front().compactValue));
+    if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons(text, style_.isDark);
+    return drawnIcon_;
+}
+
+void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
+    std::vector<StatusMenuEntry> entries;
+    const auto open = [this] { activateAgain(); };
+    for (const PinnedReading& reading : pinned) {
+        entries.push_back({qtText(reading.name + ": " + reading.value), open});
+    }
+    if (!pinned.empty()) entries.emplace_back();
+    entries.push_back({"Open Kelvinbar", open});
+    entries.push_back({"Quit Kelvinbar", [this] {
+                           if (handlers_.quit) handlers_.quit();
+                       }});
+    menu_.setEntries(std::move(entries));
+}
+
+void TrayItem::activate(QPoint place) {
+    // Some hosts do not know the place and give the origin.
+    if (!place.isNull()) lastClick_ = place;
+    activateAgain();
+}
+
+void TrayItem::activateAgain() {
+    if (action_) action_();
+}
+
+std::optional<Rect> TrayItem::frameOnScreen() const {
+    if (!lastClick_) return std::nullopt;
+    return Rect{static_cast<double>(lastClick_->x()), static_cast<double>(lastClick_->y()), 1, 1};
+}
+
+std::optional<Rect> TrayItem::visibleFrameOfScreen() const {
+    const auto frame = frameOnScreen();
+    return frame ? std::optional(screenAround(frame).visibleFrame) : std::nullopt;
+}
+
+std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
+    auto item = std::make_unique<TrayItem>(bus_, style_, handlers_);
+    item_ = item.get();
+    return item;
+}
+
+bool TrayStatusBar::hasImageResource(const std::string& name) const {
+    return QFile::exists(resourcePath(name));
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/Desktop.h"
+#include "platform/linux/desktop/StatusMenu.h"
+#include "platform/linux/desktop/StatusNotifierItem.h"
+
+#include <QDBusConnection>
+#include <QPoint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+/// How the tray of a desktop shows an item.
+struct TrayStyle {
+    bool showsLabels = false; ///< whether it shows text beside the icon
+    bool isDark = true;       ///< whether its background is
+};
+
+/// The style of the tray by the desktop's name (XDG_CURRENT_DESKTOP) and the colours of its programs.
+TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors);
+
+/// The status item in the tray of a Linux desktop: label, or where the tray shows none the first pinned
+/// reading drawn into the icon; tooltip; menu.
+class TrayItem final : public StatusItem, public StatusItemButton {
+  public:
+    TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers);
+
+    StatusItemButton* button() override { return this; }
+
+    void setImageLeftOfTitle(const StatusImage& image) override;
+    void setTitle(const StatusTitle& title) override;
+    void setToolTip(const std::string& text) override;
+    void setAction(std::function<void()> action) override;
+    [[nodiscard]] std::optional<Rect> frameOnScreen() const override;
+    [[nodiscard]] std::optional<Rect> visibleFrameOfScreen() const override;
+
+    /// What a click at a place on the screen does.
+    void activate(QPoint place);
+
+    /// What a click at the last place does.
+    void activateAgain();
+
+  private:
+    void publish();
+    void publishMenu(const std::vector<PinnedReading>& pinned);
+    [[nodiscard]] StatusNotifierPixmaps iconPixmaps(const std::vector<PinnedReading>& pinned);
+
+    TrayStyle style_;
+    const DesktopHandlers& handlers_;
+    std::function<void()> action_;
+    std::optional<QPoint> lastClick_;
+    StatusNotifierContent content_;
+    StatusNotifierPixmaps ownIcon_;
+    QString drawnText_;
+    StatusNotifierPixmaps drawnIcon_;
+    StatusMenu menu_;
+    StatusNotifierItem item_;
+};
+
+class TrayStatusBar final : public StatusBar {
+  public:
+    TrayStatusBar(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers)
+        : bus_(bus), style_(style), handlers_(handlers) {}
+
+    std::unique_ptr<StatusItem> makeItem() override;
+    [[nodiscard]] bool hasImageResource(const std::string& name) const override;
+
+    /// The item, while there is one.
+    [[nodiscard]] TrayItem* item() const { return item_; }
+
+  private:
+    QDBusConnection bus_;
+    TrayStyle style_;
+    const DesktopHandlers& handlers_;
+    TrayItem* item_ = nullptr; ///< the owner outlives its use: the program has one item until it ends
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,231 @@
+#include "shell/AppDelegate.h"
+
+#include "catalogue/NotificationNames.h"
+#include "shell/PopoverSizing.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Sampling {
+    std::chrono::milliseconds interval;
+    std::chrono::milliseconds tolerance;
+};
+
+Sampling samplingAt(SMCSamplingRate rate) {
+    return rate == SMCSamplingRate::fast ? Sampling{1000ms, 20ms} : Sampling{3000ms, 100ms};
+}
+
+StatusImage ownImage() {
+    return {.source = StatusImage::Source::resource,
+            .name = "MenuBarIcon",
+            .size = Size{17, 17},
+            .isTemplate = false,
+            .accessibilityDescription = ""};
+}
+
+StatusImage fallbackImage() {
+    return {.source = StatusImage::Source::systemSymbol,
+            .name = "thermometer.medium",
+            .size = std::nullopt,
+            .isTemplate = true,
+            .accessibilityDescription = "Kelvinbar"};
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const ShellPorts& ports, const StorePorts& storePorts)
+    : ports_(ports), store_(storePorts) {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    ports_.application.becomeAccessory();
+    configureStatusItem();
+    configurePopover();
+    installRefreshTimer();
+    observeStore();
+    updateStatusItemTitle(store_.menuBarTitle(), store_.menuBarToolTip());
+}
+
+void AppDelegate::applicationWillTerminate() {
+    for (Registration& observer : observers_) observer = {};
+    if (refreshTimer_ != nullptr) refreshTimer_->invalidate();
+    refreshTimer_ = nullptr;
+    ports_.popover.performClose();
+    ports_.popover.setContent(nullptr);
+    statusItem_ = nullptr;
+    store_.shutdown();
+}
+
+// Status item
+
+StatusItemButton* AppDelegate::statusButton() {
+    return statusItem_ == nullptr ? nullptr : statusItem_->button();
+}
+
+void AppDelegate::configureStatusItem() {
+    statusItem_ = ports_.statusBar.makeItem();
+    StatusItemButton* const button = statusButton();
+    if (button == nullptr) return;
+    const StatusImage own = ownImage();
+    button->setImageLeftOfTitle(ports_.statusBar.hasImageResource(own.name) ? own : fallbackImage());
+    applyStatusTitle(store_.menuBarTitle(), *button);
+    button->setToolTip(store_.menuBarToolTip());
+    button->setAction([self = std::weak_ptr(self_)] {
+        if (const auto delegate = self.lock()) (*delegate)->togglePopover();
+    });
+}
+
+void AppDelegate::applyStatusTitle(const std::string& title, StatusItemButton& button) {
+    button.setTitle({.text = title, .style = {}});
+}
+
+void AppDelegate::updateStatusItemTitle(const std::string& title, const std::string& tooltip) {
+    StatusItemButton* const button = statusButton();
+    if (button == nullptr) return;
+    if (title != lastStatusTitle_) {
+        applyStatusTitle(title, *button);
+        lastStatusTitle_ = title;
+    }
+    if (tooltip != lastStatusToolTip_) {
+        button->setToolTip(tooltip);
+        lastStatusToolTip_ = tooltip;
+    }
+}
+
+// Sampling
+
+void AppDelegate::installRefreshTimer() {
+    if (refreshTimer_ != nullptr) refreshTimer_->invalidate();
+    const Sampling sampling = samplingAt(store_.samplingRate().value());
+    refreshTimer_ = ports_.timers.start(sampling.interval, sampling.tolerance, [this] { tick(); });
+}
+
+void AppDelegate::tick() {
+    ports_.mainQueue.post([self = std::weak_ptr(self_)] {
+        if (const auto delegate = self.lock()) (*delegate)->refreshWhatIsShown();
+    });
+}
+
+void AppDelegate::refreshWhatIsShown() {
+    if (ports_.popover.isShown()) {
+        store_.refresh(false);
+    } else if (!store_.menuBarKeys().value().empty()) {
+        store_.refreshMenuBarOnly();
+    }
+}
+
+// What the store tells
+
+void AppDelegate::observeStore() {
+    NotificationCenter& center = ports_.notifications;
+    observers_ = {
+        center.addObserver(kelvinbarSamplingRateChanged, [this](const auto&) { samplingRateChanged(); }),
+        center.addObserver(kelvinbarMenuBarReadingChanged,
+                           [this](const auto& notification) { menuBarReadingChanged(notification); }),
+        center.addObserver(kelvinbarDisplayModeChanged, [this](const auto&) { popoverSizeMayHaveChanged(); }),
+        center.addObserver(kelvinbarManualSizeChanged, [this](const auto&) { popoverSizeMayHaveChanged(); }),
+    };
+}
+
+void AppDelegate::samplingRateChanged() {
+    installRefreshTimer();
+    refreshWhatIsShown();
+}
+
+void AppDelegate::menuBarReadingChanged(const Notification& notification) {
+    const auto* const title = notification.userInfo.find<std::string>("title");
+    const auto* const tooltip = notification.userInfo.find<std::string>("tooltip");
+    updateStatusItemTitle(title != nullptr ? *title : store_.menuBarTitle(),
+                          tooltip != nullptr ? *tooltip : store_.menuBarToolTip());
+}
+
+void AppDelegate::popoverSizeMayHaveChanged() { applyPopoverSize(calculatedPopoverSize()); }
+
+// Panel
+
+void AppDelegate::configurePopover() {
+    Popover& popover = ports_.popover;
+    popover.setTransient(true);
+    popover.setAnimates(false);
+    // The content and the state of its views are kept for the next opening.
+    popover.setDidCloseHandler([] {});
+    popover.setContentSize(fixedPopoverSize);
+    popover.setContent(makePopoverContent());
+}
+
+std::unique_ptr<PopoverContent> AppDelegate::makePopoverContent() {
+    return ports_.contentFactory.make(store_, [self = std::weak_ptr(self_)] {
+        if (const auto delegate = self.lock()) (*delegate)->ports_.popover.performClose();
+    });
+}
+
+void AppDelegate::ensurePopoverContentController() {
+    if (ports_.popover.content() == nullptr) ports_.popover.setContent(makePopoverContent());
+}
+
+Rect AppDelegate::visibleFrameForPopover() {
+    StatusItemButton* const button = statusButton();
+    auto frame = button == nullptr ? std::nullopt : button->visibleFrameOfScreen();
+    if (!frame) frame = ports_.screens.mainVisibleFrame();
+    if (frame) return *frame;
+    const auto frames = ports_.screens.visibleFrames();
+    return frames.empty() ? Rect{} : frames.front();
+}
+
+Size AppDelegate::calculatedPopoverSize() {
+    return targetPopoverSize({.visibleFrame = visibleFrameForPopover(),
+                              .displayMode = store_.displayMode().value(),
+                              .manualPopoverHeight = store_.manualPopoverHeight().value(),
+                              .readings = store_.readings().value(),
+                              .hiddenKeys = store_.hiddenKeys().value()});
+}
+
+void AppDelegate::applyPopoverSize(Size size) {
+    Popover& popover = ports_.popover;
+    popover.setContentSize(size);
+    PopoverContent* const content = popover.content();
+    if (!popover.isShown() || content == nullptr) return;
+    content->setViewSize(size);
+    content->setViewNeedsLayout();
+    if (content->hasWindow()) content->setWindowContentSize(size);
+}
+
+void AppDelegate::togglePopover() {
+    StatusItemButton* const button = statusButton();
+    if (button == nullptr) return;
+    Popover& popover = ports_.popover;
+    if (popover.isShown()) {
+        popover.performClose();
+        return;
+    }
+    ensurePopoverContentController();
+    store_.refresh(false);
+    const Size target = calculatedPopoverSize();
+    applyPopoverSize({target.width, std::min(target.height, openingPopoverHeight)});
+    popover.show(*button, PopoverEdge::minY);
+    animatePopoverOpen(target);
+    if (PopoverContent* const content = popover.content()) content->makeWindowKey();
+}
+
+void AppDelegate::openPopover() {
+    if (!ports_.popover.isShown()) togglePopover();
+}
+
+void AppDelegate::animatePopoverOpen(Size size) {
+    PopoverContent* const content = ports_.popover.content();
+    if (content == nullptr || !content->hasWindow()) {
+        applyPopoverSize(size);
+        return;
+    }
+    content->animateWindowContentSize(size, 160ms, [size, self = std::weak_ptr(self_)] {
+        if (const auto delegate = self.lock()) (*delegate)->applyPopoverSize(size);
+    });
+}
+
+} // namespace kelvinbar

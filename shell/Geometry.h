@@ -1,0 +1,23 @@
+#pragma once
+
+namespace kelvinbar {
+
+/// In points.
+struct Size {
+    double width = 0;
+    double height = 0;
+
+    friend bool operator==(const Size&, const Size&) = default;
+};
+
+/// In points; the origin is the top left corner, and y grows downwards.
+struct Rect {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    friend bool operator==(const Rect&, const Rect&) = default;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,95 @@
+#include "shell/KelvinbarApp.h"
+
+#include "base/WorkerQueue.h"
+#include "platform/Desktop.h"
+#include "platform/qt/LazyPanel.h"
+#include "platform/qt/QtMainQueue.h"
+#include "platform/qt/QtPopover.h"
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/QtTimers.h"
+#include "platform/qt/QtUserDefaults.h"
+#include "shell/AppDelegate.h"
+#include "store/MenuBarText.h"
+
+#include <QGuiApplication>
+#include <filesystem>
+#include <iostream>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+/// A full refresh and one of the pinned readings may run at once.
+constexpr std::size_t backgroundThreads = 2;
+
+void report(const std::string& message) { std::cerr << "kelvinbar: " + message + "\n"; }
+
+std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
+    std::vector<PinnedReading> pinned;
+    for (const SMCReading& reading : store.menuBarReadings()) {
+        pinned.push_back({reading.name, reading.displayValue(), compactMenuBarValue(reading)});
+    }
+    return pinned;
+}
+
+/// The program as the system starts it again at login.
+std::vector<std::string> startCommand() { return {QCoreApplication::applicationFilePath().toStdString()}; }
+
+/// The parts that live as long as the program, in the order in which they need each other.
+struct Parts {
+    explicit Parts(Desktop& desktopOfUser, const Machine& machine, const std::string& name)
+        : desktop(desktopOfUser)
+        , defaults(QString::fromStdString(name), report)
+        , appDelegate({.application = desktop.application(),
+                       .statusBar = desktop.statusBar(),
+                       .popover = popover,
+                       .contentFactory = panels,
+                       .timers = timers,
+                       .screens = screens,
+                       .mainQueue = mainQueue,
+                       .notifications = notifications},
+                      {.defaults = defaults,
+                       .notifications = notifications,
+                       .mainQueue = mainQueue,
+                       .backgroundQueue = backgroundQueue,
+                       .wallClock = wallClock,
+                       .monotonicClock = *machine.clock}) {}
+
+    Desktop& desktop;
+    QtUserDefaults defaults;
+    NotificationCenter notifications;
+    QtMainQueue mainQueue;
+    WorkerQueue backgroundQueue{backgroundThreads};
+    SystemWallClock wallClock;
+    QtTimers timers;
+    QtScreens screens;
+    LazyPanelFactory panels;
+    QtPopover popover;
+    AppDelegate appDelegate;
+};
+
+} // namespace
+
+int KelvinbarApp::run(int& argc, char** argv, const Machine& machine, const std::string& name) {
+    prepareDesktop();
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QString::fromStdString(name));
+    QGuiApplication::setDesktopFileName("org.kelvinbar.Kelvinbar");
+    const auto desktop = makeDesktop(name, startCommand());
+    if (desktop->handOverToRunningInstance()) return 0;
+
+    useMachine(machine);
+    Parts parts(*desktop, machine, name);
+    AppDelegate& delegate = parts.appDelegate;
+    desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },
+                          .openPanel = [&delegate] { delegate.openPopover(); },
+                          .quit = [] { QGuiApplication::quit(); }});
+    delegate.applicationDidFinishLaunching();
+    const int status = QGuiApplication::exec();
+    delegate.applicationWillTerminate();
+    desktop->setHandlers({});
+    return status;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,94 @@
+# Functions for tests that run the whole program on a desktop of their own. Sourced by the scenarios, inside a
+# display and a session bus that nobody else uses.
+#
+# Scenarios get: PROGRAM (the demo program), ARTEFACTS (a folder for pictures), HOME (an empty one), and end with
+# `finish`.
+
+set -euo pipefail
+
+mkdir -p "$ARTEFACTS"
+trap 'kill $(jobs -p) 2>/dev/null || true' EXIT
+
+screen_width=1280
+screen_height=800
+panel_height=28
+
+fail() {
+  echo "FAILED: $*" >&2
+  import -window root "$ARTEFACTS/failed-${scenario:-unknown}.png" || true
+  exit 1
+}
+
+# wait_until SECONDS WHAT COMMAND…: until the command succeeds.
+wait_until() {
+  local seconds=$1 what=$2 end
+  shift 2
+  end=$((SECONDS + seconds))
+  until "$@" >/dev/null 2>&1; do
+    ((SECONDS < end)) || fail "$what: not within $seconds s"
+    sleep 0.05
+  done
+}
+
+picture() { import -window root "$ARTEFACTS/$scenario-$1.png"; }
+
+preferences() {
+  mkdir -p "$XDG_CONFIG_HOME/kelvinbar"
+  printf '[General]\n%s\n' "$@" >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"
+}
+
+start_program() {
+  "$PROGRAM" &
+  program=$!
+  wait_until 10 "the item on the bus" item_property Title
+}
+
+item_name() { echo "org.kde.StatusNotifierItem-$program-1"; }
+
+item_property() {
+  gdbus call --session --dest "$(item_name)" --object-path /StatusNotifierItem \
+    --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem "$1"
+}
+
+label() { item_property XAyatanaLabel | sed "s/^(<'\(.*\)'>,)$/\1/"; }
+
+label_matches() { [[ $(label) =~ $1 ]]; }
+
+registered_items() {
+  gdbus call --session --dest org.kde.StatusNotifierWatcher --object-path /StatusNotifierWatcher \
+    --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierWatcher RegisteredStatusNotifierItems
+}
+
+is_registered() { registered_items | grep -q "$(item_name)"; }
+
+is_not_registered() { ! is_registered; }
+
+bus_has() { gdbus call --session --dest org.freedesktop.DBus --object-path / --method org.freedesktop.DBus.NameHasOwner "$1" | grep -q true; }
+
+panel_window() { xdotool search --onlyvisible --name '^Kelvinbar$' | tail -1; }
+
+panel_is_open() { [[ -n $(panel_window) ]]; }
+
+panel_is_closed() { [[ -z $(panel_window) ]]; }
+
+# panel_geometry: sets X, Y, WIDTH, HEIGHT.
+panel_geometry() { eval "$(xdotool getwindowgeometry --shell "$(panel_window)" | grep -E '^(X|Y|WIDTH|HEIGHT)=')"; }
+
+panel_has_size() {
+  panel_geometry
+  [[ $WIDTH -eq $1 && $HEIGHT -eq $2 ]]
+}
+
+click() {
+  xdotool mousemove "$1" "$2"
+  sleep 0.15
+  xdotool click 1
+}
+
+finish() {
+  kill -TERM "$program"
+  local status=0
+  wait "$program" || status=$?
+  [[ $status -eq 0 ]] || fail "the program ended with status $status"
+  echo "passed: $scenario"
+}
