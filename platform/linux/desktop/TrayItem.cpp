@@ -6,8 +6,7 @@
 #include "platform/qt/QtScreens.h"
 
 #include <QFile>
-#include <QIcon>
-#include <QImageReader>
+#include <QImage>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -19,17 +18,16 @@ namespace {
 /// Desktops whose trays show the label of an item.
 constexpr std::array<std::string_view, 4> labellingDesktops{"gnome", "unity", "mate", "pantheon"};
 
-QString resourcePath(const std::string& name) {
-    return QString(":/artwork/") + QString::fromStdString(name) + ".svg";
+/// The image of that name in pixels of a side.
+QString resourcePath(const std::string& name, int side) {
+    return QString(":/artwork/%1-%2.png").arg(QString::fromStdString(name)).arg(side);
 }
 
 /// The image in every size that hosts ask for.
-StatusNotifierPixmaps imagePixmaps(const QString& path) {
+StatusNotifierPixmaps imagePixmaps(const std::string& name) {
     StatusNotifierPixmaps pixmaps;
     for (const int side : iconSides) {
-        QImageReader reader(path);
-        reader.setScaledSize({side, side});
-        const QImage image = reader.read();
+        const QImage image(resourcePath(name, side));
         if (!image.isNull()) pixmaps.append(statusNotifierPixmap(image));
     }
     return pixmaps;
@@ -50,7 +48,11 @@ TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
 }
 
 TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers)
-    : style_(style), handlers_(handlers), menu_(bus), item_(bus, [this](QPoint place) { activate(place); }) {
+    : style_(style)
+    , handlers_(handlers)
+    , readingIcons_(style.isDark)
+    , menu_(bus)
+    , item_(bus, [this](QPoint place) { activate(place); }) {
     content_.title = "Kelvinbar";
     content_.toolTipTitle = "Kelvinbar";
     publish();
@@ -58,7 +60,7 @@ TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHan
 
 void TrayItem::setImageLeftOfTitle(const StatusImage& image) {
     // The desktop's own theme has no symbols of these names: ours stand in for them.
-    ownIcon_ = imagePixmaps(resourcePath(image.name));
+    ownIcon_ = imagePixmaps(image.name);
     publish();
 }
 
@@ -85,7 +87,7 @@ void TrayItem::publish() {
 StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pinned) {
     if (style_.showsLabels || pinned.empty()) return ownIcon_;
     const QString text = iconText(qtText(pinned.front().compactValue));
-    if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons(text, style_.isDark);
+    if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons_.pixmaps(text);
     return drawnIcon_;
 }
 
@@ -130,7 +132,7 @@ std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
 }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {
-    return QFile::exists(resourcePath(name));
+    return QFile::exists(resourcePath(name, iconSides[0]));
 }
 
 } // namespace kelvinbar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "platform/linux/desktop/ReadingIcon.h"
 #include "platform/linux/desktop/StatusMenu.h"
 #include "platform/linux/desktop/StatusNotifierItem.h"
 
@@ -54,6 +55,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     std::function<void()> action_;
     std::optional<QPoint> lastClick_;
     StatusNotifierContent content_;
+    ReadingIcons readingIcons_;
     StatusNotifierPixmaps ownIcon_;
     QString drawnText_;
     StatusNotifierPixmaps drawnIcon_;
