@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs where their content is missing; with nothing missing it needs
-# no root. usage: scripts/install-dependencies.sh run|test|check|bench|fuzz …
+# no root. usage: scripts/install-dependencies.sh run|test|desktop|check|bench|fuzz …
 set -euo pipefail
 
 # package -> a program or a file that tells whether its content is here, wherever that came from
@@ -9,13 +9,23 @@ declare -A evidence=(
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
   [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git
+  [qt6-base-dev]='/usr/include/*/qt6/QtDBus/QDBusConnection' [qt6-declarative-dev]='/usr/include/*/qt6/QtQuick/QQuickView'
+  [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
+  [qml6-module-qtquick]='/usr/lib/*/qt6/qml/QtQuick/qmldir' [libgl-dev]=/usr/include/GL/gl.h
+  [qml6-module-qtqml-workerscript]='/usr/lib/*/qt6/qml/QtQml/WorkerScript/qmldir'
+  [xvfb]=xvfb-run [xauth]=xauth [dbus-daemon]=dbus-run-session [libglib2.0-bin]=gdbus [xdotool]=xdotool
+  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [procps]=pkill
+  [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
-build="g++ cmake ninja-build libcli11-dev"
+qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtqml-workerscript"
+build="g++ cmake ninja-build libcli11-dev $qt"
+desktop="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick procps fonts-dejavu-core xfwm4 xfce4-panel lxqt-panel"
 declare -A packages=(
   [run]="$build"
-  [test]="$build libgtest-dev libgmock-dev locales"
+  [test]="$build libgtest-dev libgmock-dev locales $desktop"
+  [desktop]="$desktop"
   [check]="$build libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
   [bench]="$build libbenchmark-dev libsensors-dev strace"
   [fuzz]="$build clang libclang-rt-14-dev"

@@ -108,7 +108,9 @@ void AppDelegate::installRefreshTimer() {
 
 void AppDelegate::tick() {
     ports_.mainQueue.post([self = std::weak_ptr(self_)] {
-        if (const auto delegate = self.lock()) (*delegate)->refreshWhatIsShown();
+        const auto delegate = self.lock();
+        // A tick may still wait when the program ends.
+        if (delegate && (*delegate)->refreshTimer_ != nullptr) (*delegate)->refreshWhatIsShown();
     });
 }
 

@@ -1,7 +1,6 @@
 #include "shell/PopoverPlacement.h"
 
 #include <algorithm>
-#include <array>
 
 namespace kelvinbar {
 
@@ -13,13 +12,30 @@ double right(const Rect& rect) { return rect.x + rect.width; }
 
 double bottom(const Rect& rect) { return rect.y + rect.height; }
 
-/// The edge of the screen at which the anchor is: that is where its bar is.
-Edge nearestEdge(const Rect& anchor, const Rect& screen) {
-    const double x = anchor.x + anchor.width / 2;
-    const double y = anchor.y + anchor.height / 2;
-    // Bars at the top and at the bottom are the common ones: they win where two are as near.
-    const std::array distances{y - screen.y, bottom(screen) - y, x - screen.x, right(screen) - x};
-    return static_cast<Edge>(std::ranges::min_element(distances) - distances.begin());
+struct Point {
+    double x;
+    double y;
+};
+
+Point center(const Rect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
+
+/// The edge of the screen at which the bar is that the anchor is in: the side of the visible frame that the
+/// anchor lies beyond. Where no bar keeps a place free, the nearest edge; those at the top and at the bottom
+/// are the common ones, and win near a corner.
+Edge edgeOfBar(const Rect& anchor, const ScreenFrames& screen) {
+    constexpr double highestBar = 64;
+    const Rect& visible = screen.visibleFrame;
+    const auto [x, y] = center(anchor);
+    if (y < visible.y) return Edge::top;
+    if (y >= bottom(visible)) return Edge::bottom;
+    if (x < visible.x) return Edge::left;
+    if (x >= right(visible)) return Edge::right;
+    const bool isUpper = y - screen.frame.y <= bottom(screen.frame) - y;
+    const bool isLeft = x - screen.frame.x < right(screen.frame) - x;
+    const double vertical = isUpper ? y - screen.frame.y : bottom(screen.frame) - y;
+    const double horizontal = isLeft ? x - screen.frame.x : right(screen.frame) - x;
+    if (vertical <= std::max(highestBar, horizontal)) return isUpper ? Edge::top : Edge::bottom;
+    return isLeft ? Edge::left : Edge::right;
 }
 
 /// `start` moved so that `length` from it ends before `last`, but never before `first`.
@@ -33,7 +49,7 @@ Rect placedPopover(const Rect& anchor, Size size, const ScreenFrames& screen) {
     const Rect& visible = screen.visibleFrame;
     double x = anchor.x + (anchor.width - size.width) / 2;
     double y = anchor.y + (anchor.height - size.height) / 2;
-    switch (nearestEdge(anchor, screen.frame)) {
+    switch (edgeOfBar(anchor, screen)) {
     case Edge::top:
         y = bottom(anchor);
         break;

@@ -69,7 +69,7 @@ double DemoKeys::factor(Motion motion, std::uint32_t code) const {
     case Motion::heat:
         return 0.82 + 0.5 * laggingLoadAt(now, 12s) + 0.006 * noiseAt(now, code);
     case Motion::fan:
-        return 0.8 + 0.55 * laggingLoadAt(now, 40s) + 0.004 * noiseAt(now, code);
+        return 0.95 + 0.45 * laggingLoadAt(now, 40s) + 0.004 * noiseAt(now, code);
     case Motion::work:
         return 0.35 + 1.8 * loadAt(now) + 0.03 * noiseAt(now, code);
     case Motion::rail:

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "platform/linux/SystemFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fcntl.h>
@@ -21,6 +22,19 @@ namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
 constexpr std::string_view group = "[Desktop Entry]";
+
+/// By which desktops' settings disable an entry without hiding it.
+constexpr std::array<std::string_view, 2> enablingKeys{"X-GNOME-Autostart-enabled",
+                                                       "X-MATE-Autostart-enabled"};
+
+/// Without these an entry is none.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 2> requiredValues{{
+    {"Name", "Kelvinbar"},
+    {"Type", "Application"},
+}};
+
+constexpr std::string_view newEntry = "[Desktop Entry]\nType=Application\nName=Kelvinbar\n"
+                                      "Comment=Sensor readings in the panel\nIcon=kelvinbar\n";
 
 Lines linesOf(std::string_view text) {
     Lines lines;
@@ -115,30 +129,39 @@ bool AutostartEntry::isRegistered() const {
     const auto text = systemFileText(file_);
     if (!text) return false;
     const Lines lines = linesOf(*text);
-    return valueOf(lines, "Exec") && valueOf(lines, "Hidden") != "true" &&
-           valueOf(lines, "X-GNOME-Autostart-enabled") != "false";
+    const bool isDisabled = std::ranges::any_of(
+        enablingKeys, [&](std::string_view key) { return valueOf(lines, key) == "false"; });
+    return valueOf(lines, "Exec") && valueOf(lines, "Hidden") != "true" && !isDisabled;
 }
 
 bool AutostartEntry::registerItem() {
     std::error_code error;
     fs::create_directories(file_.parent_path(), error);
-    return replaceFile(file_, enabledEntry());
+    const auto entry = enabledEntry();
+    return entry && replaceFile(file_, *entry);
 }
 
-std::string AutostartEntry::enabledEntry() const {
-    Lines lines = linesOf(systemFileText(file_).value_or(""));
-    if (!valueOf(lines, "Type")) {
-        lines = {std::string(group), "Type=Application", "Name=Kelvinbar",
-                 "Comment=Sensor readings in the panel", "Icon=kelvinbar"};
+/// The entry as it is, enabled; nothing when there is one that cannot be read in full.
+std::optional<std::string> AutostartEntry::enabledEntry() const {
+    std::error_code error;
+    const auto text = systemFileText(file_);
+    if (fs::exists(file_, error) && (!text || text->size() != fs::file_size(file_, error)))
+        return std::nullopt;
+    Lines lines = linesOf(text.value_or(std::string(newEntry)));
+    if (std::ranges::none_of(lines, [](const std::string& line) { return trimmed(line) == group; })) {
+        lines.insert(lines.begin(), std::string(group));
+    }
+    for (const auto& [key, value] : requiredValues) {
+        if (!valueOf(lines, key)) lines = withValue(lines, key, value);
     }
     lines = withValue(lines, "Exec", desktopExecValue(command_));
     lines = withValue(lines, "Hidden", "false");
-    if (valueOf(lines, "X-GNOME-Autostart-enabled")) {
-        lines = withValue(lines, "X-GNOME-Autostart-enabled", "true");
+    for (const std::string_view key : enablingKeys) {
+        if (valueOf(lines, key)) lines = withValue(lines, key, "true");
     }
-    std::string text;
-    for (const std::string& line : lines) text.append(line).append("\n");
-    return text;
+    std::string entry;
+    for (const std::string& line : lines) entry.append(line).append("\n");
+    return entry;
 }
 
 bool AutostartEntry::unregisterItem() {

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,7 +38,7 @@ class AutostartEntry final : public LoginItemService {
     void beep() override { actions_.beep(); }
 
   private:
-    [[nodiscard]] std::string enabledEntry() const;
+    [[nodiscard]] std::optional<std::string> enabledEntry() const;
 
     std::filesystem::path file_;
     std::vector<std::string> command_;

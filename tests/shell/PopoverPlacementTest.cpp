@@ -27,8 +27,7 @@ TEST(PopoverPlacement, IsBelowABarAtTheTopInLineWithTheItem) {
 }
 
 TEST(PopoverPlacement, IsAboveABarAtTheBottomInLineWithTheItem) {
-    expectPlace(placedPopover({900, 1050, 60, 30}, panel, barAtBottom),
-                {930 - 231, 1050 - 690, 462, 690});
+    expectPlace(placedPopover({900, 1050, 60, 30}, panel, barAtBottom), {930 - 231, 1050 - 690, 462, 690});
 }
 
 TEST(PopoverPlacement, IsRightOfABarAtTheLeftInLineWithTheItem) {
@@ -36,8 +35,7 @@ TEST(PopoverPlacement, IsRightOfABarAtTheLeftInLineWithTheItem) {
 }
 
 TEST(PopoverPlacement, IsLeftOfABarAtTheRightInLineWithTheItem) {
-    expectPlace(placedPopover({1890, 500, 30, 60}, panel, barAtRight),
-                {1890 - 462, 530 - 345, 462, 690});
+    expectPlace(placedPopover({1890, 500, 30, 60}, panel, barAtRight), {1890 - 462, 530 - 345, 462, 690});
 }
 
 TEST(PopoverPlacement, StaysOnTheScreenForAnItemInTheTopCorners) {
@@ -80,7 +78,7 @@ TEST(PopoverPlacement, StaysOnTheSecondScreenRightOfTheFirst) {
 TEST(PopoverPlacement, StaysOnTheSecondScreenLeftOfAndAboveTheFirst) {
     const ScreenFrames second{{-1280, -1024, 1280, 1024}, {-1280, -1024, 1280, 984}};
     expectPlace(placedPopover({-700, -40, 60, 40}, panel, second), {-670 - 231, -40 - 690, 462, 690});
-    expectPlace(placedPopover({-30, -40, 30, 40}, panel, second), {-462, -730, 462, 690});
+    expectPlace(placedPopover({-60, -40, 60, 40}, panel, second), {-462, -730, 462, 690});
 }
 
 TEST(PopoverPlacement, FindsABarAtTheSideOfAScreenWithAnOffset) {
@@ -98,6 +96,20 @@ TEST(PopoverPlacement, APanelThatDoesNotFitKeepsItsTopLeftCornerVisible) {
 
 TEST(PopoverPlacement, APanelOfTheSizeOfTheVisibleFrameFillsIt) {
     expectPlace(placedPopover({1800, 0, 60, 30}, {1920, 1050}, barAtTop), {0, 30, 1920, 1050});
+}
+
+TEST(PlacedPopover, AnItemInACornerBelongsToTheBarThatKeepsItsPlaceFree) {
+    const Rect anchor{1896, 1044, 24, 24};
+    EXPECT_EQ(placedPopover(anchor, {462, 690}, {{0, 0, 1920, 1080}, {0, 0, 1920, 1032}}),
+              (Rect{1458, 342, 462, 690}));
+    // A bar at the right, with the item at its lower end.
+    EXPECT_EQ(placedPopover(anchor, {462, 690}, {{0, 0, 1920, 1080}, {0, 0, 1872, 1080}}),
+              (Rect{1410, 390, 462, 690}));
+}
+
+TEST(PlacedPopover, AnItemInACornerOfAScreenWithoutFreePlacesBelongsToABarAboveOrBelow) {
+    EXPECT_EQ(placedPopover({1896, 1044, 24, 24}, {462, 690}, {{0, 0, 1920, 1080}, {0, 0, 1920, 1080}}),
+              (Rect{1458, 354, 462, 690}));
 }
 
 } // namespace

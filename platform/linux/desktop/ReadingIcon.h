@@ -12,7 +12,7 @@ namespace kelvinbar {
 /// The sides, in pixels, that hosts ask icons for, on plain and on dense screens.
 inline constexpr int iconSides[]{16, 22, 24, 32, 44, 48, 64};
 
-/// What of a compact value fits into an icon: "1200rpm" is "1200", "49.80°" is "50°".
+/// What of a compact value fits into an icon: "1200rpm" is "1200", "49.80°" is "50°"; empty for a word.
 QString iconText(const QString& value);
 
 /// Draws readings as square icons, for hosts that show no text: the number as large as fits, its digits of

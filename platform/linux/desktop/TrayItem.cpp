@@ -87,6 +87,7 @@ void TrayItem::publish() {
 StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pinned) {
     if (style_.showsLabels || pinned.empty()) return ownIcon_;
     const QString text = iconText(qtText(pinned.front().compactValue));
+    if (text.isEmpty()) return ownIcon_;
     if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons_.pixmaps(text);
     return drawnIcon_;
 }

@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# What the program costs while its panel is closed: six pinned readings at fast sampling on the demo machine, over
+# real ticks, beside a Qt program that does nothing. usage: scripts/bench-idle.sh [SECONDS]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export seconds=${1:-60}
+scripts/install-dependencies.sh bench desktop
+{
+  cmake --preset bench
+  cmake --build --preset bench --target kelvinbar-demo kelvinbar-panel kelvinbar_bare_qt_program
+} >&2
+export build="$PWD/build/bench"
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run XDG_CURRENT_DESKTOP=Test
+mkdir -p "$XDG_CONFIG_HOME/kelvinbar" && mkdir -m 700 "$XDG_RUNTIME_DIR"
+
+xvfb-run --auto-servernum dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null
+  # Sleeps that a thread ended by itself: how often it woke.
+  wakeups() { awk '/^voluntary/ { sum += $2 } END { print sum }' "$@"; }
+  cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
+
+  # measure NAME COMMAND…: the last $seconds of a program that has come to rest.
+  measure() {
+    local name=$1 pid main workers cpu
+    shift
+    "$@" &
+    pid=$!
+    sleep 8
+    main=$(wakeups "/proc/$pid/task/$pid/status")
+    workers=$(wakeups /proc/$pid/task/*/status)
+    cpu=$(cpu_ticks $pid)
+    sleep "$seconds"
+    main=$(($(wakeups "/proc/$pid/task/$pid/status") - main))
+    workers=$(($(wakeups /proc/$pid/task/*/status) - workers - main))
+    cpu=$(($(cpu_ticks $pid) - cpu))
+    awk -v name="$name" -v rss="$(awk '/VmRSS/ { print $2 }' /proc/$pid/status)" -v cpu=$cpu -v main=$main \
+      -v others=$workers -v s="$seconds" -v hz="$(getconf CLK_TCK)" 'BEGIN {
+        printf "%-34s %8.1f %14.0f %12.2f %14.2f\n", name, rss / 1024, cpu * 1000 / hz * 60 / s, main / s, others / s }'
+    kill $pid && wait $pid || true
+  }
+
+  prefer() { printf '[General]\n%s\n' "$@" >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"; }
+
+  printf '%-34s %8s %14s %12s %14s\n' "panel closed" "RSS MiB" "CPU ms/minute" "main wakes/s" "others wakes/s"
+  measure "a Qt program that does nothing" "$build/bench/kelvinbar_bare_qt_program"
+  prefer KelvinbarSamplingRate=fast
+  measure "nothing pinned" "$build/shell/kelvinbar-demo"
+  prefer 'KelvinbarMenuBarKeys=TC0P, F0Ac, PC0R, TC0C, TC1C, TG0D' KelvinbarSamplingRate=fast
+  measure "six pinned, fast, no tray" "$build/shell/kelvinbar-demo"
+  export XDG_CURRENT_DESKTOP=MATE
+  measure "the same where labels are shown" "$build/shell/kelvinbar-demo"
+EOS
