@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+class QGuiApplication;
+
 namespace kelvinbar {
 
 /// A pinned reading as a status item may show it beside its title.
@@ -38,8 +40,8 @@ class Desktop {
     virtual LoginItemService& loginItemService() = 0;
 };
 
-/// What has to be settled before the toolkit starts.
-void prepareDesktop();
+/// The toolkit's application object, as the desktop needs it.
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv);
 
 /// The desktop that the program runs on. `name` is the program's; `command` starts it again.
 std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command);

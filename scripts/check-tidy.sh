@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 folders=("$@")
-[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue smc store platform resources tools bench)
+[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue smc store shell panel platform resources tools bench)
 
 scripts/install-dependencies.sh check
 cmake --preset dev -B build/tidy -D KELVINBAR_BENCH=ON -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null

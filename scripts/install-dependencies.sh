@@ -14,14 +14,14 @@ declare -A evidence=(
   [qml6-module-qtquick]='/usr/lib/*/qt6/qml/QtQuick/qmldir' [libgl-dev]=/usr/include/GL/gl.h
   [qml6-module-qtqml-workerscript]='/usr/lib/*/qt6/qml/QtQml/WorkerScript/qmldir'
   [xvfb]=xvfb-run [xauth]=xauth [dbus-daemon]=dbus-run-session [libglib2.0-bin]=gdbus [xdotool]=xdotool
-  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [procps]=pkill
+  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo [procps]=pkill
   [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtqml-workerscript"
 build="g++ cmake ninja-build libcli11-dev $qt"
-desktop="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick procps fonts-dejavu-core xfwm4 xfce4-panel lxqt-panel"
+desktop="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick procps fonts-dejavu-core x11-utils xfwm4 xfce4-panel lxqt-panel trayer"
 declare -A packages=(
   [run]="$build"
   [test]="$build libgtest-dev libgmock-dev locales $desktop"

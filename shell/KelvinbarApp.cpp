@@ -72,8 +72,7 @@ struct Parts {
 } // namespace
 
 int KelvinbarApp::run(int& argc, char** argv, const Machine& machine, const std::string& name) {
-    prepareDesktop();
-    const QGuiApplication application(argc, argv);
+    const auto application = makeApplication(argc, argv);
     QGuiApplication::setApplicationName(QString::fromStdString(name));
     QGuiApplication::setDesktopFileName("org.kelvinbar.Kelvinbar");
     const auto desktop = makeDesktop(name, startCommand());

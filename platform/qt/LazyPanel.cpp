@@ -1,12 +1,8 @@
 #include "platform/qt/LazyPanel.h"
 
 #include "panel/PanelWindow.h"
-#include "platform/qt/QtGeometry.h"
+#include "platform/qt/Modules.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QLibrary>
-#include <iostream>
 #include <utility>
 
 namespace kelvinbar {
@@ -15,22 +11,9 @@ namespace {
 
 using MakePanel = PanelWindow* (*)(KelvinbarStore&, std::function<void()>);
 
-/// Where the panel's module is: installed, or as it is built.
-constexpr auto moduleFolders = {KELVINBAR_MODULE_FOLDER, "../panel", "."};
-
 MakePanel panelModule() {
-    static const MakePanel module = [] {
-        QString error;
-        for (const char* const folder : moduleFolders) {
-            const QDir beside(QCoreApplication::applicationDirPath());
-            QLibrary library(QDir::cleanPath(beside.filePath(folder)) + "/libkelvinbar-panel");
-            const auto function = reinterpret_cast<MakePanel>(library.resolve("kelvinbarMakePanel"));
-            if (function != nullptr) return function;
-            if (error.isEmpty() || library.isLoaded()) error = library.errorString();
-        }
-        std::cerr << "kelvinbar: the panel cannot be loaded: " + error.toStdString() + "\n";
-        return MakePanel(nullptr);
-    }();
+    static const auto module =
+        reinterpret_cast<MakePanel>(moduleFunction("kelvinbar-panel", "kelvinbarMakePanel"));
     return module;
 }
 

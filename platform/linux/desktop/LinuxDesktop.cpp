@@ -1,5 +1,6 @@
 #include "platform/Desktop.h"
 #include "platform/linux/AutostartEntry.h"
+#include "platform/linux/desktop/LegacyTray.h"
 #include "platform/linux/desktop/RunningInstance.h"
 #include "platform/linux/desktop/TerminationSignals.h"
 #include "platform/linux/desktop/TrayItem.h"
@@ -101,10 +102,11 @@ class LinuxDesktop final : public Desktop {
 
 } // namespace
 
-void prepareDesktop() {
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
     // Windows of a Wayland session cannot place themselves; those of its X server can.
     const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (!isChosen && !qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
+    return makeTrayApplication(argc, argv);
 }
 
 std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command) {

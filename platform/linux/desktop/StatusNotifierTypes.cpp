@@ -14,6 +14,13 @@ StatusNotifierPixmap statusNotifierPixmap(const QImage& image) {
     return pixmap;
 }
 
+QImage imageOf(const StatusNotifierPixmap& pixmap) {
+    QImage image(pixmap.width, pixmap.height, QImage::Format_ARGB32);
+    qFromBigEndian<quint32>(pixmap.pixels.constData(), static_cast<qsizetype>(pixmap.width) * pixmap.height,
+                            image.bits());
+    return image;
+}
+
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
     argument.beginStructure();
     argument << pixmap.width << pixmap.height << pixmap.pixels;

@@ -21,6 +21,7 @@ struct StatusNotifierPixmap {
 using StatusNotifierPixmaps = QList<StatusNotifierPixmap>;
 
 StatusNotifierPixmap statusNotifierPixmap(const QImage& image);
+QImage imageOf(const StatusNotifierPixmap& pixmap);
 
 struct StatusNotifierToolTip {
     QString iconName;

@@ -52,7 +52,12 @@ TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHan
     , handlers_(handlers)
     , readingIcons_(style.isDark)
     , menu_(bus)
-    , item_(bus, [this](QPoint place) { activate(place); }) {
+    , item_(bus,
+            [this](QPoint place) {
+                activate({place, QSize(1, 1)});
+            })
+    , legacyIcon_(makeLegacyTrayIcon([this](QRect place) { activate(place); })) {
+    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishLegacyIcon(); });
     content_.title = "Kelvinbar";
     content_.toolTipTitle = "Kelvinbar";
     publish();
@@ -81,6 +86,7 @@ void TrayItem::publish() {
     const auto pinned = handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
     content_.iconPixmaps = iconPixmaps(pinned);
     item_.setContent(content_);
+    publishLegacyIcon();
     publishMenu(pinned);
 }
 
@@ -90,6 +96,18 @@ StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pi
     if (text.isEmpty()) return ownIcon_;
     if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons_.pixmaps(text);
     return drawnIcon_;
+}
+
+/// In one tray at a time: the older kind only while none of the newer is there.
+void TrayItem::publishLegacyIcon() {
+    if (legacyIcon_ == nullptr) return;
+    if (!item_.hasWatcher()) {
+        QList<QImage> sizes;
+        for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
+        legacyIcon_->setIcon(sizes);
+        legacyIcon_->setToolTip(content_.toolTipText);
+    }
+    legacyIcon_->setShown(!item_.hasWatcher());
 }
 
 void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
@@ -106,9 +124,9 @@ void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
     menu_.setEntries(std::move(entries));
 }
 
-void TrayItem::activate(QPoint place) {
+void TrayItem::activate(QRect place) {
     // Some hosts do not know the place and give the origin.
-    if (!place.isNull()) lastClick_ = place;
+    if (!place.topLeft().isNull()) lastClick_ = place;
     activateAgain();
 }
 
@@ -118,7 +136,7 @@ void TrayItem::activateAgain() {
 
 std::optional<Rect> TrayItem::frameOnScreen() const {
     if (!lastClick_) return std::nullopt;
-    return Rect{static_cast<double>(lastClick_->x()), static_cast<double>(lastClick_->y()), 1, 1};
+    return rectOf(*lastClick_);
 }
 
 std::optional<Rect> TrayItem::visibleFrameOfScreen() const {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "platform/linux/desktop/LegacyTray.h"
 #include "platform/linux/desktop/ReadingIcon.h"
 #include "platform/linux/desktop/StatusMenu.h"
 #include "platform/linux/desktop/StatusNotifierItem.h"
 
 #include <QDBusConnection>
-#include <QPoint>
+#include <QRect>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -40,7 +41,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     [[nodiscard]] std::optional<Rect> visibleFrameOfScreen() const override;
 
     /// What a click at a place on the screen does.
-    void activate(QPoint place);
+    void activate(QRect place);
 
     /// What a click at the last place does.
     void activateAgain();
@@ -48,12 +49,13 @@ class TrayItem final : public StatusItem, public StatusItemButton {
   private:
     void publish();
     void publishMenu(const std::vector<PinnedReading>& pinned);
+    void publishLegacyIcon();
     [[nodiscard]] StatusNotifierPixmaps iconPixmaps(const std::vector<PinnedReading>& pinned);
 
     TrayStyle style_;
     const DesktopHandlers& handlers_;
     std::function<void()> action_;
-    std::optional<QPoint> lastClick_;
+    std::optional<QRect> lastClick_;
     StatusNotifierContent content_;
     ReadingIcons readingIcons_;
     StatusNotifierPixmaps ownIcon_;
@@ -61,6 +63,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierPixmaps drawnIcon_;
     StatusMenu menu_;
     StatusNotifierItem item_;
+    std::unique_ptr<LegacyTrayIcon> legacyIcon_; ///< null where no older tray can be needed
 };
 
 class TrayStatusBar final : public StatusBar {

@@ -1,0 +1,27 @@
+# The program in a tray of the older kind, which embeds windows.
+scenario=legacy-tray
+source "$(dirname "$0")/desktop.sh"
+source "$(dirname "$0")/hosts.sh"
+
+preferences 'KelvinbarMenuBarKeys=TC0P' 'KelvinbarSamplingRate=fast'
+start_window_manager
+trayer --edge top --align left --widthtype pixel --width 30 --heighttype pixel --height 26 --SetDockType true >/dev/null 2>&1 &
+sleep 1
+start_program
+icon_is_embedded() { xwininfo -root -tree | grep -q 'kelvinbar-demo'; }
+wait_until 5 "the icon in the tray" icon_is_embedded
+sleep 1
+picture tray
+click 12 12
+wait_until 3 "the panel" panel_is_open
+wait_until 2 "its size" panel_has_size 462 690
+[[ $Y -ge 20 && $Y -le 40 ]] || fail "the panel is at y $Y"
+picture panel
+xdotool key Escape
+wait_until 2 "closing by Escape" panel_is_closed
+
+# A tray of the newer kind appears: the icon moves there.
+start_xfce_panel
+wait_until 10 "the watcher" bus_has org.kde.StatusNotifierWatcher
+wait_until 5 "the item in the newer tray" is_registered
+finish
