@@ -14,7 +14,7 @@ Machine makeDemoMachine(std::shared_ptr<const MonotonicClock> clock) {
     const std::string_view text = sampleMachines().front().text;
     // Everything but the keys is as it is replayed.
     Machine machine = makeReplayMachine(text, clock).machine.value_or(Machine());
-    auto keys = std::make_unique<DemoKeys>(parseSnapshot(text).machine.keys, clock);
+    auto keys = std::make_unique<DemoKeys>(parseSnapshot(text).machine.keys, std::move(clock));
     machine.driver = std::make_shared<EmulatedSMCDriver>(std::move(keys));
     return machine;
 }

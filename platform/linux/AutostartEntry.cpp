@@ -119,11 +119,9 @@ std::string escapedText(std::string_view text) {
 
 } // namespace
 
-AutostartEntry::AutostartEntry(fs::path folder, const std::string& name, std::vector<std::string> command,
-                               Actions actions)
-    : file_(std::move(folder) / (name + ".desktop"))
-    , command_(std::move(command))
-    , actions_(std::move(actions)) {}
+AutostartEntry::AutostartEntry(const fs::path& folder, const std::string& name,
+                               std::vector<std::string> command, Actions actions)
+    : file_(folder / (name + ".desktop")), command_(std::move(command)), actions_(std::move(actions)) {}
 
 bool AutostartEntry::isRegistered() const {
     const auto text = systemFileText(file_);

@@ -24,8 +24,8 @@ class AutostartEntry final : public LoginItemService {
 
     /// `folder` is the autostart folder, `name` that of the entry in it, and `command` the program with its
     /// arguments.
-    AutostartEntry(std::filesystem::path folder, const std::string& name, std::vector<std::string> command,
-                   Actions actions);
+    AutostartEntry(const std::filesystem::path& folder, const std::string& name,
+                   std::vector<std::string> command, Actions actions);
 
     [[nodiscard]] bool canRegister() const override { return true; }
 

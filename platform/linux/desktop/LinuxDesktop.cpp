@@ -83,11 +83,11 @@ class LinuxDesktop final : public Desktop {
     LoginItemService& loginItemService() override { return autostart_; }
 
   private:
-    void openPanel() {
+    void openPanel() const {
         if (handlers_.openPanel) handlers_.openPanel();
     }
 
-    void quit() {
+    void quit() const {
         if (handlers_.quit) handlers_.quit();
     }
 

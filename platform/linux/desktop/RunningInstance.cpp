@@ -5,9 +5,8 @@
 
 namespace kelvinbar {
 
-RunningInstance::RunningInstance(const QDBusConnection& bus, const QString& name,
-                                 std::function<void()> onActivated)
-    : bus_(bus)
+RunningInstance::RunningInstance(QDBusConnection bus, const QString& name, std::function<void()> onActivated)
+    : bus_(std::move(bus))
     , name_(name)
     , path_("/" + QString(name).replace('.', '/'))
     , onActivated_(std::move(onActivated)) {

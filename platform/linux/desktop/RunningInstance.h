@@ -16,7 +16,7 @@ class RunningInstance final : public QObject {
 
   public:
     /// `name` is the program's on the bus, such as "org.kelvinbar.Kelvinbar".
-    RunningInstance(const QDBusConnection& bus, const QString& name, std::function<void()> onActivated);
+    RunningInstance(QDBusConnection bus, const QString& name, std::function<void()> onActivated);
     RunningInstance(const RunningInstance&) = delete;
     RunningInstance& operator=(const RunningInstance&) = delete;
     ~RunningInstance() override;

@@ -11,7 +11,7 @@ constexpr int rootId = 0;
 
 } // namespace
 
-StatusMenu::StatusMenu(const QDBusConnection& bus) : bus_(bus), adaptor_(new StatusMenuAdaptor(*this)) {
+StatusMenu::StatusMenu(QDBusConnection bus) : bus_(std::move(bus)), adaptor_(new StatusMenuAdaptor(*this)) {
     registerStatusMenuTypes();
     bus_.registerObject(path, this);
 }
@@ -77,10 +77,13 @@ QList<int> StatusMenuAdaptor::EventGroup(const QList<StatusMenuEvent>& events) {
     return {};
 }
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
 bool StatusMenuAdaptor::AboutToShow(int /*id*/) { return false; }
 
 QList<int> StatusMenuAdaptor::AboutToShowGroup(const QList<int>& /*ids*/, QList<int>& /*idErrors*/) {
     return {};
 }
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 } // namespace kelvinbar

@@ -28,7 +28,7 @@ class StatusMenu final : public QObject {
   public:
     static constexpr auto path = "/StatusMenu";
 
-    explicit StatusMenu(const QDBusConnection& bus);
+    explicit StatusMenu(QDBusConnection bus);
     StatusMenu(const StatusMenu&) = delete;
     StatusMenu& operator=(const StatusMenu&) = delete;
     ~StatusMenu() override;
@@ -48,6 +48,7 @@ class StatusMenu final : public QObject {
     class StatusMenuAdaptor* adaptor_;
 };
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
 class StatusMenuAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
@@ -84,5 +85,7 @@ class StatusMenuAdaptor final : public QDBusAbstractAdaptor {
   private:
     StatusMenu& menu_;
 };
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 } // namespace kelvinbar

@@ -4,11 +4,11 @@
 
 namespace kelvinbar {
 
-QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& layout) {
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& value) {
     argument.beginStructure();
-    argument << layout.id << layout.properties;
+    argument << value.id << value.properties;
     argument.beginArray(QMetaType::fromType<QDBusVariant>());
-    for (const StatusMenuLayout& child : layout.children) {
+    for (const StatusMenuLayout& child : value.children) {
         argument << QDBusVariant(QVariant::fromValue(child));
     }
     argument.endArray();
@@ -17,44 +17,44 @@ QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& layou
 }
 
 /// Layouts are only ever sent; the type has to be readable all the same.
-const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& layout) {
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& value) {
     argument.beginStructure();
-    argument >> layout.id >> layout.properties;
+    argument >> value.id >> value.properties;
     argument.beginArray();
     while (!argument.atEnd()) {
         QDBusVariant child;
         argument >> child;
-        layout.children.append(qdbus_cast<StatusMenuLayout>(child.variant().value<QDBusArgument>()));
+        value.children.append(qdbus_cast<StatusMenuLayout>(child.variant().value<QDBusArgument>()));
     }
     argument.endArray();
     argument.endStructure();
     return argument;
 }
 
-QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuItemProperties& item) {
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuItemProperties& value) {
     argument.beginStructure();
-    argument << item.id << item.properties;
+    argument << value.id << value.properties;
     argument.endStructure();
     return argument;
 }
 
-const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuItemProperties& item) {
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuItemProperties& value) {
     argument.beginStructure();
-    argument >> item.id >> item.properties;
+    argument >> value.id >> value.properties;
     argument.endStructure();
     return argument;
 }
 
-QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& event) {
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& value) {
     argument.beginStructure();
-    argument << event.id << event.name << event.data << event.timestamp;
+    argument << value.id << value.name << value.data << value.timestamp;
     argument.endStructure();
     return argument;
 }
 
-const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& event) {
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& value) {
     argument.beginStructure();
-    argument >> event.id >> event.name >> event.data >> event.timestamp;
+    argument >> value.id >> value.name >> value.data >> value.timestamp;
     argument.endStructure();
     return argument;
 }

@@ -16,8 +16,8 @@ constexpr auto itemPath = "/StatusNotifierItem";
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, Activation onActivated)
-    : bus_(bus)
+StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, Activation onActivated)
+    : bus_(std::move(bus))
     , service_(QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
     , watcher_(watcherService, bus_,
                QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration)
@@ -64,6 +64,7 @@ void StatusNotifierItem::setContent(const StatusNotifierContent& content) {
     }
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the bus asks objects
 QDBusObjectPath StatusNotifierItemAdaptor::menu() const { return QDBusObjectPath(StatusMenu::path); }
 
 QString StatusNotifierItemAdaptor::labelGuide() const {

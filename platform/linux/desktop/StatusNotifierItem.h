@@ -33,7 +33,7 @@ class StatusNotifierItem final : public QObject {
     using Activation = std::function<void(QPoint)>;
 
     /// `onActivated` gets the place on the screen at which the host was clicked.
-    StatusNotifierItem(const QDBusConnection& bus, Activation onActivated);
+    StatusNotifierItem(QDBusConnection bus, Activation onActivated);
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
     ~StatusNotifierItem() override;
@@ -63,6 +63,7 @@ class StatusNotifierItem final : public QObject {
     class StatusNotifierItemAdaptor* adaptor_;
 };
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
 /// The item as hosts see it.
 class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
@@ -142,5 +143,7 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
   private:
     StatusNotifierItem& item_;
 };
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 } // namespace kelvinbar

@@ -7,10 +7,10 @@ namespace kelvinbar {
 
 StatusNotifierPixmap statusNotifierPixmap(const QImage& image) {
     const QImage converted = image.convertToFormat(QImage::Format_ARGB32);
-    StatusNotifierPixmap pixmap{converted.width(), converted.height(), {}};
-    pixmap.pixels.resize(converted.width() * converted.height() * 4);
-    qToBigEndian<quint32>(converted.constBits(), converted.width() * converted.height(),
-                          pixmap.pixels.data());
+    const qsizetype count = qsizetype{converted.width()} * converted.height();
+    StatusNotifierPixmap pixmap{converted.width(), converted.height(),
+                                QByteArray(count * 4, Qt::Uninitialized)};
+    qToBigEndian<quint32>(converted.constBits(), count, pixmap.pixels.data());
     return pixmap;
 }
 

@@ -112,6 +112,7 @@ void TrayItem::publishLegacyIcon() {
 
 void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
     std::vector<StatusMenuEntry> entries;
+    entries.reserve(pinned.size() + 3);
     const auto open = [this] { activateAgain(); };
     for (const PinnedReading& reading : pinned) {
         entries.push_back({qtText(reading.name + ": " + reading.value), open});
@@ -151,7 +152,7 @@ std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
 }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {
-    return QFile::exists(resourcePath(name, iconSides[0]));
+    return QFile::exists(resourcePath(name, iconSides.front()));
 }
 
 } // namespace kelvinbar

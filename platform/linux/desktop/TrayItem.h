@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelvinbar {
@@ -68,8 +69,8 @@ class TrayItem final : public StatusItem, public StatusItemButton {
 
 class TrayStatusBar final : public StatusBar {
   public:
-    TrayStatusBar(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers)
-        : bus_(bus), style_(style), handlers_(handlers) {}
+    TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers)
+        : bus_(std::move(bus)), style_(style), handlers_(handlers) {}
 
     std::unique_ptr<StatusItem> makeItem() override;
     [[nodiscard]] bool hasImageResource(const std::string& name) const override;
