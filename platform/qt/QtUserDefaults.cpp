@@ -1,8 +1,13 @@
 #include "platform/qt/QtUserDefaults.h"
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
 #include <QStringList>
 #include <QVariant>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace kelvinbar {
@@ -12,6 +17,9 @@ namespace {
 QString qtKey(std::string_view key) {
     return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
 }
+
+/// How long to wait for another process that writes, in milliseconds.
+constexpr int longestTurn = 1000;
 
 } // namespace
 
@@ -23,12 +31,10 @@ QtUserDefaults::QtUserDefaults(const QString& name, Report report)
 
 void QtUserDefaults::checkFile() {
     settings_.setFallbacksEnabled(false);
-    settings_.sync();
+    settings_.allKeys(); // a section is read when it is first asked for
     isDamaged_ = settings_.status() == QSettings::FormatError;
-    if (isDamaged_) reportOnce("the preferences in " + settings_.fileName().toStdString() + " are damaged");
-    if (settings_.status() == QSettings::AccessError) {
-        reportOnce("the preferences in " + settings_.fileName().toStdString() + " cannot be read");
-    }
+    if (isDamaged_) reportOnce("are damaged");
+    if (settings_.status() == QSettings::AccessError) reportOnce("cannot be read");
 }
 
 std::optional<std::string> QtUserDefaults::text(std::string_view key) const {
@@ -66,29 +72,43 @@ void QtUserDefaults::setTextList(std::string_view key, const TextList& value) {
 void QtUserDefaults::setNumber(std::string_view key, double value) { write(key, value); }
 
 void QtUserDefaults::remove(std::string_view key) {
-    if (isDamaged_) keepDamagedFileAside();
-    settings_.remove(qtKey(key));
-    settings_.sync();
+    change([&] { settings_.remove(qtKey(key)); });
 }
 
 void QtUserDefaults::write(std::string_view key, const QVariant& value) {
-    if (isDamaged_) keepDamagedFileAside();
-    settings_.setValue(qtKey(key), value);
-    settings_.sync();
-    if (settings_.status() == QSettings::AccessError) {
-        reportOnce("the preferences in " + settings_.fileName().toStdString() + " cannot be written");
-    }
+    change([&] { settings_.setValue(qtKey(key), value); });
 }
 
-void QtUserDefaults::keepDamagedFileAside() {
+template <typename Change>
+void QtUserDefaults::change(Change change) {
+    if (isDamaged_ && !keepDamagedFileAside()) return reportOnce("are damaged and cannot be kept aside");
+    QLockFile turn(settings_.fileName() + ".turn");
+    turn.tryLock(longestTurn);
+    waitForAnotherTimeStamp();
+    change();
+    settings_.sync();
+    if (settings_.status() == QSettings::AccessError) reportOnce("cannot be written");
+}
+
+/// What another process has written is seen by the file's size and time. Two changes within the grain of that
+/// time might look like one.
+void QtUserDefaults::waitForAnotherTimeStamp() const {
+    constexpr std::chrono::milliseconds grain{10};
+    const QDateTime changed = QFileInfo(settings_.fileName()).lastModified();
+    const std::chrono::milliseconds age(changed.msecsTo(QDateTime::currentDateTime()));
+    if (changed.isValid() && age >= age.zero() && age < grain) std::this_thread::sleep_for(grain - age);
+}
+
+bool QtUserDefaults::keepDamagedFileAside() {
     const QString copy = settings_.fileName() + ".damaged";
     QFile::remove(copy);
-    QFile::copy(settings_.fileName(), copy);
-    isDamaged_ = false;
+    isDamaged_ = !QFile::copy(settings_.fileName(), copy);
+    return !isDamaged_;
 }
 
-void QtUserDefaults::reportOnce(const std::string& message) {
-    if (!std::exchange(hasReported_, true)) report_(message);
+void QtUserDefaults::reportOnce(const std::string& what) {
+    if (std::exchange(hasReported_, true)) return;
+    report_("the preferences in " + settings_.fileName().toStdString() + " " + what);
 }
 
 } // namespace kelvinbar

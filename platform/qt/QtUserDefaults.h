@@ -31,8 +31,11 @@ class QtUserDefaults final : public UserDefaults {
   private:
     void checkFile();
     void write(std::string_view key, const QVariant& value);
-    void keepDamagedFileAside();
-    void reportOnce(const std::string& message);
+    template <typename Change>
+    void change(Change change);
+    void waitForAnotherTimeStamp() const;
+    bool keepDamagedFileAside();
+    void reportOnce(const std::string& what);
 
     QSettings settings_;
     Report report_;

@@ -19,6 +19,7 @@ RunningInstance::RunningInstance(QDBusConnection bus, const QString& name, std::
 }
 
 RunningInstance::~RunningInstance() {
+    if (!bus_.isConnected()) return;
     if (isThisOne_) bus_.unregisterService(name_);
     bus_.unregisterObject(path_);
 }
@@ -27,7 +28,8 @@ void RunningInstance::activateOther() const {
     QDBusMessage call =
         QDBusMessage::createMethodCall(name_, path_, "org.freedesktop.Application", "Activate");
     call << QVariantMap();
-    bus_.call(call);
+    constexpr int patience = 5000; // milliseconds
+    bus_.call(call, QDBus::Block, patience);
 }
 
 } // namespace kelvinbar

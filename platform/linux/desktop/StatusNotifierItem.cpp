@@ -19,20 +19,22 @@ constexpr auto itemPath = "/StatusNotifierItem";
 StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, Activation onActivated)
     : bus_(std::move(bus))
     , service_(QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
-    , watcher_(watcherService, bus_,
-               QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration)
+    , watcher_(watcherService, bus_, QDBusServiceWatcher::WatchForOwnerChange)
     , onActivated_(std::move(onActivated))
     , adaptor_(new StatusNotifierItemAdaptor(*this)) {
     registerStatusNotifierTypes();
     bus_.registerObject(itemPath, this);
     bus_.registerService(service_);
-    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierItem::watcherAppeared);
-    connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered, this, &StatusNotifierItem::watcherVanished);
+    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& newOwner) {
+                newOwner.isEmpty() ? watcherVanished() : watcherAppeared();
+            });
     const auto* const interface = bus_.interface();
     if (interface != nullptr && interface->isServiceRegistered(watcherService)) watcherAppeared();
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
+    if (!bus_.isConnected()) return;
     bus_.unregisterService(service_);
     bus_.unregisterObject(itemPath);
 }
@@ -43,6 +45,10 @@ void StatusNotifierItem::watcherAppeared() {
                                                        watcherService, "RegisterStatusNotifierItem");
     call << service_;
     bus_.call(call, QDBus::NoBlock);
+    // Some hosts keep what they had of an item that they know.
+    emit adaptor_->NewTitle();
+    emit adaptor_->NewIcon();
+    emit adaptor_->XAyatanaNewLabel(content_.label, adaptor_->labelGuide());
     emit watcherChanged();
 }
 

@@ -1,0 +1,91 @@
+#include "tests/desktop/BusPeer.h"
+
+#include "tests/desktop/EventLoop.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+QString unusedName() {
+    static int count = 0;
+    return QString("peer-%1").arg(++count);
+}
+
+} // namespace
+
+PrivateBus::PrivateBus()
+    : name_(unusedName()), connection_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name_)) {}
+
+PrivateBus::~PrivateBus() { QDBusConnection::disconnectFromBus(name_); }
+
+bool PrivateBus::hasOwner(const QString& service) const {
+    return connection_.interface()->isServiceRegistered(service);
+}
+
+BusPeer::BusPeer(QString service, QString path, QString interface)
+    : service_(std::move(service)), path_(std::move(path)), interface_(std::move(interface)) {
+    bus_.connection().connect({}, path_, interface_, {}, this, SLOT(note(QDBusMessage)));
+    // The bus knows what to pass on when it has answered the next question.
+    static_cast<void>(bus_.hasOwner(service_));
+}
+
+QDBusMessage BusPeer::callInterface(const QString& interface, const QString& method,
+                                    const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(service_, path_, interface, method);
+    message.setArguments(arguments);
+    const QDBusPendingCallWatcher call(bus_.connection().asyncCall(message, 10'000));
+    bool isFinished = false;
+    connect(&call, &QDBusPendingCallWatcher::finished, [&] { isFinished = true; });
+    EXPECT_TRUE(waitFor([&] { return isFinished; })) << method.toStdString();
+    return call.reply();
+}
+
+QDBusMessage BusPeer::call(const QString& method, const QVariantList& arguments) {
+    return callInterface(interface_, method, arguments);
+}
+
+QVariantMap BusPeer::properties() {
+    const QDBusPendingReply<QVariantMap> reply =
+        callInterface("org.freedesktop.DBus.Properties", "GetAll", {interface_});
+    EXPECT_TRUE(reply.isValid()) << reply.error().message().toStdString();
+    return reply.isValid() ? reply.value() : QVariantMap();
+}
+
+QList<QVariantList> BusPeer::heard(const QString& signal) {
+    // Messages arrive in the order in which they were sent.
+    static_cast<void>(callInterface("org.freedesktop.DBus.Peer", "Ping", {}));
+    QList<QVariantList> found;
+    for (const QDBusMessage& message : std::as_const(messages_)) {
+        if (message.member() == signal) found.append(message.arguments());
+    }
+    return found;
+}
+
+void FakeWatcher::appear() {
+    auto bus = bus_.connection();
+    EXPECT_TRUE(bus.registerObject("/StatusNotifierWatcher", this, QDBusConnection::ExportAllSlots));
+    EXPECT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher"));
+}
+
+void FakeWatcher::vanish() {
+    auto bus = bus_.connection();
+    EXPECT_TRUE(bus.unregisterService("org.kde.StatusNotifierWatcher"));
+    bus.unregisterObject("/StatusNotifierWatcher");
+}
+
+void FakeWatcher::waitInLine() {
+    auto bus = bus_.connection();
+    EXPECT_TRUE(bus.registerObject("/StatusNotifierWatcher", this, QDBusConnection::ExportAllSlots));
+    const auto reply = bus.interface()->registerService("org.kde.StatusNotifierWatcher",
+                                                        QDBusConnectionInterface::QueueService);
+    EXPECT_EQ(reply.value(), QDBusConnectionInterface::ServiceQueued);
+}
+
+} // namespace kelvinbar

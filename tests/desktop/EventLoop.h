@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <chrono>
+
+namespace kelvinbar {
+
+/// Runs the event loop until `condition` holds; gives up, with false, when `limit` is over.
+template <typename Condition>
+bool waitFor(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+    const QDeadlineTimer deadline(limit);
+    QEventLoop loop;
+    QTimer waker;
+    waker.start(std::chrono::milliseconds(5));
+    while (!condition()) {
+        if (deadline.hasExpired()) return false;
+        loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+/// Runs the event loop for a while, in which something must not happen.
+inline void runEventLoop(std::chrono::milliseconds duration) {
+    QEventLoop loop;
+    QTimer::singleShot(duration, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+} // namespace kelvinbar
