@@ -155,8 +155,7 @@ void AppDelegate::configurePopover() {
     Popover& popover = ports_.popover;
     popover.setTransient(true);
     popover.setAnimates(false);
-    // The content and the state of its views are kept for the next opening.
-    popover.setDidCloseHandler([] {});
+    popover.setDidCloseHandler([this] { popoverDidClose(); });
     popover.setContentSize(fixedPopoverSize);
     popover.setContent(makePopoverContent());
 }

@@ -54,8 +54,7 @@ class AppDelegate {
     void applyPopoverSize(Size size);
     void animatePopoverOpen(Size size);
 
-    static constexpr Size fixedPopoverSize{462, 690};
-    static constexpr double openingPopoverHeight = 54;
+    void popoverDidClose() {} // the content and the state of its views are kept for the next opening
 
     ShellPorts ports_;
     KelvinbarStore store_;

@@ -8,9 +8,6 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr double greatestWidth = 462;
-constexpr double leastWidth = 420;
-constexpr double leastHeight = 560;
 constexpr double screenMargin = 80; ///< of the screen's width and height together
 
 /// What the panel holds beside its rows, and what each card and each row adds.
@@ -45,6 +42,7 @@ double estimatedHeight(const std::vector<SMCReading>& readings, const KeySet& hi
 } // namespace
 
 Size targetPopoverSize(const PopoverSizing& sizing) {
+    const auto [leastWidth, leastHeight] = minimumPopoverSize;
     const double greatestHeight = std::max(sizing.visibleFrame.height - screenMargin, leastHeight);
     double height = std::min(greatestHeight, std::max(sizing.manualPopoverHeight, leastHeight));
     if (sizing.displayMode == SMCWindowDisplayMode::dynamic) {
@@ -52,7 +50,7 @@ Size targetPopoverSize(const PopoverSizing& sizing) {
         height = std::min(greatestHeight, std::max(height, estimate));
     }
     const double width =
-        std::min(greatestWidth, std::max(leastWidth, sizing.visibleFrame.width - screenMargin));
+        std::min(fixedPopoverSize.width, std::max(leastWidth, sizing.visibleFrame.width - screenMargin));
     return {width, height};
 }
 

@@ -9,6 +9,13 @@
 
 namespace kelvinbar {
 
+/// The panel as it is made, and the least that it shrinks to, in points.
+inline constexpr Size fixedPopoverSize{462, 690};
+inline constexpr Size minimumPopoverSize{420, 560};
+
+/// The height of the strip as which it opens.
+inline constexpr double openingPopoverHeight = 54;
+
 /// What the size of the panel follows.
 struct PopoverSizing {
     Rect visibleFrame; ///< of the screen that the panel opens on; empty without a screen

@@ -2,41 +2,20 @@
 // have a decimal comma.
 
 #include "platform/qt/QtUserDefaults.h"
+#include "tests/CommaLocale.h"
 
 #include <QDBusConnection>
 #include <QDir>
 #include <QGuiApplication>
 #include <QTemporaryDir>
-#include <array>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <locale>
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
 
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/lsan_interface.h>
-using LeaksOfTheSystem = __lsan::ScopedDisabler;
-#else
-struct LeaksOfTheSystem {};
-#endif
-
 namespace {
-
-bool enterCommaLocale() {
-    // The C library keeps what it makes of LOCPATH and never frees it.
-    [[maybe_unused]] const LeaksOfTheSystem leaks;
-    qputenv("LOCPATH", KELVINBAR_LOCALES);
-    qputenv("LC_ALL", "de_DE.UTF-8"); // the toolkit enters the locale of the environment
-    if (std::setlocale(LC_ALL, "") == nullptr) return false;
-    std::locale::global(std::locale("de_DE.UTF-8"));
-    std::array<char, 8> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%.1f", 0.5);
-    return std::string(buffer.data()) == "0,5";
-}
 
 void enterHome(const QTemporaryDir& home) {
     const auto enter = [&](const char* variable, const char* folder) {
@@ -70,7 +49,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const QTemporaryDir home;
     enterHome(home);
-    if (!enterCommaLocale()) {
+    if (!kelvinbar::enterCommaLocale(KELVINBAR_LOCALES)) {
         std::fputs("the locale with a decimal comma is missing\n", stderr);
         return EXIT_FAILURE;
     }

@@ -101,13 +101,14 @@ StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pi
 /// In one tray at a time: the older kind only while none of the newer is there.
 void TrayItem::publishLegacyIcon() {
     if (legacyIcon_ == nullptr) return;
-    if (!item_.hasWatcher()) {
+    const bool isNeeded = !item_.hasWatcher() && !content_.iconPixmaps.isEmpty();
+    if (isNeeded) {
         QList<QImage> sizes;
         for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
         legacyIcon_->setIcon(sizes);
         legacyIcon_->setToolTip(content_.toolTipText);
     }
-    legacyIcon_->setShown(!item_.hasWatcher());
+    legacyIcon_->setShown(isNeeded);
 }
 
 void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
