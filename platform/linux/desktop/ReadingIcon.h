@@ -11,7 +11,7 @@
 namespace kelvinbar {
 
 /// The sides, in pixels, that hosts ask icons for, on plain and on dense screens.
-inline constexpr std::array iconSides{16, 22, 24, 32, 44, 48, 64};
+inline constexpr std::array iconSides{16, 22, 24, 32, 48};
 
 /// What of a compact value fits into an icon: "1200rpm" is "1200", "49.80°" is "50°"; empty for a word.
 QString iconText(const QString& value);

@@ -20,15 +20,15 @@ constexpr std::array<std::string_view, 4> labellingDesktops{"gnome", "unity", "m
 
 /// The image of that name in pixels of a side.
 QString resourcePath(const std::string& name, int side) {
-    return QString(":/artwork/%1-%2.png").arg(QString::fromStdString(name)).arg(side);
+    return QString(":/artwork/%1-%2.argb").arg(QString::fromStdString(name)).arg(side);
 }
 
 /// The image in every size that hosts ask for.
 StatusNotifierPixmaps imagePixmaps(const std::string& name) {
     StatusNotifierPixmaps pixmaps;
     for (const int side : iconSides) {
-        const QImage image(resourcePath(name, side));
-        if (!image.isNull()) pixmaps.append(statusNotifierPixmap(image));
+        QFile pixels(resourcePath(name, side));
+        if (pixels.open(QIODevice::ReadOnly)) pixmaps.append({side, side, pixels.readAll()});
     }
     return pixmaps;
 }
