@@ -96,7 +96,7 @@ void QtUserDefaults::waitForAnotherTimeStamp() const {
     constexpr std::chrono::milliseconds grain{10};
     const QDateTime changed = QFileInfo(settings_.fileName()).lastModified();
     const std::chrono::milliseconds age(changed.msecsTo(QDateTime::currentDateTime()));
-    if (changed.isValid() && age >= age.zero() && age < grain) std::this_thread::sleep_for(grain - age);
+    if (changed.isValid() && age.count() >= 0 && age < grain) std::this_thread::sleep_for(grain - age);
 }
 
 bool QtUserDefaults::keepDamagedFileAside() {
