@@ -80,9 +80,6 @@ class LiveSensor {
     /// The bytes of the value in a data type of controllers.
     [[nodiscard]] std::optional<SMCBytes> bytes(const SensorType& type) const;
 
-    /// Whether a file was found.
-    [[nodiscard]] bool isOpen() const { return file_ != nullptr && file_->isOpen(); }
-
     /// Begins to meter an energy counter, or goes on with the meter of `earlier` (may be null).
     void meter(const LiveSensor* earlier);
 

@@ -74,7 +74,6 @@ TEST_F(LiveSensorTest, AValueIsTheFilesNumberInTheUnitOfItsKind) {
 
 TEST_F(LiveSensorTest, AValueFollowsTheFile) {
     const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "45000\n"));
-    EXPECT_TRUE(live.isOpen());
     EXPECT_EQ(live.value(), 45);
     tree.write("input", "46500\n");
     EXPECT_EQ(live.value(), 46.5);
@@ -103,13 +102,11 @@ TEST_F(LiveSensorTest, AValueThatItsKindCannotHaveIsNone) {
     EXPECT_EQ(valueOf(SensorKind::percent, 1, "101\n"), std::nullopt);
 }
 
-TEST_F(LiveSensorTest, WithoutItsFileASensorIsNotOpen) {
+TEST_F(LiveSensorTest, WithoutItsFileASensorHasNoValue) {
     SensorChannel missing(SensorKind::temperature, 1);
     missing.file = tree.root() / "missing";
-    EXPECT_FALSE(sensor(missing).isOpen());
     EXPECT_EQ(sensor(missing).value(), std::nullopt);
     const SensorChannel switchedOff(SensorKind::temperature, 1);
-    EXPECT_FALSE(sensor(switchedOff).isOpen());
     EXPECT_EQ(sensor(switchedOff).value(), std::nullopt);
     EXPECT_EQ(sensor(switchedOff).bytes(sensorType("flt ")), std::nullopt);
 }
@@ -205,7 +202,6 @@ TEST_F(SleepingDevice, HasNoValueUntilItWakes) {
     const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "45000\n"), power());
     EXPECT_EQ(live.value(), std::nullopt);
     EXPECT_EQ(live.bytes(sensorType("flt ")), std::nullopt);
-    EXPECT_TRUE(live.isOpen());
     become("active");
     EXPECT_EQ(live.value(), std::nullopt);
     clock->advance(DevicePower::validity + 1ns);
