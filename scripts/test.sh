@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Builds and runs all tests, first as they are, then under the address and undefined-behaviour sanitizers.
-# usage: scripts/test.sh [PRESET …]   (dev and asan unless told)
+# Builds and runs all tests under the address and undefined-behaviour sanitizers, then the whole program, built as
+# users run it, in real panels. usage: scripts/test.sh [PRESET …]   (asan and desktop unless told)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
-[[ ${#presets[@]} -gt 0 ]] || presets=(dev asan)
+[[ ${#presets[@]} -gt 0 ]] || presets=(asan desktop)
 
 scripts/install-dependencies.sh test
 for preset in "${presets[@]}"; do
