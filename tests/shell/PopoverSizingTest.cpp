@@ -13,12 +13,15 @@ namespace {
 using Readings = std::vector<SMCReading>;
 
 SMCReading readingIn(SMCCategory category, const std::string& key) {
-    SMCReading reading;
-    reading.key = key;
-    reading.category = category;
-    reading.value = "1";
-    reading.numericValue = 1;
-    return reading;
+    return {.key = key,
+            .name = key,
+            .category = category,
+            .type = "ui8 ",
+            .value = "1",
+            .numericValue = 1,
+            .unit = "",
+            .raw = "",
+            .status = "OK"};
 }
 
 void addReadings(Readings& readings, SMCCategory category, int count) {
