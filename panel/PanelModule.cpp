@@ -7,6 +7,6 @@
 
 /// Called through its name; the caller owns the result.
 extern "C" Q_DECL_EXPORT kelvinbar::PanelWindow* kelvinbarMakePanel(kelvinbar::KelvinbarStore& store,
-                                                                    std::function<void()> closeAction) {
-    return kelvinbar::makePanelWindow(store, std::move(closeAction)).release();
+                                                                    kelvinbar::PanelHandlers handlers) {
+    return kelvinbar::makePanelWindow(store, std::move(handlers)).release();
 }

@@ -1,54 +1,55 @@
 #include "panel/PanelWindow.h"
 
-#include "store/KelvinbarStore.h"
+#include "panel/PanelContent.h"
+#include "panel/PanelStyle.h"
 
-#include <QQmlContext>
 #include <QQuickView>
-#include <QStringList>
 #include <utility>
+
+void qml_register_types_Kelvinbar_Panel();
 
 namespace kelvinbar {
 
 namespace {
 
-/// One line a reading, until the panel has its cards.
-QStringList linesOf(const std::vector<SMCReading>& readings) {
-    QStringList lines;
-    for (const SMCReading& reading : readings) {
-        lines.append(QString::fromStdString(reading.name) + "  " +
-                     QString::fromStdString(reading.displayValue()));
-    }
-    return lines;
-}
-
 class QuickPanelWindow final : public PanelWindow {
   public:
-    QuickPanelWindow(KelvinbarStore& store, std::function<void()> closeAction)
-        : closeAction_(std::move(closeAction)) {
+    QuickPanelWindow(KelvinbarStore& store, PanelHandlers handlers)
+        : prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
+        , content_(store, SensorListMetrics(textScale()), std::move(handlers.close)) {
         view_.setTitle("Kelvinbar");
-        view_.setColor(QColor(22, 24, 29));
+        view_.setColor(QColor(22, 24, 29)); // until the first picture is drawn
         view_.setResizeMode(QQuickView::SizeRootObjectToView);
-        view_.rootContext()->setContextProperty("readingLines", linesOf(store.readings().value()));
-        readings_ = store.readings().observe([this](const std::vector<SMCReading>& readings) {
-            view_.rootContext()->setContextProperty("readingLines", linesOf(readings));
+        view_.setInitialProperties({{"content", QVariant::fromValue(&content_)}});
+        view_.setSource(QUrl("qrc:/qt-project.org/imports/Kelvinbar/Panel/MenuBarContentView.qml"));
+        QObject::connect(&view_, &QWindow::visibleChanged, &content_, [this](bool isVisible) {
+            if (isVisible) {
+                content_.panelWillOpen(prefersReducedMotion_());
+            } else {
+                content_.panelDidClose();
+            }
         });
-        view_.setSource(QUrl("qrc:/panel/MenuBarContentView.qml"));
     }
 
     QWindow& window() override { return view_; }
 
+    void whenContentMayMove(std::function<void()> change) override {
+        content_.whenRowsMayMove(std::move(change));
+    }
+
   private:
-    QQuickView view_;
-    std::function<void()> closeAction_;
-    Registration readings_;
+    std::function<bool()> prefersReducedMotion_;
+    PanelContent content_;
+    QQuickView view_; // goes before what it shows
 };
 
 } // namespace
 
-std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, std::function<void()> closeAction) {
+std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
     // The panel must not start a graphics card.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    return std::make_unique<QuickPanelWindow>(store, std::move(closeAction));
+    qml_register_types_Kelvinbar_Panel();
+    return std::make_unique<QuickPanelWindow>(store, std::move(handlers));
 }
 
 } // namespace kelvinbar

@@ -38,6 +38,8 @@ class Desktop {
     virtual Application& application() = 0;
     virtual StatusBar& statusBar() = 0;
     virtual LoginItemService& loginItemService() = 0;
+    /// Whether the user has asked the desktop for less motion.
+    [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
 };
 
 /// The toolkit's application object, as the desktop needs it.

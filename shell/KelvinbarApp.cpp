@@ -12,7 +12,6 @@
 #include "store/MenuBarText.h"
 
 #include <QGuiApplication>
-#include <filesystem>
 #include <iostream>
 #include <vector>
 
@@ -38,7 +37,7 @@ std::vector<std::string> startCommand() { return {QCoreApplication::applicationF
 
 /// The parts that live as long as the program, in the order in which they need each other.
 struct Parts {
-    explicit Parts(Desktop& desktopOfUser, const Machine& machine, const std::string& name)
+    Parts(Desktop& desktopOfUser, const Machine& machine, const std::string& name)
         : desktop(desktopOfUser)
         , defaults(QString::fromStdString(name), report)
         , appDelegate({.application = desktop.application(),
@@ -64,7 +63,7 @@ struct Parts {
     SystemWallClock wallClock;
     QtTimers timers;
     QtScreens screens;
-    LazyPanelFactory panels;
+    LazyPanelFactory panels{[this] { return desktop.prefersReducedMotion(); }};
     QtPopover popover;
     AppDelegate appDelegate;
 };
@@ -79,6 +78,7 @@ int KelvinbarApp::run(int& argc, char** argv, const Machine& machine, const std:
     if (desktop->handOverToRunningInstance()) return 0;
 
     useMachine(machine);
+    LoginItemManager::useService(desktop->loginItemService());
     Parts parts(*desktop, machine, name);
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },

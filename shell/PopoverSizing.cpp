@@ -1,5 +1,7 @@
 #include "shell/PopoverSizing.h"
 
+#include "store/VisibleReadings.h"
+
 #include <algorithm>
 #include <bitset>
 #include <cstdlib>
@@ -31,7 +33,7 @@ double estimatedHeight(const std::vector<SMCReading>& readings, const KeySet& hi
     long long rows = 0;
     std::bitset<allCategories.size()> categories;
     for (const SMCReading& reading : readings) {
-        if (!reading.hasDisplayableValue() || hiddenKeys.contains(reading.key)) continue;
+        if (!isVisibleReading(reading, hiddenKeys)) continue;
         ++rows;
         categories.set(static_cast<std::size_t>(reading.category));
     }

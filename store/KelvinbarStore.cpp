@@ -6,6 +6,7 @@
 #include "smc/SMCBridge.h"
 #include "store/MenuBarText.h"
 #include "store/SnapshotExport.h"
+#include "store/VisibleReadings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -259,7 +260,7 @@ std::string KelvinbarStore::exportText() const {
 
 std::size_t KelvinbarStore::visibleReadingCount() const {
     const auto count = std::ranges::count_if(readings_.value(), [&](const SMCReading& reading) {
-        return reading.hasDisplayableValue() && !hiddenKeys_.value().contains(reading.key);
+        return isVisibleReading(reading, hiddenKeys_.value());
     });
     return static_cast<std::size_t>(count);
 }

@@ -1,7 +1,9 @@
-// kelvinbar-render-artwork: draws a vector image in several sizes, as rows of 32-bit pixels, alpha first,
-// which is how trays take them. The build runs it, so that the program itself carries no reader of images.
+// kelvinbar-render-artwork: draws a vector image as a PNG, or in several sizes as rows of 32-bit pixels,
+// alpha first, which is how trays take them. The build runs it, so that the program carries no reader of
+// drawings.
 //
-// usage: kelvinbar-render-artwork FILE.svg FOLDER SIDE …
+// usage: kelvinbar-render-artwork FILE.svg FILE.png SIDE
+//        kelvinbar-render-artwork FILE.svg FOLDER SIDE …
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,15 +17,18 @@
 
 namespace {
 
-bool render(QSvgRenderer& artwork, int side, const QString& file) {
+QImage drawn(QSvgRenderer& artwork, int side) {
     QImage image(side, side, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     artwork.render(&painter);
-    painter.end();
+    return image;
+}
+
+bool writePixels(const QImage& image, const QString& file) {
     QFile pixels(file);
     if (!pixels.open(QIODevice::WriteOnly)) return false;
-    const qsizetype count = qsizetype{side} * side;
+    const qsizetype count = qsizetype{image.width()} * image.height();
     QByteArray bytes(count * 4, Qt::Uninitialized);
     qToBigEndian<quint32>(image.constBits(), count, bytes.data());
     return pixels.write(bytes) == bytes.size();
@@ -32,10 +37,11 @@ bool render(QSvgRenderer& artwork, int side, const QString& file) {
 int renderAll(const std::vector<QString>& words) {
     QSvgRenderer artwork(words[0]);
     if (!artwork.isValid()) return 1;
+    if (words[1].endsWith(".png")) return drawn(artwork, words[2].toInt()).save(words[1]) ? 0 : 1;
     const QString stem = words[1] + "/" + QFileInfo(words[0]).completeBaseName();
     for (std::size_t word = 2; word < words.size(); ++word) {
         const QString file = QString("%1-%2.argb").arg(stem, words[word]);
-        if (!render(artwork, words[word].toInt(), file)) return 1;
+        if (!writePixels(drawn(artwork, words[word].toInt()), file)) return 1;
     }
     return 0;
 }
@@ -45,6 +51,7 @@ int renderAll(const std::vector<QString>& words) {
 int main(int argc, char** argv) {
     const std::vector<QString> words(argv + 1, argv + argc);
     const int status = words.size() < 3 ? 2 : renderAll(words);
-    if (status != 0) std::cerr << "usage: kelvinbar-render-artwork FILE.svg FOLDER SIDE ...\n";
+    if (status != 0)
+        std::cerr << "usage: kelvinbar-render-artwork FILE.svg FILE.png SIDE | FILE.svg FOLDER SIDE ...\n";
     return status;
 }

@@ -9,7 +9,7 @@ namespace kelvinbar {
 
 namespace {
 
-using MakePanel = PanelWindow* (*)(KelvinbarStore&, std::function<void()>);
+using MakePanel = PanelWindow* (*)(KelvinbarStore&, PanelHandlers);
 
 MakePanel panelModule() {
     static const auto module =
@@ -19,8 +19,8 @@ MakePanel panelModule() {
 
 class LazyPanel final : public QtPopoverContent {
   public:
-    LazyPanel(KelvinbarStore& store, std::function<void()> closeAction)
-        : store_(store), closeAction_(std::move(closeAction)) {}
+    LazyPanel(KelvinbarStore& store, PanelHandlers handlers)
+        : store_(store), handlers_(std::move(handlers)) {}
 
     void setViewSize(Size /*size*/) override {} // the view follows its window
 
@@ -32,14 +32,25 @@ class LazyPanel final : public QtPopoverContent {
 
     QWindow* ensureWindow() override {
         if (panel_ == nullptr) {
-            if (const MakePanel make = panelModule()) panel_.reset(make(store_, closeAction_));
+            if (const MakePanel make = panelModule()) panel_.reset(make(store_, handlers_));
         }
         return window();
     }
 
+    void setWindowContentSize(Size size) override {
+        if (panel_ == nullptr) return;
+        panel_->whenContentMayMove([this, size] { QtPopoverContent::setWindowContentSize(size); });
+    }
+
+    void animateWindowContentSize(Size size, std::chrono::milliseconds duration,
+                                  std::function<void()> completion) override {
+        if (handlers_.prefersReducedMotion()) duration = std::chrono::milliseconds(0);
+        QtPopoverContent::animateWindowContentSize(size, duration, std::move(completion));
+    }
+
   private:
     KelvinbarStore& store_;
-    std::function<void()> closeAction_;
+    PanelHandlers handlers_;
     std::unique_ptr<PanelWindow> panel_;
 };
 
@@ -47,7 +58,7 @@ class LazyPanel final : public QtPopoverContent {
 
 std::unique_ptr<PopoverContent> LazyPanelFactory::make(KelvinbarStore& store,
                                                        std::function<void()> closeAction) {
-    return std::make_unique<LazyPanel>(store, std::move(closeAction));
+    return std::make_unique<LazyPanel>(store, PanelHandlers{std::move(closeAction), prefersReducedMotion_});
 }
 
 } // namespace kelvinbar

@@ -1,33 +1,15 @@
-// Runs the tests on a screen that nobody sees, in a home folder of their own, under a locale whose numbers
-// have a decimal comma.
+// Runs the tests on the session bus that they are started on.
 
 #include "platform/qt/QtUserDefaults.h"
-#include "tests/CommaLocale.h"
+#include "tests/QtTests.h"
 
 #include <QDBusConnection>
-#include <QDir>
-#include <QGuiApplication>
-#include <QTemporaryDir>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
-#include <gtest/gtest.h>
-
 namespace {
-
-void enterHome(const QTemporaryDir& home) {
-    const auto enter = [&](const char* variable, const char* folder) {
-        const QString path = home.filePath(folder);
-        QDir().mkpath(path);
-        qputenv(variable, path.toUtf8());
-    };
-    enter("HOME", "home");
-    enter("XDG_CONFIG_HOME", "config");
-    enter("XDG_RUNTIME_DIR", "runtime");
-    QFile::setPermissions(home.filePath("runtime"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
 
 /// This program as another process that writes preferences: `prefix`0, `prefix`1, … .
 int writePreferences(const char* name, const std::string& prefix, int count) {
@@ -40,30 +22,17 @@ int writePreferences(const char* name, const std::string& prefix, int count) {
     return isReported ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
+bool isOnSessionBus() {
+    if (QDBusConnection::sessionBus().isConnected()) return true;
+    std::fputs("there is no session bus\n", stderr);
+    return false;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     if (argc == 5 && std::string_view(argv[1]) == "--write-preferences") {
         return writePreferences(argv[2], argv[3], std::atoi(argv[4]));
     }
-    testing::InitGoogleTest(&argc, argv);
-    const QTemporaryDir home;
-    enterHome(home);
-    if (!kelvinbar::enterCommaLocale(KELVINBAR_LOCALES)) {
-        std::fputs("the locale with a decimal comma is missing\n", stderr);
-        return EXIT_FAILURE;
-    }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    if (!QDBusConnection::sessionBus().isConnected()) {
-        std::fputs("there is no session bus\n", stderr);
-        return EXIT_FAILURE;
-    }
-    const int result = RUN_ALL_TESTS();
-    if (testing::UnitTest::GetInstance()->test_to_run_count() == 0) {
-        std::fputs("no test ran\n", stderr);
-        return EXIT_FAILURE;
-    }
-    return result;
+    return kelvinbar::runQtTests(argc, argv, isOnSessionBus);
 }

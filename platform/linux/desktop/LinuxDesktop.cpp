@@ -1,6 +1,7 @@
 #include "platform/Desktop.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/desktop/LegacyTray.h"
+#include "platform/linux/desktop/MotionPreference.h"
 #include "platform/linux/desktop/RunningInstance.h"
 #include "platform/linux/desktop/TerminationSignals.h"
 #include "platform/linux/desktop/TrayItem.h"
@@ -66,6 +67,7 @@ class LinuxDesktop final : public Desktop {
                      handlers_)
         , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
                      {openAutostartSettings, ringBell})
+        , motion_(bus_)
         , signals_([this] { quit(); }) {}
 
     bool handOverToRunningInstance() override {
@@ -82,6 +84,8 @@ class LinuxDesktop final : public Desktop {
 
     LoginItemService& loginItemService() override { return autostart_; }
 
+    [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
+
   private:
     void openPanel() const {
         if (handlers_.openPanel) handlers_.openPanel();
@@ -97,6 +101,7 @@ class LinuxDesktop final : public Desktop {
     TrayApplication application_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
+    MotionPreference motion_;
     TerminationSignals signals_;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/linux/desktop/ReadingIcon.h"
 #include "platform/qt/QtGeometry.h"
 #include "platform/qt/QtScreens.h"
+#include "platform/qt/QtText.h"
 
 #include <QFile>
 #include <QImage>
@@ -32,8 +33,6 @@ StatusNotifierPixmaps imagePixmaps(const std::string& name) {
     }
     return pixmaps;
 }
-
-QString qtText(const std::string& text) { return QString::fromStdString(text); }
 
 } // namespace
 

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "panel/PaintedItem.h"
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+#include <qqmlregistration.h>
+
+namespace kelvinbar {
+
+/// A line of text whose digits are of one width in every font, so that a changing value stays where it is.
+class DigitsText : public PaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
+    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY changed)
+    /// Whether the line is in the middle of a wider item, not at its left edge.
+    Q_PROPERTY(bool isCentered READ isCentered WRITE setCentered NOTIFY changed)
+
+  public:
+    using PaintedItem::PaintedItem;
+
+    [[nodiscard]] QString text() const { return text_; }
+
+    void setText(const QString& text);
+
+    [[nodiscard]] QColor color() const { return color_; }
+
+    void setColor(const QColor& color) { assign(color_, color); }
+
+    [[nodiscard]] QFont font() const { return font_; }
+
+    void setFont(const QFont& font);
+
+    [[nodiscard]] bool isCentered() const { return isCentered_; }
+
+    void setCentered(bool isCentered) { assign(isCentered_, isCentered); }
+
+  protected:
+    [[nodiscard]] std::function<void(QPainter&)> painting() const override;
+
+  private:
+    void measure();
+
+    QString text_;
+    QColor color_ = Qt::white;
+    QFont font_;
+    bool isCentered_ = false;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,26 @@
+#include "panel/PaintedItem.h"
+
+#include "panel/PainterNode.h"
+
+#include <QQuickWindow>
+
+namespace kelvinbar {
+
+PaintedItem::PaintedItem(QQuickItem* parent) : QQuickItem(parent) { setFlag(ItemHasContents); }
+
+QSGNode* PaintedItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
+    if (width() <= 0 || height() <= 0) {
+        delete node;
+        return nullptr;
+    }
+    auto* const painter = node == nullptr ? new PainterNode(*window()) : static_cast<PainterNode*>(node);
+    painter->set(boundingRect(), painting());
+    return painter;
+}
+
+void PaintedItem::geometryChange(const QRectF& geometry, const QRectF& former) {
+    QQuickItem::geometryChange(geometry, former);
+    if (geometry.size() != former.size()) update();
+}
+
+} // namespace kelvinbar

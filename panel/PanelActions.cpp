@@ -1,0 +1,56 @@
+#include "panel/PanelActions.h"
+
+#include "store/KelvinbarStore.h"
+
+#include <algorithm>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr double heightDecrease = 80;
+constexpr double heightIncrease = 96;
+constexpr double standardHeight = 690;
+
+/// A preference file may hold any number; this many points are too many for every screen.
+constexpr double greatestShownHeight = 999'999;
+
+} // namespace
+
+void toggleSamplingRate(KelvinbarStore& store) {
+    const bool isFast = store.samplingRate().value() == SMCSamplingRate::fast;
+    store.setSamplingRate(isFast ? SMCSamplingRate::medium : SMCSamplingRate::fast);
+}
+
+void toggleDisplayMode(KelvinbarStore& store) {
+    const bool isDynamic = store.displayMode().value() == SMCWindowDisplayMode::dynamic;
+    store.setDisplayMode(isDynamic ? SMCWindowDisplayMode::fixed : SMCWindowDisplayMode::dynamic);
+}
+
+void decreaseHeight(KelvinbarStore& store) {
+    store.setManualPopoverHeight(store.manualPopoverHeight().value() - heightDecrease);
+}
+
+void increaseHeight(KelvinbarStore& store) {
+    store.setManualPopoverHeight(store.manualPopoverHeight().value() + heightIncrease);
+}
+
+void resetHeight(KelvinbarStore& store) { store.setManualPopoverHeight(standardHeight); }
+
+long long shownHeight(const KelvinbarStore& store) {
+    return static_cast<long long>(std::min(store.manualPopoverHeight().value(), greatestShownHeight));
+}
+
+std::string_view displayModeToolTip(SMCWindowDisplayMode mode) {
+    return mode == SMCWindowDisplayMode::dynamic ? "Expands only the window height to show more keys, "
+                                                   "limited by the current screen visible area."
+                                                 : "Keeps the window at the compact standard size.";
+}
+
+std::string_view loginItemToolTip(bool canRegister) {
+    return canRegister
+               ? "Enable or disable Kelvinbar as a macOS login item."
+               : "Open Login Items in System Settings; automatic registration requires macOS 13 or newer.";
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kelvinbar {
+
+/// A colour of the panel, over what is below it.
+struct PanelColor {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+    double opacity = 1; ///< 0 to 1
+
+    friend bool operator==(const PanelColor&, const PanelColor&) = default;
+};
+
+inline constexpr PanelColor white{255, 255, 255, 1};
+inline constexpr PanelColor black{0, 0, 0, 1};
+
+constexpr PanelColor withOpacity(PanelColor color, double opacity) {
+    color.opacity = opacity;
+    return color;
+}
+
+/// The named colours of the platform's palette that tell sections and controls apart.
+enum class Accent { cyan, purple, pink, grey, mint, orange, yellow, red };
+
+/// The shade of the accent for a dark background.
+constexpr PanelColor shade(Accent accent) {
+    switch (accent) {
+    case Accent::cyan:
+        return {100, 210, 255, 1};
+    case Accent::purple:
+        return {191, 90, 242, 1};
+    case Accent::pink:
+        return {255, 55, 95, 1};
+    case Accent::grey:
+        return {152, 152, 157, 1};
+    case Accent::mint:
+        return {99, 230, 226, 1};
+    case Accent::orange:
+        return {255, 159, 10, 1};
+    case Accent::yellow:
+        return {255, 214, 10, 1};
+    case Accent::red:
+        return {255, 69, 58, 1};
+    }
+    return white;
+}
+
+} // namespace kelvinbar

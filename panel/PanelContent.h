@@ -1,0 +1,100 @@
+#pragma once
+
+#include "base/HandlerList.h"
+#include "panel/PanelContentState.h"
+#include "panel/PanelControls.h"
+#include "panel/SensorList.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <functional>
+#include <qqmlregistration.h>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+class KelvinbarStore;
+
+/// What the views show of the store. It follows the store once an event loop's turn, and only while the panel
+/// is open. Main thread.
+class PanelContent final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
+    Q_PROPERTY(State state READ state NOTIFY stateChanged)
+    Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
+    Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
+    Q_PROPERTY(kelvinbar::PanelControls* controls READ controls CONSTANT)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
+
+  public:
+    enum State {
+        Scanning = static_cast<int>(PanelContentState::scanning),
+        Sections = static_cast<int>(PanelContentState::sections),
+        NothingFound = static_cast<int>(PanelContentState::nothingFound),
+        Unavailable = static_cast<int>(PanelContentState::unavailable),
+    };
+    Q_ENUM(State)
+
+    /// `closeAction` closes the panel. The store outlives the content.
+    PanelContent(KelvinbarStore& store, const SensorListMetrics& metrics, std::function<void()> closeAction);
+
+    [[nodiscard]] State state() const { return state_; }
+
+    [[nodiscard]] QString statusMessage() const { return statusMessage_; }
+
+    [[nodiscard]] SensorList* sensors() { return &sensors_; }
+
+    [[nodiscard]] PanelControls* controls() { return &controls_; }
+
+    [[nodiscard]] bool reducedMotion() const { return reducedMotion_; }
+
+    /// The panel opens: the content is that of now. `reducedMotion`: whether the desktop asks for less
+    /// motion.
+    void panelWillOpen(bool reducedMotion);
+    void panelDidClose();
+
+    /// Runs `change`, which moves the rows on the screen, now or when no second click can come any more.
+    void whenRowsMayMove(std::function<void()> change);
+
+    Q_INVOKABLE void close() { closeAction_(); }
+
+    /// The first press on a row: a second one may follow, and is to meet the same row.
+    Q_INVOKABLE void pressRow(const QString& key);
+    /// The second press.
+    Q_INVOKABLE void doubleClickRow(const QString& key);
+    Q_INVOKABLE void toggleRow(const QString& key);
+    Q_INVOKABLE void hideRow(const QString& key);
+
+  signals:
+    void opened();
+    void stateChanged();
+    void statusMessageChanged();
+    void reducedMotionChanged();
+
+  private:
+    void observe();
+    void postUpdate();
+    void update();
+    void updateTexts();
+    void secondClickMayNotComeAnyMore();
+
+    KelvinbarStore& store_;
+    std::function<void()> closeAction_;
+    SensorList sensors_;
+    PanelControls controls_;
+    State state_ = Scanning;
+    QString statusMessage_;
+    bool reducedMotion_ = false;
+    bool isOpen_ = false;
+    bool isUpdatePosted_ = false;
+    bool areSensorsStale_ = true;
+    QString pressedKey_;
+    QTimer secondClickWait_;
+    std::function<void()> changeAfterWait_;
+    std::vector<Registration> observers_;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,75 @@
+#include "panel/PanelControls.h"
+
+#include "panel/PanelActions.h"
+#include "platform/qt/QtText.h"
+#include "shell/LoginItemManager.h"
+#include "store/KelvinbarStore.h"
+
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QUrl>
+
+namespace kelvinbar {
+
+PanelControls::PanelControls(KelvinbarStore& store) : store_(store) {}
+
+bool PanelControls::isFast() const { return store_.samplingRate().value() == SMCSamplingRate::fast; }
+
+QString PanelControls::fastToolTip() { return qtText(samplingRateToolTip); }
+
+bool PanelControls::isDynamic() const {
+    return store_.displayMode().value() == SMCWindowDisplayMode::dynamic;
+}
+
+QString PanelControls::dynamicToolTip() const {
+    return qtText(displayModeToolTip(store_.displayMode().value()));
+}
+
+qlonglong PanelControls::manualHeight() const { return shownHeight(store_); }
+
+QString PanelControls::loginToolTip() { return qtText(loginItemToolTip(LoginItemManager::canRegister())); }
+
+QString PanelControls::author() { return KELVINBAR_AUTHOR; }
+
+QString PanelControls::contact() { return KELVINBAR_CONTACT; }
+
+QString PanelControls::donationPage() { return KELVINBAR_DONATION_PAGE; }
+
+void PanelControls::readLoginItem() { setRunAtLogin(LoginItemManager::isEnabled()); }
+
+void PanelControls::setRunAtLogin(bool runAtLogin) {
+    if (runAtLogin_ == runAtLogin) return;
+    runAtLogin_ = runAtLogin;
+    emit runAtLoginChanged();
+}
+
+void PanelControls::toggleFast() { toggleSamplingRate(store_); }
+
+void PanelControls::toggleDynamic() { toggleDisplayMode(store_); }
+
+void PanelControls::decreaseHeight() { kelvinbar::decreaseHeight(store_); }
+
+void PanelControls::resetHeight() { kelvinbar::resetHeight(store_); }
+
+void PanelControls::increaseHeight() { kelvinbar::increaseHeight(store_); }
+
+void PanelControls::toggleRunAtLogin() { setRunAtLogin(LoginItemManager::setEnabled(!runAtLogin_)); }
+
+void PanelControls::refresh() { store_.refresh(false); }
+
+void PanelControls::copy() {
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    clipboard.clear();
+    clipboard.setText(qtText(store_.exportText()));
+}
+
+void PanelControls::showAll() { store_.unhideAllReadings(); }
+
+void PanelControls::quit() { QGuiApplication::quit(); }
+
+void PanelControls::openDonationPage() { QDesktopServices::openUrl(QUrl(donationPage())); }
+
+void PanelControls::writeToAuthor() { QDesktopServices::openUrl(QUrl("mailto:" + contact())); }
+
+} // namespace kelvinbar

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <qqmlregistration.h>
+
+namespace kelvinbar {
+
+class KelvinbarStore;
+
+/// The header's and footer's controls: what they show of the store and the login item, and what they do.
+/// Main thread.
+class PanelControls final : public QObject {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(bool isFast READ isFast NOTIFY changed)
+    Q_PROPERTY(QString fastToolTip READ fastToolTip CONSTANT)
+    Q_PROPERTY(bool isDynamic READ isDynamic NOTIFY changed)
+    Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY changed)
+    Q_PROPERTY(qlonglong manualHeight READ manualHeight NOTIFY changed)
+    Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
+    Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
+    Q_PROPERTY(QString author READ author CONSTANT)
+    Q_PROPERTY(QString contact READ contact CONSTANT)
+    Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
+
+  public:
+    explicit PanelControls(KelvinbarStore& store);
+
+    [[nodiscard]] bool isFast() const;
+    [[nodiscard]] static QString fastToolTip();
+    [[nodiscard]] bool isDynamic() const;
+    [[nodiscard]] QString dynamicToolTip() const;
+    [[nodiscard]] qlonglong manualHeight() const;
+
+    [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
+
+    [[nodiscard]] static QString loginToolTip();
+
+    /// Values of the build; empty for what there is none of.
+    [[nodiscard]] static QString author();
+    [[nodiscard]] static QString contact(); ///< an e-mail address
+    [[nodiscard]] static QString donationPage();
+
+    /// The panel is shown: asks the system whether the program starts at login.
+    void readLoginItem();
+
+    Q_INVOKABLE void toggleFast();
+    Q_INVOKABLE void toggleDynamic();
+    Q_INVOKABLE void decreaseHeight();
+    Q_INVOKABLE void resetHeight();
+    Q_INVOKABLE void increaseHeight();
+    Q_INVOKABLE void toggleRunAtLogin();
+    Q_INVOKABLE void refresh();
+    Q_INVOKABLE void copy();
+    Q_INVOKABLE void showAll();
+    Q_INVOKABLE void quit();
+    Q_INVOKABLE void openDonationPage();
+    Q_INVOKABLE void writeToAuthor();
+
+  signals:
+    /// Something that comes from the store may have changed.
+    void changed();
+    void runAtLoginChanged();
+
+  private:
+    void setRunAtLogin(bool runAtLogin);
+
+    KelvinbarStore& store_;
+    bool runAtLogin_ = false;
+};
+
+} // namespace kelvinbar

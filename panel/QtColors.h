@@ -1,0 +1,23 @@
+#pragma once
+
+#include "panel/PanelColor.h"
+
+#include <QColor>
+#include <QVariant>
+#include <vector>
+
+namespace kelvinbar {
+
+inline QColor qtColor(const PanelColor& color) {
+    QColor result(color.red, color.green, color.blue);
+    result.setAlphaF(static_cast<float>(color.opacity));
+    return result;
+}
+
+inline QVariantList qtColors(const std::vector<PanelColor>& colors) {
+    QVariantList result;
+    for (const PanelColor& color : colors) result.append(qtColor(color));
+    return result;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,222 @@
+#include "panel/SensorList.h"
+
+#include "platform/qt/QtText.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kelvinbar {
+
+// Content
+
+void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
+                        const std::vector<std::string>& menuBarKeys) {
+    const double formerHeight = contentHeight();
+    const auto formerNumber = numberOfRow(currentKey_);
+    std::vector<std::pair<std::string, double>> formerTops;
+    for (std::string& key : keysToKeepInPlace()) {
+        const double top = topOfRow(key).value_or(0);
+        formerTops.emplace_back(std::move(key), top);
+    }
+
+    derive(readings, hiddenKeys);
+    menuBarKeys_ = menuBarKeys;
+    keepCurrentRow(formerNumber);
+    if (contentHeight() != formerHeight) emit contentHeightChanged();
+    for (const auto& [key, formerTop] : formerTops) {
+        const auto top = topOfRow(key);
+        if (!top) continue;
+        requestViewportTop(viewport_.top + *top - formerTop);
+        break;
+    }
+    publish();
+}
+
+void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys) {
+    readings_ = readings;
+    const ReadingList visible = visibleReadings(readings_, hiddenKeys);
+    visibleReadingCount_ = visible.size();
+    sections_ = sectionModels(visible);
+    std::vector<std::size_t> rowCounts;
+    std::ranges::transform(sections_, std::back_inserter(rowCounts),
+                           [](const SensorSectionModel& section) { return section.readings.size(); });
+    cardSpans_ = cardSpans(metrics_, rowCounts);
+}
+
+/// The row under the pointer, then those on the screen: the first of them that is still there is where it
+/// was. At the top of the list, what comes above stays in view.
+std::vector<std::string> SensorList::keysToKeepInPlace() const {
+    std::vector<std::string> keys;
+    if (numberOfRow(hoveredKey_)) keys.push_back(hoveredKey_);
+    if (viewport_.top <= 0) return keys;
+    for (std::size_t section = 0; section < sections_.size(); ++section) {
+        const ReadingList& rows = sections_[section].readings;
+        const auto [first, count] = visibleRows(metrics_, cardSpans_[section], rows.size(), viewport_);
+        for (std::size_t row = first; row < first + count; ++row) keys.push_back(rows[row]->key);
+    }
+    return keys;
+}
+
+std::optional<double> SensorList::topOfRow(const std::string& key) const {
+    const auto number = numberOfRow(key);
+    return number ? std::optional(spanOfRow(*number).top) : std::nullopt;
+}
+
+const SMCReading* SensorList::reading(const QString& key) const {
+    const auto number = numberOfRow(key.toStdString());
+    return number ? &readingOfRow(*number) : nullptr;
+}
+
+// Rows, numbered through all sections
+
+std::size_t SensorList::rowCount() const {
+    std::size_t count = 0;
+    for (const SensorSectionModel& section : sections_) count += section.readings.size();
+    return count;
+}
+
+SensorList::RowIndex SensorList::rowIndex(std::size_t number) const {
+    std::size_t section = 0;
+    while (number >= sections_[section].readings.size()) number -= sections_[section++].readings.size();
+    return {section, number};
+}
+
+std::optional<std::size_t> SensorList::numberOfRow(const std::string& key) const {
+    std::size_t number = 0;
+    if (key.empty()) return std::nullopt;
+    for (const SensorSectionModel& section : sections_) {
+        const auto found = std::ranges::find(section.readings, key, &SMCReading::key);
+        number += static_cast<std::size_t>(found - section.readings.begin());
+        if (found != section.readings.end()) return number;
+    }
+    return std::nullopt;
+}
+
+const SMCReading& SensorList::readingOfRow(std::size_t number) const {
+    const auto [section, row] = rowIndex(number);
+    return *sections_[section].readings[row];
+}
+
+Span SensorList::spanOfRow(std::size_t number) const {
+    const auto [section, row] = rowIndex(number);
+    const Span span = rowSpan(metrics_, row);
+    return {cardSpans_[section].top + span.top, span.height};
+}
+
+/// A first row is seen with the header of its card.
+Span SensorList::spanWithHeader(std::size_t number) const {
+    const Span span = spanOfRow(number);
+    const auto [section, row] = rowIndex(number);
+    if (row > 0) return span;
+    const double top = cardSpans_[section].top;
+    return {top, span.bottom() - top};
+}
+
+// The part on the screen
+
+void SensorList::setViewport(double top, double height) {
+    const Span viewport{top, height};
+    if (viewport == viewport_) return;
+    viewport_ = viewport;
+    publish();
+}
+
+void SensorList::requestViewportTop(double top) {
+    const double greatest = std::max(0.0, contentHeight() - viewport_.height);
+    const double bounded = std::clamp(top, 0.0, greatest);
+    if (bounded == viewport_.top) return;
+    viewport_.top = bounded;
+    emit viewportTopRequested(bounded);
+}
+
+void SensorList::publish() {
+    std::vector<SensorCardItem> cards;
+    for (std::size_t index = 0; index < sections_.size(); ++index) {
+        const SensorSectionModel& section = sections_[index];
+        if (!overlap(cardSpans_[index], viewport_)) continue;
+        SensorRowsModel& rows = rowsModel(section.id);
+        rows.update(shownRows(section, cardSpans_[index]));
+        cards.emplace_back(section, cardSpans_[index], rows);
+    }
+    cardsModel_.update(std::move(cards));
+}
+
+std::vector<SensorRowItem> SensorList::shownRows(const SensorSectionModel& section, const Span& card) const {
+    const auto [first, count] = visibleRows(metrics_, card, section.readings.size(), viewport_);
+    std::vector<SensorRowItem> rows;
+    rows.reserve(count);
+    for (std::size_t row = first; row < first + count; ++row) {
+        const SMCReading& reading = *section.readings[row];
+        rows.emplace_back(reading, section.accent, isPinned(reading.key), rowSpan(metrics_, row).top);
+    }
+    return rows;
+}
+
+bool SensorList::isPinned(const std::string& key) const {
+    return std::ranges::find(menuBarKeys_, key) != menuBarKeys_.end();
+}
+
+SensorRowsModel& SensorList::rowsModel(std::string_view sectionId) {
+    auto& model = rowsModels_[sectionId];
+    if (model == nullptr) model = std::make_unique<SensorRowsModel>();
+    return *model;
+}
+
+// The keyboard
+
+QString SensorList::currentKey() const { return qtText(currentKey_); }
+
+void SensorList::ensureCurrent() {
+    if (numberOfRow(currentKey_) || rowCount() == 0) return;
+    std::size_t number = 0;
+    while (number + 1 < rowCount() && spanOfRow(number).top < viewport_.top) ++number;
+    goToRow(number);
+}
+
+void SensorList::setCurrentKey(const QString& key) {
+    if (const auto number = numberOfRow(key.toStdString())) goToRow(*number);
+}
+
+void SensorList::moveCurrent(int rows) {
+    const auto number = numberOfRow(currentKey_);
+    if (!number) return ensureCurrent();
+    const auto target = static_cast<std::ptrdiff_t>(*number) + rows;
+    const auto last = static_cast<std::ptrdiff_t>(rowCount()) - 1;
+    goToRow(static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(target, 0, last)));
+}
+
+void SensorList::moveCurrentByPages(int pages) {
+    const double pitch = metrics_.rowHeight + metrics_.rowGap;
+    moveCurrent(pages * std::max(1, static_cast<int>(viewport_.height / pitch) - 1));
+}
+
+void SensorList::moveCurrentToFirst() {
+    if (rowCount() > 0) goToRow(0);
+}
+
+void SensorList::moveCurrentToLast() {
+    if (rowCount() > 0) goToRow(rowCount() - 1);
+}
+
+/// When the row at which the keyboard was is gone, the one that took its place is next.
+void SensorList::keepCurrentRow(std::optional<std::size_t> formerNumber) {
+    if (!formerNumber || numberOfRow(currentKey_)) return;
+    currentKey_ = rowCount() == 0 ? "" : readingOfRow(std::min(*formerNumber, rowCount() - 1)).key;
+    emit currentKeyChanged();
+}
+
+void SensorList::goToRow(std::size_t number) {
+    const Span span = spanWithHeader(number);
+    if (span.top - metrics_.margin < viewport_.top) {
+        requestViewportTop(span.top - metrics_.margin);
+    } else if (span.bottom() + metrics_.margin > viewport_.bottom()) {
+        requestViewportTop(span.bottom() + metrics_.margin - viewport_.height);
+    }
+    publish();
+    const std::string& key = readingOfRow(number).key;
+    if (key == currentKey_) return;
+    currentKey_ = key;
+    emit currentKeyChanged();
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,54 @@
+#include "panel/SensorRowTexts.h"
+
+#include "base/Text.h"
+
+#include <array>
+#include <span>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+using Replacement = std::pair<std::string_view, std::string_view>;
+
+constexpr std::array<Replacement, 3> shorterWords{{{"Temperature", "Temp"}, {"Intel ", ""}, {"Total", ""}}};
+constexpr std::array<Replacement, 5> shorterUnits{
+    {{" °C", "°"}, {"°C", "°"}, {" RPM", " rpm"}, {"MHz", " MHz"}, {"  ", " "}}};
+
+std::string replaced(std::string_view text, std::span<const Replacement> replacements) {
+    std::string result(text);
+    for (const auto& [from, to] : replacements) result = replacedAll(result, from, to);
+    return result;
+}
+
+} // namespace
+
+std::string rowName(const SMCReading& reading) {
+    const std::string_view name = trimmed(reading.name);
+    const std::string shorter = replaced(name.empty() ? reading.key : name, shorterWords);
+    return std::string(trimmed(shorter));
+}
+
+std::string metadataLine(const SMCReading& reading) {
+    std::string line(reading.type.empty() ? rawValue(reading.category) : reading.type);
+    if (const std::string_view unit = trimmed(reading.unit); !unit.empty()) line.append(" • ").append(unit);
+    return line;
+}
+
+std::string rowValue(const SMCReading& reading) {
+    return replaced(trimmed(reading.displayValue()), shorterUnits);
+}
+
+std::string_view rowToolTip(bool isMenuBarSelected) {
+    return isMenuBarSelected ? "Double-click to remove this key from the menu bar"
+                             : "Double-click to add this key to the macOS menu bar";
+}
+
+std::vector<PanelColor> rowBackgroundColors(bool isMenuBarSelected, Accent accent) {
+    if (!isMenuBarSelected) return {withOpacity(white, 0.05), withOpacity(black, 0.2)};
+    return {withOpacity(shade(Accent::red), 0.155), withOpacity(shade(accent), 0.11),
+            withOpacity(black, 0.22)};
+}
+
+} // namespace kelvinbar

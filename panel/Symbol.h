@@ -1,0 +1,44 @@
+#pragma once
+
+#include "panel/PaintedItem.h"
+
+#include <QColor>
+#include <QString>
+#include <qqmlregistration.h>
+
+namespace kelvinbar {
+
+/// A symbol of the program's own set, in one colour. Symbols are square.
+class Symbol : public PaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
+    /// The side in points.
+    Q_PROPERTY(double size READ size WRITE setSize NOTIFY changed)
+
+  public:
+    using PaintedItem::PaintedItem;
+
+    [[nodiscard]] QString name() const { return name_; }
+
+    void setName(const QString& name) { assign(name_, name); }
+
+    [[nodiscard]] QColor color() const { return color_; }
+
+    void setColor(const QColor& color) { assign(color_, color); }
+
+    [[nodiscard]] double size() const { return size_; }
+
+    void setSize(double size);
+
+  protected:
+    [[nodiscard]] std::function<void(QPainter&)> painting() const override;
+
+  private:
+    QString name_;
+    QColor color_ = Qt::white;
+    double size_ = 0;
+};
+
+} // namespace kelvinbar

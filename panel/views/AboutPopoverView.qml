@@ -1,0 +1,88 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvinbar.Panel
+
+/// Who made the program, and how to reach them.
+T.Popup {
+    id: popover
+
+    required property QtObject controls
+    property bool reducedMotion: false
+    /// Whether it is open.
+    property bool showAbout: false
+
+    visible: showAbout
+    onClosed: showAbout = false
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+    margins: 10
+    padding: 20
+    implicitWidth: PanelStyle.scaled(290)
+    implicitHeight: column.implicitHeight + topPadding + bottomPadding
+
+    enter: Transition {
+        enabled: !popover.reducedMotion
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 120 }
+    }
+    background: Plate {
+        colors: ["#454a53", "#2b2f36", "#23262b"]
+        radius: 14
+        stroke: PanelStyle.white(0.2)
+    }
+    contentItem: Column {
+        id: column
+        spacing: 10
+        Accessible.role: Accessible.Dialog
+        Accessible.name: "About Kelvinbar"
+
+        AnimatedHeaderIcon {
+            anchors.horizontalCenter: parent.horizontalCenter
+            size: 72
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Kelvinbar"
+            font: PanelStyle.roundedFont(18, Font.Black)
+            color: PanelStyle.white(0.95)
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        Text {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            text: "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
+            font: PanelStyle.font(11.5, Font.Medium)
+            color: PanelStyle.white(0.7)
+            lineHeight: 1.15
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Text {
+            width: parent.width
+            visible: text.length > 0
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            text: popover.controls.author
+            font: PanelStyle.font(11.5, Font.Bold)
+            color: PanelStyle.white(0.85)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        MenuFooterButtonStyle {
+            visible: popover.controls.contact.length > 0
+            width: parent.width
+            symbol: "envelope"
+            text: popover.controls.contact
+            onClicked: popover.controls.writeToAuthor()
+        }
+        MenuFooterButtonStyle {
+            visible: popover.controls.donationPage.length > 0
+            width: parent.width
+            symbol: "heart.fill"
+            symbolColor: "#ff5e7c"
+            text: "Donate"
+            onClicked: popover.controls.openDonationPage()
+        }
+    }
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// What the panel can do besides showing readings.
+Row {
+    id: actions
+
+    required property QtObject controls
+    /// What is left of the width when every button is as wide as its label goes to all buttons alike.
+    readonly property real spare: (width - 4 * spacing - login.implicitWidth - refresh.implicitWidth - copy.implicitWidth
+                                   - showAll.implicitWidth - quit.implicitWidth) / 5
+
+    spacing: 6
+
+    MenuFooterButtonStyle {
+        id: login
+        width: implicitWidth + actions.spare
+        text: "Login"
+        symbol: actions.controls.runAtLogin ? "checkmark.square.fill" : "square"
+        symbolColor: actions.controls.runAtLogin ? "#64d2ff" : PanelStyle.white(0.6)
+        toolTip: actions.controls.loginToolTip
+        Accessible.role: Accessible.CheckBox
+        Accessible.checkable: true
+        Accessible.checked: actions.controls.runAtLogin
+        onClicked: actions.controls.toggleRunAtLogin()
+    }
+    MenuFooterButtonStyle {
+        id: refresh
+        width: implicitWidth + actions.spare
+        text: "Refresh"
+        symbol: "arrow.clockwise"
+        onClicked: actions.controls.refresh()
+    }
+    MenuFooterButtonStyle {
+        id: copy
+        width: implicitWidth + actions.spare
+        text: "Copy"
+        symbol: "doc.on.doc"
+        onClicked: actions.controls.copy()
+    }
+    MenuFooterButtonStyle {
+        id: showAll
+        width: implicitWidth + actions.spare
+        text: "ShowAll"
+        symbol: "eye"
+        toolTip: "Show all hidden properties again"
+        onClicked: actions.controls.showAll()
+    }
+    MenuFooterButtonStyle {
+        id: quit
+        width: implicitWidth + actions.spare
+        text: "Quit"
+        symbol: "xmark.square"
+        onClicked: actions.controls.quit()
+    }
+}

@@ -1,0 +1,64 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// A setting that is on or off: a mark, a symbol and two labels. Who uses it changes `isOn`.
+PanelButton {
+    id: control
+
+    property string title: ""
+    property string subtitle: ""
+    property string symbol: ""
+    property color tint: "white"
+    property bool isOn: false
+
+    text: title
+    implicitHeight: PanelStyle.scaled(36)
+    leftPadding: 9
+    rightPadding: 9
+    plate.colors: control.isOn ? [PanelStyle.tinted(tint, control.hovered ? 0.24 : 0.17), PanelStyle.tinted(tint, 0.07)]
+                : control.hovered ? [PanelStyle.white(0.14), PanelStyle.white(0.08)]
+                : [PanelStyle.white(0.08), PanelStyle.white(0.04)]
+    plate.stroke: control.activeFocus ? PanelStyle.focusRing
+                : control.isOn ? PanelStyle.tinted(tint, 0.34) : PanelStyle.white(0.1)
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: title + ", " + subtitle
+    Accessible.checkable: true
+    Accessible.checked: isOn
+
+    contentItem: Item {
+        implicitWidth: parts.implicitWidth
+
+        Row {
+            id: parts
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 7
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                name: control.isOn ? "checkmark.circle.fill" : "circle"
+                size: PanelStyle.scaled(14)
+                color: control.isOn ? control.tint : PanelStyle.white(0.4)
+            }
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                name: control.symbol
+                size: PanelStyle.scaled(14)
+                color: control.isOn ? control.tint : PanelStyle.white(0.6)
+            }
+            Column {
+                anchors.verticalCenter: parent.verticalCenter
+
+                Text {
+                    text: control.title
+                    font: PanelStyle.font(11, Font.Bold)
+                    color: PanelStyle.white(0.88)
+                }
+                Text {
+                    text: control.subtitle
+                    font: PanelStyle.font(8.7, Font.DemiBold)
+                    color: PanelStyle.white(0.45)
+                }
+            }
+        }
+    }
+}

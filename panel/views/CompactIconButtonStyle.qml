@@ -1,0 +1,24 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// A small button with a symbol alone.
+PanelButton {
+    id: control
+
+    property string symbol: ""
+    property real symbolSize: 11
+
+    implicitWidth: PanelStyle.scaled(26)
+    implicitHeight: PanelStyle.scaled(26)
+    Accessible.name: toolTip
+    Accessible.description: ""
+
+    contentItem: Item {
+        Symbol {
+            anchors.centerIn: parent
+            name: control.symbol
+            size: PanelStyle.scaled(control.symbolSize)
+            color: PanelStyle.white(control.hovered ? 0.95 : 0.72)
+        }
+    }
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// When the controller answers, but nothing of it can be shown.
+Column {
+    spacing: 11
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title.text
+    Accessible.description: explanation.text
+
+    Symbol {
+        anchors.horizontalCenter: parent.horizontalCenter
+        name: "line.3.horizontal.decrease.circle"
+        size: PanelStyle.scaled(34)
+        color: PanelStyle.white(0.38)
+    }
+    Text {
+        id: title
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: "No sensor with a real value was found"
+        font: PanelStyle.roundedFont(13, Font.Black)
+        color: PanelStyle.white(0.66)
+        Accessible.ignored: true
+    }
+    Text {
+        id: explanation
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(implicitWidth, 300)
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        text: "The app filters empty keys and shows only sensors that return a real value."
+        font: PanelStyle.font(11, Font.DemiBold)
+        color: PanelStyle.white(0.38)
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,60 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// The panel's manual height, in steps.
+Item {
+    id: stepper
+
+    required property QtObject controls
+
+    implicitHeight: PanelStyle.scaled(36)
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Height"
+
+    Plate {
+        anchors.fill: parent
+        radius: 8
+        isVertical: true
+        colors: [PanelStyle.black(0.2), PanelStyle.black(0.12)]
+        stroke: PanelStyle.white(0.08)
+    }
+    CompactIconButtonStyle {
+        id: decrease
+        anchors.left: parent.left
+        anchors.leftMargin: 5
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: "minus"
+        toolTip: "Decrease height"
+        onClicked: stepper.controls.decreaseHeight()
+    }
+    DigitsText {
+        anchors.left: decrease.right
+        anchors.right: reset.left
+        anchors.verticalCenter: parent.verticalCenter
+        isCentered: true
+        text: stepper.controls.manualHeight
+        font: PanelStyle.roundedFont(12, Font.ExtraBold)
+        color: PanelStyle.white(0.85)
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    CompactIconButtonStyle {
+        id: reset
+        anchors.right: increase.left
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: "arrow.counterclockwise"
+        symbolSize: 12
+        toolTip: "Reset height"
+        onClicked: stepper.controls.resetHeight()
+    }
+    CompactIconButtonStyle {
+        id: increase
+        anchors.right: parent.right
+        anchors.rightMargin: 5
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: "plus"
+        toolTip: "Increase height"
+        onClicked: stepper.controls.increaseHeight()
+    }
+}

@@ -1,0 +1,14 @@
+pragma Singleton
+import QtQuick
+
+/// The control under the pointer, for the tooltip.
+QtObject {
+    property Item item: null
+
+    function hover(control: Item, isHovered: bool) {
+        if (isHovered)
+            item = control;
+        else if (item === control)
+            item = null;
+    }
+}

@@ -1,0 +1,26 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// While there is nothing to show yet.
+Column {
+    id: view
+
+    property bool reducedMotion: false
+
+    spacing: 12
+    Accessible.role: Accessible.StaticText
+    Accessible.name: label.text
+
+    ProgressRing {
+        anchors.horizontalCenter: parent.horizontalCenter
+        isRunning: view.visible && !view.reducedMotion
+    }
+    Text {
+        id: label
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: "Scanning SMC sensors…"
+        font: PanelStyle.roundedFont(12, Font.Bold)
+        color: PanelStyle.white(0.55)
+        Accessible.ignored: true
+    }
+}

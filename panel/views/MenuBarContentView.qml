@@ -1,0 +1,83 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// The panel: header, readings, footer. It is laid out at its least height or more, so that a window which
+/// opens as a strip uncovers it from the top.
+FocusScope {
+    id: view
+
+    required property PanelContent content
+    readonly property real leastHeight: 560
+
+    focus: true
+    Keys.onEscapePressed: content.close()
+    Keys.onDownPressed: readings.forceActiveFocus()
+    Keys.onUpPressed: readings.forceActiveFocus()
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Kelvinbar"
+
+    Item {
+        id: panel
+        width: view.width
+        height: Math.max(view.height, view.leastHeight)
+
+        MenuMetalBackground {
+            anchors.fill: parent
+        }
+        PanelHeader {
+            id: header
+            width: parent.width
+            content: view.content
+        }
+        MetalDivider {
+            id: upperDivider
+            anchors.top: header.bottom
+            width: parent.width
+        }
+        Item {
+            anchors.top: upperDivider.bottom
+            anchors.bottom: lowerDivider.top
+            width: parent.width
+
+            ReadingsList {
+                id: readings
+                anchors.fill: parent
+                content: view.content
+                visible: view.content.state === PanelContent.Sections
+            }
+            LoadingView {
+                anchors.centerIn: parent
+                visible: view.content.state === PanelContent.Scanning
+                reducedMotion: view.content.reducedMotion
+            }
+            EmptyReadingsView {
+                anchors.centerIn: parent
+                visible: view.content.state === PanelContent.NothingFound
+            }
+            UnavailableView {
+                anchors.centerIn: parent
+                visible: view.content.state === PanelContent.Unavailable
+                statusMessage: view.content.statusMessage
+            }
+        }
+        MetalDivider {
+            id: lowerDivider
+            anchors.bottom: footer.top
+            width: parent.width
+        }
+        PanelFooter {
+            id: footer
+            anchors.bottom: parent.bottom
+            width: parent.width
+            content: view.content
+        }
+    }
+    PanelToolTip {}
+    Connections {
+        target: view.content
+
+        function onOpened() {
+            header.greet();
+        }
+    }
+}

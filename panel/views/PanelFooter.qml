@@ -1,0 +1,29 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// The settings row above the action row.
+Item {
+    id: footer
+
+    required property PanelContent content
+
+    implicitHeight: column.implicitHeight + 22
+
+    Column {
+        id: column
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+
+        SettingsRow {
+            width: parent.width
+            controls: footer.content.controls
+        }
+        ActionRow {
+            width: parent.width
+            controls: footer.content.controls
+        }
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvinbar.Panel
+
+/// The one tooltip of the panel: that of the control under the pointer, or else of the one with the focus ring.
+T.ToolTip {
+    id: control
+
+    readonly property Item target: HoverTarget.item
+    readonly property real gap: 6
+    readonly property bool isBelow: target !== null
+        && target.mapToItem(null, 0, target.height).y + gap + implicitHeight + margins < (target.Window.height ?? 0)
+
+    parent: target
+    text: target?.toolTip ?? ""
+    visible: target !== null && text.length > 0
+    delay: 700
+    closePolicy: T.Popup.NoAutoClose
+    margins: 8
+    padding: 7
+    leftPadding: 10
+    rightPadding: 10
+    x: target === null ? 0 : Math.round((target.width - width) / 2)
+    y: target === null ? 0 : isBelow ? target.height + gap : -height - gap
+    implicitWidth: Math.min(300, label.implicitWidth + leftPadding + rightPadding)
+    implicitHeight: label.implicitHeight + topPadding + bottomPadding
+
+    contentItem: Text {
+        id: label
+        text: control.text
+        font: PanelStyle.font(10.5, Font.Medium)
+        color: PanelStyle.white(0.9)
+        wrapMode: Text.Wrap
+    }
+    background: Plate {
+        colors: ["#3a3f47", "#2c3037"]
+        isVertical: true
+        radius: 7
+        stroke: PanelStyle.white(0.16)
+    }
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// A small ring of dots that turns while something is going on.
+Item {
+    id: ring
+
+    property bool isRunning: false
+    property int step: 0
+    readonly property int dots: 8
+
+    implicitWidth: 20
+    implicitHeight: 20
+
+    Timer {
+        running: ring.isRunning
+        repeat: true
+        interval: 100
+        onTriggered: ring.step = (ring.step + 1) % ring.dots
+    }
+    Repeater {
+        model: ring.dots
+
+        Plate {
+            required property int index
+            readonly property real angle: 2 * Math.PI * index / ring.dots
+
+            x: 8 + 8 * Math.sin(angle)
+            y: 8 - 8 * Math.cos(angle)
+            width: 4
+            height: 4
+            radius: 2
+            colors: [PanelStyle.white(0.2 + 0.6 * ((index - ring.step + ring.dots) % ring.dots) / ring.dots)]
+        }
+    }
+}

@@ -1,0 +1,79 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvinbar.Panel
+
+/// The cards of all sections, of which those on the screen are built.
+FocusScope {
+    id: list
+
+    required property PanelContent content
+    readonly property var sensors: content.sensors
+
+    activeFocusOnTab: true
+    onActiveFocusChanged: if (activeFocus) sensors.ensureCurrent()
+    Keys.onUpPressed: sensors.moveCurrent(-1)
+    Keys.onDownPressed: sensors.moveCurrent(1)
+    Keys.onReturnPressed: content.toggleRow(sensors.currentKey)
+    Keys.onEnterPressed: content.toggleRow(sensors.currentKey)
+    Keys.onSpacePressed: content.toggleRow(sensors.currentKey)
+    Keys.onDeletePressed: content.hideRow(sensors.currentKey)
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_PageUp: sensors.moveCurrentByPages(-1); break;
+        case Qt.Key_PageDown: sensors.moveCurrentByPages(1); break;
+        case Qt.Key_Home: sensors.moveCurrentToFirst(); break;
+        case Qt.Key_End: sensors.moveCurrentToLast(); break;
+        case Qt.Key_Backspace: content.hideRow(sensors.currentKey); break;
+        default: return;
+        }
+        event.accepted = true;
+    }
+
+    Flickable {
+        id: flickable
+        anchors.fill: parent
+        clip: true
+        contentHeight: list.sensors.contentHeight
+        boundsBehavior: Flickable.StopAtBounds
+        onContentYChanged: list.sensors.setViewport(contentY, height)
+        onHeightChanged: list.sensors.setViewport(contentY, height)
+        T.ScrollBar.vertical: scrollBar
+
+        Repeater {
+            model: list.sensors.cards
+
+            SensorSectionCard {
+                x: 12
+                width: flickable.width - 24
+                content: list.content
+                focusedKey: list.sensors.currentKey
+            }
+        }
+    }
+    T.ScrollBar {
+        id: scrollBar
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.rightMargin: 2
+        anchors.topMargin: 6
+        anchors.bottomMargin: 6
+        padding: 1
+        implicitWidth: 8
+        visible: size < 1
+        minimumSize: 0.08
+        Accessible.ignored: true
+        contentItem: Plate {
+            implicitWidth: 6
+            radius: width / 2
+            colors: [PanelStyle.white(scrollBar.pressed ? 0.42 : scrollBar.hovered ? 0.34 : 0.2)]
+        }
+    }
+    Connections {
+        target: list.sensors
+
+        function onViewportTopRequested(top: real) {
+            flickable.contentY = top;
+        }
+    }
+}

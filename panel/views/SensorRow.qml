@@ -1,0 +1,143 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// One reading: its name, what it is, its value, and the actions on it.
+Item {
+    id: row
+
+    required property string key
+    required property string name
+    required property string metadata
+    required property string value
+    required property bool isMenuBarSelected
+    required property string toolTip
+    required property var backgroundColors
+    required property real rowTop
+    required property color accent
+    required property PanelContent content
+    readonly property bool isHovered: pointer.containsMouse || hide.hovered
+
+    y: rowTop
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name + ", " + value
+    Accessible.description: (isMenuBarSelected ? pin.toolTip + ". " : "") + metadata
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
+    Accessible.selectable: true
+    Accessible.selected: isMenuBarSelected
+    Accessible.onPressAction: content.toggleRow(key)
+
+    onIsHoveredChanged: content.sensors.setHoveredKey(isHovered ? key : "")
+
+    Plate {
+        anchors.fill: parent
+        colors: row.backgroundColors
+        radius: 9
+        stroke: row.activeFocus ? PanelStyle.focusRing
+              : row.isMenuBarSelected ? PanelStyle.tinted("#ff453a", row.isHovered ? 0.5 : 0.34)
+              : PanelStyle.white(row.isHovered ? 0.2 : 0.065)
+    }
+    MouseArea {
+        id: pointer
+
+        readonly property string toolTip: row.toolTip
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
+        onPressed: row.content.pressRow(row.key)
+        onDoubleClicked: row.content.doubleClickRow(row.key)
+    }
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 11
+        anchors.right: marks.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 1
+
+        Text {
+            width: parent.width
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            text: row.name
+            font: PanelStyle.font(11.2, Font.Bold)
+            color: PanelStyle.white(0.84)
+            Accessible.ignored: true
+        }
+        Text {
+            width: parent.width
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            text: row.metadata
+            font: PanelStyle.font(8.7, Font.Bold)
+            color: PanelStyle.white(0.34)
+            Accessible.ignored: true
+        }
+    }
+    Row {
+        id: marks
+        anchors.right: parent.right
+        anchors.rightMargin: 9
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+
+        Symbol {
+            id: pin
+
+            readonly property string toolTip: "Showing this key in the menu bar"
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: row.isMenuBarSelected
+            name: "menubar.rectangle"
+            size: PanelStyle.scaled(13)
+            color: "#ff6b61"
+
+            HoverHandler {
+                onHoveredChanged: HoverTarget.hover(hovered ? pin : pointer, hovered || pointer.containsMouse)
+            }
+        }
+        Plate {
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.max(PanelStyle.scaled(64), chipText.implicitWidth + 18)
+            height: PanelStyle.scaled(23)
+            radius: height / 2
+            isVertical: true
+            colors: [PanelStyle.black(0.34), PanelStyle.black(0.22)]
+            stroke: PanelStyle.tinted(row.accent, 0.3)
+
+            DigitsText {
+                id: chipText
+                anchors.right: parent.right
+                anchors.rightMargin: 9
+                anchors.verticalCenter: parent.verticalCenter
+                text: row.value
+                font: PanelStyle.roundedFont(11.5, Font.ExtraBold)
+                color: PanelStyle.chipInk(row.accent)
+            }
+        }
+        PanelButton {
+            id: hide
+            anchors.verticalCenter: parent.verticalCenter
+            implicitWidth: PanelStyle.scaled(20)
+            implicitHeight: PanelStyle.scaled(20)
+            radius: height / 2
+            toolTip: "Hide this property from the list"
+            focusPolicy: Qt.NoFocus
+            activeFocusOnTab: false
+            plate.colors: hovered ? [PanelStyle.white(0.14)] : []
+            plate.stroke: PanelStyle.white(hovered ? 0.5 : 0.2)
+            Accessible.name: toolTip
+            Accessible.description: row.name
+            contentItem: Item {
+                Symbol {
+                    anchors.centerIn: parent
+                    name: "minus"
+                    size: PanelStyle.scaled(10)
+                    color: PanelStyle.white(hide.hovered ? 0.95 : 0.5)
+                }
+            }
+            onClicked: row.content.hideRow(row.key)
+        }
+    }
+}

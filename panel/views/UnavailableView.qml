@@ -1,0 +1,31 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// When the controller cannot be reached.
+Column {
+    id: view
+
+    property string statusMessage: ""
+
+    spacing: 12
+    Accessible.role: Accessible.StaticText
+    Accessible.name: statusMessage
+
+    Symbol {
+        anchors.horizontalCenter: parent.horizontalCenter
+        name: "exclamationmark.triangle.fill"
+        size: PanelStyle.scaled(30)
+        color: PanelStyle.tinted("#ffd60a", 0.75)
+    }
+    Text {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(implicitWidth, 320)
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
+        text: view.statusMessage
+        font: PanelStyle.font(12, Font.DemiBold)
+        color: PanelStyle.white(0.62)
+        Accessible.ignored: true
+    }
+}

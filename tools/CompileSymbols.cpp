@@ -1,0 +1,130 @@
+// kelvinbar-compile-symbols: turns drawings of symbols into their outlines, one shape each, which the program
+// fills with any colour at any size without a reader of drawings. The build runs it.
+//
+// usage: kelvinbar-compile-symbols FOLDER FILE.svg …
+
+#include <QDataStream>
+#include <QFile>
+#include <QFileInfo>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPainterPathStroker>
+#include <QSvgRenderer>
+#include <iostream>
+#include <vector>
+
+namespace {
+
+/// Takes the outlines of what is drawn instead of drawing it.
+class OutlineEngine final : public QPaintEngine {
+  public:
+    OutlineEngine() : QPaintEngine(AllFeatures) {}
+
+    [[nodiscard]] const QPainterPath& outline() const { return outline_; }
+
+    bool begin(QPaintDevice* /*device*/) override { return true; }
+
+    bool end() override { return true; }
+
+    [[nodiscard]] Type type() const override { return User; }
+
+    void updateState(const QPaintEngineState& next) override {
+        pen_ = next.pen();
+        brush_ = next.brush();
+        transform_ = next.transform();
+    }
+
+    void drawPath(const QPainterPath& path) override {
+        if (brush_.style() != Qt::NoBrush) add(path);
+        if (pen_.style() != Qt::NoPen) add(QPainterPathStroker(pen_).createStroke(path));
+    }
+
+    void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override {
+        QPainterPath path;
+        path.addPolygon(QPolygonF(QList<QPointF>(points, points + count)));
+        if (mode != PolylineMode) path.closeSubpath();
+        drawPath(path);
+    }
+
+    void drawPixmap(const QRectF& /*place*/, const QPixmap& /*picture*/, const QRectF& /*part*/) override {
+        hasPicture_ = true;
+    }
+
+    /// Whether the drawing holds what has no outline.
+    [[nodiscard]] bool hasPicture() const { return hasPicture_; }
+
+  private:
+    void add(const QPainterPath& path) { outline_ = outline_.united(transform_.map(path)); }
+
+    QPen pen_;
+    QBrush brush_;
+    QTransform transform_;
+    QPainterPath outline_;
+    bool hasPicture_ = false;
+};
+
+class OutlineDevice final : public QPaintDevice {
+  public:
+    explicit OutlineDevice(int side) : side_(side) {}
+
+    [[nodiscard]] QPaintEngine* paintEngine() const override { return &engine_; }
+
+    [[nodiscard]] const OutlineEngine& engine() const { return engine_; }
+
+  protected:
+    [[nodiscard]] int metric(PaintDeviceMetric metric) const override {
+        switch (metric) {
+        case PdmWidth:
+        case PdmHeight:
+            return side_;
+        case PdmDevicePixelRatio:
+            return 1;
+        case PdmDevicePixelRatioScaled:
+            return static_cast<int>(devicePixelRatioFScale());
+        default:
+            return 72;
+        }
+    }
+
+  private:
+    int side_;
+    mutable OutlineEngine engine_; // the base class asks a constant device for it
+};
+
+constexpr int symbolSide = 24;
+
+bool compile(const QString& drawing, const QString& folder) {
+    QSvgRenderer renderer(drawing);
+    if (renderer.viewBoxF() != QRectF(0, 0, symbolSide, symbolSide)) return false;
+    OutlineDevice device(symbolSide);
+    QPainter painter(&device);
+    renderer.render(&painter, renderer.viewBoxF());
+    painter.end();
+    const QPainterPath& outline = device.engine().outline();
+    if (outline.isEmpty() || device.engine().hasPicture()) return false;
+
+    QFile file(folder + "/" + QFileInfo(drawing).completeBaseName() + ".shape");
+    if (!file.open(QIODevice::WriteOnly)) return false;
+    QDataStream stream(&file);
+    stream.setVersion(QDataStream::Qt_6_4);
+    stream << outline;
+    return stream.status() == QDataStream::Ok;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<QString> words(argv + 1, argv + argc);
+    if (words.size() < 2) {
+        std::cerr << "usage: kelvinbar-compile-symbols FOLDER FILE.svg ...\n";
+        return 2;
+    }
+    for (std::size_t word = 1; word < words.size(); ++word) {
+        if (compile(words[word], words[0])) continue;
+        std::cerr << "kelvinbar-compile-symbols: no shape in " + words[word].toStdString() + "\n";
+        return 1;
+    }
+    return 0;
+}
