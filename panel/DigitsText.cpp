@@ -67,6 +67,7 @@ std::function<void(QPainter&)> DigitsText::painting() const {
     const QFontMetricsF metrics(font_);
     const double baseline = (height() - metrics.height()) / 2 + metrics.ascent();
     Line line = laidOutLine(text_, metrics);
+    if (line.width > width()) line = laidOutLine(metrics.elidedText(text_, Qt::ElideRight, width()), metrics);
     const double left = isCentered_ ? (width() - line.width) / 2 : 0;
     return [line = std::move(line), left, baseline, font = font_, color = color_](QPainter& painter) {
         painter.setFont(font);

@@ -10,6 +10,7 @@
 namespace kelvinbar {
 
 /// A line of text whose digits are of one width in every font, so that a changing value stays where it is.
+/// What an item has no width for is elided at its end.
 class DigitsText : public PaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -4,6 +4,7 @@
 #include "panel/PanelStyle.h"
 
 #include <QQuickView>
+#include <mutex>
 #include <utility>
 
 void qml_register_types_Kelvinbar_Panel();
@@ -46,9 +47,12 @@ class QuickPanelWindow final : public PanelWindow {
 } // namespace
 
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
-    // The panel must not start a graphics card.
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    qml_register_types_Kelvinbar_Panel();
+    static std::once_flag isReady;
+    std::call_once(isReady, [] {
+        // The panel must not start a graphics card.
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        qml_register_types_Kelvinbar_Panel();
+    });
     return std::make_unique<QuickPanelWindow>(store, std::move(handlers));
 }
 

@@ -52,8 +52,8 @@ T.Popup {
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
             text: "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
-            font: PanelStyle.font(11.5, Font.Medium)
-            color: PanelStyle.white(0.7)
+            font: PanelStyle.font(11.5, Font.Normal)
+            color: PanelStyle.white(0.75)
             lineHeight: 1.15
             Accessible.role: Accessible.StaticText
             Accessible.name: text

@@ -16,12 +16,11 @@ Row {
         id: login
         width: implicitWidth + actions.spare
         text: "Login"
-        symbol: actions.controls.runAtLogin ? "checkmark.square.fill" : "square"
-        symbolColor: actions.controls.runAtLogin ? "#64d2ff" : PanelStyle.white(0.6)
+        checkable: true
+        isOn: actions.controls.runAtLogin
+        symbol: isOn ? "checkmark.square.fill" : "square"
+        symbolColor: isOn ? "#64d2ff" : PanelStyle.white(0.6)
         toolTip: actions.controls.loginToolTip
-        Accessible.role: Accessible.CheckBox
-        Accessible.checkable: true
-        Accessible.checked: actions.controls.runAtLogin
         onClicked: actions.controls.toggleRunAtLogin()
     }
     MenuFooterButtonStyle {

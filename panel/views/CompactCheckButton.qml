@@ -9,21 +9,18 @@ PanelButton {
     property string subtitle: ""
     property string symbol: ""
     property color tint: "white"
-    property bool isOn: false
 
     text: title
+    checkable: true
     implicitHeight: PanelStyle.scaled(36)
-    leftPadding: 9
-    rightPadding: 9
+    leftPadding: 8
+    rightPadding: 8
     plate.colors: control.isOn ? [PanelStyle.tinted(tint, control.hovered ? 0.24 : 0.17), PanelStyle.tinted(tint, 0.07)]
                 : control.hovered ? [PanelStyle.white(0.14), PanelStyle.white(0.08)]
                 : [PanelStyle.white(0.08), PanelStyle.white(0.04)]
     plate.stroke: control.activeFocus ? PanelStyle.focusRing
                 : control.isOn ? PanelStyle.tinted(tint, 0.34) : PanelStyle.white(0.1)
-    Accessible.role: Accessible.CheckBox
     Accessible.name: title + ", " + subtitle
-    Accessible.checkable: true
-    Accessible.checked: isOn
 
     contentItem: Item {
         implicitWidth: parts.implicitWidth
@@ -31,7 +28,7 @@ PanelButton {
         Row {
             id: parts
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 7
+            spacing: 5
 
             Symbol {
                 anchors.verticalCenter: parent.verticalCenter

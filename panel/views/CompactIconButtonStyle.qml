@@ -8,8 +8,8 @@ PanelButton {
     property string symbol: ""
     property real symbolSize: 11
 
-    implicitWidth: PanelStyle.scaled(26)
-    implicitHeight: PanelStyle.scaled(26)
+    implicitWidth: PanelStyle.scaled(25)
+    implicitHeight: PanelStyle.scaled(25)
     Accessible.name: toolTip
     Accessible.description: ""
 

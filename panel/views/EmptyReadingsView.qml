@@ -25,7 +25,7 @@ Column {
     Text {
         id: explanation
         anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(implicitWidth, 300)
+        width: Math.min(implicitWidth, PanelStyle.scaled(300))
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         text: "The app filters empty keys and shows only sensors that return a real value."

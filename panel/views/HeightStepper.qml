@@ -33,7 +33,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         isCentered: true
         text: stepper.controls.manualHeight
-        font: PanelStyle.roundedFont(12, Font.ExtraBold)
+        font: PanelStyle.roundedFont(12, Font.Black)
         color: PanelStyle.white(0.85)
         Accessible.role: Accessible.StaticText
         Accessible.name: text

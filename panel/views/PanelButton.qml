@@ -7,19 +7,26 @@ T.AbstractButton {
     id: control
 
     property string toolTip: ""
+    /// The state of a button that is checkable. It comes from who owns it, not from the click.
+    property bool isOn: false
     property real radius: 8
     property alias plate: plate
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    checked: isOn
+    onToggled: checked = Qt.binding(() => control.isOn)
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     activeFocusOnTab: true
     onHoveredChanged: HoverTarget.hover(control, hovered)
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    onPressed: HoverTarget.hover(control, false)
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
     Accessible.name: text
     Accessible.description: toolTip
+    Accessible.onPressAction: control.clicked()
+    Accessible.onToggleAction: control.clicked()
 
     background: Plate {
         id: plate

@@ -22,13 +22,13 @@ T.ToolTip {
     rightPadding: 10
     x: target === null ? 0 : Math.round((target.width - width) / 2)
     y: target === null ? 0 : isBelow ? target.height + gap : -height - gap
-    implicitWidth: Math.min(300, label.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.min(PanelStyle.scaled(300), label.implicitWidth + leftPadding + rightPadding)
     implicitHeight: label.implicitHeight + topPadding + bottomPadding
 
     contentItem: Text {
         id: label
         text: control.text
-        font: PanelStyle.font(10.5, Font.Medium)
+        font: PanelStyle.font(10.5, Font.Normal)
         color: PanelStyle.white(0.9)
         wrapMode: Text.Wrap
     }

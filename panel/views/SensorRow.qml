@@ -99,7 +99,7 @@ Item {
         }
         Plate {
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.max(PanelStyle.scaled(64), chipText.implicitWidth + 18)
+            width: Math.min(row.width / 2, Math.max(PanelStyle.scaled(76), chipText.implicitWidth + 18))
             height: PanelStyle.scaled(23)
             radius: height / 2
             isVertical: true
@@ -111,8 +111,9 @@ Item {
                 anchors.right: parent.right
                 anchors.rightMargin: 9
                 anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, parent.width - 18)
                 text: row.value
-                font: PanelStyle.roundedFont(11.5, Font.ExtraBold)
+                font: PanelStyle.roundedFont(11.5, Font.Black)
                 color: PanelStyle.chipInk(row.accent)
             }
         }

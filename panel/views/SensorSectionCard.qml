@@ -65,6 +65,8 @@ Item {
         Text {
             width: parent.width
             elide: Text.ElideRight
+            fontSizeMode: Text.HorizontalFit
+            minimumPointSize: 6
             text: card.subtitle
             font: PanelStyle.font(9.2, Font.DemiBold)
             color: PanelStyle.white(0.42)

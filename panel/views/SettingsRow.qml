@@ -17,7 +17,7 @@ Row {
         tint: "#64d2ff"
         isOn: settings.controls.isFast
         toolTip: settings.controls.fastToolTip
-        width: Math.max(implicitWidth, Math.round(settings.width * 0.25))
+        width: Math.max(implicitWidth, Math.round(settings.width * 0.24))
         onClicked: settings.controls.toggleFast()
     }
     CompactCheckButton {
@@ -28,7 +28,7 @@ Row {
         tint: "#bf5af2"
         isOn: settings.controls.isDynamic
         toolTip: settings.controls.dynamicToolTip
-        width: Math.max(implicitWidth, Math.round(settings.width * 0.31))
+        width: Math.max(implicitWidth, Math.round(settings.width * 0.29))
         onClicked: settings.controls.toggleDynamic()
     }
     HeightStepper {

@@ -5,7 +5,6 @@
 #include "shell/StatusItem.h"
 
 #include <QEasingCurve>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <utility>
 
@@ -99,7 +98,6 @@ bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool QtPopover::closesPopover(QEvent& event) const {
-    if (event.type() == QEvent::KeyPress) return static_cast<QKeyEvent&>(event).key() == Qt::Key_Escape;
     if (!isTransient_ || event.type() != QEvent::MouseButtonPress) return false;
     const QPoint position = static_cast<QMouseEvent&>(event).position().toPoint();
     return !QRect({}, window_->size()).contains(position);

@@ -35,7 +35,7 @@ class QtPopoverContent : public PopoverContent {
 };
 
 /// The panel as a window without a frame that the window manager leaves alone. It holds pointer and keyboard
-/// while it is open: a click anywhere else closes it, as Escape does.
+/// while it is open: a click anywhere else closes it. What keys do is for its content to say.
 class QtPopover final : public QObject, public Popover {
   public:
     void setTransient(bool isTransient) override { isTransient_ = isTransient; }

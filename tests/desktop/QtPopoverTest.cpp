@@ -153,17 +153,9 @@ TEST_F(QtPopoverTest, IsNotShownWhenItsWindowCannotBeMade) {
     EXPECT_EQ(closings_, 0);
 }
 
-TEST_F(QtPopoverTest, ClosesOnEscape) {
+TEST_F(QtPopoverTest, LeavesKeysToItsContent) {
     show();
-    pressKey(Qt::Key_Escape);
-    EXPECT_FALSE(popover_.isShown());
-    EXPECT_FALSE(window().isVisible());
-    EXPECT_EQ(closings_, 1);
-}
-
-TEST_F(QtPopoverTest, StaysOpenOnOtherKeys) {
-    show();
-    for (const Qt::Key key : {Qt::Key_A, Qt::Key_Return, Qt::Key_Space, Qt::Key_F1}) pressKey(key);
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space, Qt::Key_F1}) pressKey(key);
     EXPECT_TRUE(popover_.isShown());
     EXPECT_EQ(closings_, 0);
 }

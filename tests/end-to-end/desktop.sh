@@ -15,6 +15,7 @@ panel_height=28
 
 fail() {
   echo "FAILED: $*" >&2
+  tail -3 "$HOME/assistive.log" >&2 2>/dev/null || true
   import -window root "$ARTEFACTS/failed-${scenario:-unknown}.png" || true
   exit 1
 }

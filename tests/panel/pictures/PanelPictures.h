@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+#include <span>
+
+namespace kelvinbar {
+
+/// A state of the panel that is worth a picture.
+struct PanelPicture {
+    const char* name; ///< of the file, without its ending
+    QImage (*draw)();
+};
+
+/// Every main state of the panel.
+std::span<const PanelPicture> panelPictures();
+
+} // namespace kelvinbar

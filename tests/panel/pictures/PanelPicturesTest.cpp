@@ -1,0 +1,73 @@
+#include "tests/panel/pictures/PanelPictures.h"
+
+#include "tests/panel/pictures/PictureComparison.h"
+
+#include <QDir>
+#include <QPainter>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+QString referenceFile(const char* name) { return QString(KELVINBAR_FIXTURES "/panel/%1.png").arg(name); }
+
+/// What was drawn, for people who want to see why a test fails.
+void keepArtefact(const QImage& picture, const char* name) {
+    QDir().mkpath(KELVINBAR_ARTEFACTS);
+    picture.save(QString(KELVINBAR_ARTEFACTS "/panel-%1.png").arg(name));
+}
+
+class PanelPictures : public testing::TestWithParam<PanelPicture> {};
+
+TEST_P(PanelPictures, LooksLikeItsReference) {
+    const auto& [name, draw] = GetParam();
+    const QImage picture = draw();
+    keepArtefact(picture, name);
+    const QImage reference(referenceFile(name));
+    ASSERT_FALSE(reference.isNull());
+    EXPECT_EQ(picture.size(), reference.size());
+    EXPECT_LE(differingShare(picture, reference), tolerance);
+}
+
+INSTANTIATE_TEST_SUITE_P(States, PanelPictures,
+                         testing::ValuesIn(panelPictures().begin(), panelPictures().end()),
+                         [](const auto& state) {
+                             std::string name = state.param.name;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+QImage reference() { return QImage(referenceFile("fixed")).convertToFormat(QImage::Format_RGB32); }
+
+/// The place of a card in the reference.
+constexpr QRect card(12, 68, 438, 510);
+
+TEST(PictureComparison, ACardThatMovedByAPixelIsNoticed) {
+    for (const QPoint shift : {QPoint(1, 0), QPoint(0, 1), QPoint(-1, 0), QPoint(0, -1)}) {
+        const QImage original = reference();
+        QImage moved = original;
+        QPainter(&moved).drawImage(card.topLeft() + shift, original, card);
+        EXPECT_GT(differingShare(original, moved), tolerance) << shift.x() << ", " << shift.y();
+    }
+}
+
+TEST(PictureComparison, APictureIsLikeItself) { EXPECT_EQ(differingShare(reference(), reference()), 0); }
+
+TEST(PictureComparison, AFewEdgesOfLettersMayDiffer) {
+    QImage changed = reference();
+    for (int x = 0; x < 100; ++x) changed.setPixelColor(30 + x, 100, Qt::white);
+    EXPECT_GT(differingShare(reference(), changed), 0);
+    EXPECT_LE(differingShare(reference(), changed), tolerance);
+}
+
+TEST(PictureComparison, ADifferentSizeDiffers) {
+    EXPECT_EQ(differingShare(reference(), reference().copy(0, 0, 100, 100)), 1);
+    EXPECT_EQ(differingShare({}, {}), 1);
+}
+
+} // namespace
+
+} // namespace kelvinbar

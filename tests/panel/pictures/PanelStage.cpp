@@ -1,0 +1,106 @@
+#include "tests/panel/pictures/PanelStage.h"
+
+#include "shell/PopoverSizing.h"
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+namespace kelvinbar {
+
+namespace {
+
+/// The screen that the panel would open on.
+constexpr Rect visibleFrame{0, 0, 1440, 1200};
+
+StorePorts portsOver(const PanelStage::MakeMachine& makeMachine, const StorePorts& ports,
+                     std::shared_ptr<const MonotonicClock> clock) {
+    useMachine(makeMachine(std::move(clock)));
+    return ports;
+}
+
+bool isNamed(QQuickItem& item, const QString& name) {
+    const auto* const accessible = QAccessible::queryAccessibleInterface(&item);
+    if (accessible == nullptr || !item.isVisible()) return false;
+    const QString found = accessible->text(QAccessible::Name);
+    return found == name || found.startsWith(name + ", ");
+}
+
+QQuickItem* itemNamed(QQuickItem& root, const QString& name) {
+    if (isNamed(root, name)) return &root;
+    const QList<QQuickItem*> children = root.childItems();
+    for (QQuickItem* const child : children) {
+        if (QQuickItem* const found = itemNamed(*child, name)) return found;
+    }
+    return nullptr;
+}
+
+QPoint middleOf(const QQuickItem& item) {
+    return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
+}
+
+/// Longer than every movement in the panel, and than a tooltip waits, in milliseconds.
+constexpr int untilNothingMoves = 1000;
+
+} // namespace
+
+PanelStage::PanelStage(const MakeMachine& makeMachine)
+    : store_(portsOver(makeMachine,
+                       {.defaults = defaults_,
+                        .notifications = notifications_,
+                        .mainQueue = mainQueue_,
+                        .backgroundQueue = backgroundQueue_,
+                        .wallClock = wallClock_,
+                        .monotonicClock = *clock_},
+                       clock_))
+    , panel_(makePanelWindow(store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }})) {}
+
+PanelStage::~PanelStage() {
+    panel_.reset();
+    store_.shutdown();
+    useMachine({});
+}
+
+void PanelStage::finishRefresh() {
+    backgroundQueue_.runAll();
+    mainQueue_.drain();
+    QCoreApplication::processEvents();
+}
+
+void PanelStage::open() {
+    open(targetPopoverSize({.visibleFrame = visibleFrame,
+                            .displayMode = store_.displayMode().value(),
+                            .manualPopoverHeight = store_.manualPopoverHeight().value(),
+                            .readings = store_.readings().value(),
+                            .hiddenKeys = store_.hiddenKeys().value()}));
+}
+
+void PanelStage::open(Size size) {
+    window().resize(static_cast<int>(size.width), static_cast<int>(size.height));
+    window().show();
+    static_cast<void>(QTest::qWaitForWindowExposed(&window()));
+}
+
+QQuickWindow& PanelStage::window() { return static_cast<QQuickWindow&>(panel_->window()); }
+
+QQuickItem* PanelStage::item(const QString& name) { return itemNamed(*window().contentItem(), name); }
+
+void PanelStage::pointAt(const QString& name) {
+    if (const QQuickItem* const found = item(name)) QTest::mouseMove(&window(), middleOf(*found));
+}
+
+void PanelStage::click(const QString& name) {
+    if (const QQuickItem* const found = item(name)) {
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, middleOf(*found));
+    }
+}
+
+QImage PanelStage::picture() {
+    QTest::qWait(untilNothingMoves);
+    return window().grabWindow();
+}
+
+} // namespace kelvinbar

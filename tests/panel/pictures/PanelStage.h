@@ -1,0 +1,67 @@
+#pragma once
+
+#include "base/NotificationCenter.h"
+#include "panel/PanelWindow.h"
+#include "shell/Geometry.h"
+#include "smc/Machine.h"
+#include "store/InMemoryUserDefaults.h"
+#include "store/KelvinbarStore.h"
+#include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/ManualQueues.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <string>
+
+class QQuickItem;
+class QQuickWindow;
+
+namespace kelvinbar {
+
+/// The panel over a machine at a moment that never passes, on a screen that nobody sees.
+class PanelStage {
+  public:
+    using MakeMachine = std::function<Machine(std::shared_ptr<const MonotonicClock>)>;
+
+    explicit PanelStage(const MakeMachine& makeMachine);
+    PanelStage(const PanelStage&) = delete;
+    PanelStage& operator=(const PanelStage&) = delete;
+    ~PanelStage();
+
+    KelvinbarStore& store() { return store_; }
+
+    /// Lets the refresh that runs end.
+    void finishRefresh();
+
+    /// Opens the panel with `size`, or the size that a screen of 1440 x 1200 gives it.
+    void open();
+    void open(Size size);
+
+    QQuickWindow& window();
+
+    /// The item that assistive tools know under that name, alone or followed by a value; null when there is
+    /// none.
+    QQuickItem* item(const QString& name);
+
+    /// Moves the pointer to the middle of that item, clicks there.
+    void pointAt(const QString& name);
+    void click(const QString& name);
+
+    /// What the panel shows once nothing moves any more.
+    QImage picture();
+
+  private:
+    std::shared_ptr<fakes::FakeMonotonicClock> clock_ = std::make_shared<fakes::FakeMonotonicClock>();
+    InMemoryUserDefaults defaults_;
+    NotificationCenter notifications_;
+    fakes::FakeWallClock wallClock_;
+    fakes::ManualMainQueue mainQueue_;
+    fakes::ManualBackgroundQueue backgroundQueue_;
+    KelvinbarStore store_;
+    std::unique_ptr<PanelWindow> panel_;
+};
+
+} // namespace kelvinbar
