@@ -26,6 +26,9 @@ class MemoryDriver final : public SMCDriver {
   public:
     explicit MemoryDriver(const std::vector<std::string>& keys);
 
+    /// Gives `key` another value. Not while a pass runs.
+    void changeValue(std::string_view key);
+
     std::optional<Service> findService(std::string_view /*className*/) override { return 1; }
 
     OpenResult open(Service /*service*/) override { return {.code = kernSuccess, .connection = 1}; }

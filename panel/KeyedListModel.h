@@ -24,6 +24,7 @@ class KeyedListModel : public QAbstractListModel {
     void update(std::vector<Item> target) {
         removeAllBut(target);
         for (std::size_t row = 0; row < target.size(); ++row) {
+            if (hasMovedDown(row, target)) sendDown(row, target);
             if (!bringToRow(row, target[row].id())) row = insertRun(row, target);
             changeItem(row, std::move(target[row]));
         }
@@ -52,6 +53,21 @@ class KeyedListModel : public QAbstractListModel {
         beginRemoveRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
         items_.erase(at(first), at(end));
         endRemoveRows();
+    }
+
+    /// Whether the item at `row` is all that stands between the row and the item that belongs there.
+    bool hasMovedDown(std::size_t row, const std::vector<Item>& target) const {
+        return row + 1 < items_.size() && items_[row].id() != target[row].id() &&
+               items_[row + 1].id() == target[row].id();
+    }
+
+    void sendDown(std::size_t row, const std::vector<Item>& target) {
+        const auto place = std::find_if(target.begin(), target.end(),
+                                        [&](const Item& item) { return item.id() == items_[row].id(); });
+        const auto last = std::min(static_cast<std::size_t>(place - target.begin()), items_.size() - 1);
+        beginMoveRows({}, static_cast<int>(row), static_cast<int>(row), {}, static_cast<int>(last) + 1);
+        std::rotate(at(row), at(row) + 1, at(last) + 1);
+        endMoveRows();
     }
 
     /// Whether there is such an item at or after `row`; it is at `row` then.

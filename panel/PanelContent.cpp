@@ -38,7 +38,10 @@ void PanelContent::observe() {
 /// The fields of a refresh change one after the other: they are looked at together, when all of them have.
 void PanelContent::postUpdate() {
     if (!isOpen_ || std::exchange(isUpdatePosted_, true)) return;
-    QMetaObject::invokeMethod(this, &PanelContent::update, Qt::QueuedConnection);
+    const auto updateOnce = [this] {
+        if (isUpdatePosted_) update();
+    };
+    QMetaObject::invokeMethod(this, updateOnce, Qt::QueuedConnection);
 }
 
 void PanelContent::update() {
@@ -77,12 +80,13 @@ void PanelContent::panelDidClose() {
 // Rows
 
 void PanelContent::pressRow(const QString& key) {
+    isSameRowPressed_ = key == pressedKey_;
     pressedKey_ = key;
     secondClickWait_.start(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
 void PanelContent::doubleClickRow(const QString& key) {
-    if (key == pressedKey_) toggleRow(key);
+    if (isSameRowPressed_ && key == pressedKey_) toggleRow(key);
 }
 
 void PanelContent::toggleRow(const QString& key) {

@@ -56,14 +56,15 @@ class PanelContent final : public QObject {
     void panelWillOpen(bool reducedMotion);
     void panelDidClose();
 
-    /// Runs `change`, which moves the rows on the screen, now or when no second click can come any more.
+    /// Runs `change`, which moves the rows on the screen, now or when no second click can come any more; then
+    /// the last such change counts.
     void whenRowsMayMove(std::function<void()> change);
 
     Q_INVOKABLE void close() { closeAction_(); }
 
-    /// The first press on a row: a second one may follow, and is to meet the same row.
+    /// A press on a row: a second one may follow, and is to meet the same row.
     Q_INVOKABLE void pressRow(const QString& key);
-    /// The second press.
+    /// Both presses of a double-click are over; nothing happens when they were on two rows.
     Q_INVOKABLE void doubleClickRow(const QString& key);
     Q_INVOKABLE void toggleRow(const QString& key);
     Q_INVOKABLE void hideRow(const QString& key);
@@ -92,6 +93,7 @@ class PanelContent final : public QObject {
     bool isUpdatePosted_ = false;
     bool areSensorsStale_ = true;
     QString pressedKey_;
+    bool isSameRowPressed_ = false; ///< as by the press before
     QTimer secondClickWait_;
     std::function<void()> changeAfterWait_;
     std::vector<Registration> observers_;

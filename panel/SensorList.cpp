@@ -12,6 +12,7 @@ namespace kelvinbar {
 void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
                         const std::vector<std::string>& menuBarKeys) {
     const double formerHeight = contentHeight();
+    const double formerViewportTop = viewport_.top; // a view of less content moves to its end by itself
     const auto formerNumber = numberOfRow(currentKey_);
     std::vector<std::pair<std::string, double>> formerTops;
     for (std::string& key : keysToKeepInPlace()) {
@@ -26,7 +27,7 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
     for (const auto& [key, formerTop] : formerTops) {
         const auto top = topOfRow(key);
         if (!top) continue;
-        requestViewportTop(viewport_.top + *top - formerTop);
+        requestViewportTop(formerViewportTop + *top - formerTop);
         break;
     }
     publish();
@@ -47,7 +48,8 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
 /// was. At the top of the list, what comes above stays in view.
 std::vector<std::string> SensorList::keysToKeepInPlace() const {
     std::vector<std::string> keys;
-    if (numberOfRow(hoveredKey_)) keys.push_back(hoveredKey_);
+    const auto hovered = numberOfRow(hoveredKey_);
+    if (hovered && overlap(spanOfRow(*hovered), viewport_)) keys.push_back(hoveredKey_);
     if (viewport_.top <= 0) return keys;
     for (std::size_t section = 0; section < sections_.size(); ++section) {
         const ReadingList& rows = sections_[section].readings;

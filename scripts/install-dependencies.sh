@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs where their content is missing; with nothing missing it needs
-# no root. usage: scripts/install-dependencies.sh run|test|desktop|check|bench|fuzz …
+# no root. usage: scripts/install-dependencies.sh run|test|desktop|check|bench|pictures|fuzz …
 set -euo pipefail
 
 # package -> a program or a file that tells whether its content is here, wherever that came from
@@ -12,22 +12,26 @@ declare -A evidence=(
   [qt6-base-dev]='/usr/include/*/qt6/QtDBus/QDBusConnection' [qt6-declarative-dev]='/usr/include/*/qt6/QtQuick/QQuickView'
   [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
   [qml6-module-qtquick]='/usr/lib/*/qt6/qml/QtQuick/qmldir' [libgl-dev]=/usr/include/GL/gl.h
+  [qml6-module-qtquick-templates]='/usr/lib/*/qt6/qml/QtQuick/Templates/qmldir'
+  [qml6-module-qttest]='/usr/lib/*/qt6/qml/QtTest/qmldir'
   [qml6-module-qtqml-workerscript]='/usr/lib/*/qt6/qml/QtQml/WorkerScript/qmldir'
   [xvfb]=xvfb-run [xauth]=xauth [dbus-daemon]=dbus-run-session [libglib2.0-bin]=gdbus [xdotool]=xdotool
   [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo [procps]=pkill
-  [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
+  [xclip]=xclip [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
+  [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
-qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtqml-workerscript"
+qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
 build="g++ cmake ninja-build libcli11-dev $qt"
-desktop="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick procps fonts-dejavu-core x11-utils xfwm4 xfce4-panel lxqt-panel trayer"
+desktop="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick procps fonts-dejavu-core x11-utils xclip python3-pyatspi xfwm4 xfce4-panel lxqt-panel trayer"
 declare -A packages=(
   [run]="$build"
-  [test]="$build libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build qml6-module-qttest libgtest-dev libgmock-dev locales $desktop"
   [desktop]="$desktop"
-  [check]="$build libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
+  [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
   [bench]="$build libbenchmark-dev libsensors-dev strace"
+  [pictures]="$build libgtest-dev fonts-inter"
   [fuzz]="$build clang libclang-rt-14-dev"
 )
 

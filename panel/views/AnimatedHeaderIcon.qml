@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Kelvinbar.Panel
 
 /// The program's picture with a glow, which brightens once when the panel opens.

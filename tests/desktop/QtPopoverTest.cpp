@@ -193,7 +193,7 @@ TEST_F(QtPopoverTest, ClosesOnce) {
     EXPECT_FALSE(popover_.isShown());
     EXPECT_EQ(closings_, 1);
     popover_.performClose();
-    pressKey(Qt::Key_Escape);
+    press({-1, -1});
     press({-10, -10});
     EXPECT_EQ(closings_, 1);
 }
@@ -211,7 +211,7 @@ TEST_F(QtPopoverTest, MayBeShownAgain) {
     show();
     EXPECT_EQ(window().geometry(), QRect(400, 20, 200, 300));
     EXPECT_TRUE(window().isVisible());
-    pressKey(Qt::Key_Escape);
+    press({-1, -1});
     EXPECT_EQ(closings_, 2);
 }
 
@@ -220,10 +220,10 @@ TEST_F(QtPopoverTest, MayBeShownAgainByItsCloseHandler) {
     popover_.setDidCloseHandler([this] {
         if (++closings_ == 1) popover_.show(button_, PopoverEdge::minY);
     });
-    pressKey(Qt::Key_Escape);
+    press({-1, -1});
     EXPECT_TRUE(popover_.isShown());
     EXPECT_TRUE(window().isVisible());
-    pressKey(Qt::Key_Escape);
+    press({-1, -1});
     EXPECT_FALSE(popover_.isShown());
     EXPECT_EQ(closings_, 2);
 }
@@ -231,7 +231,7 @@ TEST_F(QtPopoverTest, MayBeShownAgainByItsCloseHandler) {
 TEST_F(QtPopoverTest, ClosesWithoutAHandler) {
     popover_.setDidCloseHandler(nullptr);
     show();
-    pressKey(Qt::Key_Escape);
+    press({-1, -1});
     EXPECT_FALSE(popover_.isShown());
 }
 

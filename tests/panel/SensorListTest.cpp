@@ -880,6 +880,16 @@ TEST_F(ListKeyboard, GoesDownThroughTheCardsToTheEndAndUpAgain) {
     EXPECT_EQ(currentAfter(4, [&] { list.moveCurrent(-1); }), (Texts{"T0000", "C0001", "C0000", "C0000"}));
 }
 
+TEST_F(ListKeyboard, SignalsEachRowThatItGoesToOnce) {
+    show(cpuReadings(2));
+    const View view(list, 1000);
+    record();
+    for (int number = 0; number < 4; ++number) list.moveCurrent(1);
+    list.moveCurrentToLast();
+    list.setCurrentKey("C0001");
+    EXPECT_EQ(journal, (Texts{"current C0000", "current C0001"}));
+}
+
 TEST_F(ListKeyboard, GoesAsFarAsThereAreRows) {
     show(cpuReadings(5) + thermalReadings(5));
     const View view(list, 1000);

@@ -1,0 +1,117 @@
+// How long the panel takes from a click on the status item to its first picture on the screen: of the whole
+// program, from outside. The click comes over the bus as from a tray; the screen is looked at every
+// millisecond.
+//
+// usage: kelvinbar_panel_opening PROGRAM
+
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
+#include <QProcess>
+#include <QScreen>
+#include <QThread>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds glance{1};
+constexpr std::chrono::seconds patience{5};
+constexpr int openings = 30;
+
+/// Of a panel in the top right corner: the middle of its header, which is drawn first.
+QImage cornerOfScreen() {
+    const QScreen& screen = *QGuiApplication::primaryScreen();
+    const QRect frame = screen.geometry();
+    return QGuiApplication::primaryScreen()->grabWindow(0, frame.width() - 240, 20, 8, 8).toImage();
+}
+
+class Program {
+  public:
+    explicit Program(const QString& path) {
+        process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process_.start(path, QStringList());
+        process_.waitForStarted();
+    }
+
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    ~Program() {
+        process_.terminate();
+        process_.waitForFinished();
+    }
+
+    /// A click on the item, which opens the panel or closes it.
+    void click() {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            QString("org.kde.StatusNotifierItem-%1-1").arg(process_.processId()), "/StatusNotifierItem",
+            "org.kde.StatusNotifierItem", "Activate");
+        message << 4000 << 0;
+        QDBusConnection::sessionBus().send(message);
+    }
+
+    /// Milliseconds from a click until the screen looks different; nothing when it never does.
+    std::optional<double> clickUntilTheScreenChanges() {
+        const QImage before = cornerOfScreen();
+        const auto start = std::chrono::steady_clock::now();
+        click();
+        while (cornerOfScreen() == before) {
+            if (std::chrono::steady_clock::now() - start > patience) return std::nullopt;
+            QThread::usleep(std::chrono::microseconds(glance).count());
+        }
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+
+    [[nodiscard]] double residentMiB() const {
+        QFile status(QString("/proc/%1/status").arg(process_.processId()));
+        if (!status.open(QIODevice::ReadOnly)) return 0;
+        const QByteArray text = status.readAll();
+        const qsizetype at = text.indexOf("VmRSS:");
+        return text.mid(at + 6, 16).simplified().split(' ').front().toDouble() / 1024;
+    }
+
+  private:
+    QProcess process_;
+};
+
+void rest(std::chrono::milliseconds time) { QThread::msleep(static_cast<unsigned long>(time.count())); }
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QGuiApplication application(argc, argv);
+    Program program(QString::fromLocal8Bit(argv[1]));
+    rest(4s);
+    const double closed = program.residentMiB();
+    const auto first = program.clickUntilTheScreenChanges();
+    if (!first) {
+        std::puts("the panel did not open");
+        return 1;
+    }
+    rest(3s);
+    const double open = program.residentMiB();
+
+    std::vector<double> next;
+    for (int opening = 0; opening < openings; ++opening) {
+        rest(400ms);
+        program.click();
+        rest(600ms);
+        if (const auto time = program.clickUntilTheScreenChanges()) next.push_back(*time);
+    }
+    std::ranges::sort(next);
+    std::printf("  %-44s %8.0f ms\n", "first opening ever, until its first picture", *first);
+    std::printf("  %-44s %8.0f ms, slowest of %zu %.0f ms\n", "an opening after that (median)",
+                next[next.size() / 2], next.size(), next.back());
+    std::printf("  %-44s %8.1f MiB, before %.1f, after %zu openings %.1f\n", "resident with the panel open",
+                open, closed, next.size(), program.residentMiB());
+    return 0;
+}

@@ -1,0 +1,153 @@
+// What a refresh costs the main thread while the panel is open: 300 readings, of which some have changed,
+// from the arrival of the result to the last pixel. In processor time, since the thread sleeps in between.
+
+#include "bench/MemoryMachine.h"
+#include "panel/PanelWindow.h"
+#include "panel/SensorSections.h"
+#include "store/InMemoryUserDefaults.h"
+#include "store/KelvinbarStore.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <deque>
+#include <vector>
+
+namespace kelvinbar::bench {
+
+namespace {
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+Milliseconds threadTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+class WaitingMainQueue final : public MainQueue {
+  public:
+    void post(std::function<void()> work) override { waiting_.push_back(std::move(work)); }
+
+    void drain() {
+        for (; !waiting_.empty(); waiting_.pop_front()) waiting_.front()();
+    }
+
+  private:
+    std::deque<std::function<void()>> waiting_;
+};
+
+/// Runs what is started at once; that part is not measured.
+class ImmediateQueue final : public BackgroundQueue {
+  public:
+    Cancellation start(Work work) override {
+        Cancellation cancellation;
+        work(cancellation);
+        return cancellation;
+    }
+};
+
+class StandingClock final : public MonotonicClock {
+  public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
+};
+
+class OpenPanel {
+  public:
+    OpenPanel() {
+        mainQueue_.drain();
+        auto& window = panel_->window();
+        window.resize(462, 690);
+        window.show();
+        QObject::connect(static_cast<QQuickWindow*>(&window), &QQuickWindow::frameSwapped, &window,
+                         [this] { ++frames_; });
+        settle();
+    }
+
+    /// The main thread's time for one refresh in which `changed` readings have another value.
+    Milliseconds refresh(const std::vector<std::string>& changed) {
+        for (const std::string& key : changed) driver_->changeValue(key);
+        store_.refresh(false);
+        const int framesBefore = frames_;
+        const Milliseconds before = threadTime();
+        mainQueue_.drain();
+        QCoreApplication::processEvents();
+        if (!changed.empty()) waitForFrameAfter(framesBefore);
+        return threadTime() - before;
+    }
+
+    /// The keys of all rows from the top of the list.
+    [[nodiscard]] std::vector<std::string> keysOfRows() const {
+        std::vector<std::string> keys;
+        const ReadingList visible = visibleReadings(store_.readings().value(), {});
+        for (const SensorSectionModel& section : sectionModels(visible)) {
+            for (const SMCReading* const reading : section.readings) keys.push_back(reading->key);
+        }
+        return keys;
+    }
+
+  private:
+    /// Asleep where there is nothing to do.
+    void waitForFrameAfter(int number) const {
+        constexpr int giveUp = 1000; // milliseconds
+        QTimer alarm;
+        alarm.setSingleShot(true);
+        alarm.start(giveUp);
+        while (frames_ == number && alarm.isActive()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    }
+
+    static void settle() {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < 500) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+
+    std::shared_ptr<MemoryDriver> driver_ = useMemoryMachine(namedKeys(300));
+    InMemoryUserDefaults defaults_;
+    NotificationCenter notifications_;
+    WaitingMainQueue mainQueue_;
+    ImmediateQueue backgroundQueue_;
+    SystemWallClock wallClock_;
+    StandingClock clock_;
+    KelvinbarStore store_{{.defaults = defaults_,
+                           .notifications = notifications_,
+                           .mainQueue = mainQueue_,
+                           .backgroundQueue = backgroundQueue_,
+                           .wallClock = wallClock_,
+                           .monotonicClock = clock_}};
+    std::unique_ptr<PanelWindow> panel_ =
+        makePanelWindow(store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }});
+    int frames_ = 0;
+};
+
+void report(const char* title, OpenPanel& panel, const std::vector<std::string>& changed) {
+    constexpr int rounds = 300;
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round) times.push_back(panel.refresh(changed).count());
+    std::ranges::sort(times);
+    std::printf("  %-44s %8.2f %8.2f\n", title, times[rounds / 2], times[rounds * 95 / 100]);
+}
+
+} // namespace
+
+} // namespace kelvinbar::bench
+
+int main(int argc, char** argv) {
+    using namespace kelvinbar::bench;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    OpenPanel panel;
+    const auto keys = panel.keysOfRows();
+    std::printf("A refresh of 300 readings, panel open         median ms   95%% ms\n");
+    report("nothing has changed", panel, {});
+    report("30 have changed, those on the screen first", panel, {keys.begin(), keys.begin() + 30});
+    report("all have changed", panel, keys);
+    return 0;
+}

@@ -1,0 +1,259 @@
+#include "tests/panel/views/ViewStage.h"
+
+#include "base/NotificationCenter.h"
+#include "panel/PanelStyle.h"
+#include "platform/demo/DemoMachine.h"
+#include "platform/qt/QtText.h"
+#include "smc/Machine.h"
+#include "store/InMemoryUserDefaults.h"
+#include "store/KelvinbarStore.h"
+#include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/FakeIORegistry.h"
+#include "tests/fakes/FakeSMCDriver.h"
+#include "tests/fakes/ManualQueues.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QFile>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QTest>
+#include <QtQuickTest/quicktest.h>
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+using Clock = std::shared_ptr<fakes::FakeMonotonicClock>;
+
+/// Nothing stands in for its controller.
+Machine emptyMachine(bool hasController, const Clock& clock) {
+    auto driver = std::make_shared<fakes::FakeSMCDriver>();
+    driver->hasService = hasController;
+    return {.driver = std::move(driver),
+            .registry = std::make_shared<fakes::FakeIORegistry>(),
+            .system = nullptr,
+            .clock = clock};
+}
+
+template <typename Texts>
+QStringList qtTexts(const Texts& texts) {
+    QStringList result;
+    for (const std::string& text : texts) result << qtText(text);
+    return result;
+}
+
+void collectItems(QQuickItem& root, QVariantList& items) {
+    if (!root.isVisible()) return;
+    items << QVariant::fromValue(&root);
+    const QList<QQuickItem*> children = root.childItems();
+    for (QQuickItem* const child : children) collectItems(*child, items);
+}
+
+SMCReading readingOf(const QString& key, const QString& name, const QString& value) {
+    return {.key = key.toStdString(),
+            .name = name.toStdString(),
+            .category = SMCCategory::cpu,
+            .type = "sp78",
+            .value = value.toStdString(),
+            .numericValue = 1,
+            .unit = "°C",
+            .raw = "00",
+            .status = "OK"};
+}
+
+} // namespace
+
+/// A store that is cranked by hand, and what the panel shows of it.
+struct ViewStage::Scene {
+    Clock clock;
+    InMemoryUserDefaults defaults;
+    NotificationCenter notifications;
+    fakes::FakeWallClock wallClock;
+    fakes::ManualMainQueue mainQueue;
+    fakes::ManualBackgroundQueue backgroundQueue;
+    KelvinbarStore store;
+    int closings = 0;
+    PanelContent content;
+
+    explicit Scene(Clock sceneClock)
+        : clock(std::move(sceneClock))
+        , store({.defaults = defaults,
+                 .notifications = notifications,
+                 .mainQueue = mainQueue,
+                 .backgroundQueue = backgroundQueue,
+                 .wallClock = wallClock,
+                 .monotonicClock = *clock})
+        , content(store, SensorListMetrics(textScale()), [this] { ++closings; }) {}
+
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+
+    ~Scene() { store.shutdown(); }
+
+    void finishRefresh() {
+        backgroundQueue.runAll();
+        mainQueue.drain();
+        QCoreApplication::processEvents();
+    }
+};
+
+ViewStage::ViewStage() { LoginItemManager::useService(loginItem_); }
+
+ViewStage::~ViewStage() {
+    scenes_.clear();
+    useMachine({});
+}
+
+PanelContent* ViewStage::content() const { return scenes_.empty() ? nullptr : &scene().content; }
+
+int ViewStage::closings() const { return scene().closings; }
+
+// Scenes
+
+void ViewStage::enter(std::unique_ptr<Scene> scene) {
+    if (!scenes_.empty()) scenes_.back()->content.panelDidClose();
+    loginItem_.letsRegister = true;
+    loginItem_.registered = false;
+    loginItem_.succeeds = true;
+    loginItem_.needsApproval = false;
+    constexpr bool reducedMotion = true;
+    scene->content.panelWillOpen(reducedMotion);
+    scenes_.push_back(std::move(scene));
+    emit contentChanged();
+}
+
+void ViewStage::startScanning() {
+    const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
+    useMachine(makeDemoMachine(clock));
+    enter(std::make_unique<Scene>(clock));
+}
+
+void ViewStage::start() {
+    startScanning();
+    finishRefresh();
+}
+
+void ViewStage::startEmpty(bool hasController) {
+    const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
+    useMachine(emptyMachine(hasController, clock));
+    enter(std::make_unique<Scene>(clock));
+    finishRefresh();
+}
+
+// The machine
+
+void ViewStage::advanceClock(int seconds) { scene().clock->advance(std::chrono::seconds(seconds)); }
+
+void ViewStage::beginRefresh() {
+    scene().store.refresh(false);
+    QCoreApplication::processEvents();
+}
+
+void ViewStage::finishRefresh() { scene().finishRefresh(); }
+
+void ViewStage::refresh() {
+    beginRefresh();
+    finishRefresh();
+}
+
+bool ViewStage::isRefreshing() const { return scene().backgroundQueue.waitingCount() > 0; }
+
+void ViewStage::showReadings(const QStringList& names, const QString& value) {
+    std::vector<SMCReading> readings;
+    for (const QString& name : names) {
+        readings.push_back(readingOf(QString("T%1").arg(100 + readings.size()), name, value));
+    }
+    scene().content.sensors()->update(readings, {}, {});
+}
+
+// The store
+
+QStringList ViewStage::pins() const { return qtTexts(scene().store.menuBarKeys().value()); }
+
+void ViewStage::setPins(const QStringList& keys) {
+    std::vector<std::string> texts;
+    for (const QString& key : keys) texts.push_back(key.toStdString());
+    scene().store.setMenuBarKeys(texts);
+    QCoreApplication::processEvents();
+}
+
+QStringList ViewStage::hiddenKeys() const { return qtTexts(scene().store.hiddenKeys().value()); }
+
+void ViewStage::hide(const QString& key) {
+    SMCReading reading;
+    reading.key = key.toStdString();
+    scene().store.hideReading(reading);
+    QCoreApplication::processEvents();
+}
+
+void ViewStage::showAll() {
+    scene().store.unhideAllReadings();
+    QCoreApplication::processEvents();
+}
+
+bool ViewStage::isFast() const { return scene().store.samplingRate().value() == SMCSamplingRate::fast; }
+
+bool ViewStage::isDynamic() const {
+    return scene().store.displayMode().value() == SMCWindowDisplayMode::dynamic;
+}
+
+void ViewStage::setDynamic(bool isDynamic) {
+    scene().store.setDisplayMode(isDynamic ? SMCWindowDisplayMode::dynamic : SMCWindowDisplayMode::fixed);
+    QCoreApplication::processEvents();
+}
+
+double ViewStage::height() const { return scene().store.manualPopoverHeight().value(); }
+
+void ViewStage::setHeight(double height) {
+    scene().store.setManualPopoverHeight(height);
+    QCoreApplication::processEvents();
+}
+
+bool ViewStage::isLoading() const { return scene().store.isLoading().value(); }
+
+QString ViewStage::statusMessage() const { return qtText(scene().store.statusMessage().value()); }
+
+QString ViewStage::exportText() const { return qtText(scene().store.exportText()); }
+
+QVariantList ViewStage::itemsIn(QQuickItem* root) {
+    QVariantList items;
+    collectItems(*root, items);
+    return items;
+}
+
+void ViewStage::layOut(QQuickItem* item) {
+    static_cast<void>(QQuickTest::qWaitForPolish(item->window()));
+    QCoreApplication::processEvents();
+}
+
+// The desktop
+
+QString ViewStage::clipboardText() { return QGuiApplication::clipboard()->text(); }
+
+void ViewStage::setClipboardText(const QString& text) { QGuiApplication::clipboard()->setText(text); }
+
+bool ViewStage::hasDrawing(const QString& symbol) { return QFile::exists(":/symbols/" + symbol + ".shape"); }
+
+void ViewStage::clickTwice(QQuickItem* item, int milliseconds) {
+    QQuickWindow& window = *item->window();
+    const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    const auto turnButton = [&](Qt::MouseButtons down, QEvent::Type event, int time) {
+        qt_handleMouseEvent(&window, middle, window.mapToGlobal(middle), down, Qt::LeftButton, event,
+                            Qt::NoModifier, time);
+        QCoreApplication::processEvents();
+    };
+    const auto click = [&](int time) {
+        turnButton(Qt::LeftButton, QEvent::MouseButtonPress, time);
+        turnButton(Qt::NoButton, QEvent::MouseButtonRelease, time + 1);
+    };
+    constexpr int pause = 10'000;
+    mouseTime_ += pause;
+    click(mouseTime_);
+    click(mouseTime_ + milliseconds);
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "panel/PanelContent.h"
+#include "tests/fakes/FakeShell.h"
+
+#include <QObject>
+#include <QQuickItem>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <memory>
+#include <vector>
+
+class QQmlEngine;
+
+namespace kelvinbar {
+
+/// What the tests of the views play on: a panel's content over a made-up machine, its store, and the user's
+/// hands. Main thread.
+class ViewStage final : public QObject {
+    Q_OBJECT
+    /// Null before the first scene.
+    Q_PROPERTY(kelvinbar::PanelContent* content READ content NOTIFY contentChanged)
+    /// How often the panel was asked to close in this scene.
+    Q_PROPERTY(int closings READ closings)
+
+  public:
+    ViewStage();
+    ViewStage(const ViewStage&) = delete;
+    ViewStage& operator=(const ViewStage&) = delete;
+    ~ViewStage() override;
+
+    [[nodiscard]] PanelContent* content() const;
+
+    [[nodiscard]] int closings() const;
+
+    /// How many scenes there were.
+    [[nodiscard]] std::size_t sceneCount() const { return scenes_.size(); }
+
+    // Scenes
+
+    /// The demo machine after its first refresh, with the panel open.
+    Q_INVOKABLE void start();
+    /// The same before its first refresh ends.
+    Q_INVOKABLE void startScanning();
+    /// A machine whose controller lists no key, or that has none; after the first refresh.
+    Q_INVOKABLE void startEmpty(bool hasController);
+
+    // The machine
+
+    Q_INVOKABLE void advanceClock(int seconds);
+    Q_INVOKABLE void beginRefresh();
+    /// Lets the refresh that runs end.
+    Q_INVOKABLE void finishRefresh();
+    Q_INVOKABLE void refresh();
+    /// Whether a pass over the machine waits for its turn.
+    Q_INVOKABLE [[nodiscard]] bool isRefreshing() const;
+
+    // The list, without a machine behind it
+
+    /// Shows one row for each of `names` in the CPU's section; the store does not know these.
+    Q_INVOKABLE void showReadings(const QStringList& names, const QString& value);
+
+    /// `root` and all that is in it, in order; nothing that is not shown.
+    Q_INVOKABLE [[nodiscard]] static QVariantList itemsIn(QQuickItem* root);
+    /// Lets the views in the window of `item` come to their sizes.
+    Q_INVOKABLE static void layOut(QQuickItem* item);
+
+    // The store
+
+    Q_INVOKABLE [[nodiscard]] QStringList pins() const;
+    Q_INVOKABLE void setPins(const QStringList& keys);
+    Q_INVOKABLE [[nodiscard]] QStringList hiddenKeys() const;
+    Q_INVOKABLE void hide(const QString& key);
+    Q_INVOKABLE void showAll();
+    Q_INVOKABLE [[nodiscard]] bool isFast() const;
+    Q_INVOKABLE [[nodiscard]] bool isDynamic() const;
+    Q_INVOKABLE void setDynamic(bool isDynamic);
+    Q_INVOKABLE [[nodiscard]] double height() const;
+    Q_INVOKABLE void setHeight(double height);
+    Q_INVOKABLE [[nodiscard]] bool isLoading() const;
+    Q_INVOKABLE [[nodiscard]] QString statusMessage() const;
+    Q_INVOKABLE [[nodiscard]] QString exportText() const;
+
+    // The desktop
+
+    Q_INVOKABLE [[nodiscard]] bool startsAtLogin() const { return loginItem_.registered; }
+
+    Q_INVOKABLE void setLoginItemWorks(bool works) { loginItem_.succeeds = works; }
+
+    Q_INVOKABLE [[nodiscard]] static QString clipboardText();
+    Q_INVOKABLE static void setClipboardText(const QString& text);
+    Q_INVOKABLE [[nodiscard]] static bool hasDrawing(const QString& symbol);
+
+    /// Two clicks of the left button in the middle of `item`, `milliseconds` apart by the mouse's own clock.
+    Q_INVOKABLE void clickTwice(QQuickItem* item, int milliseconds);
+
+  signals:
+    void contentChanged();
+
+  private:
+    struct Scene;
+
+    [[nodiscard]] Scene& scene() const { return *scenes_.back(); }
+
+    void enter(std::unique_ptr<Scene> scene);
+
+    fakes::ShellJournal journal_;
+    fakes::FakeLoginItemService loginItem_{journal_};
+    std::vector<std::unique_ptr<Scene>> scenes_; ///< views of former ones may still be there
+    int mouseTime_ = 1'000'000;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,252 @@
+import QtQuick
+import Kelvinbar.Panel as Panel
+
+Item {
+    id: board
+    width: 462
+    height: 690
+
+    /// The values of the build, and what the buttons did.
+    QtObject {
+        id: fakeControls
+
+        property string author
+        property string contact
+        property string donationPage
+        property int mails
+        property int donations
+
+        function writeToAuthor() {
+            ++mails;
+        }
+        function openDonationPage() {
+            ++donations;
+        }
+    }
+    Component {
+        id: aboutComponent
+
+        Panel.AboutPopoverView {
+            parent: board
+            controls: fakeControls
+            reducedMotion: true
+        }
+    }
+
+    ViewTest {
+        name: "PanelHeader"
+
+        function headerOf(panel) {
+            return firstIn(panel, item => item instanceof Panel.PanelHeader, "header");
+        }
+
+        function openAbout(panel) {
+            mouseClick(buttonIn(panel, "About"));
+            const about = aboutOf(panel);
+            tryVerify(() => about.opened);
+            return about;
+        }
+
+        /// About with these values of the build.
+        function makeAbout(values) {
+            fakeControls.author = values.author ?? "Ada Example";
+            fakeControls.contact = values.contact ?? "";
+            fakeControls.donationPage = values.donationPage ?? "";
+            fakeControls.mails = 0;
+            fakeControls.donations = 0;
+            const about = createTemporaryObject(aboutComponent, board);
+            about.showAbout = true;
+            tryVerify(() => about.opened);
+            stage.layOut(about.contentItem);
+            return about;
+        }
+
+        // Header
+
+        function test_theHeaderHasIconTitleAndAboutFromLeftToRight() {
+            const header = headerOf(makePanel());
+            const icon = firstIn(header, item => item instanceof Panel.AnimatedHeaderIcon, "icon");
+            const title = textIn(header, "Kelvinbar");
+            const about = buttonIn(header, "About");
+            verify(placeOf(icon).x + icon.width <= placeOf(title).x);
+            verify(placeOf(title).x + title.width <= placeOf(about).x);
+            verify(placeOf(about).x + about.width > 462 - 30);
+            fuzzyCompare(title.font.pointSize * pointsToPixels, 18, 0.01);
+        }
+
+        function test_theIconIsThePicture() {
+            const header = headerOf(makePanel());
+            const image = firstIn(header, item => item instanceof Image, "picture");
+            tryCompare(image, "status", Image.Ready);
+            verify(image.source.toString().endsWith("AboutIcon.png"));
+        }
+
+        function test_aboutIsAnExclamationMarkWithAToolTip() {
+            const about = buttonIn(headerOf(makePanel()), "About");
+            compare(symbolNamesIn(about), ["exclamationmark.circle"]);
+            compare(symbolsIn(about)[0].size, 15);
+            compare(about.toolTip, "About");
+            verify(stage.hasDrawing("exclamationmark.circle"));
+        }
+
+        function test_withoutADonationPageThereIsNoDonationButton() {
+            compare(stage.content.controls.donationPage, "");
+            const header = headerOf(makePanel());
+            compare(buttonsIn(header).length, 1);
+            verify(!hasText(header, "Donate"));
+        }
+
+        // About opens and closes
+
+        function test_aboutIsClosedAtFirst() {
+            const about = aboutOf(makePanel());
+            verify(!about.visible);
+            verify(!about.showAbout);
+        }
+
+        function test_theButtonOpensAboutAndClosesIt() {
+            const panel = makePanel();
+            const about = openAbout(panel);
+            verify(about.showAbout);
+            mouseClick(buttonIn(panel, "About"));
+            tryVerify(() => !about.visible);
+            verify(!about.showAbout);
+            mouseClick(buttonIn(panel, "About"));
+            tryVerify(() => about.opened);
+        }
+
+        function test_escapeClosesAboutAlone() {
+            const panel = makePanel();
+            const about = openAbout(panel);
+            press(Qt.Key_Escape);
+            tryVerify(() => !about.visible);
+            verify(!about.showAbout);
+            compare(stage.closings, 0);
+        }
+
+        function test_escapeClosesThePanelOnceAboutIsClosed() {
+            const panel = makePanel();
+            const about = openAbout(panel);
+            press(Qt.Key_Escape);
+            tryVerify(() => !about.visible);
+            press(Qt.Key_Escape);
+            compare(stage.closings, 1);
+        }
+
+        function test_aPressOutsideClosesAbout() {
+            const panel = makePanel();
+            const about = openAbout(panel);
+            mouseClick(panel, 20, 400);
+            tryVerify(() => !about.visible);
+            verify(!about.showAbout);
+        }
+
+        function test_aPressInsideLeavesAboutOpen() {
+            const panel = makePanel();
+            const about = openAbout(panel);
+            mouseClick(about.contentItem, 5, 5);
+            wait(50);
+            verify(about.visible);
+            verify(about.showAbout);
+        }
+
+        function test_theKeyboardOpensAboutAndComesBackToItsButton() {
+            const panel = makePanel();
+            const button = buttonIn(panel, "About");
+            button.forceActiveFocus(Qt.TabFocusReason);
+            press(Qt.Key_Return);
+            const about = aboutOf(panel);
+            tryVerify(() => about.opened);
+            press(Qt.Key_Escape);
+            tryVerify(() => !about.visible);
+            tryVerify(() => button.activeFocus, 500);
+        }
+
+        function test_aboutIsAttachedToItsButtonAndInsideTheWindow() {
+            for (const width of [462, 420]) {
+                const panel = makePanel(width, 560);
+                const about = openAbout(panel);
+                const place = placeOf(about.background);
+                verify(isInside(place, placeOf(board)), width);
+                const button = placeOf(buttonIn(panel, "About"));
+                verify(place.y >= button.y + button.height);
+                verify(place.y < button.y + button.height + 20);
+                panel.destroy();
+                wait(0);
+            }
+        }
+
+        // What About tells
+
+        function test_aboutTellsNameAndPurposeAndAuthor() {
+            const about = openAbout(makePanel());
+            compare(textsIn(about.contentItem).map(text => text.text), [
+                "Kelvinbar",
+                "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs.",
+                stage.content.controls.author
+            ]);
+            verify(stage.content.controls.author.length > 0);
+            const image = firstIn(about.contentItem, item => item instanceof Image, "picture");
+            tryCompare(image, "status", Image.Ready);
+            verify(image.source.toString().endsWith("AboutIcon.png"));
+        }
+
+        function test_theTextsOfAboutAreWholeAndInsideIt() {
+            const about = makeAbout({contact: "ada.lovelace@example.org", donationPage: "https://example.org/donate"});
+            const texts = textsIn(about.contentItem);
+            verify(texts.length >= 5);
+            for (const text of texts) {
+                verify(!text.truncated);
+                verify(isInside(placeOf(text), placeOf(about.background)), text.text);
+            }
+        }
+
+        function test_aLongContactStaysInsideAbout() {
+            const about = makeAbout({contact: "the.author.with.a.very.long.name.indeed@a.very.long.host.name.example.org"});
+            for (const text of textsIn(about.contentItem))
+                verify(isInside(placeOf(text), placeOf(about.background)), text.text);
+        }
+
+        function test_valuesThatTheBuildDoesNotHaveAreNotShown() {
+            const about = makeAbout({author: "", contact: "", donationPage: ""});
+            compare(buttonsIn(about.contentItem).length, 0);
+            compare(textsIn(about.contentItem).length, 2);
+        }
+
+        function test_theContactIsAButtonThatWritesToTheAuthor() {
+            const about = makeAbout({contact: "ada@example.org"});
+            compare(buttonsIn(about.contentItem).length, 1);
+            mouseClick(buttonIn(about.contentItem, "ada@example.org"));
+            compare(about.controls.mails, 1);
+            compare(about.controls.donations, 0);
+        }
+
+        function test_theDonationButtonOpensThePage() {
+            const about = makeAbout({donationPage: "https://example.org/donate"});
+            compare(buttonsIn(about.contentItem).length, 1);
+            mouseClick(buttonIn(about.contentItem, "Donate"));
+            compare(about.controls.donations, 1);
+            compare(about.controls.mails, 0);
+        }
+
+        function test_theButtonsOfAboutHaveSymbols() {
+            const about = makeAbout({contact: "ada@example.org", donationPage: "https://example.org/donate"});
+            const names = symbolNamesIn(about.contentItem);
+            compare(names.length, 2);
+            for (const name of names)
+                verify(stage.hasDrawing(name), name);
+        }
+
+        function test_theKeyboardGoesRoundTheButtonsOfAbout() {
+            const about = makeAbout({contact: "ada@example.org", donationPage: "https://example.org/donate"});
+            press(Qt.Key_Tab);
+            verify(buttonIn(about.contentItem, "ada@example.org").activeFocus);
+            press(Qt.Key_Return);
+            compare(about.controls.mails, 1);
+            press(Qt.Key_Tab);
+            verify(buttonIn(about.contentItem, "Donate").activeFocus);
+            press(Qt.Key_Space);
+            compare(about.controls.donations, 1);
+        }
+    }
+}

@@ -1,0 +1,299 @@
+import QtQuick
+import Kelvinbar.Panel
+
+Item {
+    id: board
+    width: 462
+    height: 690
+
+    Component {
+        id: rowComponent
+
+        SensorRow {
+            key: "TC0P"
+            name: "CPU Proximity"
+            metadata: "sp78 • °C"
+            value: "48.0°"
+            isMenuBarSelected: false
+            toolTip: "what the row's tooltip says"
+            backgroundColors: ["#20304050"]
+            rowTop: 10
+            accent: "#64d2ff"
+            content: stage.content
+            width: 438
+            height: 41
+        }
+    }
+
+    ViewTest {
+        name: "SensorRow"
+
+        function chipOf(row) {
+            return digitsIn(row)[0].parent;
+        }
+
+        function pinMarkOf(row) {
+            return itemsIn(row, item => item.name === "menubar.rectangle")[0] ?? null;
+        }
+
+        function test_aRowShowsItsNameAboveItsMetadataAndItsValue() {
+            const row = make(rowComponent, {});
+            compare(textsIn(row).map(text => text.text), ["CPU Proximity", "sp78 • °C"]);
+            compare(digitsIn(row).map(text => text.text), ["48.0°"]);
+            const name = placeOf(textIn(row, "CPU Proximity"));
+            const metadata = placeOf(textIn(row, "sp78 • °C"));
+            verify(name.y + name.height <= metadata.y);
+            compare(name.x, metadata.x);
+            verify(placeOf(chipOf(row)).x >= name.x + name.width);
+        }
+
+        function test_theTextsHaveTheirSizesWeightsAndInks() {
+            const row = make(rowComponent, {});
+            const name = textIn(row, "CPU Proximity");
+            fuzzyCompare(name.font.pointSize * pointsToPixels, 11.2, 0.01);
+            compare(name.font.weight, Font.Bold);
+            compareColor(name.color, Qt.rgba(1, 1, 1, 0.84));
+            const metadata = textIn(row, "sp78 • °C");
+            fuzzyCompare(metadata.font.pointSize * pointsToPixels, 8.7, 0.01);
+            compare(metadata.font.weight, Font.Bold);
+            compareColor(metadata.color, Qt.rgba(1, 1, 1, 0.34));
+            verify(digitsIn(row)[0].font.weight >= Font.ExtraBold);
+        }
+
+        function test_aRowShowsTextThatLooksLikeMarkupAsItIs() {
+            const row = make(rowComponent, {name: "<b>CPU</b> &amp;", metadata: "<i>flt</i>"});
+            for (const text of textsIn(row))
+                compare(text.textFormat, Text.PlainText);
+            compare(textsIn(row).length, 2);
+        }
+
+        function test_aPinnedRowHasTheMarkAndItsToolTip() {
+            const row = make(rowComponent, {isMenuBarSelected: true});
+            const mark = pinMarkOf(row);
+            verify(mark !== null);
+            compare(mark.toolTip, "Showing this key in the menu bar");
+            const place = placeOf(mark);
+            verify(place.width > 0);
+            verify(isInside(place, placeOf(row)));
+            verify(place.x + place.width <= placeOf(chipOf(row)).x);
+        }
+
+        function test_aRowThatIsNotPinnedHasNoMark() {
+            compare(pinMarkOf(make(rowComponent, {})), null);
+        }
+
+        function test_theMarkComesAndGoesWithThePin() {
+            const row = make(rowComponent, {});
+            row.isMenuBarSelected = true;
+            verify(pinMarkOf(row) !== null);
+            row.isMenuBarSelected = false;
+            compare(pinMarkOf(row), null);
+        }
+
+        function test_thePointerOnTheMarkTellsWhatTheMarkIs() {
+            const row = make(rowComponent, {isMenuBarSelected: true});
+            mouseMove(row, 20, 20);
+            tryVerify(() => HoverTarget.item !== null);
+            compare(HoverTarget.item.toolTip, "what the row's tooltip says");
+            mouseMove(pinMarkOf(row), 5, 5);
+            tryVerify(() => HoverTarget.item.toolTip === "Showing this key in the menu bar");
+            mouseMove(row, 20, 20);
+            tryVerify(() => HoverTarget.item.toolTip === "what the row's tooltip says");
+            mouseMove(board, 5, 300);
+            tryVerify(() => HoverTarget.item === null);
+        }
+
+        function test_theValueHasARoundedChipInTheSectionsAccent() {
+            const row = make(rowComponent, {});
+            const chip = chipOf(row);
+            compare(chip.radius, chip.height / 2);
+            compareColor(chip.stroke, PanelStyle.tinted("#64d2ff", 0.3));
+            verify(isInside(placeOf(digitsIn(row)[0]), placeOf(chip)));
+        }
+
+        function test_theHideButtonIsAMinusInASmallCircle() {
+            const row = make(rowComponent, {});
+            const hide = buttonIn(row, "Hide this property from the list");
+            compare(symbolNamesIn(hide), ["minus"]);
+            compare(hide.width, hide.height);
+            compare(hide.plate.radius, hide.height / 2);
+            verify(hide.plate.stroke.a > 0);
+            verify(isInside(placeOf(hide), placeOf(row)));
+            verify(placeOf(hide).x >= placeOf(chipOf(row)).x + chipOf(row).width);
+        }
+
+        function test_theBackgroundIsThatOfTheReading() {
+            const row = make(rowComponent, {backgroundColors: ["#11223344", "#55667788"]});
+            const plate = plateIn(row);
+            compare(plate.colors.length, 2);
+            compareColor(plate.colors[0], "#11223344");
+            compareColor(plate.colors[1], "#55667788");
+            verify(!plate.isVertical);
+            verify(plate.stroke.a > 0);
+            compare(placeOf(plate), placeOf(row));
+        }
+
+        // What clicks do
+
+        function test_aDoubleClickPinsAndAnotherUnpins() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            doubleClick(row);
+            compare(stage.pins(), ["TC0P"]);
+            doubleClick(row);
+            compare(stage.pins(), []);
+        }
+
+        function test_aDoubleClickPinsAnywhereOnTheRow_data() {
+            return [
+                {tag: "name", x: 20, y: 12}, {tag: "metadata", x: 20, y: 30}, {tag: "left edge", x: 1, y: 20},
+                {tag: "value", x: 360, y: 20}, {tag: "bottom", x: 200, y: 39}
+            ];
+        }
+
+        function test_aDoubleClickPinsAnywhereOnTheRow(place) {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            mouseDoubleClickSequence(row, place.x, place.y);
+            compare(stage.pins(), ["TC0P"]);
+        }
+
+        function test_aDoubleClickOnTheMarkUnpins() {
+            stage.setPins(["TC0P"]);
+            const row = make(rowComponent, {isMenuBarSelected: true});
+            doubleClick(pinMarkOf(row));
+            compare(stage.pins(), []);
+        }
+
+        function test_aSingleClickDoesNothing() {
+            const row = make(rowComponent, {});
+            const pins = stage.pins();
+            mouseClick(row, 20, 20);
+            wait(Qt.styleHints.mouseDoubleClickInterval + 50);
+            compare(stage.pins(), pins);
+            compare(stage.hiddenKeys(), []);
+        }
+
+        function test_twoClicksInTheDoubleClickIntervalPin() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            stage.clickTwice(row, Qt.styleHints.mouseDoubleClickInterval / 2);
+            compare(stage.pins(), ["TC0P"]);
+        }
+
+        function test_twoClicksFurtherApartDoNothing() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            stage.clickTwice(row, Qt.styleHints.mouseDoubleClickInterval + 1);
+            compare(stage.pins(), []);
+        }
+
+        function test_theOtherButtonsOfTheMouseDoNothing() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            mouseDoubleClickSequence(row, 20, 20, Qt.RightButton);
+            mouseDoubleClickSequence(row, 20, 20, Qt.MiddleButton);
+            compare(stage.pins(), []);
+        }
+
+        function test_theHideButtonHidesAtOnceAndDoesNotPin() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            mouseClick(buttonIn(row, "Hide this property from the list"));
+            compare(stage.hiddenKeys(), ["TC0P"]);
+            compare(stage.pins(), []);
+        }
+
+        function test_aDoubleClickOnTheHideButtonNeverPins() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            doubleClick(buttonIn(row, "Hide this property from the list"));
+            compare(stage.pins(), []);
+            compare(stage.hiddenKeys(), ["TC0P"]);
+        }
+
+        function test_twoQuickClicksOnTheHideButtonNeverPin() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            stage.clickTwice(buttonIn(row, "Hide this property from the list"), 50);
+            compare(stage.pins(), []);
+            compare(stage.hiddenKeys(), ["TC0P"]);
+        }
+
+        function test_aClickOnTheRowAndOneOnTheHideButtonDoNotPin() {
+            const row = make(rowComponent, {});
+            stage.setPins([]);
+            mouseClick(row, 200, 20);
+            mouseClick(buttonIn(row, "Hide this property from the list"));
+            compare(stage.pins(), []);
+            compare(stage.hiddenKeys(), ["TC0P"]);
+        }
+
+        // Long texts
+
+        function test_aLongNameElidesBesideTheValue_data() {
+            return [
+                {tag: "396", width: 396, pinned: false}, {tag: "438", width: 438, pinned: false},
+                {tag: "396 pinned", width: 396, pinned: true}, {tag: "438 pinned", width: 438, pinned: true},
+                {tag: "narrowest card", width: 380, pinned: true}
+            ];
+        }
+
+        function test_aLongNameElidesBesideTheValue(place) {
+            const row = make(rowComponent, {
+                width: place.width, isMenuBarSelected: place.pinned,
+                name: "A sensor whose maker found very many words for what it measures and where",
+                metadata: "and a metadata line that is much longer than any that a sensor has had so far, by far"
+            });
+            const brief = make(rowComponent, {name: "X", metadata: "Y"});
+            const leftmost = place.pinned ? pinMarkOf(row) : chipOf(row);
+            for (const [index, text] of textsIn(row).entries()) {
+                verify(text.truncated);
+                compare(text.lineCount, 1);
+                compare(text.height, textsIn(brief)[index].height);
+                verify(!doOverlap(placeOf(text), placeOf(leftmost)));
+                verify(isInside(placeOf(text), placeOf(row)));
+                verify(text.width > 100);
+            }
+        }
+
+        function test_aNameWithALineBreakStaysInsideItsRow() {
+            const row = make(rowComponent, {name: "CPU\nProximity", metadata: "sp78"});
+            const texts = textsIn(row);
+            compare(texts.length, 2);
+            for (const text of texts)
+                verify(isInside(placeOf(text), placeOf(row)));
+            verify(!doOverlap(placeOf(texts[0]), placeOf(texts[1])));
+        }
+
+        function test_aLongValueElidesInsideTheChip_data() {
+            return [{tag: "396", width: 396}, {tag: "438", width: 438}];
+        }
+
+        function test_aLongValueElidesInsideTheChip(place) {
+            const row = make(rowComponent, {
+                width: place.width, value: "a value of a length that no chip of the panel could ever have room for 123456789"
+            });
+            const value = digitsIn(row)[0];
+            verify(value.implicitWidth > value.width);
+            verify(isInside(placeOf(value), placeOf(chipOf(row))));
+            verify(chipOf(row).width <= row.width / 2);
+            verify(isInside(placeOf(chipOf(row)), placeOf(row)));
+            verify(textIn(row, "CPU Proximity").width > 60);
+            verify(!doOverlap(placeOf(textIn(row, "CPU Proximity")), placeOf(chipOf(row))));
+        }
+
+        function test_aValueThatFitsIsWhole() {
+            const row = make(rowComponent, {value: "1234 rpm"});
+            const value = digitsIn(row)[0];
+            compare(value.width, value.implicitWidth);
+        }
+
+        function test_valuesOfOneLengthHaveChipsOfOneWidth() {
+            const row = make(rowComponent, {value: "111111111.1°"});
+            const width = chipOf(row).width;
+            row.value = "888888888.8°";
+            compare(chipOf(row).width, width);
+        }
+    }
+}
