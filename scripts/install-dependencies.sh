@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs where their content is missing; with nothing missing it needs
-# no root. usage: scripts/install-dependencies.sh run|test|desktop|check|bench|pictures|fuzz …
+# no root. usage: scripts/install-dependencies.sh TASK …   (the tasks are the keys of `packages` below)
 set -euo pipefail
 
 # package -> a program or a file that tells whether its content is here, wherever that came from
@@ -24,10 +24,12 @@ declare -A evidence=(
 )
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
 build="g++ cmake ninja-build libcli11-dev $qt"
-desktop="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick procps fonts-dejavu-core x11-utils xclip python3-pyatspi xfwm4 xfce4-panel lxqt-panel trayer"
+virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
+desktop="$virtual procps x11-utils python3-pyatspi xfwm4 xfce4-panel lxqt-panel trayer"
 declare -A packages=(
   [run]="$build"
   [test]="$build qml6-module-qttest libgtest-dev libgmock-dev locales $desktop"
+  [virtual-display]="$virtual"
   [desktop]="$desktop"
   [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
   [bench]="$build libbenchmark-dev libsensors-dev strace"

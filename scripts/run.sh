@@ -1,21 +1,42 @@
 #!/usr/bin/env bash
-# Builds Kelvinbar and runs it: the readings of this machine, then those of a made-up sample machine.
-# usage: scripts/run.sh [ARGUMENTS OF kelvinbar-snapshot]
+# Builds Kelvinbar and runs it: in the tray of the desktop, or without a display on a virtual one.
+# usage: scripts/run.sh                                  the program
+#        scripts/run.sh ARGUMENTS OF kelvinbar-snapshot  a snapshot alone, on the console
 set -euo pipefail
 cd "$(dirname "$0")/.."
+build=build/release
 
-{
-  scripts/install-dependencies.sh run
-  cmake --preset release
-  cmake --build --preset release --target kelvinbar-snapshot
-} >&2
-program=build/release/tools/kelvinbar-snapshot
+build() {
+  {
+    scripts/install-dependencies.sh run "${@:2}"
+    cmake --preset release
+    # shellcheck disable=SC2086 — names of targets
+    cmake --build --preset release --target $1
+  } >&2
+}
+
+has_sensors() { ! "$build/tools/kelvinbar-snapshot" 2>/dev/null | grep $'\tnative\t' >/dev/null; }
+
+has_desktop() { [[ -n ${WAYLAND_DISPLAY:-} ]] || { [[ -n ${DISPLAY:-} ]] && ! display_is_dead; }; }
+
+display_is_dead() { command -v xdpyinfo >/dev/null && ! xdpyinfo >/dev/null 2>&1; }
 
 if [[ $# -gt 0 ]]; then
-  exec "$program" "$@"
+  build kelvinbar-snapshot
+  exec "$build/tools/kelvinbar-snapshot" "$@"
 fi
-printf '\n== This machine\n\n'
-"$program"
-printf '\n\n== A sample machine (%s --demo)\n\n' "$program"
-"$program" --demo
-printf '\n'
+
+programs="kelvinbar kelvinbar-demo kelvinbar-panel kelvinbar-xembed kelvinbar-snapshot"
+if has_desktop; then
+  build "$programs"
+  if has_sensors; then
+    echo "Kelvinbar is in the tray. Its panel opens with a click on it."
+    exec "$build/shell/kelvinbar"
+  fi
+  echo "This machine has no sensors: a made-up one is in the tray. Its panel opens with a click on it."
+  exec "$build/shell/kelvinbar-demo"
+fi
+
+echo "There is no display: a made-up machine runs on a virtual one." >&2
+build "$programs" virtual-display
+PROGRAM=$PWD/$build/shell/kelvinbar-demo FOLDER=$PWD/build/run exec scripts/virtual-run.sh

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Runs PROGRAM on a display that nobody sees, opens its panel by starting it again, and leaves in FOLDER what it shows:
+# the title in the tray, the snapshot that Copy gives, and a picture of the panel. Called by run.sh.
+set -euo pipefail
+home=$(mktemp -d)
+trap 'rm -rf "$home" 2>/dev/null || { sleep 1; rm -rf "$home"; }' EXIT
+mkdir -p "$FOLDER"
+export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run PROGRAM FOLDER
+unset WAYLAND_DISPLAY SESSION_MANAGER QT_QPA_PLATFORM
+mkdir -p "$XDG_CONFIG_HOME/kelvinbar" && mkdir -m 700 "$XDG_RUNTIME_DIR"
+printf '[General]\n%s\n' 'KelvinbarMenuBarKeys=TC0P, F0Ac' >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"
+
+xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-session -- bash -euo pipefail <<'EOS'
+  # wait_for SECONDS WHAT COMMAND…
+  wait_for() {
+    local what=$2 end=$((SECONDS + $1))
+    until "${@:3}" >/dev/null 2>&1; do
+      ((SECONDS < end)) || { echo "virtual-run.sh: $what did not appear" >&2; exit 1; }
+      sleep 0.1
+    done
+  }
+  title() {
+    gdbus call --session --dest "org.kde.StatusNotifierItem-$program-1" --object-path /StatusNotifierItem \
+      --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel |
+      sed "s/^(<'\(.*\)'>,)$/\1/"
+  }
+  has_title() { [[ $(title) == *[0-9]* ]]; }
+  panel() { xdotool search --onlyvisible --name '^Kelvinbar$' | tail -1; }
+  is_open() { [[ $(xdotool getwindowgeometry "$(panel)") == *462x690* ]]; }
+  # The tenth control is Copy.
+  copied() { xclip -o -selection clipboard | grep -F 'CPU Proximity'; }
+
+  "$PROGRAM" & program=$!
+  trap 'kill $program 2>/dev/null || true' EXIT
+  wait_for 10 "the title" has_title
+  "$PROGRAM"
+  wait_for 5 "the panel" is_open
+  sleep 1
+  title >"$FOLDER/title.txt"
+  import -window "$(panel)" "$FOLDER/panel.png"
+  for control in {1..10}; do xdotool key Tab; done
+  xdotool key Return
+  wait_for 5 "the snapshot" copied
+  xclip -o -selection clipboard >"$FOLDER/snapshot.txt"
+EOS
+printf '\nThe title in the tray, %s/title.txt:\n%s\n' "$FOLDER" "$(cat "$FOLDER/title.txt")"
+printf '\nThe snapshot, %s/snapshot.txt:\n%s\n' "$FOLDER" "$(head -8 "$FOLDER/snapshot.txt")"
+printf '… and %d more readings\n' "$(($(wc -l <"$FOLDER/snapshot.txt") - 7))"
+printf '\nThe panel: %s/panel.png\n' "$FOLDER"
