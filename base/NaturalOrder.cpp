@@ -24,8 +24,42 @@ std::strong_ordering compareByValue(std::string_view leftDigits, std::string_vie
     return leftDigits <=> rightDigits;
 }
 
-/// UTF-8 bytes sort as their code points do, so bytes are compared.
-unsigned char foldedByte(char byte) { return static_cast<unsigned char>(asciiLowercased(byte)); }
+bool isWithin(char32_t character, char32_t first, char32_t last) {
+    return character >= first && character <= last;
+}
+
+/// The lower-case form of a Latin letter beyond ASCII, a Greek or a Cyrillic one; other characters as they
+/// are.
+char32_t lowercased(char32_t letter) {
+    const bool isEven = letter % 2 == 0;
+    if (isWithin(letter, U'À', U'Þ') && letter != U'×') return letter + 32;
+    if (isWithin(letter, U'Ā', U'Ķ') || isWithin(letter, U'Ŋ', U'Ŷ')) return isEven ? letter + 1 : letter;
+    if (isWithin(letter, U'Ĺ', U'Ň') || isWithin(letter, U'Ź', U'Ž')) return isEven ? letter : letter + 1;
+    if (isWithin(letter, U'\u0391', U'\u03A9') || isWithin(letter, U'\u0410', U'\u042F')) return letter + 32;
+    return isWithin(letter, U'\u0400', U'\u040F') ? letter + 80 : letter;
+}
+
+/// The code point of one character; a byte that belongs to none comes after all of them.
+char32_t codePoint(std::string_view character) {
+    constexpr char32_t afterLast = 0x110000;
+    const auto bits = [&](std::size_t index, unsigned mask) {
+        return static_cast<char32_t>(static_cast<unsigned char>(character[index]) & mask);
+    };
+    if (character.size() == 1) return bits(0, 0x80) == 0 ? bits(0, 0x7F) : afterLast + bits(0, 0xFF);
+    char32_t result = bits(0, 0xFFU >> (character.size() + 1));
+    for (std::size_t index = 1; index < character.size(); ++index)
+        result = (result << 6U) | bits(index, 0x3F);
+    return result;
+}
+
+char32_t takeFoldedCharacter(std::string_view& text) {
+    // Nearly all of it is ASCII.
+    const bool isAscii = static_cast<unsigned char>(text.front()) < 0x80;
+    const std::string_view character = isAscii ? text.substr(0, 1) : firstCharacters(text, 1);
+    text.remove_prefix(character.size());
+    if (isAscii) return static_cast<unsigned char>(asciiLowercased(character.front()));
+    return lowercased(codePoint(character));
+}
 
 } // namespace
 
@@ -36,9 +70,8 @@ bool comesBeforeNaturally(std::string_view left, std::string_view right) {
             const std::string_view leftDigits = takeDigits(left);
             order = compareByValue(leftDigits, takeDigits(right));
         } else {
-            order = foldedByte(left.front()) <=> foldedByte(right.front());
-            left.remove_prefix(1);
-            right.remove_prefix(1);
+            const char32_t leftCharacter = takeFoldedCharacter(left);
+            order = leftCharacter <=> takeFoldedCharacter(right);
         }
         if (std::is_neq(order)) return std::is_lt(order);
     }

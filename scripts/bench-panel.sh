@@ -18,8 +18,12 @@ printf '[General]\n%s\n' 'KelvinbarMenuBarKeys=TC0P, F0Ac' >"$XDG_CONFIG_HOME/ke
 echo "The whole program on the demo machine"
 xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null
   # A tray, as every desktop with a status area has one.
-  lxqt-panel & host=$!
-  sleep 2
+  screen_width=1280 screen_height=1000 panel_height=28
+  source tests/end-to-end/hosts.sh
+  start_lxqt_panel
+  until gdbus call --session --dest org.kde.StatusNotifierWatcher --object-path / --method org.freedesktop.DBus.Peer.Ping; do
+    sleep 0.2
+  done >/dev/null
   "$build/bench/kelvinbar_panel_opening" "$build/shell/kelvinbar-demo"
   kill $host
 EOS

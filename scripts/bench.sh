@@ -47,3 +47,5 @@ build/bench/bench/kelvinbar_bench --benchmark_format=json 2>/dev/null | awk '
   }'
 printf '\nA pass over the files of /sys\n'
 scripts/bench-sensors.sh 2>/dev/null
+printf '\nThe panel\n'
+scripts/bench-panel.sh 2>/dev/null

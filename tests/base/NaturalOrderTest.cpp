@@ -169,5 +169,29 @@ TEST(NaturalOrder, IsAStrictWeakOrdering) {
     }
 }
 
+TEST(NaturalOrder, CaseDoesNotCountInLettersBeyondAscii) {
+    const std::array<std::pair<std::string_view, std::string_view>, 9> pairs{{{"É", "é"},
+                                                                              {"Þ", "þ"},
+                                                                              {"Ā", "ā"},
+                                                                              {"Ŀ", "ŀ"},
+                                                                              {"Š", "š"},
+                                                                              {"Ž", "ž"},
+                                                                              {"Ω", "ω"},
+                                                                              {"Ж", "ж"},
+                                                                              {"Ё", "ё"}}};
+    for (const auto& [upper, lower] : pairs) EXPECT_TRUE(areEquivalent(upper, lower)) << upper;
+    expectAscending({"cœur", "zone", "Été", "été 1", "ÉTÉ 2", "жар"});
+}
+
+TEST(NaturalOrder, SignsAmongLettersAreNoLetters) {
+    EXPECT_FALSE(areEquivalent("×", "÷"));
+    EXPECT_FALSE(areEquivalent("°", "Ð"));
+}
+
+TEST(NaturalOrder, ABrokenByteIsNoLetterAndComesLast) {
+    EXPECT_FALSE(areEquivalent("\xC9", "É"));
+    EXPECT_TRUE(comesBeforeNaturally("\xF0\x9F\x8C\xA1", "\xC9"));
+}
+
 } // namespace
 } // namespace kelvinbar

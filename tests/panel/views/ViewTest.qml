@@ -44,6 +44,7 @@ TestCase {
 
     /// Of `root` and what is in it, the items on which `isWanted` holds, in order; nothing that is not shown.
     function itemsIn(root, isWanted) {
+        verify(root instanceof Item, "the item is gone");
         return stage.itemsIn(root).filter(item => isWanted(item));
     }
 

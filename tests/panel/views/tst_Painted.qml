@@ -88,13 +88,17 @@ Item {
             compare(put(digitsComponent, {text: ""}).implicitWidth, 0);
         }
 
-        function test_aTextWithoutRoomEndsInsideItsItem() {
-            const text = put(digitsComponent, {text: "12345678901234567890", x: 20, y: 20});
+        function test_aTextWithoutRoomEndsInDotsInsideItsItem() {
+            const text = put(digitsComponent, {text: "88888888888888888888", x: 20, y: 20});
             verify(text.implicitWidth > 100);
             verify(inkIn(90, 0, 200, 80) > 0);
+            const upperHalf = text.height / 2;
+            verify(inkIn(72, 20, 7, upperHalf) > 0);
             text.width = 60;
             stage.layOut(text);
-            verify(inkIn(20, 20, 60, text.height) > 0);
+            verify(inkIn(20, 20, 40, upperHalf) > 0);
+            compare(inkIn(72, 20, 7, upperHalf), 0); // the dots are at the line's foot
+            verify(inkIn(60, 20, 20, text.height) > inkIn(60, 20, 20, upperHalf));
             compare(inkIn(82, 0, 218, 80), 0);
             compare(inkIn(0, 0, 19, 80), 0);
         }

@@ -122,13 +122,17 @@ Item {
             compare(rowsIn(panel).filter(item => item.isHovered).length, 1);
         }
 
-        function test_theHoveredRowStaysUnderThePointerWhenRowsComeAboveIt() {
+        function test_theHoveredRowStaysUnderThePointerWhenRowsComeAboveIt_data() {
+            return [{tag: "at the top", top: 0}, {tag: "scrolled", top: 200}];
+        }
+
+        function test_theHoveredRowStaysUnderThePointerWhenRowsComeAboveIt(data) {
             const panel = makePanel();
             const flickable = flickableIn(panel);
             const above = rowsIn(panel).sort((first, second) => first.rowTop - second.rowTop).slice(0, 3).map(row => row.key);
             for (const key of above)
                 stage.hide(key);
-            flickable.contentY = 200;
+            flickable.contentY = data.top;
             const list = placeOf(listIn(panel));
             const row = rowsIn(panel).find(item => isInside(placeOf(item), list) && placeOf(item).y > list.y + 100);
             mouseMove(row, 30, 20);
@@ -140,6 +144,16 @@ Item {
             verify(flickable.contentY > top);
             compare(placeOf(row), place);
             verify(row.isHovered);
+        }
+
+        function test_withoutAHoveredRowWhatComesAtTheTopIsSeen() {
+            const panel = makePanel();
+            const first = rowsIn(panel).sort((one, other) => one.rowTop - other.rowTop)[0].key;
+            stage.hide(first);
+            stage.showAll();
+            wait(0);
+            compare(flickableIn(panel).contentY, 0);
+            verify(isInside(placeOf(rowIn(panel, first)), placeOf(listIn(panel))));
         }
 
         function test_theListStaysInsideItsBoundsWhenRowsGo() {
