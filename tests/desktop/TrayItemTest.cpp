@@ -3,6 +3,7 @@
 #include "platform/linux/desktop/ReadingIcon.h"
 #include "tests/desktop/BusPeer.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <algorithm>
@@ -26,14 +27,23 @@ constexpr TrayStyle withoutLabels{.showsLabels = false, .isDark = true};
 class Tray {
   public:
     explicit Tray(TrayStyle style)
-        : handlers_{.pinnedReadings = [this] { return pinned; }, .openPanel = {}, .quit = [this] { ++quits; }}
+        : handlers_{.pinnedReadings =
+                        [this] {
+                            if (whenAskedForPins) whenAskedForPins();
+                            return pinned;
+                        },
+                    .openPanel = {},
+                    .quit = [this] { ++quits; }}
         , item(bus_.connection(), style, handlers_)
         , host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem")
         , menu_(bus_.address(), StatusMenu::path, "com.canonical.dbusmenu") {
         item.setAction([this] { ++actions; });
     }
 
-    void setTitle(const std::string& text) { item.setTitle({text, {}}); }
+    void setTitle(const std::string& text) {
+        item.setTitle({text, {}});
+        QCoreApplication::processEvents(); // which publishes it
+    }
 
     void setOwnIcon() {
         StatusImage image;
@@ -63,6 +73,7 @@ class Tray {
     }
 
     std::vector<PinnedReading> pinned;
+    std::function<void()> whenAskedForPins;
     int actions = 0;
     int quits = 0;
 
@@ -210,6 +221,18 @@ TEST(TrayItem, DrawsTheReadingAgainOnlyWhenItsTextChanged) {
     tray.pinned[0].compactValue = "51.00°";
     tray.setTitle("51.00° 1300rpm");
     EXPECT_EQ(tray.newIcons(), 2);
+}
+
+TEST(TrayItem, TellsOfTitleAndToolTipTogether) {
+    Tray tray(withLabels);
+    int questions = 0;
+    tray.whenAskedForPins = [&] { ++questions; };
+    tray.item.setTitle({"50°", {}});
+    tray.item.setToolTip("CPU: 50 °C");
+    EXPECT_EQ(questions, 0);
+    EXPECT_EQ(tray.host.heard("XAyatanaNewLabel").size(), 1);
+    EXPECT_EQ(tray.host.heard("NewToolTip").size(), 1);
+    EXPECT_EQ(questions, 1);
 }
 
 TEST(TrayItem, TellsNothingOfAnEqualTitle) {

@@ -62,9 +62,7 @@ void StatusNotifierItem::setContent(const StatusNotifierContent& content) {
     if (content.title != earlier.title) emit adaptor_->NewTitle();
     if (content.label != earlier.label)
         emit adaptor_->XAyatanaNewLabel(content.label, adaptor_->labelGuide());
-    if (content.iconName != earlier.iconName || content.iconPixmaps != earlier.iconPixmaps) {
-        emit adaptor_->NewIcon();
-    }
+    if (content.iconPixmaps != earlier.iconPixmaps) emit adaptor_->NewIcon();
     if (content.toolTipTitle != earlier.toolTipTitle || content.toolTipText != earlier.toolTipText) {
         emit adaptor_->NewToolTip();
     }

@@ -15,9 +15,8 @@ namespace kelvinbar {
 
 /// What a status item shows, in the words of the protocol.
 struct StatusNotifierContent {
-    QString title;    ///< of the item
-    QString label;    ///< text beside the icon, for hosts that show one
-    QString iconName; ///< of the desktop's theme; used where there are no pixmaps
+    QString title; ///< of the item
+    QString label; ///< text beside the icon, for hosts that show one
     StatusNotifierPixmaps iconPixmaps;
     QString toolTipTitle;
     QString toolTipText;
@@ -73,7 +72,7 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString Title READ title)
     Q_PROPERTY(QString Status READ status)
     Q_PROPERTY(int WindowId READ windowId)
-    Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QString IconName READ noText)
     Q_PROPERTY(kelvinbar::StatusNotifierPixmaps IconPixmap READ iconPixmaps)
     Q_PROPERTY(QString OverlayIconName READ noText)
     Q_PROPERTY(kelvinbar::StatusNotifierPixmaps OverlayIconPixmap READ noPixmaps)
@@ -99,8 +98,6 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     [[nodiscard]] QString status() const { return "Active"; }
 
     [[nodiscard]] int windowId() const { return 0; }
-
-    [[nodiscard]] QString iconName() const { return item_.content_.iconName; }
 
     [[nodiscard]] StatusNotifierPixmaps iconPixmaps() const { return item_.content_.iconPixmaps; }
 

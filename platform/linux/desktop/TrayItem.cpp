@@ -65,23 +65,31 @@ TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHan
 void TrayItem::setImageLeftOfTitle(const StatusImage& image) {
     // The desktop's own theme has no symbols of these names: ours stand in for them.
     ownIcon_ = imagePixmaps(image.name);
-    publish();
+    publishSoon();
 }
 
 void TrayItem::setTitle(const StatusTitle& title) {
     content_.label = qtText(title.text).trimmed();
     content_.title = content_.label.isEmpty() ? "Kelvinbar" : content_.label;
-    publish();
+    publishSoon();
 }
 
 void TrayItem::setToolTip(const std::string& text) {
     content_.toolTipText = qtText(text);
-    publish();
+    publishSoon();
 }
 
 void TrayItem::setAction(std::function<void()> action) { action_ = std::move(action); }
 
+/// Title and tooltip change one after the other: hosts are told of both at once.
+void TrayItem::publishSoon() {
+    if (std::exchange(isPublishPosted_, true)) return;
+    QMetaObject::invokeMethod(
+        &item_, [this] { publish(); }, Qt::QueuedConnection);
+}
+
 void TrayItem::publish() {
+    isPublishPosted_ = false;
     const auto pinned = handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
     content_.iconPixmaps = iconPixmaps(pinned);
     item_.setContent(content_);
@@ -101,12 +109,12 @@ StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pi
 void TrayItem::publishLegacyIcon() {
     if (legacyIcon_ == nullptr) return;
     const bool isNeeded = !item_.hasWatcher() && !content_.iconPixmaps.isEmpty();
-    if (isNeeded) {
+    if (isNeeded && std::exchange(legacyPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
         QList<QImage> sizes;
         for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
         legacyIcon_->setIcon(sizes);
-        legacyIcon_->setToolTip(content_.toolTipText);
     }
+    if (isNeeded) legacyIcon_->setToolTip(content_.toolTipText);
     legacyIcon_->setShown(isNeeded);
 }
 
@@ -146,9 +154,7 @@ std::optional<Rect> TrayItem::visibleFrameOfScreen() const {
 }
 
 std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
-    auto item = std::make_unique<TrayItem>(bus_, style_, handlers_);
-    item_ = item.get();
-    return item;
+    return std::make_unique<TrayItem>(bus_, style_, handlers_);
 }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {

@@ -48,6 +48,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void activateAgain();
 
   private:
+    void publishSoon();
     void publish();
     void publishMenu(const std::vector<PinnedReading>& pinned);
     void publishLegacyIcon();
@@ -62,6 +63,8 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierPixmaps ownIcon_;
     QString drawnText_;
     StatusNotifierPixmaps drawnIcon_;
+    StatusNotifierPixmaps legacyPixmaps_; ///< what the older tray's icon was made of
+    bool isPublishPosted_ = false;
     StatusMenu menu_;
     StatusNotifierItem item_;
     std::unique_ptr<LegacyTrayIcon> legacyIcon_; ///< null where no older tray can be needed
@@ -75,14 +78,10 @@ class TrayStatusBar final : public StatusBar {
     std::unique_ptr<StatusItem> makeItem() override;
     [[nodiscard]] bool hasImageResource(const std::string& name) const override;
 
-    /// The item, while there is one.
-    [[nodiscard]] TrayItem* item() const { return item_; }
-
   private:
     QDBusConnection bus_;
     TrayStyle style_;
     const DesktopHandlers& handlers_;
-    TrayItem* item_ = nullptr; ///< the owner outlives its use: the program has one item until it ends
 };
 
 } // namespace kelvinbar
