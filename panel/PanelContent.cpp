@@ -1,6 +1,7 @@
 #include "panel/PanelContent.h"
 
-#include "platform/qt/QtText.h"
+#include "panel/QtText.h"
+#include "shell/PopoverSizing.h"
 #include "store/KelvinbarStore.h"
 
 #include <QGuiApplication>
@@ -14,6 +15,8 @@ PanelContent::PanelContent(KelvinbarStore& store, const SensorListMetrics& metri
     : store_(store), closeAction_(std::move(closeAction)), sensors_(metrics), controls_(store) {
     secondClickWait_.setSingleShot(true);
     connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::secondClickMayNotComeAnyMore);
+    // The open panel holds the pointer, which what opens now needs.
+    connect(&controls_, &PanelControls::linkOpened, this, &PanelContent::close);
     observe();
 }
 
@@ -47,7 +50,7 @@ void PanelContent::postUpdate() {
 void PanelContent::update() {
     isUpdatePosted_ = false;
     if (!isOpen_) return;
-    emit controls_.changed();
+    controls_.storeChanged();
     if (secondClickWait_.isActive()) return;
     if (std::exchange(areSensorsStale_, false)) {
         sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
@@ -63,6 +66,8 @@ void PanelContent::updateTexts() {
     const QString message = qtText(store_.statusMessage().value());
     if (std::exchange(statusMessage_, message) != message) emit statusMessageChanged();
 }
+
+double PanelContent::leastHeight() { return minimumPopoverSize.height; }
 
 void PanelContent::panelWillOpen(bool reducedMotion) {
     isOpen_ = true;
@@ -80,6 +85,7 @@ void PanelContent::panelDidClose() {
 // Rows
 
 void PanelContent::pressRow(const QString& key) {
+    sensors_.setCurrentKey(key);
     isSameRowPressed_ = key == pressedKey_;
     pressedKey_ = key;
     secondClickWait_.start(QGuiApplication::styleHints()->mouseDoubleClickInterval());
@@ -90,13 +96,27 @@ void PanelContent::doubleClickRow(const QString& key) {
 }
 
 void PanelContent::toggleRow(const QString& key) {
+    const SMCReading* const shown = sensors_.reading(key);
+    if (shown == nullptr) return;
+    const SMCReading reading = *shown; // what was held back may take it off the list
     secondClickMayNotComeAnyMore();
-    if (const SMCReading* const reading = sensors_.reading(key)) store_.toggleMenuBarReading(*reading);
+    store_.toggleMenuBarReading(reading);
 }
 
 void PanelContent::hideRow(const QString& key) {
+    const SMCReading* const shown = sensors_.reading(key);
+    if (shown == nullptr) return;
+    const SMCReading reading = *shown;
     secondClickMayNotComeAnyMore();
-    if (const SMCReading* const reading = sensors_.reading(key)) store_.hideReading(*reading);
+    store_.hideReading(reading);
+}
+
+void PanelContent::pressHideButton(const QString& key) {
+    const bool isSecondClick =
+        sinceHideButton_.isValid() &&
+        sinceHideButton_.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    sinceHideButton_.start();
+    if (!isSecondClick) hideRow(key);
 }
 
 void PanelContent::secondClickMayNotComeAnyMore() {

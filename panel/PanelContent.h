@@ -5,6 +5,7 @@
 #include "panel/PanelControls.h"
 #include "panel/SensorList.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -27,6 +28,8 @@ class PanelContent final : public QObject {
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
     Q_PROPERTY(kelvinbar::PanelControls* controls READ controls CONSTANT)
+    /// The height that the content is laid out for at least, in points.
+    Q_PROPERTY(double leastHeight READ leastHeight CONSTANT)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
 
   public:
@@ -49,6 +52,8 @@ class PanelContent final : public QObject {
 
     [[nodiscard]] PanelControls* controls() { return &controls_; }
 
+    [[nodiscard]] static double leastHeight();
+
     [[nodiscard]] bool reducedMotion() const { return reducedMotion_; }
 
     /// The panel opens: the content is that of now. `reducedMotion`: whether the desktop asks for less
@@ -68,6 +73,8 @@ class PanelContent final : public QObject {
     Q_INVOKABLE void doubleClickRow(const QString& key);
     Q_INVOKABLE void toggleRow(const QString& key);
     Q_INVOKABLE void hideRow(const QString& key);
+    /// A press on a row's button. The second click of a double-click, which meets the next row, hides none.
+    Q_INVOKABLE void pressHideButton(const QString& key);
 
   signals:
     void opened();
@@ -95,6 +102,7 @@ class PanelContent final : public QObject {
     QString pressedKey_;
     bool isSameRowPressed_ = false; ///< as by the press before
     QTimer secondClickWait_;
+    QElapsedTimer sinceHideButton_;
     std::function<void()> changeAfterWait_;
     std::vector<Registration> observers_;
 };

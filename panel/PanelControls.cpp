@@ -1,7 +1,7 @@
 #include "panel/PanelControls.h"
 
 #include "panel/PanelActions.h"
-#include "platform/qt/QtText.h"
+#include "panel/QtText.h"
 #include "shell/LoginItemManager.h"
 #include "store/KelvinbarStore.h"
 
@@ -68,8 +68,13 @@ void PanelControls::showAll() { store_.unhideAllReadings(); }
 
 void PanelControls::quit() { QGuiApplication::quit(); }
 
-void PanelControls::openDonationPage() { QDesktopServices::openUrl(QUrl(donationPage())); }
+void PanelControls::openDonationPage() { open(donationPage()); }
 
-void PanelControls::writeToAuthor() { QDesktopServices::openUrl(QUrl("mailto:" + contact())); }
+void PanelControls::writeToAuthor() { open("mailto:" + contact()); }
+
+void PanelControls::open(const QString& address) {
+    QDesktopServices::openUrl(QUrl(address));
+    emit linkOpened();
+}
 
 } // namespace kelvinbar

@@ -42,6 +42,9 @@ class PanelControls final : public QObject {
     [[nodiscard]] static QString contact(); ///< an e-mail address
     [[nodiscard]] static QString donationPage();
 
+    /// Something that is shown of the store may have changed.
+    void storeChanged() { emit changed(); }
+
     /// The panel is shown: asks the system whether the program starts at login.
     void readLoginItem();
 
@@ -59,12 +62,14 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void writeToAuthor();
 
   signals:
-    /// Something that comes from the store may have changed.
     void changed();
+    /// Another program has been asked to show something.
+    void linkOpened();
     void runAtLoginChanged();
 
   private:
     void setRunAtLogin(bool runAtLogin);
+    void open(const QString& address);
 
     KelvinbarStore& store_;
     bool runAtLogin_ = false;

@@ -63,6 +63,18 @@ QColor PanelStyle::chipInk(const QColor& accent) {
 
 QColor PanelStyle::focusRing() { return qtColor(withOpacity(shade(Accent::cyan), 0.95)); }
 
+QColor PanelStyle::cyan() { return qtColor(shade(Accent::cyan)); }
+
+QColor PanelStyle::purple() { return qtColor(shade(Accent::purple)); }
+
+QColor PanelStyle::pink() { return qtColor(shade(Accent::pink)); }
+
+QColor PanelStyle::orange() { return qtColor(shade(Accent::orange)); }
+
+QColor PanelStyle::yellow() { return qtColor(shade(Accent::yellow)); }
+
+QColor PanelStyle::red() { return qtColor(shade(Accent::red)); }
+
 double PanelStyle::scaled(double length) const { return std::round(length * textScale_); }
 
 } // namespace kelvinbar

@@ -17,11 +17,24 @@ class PanelStyle : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QColor focusRing READ focusRing CONSTANT)
+    // The platform's named colours.
+    Q_PROPERTY(QColor cyan READ cyan CONSTANT)
+    Q_PROPERTY(QColor purple READ purple CONSTANT)
+    Q_PROPERTY(QColor pink READ pink CONSTANT)
+    Q_PROPERTY(QColor orange READ orange CONSTANT)
+    Q_PROPERTY(QColor yellow READ yellow CONSTANT)
+    Q_PROPERTY(QColor red READ red CONSTANT)
 
   public:
     explicit PanelStyle(QObject* parent = nullptr);
 
     [[nodiscard]] static QColor focusRing();
+    [[nodiscard]] static QColor cyan();
+    [[nodiscard]] static QColor purple();
+    [[nodiscard]] static QColor pink();
+    [[nodiscard]] static QColor orange();
+    [[nodiscard]] static QColor yellow();
+    [[nodiscard]] static QColor red();
 
     /// A cut of the interface font; `points` at the standard text size.
     Q_INVOKABLE [[nodiscard]] QFont font(double points, int weight) const;

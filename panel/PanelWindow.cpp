@@ -4,7 +4,6 @@
 #include "panel/PanelStyle.h"
 
 #include <QQuickView>
-#include <mutex>
 #include <utility>
 
 void qml_register_types_Kelvinbar_Panel();
@@ -47,12 +46,15 @@ class QuickPanelWindow final : public PanelWindow {
 } // namespace
 
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
-    static std::once_flag isReady;
-    std::call_once(isReady, [] {
+    static bool isReady = false;
+    if (!std::exchange(isReady, true)) {
+        // The views' scripts are too short to gain from being compiled while they run, and compiled ones
+        // crash now and then when Qt 6.4 collects what they have left.
+        qputenv("QV4_FORCE_INTERPRETER", "1");
         // The panel must not start a graphics card.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qml_register_types_Kelvinbar_Panel();
-    });
+    }
     return std::make_unique<QuickPanelWindow>(store, std::move(handlers));
 }
 

@@ -1,9 +1,10 @@
 #include "panel/SensorList.h"
 
-#include "platform/qt/QtText.h"
+#include "panel/QtText.h"
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -13,7 +14,7 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
                         const std::vector<std::string>& menuBarKeys) {
     const double formerHeight = contentHeight();
     const double formerViewportTop = viewport_.top; // a view of less content moves to its end by itself
-    const auto formerNumber = numberOfRow(currentKey_);
+    const std::vector<std::string> successors = successorsOfCurrentRow();
     std::vector<std::pair<std::string, double>> formerTops;
     for (std::string& key : keysToKeepInPlace()) {
         const double top = topOfRow(key).value_or(0);
@@ -22,7 +23,7 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
 
     derive(readings, hiddenKeys);
     menuBarKeys_ = menuBarKeys;
-    keepCurrentRow(formerNumber);
+    keepCurrentRow(successors);
     if (contentHeight() != formerHeight) emit contentHeightChanged();
     for (const auto& [key, formerTop] : formerTops) {
         const auto top = topOfRow(key);
@@ -116,6 +117,16 @@ Span SensorList::spanWithHeader(std::size_t number) const {
 
 // The part on the screen
 
+void SensorList::hover(const QString& key, bool isHovered) {
+    // The pointer may come to the next row before it leaves this one.
+    const std::string row = key.toStdString();
+    if (isHovered) {
+        hoveredKey_ = row;
+    } else if (hoveredKey_ == row) {
+        hoveredKey_.clear();
+    }
+}
+
 void SensorList::setViewport(double top, double height) {
     const Span viewport{top, height};
     if (viewport == viewport_) return;
@@ -169,14 +180,15 @@ SensorRowsModel& SensorList::rowsModel(std::string_view sectionId) {
 QString SensorList::currentKey() const { return qtText(currentKey_); }
 
 void SensorList::ensureCurrent() {
-    if (numberOfRow(currentKey_) || rowCount() == 0) return;
+    if (rowCount() == 0) return;
+    if (const auto current = numberOfRow(currentKey_)) return goToRow(*current);
     std::size_t number = 0;
     while (number + 1 < rowCount() && spanOfRow(number).top < viewport_.top) ++number;
     goToRow(number);
 }
 
 void SensorList::setCurrentKey(const QString& key) {
-    if (const auto number = numberOfRow(key.toStdString())) goToRow(*number);
+    if (numberOfRow(key.toStdString())) makeCurrent(key.toStdString());
 }
 
 void SensorList::moveCurrent(int rows) {
@@ -200,11 +212,26 @@ void SensorList::moveCurrentToLast() {
     if (rowCount() > 0) goToRow(rowCount() - 1);
 }
 
-/// When the row at which the keyboard was is gone, the one that took its place is next.
-void SensorList::keepCurrentRow(std::optional<std::size_t> formerNumber) {
-    if (!formerNumber || numberOfRow(currentKey_)) return;
-    currentKey_ = rowCount() == 0 ? "" : readingOfRow(std::min(*formerNumber, rowCount() - 1)).key;
-    emit currentKeyChanged();
+/// The rows that may take the current row's place, best first: those below it, then those above it.
+std::vector<std::string> SensorList::successorsOfCurrentRow() const {
+    std::vector<std::string> keys;
+    const auto current = numberOfRow(currentKey_);
+    if (!current) return keys;
+    for (std::size_t number = *current; number < rowCount(); ++number)
+        keys.push_back(readingOfRow(number).key);
+    for (std::size_t number = *current; number > 0; --number) keys.push_back(readingOfRow(number - 1).key);
+    return keys;
+}
+
+void SensorList::keepCurrentRow(const std::vector<std::string>& successors) {
+    if (successors.empty()) return;
+    const auto next = std::ranges::find_if(
+        successors, [this](const std::string& key) { return numberOfRow(key).has_value(); });
+    makeCurrent(next == successors.end() ? "" : *next);
+}
+
+void SensorList::makeCurrent(const std::string& key) {
+    if (std::exchange(currentKey_, key) != key) emit currentKeyChanged();
 }
 
 void SensorList::goToRow(std::size_t number) {
@@ -215,10 +242,7 @@ void SensorList::goToRow(std::size_t number) {
         requestViewportTop(span.bottom() + metrics_.margin - viewport_.height);
     }
     publish();
-    const std::string& key = readingOfRow(number).key;
-    if (key == currentKey_) return;
-    currentKey_ = key;
-    emit currentKeyChanged();
+    makeCurrent(readingOfRow(number).key);
 }
 
 } // namespace kelvinbar

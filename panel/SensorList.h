@@ -24,6 +24,7 @@ class SensorList final : public QObject {
     QML_ANONYMOUS
     Q_PROPERTY(QAbstractItemModel* cards READ cards CONSTANT)
     Q_PROPERTY(double rowHeight READ rowHeight CONSTANT)
+    Q_PROPERTY(double margin READ margin CONSTANT)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
     Q_PROPERTY(QString currentKey READ currentKey NOTIFY currentKeyChanged)
 
@@ -37,6 +38,8 @@ class SensorList final : public QObject {
     [[nodiscard]] QAbstractItemModel* cards() { return &cardsModel_; }
 
     [[nodiscard]] double rowHeight() const { return metrics_.rowHeight; }
+
+    [[nodiscard]] double margin() const { return metrics_.margin; }
 
     [[nodiscard]] double contentHeight() const { return listHeight(metrics_, cardSpans_); }
 
@@ -52,12 +55,13 @@ class SensorList final : public QObject {
     /// The part of the list that is on the screen, in points from its top.
     Q_INVOKABLE void setViewport(double top, double height);
 
-    /// The row under the pointer; empty for none. It stays there when readings come and go.
-    Q_INVOKABLE void setHoveredKey(const QString& key) { hoveredKey_ = key.toStdString(); }
+    /// The pointer comes to a row, or leaves it. The row under it stays there when readings come and go.
+    Q_INVOKABLE void hover(const QString& key, bool isHovered);
 
-    /// The keyboard comes to the list: to its last row there, else to the first one on the screen.
+    /// The keyboard comes to the list: to the row where it was, else to the first one on the screen.
     Q_INVOKABLE void ensureCurrent();
-    Q_INVOKABLE void setCurrentKey(const QString& key);
+    /// The keyboard goes on from there. The list stays where it is.
+    void setCurrentKey(const QString& key);
     Q_INVOKABLE void moveCurrent(int rows);
     Q_INVOKABLE void moveCurrentByPages(int pages);
     Q_INVOKABLE void moveCurrentToFirst();
@@ -86,7 +90,9 @@ class SensorList final : public QObject {
     [[nodiscard]] std::optional<double> topOfRow(const std::string& key) const;
 
     void derive(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys);
-    void keepCurrentRow(std::optional<std::size_t> formerNumber);
+    [[nodiscard]] std::vector<std::string> successorsOfCurrentRow() const;
+    void keepCurrentRow(const std::vector<std::string>& successors);
+    void makeCurrent(const std::string& key);
     void goToRow(std::size_t number);
     void requestViewportTop(double top);
     void publish();

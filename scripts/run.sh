@@ -15,7 +15,10 @@ build() {
   } >&2
 }
 
-has_sensors() { ! "$build/tools/kelvinbar-snapshot" 2>/dev/null | grep $'\tnative\t' >/dev/null; }
+has_sensors() {
+  local snapshot
+  snapshot=$("$build/tools/kelvinbar-snapshot") && [[ $snapshot != *$'\tnative\t'* ]]
+}
 
 has_desktop() { [[ -n ${WAYLAND_DISPLAY:-} ]] || { [[ -n ${DISPLAY:-} ]] && ! display_is_dead; }; }
 

@@ -27,7 +27,7 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
   has_title() { [[ $(title) == *[0-9]* ]]; }
   panel() { xdotool search --onlyvisible --name '^Kelvinbar$' | tail -1; }
   is_open() { [[ $(xdotool getwindowgeometry "$(panel)") == *462x690* ]]; }
-  # The tenth control is Copy.
+  # The third control from the end is Copy.
   copied() { xclip -o -selection clipboard | grep -F 'CPU Proximity'; }
 
   "$PROGRAM" & program=$!
@@ -38,7 +38,7 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
   sleep 1
   title >"$FOLDER/title.txt"
   import -window "$(panel)" "$FOLDER/panel.png"
-  for control in {1..10}; do xdotool key Tab; done
+  for control in 1 2 3; do xdotool key shift+Tab; done
   xdotool key Return
   wait_for 5 "the snapshot" copied
   xclip -o -selection clipboard >"$FOLDER/snapshot.txt"

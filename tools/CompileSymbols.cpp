@@ -3,6 +3,8 @@
 //
 // usage: kelvinbar-compile-symbols FOLDER FILE.svg …
 
+#include "panel/SymbolShapes.h"
+
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
@@ -93,12 +95,11 @@ class OutlineDevice final : public QPaintDevice {
     mutable OutlineEngine engine_; // the base class asks a constant device for it
 };
 
-constexpr int symbolSide = 24;
-
 bool compile(const QString& drawing, const QString& folder) {
     QSvgRenderer renderer(drawing);
-    if (renderer.viewBoxF() != QRectF(0, 0, symbolSide, symbolSide)) return false;
-    OutlineDevice device(symbolSide);
+    constexpr double side = kelvinbar::symbolSide;
+    if (renderer.viewBoxF() != QRectF(0, 0, side, side)) return false;
+    OutlineDevice device(static_cast<int>(side));
     QPainter painter(&device);
     renderer.render(&painter, renderer.viewBoxF());
     painter.end();

@@ -11,8 +11,15 @@ T.Popup {
     /// Whether it is open.
     property bool showAbout: false
 
+    /// What had the keyboard before.
+    property Item formerFocus: null
+
     visible: showAbout
-    onClosed: showAbout = false
+    onAboutToShow: formerFocus = parent.Window.activeFocusItem
+    onClosed: {
+        showAbout = false;
+        formerFocus?.forceActiveFocus();
+    }
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
     margins: 10
@@ -80,7 +87,7 @@ T.Popup {
             visible: popover.controls.donationPage.length > 0
             width: parent.width
             symbol: "heart.fill"
-            symbolColor: "#ff5e7c"
+            symbolColor: PanelStyle.pink
             text: "Donate"
             onClicked: popover.controls.openDonationPage()
         }

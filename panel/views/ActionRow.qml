@@ -6,26 +6,31 @@ Row {
     id: actions
 
     required property QtObject controls
-    /// What is left of the width when every button is as wide as its label goes to all buttons alike.
-    readonly property real spare: (width - 4 * spacing - login.implicitWidth - refresh.implicitWidth - copy.implicitWidth
-                                   - showAll.implicitWidth - quit.implicitWidth) / 5
+    readonly property var buttons: [login, refresh, copy, showAll, quit]
+    readonly property real room: width - 4 * spacing
+    /// Labels come first where text is so large that not all fits.
+    readonly property bool showsSymbols: buttons.reduce((sum, button) => sum + button.fullWidth, 0) <= room
+    /// What is left when every button is as wide as it needs goes to all of them alike.
+    readonly property real spare: (room - buttons.reduce((sum, button) => sum + button.implicitWidth, 0)) / 5
 
     spacing: 6
 
     MenuFooterButtonStyle {
         id: login
         width: implicitWidth + actions.spare
+        showsSymbol: actions.showsSymbols
         text: "Login"
         checkable: true
         isOn: actions.controls.runAtLogin
         symbol: isOn ? "checkmark.square.fill" : "square"
-        symbolColor: isOn ? "#64d2ff" : PanelStyle.white(0.6)
+        symbolColor: isOn ? PanelStyle.cyan : PanelStyle.white(0.6)
         toolTip: actions.controls.loginToolTip
         onClicked: actions.controls.toggleRunAtLogin()
     }
     MenuFooterButtonStyle {
         id: refresh
         width: implicitWidth + actions.spare
+        showsSymbol: actions.showsSymbols
         text: "Refresh"
         symbol: "arrow.clockwise"
         onClicked: actions.controls.refresh()
@@ -33,6 +38,7 @@ Row {
     MenuFooterButtonStyle {
         id: copy
         width: implicitWidth + actions.spare
+        showsSymbol: actions.showsSymbols
         text: "Copy"
         symbol: "doc.on.doc"
         onClicked: actions.controls.copy()
@@ -40,6 +46,7 @@ Row {
     MenuFooterButtonStyle {
         id: showAll
         width: implicitWidth + actions.spare
+        showsSymbol: actions.showsSymbols
         text: "ShowAll"
         symbol: "eye"
         toolTip: "Show all hidden properties again"
@@ -48,6 +55,7 @@ Row {
     MenuFooterButtonStyle {
         id: quit
         width: implicitWidth + actions.spare
+        showsSymbol: actions.showsSymbols
         text: "Quit"
         symbol: "xmark.square"
         onClicked: actions.controls.quit()

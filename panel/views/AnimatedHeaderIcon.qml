@@ -23,14 +23,11 @@ Item {
         anchors.fill: parent
         anchors.margins: -rim
         radius: icon.size / 3
-        colors: [PanelStyle.tinted("#64d2ff", 0.26), PanelStyle.tinted("#64d2ff", 0.05), PanelStyle.tinted("#ff9f0a", 0.22)]
+        colors: [PanelStyle.tinted(PanelStyle.cyan, 0.26), PanelStyle.tinted(PanelStyle.cyan, 0.05), PanelStyle.tinted(PanelStyle.orange, 0.22)]
     }
-    Image {
+    Artwork {
         anchors.fill: parent
-        source: "qrc:/artwork/AboutIcon.png"
-        sourceSize: Qt.size(icon.size * Screen.devicePixelRatio, icon.size * Screen.devicePixelRatio)
-        smooth: true
-        Accessible.ignored: true
+        name: "AboutIcon"
     }
     NumberAnimation {
         id: glowing

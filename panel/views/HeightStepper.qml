@@ -8,6 +8,7 @@ Item {
     required property QtObject controls
 
     implicitHeight: PanelStyle.scaled(36)
+    implicitWidth: decrease.width + number.implicitWidth + reset.width + increase.width + 18
     Accessible.role: Accessible.Grouping
     Accessible.name: "Height"
 
@@ -28,6 +29,7 @@ Item {
         onClicked: stepper.controls.decreaseHeight()
     }
     DigitsText {
+        id: number
         anchors.left: decrease.right
         anchors.right: reset.left
         anchors.verticalCenter: parent.verticalCenter

@@ -7,19 +7,23 @@ FocusScope {
     id: view
 
     required property PanelContent content
-    readonly property real leastHeight: 560
 
     focus: true
     Keys.onEscapePressed: content.close()
-    Keys.onDownPressed: readings.forceActiveFocus()
-    Keys.onUpPressed: readings.forceActiveFocus()
+    Keys.onDownPressed: enterReadings()
+    Keys.onUpPressed: enterReadings()
     Accessible.role: Accessible.Pane
     Accessible.name: "Kelvinbar"
+
+    function enterReadings() {
+        if (readings.visible)
+            readings.forceActiveFocus();
+    }
 
     Item {
         id: panel
         width: view.width
-        height: Math.max(view.height, view.leastHeight)
+        height: Math.max(view.height, view.content.leastHeight)
 
         MenuMetalBackground {
             anchors.fill: parent

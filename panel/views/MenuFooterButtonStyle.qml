@@ -7,27 +7,36 @@ PanelButton {
 
     property string symbol: ""
     property color symbolColor: PanelStyle.white(0.78)
+    property bool showsSymbol: true
+    /// What the button needs with its symbol.
+    readonly property real fullWidth: leftPadding + mark.width + pair.spacing + label.implicitWidth + rightPadding
 
+    implicitWidth: showsSymbol ? fullWidth : fullWidth - mark.width - pair.spacing
     implicitHeight: PanelStyle.scaled(30)
     leftPadding: 4
     rightPadding: 4
 
     contentItem: Item {
-        implicitWidth: pair.implicitWidth
-
         Row {
             id: pair
             anchors.centerIn: parent
             spacing: 5
 
             Symbol {
+                id: mark
+                visible: control.showsSymbol
                 anchors.verticalCenter: parent.verticalCenter
                 name: control.symbol
                 size: PanelStyle.scaled(13)
                 color: control.symbolColor
             }
             Text {
+                id: label
                 anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, control.width - control.fullWidth + implicitWidth
+                                               + (control.showsSymbol ? 0 : mark.width + pair.spacing))
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
                 text: control.text
                 font: PanelStyle.font(11, Font.Bold)
                 color: PanelStyle.white(control.hovered ? 0.95 : 0.82)

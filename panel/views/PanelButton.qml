@@ -21,8 +21,8 @@ T.AbstractButton {
     activeFocusOnTab: true
     onHoveredChanged: HoverTarget.hover(control, hovered)
     onPressed: HoverTarget.hover(control, false)
-    Keys.onReturnPressed: control.clicked()
-    Keys.onEnterPressed: control.clicked()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) control.clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) control.clicked(); }
     Accessible.name: text
     Accessible.description: toolTip
     Accessible.onPressAction: control.clicked()

@@ -9,7 +9,9 @@ Item {
 
     implicitHeight: PanelStyle.scaled(54)
 
+    /// The panel opens.
     function greet() {
+        aboutPopover.showAbout = false;
         icon.greet();
     }
 
@@ -54,7 +56,7 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     name: "heart.fill"
                     size: PanelStyle.scaled(10)
-                    color: "#ff5e7c"
+                    color: PanelStyle.pink
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter

@@ -9,24 +9,35 @@ FocusScope {
     required property PanelContent content
     readonly property var sensors: content.sensors
 
+    enabled: visible
     activeFocusOnTab: true
     onActiveFocusChanged: if (activeFocus) sensors.ensureCurrent()
     Keys.onUpPressed: sensors.moveCurrent(-1)
     Keys.onDownPressed: sensors.moveCurrent(1)
-    Keys.onReturnPressed: content.toggleRow(sensors.currentKey)
-    Keys.onEnterPressed: content.toggleRow(sensors.currentKey)
-    Keys.onSpacePressed: content.toggleRow(sensors.currentKey)
-    Keys.onDeletePressed: content.hideRow(sensors.currentKey)
     Keys.onPressed: event => {
         switch (event.key) {
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+        case Qt.Key_Space: if (!event.isAutoRepeat) toggleCurrent(); break;
+        case Qt.Key_Delete:
+        case Qt.Key_Backspace: if (!event.isAutoRepeat) hideCurrent(); break;
         case Qt.Key_PageUp: sensors.moveCurrentByPages(-1); break;
         case Qt.Key_PageDown: sensors.moveCurrentByPages(1); break;
         case Qt.Key_Home: sensors.moveCurrentToFirst(); break;
         case Qt.Key_End: sensors.moveCurrentToLast(); break;
-        case Qt.Key_Backspace: content.hideRow(sensors.currentKey); break;
         default: return;
         }
         event.accepted = true;
+    }
+
+    function toggleCurrent() {
+        sensors.ensureCurrent();
+        content.toggleRow(sensors.currentKey);
+    }
+
+    function hideCurrent() {
+        sensors.ensureCurrent();
+        content.hideRow(sensors.currentKey);
     }
 
     Flickable {
@@ -43,8 +54,8 @@ FocusScope {
             model: list.sensors.cards
 
             SensorSectionCard {
-                x: 12
-                width: flickable.width - 24
+                x: list.sensors.margin
+                width: flickable.width - 2 * x
                 content: list.content
                 focusedKey: list.sensors.currentKey
             }

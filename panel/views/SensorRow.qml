@@ -27,14 +27,15 @@ Item {
     Accessible.selected: isMenuBarSelected
     Accessible.onPressAction: content.toggleRow(key)
 
-    onIsHoveredChanged: content.sensors.setHoveredKey(isHovered ? key : "")
+    onIsHoveredChanged: content.sensors.hover(key, isHovered)
+    Component.onDestruction: content.sensors.hover(key, false)
 
     Plate {
         anchors.fill: parent
         colors: row.backgroundColors
         radius: 9
         stroke: row.activeFocus ? PanelStyle.focusRing
-              : row.isMenuBarSelected ? PanelStyle.tinted("#ff453a", row.isHovered ? 0.5 : 0.34)
+              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.red, row.isHovered ? 0.5 : 0.34)
               : PanelStyle.white(row.isHovered ? 0.2 : 0.065)
     }
     MouseArea {
@@ -45,7 +46,12 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
         onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
-        onPressed: row.content.pressRow(row.key)
+        onPressed: mouse => {
+            // A mouse that slips in a double-click does not drag the list; a finger does.
+            preventStealing = mouse.source === Qt.MouseEventNotSynthesized;
+            HoverTarget.hover(pointer, false);
+            row.content.pressRow(row.key);
+        }
         onDoubleClicked: row.content.doubleClickRow(row.key)
     }
     Column {
@@ -60,6 +66,7 @@ Item {
             width: parent.width
             elide: Text.ElideRight
             textFormat: Text.PlainText
+            maximumLineCount: 1
             text: row.name
             font: PanelStyle.font(11.2, Font.Bold)
             color: PanelStyle.white(0.84)
@@ -69,6 +76,7 @@ Item {
             width: parent.width
             elide: Text.ElideRight
             textFormat: Text.PlainText
+            maximumLineCount: 1
             text: row.metadata
             font: PanelStyle.font(8.7, Font.Bold)
             color: PanelStyle.white(0.34)
@@ -91,7 +99,7 @@ Item {
             visible: row.isMenuBarSelected
             name: "menubar.rectangle"
             size: PanelStyle.scaled(13)
-            color: "#ff6b61"
+            color: PanelStyle.red
 
             HoverHandler {
                 onHoveredChanged: HoverTarget.hover(hovered ? pin : pointer, hovered || pointer.containsMouse)
@@ -138,7 +146,7 @@ Item {
                     color: PanelStyle.white(hide.hovered ? 0.95 : 0.5)
                 }
             }
-            onClicked: row.content.hideRow(row.key)
+            onClicked: row.content.pressHideButton(row.key)
         }
     }
 }

@@ -5,7 +5,6 @@ import Kelvinbar.Panel
 Item {
     id: card
 
-    required property string sectionId
     required property string title
     required property string subtitle
     required property string icon
@@ -21,7 +20,7 @@ Item {
     height: cardHeight
     Accessible.role: Accessible.List
     Accessible.name: title
-    Accessible.description: subtitle
+    Accessible.description: subtitle + ", " + count
 
     Plate {
         anchors.fill: parent

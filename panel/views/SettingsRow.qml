@@ -1,11 +1,12 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// Sampling speed and size of the panel.
-Row {
+/// Sampling speed and size of the panel. Where text is so large that not all fits, the stepper goes below.
+Flow {
     id: settings
 
     required property QtObject controls
+    readonly property real rest: width - fast.width - dynamic.width - 2 * spacing
 
     spacing: 8
 
@@ -14,7 +15,7 @@ Row {
         title: "Fast"
         subtitle: "1s"
         symbol: "speedometer"
-        tint: "#64d2ff"
+        tint: PanelStyle.cyan
         isOn: settings.controls.isFast
         toolTip: settings.controls.fastToolTip
         width: Math.max(implicitWidth, Math.round(settings.width * 0.24))
@@ -25,14 +26,15 @@ Row {
         title: "Dynamic"
         subtitle: "vertical"
         symbol: "rectangle.expand.vertical"
-        tint: "#bf5af2"
+        tint: PanelStyle.purple
         isOn: settings.controls.isDynamic
         toolTip: settings.controls.dynamicToolTip
         width: Math.max(implicitWidth, Math.round(settings.width * 0.29))
         onClicked: settings.controls.toggleDynamic()
     }
     HeightStepper {
+        id: stepper
         controls: settings.controls
-        width: settings.width - fast.width - dynamic.width - 2 * settings.spacing
+        width: settings.rest < implicitWidth ? settings.width : settings.rest
     }
 }

@@ -15,11 +15,11 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         name: "exclamationmark.triangle.fill"
         size: PanelStyle.scaled(30)
-        color: PanelStyle.tinted("#ffd60a", 0.75)
+        color: PanelStyle.tinted(PanelStyle.yellow, 0.75)
     }
     Text {
         anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(implicitWidth, 320)
+        width: Math.min(implicitWidth, PanelStyle.scaled(320))
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         textFormat: Text.PlainText

@@ -133,6 +133,15 @@ TEST_F(MotionPreferenceTest, DoesNotListenToOtherSettings) {
     EXPECT_FALSE(motion.prefersReducedMotion());
 }
 
+TEST(MotionPreferenceWithoutAPortal, AsksOneThatComesLater) {
+    const MotionPreference motion(QDBusConnection::sessionBus());
+    runEventLoop(std::chrono::milliseconds(50));
+    EXPECT_FALSE(motion.prefersReducedMotion());
+    FakeSettingsPortal portal;
+    portal.set(gnome, "enable-animations", false);
+    EXPECT_TRUE(waitFor([&] { return motion.prefersReducedMotion(); }));
+}
+
 TEST(MotionPreferenceWithoutAPortal, IsNone) {
     const MotionPreference motion(QDBusConnection::sessionBus());
     runEventLoop(std::chrono::milliseconds(50));

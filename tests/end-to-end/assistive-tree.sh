@@ -23,7 +23,7 @@ has() {
 }
 has heading Kelvinbar '' '.*'
 has 'push button' About '' focusable
-has list CPU 'Package, cores, diode, PECI and CPU power' ''
+has list CPU 'Package, cores, diode, PECI and CPU power, 10' ''
 has 'list item' 'CPU Proximity, [0-9.]+°' 'Showing this key in the menu bar. sp78 • °C' 'focusable selectable selected'
 has 'list item' 'CPU Package, [0-9.]+°' 'sp78 • °C' 'focusable selectable'
 has 'push button' 'Hide this property from the list' 'CPU Package' focusable

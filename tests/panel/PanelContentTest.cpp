@@ -609,15 +609,23 @@ TEST_F(ContentSecondClick, ItPinsAtOnceWhatWasRefreshedMeanwhile) {
     EXPECT_EQ(rowKeys(), movedRows);
 }
 
-TEST_F(ContentSecondClick, OnAReadingThatIsGonePinsNothing) {
+TEST_F(ContentSecondClick, OnAReadingThatIsGoneMeanwhilePinsWhatWasOnTheScreen) {
     content->pressRow("TC1C");
     moveRows();
     turn();
     content->pressRow("TC1C");
     content->doubleClickRow("TC1C");
     turn();
-    EXPECT_EQ(store->menuBarKeys().value(), Keys{});
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{"TC1C"});
     EXPECT_EQ(rowKeys(), movedRows);
+}
+
+TEST_F(ContentSecondClick, OnAButtonThatHidesHidesNothingMore) {
+    content->pressHideButton("TC0P");
+    turn();
+    content->pressHideButton("TC1C");
+    turn();
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{"TC0P"});
 }
 
 TEST_F(ContentSecondClick, HidingARowIsSeenAtOnce) {

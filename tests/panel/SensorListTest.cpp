@@ -503,7 +503,7 @@ TEST_F(ListRefresh, OfUnchangedReadingsSignalsNothing) {
     list.setViewport(0, 2000);
     show(readings, {"C0003"}, {"T0004"});
     list.ensureCurrent();
-    list.setHoveredKey("C0002");
+    list.hover("C0002", true);
     record();
     show(readings, {"C0003"}, {"T0004"});
     EXPECT_EQ(journal, Texts{});
@@ -702,7 +702,7 @@ TEST_F(ListInPlace, TheHoveredRowEvenAtTheTop) {
     show(cpuReadings(50, 10));
     View view(list, 300);
     const double onScreen = topOf("C0012").value();
-    list.setHoveredKey("C0012");
+    list.hover("C0012", true);
     show(cpuReadings(53, 7));
     EXPECT_EQ(view.requestedTops, std::vector{3 * pitch()});
     EXPECT_EQ(topOf("C0012").value() - view.top(), onScreen);
@@ -712,7 +712,7 @@ TEST_F(ListInPlace, TheHoveredRowBeforeTheOthers) {
     show(without(cpuReadings(50), {"C0012"}));
     View view(list, 300);
     view.scrollTo(firstCardRowTop(10));
-    list.setHoveredKey("C0014");
+    list.hover("C0014", true);
     const double onScreen = topOf("C0014").value() - view.top();
     show(cpuReadings(50));
     EXPECT_EQ(view.requestedTops, std::vector{firstCardRowTop(11)});
@@ -723,7 +723,7 @@ TEST_F(ListInPlace, ThoseOnTheScreenWhenTheHoveredRowIsGone) {
     show(cpuReadings(50));
     View view(list, 300);
     view.scrollTo(firstCardRowTop(10));
-    list.setHoveredKey("C0012");
+    list.hover("C0012", true);
     show(without(cpuReadings(50), {"C0003", "C0012"}));
     EXPECT_EQ(view.requestedTops, std::vector{firstCardRowTop(9)});
     EXPECT_EQ(built().at(1), "C0010");
@@ -732,8 +732,8 @@ TEST_F(ListInPlace, ThoseOnTheScreenWhenTheHoveredRowIsGone) {
 TEST_F(ListInPlace, NothingAtTheTopWhenThePointerHasLeft) {
     show(cpuReadings(50, 10));
     View view(list, 300);
-    list.setHoveredKey("C0012");
-    list.setHoveredKey("");
+    list.hover("C0012", true);
+    list.hover("C0012", false);
     show(cpuReadings(53, 7));
     EXPECT_EQ(view.top(), 0);
 }
@@ -742,7 +742,7 @@ TEST_F(ListInPlace, TheHoveredRowAsFarAsTheListGoes) {
     show(cpuReadings(50));
     View view(list, 300);
     view.scrollTo(pitch());
-    list.setHoveredKey("C0004");
+    list.hover("C0004", true);
     show(cpuReadings(47, 3));
     EXPECT_EQ(view.top(), 0);
     EXPECT_EQ(topOf("C0004"), firstCardRowTop(1));
@@ -779,13 +779,24 @@ TEST_F(ListInPlace, TheViewStaysInsideAListThatGetsShorter) {
     EXPECT_EQ(built().at(1), "C0000");
 }
 
+TEST_F(ListInPlace, ThePointerMayComeToARowBeforeItLeavesAnother) {
+    show(cpuReadings(50, 10));
+    View view(list, 300);
+    list.hover("C0012", true);
+    list.hover("C0014", true);
+    list.hover("C0012", false);
+    const double before = *topOf("C0014");
+    show(cpuReadings(60));
+    EXPECT_EQ(*topOf("C0014") - view.top(), before);
+}
+
 TEST_F(ListInPlace, EveryRequestIsInsideTheList) {
     std::mt19937 random(4711);
     show(cpuReadings(100));
     View view(list, 300);
     for (int round = 0; round < 300; ++round) {
         view.scrollTo(static_cast<double>(random() % 5000));
-        list.setHoveredKey(random() % 2 == 0 ? "" : QString::fromStdString(built().at(1)));
+        list.hover(QString::fromStdString(built().at(1)), random() % 2 == 0);
         Readings readings;
         for (int number = 0; number < 100; ++number) {
             if (random() % 4 > 0) readings.push_back(numberedReading(SMCCategory::cpu, number));
@@ -856,6 +867,32 @@ TEST_F(ListKeyboard, ComesBackToItsLastRow) {
     view.scrollTo(1000);
     list.ensureCurrent();
     EXPECT_EQ(current(), "C0002");
+}
+
+TEST_F(ListKeyboard, BringsItsRowBackToTheScreen) {
+    show(cpuReadings(50));
+    View view(list, 300);
+    list.setCurrentKey("C0002");
+    view.scrollTo(1000);
+    list.ensureCurrent();
+    EXPECT_LE(view.top(), firstCardRowTop(2));
+}
+
+TEST_F(ListKeyboard, ARowThatWasPressedStaysWhereItIs) {
+    show(cpuReadings(50));
+    View view(list, 300);
+    view.scrollTo(firstCardRowTop(3) + 10);
+    list.setCurrentKey("C0003");
+    EXPECT_EQ(current(), "C0003");
+    EXPECT_EQ(view.top(), firstCardRowTop(3) + 10);
+}
+
+TEST_F(ListKeyboard, WhenRowsAboveGoWithItsRowTheNextTakesItsPlace) {
+    show(cpuReadings(10));
+    const View view(list, 300);
+    list.setCurrentKey("C0005");
+    show(without(cpuReadings(10), {"C0000", "C0001", "C0003", "C0005"}));
+    EXPECT_EQ(current(), "C0006");
 }
 
 TEST_F(ListKeyboard, FindsNoRowInAnEmptyList) {
@@ -967,7 +1004,8 @@ TEST_F(ListKeyboard, TheRowThatItGoesToIsBuiltWhenItIsCurrent) {
     bool wasBuilt = false;
     QObject::connect(&list, &SensorList::currentKeyChanged,
                      [&] { wasBuilt = topOf(list.currentKey().toStdString()).has_value(); });
-    list.setCurrentKey("C0090");
+    list.moveCurrent(90);
+    EXPECT_EQ(current(), "C0090");
     EXPECT_TRUE(wasBuilt);
 }
 
@@ -977,6 +1015,7 @@ TEST_F(ListKeyboard, TheHeaderOfACardIsSeenWithItsFirstRow) {
     const double cardTop = metrics.margin + heightOfCard(50) + metrics.spacing;
     view.scrollTo(cardTop + 500);
     list.setCurrentKey("T0001");
+    list.ensureCurrent();
     EXPECT_EQ(view.top(), cardTop + metrics.cardHeader + pitch() - metrics.margin);
     list.moveCurrent(-1);
     EXPECT_EQ(view.top(), cardTop - metrics.margin);

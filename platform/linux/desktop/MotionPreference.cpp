@@ -3,6 +3,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <algorithm>
 #include <array>
 
@@ -44,6 +45,14 @@ QVariant unwrapped(QVariant value) {
 MotionPreference::MotionPreference(const QDBusConnection& bus) : bus_(bus) {
     bus_.connect(portalService, portalPath, settingsInterface, "SettingChanged", this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+    // At login, the program may be there before the portal is.
+    auto* const arrival =
+        new QDBusServiceWatcher(portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(arrival, &QDBusServiceWatcher::serviceRegistered, this, &MotionPreference::askAll);
+    askAll();
+}
+
+void MotionPreference::askAll() {
     for (const MotionSetting& setting : motionSettings) ask({setting.group, setting.name});
 }
 

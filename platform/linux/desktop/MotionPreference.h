@@ -25,6 +25,7 @@ class MotionPreference final : public QObject {
   private:
     using Setting = std::pair<QString, QString>;
 
+    void askAll();
     void ask(const Setting& setting);
     void note(const Setting& setting, QVariant value);
 

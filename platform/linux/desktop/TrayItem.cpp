@@ -1,10 +1,10 @@
 #include "platform/linux/desktop/TrayItem.h"
 
 #include "base/Text.h"
+#include "panel/QtText.h"
 #include "platform/linux/desktop/ReadingIcon.h"
 #include "platform/qt/QtGeometry.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/QtText.h"
 
 #include <QFile>
 #include <QImage>

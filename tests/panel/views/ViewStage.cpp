@@ -3,7 +3,7 @@
 #include "base/NotificationCenter.h"
 #include "panel/PanelStyle.h"
 #include "platform/demo/DemoMachine.h"
-#include "platform/qt/QtText.h"
+#include "panel/QtText.h"
 #include "smc/Machine.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"

@@ -13,6 +13,7 @@ TestCase {
     when: windowShown
 
     function init() {
+        failOnWarning(/Kelvinbar\/Panel/);
         stage.start();
     }
 

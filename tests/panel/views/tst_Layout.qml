@@ -31,7 +31,7 @@ Item {
         /// The controls of header and footer, and the texts that are not on one.
         function controlsIn(root) {
             const buttons = buttonsIn(root);
-            const lone = itemsIn(root, item => item instanceof Text || item instanceof Panel.DigitsText || item instanceof Image)
+            const lone = itemsIn(root, item => item instanceof Text || item instanceof Panel.DigitsText || item instanceof Panel.Artwork)
                 .filter(item => !buttons.some(button => isAncestor(button, item)));
             return [...buttons, ...lone];
         }

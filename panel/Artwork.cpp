@@ -1,0 +1,20 @@
+#include "panel/Artwork.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QQuickWindow>
+
+namespace kelvinbar {
+
+std::function<void(QPainter&)> Artwork::painting() const {
+    // As many pixels as are shown: a painter that shrinks a picture leaves out most of it.
+    const QSize pixels = (size() * window()->effectiveDevicePixelRatio()).toSize();
+    const QImage picture(":/artwork/" + name_ + ".png");
+    return [rect = boundingRect(), picture = picture.scaled(pixels, Qt::KeepAspectRatio,
+                                                            Qt::SmoothTransformation)](QPainter& painter) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(rect, picture);
+    };
+}
+
+} // namespace kelvinbar
