@@ -2,8 +2,8 @@
 
 #include "base/NotificationCenter.h"
 #include "panel/PanelStyle.h"
-#include "platform/demo/DemoMachine.h"
 #include "panel/QtText.h"
+#include "platform/demo/DemoMachine.h"
 #include "smc/Machine.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
