@@ -20,11 +20,6 @@ class EmptyRegistry final : public IORegistry {
     }
 };
 
-class StandingClock final : public MonotonicClock {
-  public:
-    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
-};
-
 /// Types in the mix that real machines have, with bytes that decode to plausible values.
 struct SampleValue {
     std::string_view type;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "smc/Machine.h"
 #include "smc/SMCKeyText.h"
 #include "smc/SMCParamBlock.h"
@@ -20,6 +21,12 @@ namespace kelvinbar::bench {
 /// `count` distinct keys that the catalogue can name, in ascending order: half by its table where that has
 /// enough of them, the rest by its rules.
 std::vector<std::string> namedKeys(std::size_t count);
+
+/// A clock for which no key is ever old.
+class StandingClock final : public MonotonicClock {
+  public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
+};
 
 /// A controller that answers from memory, as fast as a driver can: what a pass costs beyond it is ours.
 class MemoryDriver final : public SMCDriver {

@@ -52,11 +52,6 @@ class ImmediateQueue final : public BackgroundQueue {
     }
 };
 
-class StandingClock final : public MonotonicClock {
-  public:
-    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
-};
-
 class OpenPanel {
   public:
     OpenPanel() {
@@ -130,6 +125,7 @@ class OpenPanel {
 void report(const char* title, OpenPanel& panel, const std::vector<std::string>& changed) {
     constexpr int rounds = 300;
     std::vector<double> times;
+    times.reserve(rounds);
     for (int round = 0; round < rounds; ++round) times.push_back(panel.refresh(changed).count());
     std::ranges::sort(times);
     std::printf("  %-44s %8.2f %8.2f\n", title, times[rounds / 2], times[rounds * 95 / 100]);

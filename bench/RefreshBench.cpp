@@ -43,11 +43,7 @@ class RunningStore {
     MainLoopQueue mainQueue_;
     WorkerQueue backgroundQueue_{2};
     SystemWallClock wallClock_;
-
-    class StandingClock final : public MonotonicClock {
-      public:
-        [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
-    } clock_;
+    StandingClock clock_;
 
     KelvinbarStore store_{{.defaults = defaults_,
                            .notifications = notifications_,

@@ -56,7 +56,7 @@ class KeyedListModel : public QAbstractListModel {
     }
 
     /// Whether the item at `row` is all that stands between the row and the item that belongs there.
-    bool hasMovedDown(std::size_t row, const std::vector<Item>& target) const {
+    [[nodiscard]] bool hasMovedDown(std::size_t row, const std::vector<Item>& target) const {
         return row + 1 < items_.size() && items_[row].id() != target[row].id() &&
                items_[row + 1].id() == target[row].id();
     }

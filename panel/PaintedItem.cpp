@@ -3,6 +3,7 @@
 #include "panel/PainterNode.h"
 
 #include <QQuickWindow>
+#include <memory>
 
 namespace kelvinbar {
 
@@ -10,7 +11,7 @@ PaintedItem::PaintedItem(QQuickItem* parent) : QQuickItem(parent) { setFlag(Item
 
 QSGNode* PaintedItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
     if (width() <= 0 || height() <= 0) {
-        delete node;
+        const std::unique_ptr<QSGNode> former(node); // the item's to give up
         return nullptr;
     }
     auto* const painter = node == nullptr ? new PainterNode(*window()) : static_cast<PainterNode*>(node);

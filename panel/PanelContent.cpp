@@ -41,10 +41,12 @@ void PanelContent::observe() {
 /// The fields of a refresh change one after the other: they are looked at together, when all of them have.
 void PanelContent::postUpdate() {
     if (!isOpen_ || std::exchange(isUpdatePosted_, true)) return;
-    const auto updateOnce = [this] {
-        if (isUpdatePosted_) update();
-    };
-    QMetaObject::invokeMethod(this, updateOnce, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &PanelContent::updateAsPosted, Qt::QueuedConnection);
+}
+
+/// An update for another reason may have come first.
+void PanelContent::updateAsPosted() {
+    if (isUpdatePosted_) update();
 }
 
 void PanelContent::update() {

@@ -85,6 +85,7 @@ class PanelContent final : public QObject {
   private:
     void observe();
     void postUpdate();
+    void updateAsPosted();
     void update();
     void updateTexts();
     void secondClickMayNotComeAnyMore();

@@ -57,7 +57,7 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void copy();
     Q_INVOKABLE void showAll();
-    Q_INVOKABLE void quit();
+    Q_INVOKABLE static void quit();
     Q_INVOKABLE void openDonationPage();
     Q_INVOKABLE void writeToAuthor();
 

@@ -36,7 +36,7 @@ QFont PanelStyle::font(double points, int weight) const { return cut(family_, po
 
 QFont PanelStyle::roundedFont(double points, int weight) const { return cut(roundedFamily_, points, weight); }
 
-QFont PanelStyle::cut(const QString& family, double points, int weight) const {
+QFont PanelStyle::cut(const QString& family, double points, int weight) {
     // A point of the panel is one dot at the standard text size.
     constexpr double typographicPointsPerInch = 72;
     QFont font(family);

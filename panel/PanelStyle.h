@@ -52,7 +52,7 @@ class PanelStyle : public QObject {
     Q_INVOKABLE [[nodiscard]] double scaled(double length) const;
 
   private:
-    [[nodiscard]] QFont cut(const QString& family, double points, int weight) const;
+    [[nodiscard]] static QFont cut(const QString& family, double points, int weight);
 
     double textScale_;
     QString family_;

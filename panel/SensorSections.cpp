@@ -110,7 +110,7 @@ int sortPriority(const SMCReading& reading) {
     std::string text = reading.key;
     text.append(" ").append(reading.name);
     text = asciiLowercased(text);
-    const auto found =
+    const auto* const found =
         std::ranges::find_if(rankingWords, [&](std::string_view word) { return contains(text, word); });
     return found == rankingWords.end() ? lastPriority : static_cast<int>(found - rankingWords.begin());
 }

@@ -6,6 +6,7 @@
 #include <QDBusServiceWatcher>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -42,7 +43,7 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
-MotionPreference::MotionPreference(const QDBusConnection& bus) : bus_(bus) {
+MotionPreference::MotionPreference(QDBusConnection bus) : bus_(std::move(bus)) {
     bus_.connect(portalService, portalPath, settingsInterface, "SettingChanged", this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     // At login, the program may be there before the portal is.
@@ -74,7 +75,7 @@ void MotionPreference::settingChanged(const QString& group, const QString& name,
 }
 
 void MotionPreference::note(const Setting& setting, QVariant value) {
-    const auto known = std::ranges::find_if(motionSettings, [&](const MotionSetting& candidate) {
+    const auto* const known = std::ranges::find_if(motionSettings, [&](const MotionSetting& candidate) {
         return setting == Setting(candidate.group, candidate.name);
     });
     if (known != motionSettings.end()) {

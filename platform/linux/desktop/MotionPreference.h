@@ -15,12 +15,9 @@ class MotionPreference final : public QObject {
     Q_OBJECT
 
   public:
-    explicit MotionPreference(const QDBusConnection& bus);
+    explicit MotionPreference(QDBusConnection bus);
 
     [[nodiscard]] bool prefersReducedMotion() const;
-
-  private slots: // NOLINT(readability-redundant-access-specifiers)
-    void settingChanged(const QString& group, const QString& name, const QDBusVariant& value);
 
   private:
     using Setting = std::pair<QString, QString>;
@@ -31,6 +28,9 @@ class MotionPreference final : public QObject {
 
     QDBusConnection bus_;
     std::map<Setting, bool> asksForLess_; ///< what each setting says that the desktop has
+
+  private slots: // NOLINT(readability-redundant-access-specifiers)
+    void settingChanged(const QString& group, const QString& name, const QDBusVariant& value);
 };
 
 } // namespace kelvinbar
