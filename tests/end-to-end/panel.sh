@@ -44,6 +44,7 @@ prefers KelvinbarHiddenKeys TC3C || fail "hidden: $(preference KelvinbarHiddenKe
 picture hidden
 press_pointer_at ShowAll
 wait_until 3 "the row again" shows "Core 3"
+picture shown-again
 
 # The height in steps, to both limits.
 press_pointer_at "Decrease height"
@@ -71,6 +72,7 @@ wait_until 3 "the standard height" panel_has_size 462 690
 press_pointer_at Fast
 wait_until 3 "the mark" has_state Fast checked
 prefers KelvinbarSamplingRate fast || fail "rate: $(preference KelvinbarSamplingRate)"
+picture fast
 press_pointer_at Dynamic
 wait_until 3 "the mark" has_state Dynamic checked
 wait_until 3 "the dynamic height" panel_is_highest
@@ -86,6 +88,7 @@ press_pointer_at Login
 wait_until 3 "the mark" has_state Login checked
 autostart=$XDG_CONFIG_HOME/autostart/org.kelvinbar.Demo.desktop
 grep -q "^Exec=.*kelvinbar-demo" "$autostart" || fail "nothing starts at login"
+picture login
 press_pointer_at Login
 wait_until 3 "no mark" has_not_state Login checked
 
@@ -95,6 +98,8 @@ pasted() { xclip -o -selection clipboard; }
 wait_until 3 "a snapshot" bash -c "xclip -o -selection clipboard | grep -q 'CPU Proximity'"
 pasted | head -1 | grep -q '^Kelvinbar' || fail "pasted: $(pasted | head -1)"
 [[ $(pasted | grep -c "$(printf '\t')") -ge 50 ]] || fail "the snapshot is short"
+pasted >"$ARTEFACTS/$scenario-pasted.txt"
+picture copied
 
 # About opens and closes alone.
 press_pointer_at About
@@ -145,4 +150,5 @@ status=0
 wait "$program" || status=$?
 [[ $status -eq 0 ]] || fail "the program ended with status $status"
 wait_until 3 "the item's end" is_not_registered
+picture quit
 echo "passed: $scenario"
