@@ -1,4 +1,5 @@
-// Runs the tests under a locale whose numbers have a decimal comma, and fails if there is none.
+// Runs the tests under a locale whose numbers have a decimal comma; fails if there is none, and if no test
+// runs.
 
 #include "tests/CommaLocale.h"
 
@@ -13,5 +14,8 @@ int main(int argc, char** argv) {
         std::fputs("the locale with a decimal comma is missing\n", stderr);
         return EXIT_FAILURE;
     }
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    if (testing::UnitTest::GetInstance()->test_to_run_count() > 0) return result;
+    std::fputs("no test ran\n", stderr);
+    return EXIT_FAILURE;
 }
