@@ -13,6 +13,7 @@ declare -A evidence=(
   [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
   [qml6-module-qtquick]='/usr/lib/*/qt6/qml/QtQuick/qmldir' [libgl-dev]=/usr/include/GL/gl.h
   [qml6-module-qtquick-templates]='/usr/lib/*/qt6/qml/QtQuick/Templates/qmldir'
+  [qml6-module-qtquick-window]='/usr/lib/*/qt6/qml/QtQuick/Window/qmldir'
   [qml6-module-qttest]='/usr/lib/*/qt6/qml/QtTest/qmldir'
   [qml6-module-qtqml-workerscript]='/usr/lib/*/qt6/qml/QtQml/WorkerScript/qmldir'
   [xvfb]=xvfb-run [xauth]=xauth [dbus-daemon]=dbus-run-session [libglib2.0-bin]=gdbus [xdotool]=xdotool
@@ -28,7 +29,7 @@ virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-d
 desktop="$virtual procps x11-utils python3-pyatspi xfwm4 xfce4-panel lxqt-panel trayer"
 declare -A packages=(
   [run]="$build"
-  [test]="$build qml6-module-qttest libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
