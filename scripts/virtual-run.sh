@@ -6,6 +6,7 @@ home=$(mktemp -d)
 trap 'rm -rf "$home" 2>/dev/null || { sleep 1; rm -rf "$home"; }' EXIT
 mkdir -p "$FOLDER"
 export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run PROGRAM FOLDER
+export LC_ALL=C.UTF-8 # in which a degree sign is printed as one
 unset WAYLAND_DISPLAY SESSION_MANAGER QT_QPA_PLATFORM
 mkdir -p "$XDG_CONFIG_HOME/kelvinbar" && mkdir -m 700 "$XDG_RUNTIME_DIR"
 printf '[General]\n%s\n' 'KelvinbarMenuBarKeys=TC0P, F0Ac' >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"
