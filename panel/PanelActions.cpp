@@ -1,6 +1,7 @@
 #include "panel/PanelActions.h"
 
 #include "store/KelvinbarStore.h"
+#include "store/Preferences.h"
 
 #include <algorithm>
 
@@ -10,7 +11,7 @@ namespace {
 
 constexpr double heightDecrease = 80;
 constexpr double heightIncrease = 96;
-constexpr double standardHeight = 690;
+constexpr double standardHeight = PopoverSize{}.height;
 
 /// A preference file may hold any number; this many points are too many for every screen.
 constexpr double greatestShownHeight = 999'999;

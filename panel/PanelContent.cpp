@@ -97,20 +97,16 @@ void PanelContent::doubleClickRow(const QString& key) {
     if (isSameRowPressed_ && key == pressedKey_) toggleRow(key);
 }
 
-void PanelContent::toggleRow(const QString& key) {
+void PanelContent::toggleRow(const QString& key) { apply(&KelvinbarStore::toggleMenuBarReading, key); }
+
+void PanelContent::hideRow(const QString& key) { apply(&KelvinbarStore::hideReading, key); }
+
+void PanelContent::apply(RowAction action, const QString& key) {
     const SMCReading* const shown = sensors_.reading(key);
     if (shown == nullptr) return;
     const SMCReading reading = *shown; // what was held back may take it off the list
     secondClickMayNotComeAnyMore();
-    store_.toggleMenuBarReading(reading);
-}
-
-void PanelContent::hideRow(const QString& key) {
-    const SMCReading* const shown = sensors_.reading(key);
-    if (shown == nullptr) return;
-    const SMCReading reading = *shown;
-    secondClickMayNotComeAnyMore();
-    store_.hideReading(reading);
+    (store_.*action)(reading);
 }
 
 void PanelContent::pressHideButton(const QString& key) {

@@ -83,11 +83,14 @@ class PanelContent final : public QObject {
     void reducedMotionChanged();
 
   private:
+    using RowAction = void (KelvinbarStore::*)(const SMCReading& reading);
+
     void observe();
     void postUpdate();
     void updateAsPosted();
     void update();
     void updateTexts();
+    void apply(RowAction action, const QString& key);
     void secondClickMayNotComeAnyMore();
 
     KelvinbarStore& store_;

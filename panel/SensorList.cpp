@@ -15,20 +15,16 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
     const double formerHeight = contentHeight();
     const double formerViewportTop = viewport_.top; // a view of less content moves to its end by itself
     const std::vector<std::string> successors = successorsOfCurrentRow();
-    std::vector<std::pair<std::string, double>> formerTops;
-    for (std::string& key : keysToKeepInPlace()) {
-        const double top = topOfRow(key).value_or(0);
-        formerTops.emplace_back(std::move(key), top);
-    }
+    const std::vector<RowPlace> formerPlaces = placesToKeep();
 
     derive(readings, hiddenKeys);
     menuBarKeys_ = menuBarKeys;
     keepCurrentRow(successors);
     if (contentHeight() != formerHeight) emit contentHeightChanged();
-    for (const auto& [key, formerTop] : formerTops) {
-        const auto top = topOfRow(key);
-        if (!top) continue;
-        requestViewportTop(formerViewportTop + *top - formerTop);
+    for (const auto& [key, formerTop] : formerPlaces) {
+        const auto number = numberOfRow(key);
+        if (!number) continue;
+        requestViewportTop(formerViewportTop + spanOfRow(*number).top - formerTop);
         break;
     }
     publish();
@@ -47,22 +43,21 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
 
 /// The row under the pointer, then those on the screen: the first of them that is still there is where it
 /// was. At the top of the list, what comes above stays in view.
-std::vector<std::string> SensorList::keysToKeepInPlace() const {
-    std::vector<std::string> keys;
-    const auto hovered = numberOfRow(hoveredKey_);
-    if (hovered && overlap(spanOfRow(*hovered), viewport_)) keys.push_back(hoveredKey_);
-    if (viewport_.top <= 0) return keys;
+std::vector<SensorList::RowPlace> SensorList::placesToKeep() const {
+    std::vector<RowPlace> places;
+    if (const auto hovered = numberOfRow(hoveredKey_)) {
+        const Span span = spanOfRow(*hovered);
+        if (overlap(span, viewport_)) places.push_back({hoveredKey_, span.top});
+    }
+    if (viewport_.top <= 0) return places;
     for (std::size_t section = 0; section < sections_.size(); ++section) {
         const ReadingList& rows = sections_[section].readings;
         const auto [first, count] = visibleRows(metrics_, cardSpans_[section], rows.size(), viewport_);
-        for (std::size_t row = first; row < first + count; ++row) keys.push_back(rows[row]->key);
+        for (std::size_t row = first; row < first + count; ++row) {
+            places.push_back({rows[row]->key, cardSpans_[section].top + rowSpan(metrics_, row).top});
+        }
     }
-    return keys;
-}
-
-std::optional<double> SensorList::topOfRow(const std::string& key) const {
-    const auto number = numberOfRow(key);
-    return number ? std::optional(spanOfRow(*number).top) : std::nullopt;
+    return places;
 }
 
 const SMCReading* SensorList::reading(const QString& key) const {
@@ -200,8 +195,7 @@ void SensorList::moveCurrent(int rows) {
 }
 
 void SensorList::moveCurrentByPages(int pages) {
-    const double pitch = metrics_.rowHeight + metrics_.rowGap;
-    moveCurrent(pages * std::max(1, static_cast<int>(viewport_.height / pitch) - 1));
+    moveCurrent(pages * std::max(1, static_cast<int>(viewport_.height / metrics_.rowPitch()) - 1));
 }
 
 void SensorList::moveCurrentToFirst() {

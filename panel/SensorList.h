@@ -80,14 +80,19 @@ class SensorList final : public QObject {
         std::size_t row = 0;
     };
 
+    /// Where a row is in the list, in points from its top.
+    struct RowPlace {
+        std::string key;
+        double top = 0;
+    };
+
     [[nodiscard]] std::size_t rowCount() const;
     [[nodiscard]] RowIndex rowIndex(std::size_t number) const;
     [[nodiscard]] std::optional<std::size_t> numberOfRow(const std::string& key) const;
     [[nodiscard]] const SMCReading& readingOfRow(std::size_t number) const;
     [[nodiscard]] Span spanOfRow(std::size_t number) const;
     [[nodiscard]] Span spanWithHeader(std::size_t number) const;
-    [[nodiscard]] std::vector<std::string> keysToKeepInPlace() const;
-    [[nodiscard]] std::optional<double> topOfRow(const std::string& key) const;
+    [[nodiscard]] std::vector<RowPlace> placesToKeep() const;
 
     void derive(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys);
     [[nodiscard]] std::vector<std::string> successorsOfCurrentRow() const;

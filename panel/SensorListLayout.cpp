@@ -36,13 +36,12 @@ double listHeight(const SensorListMetrics& metrics, std::span<const Span> cards)
 }
 
 Span rowSpan(const SensorListMetrics& metrics, std::size_t row) {
-    const double pitch = metrics.rowHeight + metrics.rowGap;
-    return {metrics.cardHeader + static_cast<double>(row) * pitch, metrics.rowHeight};
+    return {metrics.cardHeader + static_cast<double>(row) * metrics.rowPitch(), metrics.rowHeight};
 }
 
 IndexRange visibleRows(const SensorListMetrics& metrics, const Span& card, std::size_t rowCount,
                        const Span& viewport) {
-    const double pitch = metrics.rowHeight + metrics.rowGap;
+    const double pitch = metrics.rowPitch();
     const double firstRowTop = card.top + metrics.cardHeader;
     const auto first =
         clampedRow(std::floor((viewport.top - firstRowTop + metrics.rowGap) / pitch), rowCount);

@@ -19,6 +19,9 @@ struct SensorListMetrics {
     double cardFooter = 3;  ///< below a card's last row and its gap
     double rowHeight = 41;
     double rowGap = 5; ///< below a row
+
+    /// From one row to the next.
+    [[nodiscard]] double rowPitch() const { return rowHeight + rowGap; }
 };
 
 /// A stretch of the list.

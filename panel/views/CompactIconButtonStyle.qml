@@ -7,6 +7,8 @@ PanelButton {
 
     property string symbol: ""
     property real symbolSize: 11
+    /// How white the symbol is, 0 to 1, while the pointer is elsewhere.
+    property real ink: 0.72
 
     implicitWidth: PanelStyle.scaled(25)
     implicitHeight: PanelStyle.scaled(25)
@@ -18,7 +20,7 @@ PanelButton {
             anchors.centerIn: parent
             name: control.symbol
             size: PanelStyle.scaled(control.symbolSize)
-            color: PanelStyle.white(control.hovered ? 0.95 : 0.72)
+            color: PanelStyle.white(control.hovered ? 0.95 : control.ink)
         }
     }
 }

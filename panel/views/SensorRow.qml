@@ -125,7 +125,7 @@ Item {
                 color: PanelStyle.chipInk(row.accent)
             }
         }
-        PanelButton {
+        CompactIconButtonStyle {
             id: hide
             anchors.verticalCenter: parent.verticalCenter
             implicitWidth: PanelStyle.scaled(20)
@@ -136,16 +136,10 @@ Item {
             activeFocusOnTab: false
             plate.colors: hovered ? [PanelStyle.white(0.14)] : []
             plate.stroke: PanelStyle.white(hovered ? 0.5 : 0.2)
-            Accessible.name: toolTip
+            symbol: "minus"
+            symbolSize: 10
+            ink: 0.5
             Accessible.description: row.name
-            contentItem: Item {
-                Symbol {
-                    anchors.centerIn: parent
-                    name: "minus"
-                    size: PanelStyle.scaled(10)
-                    color: PanelStyle.white(hide.hovered ? 0.95 : 0.5)
-                }
-            }
             onClicked: row.content.pressHideButton(row.key)
         }
     }

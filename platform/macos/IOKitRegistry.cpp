@@ -6,8 +6,6 @@
 #include "platform/macos/SystemHandles.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
 namespace kelvinbar {
 
@@ -15,18 +13,12 @@ namespace {
 
 constexpr IOOptionBits noOptions = 0;
 
-/// A name as the calls of I/O Kit write it; they may fill all of it.
-class NameBuffer {
-  public:
-    using Read = kern_return_t (*)(io_object_t, io_name_t);
-
-    /// Empty when the name cannot be read.
-    static std::string read(Read read, io_object_t object) {
-        io_name_t name{};
-        if (read(object, name) != KERN_SUCCESS) return {};
-        return {name, std::find(std::begin(name), std::end(name), '\0')};
-    }
-};
+/// A name that a call of I/O Kit writes, which may fill all of its room. Empty when it cannot be read.
+std::string readName(kern_return_t (*read)(io_object_t, io_name_t), io_object_t object) {
+    io_name_t name{};
+    if (read(object, name) != KERN_SUCCESS) return {};
+    return {name, std::find(std::begin(name), std::end(name), '\0')};
+}
 
 class Entry final : public IORegistryEntry {
   public:
@@ -34,13 +26,9 @@ class Entry final : public IORegistryEntry {
 
     [[nodiscard]] bool isThere() const { return static_cast<bool>(entry_); }
 
-    [[nodiscard]] std::string className() const override {
-        return NameBuffer::read(IOObjectGetClass, entry_.get());
-    }
+    [[nodiscard]] std::string className() const override { return readName(IOObjectGetClass, entry_.get()); }
 
-    [[nodiscard]] std::string name() const override {
-        return NameBuffer::read(IORegistryEntryGetName, entry_.get());
-    }
+    [[nodiscard]] std::string name() const override { return readName(IORegistryEntryGetName, entry_.get()); }
 
     [[nodiscard]] std::optional<std::string> textProperty(std::string_view name) const override {
         const AutoreleaseScope scope;

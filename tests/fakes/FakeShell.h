@@ -312,6 +312,15 @@ class FakeLoginItemService final : public LoginItemService {
 
     explicit FakeLoginItemService(ShellJournal& journal) : journal_(journal) {}
 
+    /// As new, with an empty journal.
+    void reset() {
+        journal_.entries.clear();
+        letsRegister = true;
+        registered = false;
+        succeeds = true;
+        needsApproval = false;
+    }
+
     [[nodiscard]] bool canRegister() const override { return letsRegister; }
 
     [[nodiscard]] bool isRegistered() const override { return registered; }

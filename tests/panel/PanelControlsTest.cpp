@@ -83,11 +83,7 @@ struct LoginControl : Controls {
     static inline fakes::FakeLoginItemService service{journal};
 
     LoginControl() {
-        journal.entries.clear();
-        service.letsRegister = true;
-        service.registered = false;
-        service.succeeds = true;
-        service.needsApproval = false;
+        service.reset();
         LoginItemManager::useService(service);
     }
 

@@ -19,11 +19,7 @@ struct LoginItem : testing::Test {
     static inline fakes::FakeLoginItemService service{journal};
 
     LoginItem() {
-        journal.entries.clear();
-        service.letsRegister = true;
-        service.registered = false;
-        service.succeeds = true;
-        service.needsApproval = false;
+        service.reset();
         LoginItemManager::useService(service);
     }
 };
