@@ -117,8 +117,8 @@ class OpenPanel {
                            .backgroundQueue = backgroundQueue_,
                            .wallClock = wallClock_,
                            .monotonicClock = clock_}};
-    std::unique_ptr<PanelWindow> panel_ =
-        makePanelWindow(store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }});
+    std::unique_ptr<PanelWindow> panel_ = makePanelWindow(
+        store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }, .systemSymbols = {}});
     int frames_ = 0;
 };
 

@@ -7,6 +7,10 @@ function(kelvinbar_configure_target target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Woverloaded-virtual -Werror)
+  if(APPLE)
+    target_compile_options(${target} PRIVATE
+      -Wunguarded-availability $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc -Wundeclared-selector>)
+  endif()
   if(KELVINBAR_SANITIZE)
     target_compile_options(${target} PRIVATE
       "-fsanitize=${KELVINBAR_SANITIZE}" -fno-omit-frame-pointer -fno-sanitize-recover=all)

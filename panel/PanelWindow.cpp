@@ -2,6 +2,7 @@
 
 #include "panel/PanelContent.h"
 #include "panel/PanelStyle.h"
+#include "panel/SymbolPainting.h"
 
 #include <QQuickView>
 #include <utility>
@@ -55,6 +56,7 @@ std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandler
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qml_register_types_Kelvinbar_Panel();
     }
+    useSystemSymbols(handlers.systemSymbols);
     return std::make_unique<QuickPanelWindow>(store, std::move(handlers));
 }
 

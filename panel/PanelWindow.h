@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panel/SystemSymbols.h"
+
 #include <functional>
 #include <memory>
 
@@ -13,6 +15,7 @@ class KelvinbarStore;
 struct PanelHandlers {
     std::function<void()> close;
     std::function<bool()> prefersReducedMotion;
+    SystemSymbols systemSymbols; ///< empty for a system without any
 };
 
 /// The panel's window with the view of the store in it. Main thread.

@@ -1,8 +1,6 @@
 #include "panel/Symbol.h"
 
-#include "panel/SymbolShapes.h"
-
-#include <QPainter>
+#include "panel/SymbolPainting.h"
 
 namespace kelvinbar {
 
@@ -11,9 +9,8 @@ void Symbol::setSize(double size) {
 }
 
 std::function<void(QPainter&)> Symbol::painting() const {
-    return [shape = symbolShape(name_), color = color_, side = width()](QPainter& painter) {
-        painter.scale(side / symbolSide, side / symbolSide);
-        painter.fillPath(shape, color);
+    return [name = name_, color = color_, side = width()](QPainter& painter) {
+        paintSymbol(painter, name, color, side);
     };
 }
 

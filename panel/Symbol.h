@@ -8,7 +8,7 @@
 
 namespace kelvinbar {
 
-/// A symbol of the program's own set, in one colour. Symbols are square.
+/// A symbol in one colour: the system's, or of the program's own set. Symbols are square.
 class Symbol : public PaintedItem {
     Q_OBJECT
     QML_ELEMENT

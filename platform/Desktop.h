@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panel/SystemSymbols.h"
 #include "shell/LoginItemManager.h"
 #include "shell/ShellPorts.h"
 
@@ -11,6 +12,9 @@
 class QGuiApplication;
 
 namespace kelvinbar {
+
+class PopoverInput;
+class UserDefaults;
 
 /// A pinned reading as a status item may show it beside its title.
 struct PinnedReading {
@@ -38,14 +42,21 @@ class Desktop {
     virtual Application& application() = 0;
     virtual StatusBar& statusBar() = 0;
     virtual LoginItemService& loginItemService() = 0;
+    virtual PopoverInput& popoverInput() = 0;
+    virtual UserDefaults& userDefaults() = 0;
     /// Whether the user has asked the desktop for less motion.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
+
+    /// Empty for a system without symbols of its own.
+    [[nodiscard]] virtual SystemSymbols systemSymbols() const { return {}; }
 };
 
 /// The toolkit's application object, as the desktop needs it.
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv);
 
-/// The desktop that the program runs on. `name` is the program's; `command` starts it again.
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command);
+/// The desktop that the program runs on. `name` is the program's; `command` starts it again; `report` hears
+/// of preferences that cannot be read or written.
+std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+                                     const std::function<void(const std::string&)>& report);
 
 } // namespace kelvinbar

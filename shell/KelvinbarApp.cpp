@@ -7,7 +7,6 @@
 #include "platform/qt/QtPopover.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtTimers.h"
-#include "platform/qt/QtUserDefaults.h"
 #include "shell/AppDelegate.h"
 #include "store/MenuBarText.h"
 
@@ -37,9 +36,8 @@ std::vector<std::string> startCommand() { return {QCoreApplication::applicationF
 
 /// The parts that live as long as the program, in the order in which they need each other.
 struct Parts {
-    Parts(Desktop& desktopOfUser, const Machine& machine, const std::string& name)
+    Parts(Desktop& desktopOfUser, const Machine& machine)
         : desktop(desktopOfUser)
-        , defaults(QString::fromStdString(name), report)
         , appDelegate({.application = desktop.application(),
                        .statusBar = desktop.statusBar(),
                        .popover = popover,
@@ -48,7 +46,7 @@ struct Parts {
                        .screens = screens,
                        .mainQueue = mainQueue,
                        .notifications = notifications},
-                      {.defaults = defaults,
+                      {.defaults = desktop.userDefaults(),
                        .notifications = notifications,
                        .mainQueue = mainQueue,
                        .backgroundQueue = backgroundQueue,
@@ -56,15 +54,16 @@ struct Parts {
                        .monotonicClock = *machine.clock}) {}
 
     Desktop& desktop;
-    QtUserDefaults defaults;
     NotificationCenter notifications;
     QtMainQueue mainQueue;
     WorkerQueue backgroundQueue{backgroundThreads};
     SystemWallClock wallClock;
     QtTimers timers;
     QtScreens screens;
-    LazyPanelFactory panels{[this] { return desktop.prefersReducedMotion(); }};
-    QtPopover popover;
+    LazyPanelFactory panels{{.close = {},
+                             .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
+                             .systemSymbols = desktop.systemSymbols()}};
+    QtPopover popover{desktop.popoverInput()};
     AppDelegate appDelegate;
 };
 
@@ -74,12 +73,12 @@ int KelvinbarApp::run(int& argc, char** argv, const Machine& machine, const std:
     const auto application = makeApplication(argc, argv);
     QGuiApplication::setApplicationName(QString::fromStdString(name));
     QGuiApplication::setDesktopFileName("org.kelvinbar.Kelvinbar");
-    const auto desktop = makeDesktop(name, startCommand());
+    const auto desktop = makeDesktop(name, startCommand(), report);
     if (desktop->handOverToRunningInstance()) return 0;
 
     useMachine(machine);
     LoginItemManager::useService(desktop->loginItemService());
-    Parts parts(*desktop, machine, name);
+    Parts parts(*desktop, machine);
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },
                           .openPanel = [&delegate] { delegate.openPopover(); },

@@ -6,15 +6,11 @@
 #include <memory>
 #include <string>
 
-#include <unistd.h>
-
 namespace kelvinbar {
 
 Machine makePlatform() {
     return makeLinuxMachine("/", std::make_shared<BootTimeClock>(),
                             [](const std::string& message) { std::cerr << "kelvinbar: " + message + "\n"; });
 }
-
-bool isStandardOutputTerminal() { return isatty(STDOUT_FILENO) == 1; }
 
 } // namespace kelvinbar

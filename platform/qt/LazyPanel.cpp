@@ -1,21 +1,12 @@
 #include "platform/qt/LazyPanel.h"
 
-#include "panel/PanelWindow.h"
-#include "platform/qt/Modules.h"
+#include "platform/qt/PanelMaker.h"
 
 #include <utility>
 
 namespace kelvinbar {
 
 namespace {
-
-using MakePanel = PanelWindow* (*)(KelvinbarStore&, PanelHandlers);
-
-MakePanel panelModule() {
-    static const auto module =
-        reinterpret_cast<MakePanel>(moduleFunction("kelvinbar-panel", "kelvinbarMakePanel"));
-    return module;
-}
 
 class LazyPanel final : public QtPopoverContent {
   public:
@@ -31,9 +22,7 @@ class LazyPanel final : public QtPopoverContent {
     [[nodiscard]] QWindow* window() const override { return panel_ == nullptr ? nullptr : &panel_->window(); }
 
     QWindow* ensureWindow() override {
-        if (panel_ == nullptr) {
-            if (const MakePanel make = panelModule()) panel_.reset(make(store_, handlers_));
-        }
+        if (panel_ == nullptr) panel_ = makeLoadedPanel(store_, handlers_);
         return window();
     }
 
@@ -58,7 +47,9 @@ class LazyPanel final : public QtPopoverContent {
 
 std::unique_ptr<PopoverContent> LazyPanelFactory::make(KelvinbarStore& store,
                                                        std::function<void()> closeAction) {
-    return std::make_unique<LazyPanel>(store, PanelHandlers{std::move(closeAction), prefersReducedMotion_});
+    PanelHandlers handlers = handlers_;
+    handlers.close = std::move(closeAction);
+    return std::make_unique<LazyPanel>(store, std::move(handlers));
 }
 
 } // namespace kelvinbar

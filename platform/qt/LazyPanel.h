@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panel/PanelWindow.h"
 #include "platform/qt/QtPopover.h"
 
 #include <functional>
@@ -11,14 +12,13 @@ namespace kelvinbar {
 /// view engine.
 class LazyPanelFactory final : public PopoverContentFactory {
   public:
-    /// `prefersReducedMotion`: whether the desktop asks for less motion, at the time it is called.
-    explicit LazyPanelFactory(std::function<bool()> prefersReducedMotion)
-        : prefersReducedMotion_(std::move(prefersReducedMotion)) {}
+    /// `handlers`: what the panels ask of the program, but for what closes each.
+    explicit LazyPanelFactory(PanelHandlers handlers) : handlers_(std::move(handlers)) {}
 
     std::unique_ptr<PopoverContent> make(KelvinbarStore& store, std::function<void()> closeAction) override;
 
   private:
-    std::function<bool()> prefersReducedMotion_;
+    PanelHandlers handlers_;
 };
 
 } // namespace kelvinbar

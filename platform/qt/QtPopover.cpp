@@ -5,7 +5,6 @@
 #include "shell/StatusItem.h"
 
 #include <QEasingCurve>
-#include <QMouseEvent>
 #include <utility>
 
 namespace kelvinbar {
@@ -63,8 +62,7 @@ void QtPopover::show(StatusItemButton& button, PopoverEdge /*edge*/) {
     });
     window_ = content_->ensureWindow();
     if (window_ == nullptr) return;
-    window_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                      Qt::X11BypassWindowManagerHint);
+    window_->setFlags(input_.windowFlags());
     window_->installEventFilter(this);
     content_->setWindowContentSize(contentSize_);
     isShown_ = true;
@@ -74,33 +72,20 @@ void QtPopover::show(StatusItemButton& button, PopoverEdge /*edge*/) {
 void QtPopover::performClose() {
     if (!std::exchange(isShown_, false)) return;
     if (window_ != nullptr) {
-        window_->setMouseGrabEnabled(false);
-        window_->setKeyboardGrabEnabled(false);
+        input_.giveBack(*window_);
         window_->hide();
         window_->removeEventFilter(this);
     }
     if (didClose_) didClose_();
 }
 
-void QtPopover::takeInput() {
-    window_->requestActivate();
-    window_->setKeyboardGrabEnabled(true);
-    window_->setMouseGrabEnabled(true);
-}
-
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
     if (watched != window_ || !isShown_) return false;
     // Only a window on the screen can hold the pointer.
-    if (event->type() == QEvent::Expose && window_->isExposed()) takeInput();
-    if (!closesPopover(*event)) return false;
+    if (event->type() == QEvent::Expose && window_->isExposed()) input_.take(*window_);
+    if (!isTransient_ || !input_.turnsElsewhere(*window_, *event)) return false;
     performClose();
     return true;
-}
-
-bool QtPopover::closesPopover(QEvent& event) const {
-    if (!isTransient_ || event.type() != QEvent::MouseButtonPress) return false;
-    const QPoint position = static_cast<QMouseEvent&>(event).position().toPoint();
-    return !QRect({}, window_->size()).contains(position);
 }
 
 } // namespace kelvinbar

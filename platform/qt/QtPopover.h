@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/qt/PopoverInput.h"
 #include "shell/Popover.h"
 #include "shell/PopoverPlacement.h"
 
@@ -34,10 +35,13 @@ class QtPopoverContent : public PopoverContent {
     QVariantAnimation animation_;
 };
 
-/// The panel as a window without a frame that the window manager leaves alone. It holds pointer and keyboard
-/// while it is open: a click anywhere else closes it. What keys do is for its content to say.
+/// The panel as a window without a frame. It has the user's input while it is open, and closes when the user
+/// turns to something else. What keys do is for its content to say.
 class QtPopover final : public QObject, public Popover {
   public:
+    /// `input` outlives it.
+    explicit QtPopover(PopoverInput& input) : input_(input) {}
+
     void setTransient(bool isTransient) override { isTransient_ = isTransient; }
 
     void setAnimates(bool /*animates*/) override {} // it has no animation of its own
@@ -58,9 +62,7 @@ class QtPopover final : public QObject, public Popover {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    [[nodiscard]] bool closesPopover(QEvent& event) const;
-    void takeInput();
-
+    PopoverInput& input_;
     std::unique_ptr<QtPopoverContent> content_;
     QPointer<QWindow> window_;
     Size contentSize_;

@@ -8,16 +8,15 @@
 
 namespace kelvinbar {
 
-/// Preferences in a file of the platform's own format. Every change is on disk when the call returns, so that
-/// nothing is lost however the program ends; another process that writes other keys at the same time loses
-/// none of them either.
-class QtUserDefaults final : public UserDefaults {
+/// Preferences where the platform keeps those of its programs. Every change has been handed over when the
+/// call returns, so that nothing is lost however the program ends.
+class QtUserDefaults : public UserDefaults {
   public:
     using Report = std::function<void(const std::string&)>;
 
-    /// The preferences of this user for the program `name`. `report` hears once of a file that cannot be read
-    /// or written.
-    QtUserDefaults(const QString& name, Report report);
+    /// The preferences of this user for a program of an organization. `report` hears once of preferences that
+    /// cannot be read or written.
+    QtUserDefaults(const QString& organization, const QString& program, Report report);
 
     [[nodiscard]] std::optional<std::string> text(std::string_view key) const override;
     [[nodiscard]] std::optional<TextList> textList(std::string_view key) const override;
@@ -28,18 +27,18 @@ class QtUserDefaults final : public UserDefaults {
     void setNumber(std::string_view key, double value) override;
     void remove(std::string_view key) override;
 
-  private:
-    void checkFile();
-    void write(std::string_view key, const QVariant& value);
-    template <typename Change>
-    void change(Change change);
-    void waitForAnotherTimeStamp() const;
-    bool keepDamagedFileAside();
+  protected:
+    /// Makes a change and hands it over.
+    virtual void change(const std::function<void()>& make);
     void reportOnce(const std::string& what);
+
+    [[nodiscard]] QSettings& settings() { return settings_; }
+
+  private:
+    void write(std::string_view key, const QVariant& value);
 
     QSettings settings_;
     Report report_;
-    bool isDamaged_ = false;
     bool hasReported_ = false;
 };
 

@@ -1,6 +1,6 @@
 // Runs the tests on the session bus that they are started on.
 
-#include "platform/qt/QtUserDefaults.h"
+#include "platform/linux/desktop/PreferencesFile.h"
 #include "tests/QtTests.h"
 
 #include <QDBusConnection>
@@ -14,8 +14,8 @@ namespace {
 /// This program as another process that writes preferences: `prefix`0, `prefix`1, … .
 int writePreferences(const char* name, const std::string& prefix, int count) {
     bool isReported = false;
-    kelvinbar::QtUserDefaults defaults(QString::fromUtf8(name),
-                                       [&](const std::string&) { isReported = true; });
+    kelvinbar::PreferencesFile defaults(QString::fromUtf8(name),
+                                        [&](const std::string&) { isReported = true; });
     for (int number = 0; number < count; ++number) {
         defaults.setText(prefix + std::to_string(number), prefix);
     }

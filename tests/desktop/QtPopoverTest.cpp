@@ -1,5 +1,6 @@
 #include "platform/qt/QtPopover.h"
 
+#include "platform/linux/desktop/GrabbedInput.h"
 #include "shell/StatusItem.h"
 #include "tests/desktop/EventLoop.h"
 
@@ -89,7 +90,8 @@ class QtPopoverTest : public testing::Test {
         QCoreApplication::sendEvent(&window(), &event);
     }
 
-    QtPopover popover_;
+    GrabbedInput input_;
+    QtPopover popover_{input_};
     PlainContent* content_ = nullptr;
     FakeButton button_;
     int closings_ = 0;
@@ -138,7 +140,7 @@ TEST_F(QtPopoverTest, GrowsUpwardsAboveABarAtTheBottom) {
 }
 
 TEST_F(QtPopoverTest, IsNotShownWithoutContent) {
-    QtPopover empty;
+    QtPopover empty(input_);
     empty.show(button_, PopoverEdge::minY);
     EXPECT_FALSE(empty.isShown());
     EXPECT_EQ(empty.content(), nullptr);

@@ -1,10 +1,12 @@
 #include "platform/Desktop.h"
 #include "platform/linux/AutostartEntry.h"
+#include "platform/linux/desktop/GrabbedInput.h"
 #include "platform/linux/desktop/LegacyTray.h"
 #include "platform/linux/desktop/MotionPreference.h"
+#include "platform/linux/desktop/PreferencesFile.h"
 #include "platform/linux/desktop/RunningInstance.h"
-#include "platform/linux/desktop/TerminationSignals.h"
 #include "platform/linux/desktop/TrayItem.h"
+#include "platform/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -59,7 +61,8 @@ class TrayApplication final : public Application {
 
 class LinuxDesktop final : public Desktop {
   public:
-    LinuxDesktop(const std::string& name, const std::vector<std::string>& command)
+    LinuxDesktop(const std::string& name, const std::vector<std::string>& command,
+                 const std::function<void(const std::string&)>& report)
         : bus_(QDBusConnection::sessionBus())
         , instance_(bus_, busName(name), [this] { openPanel(); })
         , statusBar_(bus_,
@@ -67,6 +70,7 @@ class LinuxDesktop final : public Desktop {
                      handlers_)
         , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
                      {openAutostartSettings, ringBell})
+        , userDefaults_(QString::fromStdString(name), report)
         , motion_(bus_)
         , signals_([this] { quit(); }) {}
 
@@ -83,6 +87,10 @@ class LinuxDesktop final : public Desktop {
     StatusBar& statusBar() override { return statusBar_; }
 
     LoginItemService& loginItemService() override { return autostart_; }
+
+    PopoverInput& popoverInput() override { return popoverInput_; }
+
+    UserDefaults& userDefaults() override { return userDefaults_; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
@@ -101,6 +109,8 @@ class LinuxDesktop final : public Desktop {
     TrayApplication application_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
+    GrabbedInput popoverInput_;
+    PreferencesFile userDefaults_;
     MotionPreference motion_;
     TerminationSignals signals_;
 };
@@ -114,8 +124,9 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
     return makeTrayApplication(argc, argv);
 }
 
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command) {
-    return std::make_unique<LinuxDesktop>(name, command);
+std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+                                     const std::function<void(const std::string&)>& report) {
+    return std::make_unique<LinuxDesktop>(name, command, report);
 }
 
 } // namespace kelvinbar

@@ -56,7 +56,8 @@ PanelStage::PanelStage(const MakeMachine& makeMachine)
                         .wallClock = wallClock_,
                         .monotonicClock = *clock_},
                        clock_))
-    , panel_(makePanelWindow(store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }})) {}
+    , panel_(makePanelWindow(
+          store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }, .systemSymbols = {}})) {}
 
 PanelStage::~PanelStage() {
     panel_.reset();

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -157,6 +159,19 @@ std::string utf8Of(const std::u16string& text, std::size_t position, std::size_t
             byte(0x80U | ((point >> 6U) & 0x3FU)), byte(0x80U | (point & 0x3FU))};
 }
 
+/// 1 when the number is the same as a whole one of 64 bits; else 0.
+template <typename Number>
+Boolean convert(Number number, std::int64_t& whole) {
+    if constexpr (std::is_floating_point_v<Number>) {
+        constexpr auto limit = static_cast<Number>(9223372036854775808.0);
+        if (!(number >= -limit && number < limit)) return 0;
+    } else if (!std::in_range<std::int64_t>(number)) {
+        return 0;
+    }
+    whole = static_cast<std::int64_t>(number);
+    return static_cast<Number>(whole) == number ? 1 : 0;
+}
+
 const FakeRegistryEntry& entryOf(io_object_t object) {
     return fake().entries.at(portOf(object, PortKind::entry).position);
 }
@@ -200,7 +215,9 @@ void objc_autoreleasePoolPop(void* pool) {
     if (pool != reinterpret_cast<void*>(fake().openScopes--)) fail("scopes that end in another order");
 }
 
+#ifndef __APPLE__ // whose C library has it
 mach_port_t mach_task_self() { return 0x103; }
+#endif
 
 kern_return_t IOObjectRelease(io_object_t object) {
     dropPort(object);
@@ -343,7 +360,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
 
 Boolean CFNumberIsFloatType(CFNumberRef number) {
     const auto& held = std::get<FakeNumber>(objectOf<Scalar>(number, numberType).value);
-    return std::holds_alternative<double>(held) ? 1 : 0;
+    return std::holds_alternative<float>(held) || std::holds_alternative<double>(held) ? 1 : 0;
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
@@ -353,10 +370,7 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
         return 1;
     }
     if (type != kCFNumberSInt64Type) fail("a type of number that is not asked for");
-    const auto* const whole = std::get_if<std::int64_t>(&held);
-    if (whole == nullptr) return 0;
-    *static_cast<std::int64_t*>(value) = *whole;
-    return 1;
+    return std::visit([&](auto each) { return convert(each, *static_cast<std::int64_t*>(value)); }, held);
 }
 
 Boolean CFBooleanGetValue(CFBooleanRef boolean) {

@@ -17,9 +17,10 @@ struct OtherObject {
     friend bool operator==(const OtherObject&, const OtherObject&) = default;
 };
 
-/// What a number of some type of the system holds: whole numbers, those beyond 64 signed bits, and floating
-/// ones.
-using FakeNumber = std::variant<std::int64_t, std::uint64_t, double>;
+/// What a number of some type of the system holds: whole numbers of every size, those beyond 64 signed bits,
+/// and floating ones.
+using FakeNumber =
+    std::variant<std::int64_t, std::int8_t, std::int16_t, std::int32_t, std::uint64_t, float, double>;
 
 using FakeValue = std::variant<std::u16string, FakeNumber, bool, std::vector<std::uint8_t>, OtherObject>;
 

@@ -5,6 +5,7 @@
 #include "tests/platform/macos/FakeIOKit.h"
 
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -202,6 +203,7 @@ TEST_F(IOKit, PropertiesComeInTheirOwnOrderByTheirTypes) {
                                           {u"least", FakeNumber(std::numeric_limits<std::int64_t>::min())},
                                           {u"great", FakeNumber(std::numeric_limits<std::uint64_t>::max())},
                                           {u"real", FakeNumber(1450.5)},
+                                          {u"wholeReal", FakeNumber(1450.0)},
                                           {u"truth", true},
                                           {u"bytes", std::vector<std::uint8_t>{0x05, 0xDC}},
                                           {u"nothing", std::vector<std::uint8_t>{}},
@@ -211,10 +213,31 @@ TEST_F(IOKit, PropertiesComeInTheirOwnOrderByTheirTypes) {
                               {"least", std::numeric_limits<std::int64_t>::min()},
                               {"great", 18446744073709551615.0},
                               {"real", 1450.5},
+                              {"wholeReal", 1450.0},
                               {"truth", true},
                               {"bytes", Data{0x05, 0xDC}},
                               {"nothing", Data{}},
                               {"text", std::string("12 RPM")}};
+    EXPECT_EQ(properties, expected);
+}
+
+TEST_F(IOKit, NumbersOfEveryTypeKeepTheirValue) {
+    const auto properties = propertiesOf({{u"8", FakeNumber(std::int8_t{-128})},
+                                          {u"16", FakeNumber(std::int16_t{-32768})},
+                                          {u"32", FakeNumber(std::int32_t{-2147483647})},
+                                          {u"64", FakeNumber(std::int64_t{1} << 62)},
+                                          {u"float", FakeNumber(1450.25F)},
+                                          {u"whole float", FakeNumber(1450.0F)},
+                                          {u"double", FakeNumber(0.1)},
+                                          {u"infinite", FakeNumber(HUGE_VAL)}});
+    const Dictionary expected{{"8", std::int64_t{-128}},
+                              {"16", std::int64_t{-32768}},
+                              {"32", std::int64_t{-2147483647}},
+                              {"64", std::int64_t{1} << 62},
+                              {"float", 1450.25},
+                              {"whole float", 1450.0},
+                              {"double", 0.1},
+                              {"infinite", HUGE_VAL}};
     EXPECT_EQ(properties, expected);
 }
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtUserDefaults.h"
+#include "platform/linux/desktop/PreferencesFile.h"
 
 #include "store/Preferences.h"
 
@@ -28,13 +28,13 @@ using testing::Optional;
 using testing::SizeIs;
 
 /// A folder of preferences of its own for each test.
-class QtUserDefaultsTest : public testing::Test {
+class PreferencesFileTest : public testing::Test {
   protected:
-    QtUserDefaultsTest() {
+    PreferencesFileTest() {
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, config_.path());
     }
 
-    ~QtUserDefaultsTest() override {
+    ~PreferencesFileTest() override {
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                            qEnvironmentVariable("XDG_CONFIG_HOME"));
     }
@@ -58,17 +58,17 @@ class QtUserDefaultsTest : public testing::Test {
         file.write(content);
     }
 
-    QtUserDefaults open(const QString& name = "test-name") {
+    PreferencesFile open(const QString& name = "test-name") {
         return {name, [this](const std::string& report) { reports_.push_back(report); }};
     }
 
     /// The preferences as they are on disk at this moment. Nothing that is known of the file in memory
     /// counts.
-    std::unique_ptr<QtUserDefaults> onDisk() {
+    std::unique_ptr<PreferencesFile> onDisk() {
         const QString name = QString("copy-%1").arg(++copies_);
         EXPECT_TRUE(QFile::copy(path(), path(name)));
-        return std::make_unique<QtUserDefaults>(name,
-                                                [](const std::string& report) { ADD_FAILURE() << report; });
+        return std::make_unique<PreferencesFile>(name,
+                                                 [](const std::string& report) { ADD_FAILURE() << report; });
     }
 
     /// Another process that writes preferences, `prefix`0 and so on.
@@ -91,7 +91,7 @@ class QtUserDefaultsTest : public testing::Test {
 
 } // namespace
 
-TEST_F(QtUserDefaultsTest, KeepsTexts) {
+TEST_F(PreferencesFileTest, KeepsTexts) {
     auto defaults = open();
     for (const std::string text : {"fast", "TC0P", "VTT ", " x", "a,b", "a, \"b\"", "é 温度 °", "50%", "a=b",
                                    "a;b", "back\\slash", "@Invalid()", "line\nline", "7", "true"}) {
@@ -102,7 +102,7 @@ TEST_F(QtUserDefaultsTest, KeepsTexts) {
     EXPECT_THAT(reports_, IsEmpty());
 }
 
-TEST_F(QtUserDefaultsTest, KeepsLists) {
+TEST_F(PreferencesFileTest, KeepsLists) {
     auto defaults = open();
     const std::vector<TextList> lists{
         {"TC0P"},
@@ -129,7 +129,7 @@ TEST_F(QtUserDefaultsTest, KeepsLists) {
     EXPECT_THAT(reports_, IsEmpty());
 }
 
-TEST_F(QtUserDefaultsTest, KeepsNumbers) {
+TEST_F(PreferencesFileTest, KeepsNumbers) {
     auto defaults = open();
     for (const double number : {462.0, 690.0, 0.1, 1e-7, 1400.25, 1.0 / 3, -5.5, 1e15}) {
         defaults.setNumber("KelvinbarManualPopoverWidth", number);
@@ -138,7 +138,7 @@ TEST_F(QtUserDefaultsTest, KeepsNumbers) {
     }
 }
 
-TEST_F(QtUserDefaultsTest, KeepsEveryPreference) {
+TEST_F(PreferencesFileTest, KeepsEveryPreference) {
     auto defaults = open();
     storeSamplingRate(defaults, SMCSamplingRate::fast);
     storeDisplayMode(defaults, SMCWindowDisplayMode::dynamic);
@@ -155,7 +155,7 @@ TEST_F(QtUserDefaultsTest, KeepsEveryPreference) {
     EXPECT_THAT(stored->textList("KelvinbarHiddenKeys"), Optional(TextList{"VP0R"}));
 }
 
-TEST_F(QtUserDefaultsTest, FindsNothingUnderMissingKeys) {
+TEST_F(PreferencesFileTest, FindsNothingUnderMissingKeys) {
     auto defaults = open();
     defaults.setText("other", "x");
     EXPECT_EQ(defaults.text("missing"), std::nullopt);
@@ -163,14 +163,14 @@ TEST_F(QtUserDefaultsTest, FindsNothingUnderMissingKeys) {
     EXPECT_EQ(defaults.number("missing"), 0);
 }
 
-TEST_F(QtUserDefaultsTest, FindsNoTextInAList) {
+TEST_F(PreferencesFileTest, FindsNoTextInAList) {
     auto defaults = open();
     defaults.setTextList("key", {"a", "b"});
     EXPECT_EQ(defaults.text("key"), std::nullopt);
     EXPECT_EQ(onDisk()->text("key"), std::nullopt);
 }
 
-TEST_F(QtUserDefaultsTest, FindsNoNumberInATextOrAList) {
+TEST_F(PreferencesFileTest, FindsNoNumberInATextOrAList) {
     auto defaults = open();
     defaults.setText("text", "wide");
     defaults.setTextList("list", {"1", "2"});
@@ -181,14 +181,14 @@ TEST_F(QtUserDefaultsTest, FindsNoNumberInATextOrAList) {
     }
 }
 
-TEST_F(QtUserDefaultsTest, FindsANumberInATextThatIsOne) {
+TEST_F(PreferencesFileTest, FindsANumberInATextThatIsOne) {
     auto defaults = open();
     defaults.setText("text", "500.5");
     EXPECT_EQ(defaults.number("text"), 500.5);
     EXPECT_EQ(onDisk()->number("text"), 500.5);
 }
 
-TEST_F(QtUserDefaultsTest, FindsNothingInWhatIsNoneOfItsTypes) {
+TEST_F(PreferencesFileTest, FindsNothingInWhatIsNoneOfItsTypes) {
     write("[General]\nkey=@ByteArray(abc)\nsize=@Size(4 5)\n");
     const auto defaults = open();
     for (const auto* const key : {"key", "size"}) {
@@ -198,7 +198,7 @@ TEST_F(QtUserDefaultsTest, FindsNothingInWhatIsNoneOfItsTypes) {
     }
 }
 
-TEST_F(QtUserDefaultsTest, KeepsAKeyThatEndsWithABlank) {
+TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithABlank) {
     auto defaults = open();
     defaults.setText("VTT ", "a");
     defaults.setText("VTT", "b");
@@ -206,7 +206,7 @@ TEST_F(QtUserDefaultsTest, KeepsAKeyThatEndsWithABlank) {
     EXPECT_THAT(onDisk()->text("VTT"), Optional(std::string("b")));
 }
 
-TEST_F(QtUserDefaultsTest, Removes) {
+TEST_F(PreferencesFileTest, Removes) {
     auto defaults = open();
     defaults.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
     defaults.setText("KelvinbarMenuBarKey", "TC0P");
@@ -217,7 +217,7 @@ TEST_F(QtUserDefaultsTest, Removes) {
     EXPECT_FALSE(bytes().contains("KelvinbarMenuBarKeys"));
 }
 
-TEST_F(QtUserDefaultsTest, HasEveryChangeOnDiskAtOnce) {
+TEST_F(PreferencesFileTest, HasEveryChangeOnDiskAtOnce) {
     auto defaults = open();
     defaults.setText("KelvinbarSamplingRate", "fast");
     EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarSamplingRate=fast"));
@@ -229,7 +229,7 @@ TEST_F(QtUserDefaultsTest, HasEveryChangeOnDiskAtOnce) {
     EXPECT_FALSE(bytes().contains("KelvinbarSamplingRate"));
 }
 
-TEST_F(QtUserDefaultsTest, TwoObjectsLoseNoKeyOfEachOther) {
+TEST_F(PreferencesFileTest, TwoObjectsLoseNoKeyOfEachOther) {
     auto first = open();
     auto second = open();
     first.setText("a", "1");
@@ -242,7 +242,7 @@ TEST_F(QtUserDefaultsTest, TwoObjectsLoseNoKeyOfEachOther) {
     EXPECT_THAT(stored->text("c"), Optional(std::string("3")));
 }
 
-TEST_F(QtUserDefaultsTest, LosesNoKeyOfAnotherProcess) {
+TEST_F(PreferencesFileTest, LosesNoKeyOfAnotherProcess) {
     auto defaults = open();
     defaults.setText("first", "ours");
     const auto writer = startWriter("theirs", 3);
@@ -259,14 +259,14 @@ TEST_F(QtUserDefaultsTest, LosesNoKeyOfAnotherProcess) {
     EXPECT_THAT(reports_, IsEmpty());
 }
 
-TEST_F(QtUserDefaultsTest, IsInTheUsersFolderForPreferences) {
+TEST_F(PreferencesFileTest, IsInTheUsersFolderForPreferences) {
     const auto writer = startWriter("key", 1);
     ASSERT_TRUE(writer->waitForFinished());
     EXPECT_EQ(writer->exitCode(), 0);
     EXPECT_TRUE(QFileInfo::exists(config_.filePath("kelvinbar/test-name.conf")));
 }
 
-TEST_F(QtUserDefaultsTest, TouchesNoFileUntilSomethingIsWritten) {
+TEST_F(PreferencesFileTest, TouchesNoFileUntilSomethingIsWritten) {
     {
         const auto defaults = open();
         EXPECT_EQ(defaults.text("key"), std::nullopt);
@@ -290,7 +290,7 @@ TEST_F(QtUserDefaultsTest, TouchesNoFileUntilSomethingIsWritten) {
     EXPECT_THAT(reports_, IsEmpty());
 }
 
-TEST_F(QtUserDefaultsTest, DoesNotReportAMissingOrEmptyFile) {
+TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
     open();
     write("");
     auto defaults = open();
@@ -299,7 +299,7 @@ TEST_F(QtUserDefaultsTest, DoesNotReportAMissingOrEmptyFile) {
     EXPECT_FALSE(QFileInfo::exists(path() + ".damaged"));
 }
 
-class DamagedUserDefaultsTest : public QtUserDefaultsTest, public testing::WithParamInterface<QByteArray> {};
+class DamagedUserDefaultsTest : public PreferencesFileTest, public testing::WithParamInterface<QByteArray> {};
 
 TEST_P(DamagedUserDefaultsTest, GivesDefaultsAndReportsOnce) {
     write(GetParam());
@@ -354,7 +354,7 @@ INSTANTIATE_TEST_SUITE_P(Contents, DamagedUserDefaultsTest,
                                          QByteArray("[General\nthese are\nno preferences\n"),
                                          QByteArray("[Gen\0\xff\xfe\x89PNG", 11)));
 
-TEST_F(QtUserDefaultsTest, KeepsTheLatestDamagedFileAside) {
+TEST_F(PreferencesFileTest, KeepsTheLatestDamagedFileAside) {
     write("[damaged\n");
     open().setText("a", "1");
     write("[damaged again\n");
@@ -362,7 +362,7 @@ TEST_F(QtUserDefaultsTest, KeepsTheLatestDamagedFileAside) {
     EXPECT_EQ(bytes(path() + ".damaged"), "[damaged again\n");
 }
 
-TEST_F(QtUserDefaultsTest, LivesWithAPlaceThatCannotBeWritten) {
+TEST_F(PreferencesFileTest, LivesWithAPlaceThatCannotBeWritten) {
     QFile file(config_.filePath("kelvinbar"));
     ASSERT_TRUE(file.open(QFile::WriteOnly));
     file.close();
@@ -376,14 +376,14 @@ TEST_F(QtUserDefaultsTest, LivesWithAPlaceThatCannotBeWritten) {
     EXPECT_TRUE(QFileInfo(config_.filePath("kelvinbar")).isFile());
 }
 
-TEST_F(QtUserDefaultsTest, ReportsAPlaceInWhichNothingCanBeRemoved) {
+TEST_F(PreferencesFileTest, ReportsAPlaceInWhichNothingCanBeRemoved) {
     QDir().mkpath(path()); // a folder where the file should be
     auto defaults = open();
     defaults.remove("KelvinbarHiddenKeys");
     EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
 }
 
-TEST_F(QtUserDefaultsTest, TwoProcessesLoseNoKeyOfEachOther) {
+TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
     constexpr int count = 40;
     auto defaults = open();
     const auto writer = startWriter("theirs", count);

@@ -1,5 +1,6 @@
-#include "platform/linux/desktop/TerminationSignals.h"
+#include "platform/qt/TerminationSignals.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <fcntl.h>
@@ -22,10 +23,15 @@ extern "C" void noteSignal(int /*number*/) {
     if (::write(pipeEnds[1], &note, 1) < 0) return;
 }
 
+/// Neither inherited by programs that are started, nor waited for.
+bool prepare(int end) {
+    return ::fcntl(end, F_SETFD, FD_CLOEXEC) == 0 && ::fcntl(end, F_SETFL, O_NONBLOCK) == 0;
+}
+
 } // namespace
 
 TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
-    if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
+    if (::pipe(pipeEnds.data()) != 0 || !std::ranges::all_of(pipeEnds, prepare)) return;
     notifier_ = std::make_unique<QSocketNotifier>(pipeEnds[0], QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [handler = std::move(onSignal)] {
         std::array<char, 16> notes{};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "smc/SystemInformation.h"
+
+namespace kelvinbar {
+
+/// System facts of the kernel and of the process's own information object.
+class MacSystemInformation final : public SystemInformation {
+  public:
+    [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
+    [[nodiscard]] int activeProcessorCount() const override;
+    [[nodiscard]] std::uint64_t physicalMemory() const override;
+    [[nodiscard]] int thermalState() const override;
+    /// Always false before macOS 12, which has no such mode.
+    [[nodiscard]] bool isLowPowerModeEnabled() const override;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace kelvinbar {
+
+/// Neither in the Dock nor with a menu. Main thread.
+void becomeAccessoryApplication();
+
+/// Brings the program to the front, so that a window of it can have the keyboard. Main thread.
+void activateApplication();
+
+/// Whether the user has asked the system for less motion. Main thread.
+bool systemPrefersReducedMotion();
+
+/// Whether the program runs already for this user, as the same application. That one is then told that it was
+/// opened again.
+bool handOverToRunningApplication();
+
+/// Hears that the user has opened the program again while it runs. One object at a time, main thread.
+class ReopenObserver {
+  public:
+    explicit ReopenObserver(std::function<void()> onReopen);
+    ReopenObserver(const ReopenObserver&) = delete;
+    ReopenObserver& operator=(const ReopenObserver&) = delete;
+    ~ReopenObserver();
+
+  private:
+    class Target;
+    std::unique_ptr<Target> target_;
+};
+
+} // namespace kelvinbar

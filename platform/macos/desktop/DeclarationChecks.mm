@@ -1,0 +1,15 @@
+// What the desktop's part takes for granted of the system's declarations.
+
+#import <AppKit/AppKit.h>
+#import <CoreServices/CoreServices.h>
+
+namespace kelvinbar {
+
+static_assert(NSImageLeft == 2);
+static_assert(NSApplicationActivationPolicyAccessory == 1);
+static_assert(NSUTF8StringEncoding == 4);
+static_assert(sizeof(CGFloat) == sizeof(double) && sizeof(NSRect) == 4 * sizeof(double));
+static_assert(kCoreEventClass == 0x61657674 && kAEReopenApplication == 0x72617070);
+static_assert(sizeof(pid_t) == 4);
+
+} // namespace kelvinbar

@@ -1,0 +1,66 @@
+#include "platform/macos/desktop/SystemSymbolMask.h"
+
+#include "platform/macos/desktop/CocoaText.h"
+
+#import <AppKit/AppKit.h>
+#include <algorithm>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr NSInteger bytesAPixel = 4;
+
+NSBitmapImageRep* emptyBitmap(NSInteger side) {
+    return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
+                                                   pixelsWide:side
+                                                   pixelsHigh:side
+                                                bitsPerSample:8
+                                              samplesPerPixel:bytesAPixel
+                                                     hasAlpha:YES
+                                                     isPlanar:NO
+                                               colorSpaceName:NSDeviceRGBColorSpace
+                                                  bytesPerRow:side * bytesAPixel
+                                                 bitsPerPixel:8 * bytesAPixel];
+}
+
+NSImage* symbolOfHeight(NSString* name, CGFloat height) {
+    NSImage* const symbol = [NSImage imageWithSystemSymbolName:name accessibilityDescription:nil];
+    NSImageSymbolConfiguration* const configuration =
+        [NSImageSymbolConfiguration configurationWithPointSize:height weight:NSFontWeightMedium];
+    return [symbol imageWithSymbolConfiguration:configuration];
+}
+
+/// In the middle of a square, as large as fits.
+NSRect fitted(NSSize size, CGFloat side) {
+    const CGFloat scale = side / std::max({size.width, size.height, CGFloat{1}});
+    const NSSize drawn = NSMakeSize(size.width * scale, size.height * scale);
+    return NSMakeRect((side - drawn.width) / 2, (side - drawn.height) / 2, drawn.width, drawn.height);
+}
+
+void draw(NSImage* image, NSBitmapImageRep* bitmap, NSRect place) {
+    [NSGraphicsContext saveGraphicsState];
+    NSGraphicsContext.currentContext = [NSGraphicsContext graphicsContextWithBitmapImageRep:bitmap];
+    [image drawInRect:place];
+    [NSGraphicsContext restoreGraphicsState];
+}
+
+} // namespace
+
+std::optional<SymbolMask> systemSymbolMask(const std::string& name, int side) {
+    if (side <= 0) return std::nullopt;
+    @autoreleasepool {
+        NSImage* const symbol = symbolOfHeight(cocoaText(name), side);
+        NSBitmapImageRep* const bitmap = emptyBitmap(side);
+        if (symbol == nil || bitmap == nil) return std::nullopt;
+        draw(symbol, bitmap, fitted(symbol.size, side));
+        const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+        SymbolMask mask{.side = side, .coverage = std::vector<std::uint8_t>(pixels)};
+        for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
+            mask.coverage[pixel] = bitmap.bitmapData[pixel * bytesAPixel + bytesAPixel - 1];
+        }
+        return mask;
+    }
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Runs the tests of the back end over I/O Kit as code for macOS on x86-64 Linux: compiled to that system's objects, and
+# linked in memory against a fake I/O Kit. Needs llvm-jitlink-14 (llvm-14) and libc++.so.1 (libc++1-19).
+# usage: ZIG=path-of-zig scripts/macos/run-jit-tests.sh [BUILD_FOLDER]   (build/macos/jit unless told)
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+export zig=${ZIG:?is to be the path of the zig program} build=${1:-build/macos/jit}
+
+program=(platform/macos/{CFValues,IOKitRegistry,IOKitSMCDriver}.cpp base/Value.cpp)
+tests=(tests/platform/macos/IOKitTest.cpp)
+support=(tests/platform/macos/FakeIOKit.cpp tests/platform/macos/jit/{Runner,HostLibrary}.cpp)
+
+mkdir -p "$build"
+build=$(realpath "$build")
+rm -rf "$build/objects"
+mkdir "$build/objects"
+export ZIG_GLOBAL_CACHE_DIR=${ZIG_GLOBAL_CACHE_DIR:-$build/cache} ZIG_LOCAL_CACHE_DIR=${ZIG_LOCAL_CACHE_DIR:-$build/cache}
+
+# What looks like a test at all is counted, so that none is left out of the list unseen.
+sed -nE 's/^TEST(_F)?\((\w+), (\w+)\).*/TEST_CASE(\2, \3)/p' "${tests[@]}" >"$build/TestList.inc"
+count=$(cat "${tests[@]}" | grep -cE '\bTEST(_[FP])?\(') || { echo "There are no tests." >&2; exit 1; }
+
+# Constructors of global objects would not run: they are errors.
+export flags="-target x86_64-macos.11.0 -std=c++20 -O2 -fno-stack-protector -Wall -Wextra -Wpedantic -Wshadow
+  -Wconversion -Wsign-conversion -Wglobal-constructors -Werror -I. -Itests/platform/macos/jit
+  -isystem tests/macos-declarations -include tests/platform/macos/jit/HostLocks.h"
+compile() {
+  # shellcheck disable=SC2086
+  "$zig" c++ $flags "-I$build" -c "$1" -o "$build/objects/${1//\//_}.o"
+}
+export -f compile
+printf '%s\n' "${tests[@]}" "${support[@]}" "${program[@]}" | xargs -P "$(nproc)" -I{} bash -euc 'compile {}'
+
+timeout 60 llvm-jitlink-14 -preload libc++.so.1 "$build"/objects/*.o | tee "$build/output.txt"
+if [[ $count -eq 0 || $(tail -n 1 "$build/output.txt") != "$count tests passed" ]]; then
+  echo "$count tests were to pass." >&2
+  exit 1
+fi

@@ -1,0 +1,148 @@
+// What the program calls of AppKit, declared for checks on machines without it. On a Mac, the system's own
+// headers are used.
+#pragma once
+
+#import <Foundation/Foundation.h>
+#include <dispatch/dispatch.h>
+#include <sys/types.h>
+
+typedef CGFloat NSFontWeight;
+
+KELVINBAR_EXPORT const NSFontWeight NSFontWeightRegular;
+KELVINBAR_EXPORT const NSFontWeight NSFontWeightMedium;
+KELVINBAR_EXPORT const NSFontWeight NSFontWeightSemibold;
+KELVINBAR_EXPORT NSAttributedStringKey const NSFontAttributeName;
+KELVINBAR_EXPORT NSAttributedStringKey const NSForegroundColorAttributeName;
+KELVINBAR_EXPORT NSAttributedStringKey const NSBaselineOffsetAttributeName;
+KELVINBAR_EXPORT NSNotificationName const NSApplicationWillFinishLaunchingNotification;
+KELVINBAR_EXPORT void NSBeep(void);
+
+typedef NSString* NSColorSpaceName;
+
+KELVINBAR_EXPORT NSColorSpaceName const NSDeviceRGBColorSpace;
+
+@interface NSFont : NSObject
++ (NSFont*)systemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight;
++ (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight;
+@end
+
+@interface NSColor : NSObject
+@property(class, strong, readonly) NSColor* labelColor;
+@end
+
+@interface NSImageSymbolConfiguration : NSObject <NSCopying>
++ (instancetype)configurationWithPointSize:(CGFloat)size weight:(NSFontWeight)weight;
+@end
+
+@interface NSImage : NSObject
+@property NSSize size;
+@property(nullable, copy) NSString* accessibilityDescription;
+- (void)setTemplate:(BOOL)isTemplate; // "template" itself is a word of C++
++ (nullable NSImage*)imageNamed:(NSString*)name;
++ (nullable instancetype)imageWithSystemSymbolName:(NSString*)name
+                          accessibilityDescription:(nullable NSString*)description API_AVAILABLE(macos(11.0));
+- (nullable NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration
+    API_AVAILABLE(macos(11.0));
+- (void)drawInRect:(NSRect)rect;
+@end
+
+@interface NSBitmapImageRep : NSObject
+@property(readonly, nullable) unsigned char* bitmapData;
+- (nullable instancetype)initWithBitmapDataPlanes:(unsigned char* _Nullable* _Nullable)planes
+                                       pixelsWide:(NSInteger)width
+                                       pixelsHigh:(NSInteger)height
+                                    bitsPerSample:(NSInteger)bitsPerSample
+                                  samplesPerPixel:(NSInteger)samplesPerPixel
+                                         hasAlpha:(BOOL)hasAlpha
+                                         isPlanar:(BOOL)isPlanar
+                                   colorSpaceName:(NSColorSpaceName)colorSpaceName
+                                      bytesPerRow:(NSInteger)bytesPerRow
+                                     bitsPerPixel:(NSInteger)bitsPerPixel;
+@end
+
+@interface NSGraphicsContext : NSObject
+@property(class, strong, nullable) NSGraphicsContext* currentContext;
++ (nullable NSGraphicsContext*)graphicsContextWithBitmapImageRep:(NSBitmapImageRep*)bitmap;
++ (void)saveGraphicsState;
++ (void)restoreGraphicsState;
+@end
+
+@interface NSScreen : NSObject
+@property(class, readonly, copy) NSArray<NSScreen*>* screens;
+@property(readonly) NSRect frame;
+@property(readonly) NSRect visibleFrame;
+@end
+
+@interface NSWindow : NSObject
+@property(nullable, readonly, strong) NSScreen* screen;
+- (NSRect)convertRectToScreen:(NSRect)rect;
+@end
+
+typedef enum NSCellImagePosition : NSUInteger { NSNoImage, NSImageOnly, NSImageLeft } NSCellImagePosition;
+
+@interface NSView : NSObject
+@property NSRect bounds;
+@property(nullable, readonly, unsafe_unretained) NSWindow* window;
+@property(nullable, copy) NSString* toolTip;
+- (NSRect)convertRect:(NSRect)rect toView:(nullable NSView*)view;
+@end
+
+@interface NSControl : NSView
+@property(nullable, weak) id target;
+@property(nullable) SEL action;
+@end
+
+@interface NSButton : NSControl
+@property(nullable, strong) NSImage* image;
+@property NSCellImagePosition imagePosition;
+@property(copy) NSAttributedString* attributedTitle;
+@end
+
+@interface NSStatusBarButton : NSButton
+@end
+
+@interface NSStatusItem : NSObject
+@property(nullable, readonly, strong) NSStatusBarButton* button;
+@end
+
+static const CGFloat NSVariableStatusItemLength = -1.0;
+
+@interface NSStatusBar : NSObject
+@property(class, readonly, strong) NSStatusBar* systemStatusBar;
+- (NSStatusItem*)statusItemWithLength:(CGFloat)length;
+- (void)removeStatusItem:(NSStatusItem*)item;
+@end
+
+typedef enum NSApplicationActivationPolicy : NSInteger {
+    NSApplicationActivationPolicyRegular,
+    NSApplicationActivationPolicyAccessory,
+    NSApplicationActivationPolicyProhibited
+} NSApplicationActivationPolicy;
+
+@interface NSApplication : NSObject
+@property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+- (void)activateIgnoringOtherApps:(BOOL)ignoresOthers;
+@end
+
+@interface NSRunningApplication : NSObject
+@property(class, readonly, strong) NSRunningApplication* currentApplication;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(nullable, readonly, copy) NSURL* bundleURL;
+@property(readonly) pid_t processIdentifier;
++ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
+@end
+
+@interface NSWorkspaceOpenConfiguration : NSObject
++ (instancetype)configuration;
+@end
+
+@interface NSWorkspace : NSObject
+@property(class, readonly, strong) NSWorkspace* sharedWorkspace;
+@property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
+- (BOOL)openURL:(NSURL*)address;
+- (void)openApplicationAtURL:(NSURL*)application
+               configuration:(NSWorkspaceOpenConfiguration*)configuration
+           completionHandler:(nullable void (^)(NSRunningApplication* _Nullable, NSError* _Nullable))handler
+    API_AVAILABLE(macos(10.15));
+@end

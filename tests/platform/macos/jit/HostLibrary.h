@@ -1,0 +1,4 @@
+#pragma once
+
+/// To be called before anything is printed.
+void useHostStreams();
