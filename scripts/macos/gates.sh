@@ -1,0 +1,78 @@
+# The gates that code for macOS passes on a machine that is no Mac. Each fails with a message; what it looks at is
+# given, so that scripts/macos/prove-gates.sh can show it mistakes.
+declarations=tests/macos-declarations
+oldest_system=11.0
+
+# compiles TARGET SOURCE [DECLARATIONS]: SOURCE as one of TARGET's in the build for arm64.
+compiles() {
+  local command
+  command=$(ninja -C "$work/arm64/build" -t commands "$1" | grep ' -c .*\.mm$' | tail -n 1 | sed "
+    s# -MD .* -c .*# -c '$(realpath "$2")' -o '$work/compiled.o'#
+    s#[^ ]*$declarations#$(realpath "${3:-$declarations}")#")
+  (cd "$work/arm64/build" && bash -c "$command")
+}
+
+# links LIBRARY STUBS: all of the desktop's part, for arm64, against the stubs of the system's libraries.
+links() {
+  local objects
+  mapfile -t objects < <(find "$work/arm64/build/platform/macos/desktop" -name '*.mm.o')
+  "$work/arm64/compilers/c++" -dynamiclib "${objects[@]}" -F"$2/Frameworks" -L"$2/lib" -lobjc \
+    -framework AppKit -framework CoreFoundation -framework CoreServices -framework Foundation \
+    -framework ServiceManagement -o "$1"
+}
+
+# What a program takes from the frameworks and from the language's runtime: "FRAMEWORK SYMBOL [weak]" a line.
+imports_of() {
+  llvm-nm-14 --undefined-only -m "$1" |
+    sed -nE 's/^ *\(undefined\) (weak )?external ([^ ]+) \(from ([^)]*)\)$/\3 \2 \1/p' |
+    grep -v '^libSystem ' | sed 's/ *$//' | sort
+}
+
+# imports_are PROGRAM LIST: the imports are those of the list. Lines of the list that end in "(ARCHITECTURE)" are for
+# that one alone.
+imports_are() {
+  local architecture
+  architecture=$(llvm-lipo-14 -archs "$1" | xargs)
+  diff -u --label "$2" --label "$1" <(sed -E "/^#/d; s/ \($architecture\)$//; /\)$/d" "$2" | sort) <(imports_of "$1") || {
+    echo "The imports of $1 are others than those of $2." >&2
+    return 1
+  }
+}
+
+# loads_as_meant PROGRAM: it is for macOS, from the oldest system on, and loads nothing but the system's libraries.
+loads_as_meant() {
+  local headers others
+  headers=$(llvm-objdump-14 --macho --private-headers "$1")
+  awk -v oldest="$oldest_system" '
+    $1 == "platform" { platform = $2 } $1 == "minos" { minimum = $2 }
+    END { exit !(platform == "macos" && minimum == oldest) }' <<<"$headers" || {
+    echo "$1 is not for macOS from $oldest_system on." >&2
+    return 1
+  }
+  others=$(llvm-objdump-14 --macho --dylibs-used "$1" | sed 1d | grep -vE '^\s/(System/Library/Frameworks|usr/lib)/' |
+    grep -v "$(basename "$1")" || true)
+  [[ -z $others ]] || { echo "$1 loads what no Mac has: $others" >&2; return 1; }
+}
+
+# has_both_architectures PROGRAM
+has_both_architectures() {
+  [[ $(llvm-lipo-14 -archs "$1" | xargs -n 1 | sort | xargs) == "arm64 x86_64" ]] || {
+    echo "$1 is not for both architectures." >&2
+    return 1
+  }
+}
+
+# is_analysed SOURCE …: the analyser finds nothing, also in the counts of references.
+is_analysed() {
+  local library=$toolchain/lib
+  printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 1 clang++-19 --analyze --target=arm64-apple-macos$oldest_system \
+    -std=c++20 -fobjc-arc -I. -nostdinc -D_LIBCPP_ABI_VERSION=1 -D_LIBCPP_ABI_NAMESPACE=__1 \
+    -D_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS -D_LIBCPP_HARDENING_MODE=_LIBCPP_HARDENING_MODE_NONE \
+    -D_LIBCPP_PSTL_BACKEND_SERIAL \
+    -isystem "$declarations" -isystem "$library/libcxx/include" -isystem "$library/libcxxabi/include" \
+    -isystem "$library/include" -isystem "$library/libc/include/any-macos-any" \
+    -Xanalyzer -analyzer-output=text -Xanalyzer -analyzer-werror -Xanalyzer -analyzer-checker=osx,cplusplus
+}
+
+# tests_pass_in_memory FOLDER: those over I/O Kit pass as code for macOS.
+tests_pass_in_memory() { ZIG="$toolchain/zig" "$1/scripts/macos/run-jit-tests.sh" "$work/jit"; }
