@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QEvent>
 #include <QWindow>
+#include <functional>
 
 namespace kelvinbar {
 
@@ -9,12 +9,13 @@ namespace kelvinbar {
 class PopoverInput {
   public:
     virtual ~PopoverInput() = default;
-    [[nodiscard]] virtual Qt::WindowFlags windowFlags() const = 0;
-    /// Gives the window, which is on the screen, keyboard and pointer.
-    virtual void take(QWindow& window) = 0;
+    /// Before the window is shown.
+    virtual void prepare(QWindow& window) = 0;
+    /// Gives the window, which is on the screen, keyboard and pointer, also when it has them already.
+    /// `onElsewhere` is called when the user then turns to something else.
+    virtual void take(QWindow& window, std::function<void()> onElsewhere) = 0;
+    /// Before the window goes.
     virtual void giveBack(QWindow& window) = 0;
-    /// Whether an event of the window tells that the user turns to something else.
-    [[nodiscard]] virtual bool turnsElsewhere(const QWindow& window, const QEvent& event) const = 0;
 };
 
 } // namespace kelvinbar

@@ -62,7 +62,7 @@ void QtPopover::show(StatusItemButton& button, PopoverEdge /*edge*/) {
     });
     window_ = content_->ensureWindow();
     if (window_ == nullptr) return;
-    window_->setFlags(input_.windowFlags());
+    input_.prepare(*window_);
     window_->installEventFilter(this);
     content_->setWindowContentSize(contentSize_);
     isShown_ = true;
@@ -82,10 +82,12 @@ void QtPopover::performClose() {
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
     if (watched != window_ || !isShown_) return false;
     // Only a window on the screen can hold the pointer.
-    if (event->type() == QEvent::Expose && window_->isExposed()) input_.take(*window_);
-    if (!isTransient_ || !input_.turnsElsewhere(*window_, *event)) return false;
-    performClose();
-    return true;
+    if (event->type() == QEvent::Expose && window_->isExposed()) {
+        input_.take(*window_, [this] {
+            if (isTransient_) performClose();
+        });
+    }
+    return false;
 }
 
 } // namespace kelvinbar

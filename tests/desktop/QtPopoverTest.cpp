@@ -39,6 +39,17 @@ class FakeButton final : public StatusItemButton {
     std::optional<Rect> frame;
 };
 
+/// A window that counts how often it came to the screen.
+class PlainWindow final : public QWindow {
+  public:
+    int exposures = 0;
+
+  protected:
+    void exposeEvent(QExposeEvent* /*event*/) override {
+        if (isExposed()) ++exposures;
+    }
+};
+
 /// A window without anything in it.
 class PlainContent final : public QtPopoverContent {
   public:
@@ -49,14 +60,16 @@ class PlainContent final : public QtPopoverContent {
     [[nodiscard]] QWindow* window() const override { return window_.get(); }
 
     QWindow* ensureWindow() override {
-        if (canMakeWindow && window_ == nullptr) window_ = std::make_unique<QWindow>();
+        if (canMakeWindow && window_ == nullptr) window_ = std::make_unique<PlainWindow>();
         return window_.get();
     }
+
+    [[nodiscard]] int exposures() const { return window_ == nullptr ? 0 : window_->exposures; }
 
     bool canMakeWindow = true;
 
   private:
-    std::unique_ptr<QWindow> window_;
+    std::unique_ptr<PlainWindow> window_;
 };
 
 class QtPopoverTest : public testing::Test {
@@ -74,9 +87,15 @@ class QtPopoverTest : public testing::Test {
     QWindow& window() { return *content_->window(); }
 
     void show() {
+        const int before = content_->exposures();
         popover_.show(button_, PopoverEdge::minY);
         ASSERT_TRUE(popover_.isShown());
         ASSERT_NE(content_->window(), nullptr);
+        waitForExposureAfter(before);
+    }
+
+    void waitForExposureAfter(int count) {
+        ASSERT_TRUE(waitFor([&] { return content_->exposures() > count; }));
     }
 
     void press(QPointF position) {
@@ -219,12 +238,14 @@ TEST_F(QtPopoverTest, MayBeShownAgain) {
 
 TEST_F(QtPopoverTest, MayBeShownAgainByItsCloseHandler) {
     show();
+    const int before = content_->exposures();
     popover_.setDidCloseHandler([this] {
         if (++closings_ == 1) popover_.show(button_, PopoverEdge::minY);
     });
     press({-1, -1});
     EXPECT_TRUE(popover_.isShown());
     EXPECT_TRUE(window().isVisible());
+    waitForExposureAfter(before);
     press({-1, -1});
     EXPECT_FALSE(popover_.isShown());
     EXPECT_EQ(closings_, 2);

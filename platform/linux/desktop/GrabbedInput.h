@@ -2,16 +2,22 @@
 
 #include "platform/qt/PopoverInput.h"
 
+#include <QObject>
+
 namespace kelvinbar {
 
-/// The window manager leaves the window alone, and it holds pointer and keyboard: a click anywhere else is
+/// The window manager leaves the window alone, and it holds pointer and keyboard: a press anywhere else is
 /// told to it.
-class GrabbedInput final : public PopoverInput {
+class GrabbedInput final : public QObject, public PopoverInput {
   public:
-    [[nodiscard]] Qt::WindowFlags windowFlags() const override;
-    void take(QWindow& window) override;
+    void prepare(QWindow& window) override;
+    void take(QWindow& window, std::function<void()> onElsewhere) override;
     void giveBack(QWindow& window) override;
-    [[nodiscard]] bool turnsElsewhere(const QWindow& window, const QEvent& event) const override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    std::function<void()> onElsewhere_;
 };
 
 } // namespace kelvinbar

@@ -2,27 +2,32 @@
 
 #include "platform/qt/PopoverInput.h"
 
-#include <functional>
-#include <utility>
+#include <QObject>
 
 namespace kelvinbar {
 
-/// The window is a panel above the others; the program is active while it is open, and the user who clicks
-/// elsewhere activates another one.
+/// The window is a panel above the others, and the program is the active one while it is open: a user who
+/// turns to something else activates another program.
 class ActiveInput final : public PopoverInput {
   public:
-    /// `activate` brings the program to the front.
-    explicit ActiveInput(std::function<void()> activate) : activate_(std::move(activate)) {}
+    /// What is asked of the system.
+    struct Requests {
+        std::function<void()> activate; ///< brings the program to the front
+        std::function<void()> hide;     ///< brings the program to the front that was there before
+    };
 
-    [[nodiscard]] Qt::WindowFlags windowFlags() const override;
-    void take(QWindow& window) override;
+    explicit ActiveInput(Requests requests);
+    ActiveInput(const ActiveInput&) = delete;
+    ActiveInput& operator=(const ActiveInput&) = delete;
+    ~ActiveInput() override;
 
-    void giveBack(QWindow& /*window*/) override {} // the system activates what the user turns to
-
-    [[nodiscard]] bool turnsElsewhere(const QWindow& window, const QEvent& event) const override;
+    void prepare(QWindow& window) override;
+    void take(QWindow& window, std::function<void()> onElsewhere) override;
+    void giveBack(QWindow& window) override;
 
   private:
-    std::function<void()> activate_;
+    Requests requests_;
+    QMetaObject::Connection state_;
 };
 
 } // namespace kelvinbar

@@ -11,6 +11,9 @@ void becomeAccessoryApplication();
 /// Brings the program to the front, so that a window of it can have the keyboard. Main thread.
 void activateApplication();
 
+/// Gives the front back to the program that had it before. Main thread.
+void hideApplication();
+
 /// Whether the user has asked the system for less motion. Main thread.
 bool systemPrefersReducedMotion();
 

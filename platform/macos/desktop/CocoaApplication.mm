@@ -32,7 +32,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Of several instances that start at once, the one that was there first stays.
+/// Of several instances that start at once, the one with the lowest number stays.
 NSRunningApplication* otherInstance() {
     NSRunningApplication* const own = NSRunningApplication.currentApplication;
     NSString* const identifier = own.bundleIdentifier;
@@ -58,6 +58,12 @@ void becomeAccessoryApplication() {
 void activateApplication() {
     @autoreleasepool {
         [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+    }
+}
+
+void hideApplication() {
+    @autoreleasepool {
+        [NSApplication.sharedApplication hide:nil];
     }
 }
 

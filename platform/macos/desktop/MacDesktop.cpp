@@ -59,7 +59,7 @@ class MacDesktop final : public Desktop {
     AccessoryApplication application_;
     CocoaStatusBar statusBar_;
     MainAppLoginItem loginItem_;
-    ActiveInput popoverInput_{activateApplication};
+    ActiveInput popoverInput_{{.activate = activateApplication, .hide = hideApplication}};
     QtUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;

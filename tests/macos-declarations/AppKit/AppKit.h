@@ -123,6 +123,7 @@ typedef enum NSApplicationActivationPolicy : NSInteger {
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoresOthers;
+- (void)hide:(nullable id)sender;
 @end
 
 @interface NSRunningApplication : NSObject

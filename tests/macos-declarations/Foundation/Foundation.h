@@ -1,5 +1,5 @@
-// What the program calls of Foundation, declared for checks on machines without it. On a Mac, the system's own
-// headers are used.
+// What the program calls of Foundation, declared for checks on machines without it. On a Mac, the system's
+// own headers are used.
 #pragma once
 
 #import <Availability.h>
@@ -16,14 +16,17 @@ typedef struct CGPoint {
     CGFloat x;
     CGFloat y;
 } CGPoint;
+
 typedef struct CGSize {
     CGFloat width;
     CGFloat height;
 } CGSize;
+
 typedef struct CGRect {
     CGPoint origin;
     CGSize size;
 } CGRect;
+
 typedef CGPoint NSPoint;
 typedef CGSize NSSize;
 typedef CGRect NSRect;
@@ -56,7 +59,9 @@ typedef NSUInteger NSStringEncoding;
 enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @interface NSString : NSObject <NSCopying>
-- (instancetype)initWithBytes:(const void*)bytes length:(NSUInteger)length encoding:(NSStringEncoding)encoding;
+- (instancetype)initWithBytes:(const void*)bytes
+                       length:(NSUInteger)length
+                     encoding:(NSStringEncoding)encoding;
 @end
 
 @interface NSNumber : NSObject
@@ -76,7 +81,8 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 typedef NSString* NSAttributedStringKey;
 
 @interface NSAttributedString : NSObject
-- (instancetype)initWithString:(NSString*)text attributes:(NSDictionary<NSAttributedStringKey, id>*)attributes;
+- (instancetype)initWithString:(NSString*)text
+                    attributes:(NSDictionary<NSAttributedStringKey, id>*)attributes;
 @end
 
 @interface NSURL : NSObject

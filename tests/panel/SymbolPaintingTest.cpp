@@ -1,0 +1,92 @@
+#include "panel/SymbolPainting.h"
+
+#include <QImage>
+#include <QPainter>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr double side = 12;
+
+class SymbolPainting : public testing::Test {
+  protected:
+    ~SymbolPainting() override { useSystemSymbols({}); }
+
+    /// The left half of the square, and what was asked for.
+    void useHalves() {
+        useSystemSymbols([this](const std::string& name, int pixels) -> std::optional<SymbolMask> {
+            asked.emplace_back(name, pixels);
+            if (name == "unknown") return std::nullopt;
+            SymbolMask mask{.side = pixels, .coverage = {}};
+            for (int pixel = 0; pixel < pixels * pixels; ++pixel) {
+                mask.coverage.push_back(pixel % pixels < pixels / 2 ? 255 : 0);
+            }
+            return mask;
+        });
+    }
+
+    static QImage painted(const QString& name, double scale = 1, const QColor& color = Qt::red) {
+        const int pixels = qRound(side * scale);
+        QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(scale);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        paintSymbol(painter, name, color, side);
+        return image;
+    }
+
+    std::vector<std::pair<std::string, int>> asked;
+};
+
+TEST_F(SymbolPainting, TheProgramHasItsOwnSymbols) {
+    const QImage image = painted("cpu");
+    EXPECT_NE(image, painted("minus"));
+    EXPECT_NE(image, painted("no such symbol"));
+}
+
+TEST_F(SymbolPainting, ASymbolOfTheSystemTakesTheirPlaceInTheColourOfTheText) {
+    useHalves();
+    const QImage image = painted("cpu");
+    EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(5, 11), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(6, 0).alpha(), 0);
+    EXPECT_EQ(painted("cpu", 1, Qt::green).pixelColor(0, 0), QColor(Qt::green));
+}
+
+TEST_F(SymbolPainting, HalfOfAColourIsHalfOfItsAlpha) {
+    useSystemSymbols([](const std::string&, int pixels) {
+        const auto count = static_cast<std::size_t>(pixels) * static_cast<std::size_t>(pixels);
+        return std::optional(SymbolMask{.side = pixels, .coverage = std::vector<std::uint8_t>(count, 128)});
+    });
+    EXPECT_EQ(painted("cpu").pixelColor(3, 3).alpha(), 128);
+}
+
+TEST_F(SymbolPainting, ASymbolIsAskedForOnceAndInThePixelsOfTheScreen) {
+    useHalves();
+    painted("cpu", 2);
+    painted("cpu", 2);
+    painted("cpu", 1.5);
+    EXPECT_EQ(asked, (std::vector<std::pair<std::string, int>>{{"cpu", 24}, {"cpu", 18}}));
+}
+
+TEST_F(SymbolPainting, WhatTheSystemDoesNotHaveIsTheProgramsOwn) {
+    const QImage own = painted("cpu");
+    useSystemSymbols([](const std::string&, int) { return std::optional<SymbolMask>(); });
+    EXPECT_EQ(painted("cpu"), own);
+}
+
+TEST_F(SymbolPainting, AMaskOfAnotherSizeThanItSaysIsNone) {
+    const QImage own = painted("cpu");
+    useSystemSymbols([](const std::string&, int) {
+        return std::optional(SymbolMask{.side = 12, .coverage = {1, 2, 3}});
+    });
+    EXPECT_EQ(painted("cpu"), own);
+}
+
+} // namespace
+
+} // namespace kelvinbar
