@@ -5,5 +5,5 @@ cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh check
 mode=(--dry-run --Werror)
 [[ ${1:-} == --fix ]] && mode=(-i)
-git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format "${mode[@]}"
+git ls-files -z '*.cpp' '*.h' '*.mm' | xargs -0 clang-format "${mode[@]}"
 echo "Format: clean"

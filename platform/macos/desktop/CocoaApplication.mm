@@ -8,24 +8,24 @@
 @interface KelvinbarReopenTarget : NSObject
 @property(nonatomic) std::function<void()> onReopen;
 - (void)applicationWillFinishLaunching:(NSNotification*)notification;
-- (void)handleReopenEvent:(NSAppleEventDescriptor*)event
-           withReplyEvent:(NSAppleEventDescriptor*)reply;
+- (void)handleReopenEvent:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply;
 @end
 
 @implementation KelvinbarReopenTarget
+
 /// The application's own handlers are in place by then; before, they would replace this one.
 - (void)applicationWillFinishLaunching:(NSNotification*)__unused notification {
-    [NSAppleEventManager.sharedAppleEventManager
-        setEventHandler:self
-            andSelector:@selector(handleReopenEvent:withReplyEvent:)
-          forEventClass:kCoreEventClass
-             andEventID:kAEReopenApplication];
+    [NSAppleEventManager.sharedAppleEventManager setEventHandler:self
+                                                     andSelector:@selector(handleReopenEvent:withReplyEvent:)
+                                                   forEventClass:kCoreEventClass
+                                                      andEventID:kAEReopenApplication];
 }
 
 - (void)handleReopenEvent:(NSAppleEventDescriptor*)__unused event
            withReplyEvent:(NSAppleEventDescriptor*)__unused reply {
     if (_onReopen) _onReopen();
 }
+
 @end
 
 namespace kelvinbar {
@@ -82,7 +82,7 @@ bool handOverToRunningApplication() {
         [NSWorkspace.sharedWorkspace openApplicationAtURL:bundle
                                             configuration:[NSWorkspaceOpenConfiguration configuration]
                                         completionHandler:^(NSRunningApplication*, NSError*) {
-                                            dispatch_semaphore_signal(isTold);
+                                          dispatch_semaphore_signal(isTold);
                                         }];
         dispatch_semaphore_wait(isTold, dispatch_time(DISPATCH_TIME_NOW, longestHandOver));
         return true;
@@ -107,8 +107,9 @@ class ReopenObserver::Target {
     ~Target() {
         @autoreleasepool {
             [NSNotificationCenter.defaultCenter removeObserver:object_];
-            [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:kCoreEventClass
-                                                                              andEventID:kAEReopenApplication];
+            [NSAppleEventManager.sharedAppleEventManager
+                removeEventHandlerForEventClass:kCoreEventClass
+                                     andEventID:kAEReopenApplication];
         }
     }
 

@@ -12,9 +12,11 @@
 @end
 
 @implementation KelvinbarClickTarget
+
 - (void)togglePopover:(id)__unused sender {
     if (_action) _action();
 }
+
 @end
 
 namespace kelvinbar {
@@ -24,8 +26,8 @@ namespace {
 Rect placeOnScreen(NSRect place) {
     // The first screen is the one whose corner is the origin.
     const NSRect mainScreen = NSScreen.screens.firstObject.frame;
-    return fromSystemCoordinates(
-        {place.origin.x, place.origin.y, place.size.width, place.size.height}, mainScreen.size.height);
+    return fromSystemCoordinates({place.origin.x, place.origin.y, place.size.width, place.size.height},
+                                 mainScreen.size.height);
 }
 
 /// Null for a name that neither the program nor this version of the system has.
