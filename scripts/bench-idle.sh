@@ -10,10 +10,7 @@ scripts/install-dependencies.sh bench desktop
   cmake --build --preset bench --target kelvinbar-demo kelvinbar-panel kelvinbar_bare_qt_program
 } >&2
 export build="$PWD/build/bench"
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
-export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run XDG_CURRENT_DESKTOP=Test
-mkdir -p "$XDG_CONFIG_HOME/kelvinbar" && mkdir -m 700 "$XDG_RUNTIME_DIR"
+source scripts/empty-home.sh
 
 xvfb-run --auto-servernum dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null
   # Sleeps that a thread ended by itself: how often it woke.
@@ -40,13 +37,11 @@ xvfb-run --auto-servernum dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/
     kill $pid && wait $pid || true
   }
 
-  prefer() { printf '[General]\n%s\n' "$@" >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"; }
-
   printf '%-34s %8s %14s %12s %14s\n' "panel closed" "RSS MiB" "CPU ms/minute" "main wakes/s" "others wakes/s"
   measure "a Qt program that does nothing" "$build/bench/kelvinbar_bare_qt_program"
-  prefer KelvinbarSamplingRate=fast
+  preferences KelvinbarSamplingRate=fast
   measure "nothing pinned" "$build/shell/kelvinbar-demo"
-  prefer 'KelvinbarMenuBarKeys=TC0P, F0Ac, PC0R, TC0C, TC1C, TG0D' KelvinbarSamplingRate=fast
+  preferences 'KelvinbarMenuBarKeys=TC0P, F0Ac, PC0R, TC0C, TC1C, TG0D' KelvinbarSamplingRate=fast
   measure "six pinned, fast, no tray" "$build/shell/kelvinbar-demo"
   export XDG_CURRENT_DESKTOP=MATE
   measure "the same where labels are shown" "$build/shell/kelvinbar-demo"

@@ -9,11 +9,9 @@ scripts/install-dependencies.sh bench desktop
   cmake --build --preset bench --target kelvinbar-demo kelvinbar-panel kelvinbar_panel_opening kelvinbar_panel_refresh_bench
 } >&2
 build=$PWD/build/bench
-home=$(mktemp -d)
-trap 'rm -rf "$home" 2>/dev/null || { sleep 1; rm -rf "$home"; }' EXIT
-export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run XDG_CURRENT_DESKTOP=Test build
-mkdir -p "$XDG_CONFIG_HOME/kelvinbar" && mkdir -m 700 "$XDG_RUNTIME_DIR"
-printf '[General]\n%s\n' 'KelvinbarMenuBarKeys=TC0P, F0Ac' >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"
+export build
+source scripts/empty-home.sh
+preferences 'KelvinbarMenuBarKeys=TC0P, F0Ac'
 
 echo "The whole program on the demo machine"
 xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null

@@ -14,6 +14,8 @@ fetch_compiler() {
   mkdir -p "$work"
   cmp -s scripts/macos/package-lock.json "$work/package-lock.json" && [[ -x $toolchain/zig ]] && return
   cp scripts/macos/package.json scripts/macos/package-lock.json "$work/"
+  # npm trusts its own list of authorities; this machine's may know more.
+  export NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
   (cd "$work" && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error)
 }
 

@@ -2,14 +2,10 @@
 # Runs PROGRAM on a display that nobody sees, opens its panel by starting it again, and leaves in FOLDER what it shows:
 # the title in the tray, the snapshot that Copy gives, and a picture of the panel. Called by run.sh.
 set -euo pipefail
-home=$(mktemp -d)
-trap 'rm -rf "$home" 2>/dev/null || { sleep 1; rm -rf "$home"; }' EXIT
 mkdir -p "$FOLDER"
-export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run PROGRAM FOLDER
-export LC_ALL=C.UTF-8 # in which a degree sign is printed as one
-unset WAYLAND_DISPLAY SESSION_MANAGER QT_QPA_PLATFORM
-mkdir -p "$XDG_CONFIG_HOME/kelvinbar" && mkdir -m 700 "$XDG_RUNTIME_DIR"
-printf '[General]\n%s\n' 'KelvinbarMenuBarKeys=TC0P, F0Ac' >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"
+export PROGRAM FOLDER
+source "$(dirname "$0")/empty-home.sh"
+preferences 'KelvinbarMenuBarKeys=TC0P, F0Ac'
 
 xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-session -- bash -euo pipefail <<'EOS'
   # wait_for SECONDS WHAT COMMAND…

@@ -33,11 +33,6 @@ wait_until() {
 
 picture() { import -window root "$ARTEFACTS/$scenario-$1.png"; }
 
-preferences() {
-  mkdir -p "$XDG_CONFIG_HOME/kelvinbar"
-  printf '[General]\n%s\n' "$@" >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"
-}
-
 start_program() {
   "$PROGRAM" &
   program=$!
