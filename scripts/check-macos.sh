@@ -12,11 +12,12 @@ source scripts/macos/prove-gates.sh
 
 fetch_compiler() {
   mkdir -p "$work"
-  cmp -s scripts/macos/package-lock.json "$work/package-lock.json" && [[ -x $toolchain/zig ]] && return
+  cmp -s scripts/macos/package-lock.json "$work/fetched" && return
   cp scripts/macos/package.json scripts/macos/package-lock.json "$work/"
   # npm trusts its own list of authorities; this machine's may know more.
   export NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
   (cd "$work" && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error)
+  cp scripts/macos/package-lock.json "$work/fetched"
 }
 
 # write_program FILE COMMAND…: a program that runs the command with its arguments.
@@ -33,11 +34,12 @@ write_compilers() {
   write_program "$folder/ranlib" "'$toolchain/zig' ranlib"
 }
 
-# The one library of headers that the console program needs, apart from what is beside it on this machine.
+# The libraries of headers that are needed, apart from what is beside them on this machine.
 offer_libraries() {
   local folder=$work/libraries
   mkdir -p "$folder/include" "$folder/lib/cmake/CLI11"
   ln -sfn /usr/include/CLI "$folder/include/CLI"
+  ln -sfn /usr/include/gtest "$folder/include/gtest"
   cat >"$folder/lib/cmake/CLI11/CLI11Config.cmake" <<'CMAKE'
 add_library(CLI11::CLI11 INTERFACE IMPORTED)
 set_target_properties(CLI11::CLI11 PROPERTIES
@@ -51,26 +53,18 @@ build() {
     -D CMAKE_OSX_ARCHITECTURES="$architecture" -D KELVINBAR_COMPILERS="$work/$architecture/compilers" \
     -D CMAKE_FIND_ROOT_PATH="$work/libraries" -D CMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -D BUILD_TESTING=OFF \
     -D CMAKE_UNITY_BUILD=ON >"$work/$architecture/configure.log" || { cat "$work/$architecture/configure.log"; return 1; }
-  cmake --build "$work/$architecture/build" --target all kelvinbar_cocoa_complete
+  cmake --build "$work/$architecture/build" --target kelvinbar-snapshot kelvinbar_cocoa_complete
 }
 
-# The program over the toolkit, as far as the toolkit's headers for this system go: compiled, not linked.
-compile_over_toolkit() {
-  local headers=/usr/include/x86_64-linux-gnu/qt6 modules flags=() folder
-  modules=(QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick)
-  flags=(-std=c++20 -I. -isystem "$declarations" -isystem "$headers" "${modules[@]/#/-isystem$headers/}"
-    -U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-    -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual -Wunguarded-availability -Werror
-    -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""'
-    '-DKELVINBAR_DONATION_PAGE=""')
+# Sources of the program over the toolkit, a folder's as one: their headers take most of the time.
+gather_toolkit_sources() {
+  local folder
   mkdir -p "$work/toolkit"
   for folder in panel platform/macos/desktop platform/qt shell; do
-    # Their headers take most of the time: each folder's sources are compiled together.
-    git ls-files "$folder/*.cpp" | grep -vE '(Modules|PanelInModule|PanelModule|kelvinbar-demo)\.cpp$' |
-      grep -v "$folder/.*/" | sed 's/.*/#include "&"/' >"$work/toolkit/${folder//\//-}.cpp"
+    git ls-files "$folder/*.cpp" | grep -v "$folder/.*/" |
+      grep -vE '(Modules|PanelInModule|PanelModule|kelvinbar-demo)\.cpp$' |
+      sed 's/.*/#include "&"/' >"$work/toolkit/${folder//\//-}.cpp"
   done
-  printf '%s\0' "$work"/toolkit/*.cpp |
-    xargs -0 -P "$(nproc)" -I{} "$work/arm64/compilers/c++" "${flags[@]}" -c {} -o {}.o
 }
 
 scripts/install-dependencies.sh macos
@@ -92,8 +86,10 @@ llvm-lipo-14 -create "$work"/{arm64,x86_64}/build/tools/kelvinbar-snapshot -outp
 has_both_architectures "$work/kelvinbar-snapshot"
 echo "== Links, imports, load commands: as meant"
 
-compile_over_toolkit
-echo "== The program over the toolkit: compiles"
+gather_toolkit_sources
+compiles_over_toolkit "$work"/toolkit/*.cpp
+compiles_test tests/platform/macos/MacPlatformTest.cpp
+echo "== The program over the toolkit, and the test of a real machine: compile"
 mapfile -t sources < <(git ls-files 'platform/macos/*.mm' 'platform/macos/*.cpp' | grep -vE 'desktop/.*\.cpp$')
 is_analysed "${sources[@]}"
 echo "== Analyser: no findings in ${#sources[@]} sources"

@@ -7,13 +7,16 @@
 #include <locale>
 #include <string>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef __has_feature
+#if __has_feature(address_sanitizer)
 #include <sanitizer/lsan_interface.h>
+#define KELVINBAR_LOOKS_FOR_LEAKS
+#endif
 #endif
 
 namespace kelvinbar {
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KELVINBAR_LOOKS_FOR_LEAKS
 using LeaksOfTheSystem = __lsan::ScopedDisabler;
 #else
 struct LeaksOfTheSystem {};

@@ -12,6 +12,27 @@ compiles() {
   (cd "$work/arm64/build" && bash -c "$command")
 }
 
+strict=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wunguarded-availability -Werror)
+
+# compiles_over_toolkit SOURCE …: with the toolkit's headers of this machine, for arm64; nothing is linked.
+compiles_over_toolkit() {
+  local headers=/usr/include/x86_64-linux-gnu/qt6 modules
+  modules=(QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick)
+  mkdir -p "$work/objects"
+  # xargs puts the source last.
+  # shellcheck disable=SC2016
+  printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 1 bash -euc '"$@" -o "$0/$(basename "${@: -1}").o"' "$work/objects" \
+    "$work/arm64/compilers/c++" -std=c++20 -I. -isystem "$declarations" -isystem "$headers" \
+    "${modules[@]/#/-isystem$headers/}" -U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS "${strict[@]}" \
+    -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' -c
+}
+
+# compiles_test SOURCE
+compiles_test() {
+  "$work/arm64/compilers/c++" -std=c++20 -I. -isystem "$work/libraries/include" "${strict[@]}" -c "$1" -o "$work/test.o"
+}
+
 # links LIBRARY STUBS: all of the desktop's part, for arm64, against the stubs of the system's libraries.
 links() {
   local objects
@@ -41,7 +62,7 @@ imports_are() {
 
 # loads_as_meant PROGRAM: it is for macOS, from the oldest system on, and loads nothing but the system's libraries.
 loads_as_meant() {
-  local headers others
+  local headers libraries others
   headers=$(llvm-objdump-14 --macho --private-headers "$1")
   awk -v oldest="$oldest_system" '
     $1 == "platform" { platform = $2 } $1 == "minos" { minimum = $2 }
@@ -49,8 +70,9 @@ loads_as_meant() {
     echo "$1 is not for macOS from $oldest_system on." >&2
     return 1
   }
-  others=$(llvm-objdump-14 --macho --dylibs-used "$1" | sed 1d | grep -vE '^\s/(System/Library/Frameworks|usr/lib)/' |
-    grep -v "$(basename "$1")" || true)
+  libraries=$(llvm-objdump-14 --macho --dylibs-used "$1")
+  # The first line names the program; a library names itself.
+  others=$(sed "1d; \#^\s/System/Library/Frameworks/#d; \#^\s/usr/lib/#d; /$(basename "$1")/d" <<<"$libraries")
   [[ -z $others ]] || { echo "$1 loads what no Mac has: $others" >&2; return 1; }
 }
 

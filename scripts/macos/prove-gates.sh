@@ -55,6 +55,11 @@ prove_gates() {
   cp "$(mistake $declarations/IOKit/IOKitLib.h 's/io_name_t\[128\]/io_name_t[64]/')" "$work/mistakes/declarations/IOKit/"
   caught "sizeof(io_name_t) == 128" compiles kelvinbar_platform $machine/DeclarationChecks.mm "$work/mistakes/declarations"
 
+  caught "no member named 'applicationStateChangedX'" compiles_over_toolkit \
+    "$(mistake $desktop/ActiveInput.cpp 's/applicationStateChanged/&X/')"
+  caught "no member named 'registryX'" compiles_test \
+    "$(mistake tests/platform/macos/MacPlatformTest.cpp 's/machine\.registry/&X/')"
+
   # Links, imports and load commands
   cp "$(mistake $declarations/stubs/Frameworks/AppKit.framework/AppKit.tbd '/_NSBeep/d')" \
     "$work/mistakes/declarations/stubs/Frameworks/AppKit.framework/"
@@ -68,7 +73,15 @@ prove_gates() {
   caught "is not for macOS from $oldest_system on" loads_as_meant "$work/mistakes/newer"
   caught "is not for both architectures" has_both_architectures "$work/mistakes/newer"
 
-  # Reference counts
+  cp "$(mistake $declarations/stubs/lib/libobjc.tbd 's#/usr/lib/#/opt/#')" "$work/mistakes/declarations/stubs/lib/"
+  cp $declarations/stubs/Frameworks/AppKit.framework/AppKit.tbd \
+    "$work/mistakes/declarations/stubs/Frameworks/AppKit.framework/"
+  links "$work/mistakes/complete.dylib" "$work/mistakes/declarations/stubs"
+  caught "loads what no Mac has" loads_as_meant "$work/mistakes/complete.dylib"
+
+  # Null pointers and reference counts
+  caught "Dereference of null pointer" is_analysed "$(mistake $machine/SystemEntries.cpp \
+    's/^    std::string bytes\(size/    char* nothing = nullptr;\n    if (size > 100) *nothing = 0;\n&/')"
   caught "Potential leak of an object" is_analysed "$(mistake $machine/IOKitRegistry.cpp \
     's/^ +const CFOwned key\(createString\(name\)\);/&\n    if (CFGetTypeID(CFStringCreateWithBytes(nullptr, nullptr, 0, 0, 0)) == 0) return std::nullopt;/')"
   caught "used after it is released" is_analysed "$(mistake $machine/CFValues.cpp \

@@ -230,6 +230,7 @@ TEST(TrayItem, TellsOfTitleAndToolTipTogether) {
     tray.item.setTitle({"50°", {}});
     tray.item.setToolTip("CPU: 50 °C");
     EXPECT_EQ(questions, 0);
+    QCoreApplication::processEvents(); // which publishes both
     EXPECT_EQ(tray.host.heard("XAyatanaNewLabel").size(), 1);
     EXPECT_EQ(tray.host.heard("NewToolTip").size(), 1);
     EXPECT_EQ(questions, 1);

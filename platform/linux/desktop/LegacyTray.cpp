@@ -29,11 +29,11 @@ bool isWatcherRunning() {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv) {
-    using GetModule = LegacyTrayModule (*)();
+    using GetModule = void (*)(LegacyTrayModule&);
     if (!isWatcherRunning()) {
         const auto get =
             reinterpret_cast<GetModule>(moduleFunction("kelvinbar-xembed", "kelvinbarLegacyTray"));
-        if (get != nullptr) loadedModule() = get();
+        if (get != nullptr) get(loadedModule());
     }
     const auto make = loadedModule().makeApplication;
     return std::unique_ptr<QGuiApplication>(make == nullptr ? new QGuiApplication(argc, argv)

@@ -45,6 +45,6 @@ LegacyTrayIcon* makeIcon(std::function<void(QRect)> onActivated) {
 
 } // namespace kelvinbar
 
-extern "C" Q_DECL_EXPORT kelvinbar::LegacyTrayModule kelvinbarLegacyTray() {
-    return {kelvinbar::makeApplication, kelvinbar::makeIcon};
+extern "C" Q_DECL_EXPORT void kelvinbarLegacyTray(kelvinbar::LegacyTrayModule& module) {
+    module = {kelvinbar::makeApplication, kelvinbar::makeIcon};
 }

@@ -17,11 +17,16 @@ void hideApplication();
 /// Whether the user has asked the system for less motion. Main thread.
 bool systemPrefersReducedMotion();
 
+/// Calls `onPress` on the main thread at every press of a mouse button in another program, while the result
+/// is kept. Main thread.
+std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress);
+
 /// Whether the program runs already for this user, as the same application. That one is then told that it was
 /// opened again.
 bool handOverToRunningApplication();
 
-/// Hears that the user has opened the program again while it runs. One object at a time, main thread.
+/// Hears that the program was opened again while it runs: by the user, or by another instance that hands
+/// over. One object at a time, main thread.
 class ReopenObserver {
   public:
     explicit ReopenObserver(std::function<void()> onReopen);

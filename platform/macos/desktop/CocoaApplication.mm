@@ -26,26 +26,43 @@
     if (_onReopen) _onReopen();
 }
 
+- (void)handleHandOver:(NSNotification*)__unused notification {
+    if (_onReopen) _onReopen();
+}
+
 @end
 
 namespace kelvinbar {
 
 namespace {
 
-/// Of several instances that start at once, the one with the lowest number stays.
-NSRunningApplication* otherInstance() {
-    NSRunningApplication* const own = NSRunningApplication.currentApplication;
-    NSString* const identifier = own.bundleIdentifier;
-    if (identifier == nil) return nil;
-    for (NSRunningApplication* other in
-         [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
-        if (other.processIdentifier < own.processIdentifier) return other;
+bool isOlder(NSRunningApplication* one, NSRunningApplication* other) {
+    NSDate* const start = one.launchDate; // which the system does not know of every program
+    NSDate* const otherStart = other.launchDate;
+    if (start == nil || otherStart == nil || [start isEqualToDate:otherStart]) {
+        return one.processIdentifier < other.processIdentifier;
     }
-    return nil;
+    return [start compare:otherStart] == NSOrderedAscending;
 }
 
-/// How long the system may take to tell the other instance.
-constexpr std::int64_t longestHandOver = 5 * static_cast<std::int64_t>(NSEC_PER_SEC);
+/// Of several instances that start at once, the oldest stays.
+bool hasOlderInstance(NSRunningApplication* application) {
+    NSString* const identifier = application.bundleIdentifier;
+    if (identifier == nil) return false;
+    for (NSRunningApplication* other in
+         [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
+        if (isOlder(other, application)) return true;
+    }
+    return false;
+}
+
+/// What an instance that hands over tells the others; nil outside a bundle.
+NSString* handOverName() {
+    return [NSRunningApplication.currentApplication.bundleIdentifier stringByAppendingString:@".open"];
+}
+
+constexpr NSEventMask anyPress =
+    NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown;
 
 } // namespace
 
@@ -57,7 +74,10 @@ void becomeAccessoryApplication() {
 
 void activateApplication() {
     @autoreleasepool {
-        [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+        NSApplication* const application = NSApplication.sharedApplication;
+        // A window of a hidden program would not come to the screen.
+        if (application.hidden) [application unhideWithoutActivation];
+        [application activateIgnoringOtherApps:YES];
     }
 }
 
@@ -73,18 +93,30 @@ bool systemPrefersReducedMotion() {
     }
 }
 
+std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress) {
+    @autoreleasepool {
+        id const monitor = [NSEvent addGlobalMonitorForEventsMatchingMask:anyPress
+                                                                  handler:^(NSEvent*) {
+                                                                    // It may end the watch, and this block.
+                                                                    const auto tell = onPress;
+                                                                    tell();
+                                                                  }];
+        if (monitor == nil) return nullptr;
+        return {const_cast<void*>(CFBridgingRetain(monitor)), [](void* kept) {
+                    @autoreleasepool {
+                        [NSEvent removeMonitor:CFBridgingRelease(kept)];
+                    }
+                }};
+    }
+}
+
 bool handOverToRunningApplication() {
     @autoreleasepool {
-        NSURL* const bundle = otherInstance().bundleURL;
-        if (bundle == nil) return false;
-        const dispatch_semaphore_t isTold = dispatch_semaphore_create(0);
-        // To open an application that runs is to tell it.
-        [NSWorkspace.sharedWorkspace openApplicationAtURL:bundle
-                                            configuration:[NSWorkspaceOpenConfiguration configuration]
-                                        completionHandler:^(NSRunningApplication*, NSError*) {
-                                          dispatch_semaphore_signal(isTold);
-                                        }];
-        dispatch_semaphore_wait(isTold, dispatch_time(DISPATCH_TIME_NOW, longestHandOver));
+        if (!hasOlderInstance(NSRunningApplication.currentApplication)) return false;
+        [NSDistributedNotificationCenter.defaultCenter postNotificationName:handOverName()
+                                                                     object:nil
+                                                                   userInfo:nil
+                                                         deliverImmediately:YES];
         return true;
     }
 }
@@ -98,6 +130,14 @@ class ReopenObserver::Target {
                                                    selector:@selector(applicationWillFinishLaunching:)
                                                        name:NSApplicationWillFinishLaunchingNotification
                                                      object:nil];
+            if (NSString* const name = handOverName()) {
+                [NSDistributedNotificationCenter.defaultCenter
+                           addObserver:object_
+                              selector:@selector(handleHandOver:)
+                                  name:name
+                                object:nil
+                    suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
+            }
         }
     }
 
@@ -107,6 +147,7 @@ class ReopenObserver::Target {
     ~Target() {
         @autoreleasepool {
             [NSNotificationCenter.defaultCenter removeObserver:object_];
+            [NSDistributedNotificationCenter.defaultCenter removeObserver:object_];
             [NSAppleEventManager.sharedAppleEventManager
                 removeEventHandlerForEventClass:kCoreEventClass
                                      andEventID:kAEReopenApplication];

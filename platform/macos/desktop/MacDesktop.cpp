@@ -59,7 +59,8 @@ class MacDesktop final : public Desktop {
     AccessoryApplication application_;
     CocoaStatusBar statusBar_;
     MainAppLoginItem loginItem_;
-    ActiveInput popoverInput_{{.activate = activateApplication, .hide = hideApplication}};
+    ActiveInput popoverInput_{
+        {.activate = activateApplication, .hide = hideApplication, .watchPresses = watchPressesElsewhere}};
     QtUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;
@@ -68,6 +69,8 @@ class MacDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
+    // The toolkit would bring the program to the front at its start, where it has no window.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 

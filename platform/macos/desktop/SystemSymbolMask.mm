@@ -11,7 +11,7 @@ namespace {
 
 constexpr NSInteger bytesAPixel = 4;
 
-NSBitmapImageRep* emptyBitmap(NSInteger side) {
+NSBitmapImageRep* newBitmap(NSInteger side) {
     return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
                                                    pixelsWide:side
                                                    pixelsHigh:side
@@ -38,11 +38,14 @@ NSRect fitted(NSSize size, CGFloat side) {
     return NSMakeRect((side - drawn.width) / 2, (side - drawn.height) / 2, drawn.width, drawn.height);
 }
 
-void draw(NSImage* image, NSBitmapImageRep* bitmap, NSRect place) {
+bool draw(NSImage* image, NSBitmapImageRep* bitmap, NSRect place) {
+    NSGraphicsContext* const context = [NSGraphicsContext graphicsContextWithBitmapImageRep:bitmap];
+    if (context == nil) return false;
     [NSGraphicsContext saveGraphicsState];
-    NSGraphicsContext.currentContext = [NSGraphicsContext graphicsContextWithBitmapImageRep:bitmap];
+    NSGraphicsContext.currentContext = context;
     [image drawInRect:place];
     [NSGraphicsContext restoreGraphicsState];
+    return true;
 }
 
 } // namespace
@@ -51,13 +54,15 @@ std::optional<SymbolMask> systemSymbolMask(const std::string& name, int side) {
     if (side <= 0) return std::nullopt;
     @autoreleasepool {
         NSImage* const symbol = symbolOfHeight(cocoaText(name), side);
-        NSBitmapImageRep* const bitmap = emptyBitmap(side);
-        if (symbol == nil || bitmap == nil) return std::nullopt;
-        draw(symbol, bitmap, fitted(symbol.size, side));
+        NSBitmapImageRep* const bitmap = newBitmap(side);
+        unsigned char* const bytes = bitmap.bitmapData;
+        if (symbol == nil || bytes == nullptr) return std::nullopt;
         const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+        std::fill_n(bytes, pixels * bytesAPixel, static_cast<unsigned char>(0));
+        if (!draw(symbol, bitmap, fitted(symbol.size, side))) return std::nullopt;
         SymbolMask mask{.side = side, .coverage = std::vector<std::uint8_t>(pixels)};
         for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
-            mask.coverage[pixel] = bitmap.bitmapData[pixel * bytesAPixel + bytesAPixel - 1];
+            mask.coverage[pixel] = bytes[pixel * bytesAPixel + bytesAPixel - 1];
         }
         return mask;
     }

@@ -3,7 +3,6 @@
 #pragma once
 
 #import <Foundation/Foundation.h>
-#include <dispatch/dispatch.h>
 #include <sys/types.h>
 
 typedef CGFloat NSFontWeight;
@@ -123,27 +122,34 @@ typedef enum NSApplicationActivationPolicy : NSInteger {
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoresOthers;
+@property(getter=isHidden, readonly) BOOL hidden;
 - (void)hide:(nullable id)sender;
+- (void)unhideWithoutActivation;
 @end
 
 @interface NSRunningApplication : NSObject
 @property(class, readonly, strong) NSRunningApplication* currentApplication;
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
-@property(nullable, readonly, copy) NSURL* bundleURL;
+@property(nullable, readonly, copy) NSDate* launchDate;
 @property(readonly) pid_t processIdentifier;
 + (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
 @end
 
-@interface NSWorkspaceOpenConfiguration : NSObject
-+ (instancetype)configuration;
+typedef unsigned long long NSEventMask;
+
+enum : NSEventMask {
+    NSEventMaskLeftMouseDown = 1ULL << 1,
+    NSEventMaskRightMouseDown = 1ULL << 3,
+    NSEventMaskOtherMouseDown = 1ULL << 25
+};
+
+@interface NSEvent : NSObject
++ (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent*))block;
++ (void)removeMonitor:(id)monitor;
 @end
 
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
 @property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
 - (BOOL)openURL:(NSURL*)address;
-- (void)openApplicationAtURL:(NSURL*)application
-               configuration:(NSWorkspaceOpenConfiguration*)configuration
-           completionHandler:(nullable void (^)(NSRunningApplication* _Nullable, NSError* _Nullable))handler
-    API_AVAILABLE(macos(10.15));
 @end

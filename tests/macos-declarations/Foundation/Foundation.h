@@ -8,6 +8,7 @@
 #import <os/availability.h>
 #include <stdint.h>
 
+#define CF_CONSUMED __attribute__((cf_consumed))
 #define KELVINBAR_EXPORT extern "C" __attribute__((visibility("default")))
 
 typedef double CGFloat;
@@ -37,6 +38,10 @@ static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat hei
     return {{x, y}, {width, height}};
 }
 
+static inline CFTypeRef CFBridgingRetain(id object) { return (__bridge_retained CFTypeRef)object; }
+
+static inline id CFBridgingRelease(CFTypeRef CF_CONSUMED object) { return (__bridge_transfer id)object; }
+
 @protocol NSCopying
 - (id)copyWithZone:(struct _NSZone*)zone;
 @end
@@ -59,9 +64,10 @@ typedef NSUInteger NSStringEncoding;
 enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @interface NSString : NSObject <NSCopying>
-- (instancetype)initWithBytes:(const void*)bytes
-                       length:(NSUInteger)length
-                     encoding:(NSStringEncoding)encoding;
+- (NSString*)stringByAppendingString:(NSString*)text;
+- (nullable instancetype)initWithBytes:(const void*)bytes
+                                length:(NSUInteger)length
+                              encoding:(NSStringEncoding)encoding;
 @end
 
 @interface NSNumber : NSObject
@@ -89,6 +95,17 @@ typedef NSString* NSAttributedStringKey;
 + (nullable instancetype)URLWithString:(NSString*)text;
 @end
 
+typedef enum NSComparisonResult : NSInteger {
+    NSOrderedAscending = -1L,
+    NSOrderedSame,
+    NSOrderedDescending
+} NSComparisonResult;
+
+@interface NSDate : NSObject
+- (BOOL)isEqualToDate:(NSDate*)other;
+- (NSComparisonResult)compare:(NSDate*)other;
+@end
+
 @interface NSError : NSObject
 @end
 
@@ -104,6 +121,26 @@ typedef NSString* NSNotificationName;
                name:(nullable NSNotificationName)name
              object:(nullable id)object;
 - (void)removeObserver:(id)observer;
+@end
+
+typedef enum NSNotificationSuspensionBehavior : NSUInteger {
+    NSNotificationSuspensionBehaviorDrop = 1,
+    NSNotificationSuspensionBehaviorCoalesce,
+    NSNotificationSuspensionBehaviorHold,
+    NSNotificationSuspensionBehaviorDeliverImmediately
+} NSNotificationSuspensionBehavior;
+
+@interface NSDistributedNotificationCenter : NSNotificationCenter
++ (NSDistributedNotificationCenter*)defaultCenter;
+- (void)addObserver:(id)observer
+              selector:(SEL)selector
+                  name:(nullable NSNotificationName)name
+                object:(nullable NSString*)object
+    suspensionBehavior:(NSNotificationSuspensionBehavior)behavior;
+- (void)postNotificationName:(NSNotificationName)name
+                      object:(nullable NSString*)object
+                    userInfo:(nullable NSDictionary*)userInfo
+          deliverImmediately:(BOOL)deliverImmediately;
 @end
 
 typedef uint32_t FourCharCode;
