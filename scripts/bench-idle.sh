@@ -13,6 +13,7 @@ export build="$PWD/build/bench"
 source scripts/empty-home.sh
 
 xvfb-run --auto-servernum dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null
+  source scripts/demo-preferences.sh
   # Sleeps that a thread ended by itself: how often it woke.
   wakeups() { awk '/^voluntary/ { sum += $2 } END { print sum }' "$@"; }
   cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }

@@ -8,7 +8,4 @@ export LC_ALL=C.UTF-8 # in which a degree sign is printed as one
 unset WAYLAND_DISPLAY SESSION_MANAGER QT_QPA_PLATFORM
 mkdir -p "$XDG_CONFIG_HOME/kelvinbar" "$XDG_CACHE_HOME"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
-
-# preferences LINE …: what the demo finds; also for what runs below this script.
-preferences() { printf '[General]\n%s\n' "$@" >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"; }
-export -f preferences
+source "$(dirname "${BASH_SOURCE[0]}")/demo-preferences.sh"

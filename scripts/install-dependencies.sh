@@ -51,7 +51,7 @@ missing=()
 for task in "$@"; do
   [[ -n ${packages[$task]:-} ]] || { echo "install-dependencies.sh: unknown task '$task'" >&2; exit 2; }
   for package in ${packages[$task]}; do
-    is_here "${evidence[$package]}" || missing+=("$package")
+    [[ " ${missing[*]} " == *" $package "* ]] || is_here "${evidence[$package]}" || missing+=("$package")
   done
 done
 [[ ${#missing[@]} -eq 0 ]] && exit 0

@@ -31,6 +31,8 @@ wait_until() {
   done
 }
 
+source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/demo-preferences.sh"
+
 picture() { import -window root "$ARTEFACTS/$scenario-$1.png"; }
 
 start_program() {
