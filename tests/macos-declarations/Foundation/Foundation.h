@@ -38,7 +38,9 @@ static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat hei
     return {{x, y}, {width, height}};
 }
 
-static inline CFTypeRef CFBridgingRetain(id object) { return (__bridge_retained CFTypeRef)object; }
+static inline __attribute__((cf_returns_retained)) CFTypeRef CFBridgingRetain(id object) {
+    return (__bridge_retained CFTypeRef)object;
+}
 
 static inline id CFBridgingRelease(CFTypeRef CF_CONSUMED object) { return (__bridge_transfer id)object; }
 
