@@ -9,6 +9,7 @@
 @property(nonatomic) std::function<void()> onReopen;
 - (void)applicationWillFinishLaunching:(NSNotification*)notification;
 - (void)handleReopenEvent:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply;
+- (void)handleHandOver:(NSNotification*)notification;
 @end
 
 @implementation KelvinbarReopenTarget
