@@ -37,7 +37,8 @@ class ChipEntry final : public IORegistryEntry {
 
 class ChipIterator final : public IORegistryIterator {
   public:
-    explicit ChipIterator(std::shared_ptr<const SensorList> sensors) : sensors_(std::move(sensors)) {}
+    explicit ChipIterator(std::shared_ptr<const SensorInventoryList> sensors)
+        : sensors_(std::move(sensors)) {}
 
     const IORegistryEntry* next() override {
         if (place_ == sensors_->chips.size()) return nullptr;
@@ -46,7 +47,7 @@ class ChipIterator final : public IORegistryIterator {
     }
 
   private:
-    std::shared_ptr<const SensorList> sensors_;
+    std::shared_ptr<const SensorInventoryList> sensors_;
     std::size_t place_ = 0;
     std::optional<ChipEntry> entry_;
 };

@@ -13,7 +13,7 @@ namespace kelvinbar {
 LinuxKeys::LinuxKeys(std::shared_ptr<SensorInventory> inventory, OpenController openController)
     : inventory_(std::move(inventory))
     , openController_(std::move(openController))
-    , sensors_(std::make_shared<SensorList>()) {}
+    , sensors_(std::make_shared<SensorInventoryList>()) {}
 
 bool LinuxKeys::isPresent() {
     rebuild();

@@ -32,7 +32,7 @@ class LinuxKeys final : public SMCKeySource {
     OpenController openController_;
     std::unique_ptr<AppleSMCKeys> controller_; ///< null without one
     std::size_t controllerKeyCount_ = 0;
-    std::shared_ptr<const SensorList> sensors_;
+    std::shared_ptr<const SensorInventoryList> sensors_;
     std::size_t lastPlace_ = 0; ///< of the sensor that was asked for last
     bool isFresh_ = false;      ///< no one has asked for the number of keys since the sensors were looked for
 };

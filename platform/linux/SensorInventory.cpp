@@ -56,14 +56,14 @@ void sayWhatIsUnplaced(const std::vector<SensorChip>& chips, const KeyPlan& plan
 /// Opens the files of a plan.
 class ListBuilder {
   public:
-    ListBuilder(const std::vector<SensorChip>& chips, const SensorList& earlier,
+    ListBuilder(const std::vector<SensorChip>& chips, const SensorInventoryList& earlier,
                 std::shared_ptr<const MonotonicClock> clock)
         : chips_(chips), earlier_(earlier), clock_(std::move(clock)) {
         for (const SensorChip& chip : chips) powers_.push_back(powerOf(chip));
     }
 
-    std::shared_ptr<const SensorList> build(const KeyPlan& plan) {
-        auto list = std::make_shared<SensorList>();
+    std::shared_ptr<const SensorInventoryList> build(const KeyPlan& plan) {
+        auto list = std::make_shared<SensorInventoryList>();
         list->keys.reserve(plan.keys.size());
         for (const AssignedKey& assigned : plan.keys) appendKey(*list, assigned);
         for (const SensorChip& chip : chips_) {
@@ -97,7 +97,7 @@ class ListBuilder {
         return {channelAt(place), powers_[place.chip], clock_};
     }
 
-    void appendKey(SensorList& list, const AssignedKey& assigned) {
+    void appendKey(SensorInventoryList& list, const AssignedKey& assigned) {
         const std::uint32_t code = packedSMCKey(assigned.key);
         LiveSensor sensor = sensorAt(assigned.place);
         const SensorKey* const earlier = earlier_.find(code);
@@ -108,19 +108,19 @@ class ListBuilder {
     }
 
     const std::vector<SensorChip>& chips_;
-    const SensorList& earlier_;
+    const SensorInventoryList& earlier_;
     std::shared_ptr<const MonotonicClock> clock_;
     std::vector<std::shared_ptr<const DevicePower>> powers_;
 };
 
 } // namespace
 
-const SensorKey* SensorList::find(std::uint32_t code) const {
+const SensorKey* SensorInventoryList::find(std::uint32_t code) const {
     const auto place = places.find(code);
     return place == places.end() ? nullptr : &keys[place->second];
 }
 
-bool SensorList::isEmpty() const {
+bool SensorInventoryList::isEmpty() const {
     return keys.empty() &&
            std::ranges::all_of(chips, [](const RegistryChip& chip) { return chip.fans.empty(); });
 }
@@ -129,7 +129,7 @@ SensorInventory::SensorInventory(std::filesystem::path root, std::shared_ptr<con
                                  OnceLog::Sink log)
     : root_(std::move(root)), clock_(std::move(clock)), log_(std::move(log)) {}
 
-std::shared_ptr<const SensorList> SensorInventory::current() {
+std::shared_ptr<const SensorInventoryList> SensorInventory::current() {
     const std::lock_guard lock(mutex_);
     if (current_ == nullptr) build({});
     return current_;
@@ -149,7 +149,7 @@ void SensorInventory::build(const KeyAssignment::KeySet& controllerKeys) {
     const std::vector<SensorChip> found = chips(!controllerKeys.empty());
     const KeyPlan plan = assignment_.plan(found, controllerKeys);
     sayWhatIsUnplaced(found, plan, log_);
-    const SensorList none;
+    const SensorInventoryList none;
     current_ = ListBuilder(found, current_ == nullptr ? none : *current_, clock_).build(plan);
     builtAt_ = clock_->now();
 }

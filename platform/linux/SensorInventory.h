@@ -35,7 +35,7 @@ struct RegistryChip {
 };
 
 /// The sensors of a moment, their files open.
-struct SensorList {
+struct SensorInventoryList {
     std::vector<SensorKey> keys; ///< in ascending order of key
     std::unordered_map<std::uint32_t, std::size_t> places;
     std::vector<RegistryChip> chips;
@@ -53,7 +53,7 @@ class SensorInventory {
                     OnceLog::Sink log);
 
     /// The last list, or the first one; never null.
-    [[nodiscard]] std::shared_ptr<const SensorList> current();
+    [[nodiscard]] std::shared_ptr<const SensorInventoryList> current();
 
     /// How long ago the last list was made.
     [[nodiscard]] std::chrono::nanoseconds age() const;
@@ -75,7 +75,7 @@ class SensorInventory {
     mutable std::mutex mutex_; ///< guards what follows
     OnceLog log_;
     KeyAssignment assignment_;
-    std::shared_ptr<const SensorList> current_; ///< null before the first one
+    std::shared_ptr<const SensorInventoryList> current_; ///< null before the first one
     std::chrono::nanoseconds builtAt_{0};
 };
 

@@ -98,10 +98,15 @@ class QtPopoverTest : public testing::Test {
         ASSERT_TRUE(waitFor([&] { return content_->exposures() > count; }));
     }
 
-    void press(QPointF position) {
-        QMouseEvent event(QEvent::MouseButtonPress, position, position + window().position(), Qt::LeftButton,
-                          Qt::LeftButton, Qt::NoModifier);
+    void sendButton(QEvent::Type type, QPointF position) {
+        QMouseEvent event(type, position, position + window().position(), Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&window(), &event);
+    }
+
+    void click(QPointF position) {
+        sendButton(QEvent::MouseButtonPress, position);
+        sendButton(QEvent::MouseButtonRelease, position);
     }
 
     void pressKey(Qt::Key key) {
@@ -181,29 +186,45 @@ TEST_F(QtPopoverTest, LeavesKeysToItsContent) {
     EXPECT_EQ(closings_, 0);
 }
 
-TEST_F(QtPopoverTest, ClosesOnAPressOutside) {
+TEST_F(QtPopoverTest, ClosesOnAClickOutside) {
     int expected = 0;
     for (const QPointF position : {QPointF(-1, 10), QPointF(10, -1), QPointF(200, 10), QPointF(10, 300)}) {
         show();
-        press(position);
+        click(position);
         EXPECT_FALSE(popover_.isShown()) << position.x() << ", " << position.y();
         EXPECT_FALSE(window().isVisible());
         EXPECT_EQ(closings_, ++expected);
     }
 }
 
-TEST_F(QtPopoverTest, StaysOpenOnAPressInside) {
+TEST_F(QtPopoverTest, HoldsThePointerUntilTheButtonThatWasPressedOutsideIsLetGo) {
     show();
-    for (const QPointF position : {QPointF(0, 0), QPointF(199, 299), QPointF(100, 150)}) press(position);
+    sendButton(QEvent::MouseButtonPress, {-1, 10});
+    EXPECT_TRUE(popover_.isShown());
+    sendButton(QEvent::MouseButtonRelease, {100, 150});
+    EXPECT_FALSE(popover_.isShown());
+    EXPECT_EQ(closings_, 1);
+}
+
+TEST_F(QtPopoverTest, StaysOpenWhenAButtonThatWasPressedInsideIsLetGoOutside) {
+    show();
+    sendButton(QEvent::MouseButtonPress, {100, 150});
+    sendButton(QEvent::MouseButtonRelease, {-1, 10});
+    EXPECT_TRUE(popover_.isShown());
+}
+
+TEST_F(QtPopoverTest, StaysOpenOnAClickInside) {
+    show();
+    for (const QPointF position : {QPointF(0, 0), QPointF(199, 299), QPointF(100, 150)}) click(position);
     EXPECT_TRUE(popover_.isShown());
     EXPECT_TRUE(window().isVisible());
     EXPECT_EQ(closings_, 0);
 }
 
-TEST_F(QtPopoverTest, StaysOpenOnAPressOutsideWhenItIsNotTransient) {
+TEST_F(QtPopoverTest, StaysOpenOnAClickOutsideWhenItIsNotTransient) {
     popover_.setTransient(false);
     show();
-    press({-10, -10});
+    click({-10, -10});
     EXPECT_TRUE(popover_.isShown());
     EXPECT_EQ(closings_, 0);
 }
@@ -214,8 +235,8 @@ TEST_F(QtPopoverTest, ClosesOnce) {
     EXPECT_FALSE(popover_.isShown());
     EXPECT_EQ(closings_, 1);
     popover_.performClose();
-    press({-1, -1});
-    press({-10, -10});
+    click({-1, -1});
+    click({-10, -10});
     EXPECT_EQ(closings_, 1);
 }
 
@@ -232,7 +253,7 @@ TEST_F(QtPopoverTest, MayBeShownAgain) {
     show();
     EXPECT_EQ(window().geometry(), QRect(400, 20, 200, 300));
     EXPECT_TRUE(window().isVisible());
-    press({-1, -1});
+    click({-1, -1});
     EXPECT_EQ(closings_, 2);
 }
 
@@ -242,11 +263,11 @@ TEST_F(QtPopoverTest, MayBeShownAgainByItsCloseHandler) {
     popover_.setDidCloseHandler([this] {
         if (++closings_ == 1) popover_.show(button_, PopoverEdge::minY);
     });
-    press({-1, -1});
+    click({-1, -1});
     EXPECT_TRUE(popover_.isShown());
     EXPECT_TRUE(window().isVisible());
     waitForExposureAfter(before);
-    press({-1, -1});
+    click({-1, -1});
     EXPECT_FALSE(popover_.isShown());
     EXPECT_EQ(closings_, 2);
 }
@@ -254,7 +275,7 @@ TEST_F(QtPopoverTest, MayBeShownAgainByItsCloseHandler) {
 TEST_F(QtPopoverTest, ClosesWithoutAHandler) {
     popover_.setDidCloseHandler(nullptr);
     show();
-    press({-1, -1});
+    click({-1, -1});
     EXPECT_FALSE(popover_.isShown());
 }
 

@@ -80,7 +80,9 @@ panel_has_size() {
 click() {
   xdotool mousemove "$1" "$2"
   sleep 0.15
-  xdotool click 1
+  xdotool mousedown 1
+  sleep 0.1 # as long as a finger takes
+  xdotool mouseup 1
 }
 
 finish() {

@@ -6,8 +6,8 @@
 
 namespace kelvinbar {
 
-/// The window manager leaves the window alone, and it holds pointer and keyboard: a press anywhere else is
-/// told to it.
+/// The window manager leaves the window alone, and it holds pointer and keyboard: a click anywhere else is
+/// told to it, and to nobody besides. Trays act when the button is let go, so it holds them until then.
 class GrabbedInput final : public QObject, public PopoverInput {
   public:
     void prepare(QWindow& window) override;
@@ -18,6 +18,7 @@ class GrabbedInput final : public QObject, public PopoverInput {
 
   private:
     std::function<void()> onElsewhere_;
+    bool isPressedElsewhere_ = false;
 };
 
 } // namespace kelvinbar
