@@ -3,43 +3,53 @@
 declarations=tests/macos-declarations
 oldest_system=11.0
 
-# compiles TARGET SOURCE [DECLARATIONS]: SOURCE as one of TARGET's in the build for arm64.
+# command_for TARGET PATTERN: the last command that fits with which the build for arm64 makes TARGET.
+command_for() { ninja -C "$work/arm64/build" -t commands "$1" | grep -E -- "$2" | tail -n 1; }
+
+# compiles TARGET SOURCE [DECLARATIONS]: SOURCE as one of TARGET's in Objective-C++.
 compiles() {
   local command
-  command=$(ninja -C "$work/arm64/build" -t commands "$1" | grep ' -c .*\.mm$' | tail -n 1 | sed "
+  command=$(command_for "$1" ' -c .*\.mm$' | sed "
     s# -MD .* -c .*# -c '$(realpath "$2")' -o '$work/compiled.o'#
     s#[^ ]*$declarations#$(realpath "${3:-$declarations}")#")
   (cd "$work/arm64/build" && bash -c "$command")
 }
 
-strict=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
-  -Wunguarded-availability -Werror)
+# Sets `compiler` to the command with which the build makes the core in C++, without a source.
+set_compiler() {
+  local command
+  command=$(command_for kelvinbar_macos ' -c .*\.cxx$')
+  eval "compiler=(${command%% -MD *})"
+}
 
-# compiles_over_toolkit SOURCE …: with the toolkit's headers of this machine, for arm64; nothing is linked.
+# compiles_over_toolkit SOURCE …: with the toolkit's headers of this machine; nothing is linked.
 compiles_over_toolkit() {
-  local headers=/usr/include/x86_64-linux-gnu/qt6 modules
+  local headers=/usr/include/x86_64-linux-gnu/qt6 modules compiler
   modules=(QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick)
+  set_compiler
   mkdir -p "$work/objects"
   # xargs puts the source last.
   # shellcheck disable=SC2016
   printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 1 bash -euc '"$@" -o "$0/$(basename "${@: -1}").o"' "$work/objects" \
-    "$work/arm64/compilers/c++" -std=c++20 -I. -isystem "$declarations" -isystem "$headers" \
-    "${modules[@]/#/-isystem$headers/}" -U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS "${strict[@]}" \
-    -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' -c
+    "${compiler[@]}" -isystem "$headers" "${modules[@]/#/-isystem$headers/}" -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 \
+    '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' -c
 }
 
 # compiles_test SOURCE
 compiles_test() {
-  "$work/arm64/compilers/c++" -std=c++20 -I. -isystem "$work/libraries/include" "${strict[@]}" -c "$1" -o "$work/test.o"
+  local compiler
+  set_compiler
+  "${compiler[@]}" -isystem "$work/libraries/include" -c "$1" -o "$work/test.o"
 }
 
-# links LIBRARY STUBS: all of the desktop's part, for arm64, against the stubs of the system's libraries.
+# links LIBRARY STUBS: all of the desktop's part, against the stubs of the system's libraries.
 links() {
-  local objects
-  mapfile -t objects < <(find "$work/arm64/build/platform/macos/desktop" -name '*.mm.o')
-  "$work/arm64/compilers/c++" -dynamiclib "${objects[@]}" -F"$2/Frameworks" -L"$2/lib" -lobjc \
-    -framework AppKit -framework CoreFoundation -framework CoreServices -framework Foundation \
-    -framework ServiceManagement -o "$1"
+  local command
+  command=$(command_for kelvinbar_cocoa_complete ' -dynamiclib ' | sed "
+    s#[^ ]*$declarations/stubs/Frameworks#-F$2/Frameworks#
+    s#[^ ]*$declarations/stubs/lib#-L$2/lib#
+    s# -o [^ ]*# -o $1#")
+  (cd "$work/arm64/build" && bash -c "$command")
 }
 
 # What a program takes from the frameworks and from the language's runtime: "FRAMEWORK SYMBOL [weak]" a line.

@@ -1,5 +1,5 @@
 # Builds for macOS on a machine that is no Mac, against the declarations and stubs in tests/macos-declarations.
-# Wants KELVINBAR_COMPILERS (a folder with cc, c++, ar and ranlib for one architecture) and CMAKE_OSX_ARCHITECTURES.
+# Wants KELVINBAR_COMPILERS (a folder with c++, ar and ranlib for one architecture) and CMAKE_OSX_ARCHITECTURES.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 20) # that of macOS 11
 set(CMAKE_SYSTEM_PROCESSOR "${CMAKE_OSX_ARCHITECTURES}")
@@ -19,7 +19,7 @@ set(CMAKE_AR "${KELVINBAR_COMPILERS}/ar" CACHE FILEPATH "")
 set(CMAKE_RANLIB "${KELVINBAR_COMPILERS}/ranlib" CACHE FILEPATH "")
 
 set(stubs "${CMAKE_CURRENT_LIST_DIR}/../../tests/macos-declarations/stubs")
-foreach(kind EXE SHARED MODULE)
+foreach(kind EXE SHARED)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT "-F${stubs}/Frameworks -L${stubs}/lib")
 endforeach()
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "tests/FileContent.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -11,12 +12,6 @@
 #include <gtest/gtest.h>
 
 namespace kelvinbar {
-
-inline std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    EXPECT_TRUE(stream) << file;
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// A folder of its own for one test, gone with it.
 class TemporaryFolder {

@@ -9,14 +9,13 @@
 #include "platform/linux/LinuxSystemInformation.h"
 #include "platform/replay/SnapshotParser.h"
 #include "smc/SMCKeyText.h"
+#include "tests/FileContent.h"
 #include "tests/platform/linux/RecordedTree.h"
 #include "tests/platform/replay/Exporting.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -35,12 +34,6 @@ namespace fs = std::filesystem;
 
 const fs::path trees = fs::path(KELVINBAR_FIXTURES) / "linux";
 const fs::path dumps = fs::path(KELVINBAR_FIXTURES) / "smc";
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    EXPECT_TRUE(stream) << file;
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<std::string> machineNames() {
     std::vector<std::string> names;

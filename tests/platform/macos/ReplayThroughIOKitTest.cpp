@@ -2,14 +2,11 @@
 
 #include "platform/macos/IOKitRegistry.h"
 #include "platform/macos/IOKitSMCDriver.h"
-#include "smc/SMCParamBlock.h"
+#include "tests/FileContent.h"
 #include "tests/platform/macos/FakeIOKit.h"
 #include "tests/platform/replay/Exporting.h"
 
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <utility>
 #include <variant>
 
@@ -22,12 +19,6 @@ namespace {
 using fakes::FakeIOKit;
 using fakes::FakeNumber;
 using fakes::FakeValue;
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    EXPECT_TRUE(stream) << file;
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// The properties of recorded machines are ASCII.
 std::u16string wideText(const std::string& text) { return {text.begin(), text.end()}; }

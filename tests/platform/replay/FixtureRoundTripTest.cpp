@@ -1,11 +1,10 @@
 #include "base/Text.h"
+#include "tests/FileContent.h"
 #include "tests/platform/replay/Exporting.h"
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,12 +31,6 @@ constexpr std::array<std::string_view, 12> fixtureNames{
 };
 
 const std::filesystem::path folder = std::filesystem::path(KELVINBAR_FIXTURES) / "smc";
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    EXPECT_TRUE(stream) << file;
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 class FixtureRoundTrip : public testing::TestWithParam<std::string_view> {
   protected:
