@@ -24,7 +24,7 @@ class IOKit : public testing::Test {
   protected:
     IOKit() { fake.reset(); }
 
-    ~IOKit() override { EXPECT_EQ(fake.liveCount(), 0U) << "something was not released"; }
+    void TearDown() override { EXPECT_EQ(fake.liveCount(), 0U) << "something was not released"; }
 
     SMCDriver::Connection openedConnection() {
         return driver.open(driver.findService("AppleSMC").value_or(0)).connection;

@@ -45,7 +45,7 @@ class ReplayThroughIOKit : public testing::Test {
   protected:
     ReplayThroughIOKit() { fake.reset(); }
 
-    ~ReplayThroughIOKit() override { EXPECT_EQ(fake.liveCount(), 0U) << "something was not released"; }
+    void TearDown() override { EXPECT_EQ(fake.liveCount(), 0U) << "something was not released"; }
 
     /// The machine, served by I/O Kit.
     Machine served(const Machine& machine) {
