@@ -2,9 +2,9 @@
 // the same values through libsensors where that is installed. scripts/bench-sensors.sh runs it over a made-up
 // tree and counts its system calls.
 
-#include "platform/linux/BootTimeClock.h"
-#include "platform/linux/HwmonChips.h"
-#include "platform/linux/LinuxMachine.h"
+#include "machines/linux/BootTimeClock.h"
+#include "machines/linux/LinuxMachine.h"
+#include "machines/linux/sources/HwmonChips.h"
 #include "store/LoadPass.h"
 
 #include <algorithm>

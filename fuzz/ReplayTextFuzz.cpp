@@ -1,7 +1,7 @@
 // Any text as a replayed machine. What it exports must replay to the same export.
 
 #include "fuzz/Check.h"
-#include "platform/replay/ReplayMachine.h"
+#include "machines/replay/ReplayMachine.h"
 #include "store/LoadPass.h"
 #include "store/SnapshotExport.h"
 

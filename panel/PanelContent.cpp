@@ -1,6 +1,6 @@
 #include "panel/PanelContent.h"
 
-#include "panel/QtText.h"
+#include "qt/QtText.h"
 #include "shell/PopoverSizing.h"
 #include "store/KelvinbarStore.h"
 

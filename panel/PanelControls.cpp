@@ -1,7 +1,7 @@
 #include "panel/PanelControls.h"
 
 #include "panel/PanelActions.h"
-#include "panel/QtText.h"
+#include "qt/QtText.h"
 #include "shell/LoginItemManager.h"
 #include "store/KelvinbarStore.h"
 

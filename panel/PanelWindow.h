@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panel/SystemSymbols.h"
+#include "shell/SystemSymbols.h"
 
 #include <functional>
 #include <memory>

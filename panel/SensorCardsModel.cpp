@@ -1,8 +1,8 @@
 #include "panel/SensorCardsModel.h"
 
 #include "panel/QtColors.h"
-#include "panel/QtText.h"
 #include "panel/SensorRowsModel.h"
+#include "qt/QtText.h"
 
 namespace kelvinbar {
 

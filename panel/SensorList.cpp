@@ -1,6 +1,6 @@
 #include "panel/SensorList.h"
 
-#include "panel/QtText.h"
+#include "qt/QtText.h"
 
 #include <algorithm>
 #include <iterator>

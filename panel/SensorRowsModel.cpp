@@ -1,8 +1,8 @@
 #include "panel/SensorRowsModel.h"
 
 #include "panel/QtColors.h"
-#include "panel/QtText.h"
 #include "panel/SensorRowTexts.h"
+#include "qt/QtText.h"
 
 namespace kelvinbar {
 

@@ -60,7 +60,7 @@ build() {
 gather_toolkit_sources() {
   local folder
   mkdir -p "$work/toolkit"
-  for folder in panel platform/macos/desktop platform/qt shell; do
+  for folder in panel desktop/macos desktop/qt shell app; do
     git ls-files "$folder/*.cpp" | grep -v "$folder/.*/" |
       grep -vE '(Modules|PanelInModule|PanelModule|kelvinbar-demo)\.cpp$' |
       sed 's/.*/#include "&"/' >"$work/toolkit/${folder//\//-}.cpp"
@@ -77,7 +77,7 @@ for architecture in arm64 x86_64; do
   echo "== $architecture"
   build "$architecture"
   for program in "$work/$architecture/build/tools/kelvinbar-snapshot" \
-    "$work/$architecture/build/platform/macos/desktop/libkelvinbar_cocoa_complete.dylib"; do
+    "$work/$architecture/build/desktop/macos/libkelvinbar_cocoa_complete.dylib"; do
     loads_as_meant "$program"
     imports_are "$program" "$declarations/imports/$(basename "$program" .dylib).txt"
   done
@@ -88,15 +88,15 @@ echo "== Links, imports, load commands: as meant"
 
 gather_toolkit_sources
 compiles_over_toolkit "$work"/toolkit/*.cpp
-compiles_test tests/platform/macos/MacPlatformTest.cpp
+compiles_test tests/machines/macos/MacPlatformTest.cpp
 echo "== The program over the toolkit, and the test of a real machine: compile"
-mapfile -t sources < <(git ls-files 'platform/macos/*.mm' 'platform/macos/*.cpp' | grep -vE 'desktop/.*\.cpp$')
+mapfile -t sources < <(git ls-files 'machines/macos/*.mm' 'machines/macos/*.cpp' 'desktop/macos/*.mm')
 is_analysed "${sources[@]}"
 echo "== Analyser: no findings in ${#sources[@]} sources"
 
 cmake --preset core >/dev/null
 cmake --build --preset core --target kelvinbar_macos_tests
-build/core/tests/platform/macos/kelvinbar_macos_tests --gtest_brief=1
+build/core/tests/machines/macos/kelvinbar_macos_tests --gtest_brief=1
 tests_pass_in_memory . | tail -n 1
 echo "== Tests: pass as code for this machine and as code for macOS"
 

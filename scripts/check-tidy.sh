@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 folders=("$@")
-[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue smc store shell panel platform resources tools bench)
+[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue smc store shell panel qt machines desktop app resources tools bench)
 
 scripts/install-dependencies.sh check
 cmake --preset dev -B build/tidy -D KELVINBAR_BENCH=ON -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
@@ -14,6 +14,6 @@ cmake --preset dev -B build/tidy -D KELVINBAR_BENCH=ON -D CMAKE_DISABLE_PRECOMPI
 pattern=$(IFS='|'; echo "${folders[*]}")
 # What is put together is no header, and is included on purpose.
 run-clang-tidy -quiet -p build/tidy -j "$(nproc)" -checks=-bugprone-suspicious-include \
-  -header-filter="^$PWD/(base|catalogue|smc|store|shell|panel|platform|resources|tools|tests|bench|fuzz)/" \
+  -header-filter="^$PWD/(base|catalogue|smc|store|shell|panel|qt|machines|desktop|app|resources|tools|tests|bench|fuzz)/" \
   "^$PWD/($pattern)/" "^$PWD/build/tidy/($pattern)/(?!.*qmlcache).*/Unity/unity_([0-9]+|models)_" 2>/dev/null
 echo "Tidy: clean"

@@ -34,12 +34,12 @@ if has_desktop; then
   build "$programs"
   if has_sensors; then
     echo "Kelvinbar is in the tray. Its panel opens with a click on it."
-    exec "$build/shell/kelvinbar"
+    exec "$build/app/kelvinbar"
   fi
   echo "This machine has no sensors: a made-up one is in the tray. Its panel opens with a click on it."
-  exec "$build/shell/kelvinbar-demo"
+  exec "$build/app/kelvinbar-demo"
 fi
 
 echo "There is no display: a made-up machine runs on a virtual one." >&2
 build "$programs" virtual-display
-PROGRAM=$PWD/$build/shell/kelvinbar-demo FOLDER=$PWD/build/run exec scripts/virtual-run.sh
+PROGRAM=$PWD/$build/app/kelvinbar-demo FOLDER=$PWD/build/run exec scripts/virtual-run.sh

@@ -1,10 +1,11 @@
 // kelvinbar-snapshot: prints the snapshot of a machine on standard output.
 
 #include "base/Clock.h"
-#include "platform/Platform.h"
-#include "platform/replay/ReplayMachine.h"
+#include "machines/Platform.h"
+#include "machines/replay/ReplayMachine.h"
 #include "resources/SampleMachines.h"
 #include "tools/SnapshotTaker.h"
+#include "tools/StandardOutput.h"
 #include "tools/TextInput.h"
 
 #include <algorithm>

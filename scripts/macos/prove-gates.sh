@@ -15,7 +15,7 @@ tree_with_mistake() {
   local tree=$work/mistakes/tree
   rm -rf "$tree"
   mkdir "$tree"
-  git ls-files -z base platform/macos scripts/macos smc tests/macos-declarations tests/platform/macos |
+  git ls-files -z base machines/macos scripts/macos smc tests/macos-declarations tests/machines/macos |
     xargs -0 cp --parents --target-directory="$tree"
   cp "$(mistake "$1" "$2")" "$tree/$1"
   echo "$tree"
@@ -36,7 +36,7 @@ prove_gates() {
   caught_count=0
   rm -rf "$work/mistakes"
   mkdir -p "$work/mistakes/declarations"
-  local desktop=platform/macos/desktop machine=platform/macos
+  local desktop=desktop/macos machine=machines/macos
   local library=$work/arm64/build/$desktop/libkelvinbar_cocoa_complete.dylib
 
   # Compilation
@@ -58,7 +58,7 @@ prove_gates() {
   caught "no member named 'applicationStateChangedX'" compiles_over_toolkit \
     "$(mistake $desktop/ActiveInput.cpp 's/applicationStateChanged/&X/')"
   caught "no member named 'registryX'" compiles_test \
-    "$(mistake tests/platform/macos/MacPlatformTest.cpp 's/machine\.registry/&X/')"
+    "$(mistake tests/machines/macos/MacPlatformTest.cpp 's/machine\.registry/&X/')"
 
   # Links, imports and load commands
   cp "$(mistake $declarations/stubs/Frameworks/AppKit.framework/AppKit.tbd '/_NSBeep/d')" \

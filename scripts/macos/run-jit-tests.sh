@@ -6,9 +6,9 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 export zig=${ZIG:?is to be the path of the zig program} build=${1:-build/macos/jit}
 
-program=(platform/macos/{CFValues,IOKitRegistry,IOKitSMCDriver}.cpp base/Value.cpp)
-tests=(tests/platform/macos/IOKitTest.cpp)
-support=(tests/platform/macos/FakeIOKit.cpp tests/platform/macos/jit/{Runner,HostLibrary}.cpp)
+program=(machines/macos/{CFValues,IOKitRegistry,IOKitSMCDriver}.cpp base/Value.cpp)
+tests=(tests/machines/macos/IOKitTest.cpp)
+support=(tests/machines/macos/FakeIOKit.cpp tests/machines/macos/jit/{Runner,HostLibrary}.cpp)
 
 mkdir -p "$build"
 build=$(realpath "$build")
@@ -22,8 +22,8 @@ count=$(cat "${tests[@]}" | grep -cE '\bTEST(_[FP])?\(') || { echo "There are no
 
 # Constructors of global objects would not run: they are errors.
 export flags="-target x86_64-macos.11.0 -std=c++20 -O2 -fno-stack-protector -Wall -Wextra -Wpedantic -Wshadow
-  -Wconversion -Wsign-conversion -Wglobal-constructors -Werror -I. -Itests/platform/macos/jit
-  -isystem tests/macos-declarations -include tests/platform/macos/jit/HostLocks.h"
+  -Wconversion -Wsign-conversion -Wglobal-constructors -Werror -I. -Itests/machines/macos/jit
+  -isystem tests/macos-declarations -include tests/machines/macos/jit/HostLocks.h"
 compile() {
   # shellcheck disable=SC2086
   "$zig" c++ $flags "-I$build" -c "$1" -o "$build/objects/${1//\//_}.o"

@@ -1,6 +1,6 @@
 // Runs the tests on the session bus that they are started on.
 
-#include "platform/linux/desktop/PreferencesFile.h"
+#include "desktop/linux/PreferencesFile.h"
 #include "tests/QtTests.h"
 
 #include <QDBusConnection>

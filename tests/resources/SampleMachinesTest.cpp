@@ -2,7 +2,7 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
-#include "tests/platform/replay/Exporting.h"
+#include "tests/machines/replay/Exporting.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "tests/panel/pictures/PanelPictures.h"
 
-#include "platform/demo/DemoMachine.h"
+#include "machines/demo/DemoMachine.h"
 #include "tests/fakes/FakeIORegistry.h"
 #include "tests/fakes/FakeSMCDriver.h"
 #include "tests/panel/pictures/PanelStage.h"

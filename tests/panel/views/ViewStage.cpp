@@ -1,9 +1,9 @@
 #include "tests/panel/views/ViewStage.h"
 
 #include "base/NotificationCenter.h"
+#include "machines/demo/DemoMachine.h"
 #include "panel/PanelStyle.h"
-#include "panel/QtText.h"
-#include "platform/demo/DemoMachine.h"
+#include "qt/QtText.h"
 #include "smc/Machine.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"

@@ -1,0 +1,55 @@
+#include "app/LazyPanel.h"
+
+#include "app/PanelMaker.h"
+
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+class LazyPanel final : public QtPopoverContent {
+  public:
+    LazyPanel(KelvinbarStore& store, PanelHandlers handlers)
+        : store_(store), handlers_(std::move(handlers)) {}
+
+    void setViewSize(Size /*size*/) override {} // the view follows its window
+
+    void setViewNeedsLayout() override {
+        if (QWindow* const own = window()) own->requestUpdate();
+    }
+
+    [[nodiscard]] QWindow* window() const override { return panel_ == nullptr ? nullptr : &panel_->window(); }
+
+    QWindow* ensureWindow() override {
+        if (panel_ == nullptr) panel_ = makeLoadedPanel(store_, handlers_);
+        return window();
+    }
+
+    void setWindowContentSize(Size size) override {
+        if (panel_ == nullptr) return;
+        panel_->whenContentMayMove([this, size] { QtPopoverContent::setWindowContentSize(size); });
+    }
+
+    void animateWindowContentSize(Size size, std::chrono::milliseconds duration,
+                                  std::function<void()> completion) override {
+        if (handlers_.prefersReducedMotion()) duration = std::chrono::milliseconds(0);
+        QtPopoverContent::animateWindowContentSize(size, duration, std::move(completion));
+    }
+
+  private:
+    KelvinbarStore& store_;
+    PanelHandlers handlers_;
+    std::unique_ptr<PanelWindow> panel_;
+};
+
+} // namespace
+
+std::unique_ptr<PopoverContent> LazyPanelFactory::make(KelvinbarStore& store,
+                                                       std::function<void()> closeAction) {
+    PanelHandlers handlers = handlers_;
+    handlers.close = std::move(closeAction);
+    return std::make_unique<LazyPanel>(store, std::move(handlers));
+}
+
+} // namespace kelvinbar

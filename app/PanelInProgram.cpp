@@ -1,0 +1,13 @@
+// The panel as a part of the program.
+
+#include "app/PanelMaker.h"
+
+#include <utility>
+
+namespace kelvinbar {
+
+std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers) {
+    return makePanelWindow(store, std::move(handlers));
+}
+
+} // namespace kelvinbar

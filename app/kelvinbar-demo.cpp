@@ -1,0 +1,10 @@
+// kelvinbar-demo: the same program over a made-up machine.
+
+#include "app/KelvinbarApp.h"
+#include "machines/Platform.h"
+#include "machines/demo/DemoMachine.h"
+
+int main(int argc, char** argv) {
+    return kelvinbar::KelvinbarApp::run(
+        argc, argv, kelvinbar::makeDemoMachine(kelvinbar::makePlatform().clock), "kelvinbar-demo");
+}

@@ -1,0 +1,48 @@
+#include "desktop/linux/LegacyTray.h"
+
+#include "desktop/qt/Modules.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QGuiApplication>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+LegacyTrayModule& loadedModule() {
+    static LegacyTrayModule module;
+    return module;
+}
+
+bool isWatcherRunning() {
+    // A connection of its own: the shared one belongs to the application, which is not there yet.
+    const QString name = "kelvinbar-probe";
+    const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+    const bool isRunning =
+        bus.isConnected() && bus.interface()->isServiceRegistered("org.kde.StatusNotifierWatcher");
+    QDBusConnection::disconnectFromBus(name);
+    return isRunning;
+}
+
+} // namespace
+
+std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv) {
+    using GetModule = void (*)(LegacyTrayModule&);
+    if (!isWatcherRunning()) {
+        const auto get =
+            reinterpret_cast<GetModule>(moduleFunction("kelvinbar-xembed", "kelvinbarLegacyTray"));
+        if (get != nullptr) get(loadedModule());
+    }
+    const auto make = loadedModule().makeApplication;
+    return std::unique_ptr<QGuiApplication>(make == nullptr ? new QGuiApplication(argc, argv)
+                                                            : make(argc, argv));
+}
+
+std::unique_ptr<LegacyTrayIcon> makeLegacyTrayIcon(std::function<void(QRect)> onActivated) {
+    const auto make = loadedModule().makeIcon;
+    return std::unique_ptr<LegacyTrayIcon>(make == nullptr ? nullptr : make(std::move(onActivated)));
+}
+
+} // namespace kelvinbar

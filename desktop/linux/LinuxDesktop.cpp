@@ -1,0 +1,132 @@
+#include "desktop/Desktop.h"
+#include "desktop/linux/AutostartEntry.h"
+#include "desktop/linux/GrabbedInput.h"
+#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/MotionPreference.h"
+#include "desktop/linux/PreferencesFile.h"
+#include "desktop/linux/RunningInstance.h"
+#include "desktop/linux/TrayItem.h"
+#include "desktop/qt/TerminationSignals.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QProcess>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include <unistd.h>
+
+namespace kelvinbar {
+
+namespace {
+
+/// The programs with which desktops show what starts at login.
+constexpr std::array<std::pair<const char*, const char*>, 6> autostartSettings{{
+    {"gnome-session-properties", ""},
+    {"systemsettings", "kcm_autostart"},
+    {"xfce4-session-settings", ""},
+    {"lxqt-config-session", ""},
+    {"mate-session-properties", ""},
+    {"cinnamon-settings", "startup"},
+}};
+
+void openAutostartSettings() {
+    for (const auto& [program, argument] : autostartSettings) {
+        const QStringList arguments = *argument == '\0' ? QStringList() : QStringList(argument);
+        if (QProcess::startDetached(program, arguments)) return;
+    }
+}
+
+/// The terminal's bell, and nothing where there is no terminal.
+void ringBell() {
+    if (isatty(STDERR_FILENO) == 1) static_cast<void>(std::fputc('\a', stderr));
+}
+
+bool hasDarkColors() {
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+/// The program's name on the session bus and of its desktop entry.
+QString busName(const std::string& name) {
+    return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
+}
+
+/// A program in a tray has neither a taskbar entry nor windows that keep it running.
+class TrayApplication final : public Application {
+  public:
+    void becomeAccessory() override { QGuiApplication::setQuitOnLastWindowClosed(false); }
+};
+
+class LinuxDesktop final : public Desktop {
+  public:
+    LinuxDesktop(const std::string& name, const std::vector<std::string>& command,
+                 const std::function<void(const std::string&)>& report)
+        : bus_(QDBusConnection::sessionBus())
+        , instance_(bus_, busName(name), [this] { openPanel(); })
+        , statusBar_(bus_,
+                     trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
+                     handlers_)
+        , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
+                     {openAutostartSettings, ringBell})
+        , userDefaults_(QString::fromStdString(name), report)
+        , motion_(bus_)
+        , signals_([this] { quit(); }) {}
+
+    bool handOverToRunningInstance() override {
+        if (instance_.isThisOne()) return false;
+        instance_.activateOther();
+        return true;
+    }
+
+    void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
+
+    Application& application() override { return application_; }
+
+    StatusBar& statusBar() override { return statusBar_; }
+
+    LoginItemService& loginItemService() override { return autostart_; }
+
+    PopoverInput& popoverInput() override { return popoverInput_; }
+
+    UserDefaults& userDefaults() override { return userDefaults_; }
+
+    [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
+
+  private:
+    void openPanel() const {
+        if (handlers_.openPanel) handlers_.openPanel();
+    }
+
+    void quit() const {
+        if (handlers_.quit) handlers_.quit();
+    }
+
+    DesktopHandlers handlers_;
+    QDBusConnection bus_;
+    RunningInstance instance_;
+    TrayApplication application_;
+    TrayStatusBar statusBar_;
+    AutostartEntry autostart_;
+    GrabbedInput popoverInput_;
+    PreferencesFile userDefaults_;
+    MotionPreference motion_;
+    TerminationSignals signals_;
+};
+
+} // namespace
+
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
+    // Windows of a Wayland session cannot place themselves; those of its X server can.
+    const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (!isChosen && !qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
+    return makeTrayApplication(argc, argv);
+}
+
+std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+                                     const std::function<void(const std::string&)>& report) {
+    return std::make_unique<LinuxDesktop>(name, command, report);
+}
+
+} // namespace kelvinbar

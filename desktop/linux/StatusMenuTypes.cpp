@@ -1,0 +1,70 @@
+#include "desktop/linux/StatusMenuTypes.h"
+
+#include <QDBusMetaType>
+
+namespace kelvinbar {
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& value) {
+    argument.beginStructure();
+    argument << value.id << value.properties;
+    argument.beginArray(QMetaType::fromType<QDBusVariant>());
+    for (const StatusMenuLayout& child : value.children) {
+        argument << QDBusVariant(QVariant::fromValue(child));
+    }
+    argument.endArray();
+    argument.endStructure();
+    return argument;
+}
+
+/// Layouts are only ever sent; the type has to be readable all the same.
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& value) {
+    argument.beginStructure();
+    argument >> value.id >> value.properties;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QDBusVariant child;
+        argument >> child;
+        value.children.append(qdbus_cast<StatusMenuLayout>(child.variant().value<QDBusArgument>()));
+    }
+    argument.endArray();
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuItemProperties& value) {
+    argument.beginStructure();
+    argument << value.id << value.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuItemProperties& value) {
+    argument.beginStructure();
+    argument >> value.id >> value.properties;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& value) {
+    argument.beginStructure();
+    argument << value.id << value.name << value.data << value.timestamp;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& value) {
+    argument.beginStructure();
+    argument >> value.id >> value.name >> value.data >> value.timestamp;
+    argument.endStructure();
+    return argument;
+}
+
+void registerStatusMenuTypes() {
+    qDBusRegisterMetaType<StatusMenuLayout>();
+    qDBusRegisterMetaType<StatusMenuItemProperties>();
+    qDBusRegisterMetaType<QList<StatusMenuItemProperties>>();
+    qDBusRegisterMetaType<StatusMenuEvent>();
+    qDBusRegisterMetaType<QList<StatusMenuEvent>>();
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,164 @@
+#include "desktop/linux/TrayItem.h"
+
+#include "base/Text.h"
+#include "desktop/linux/ReadingIcon.h"
+#include "desktop/qt/QtScreens.h"
+#include "qt/QtGeometry.h"
+#include "qt/QtText.h"
+
+#include <QFile>
+#include <QImage>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Desktops whose trays show the label of an item.
+constexpr std::array<std::string_view, 4> labellingDesktops{"gnome", "unity", "mate", "pantheon"};
+
+/// The image of that name in pixels of a side.
+QString resourcePath(const std::string& name, int side) {
+    return QString(":/artwork/%1-%2.argb").arg(QString::fromStdString(name)).arg(side);
+}
+
+/// The image in every size that hosts ask for.
+StatusNotifierPixmaps imagePixmaps(const std::string& name) {
+    StatusNotifierPixmaps pixmaps;
+    for (const int side : iconSides) {
+        QFile pixels(resourcePath(name, side));
+        if (pixels.open(QIODevice::ReadOnly)) pixmaps.append({side, side, pixels.readAll()});
+    }
+    return pixmaps;
+}
+
+} // namespace
+
+TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
+    const std::string name = asciiLowercased(desktopName);
+    const bool showsLabels = std::ranges::any_of(
+        labellingDesktops, [&](std::string_view desktop) { return contains(name, desktop); });
+    // Only there do panels have the colours of programs; elsewhere they are dark nearly always, and the rim
+    // around the text keeps it legible where they are not.
+    const bool followsColors = contains(name, "kde");
+    return {.showsLabels = showsLabels, .isDark = !followsColors || hasDarkColors};
+}
+
+TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers)
+    : style_(style)
+    , handlers_(handlers)
+    , readingIcons_(style.isDark)
+    , menu_(bus)
+    , item_(bus,
+            [this](QPoint place) {
+                activate({place, QSize(1, 1)});
+            })
+    , legacyIcon_(makeLegacyTrayIcon([this](QRect place) { activate(place); })) {
+    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishLegacyIcon(); });
+    content_.title = "Kelvinbar";
+    content_.toolTipTitle = "Kelvinbar";
+    publish();
+}
+
+void TrayItem::setImageLeftOfTitle(const StatusImage& image) {
+    // The desktop's own theme has no symbols of these names: ours stand in for them.
+    ownIcon_ = imagePixmaps(image.name);
+    publishSoon();
+}
+
+void TrayItem::setTitle(const StatusTitle& title) {
+    content_.label = qtText(title.text).trimmed();
+    content_.title = content_.label.isEmpty() ? "Kelvinbar" : content_.label;
+    publishSoon();
+}
+
+void TrayItem::setToolTip(const std::string& text) {
+    content_.toolTipText = qtText(text);
+    publishSoon();
+}
+
+void TrayItem::setAction(std::function<void()> action) { action_ = std::move(action); }
+
+/// Title and tooltip change one after the other: hosts are told of both at once.
+void TrayItem::publishSoon() {
+    if (std::exchange(isPublishPosted_, true)) return;
+    QMetaObject::invokeMethod(
+        &item_, [this] { publish(); }, Qt::QueuedConnection);
+}
+
+void TrayItem::publish() {
+    isPublishPosted_ = false;
+    const auto pinned = handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
+    content_.iconPixmaps = iconPixmaps(pinned);
+    item_.setContent(content_);
+    publishLegacyIcon();
+    publishMenu(pinned);
+}
+
+StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pinned) {
+    if (style_.showsLabels || pinned.empty()) return ownIcon_;
+    const QString text = iconText(qtText(pinned.front().compactValue));
+    if (text.isEmpty()) return ownIcon_;
+    if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons_.pixmaps(text);
+    return drawnIcon_;
+}
+
+/// In one tray at a time: the older kind only while none of the newer is there.
+void TrayItem::publishLegacyIcon() {
+    if (legacyIcon_ == nullptr) return;
+    const bool isNeeded = !item_.hasWatcher() && !content_.iconPixmaps.isEmpty();
+    if (isNeeded && std::exchange(legacyPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
+        QList<QImage> sizes;
+        for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
+        legacyIcon_->setIcon(sizes);
+    }
+    if (isNeeded) legacyIcon_->setToolTip(content_.toolTipText);
+    legacyIcon_->setShown(isNeeded);
+}
+
+void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
+    std::vector<StatusMenuEntry> entries;
+    entries.reserve(pinned.size() + 3);
+    const auto open = [this] { activateAgain(); };
+    for (const PinnedReading& reading : pinned) {
+        entries.push_back({qtText(reading.name + ": " + reading.value), open});
+    }
+    if (!pinned.empty()) entries.emplace_back();
+    entries.push_back({"Open Kelvinbar", open});
+    entries.push_back({"Quit Kelvinbar", [this] {
+                           if (handlers_.quit) handlers_.quit();
+                       }});
+    menu_.setEntries(std::move(entries));
+}
+
+void TrayItem::activate(QRect place) {
+    // Some hosts do not know the place and give the origin.
+    if (!place.topLeft().isNull()) lastClick_ = place;
+    activateAgain();
+}
+
+void TrayItem::activateAgain() {
+    if (action_) action_();
+}
+
+std::optional<Rect> TrayItem::frameOnScreen() const {
+    if (!lastClick_) return std::nullopt;
+    return rectOf(*lastClick_);
+}
+
+std::optional<Rect> TrayItem::visibleFrameOfScreen() const {
+    const auto frame = frameOnScreen();
+    return frame ? std::optional(screenAround(frame).visibleFrame) : std::nullopt;
+}
+
+std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
+    return std::make_unique<TrayItem>(bus_, style_, handlers_);
+}
+
+bool TrayStatusBar::hasImageResource(const std::string& name) const {
+    return QFile::exists(resourcePath(name, iconSides.front()));
+}
+
+} // namespace kelvinbar

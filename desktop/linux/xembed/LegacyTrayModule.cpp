@@ -1,0 +1,50 @@
+// Icons in trays of the older kind, as a module that the program loads where no newer tray runs.
+
+#include "desktop/linux/LegacyTray.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+class SystemTrayIcon final : public LegacyTrayIcon {
+  public:
+    explicit SystemTrayIcon(std::function<void(QRect)> onActivated) {
+        QObject::connect(&icon_, &QSystemTrayIcon::activated,
+                         [this, handler = std::move(onActivated)](QSystemTrayIcon::ActivationReason reason) {
+                             if (reason == QSystemTrayIcon::Trigger) handler(icon_.geometry());
+                         });
+    }
+
+    void setIcon(const QList<QImage>& sizes) override {
+        QIcon icon;
+        for (const QImage& image : sizes) icon.addPixmap(QPixmap::fromImage(image));
+        icon_.setIcon(icon);
+    }
+
+    void setToolTip(const QString& text) override { icon_.setToolTip(text); }
+
+    void setShown(bool isShown) override { icon_.setVisible(isShown); }
+
+  private:
+    QSystemTrayIcon icon_;
+};
+
+QGuiApplication* makeApplication(int& argc, char** argv) { return new QApplication(argc, argv); }
+
+LegacyTrayIcon* makeIcon(std::function<void(QRect)> onActivated) {
+    return new SystemTrayIcon(std::move(onActivated));
+}
+
+} // namespace
+
+} // namespace kelvinbar
+
+extern "C" Q_DECL_EXPORT void kelvinbarLegacyTray(kelvinbar::LegacyTrayModule& module) {
+    module = {kelvinbar::makeApplication, kelvinbar::makeIcon};
+}

@@ -1,0 +1,167 @@
+#include "desktop/macos/CocoaApplication.h"
+
+#import <AppKit/AppKit.h>
+#import <CoreServices/CoreServices.h>
+#include <utility>
+
+/// What an observer has to be here: an object.
+@interface KelvinbarReopenTarget : NSObject
+@property(nonatomic) std::function<void()> onReopen;
+- (void)applicationWillFinishLaunching:(NSNotification*)notification;
+- (void)handleReopenEvent:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply;
+- (void)handleHandOver:(NSNotification*)notification;
+@end
+
+@implementation KelvinbarReopenTarget
+
+/// The application's own handlers are in place by then; before, they would replace this one.
+- (void)applicationWillFinishLaunching:(NSNotification*)__unused notification {
+    [NSAppleEventManager.sharedAppleEventManager setEventHandler:self
+                                                     andSelector:@selector(handleReopenEvent:withReplyEvent:)
+                                                   forEventClass:kCoreEventClass
+                                                      andEventID:kAEReopenApplication];
+}
+
+- (void)handleReopenEvent:(NSAppleEventDescriptor*)__unused event
+           withReplyEvent:(NSAppleEventDescriptor*)__unused reply {
+    if (_onReopen) _onReopen();
+}
+
+- (void)handleHandOver:(NSNotification*)__unused notification {
+    if (_onReopen) _onReopen();
+}
+
+@end
+
+namespace kelvinbar {
+
+namespace {
+
+bool isOlder(NSRunningApplication* one, NSRunningApplication* other) {
+    NSDate* const start = one.launchDate; // which the system does not know of every program
+    NSDate* const otherStart = other.launchDate;
+    if (start == nil || otherStart == nil || [start isEqualToDate:otherStart]) {
+        return one.processIdentifier < other.processIdentifier;
+    }
+    return [start compare:otherStart] == NSOrderedAscending;
+}
+
+/// Of several instances that start at once, the oldest stays.
+bool hasOlderInstance(NSRunningApplication* application) {
+    NSString* const identifier = application.bundleIdentifier;
+    if (identifier == nil) return false;
+    for (NSRunningApplication* other in
+         [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
+        if (isOlder(other, application)) return true;
+    }
+    return false;
+}
+
+/// What an instance that hands over tells the others; nil outside a bundle.
+NSString* handOverName() {
+    return [NSRunningApplication.currentApplication.bundleIdentifier stringByAppendingString:@".open"];
+}
+
+constexpr NSEventMask anyPress =
+    NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown;
+
+} // namespace
+
+void becomeAccessoryApplication() {
+    @autoreleasepool {
+        [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyAccessory];
+    }
+}
+
+void activateApplication() {
+    @autoreleasepool {
+        NSApplication* const application = NSApplication.sharedApplication;
+        // A window of a hidden program would not come to the screen.
+        if (application.hidden) [application unhideWithoutActivation];
+        [application activateIgnoringOtherApps:YES];
+    }
+}
+
+void hideApplication() {
+    @autoreleasepool {
+        [NSApplication.sharedApplication hide:nil];
+    }
+}
+
+bool systemPrefersReducedMotion() {
+    @autoreleasepool {
+        return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
+    }
+}
+
+std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress) {
+    @autoreleasepool {
+        id const monitor = [NSEvent addGlobalMonitorForEventsMatchingMask:anyPress
+                                                                  handler:^(NSEvent*) {
+                                                                    // It may end the watch, and this block.
+                                                                    const auto tell = onPress;
+                                                                    tell();
+                                                                  }];
+        if (monitor == nil) return nullptr;
+        return {const_cast<void*>(CFBridgingRetain(monitor)), [](void* kept) {
+                    @autoreleasepool {
+                        [NSEvent removeMonitor:CFBridgingRelease(kept)];
+                    }
+                }};
+    }
+}
+
+bool handOverToRunningApplication() {
+    @autoreleasepool {
+        if (!hasOlderInstance(NSRunningApplication.currentApplication)) return false;
+        [NSDistributedNotificationCenter.defaultCenter postNotificationName:handOverName()
+                                                                     object:nil
+                                                                   userInfo:nil
+                                                         deliverImmediately:YES];
+        return true;
+    }
+}
+
+class ReopenObserver::Target {
+  public:
+    explicit Target(std::function<void()> onReopen) {
+        @autoreleasepool {
+            object_.onReopen = std::move(onReopen);
+            [NSNotificationCenter.defaultCenter addObserver:object_
+                                                   selector:@selector(applicationWillFinishLaunching:)
+                                                       name:NSApplicationWillFinishLaunchingNotification
+                                                     object:nil];
+            if (NSString* const name = handOverName()) {
+                [NSDistributedNotificationCenter.defaultCenter
+                           addObserver:object_
+                              selector:@selector(handleHandOver:)
+                                  name:name
+                                object:nil
+                    suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
+            }
+        }
+    }
+
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+
+    ~Target() {
+        @autoreleasepool {
+            [NSNotificationCenter.defaultCenter removeObserver:object_];
+            [NSDistributedNotificationCenter.defaultCenter removeObserver:object_];
+            [NSAppleEventManager.sharedAppleEventManager
+                removeEventHandlerForEventClass:kCoreEventClass
+                                     andEventID:kAEReopenApplication];
+        }
+    }
+
+  private:
+    KelvinbarReopenTarget* object_ = [[KelvinbarReopenTarget alloc] init];
+};
+
+ReopenObserver::ReopenObserver(std::function<void()> onReopen)
+    : target_(std::make_unique<Target>(std::move(onReopen))) {}
+
+ReopenObserver::~ReopenObserver() = default;
+
+} // namespace kelvinbar

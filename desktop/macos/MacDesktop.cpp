@@ -1,0 +1,82 @@
+#include "desktop/Desktop.h"
+#include "desktop/macos/ActiveInput.h"
+#include "desktop/macos/CocoaApplication.h"
+#include "desktop/macos/CocoaStatusBar.h"
+#include "desktop/macos/MainAppLoginItem.h"
+#include "desktop/macos/SystemSymbolMask.h"
+#include "desktop/qt/QtUserDefaults.h"
+#include "desktop/qt/TerminationSignals.h"
+
+#include <QGuiApplication>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+/// The preferences' domain is then the application's identifier, "org.kelvinbar." and its name.
+constexpr const char* organization = "kelvinbar.org";
+
+class AccessoryApplication final : public Application {
+  public:
+    void becomeAccessory() override {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        becomeAccessoryApplication();
+    }
+};
+
+class MacDesktop final : public Desktop {
+  public:
+    MacDesktop(const std::string& name, const std::function<void(const std::string&)>& report)
+        : userDefaults_(organization, QString::fromStdString(name), report)
+        , reopen_([this] {
+            if (handlers_.openPanel) handlers_.openPanel();
+        })
+        , signals_([this] {
+            if (handlers_.quit) handlers_.quit();
+        }) {}
+
+    bool handOverToRunningInstance() override { return handOverToRunningApplication(); }
+
+    void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
+
+    Application& application() override { return application_; }
+
+    StatusBar& statusBar() override { return statusBar_; }
+
+    LoginItemService& loginItemService() override { return loginItem_; }
+
+    PopoverInput& popoverInput() override { return popoverInput_; }
+
+    UserDefaults& userDefaults() override { return userDefaults_; }
+
+    [[nodiscard]] bool prefersReducedMotion() const override { return systemPrefersReducedMotion(); }
+
+    [[nodiscard]] SystemSymbols systemSymbols() const override { return systemSymbolMask; }
+
+  private:
+    DesktopHandlers handlers_;
+    AccessoryApplication application_;
+    CocoaStatusBar statusBar_;
+    MainAppLoginItem loginItem_;
+    ActiveInput popoverInput_{
+        {.activate = activateApplication, .hide = hideApplication, .watchPresses = watchPressesElsewhere}};
+    QtUserDefaults userDefaults_;
+    ReopenObserver reopen_;
+    TerminationSignals signals_;
+};
+
+} // namespace
+
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
+    // The toolkit would bring the program to the front at its start, where it has no window.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& /*command*/,
+                                     const std::function<void(const std::string&)>& report) {
+    return std::make_unique<MacDesktop>(name, report);
+}
+
+} // namespace kelvinbar

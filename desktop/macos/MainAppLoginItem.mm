@@ -1,0 +1,58 @@
+#include "desktop/macos/MainAppLoginItem.h"
+
+#import <AppKit/AppKit.h>
+#import <ServiceManagement/ServiceManagement.h>
+
+namespace kelvinbar {
+
+namespace {
+
+/// The list of login items, among the settings of users and groups as they were before macOS 13.
+NSString* const loginItemsSettings =
+    @"x-apple.systempreferences:com.apple.preferences.users?startupItemsPref";
+
+} // namespace
+
+bool MainAppLoginItem::canRegister() const {
+    if (@available(macOS 13.0, *)) return true;
+    return false;
+}
+
+bool MainAppLoginItem::isRegistered() const {
+    if (@available(macOS 13.0, *)) {
+        static_assert(SMAppServiceStatusEnabled == 1);
+        @autoreleasepool {
+            return SMAppService.mainAppService.status == SMAppServiceStatusEnabled;
+        }
+    }
+    return false;
+}
+
+bool MainAppLoginItem::registerItem() {
+    if (@available(macOS 13.0, *)) {
+        @autoreleasepool {
+            return [SMAppService.mainAppService registerAndReturnError:nil];
+        }
+    }
+    return false;
+}
+
+bool MainAppLoginItem::unregisterItem() {
+    if (@available(macOS 13.0, *)) {
+        @autoreleasepool {
+            return [SMAppService.mainAppService unregisterAndReturnError:nil];
+        }
+    }
+    return false;
+}
+
+void MainAppLoginItem::openLoginItemsSettings() {
+    @autoreleasepool {
+        NSURL* const address = [NSURL URLWithString:loginItemsSettings];
+        if (address != nil) [NSWorkspace.sharedWorkspace openURL:address];
+    }
+}
+
+void MainAppLoginItem::beep() { NSBeep(); }
+
+} // namespace kelvinbar

@@ -1,0 +1,83 @@
+#include "desktop/qt/QtUserDefaults.h"
+
+#include <QSet>
+#include <QStringList>
+#include <QVariant>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+QString qtKey(std::string_view key) {
+    return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+}
+
+/// A platform that keeps types may hold a number as any of these; one that keeps texts, as a text.
+bool mayBeNumber(const QVariant& value) {
+    static const QSet<int> types{QMetaType::QString,  QMetaType::Double,    QMetaType::Float, QMetaType::Int,
+                                 QMetaType::LongLong, QMetaType::ULongLong, QMetaType::Bool};
+    return types.contains(value.typeId());
+}
+
+} // namespace
+
+QtUserDefaults::QtUserDefaults(const QString& organization, const QString& program, Report report)
+    : settings_(QSettings::NativeFormat, QSettings::UserScope, organization, program)
+    , report_(std::move(report)) {
+    settings_.setFallbacksEnabled(false);
+}
+
+std::optional<std::string> QtUserDefaults::text(std::string_view key) const {
+    const QVariant value = settings_.value(qtKey(key));
+    if (value.typeId() != QMetaType::QString) return std::nullopt;
+    return value.toString().toStdString();
+}
+
+std::optional<TextList> QtUserDefaults::textList(std::string_view key) const {
+    // A list of one text is stored as that text.
+    const QVariant value = settings_.value(qtKey(key));
+    if (value.typeId() != QMetaType::QString && value.typeId() != QMetaType::QStringList) return std::nullopt;
+    TextList texts;
+    const QStringList list = value.toStringList();
+    for (const QString& text : list) texts.push_back(text.toStdString());
+    return texts;
+}
+
+double QtUserDefaults::number(std::string_view key) const {
+    const QVariant value = settings_.value(qtKey(key));
+    return mayBeNumber(value) ? value.toDouble() : 0;
+}
+
+void QtUserDefaults::setText(std::string_view key, const std::string& value) {
+    write(key, QString::fromStdString(value));
+}
+
+void QtUserDefaults::setTextList(std::string_view key, const TextList& value) {
+    QStringList list;
+    for (const std::string& text : value) list.append(QString::fromStdString(text));
+    write(key, list);
+}
+
+void QtUserDefaults::setNumber(std::string_view key, double value) { write(key, value); }
+
+void QtUserDefaults::remove(std::string_view key) {
+    change([&] { settings_.remove(qtKey(key)); });
+}
+
+void QtUserDefaults::write(std::string_view key, const QVariant& value) {
+    change([&] { settings_.setValue(qtKey(key), value); });
+}
+
+void QtUserDefaults::change(const std::function<void()>& make) {
+    make();
+    settings_.sync();
+    if (settings_.status() == QSettings::AccessError) reportOnce("cannot be written");
+}
+
+void QtUserDefaults::reportOnce(const std::string& what) {
+    if (std::exchange(hasReported_, true)) return;
+    report_("the preferences in " + settings_.fileName().toStdString() + " " + what);
+}
+
+} // namespace kelvinbar

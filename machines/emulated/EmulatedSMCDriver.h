@@ -1,0 +1,34 @@
+#pragma once
+
+#include "machines/emulated/SMCKeySource.h"
+#include "smc/SMCDriver.h"
+#include "smc/SMCParamBlock.h"
+
+#include <memory>
+
+namespace kelvinbar {
+
+/// A controller that is not there: answers the calls of the driver protocol from a key source. "#KEY" is the
+/// number of keys in the source.
+class EmulatedSMCDriver final : public SMCDriver {
+  public:
+    explicit EmulatedSMCDriver(std::unique_ptr<SMCKeySource> source);
+
+    std::optional<Service> findService(std::string_view className) override;
+    OpenResult open(Service service) override;
+    ReturnCode callStructMethod(Connection connection, std::uint32_t selector,
+                                std::span<const std::byte> input, std::span<std::byte> output,
+                                std::size_t& outputSize) override;
+
+    void close(Connection /*connection*/) override {}
+
+  private:
+    [[nodiscard]] SMCParamBlock answer(const SMCParamBlock& question);
+    [[nodiscard]] SMCParamBlock keyAtIndex(std::uint32_t index);
+    [[nodiscard]] SMCParamBlock keyInfo(std::uint32_t code);
+    [[nodiscard]] SMCParamBlock keyBytes(std::uint32_t code, std::uint32_t size);
+
+    std::unique_ptr<SMCKeySource> source_;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,13 @@
+#include "machines/linux/BootTimeClock.h"
+
+#include <ctime>
+
+namespace kelvinbar {
+
+std::chrono::nanoseconds BootTimeClock::now() const {
+    std::timespec time{};
+    clock_gettime(CLOCK_BOOTTIME, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,71 @@
+#include "machines/linux/files/DevicePath.h"
+
+#include "base/NaturalOrder.h"
+#include "base/Text.h"
+#include "machines/linux/files/SystemFile.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Classes whose entries are numbered in the order in which the kernel came upon them.
+constexpr std::array<std::string_view, 6> numberedClasses{"hwmon", "nvme",         "ieee80211",
+                                                          "phy",   "thermal_zone", "cooling_device"};
+
+bool isNumberedByTheKernel(std::string_view part) {
+    return std::ranges::any_of(numberedClasses, [&](std::string_view name) {
+        return part.starts_with(name) && std::ranges::all_of(part.substr(name.size()), isDecimalDigit);
+    });
+}
+
+std::string stablePart(const fs::path& path) {
+    std::string text;
+    for (const fs::path& part : path) {
+        const std::string name = part.string();
+        if (name == ".." || name == "." || isNumberedByTheKernel(name)) continue;
+        if (!text.empty()) text += '/';
+        text += name;
+    }
+    return text;
+}
+
+bool isBelow(const fs::path& path, const fs::path& folder) {
+    return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
+}
+
+} // namespace
+
+std::vector<fs::path> classEntries(const fs::path& root, std::string_view className) {
+    std::vector<fs::path> entries;
+    std::error_code error;
+    const fs::path folder = root / "sys/class" / className;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        entries.push_back(entry->path());
+    }
+    std::ranges::sort(entries, [](const fs::path& left, const fs::path& right) {
+        return comesBeforeNaturally(left.filename().native(), right.filename().native());
+    });
+    return entries;
+}
+
+std::string devicePath(const fs::path& root, const fs::path& entry) {
+    std::error_code error;
+    const fs::path devices = fs::canonical(root / "sys/devices", error);
+    const fs::path self = fs::canonical(entry, error);
+    const fs::path device = fs::canonical(entry / "device", error);
+    const fs::path& place = device.empty() ? self : device;
+    if (!devices.empty() && isBelow(place, devices)) return stablePart(place.lexically_relative(devices));
+    // A tree that holds no more than the class: a link tells the device even where it leads nowhere.
+    const fs::path target = fs::read_symlink(entry / "device", error);
+    if (!target.empty()) return stablePart(target);
+    if (fs::is_symlink(entry, error)) return stablePart(self.lexically_relative(fs::canonical(root, error)));
+    return systemFileText(entry / "device/uevent").value_or("");
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,114 @@
+#include "machines/linux/files/SensorFile.h"
+
+#include "base/NumberText.h"
+#include "base/Text.h"
+#include "machines/linux/files/SystemFile.h"
+
+#include <array>
+#include <atomic>
+#include <mutex>
+#include <sys/stat.h>
+#include <unordered_map>
+#include <utility>
+
+#include <unistd.h>
+
+namespace kelvinbar {
+
+namespace {
+
+std::atomic<int>& openFiles() {
+    static std::atomic<int> count{0};
+    return count;
+}
+
+ssize_t readFromStart(int descriptor, std::span<char> buffer) {
+    return ::pread(descriptor, buffer.data(), buffer.size(), 0);
+}
+
+ssize_t readOnce(const std::filesystem::path& path, std::span<char> buffer) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor < 0) return -1;
+    const ssize_t count = readFromStart(descriptor, buffer);
+    ::close(descriptor);
+    return count;
+}
+
+} // namespace
+
+SensorFile::SensorFile(std::filesystem::path path) {
+    const int descriptor = openRegularFile(path);
+    if (descriptor < 0) return;
+    if (openFiles().fetch_add(1) < mostOpenFiles) {
+        descriptor_ = descriptor;
+
+        struct stat status {};
+
+        if (::fstat(descriptor, &status) == 0) identity_ = {status.st_dev, status.st_ino};
+        return;
+    }
+    openFiles().fetch_sub(1);
+    ::close(descriptor);
+    path_ = std::move(path);
+}
+
+SensorFile::SensorFile(SensorFile&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1))
+    , identity_(std::exchange(other.identity_, {}))
+    , path_(std::move(other.path_)) {}
+
+SensorFile& SensorFile::operator=(SensorFile&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    std::swap(identity_, other.identity_);
+    std::swap(path_, other.path_);
+    return *this;
+}
+
+SensorFile::~SensorFile() {
+    if (descriptor_ < 0) return;
+    ::close(descriptor_);
+    openFiles().fetch_sub(1);
+}
+
+std::shared_ptr<const SensorFile> SensorFile::shared(const std::filesystem::path& path) {
+    constexpr std::size_t mostForgotten = 1024;
+    static std::mutex mutex;
+    static std::unordered_map<std::string, std::weak_ptr<const SensorFile>> files;
+    const std::lock_guard lock(mutex);
+    if (files.size() > mostForgotten) {
+        std::erase_if(files, [](const auto& file) { return file.second.expired(); });
+    }
+    std::weak_ptr<const SensorFile>& known = files[path.native()];
+    auto file = known.lock();
+    if (file == nullptr || !file->isStillAt(path)) {
+        file = std::make_shared<const SensorFile>(path);
+        known = file;
+    }
+    return file;
+}
+
+bool SensorFile::isStillAt(const std::filesystem::path& path) const {
+    struct stat status {};
+
+    if (descriptor_ < 0 || ::stat(path.c_str(), &status) != 0) return false;
+    return identity_ == std::pair<std::uint64_t, std::uint64_t>(status.st_dev, status.st_ino);
+}
+
+std::optional<std::string_view> SensorFile::line(std::span<char> buffer) const {
+    if (!isOpen()) return std::nullopt;
+    const ssize_t count = descriptor_ >= 0 ? readFromStart(descriptor_, buffer) : readOnce(path_, buffer);
+    if (count <= 0 || static_cast<std::size_t>(count) == buffer.size()) return std::nullopt;
+    const std::string_view text(buffer.data(), static_cast<std::size_t>(count));
+    if (!text.ends_with('\n')) return std::nullopt;
+    return text.substr(0, text.size() - 1);
+}
+
+std::optional<std::int64_t> SensorFile::number() const {
+    std::array<char, 64> buffer{};
+    const auto text = line(buffer);
+    if (!text) return std::nullopt;
+    const auto number = wholeNumberIn<std::int64_t>(*text);
+    return number ? number : wholeNumberIn<std::int64_t>(trimmed(*text)); // some drivers pad with blanks
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,206 @@
+#include "machines/linux/sources/HwmonChips.h"
+
+#include "base/NaturalOrder.h"
+#include "base/NumberText.h"
+#include "base/Text.h"
+#include "machines/linux/files/DevicePath.h"
+#include "machines/linux/files/SystemFile.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using FileNames = std::set<std::string, std::less<>>;
+
+/// A kind of channel file: "temp3_input" is prefix, number and item.
+struct ChannelFile {
+    std::string_view prefix;
+    std::string_view item;
+    SensorKind kind;
+    double countsPerUnit;
+};
+
+/// Where two files give one value, the first that is there counts.
+constexpr std::array channelFiles{
+    ChannelFile{"temp", "input", SensorKind::temperature, 1e3},
+    ChannelFile{"in", "input", SensorKind::voltage, 1e3},
+    ChannelFile{"curr", "input", SensorKind::current, 1e3},
+    ChannelFile{"power", "input", SensorKind::power, 1e6},
+    ChannelFile{"power", "average", SensorKind::power, 1e6},
+    ChannelFile{"energy", "input", SensorKind::energy, 1e6},
+    ChannelFile{"fan", "input", SensorKind::fan, 1},
+    ChannelFile{"fan", "min", SensorKind::fanMinimum, 1},
+    ChannelFile{"fan", "max", SensorKind::fanMaximum, 1},
+    ChannelFile{"fan", "target", SensorKind::fanTarget, 1},
+    ChannelFile{"fan", "output", SensorKind::fanTarget, 1},
+    ChannelFile{"fan", "safe", SensorKind::fanSafe, 1},
+    ChannelFile{"fan", "manual", SensorKind::fanMode, 1},
+    ChannelFile{"freq", "input", SensorKind::frequency, 1e6},
+    ChannelFile{"humidity", "input", SensorKind::humidity, 1e3},
+};
+
+FileNames fileNames(const fs::path& folder) {
+    FileNames names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        names.insert(entry->path().filename().string());
+    }
+    return names;
+}
+
+/// The number in a file name such as "temp3_input", when that has the prefix and the item.
+std::optional<int> channelNumber(std::string_view name, const ChannelFile& kind) {
+    if (!name.starts_with(kind.prefix)) return std::nullopt;
+    name.remove_prefix(kind.prefix.size());
+    const std::size_t line = name.find('_');
+    if (line == std::string_view::npos || name.substr(line + 1) != kind.item) return std::nullopt;
+    const bool isPadded = line > 1 && name.front() == '0';
+    return isPadded ? std::nullopt : wholeNumberIn<std::uint16_t>(name.substr(0, line));
+}
+
+/// Reads what is told once of a channel: its label, and whether it is switched off.
+class ChannelReader {
+  public:
+    ChannelReader(const fs::path& folder, const FileNames& names, bool isAsleep)
+        : folder_(folder), names_(names), isAsleep_(isAsleep) {}
+
+    [[nodiscard]] SensorChannel channel(const ChannelFile& kind, int number) const {
+        const std::string stem = std::string(kind.prefix).append(std::to_string(number));
+        SensorChannel channel(kind.kind, number);
+        channel.countsPerUnit = kind.countsPerUnit;
+        channel.label = textOf(stem + "_label");
+        channel.isLabelled = !channel.label.empty();
+        if (!channel.isLabelled) channel.label = stem;
+        // A channel that is switched off keeps its key, and that cannot be read.
+        if (!isSwitchedOff(kind, stem)) {
+            channel.file = folder_ / std::string(stem).append("_").append(kind.item);
+        }
+        const std::string fault = stem + "_fault";
+        if (kind.item == "input" && names_.contains(fault)) channel.fault = folder_ / fault;
+        return channel;
+    }
+
+  private:
+    /// A fan's file of that name tells how graphics cards control it.
+    [[nodiscard]] bool isSwitchedOff(const ChannelFile& kind, const std::string& stem) const {
+        return kind.prefix != "fan" && !isAsleep_ && textOf(stem + "_enable") == "0";
+    }
+
+    [[nodiscard]] std::string textOf(const std::string& name) const {
+        return names_.contains(name) ? systemFileLine(folder_ / name).value_or("") : std::string();
+    }
+
+    const fs::path& folder_;
+    const FileNames& names_;
+    bool isAsleep_; ///< some drivers wake their device to tell whether a channel is on
+};
+
+bool isEarlierChannel(const SensorChannel& left, const SensorChannel& right) {
+    return std::pair(left.kind, left.number) < std::pair(right.kind, right.number);
+}
+
+std::vector<SensorChannel> channelsIn(const fs::path& folder, bool isAsleep) {
+    const FileNames names = fileNames(folder);
+    const ChannelReader reader(folder, names, isAsleep);
+    std::vector<SensorChannel> channels;
+    for (const ChannelFile& kind : channelFiles) {
+        for (auto name = names.lower_bound(kind.prefix); name != names.end(); ++name) {
+            if (!name->starts_with(kind.prefix)) break;
+            if (const auto number = channelNumber(*name, kind)) {
+                channels.push_back(reader.channel(kind, *number));
+            }
+        }
+    }
+    std::ranges::stable_sort(channels, isEarlierChannel);
+    const auto same = [](const SensorChannel& left, const SensorChannel& right) {
+        return left.kind == right.kind && left.number == right.number;
+    };
+    channels.erase(std::unique(channels.begin(), channels.end(), same), channels.end());
+    return channels;
+}
+
+/// A fan's key has no room for its name: that has a key of its own.
+void appendFanNames(SensorChip& chip) {
+    std::vector<SensorChannel> names;
+    for (const SensorChannel& fan : chip.channels) {
+        // Apple's controller names its fans, or has them tell themselves apart by their numbers.
+        const bool isNamed = fan.isLabelled || chip.name != "applesmc";
+        if (fan.kind != SensorKind::fan || !isNamed) continue;
+        SensorChannel name(SensorKind::fanName, fan.number);
+        name.label = fan.label;
+        name.text = fan.isLabelled ? fan.label : chip.name;
+        names.push_back(std::move(name));
+    }
+    std::ranges::move(names, std::back_inserter(chip.channels));
+}
+
+/// Old drivers put the name and all channels on the device.
+fs::path channelFolder(const fs::path& entry) {
+    std::error_code error;
+    const bool isOnDevice = !fs::exists(entry / "name", error) && fs::exists(entry / "device/name", error);
+    return isOnDevice ? entry / "device" : entry;
+}
+
+std::vector<fs::path> powerStates(const fs::path& entry) {
+    std::vector<fs::path> states;
+    // The device itself; and the one that it is a function of, as for a drive's controller.
+    for (const char* const file : {"device/power/runtime_status", "device/device/power/runtime_status"}) {
+        const auto status = systemFileLine(entry / file);
+        if (status && *status != "unsupported") states.push_back(entry / file);
+    }
+    return states;
+}
+
+bool isAnyAsleep(const std::vector<fs::path>& states) {
+    return std::ranges::any_of(states, [](const fs::path& state) {
+        return systemFileLine(state).value_or("").starts_with("suspend");
+    });
+}
+
+/// "iwlwifi_1" and "mt7921_phy0" without the numbers that count up when a driver is loaded again.
+std::string withoutCounter(std::string_view name) {
+    const std::size_t line = name.rfind('_');
+    if (line == std::string_view::npos || line + 1 == name.size()) return std::string(name);
+    std::string_view counter = name.substr(line + 1);
+    if (counter.starts_with("phy")) counter.remove_prefix(3);
+    const bool isCounter = std::ranges::all_of(counter, [](char digit) { return isDecimalDigit(digit); });
+    return std::string(isCounter ? name.substr(0, line) : name);
+}
+
+SensorChip chipAt(const fs::path& root, const fs::path& entry) {
+    SensorChip chip;
+    chip.folder = channelFolder(entry);
+    chip.device = devicePath(root, entry);
+    chip.name = systemFileLine(chip.folder / "name").value_or("");
+    chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
+    chip.powerStates = powerStates(entry);
+    chip.channels = channelsIn(chip.folder, isAnyAsleep(chip.powerStates));
+    appendFanNames(chip);
+    return chip;
+}
+
+} // namespace
+
+std::vector<SensorChip> hwmonChips(const fs::path& root) {
+    std::vector<SensorChip> chips;
+    for (const fs::path& entry : classEntries(root, "hwmon")) chips.push_back(chipAt(root, entry));
+    std::ranges::stable_sort(chips, [](const SensorChip& left, const SensorChip& right) {
+        if (comesBeforeNaturally(left.device, right.device)) return true;
+        if (comesBeforeNaturally(right.device, left.device)) return false;
+        return left.name < right.name;
+    });
+    return chips;
+}
+
+} // namespace kelvinbar

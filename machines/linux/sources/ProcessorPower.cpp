@@ -1,0 +1,44 @@
+#include "machines/linux/sources/ProcessorPower.h"
+
+#include "machines/linux/files/DevicePath.h"
+#include "machines/linux/files/SystemFile.h"
+
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+SensorChip chipAt(const fs::path& zone, const std::string& label) {
+    SensorChannel channel(SensorKind::energy, 0);
+    channel.label = label;
+    channel.isLabelled = true;
+    channel.file = zone / "energy_uj";
+    channel.countsPerUnit = 1e6;
+    channel.range = zone / "max_energy_range_uj";
+    SensorChip chip;
+    chip.device = zone.filename().string();
+    chip.name = chip.stableName = "rapl";
+    chip.folder = zone;
+    chip.channels.push_back(std::move(channel));
+    return chip;
+}
+
+} // namespace
+
+std::vector<SensorChip> processorPowerChips(const fs::path& root) {
+    std::vector<SensorChip> chips;
+    // "intel-rapl:0:1" is a zone; without a colon it is the control type, and "intel-rapl-mmio:0" counts the
+    // package once more.
+    for (const fs::path& zone : classEntries(root, "powercap")) {
+        const std::string entry = zone.filename().string();
+        if (!entry.starts_with("intel-rapl:")) continue;
+        const auto label = systemFileLine(zone / "name");
+        if (label) chips.push_back(chipAt(zone, *label));
+    }
+    return chips;
+}
+
+} // namespace kelvinbar

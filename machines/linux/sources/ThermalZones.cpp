@@ -1,0 +1,51 @@
+#include "machines/linux/sources/ThermalZones.h"
+
+#include "machines/linux/files/SystemFile.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <system_error>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Some firmware announces trip points at or near zero that mean nothing.
+constexpr std::int64_t lowestRealTripPoint = 40'000; // thousandths of a degree Celsius
+
+int stateAtTripPoint(const std::string& type) {
+    if (type == "critical") return 3;
+    if (type == "hot") return 2;
+    if (type == "passive") return 1;
+    return 0;
+}
+
+int thermalStateOfZone(const std::filesystem::path& zone) {
+    const auto temperature = systemFileNumber(zone / "temp");
+    if (!temperature) return -1;
+    int state = 0;
+    for (int index = 0;; ++index) {
+        const std::string point = "trip_point_" + std::to_string(index);
+        const auto type = systemFileLine(zone / (point + "_type"));
+        if (!type) return state;
+        const auto trip = systemFileNumber(zone / (point + "_temp"));
+        const bool reached = trip && *trip >= lowestRealTripPoint && *temperature >= *trip;
+        if (reached) state = std::max(state, stateAtTripPoint(*type));
+    }
+}
+
+} // namespace
+
+int thermalStateOfZones(const std::filesystem::path& zones) {
+    int state = -1;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(zones, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with("thermal_zone")) state = std::max(state, thermalStateOfZone(entry->path()));
+    }
+    return state;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "machines/replay/RecordedMachine.h"
+#include "smc/SystemInformation.h"
+
+namespace kelvinbar {
+
+/// The system facts of a recorded machine.
+class ReplaySystemInformation final : public SystemInformation {
+  public:
+    explicit ReplaySystemInformation(RecordedFacts facts);
+
+    [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
+    [[nodiscard]] int activeProcessorCount() const override;
+    [[nodiscard]] std::uint64_t physicalMemory() const override;
+    [[nodiscard]] int thermalState() const override;
+    [[nodiscard]] bool isLowPowerModeEnabled() const override;
+
+  private:
+    RecordedFacts facts_;
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,175 @@
+#include "machines/replay/SnapshotParser.h"
+
+#include "base/NumberText.h"
+#include "base/Text.h"
+#include "smc/NativeMacSupport.h"
+#include "smc/SMCKeyText.h"
+#include "store/SnapshotExport.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr std::size_t maximumBytes = 32;
+
+/// A line's fields. Name and value may hold tabs of their own, so fields are cut from both ends.
+struct Fields {
+    std::string_view key;
+    std::string_view type;
+    std::string_view name;
+    std::string_view value;
+    std::string_view raw;
+};
+
+/// Text before the first `separator`, which `rest` loses with it; all of it when there is none.
+std::string_view takeUntil(std::string_view& rest, char separator) {
+    const std::size_t end = std::min(rest.find(separator), rest.size());
+    const std::string_view part = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    return part;
+}
+
+std::optional<Fields> splitFields(std::string_view line) {
+    constexpr std::string_view marker = "\tRAW=";
+    const std::size_t markerAt = line.rfind(marker);
+    if (markerAt == std::string_view::npos) return std::nullopt;
+    Fields fields;
+    fields.raw = line.substr(markerAt + marker.size());
+    std::string_view rest = line.substr(0, markerAt);
+    if (!contains(rest, "\t")) return std::nullopt; // no type
+    fields.key = takeUntil(rest, '\t');
+    fields.type = takeUntil(rest, '\t');
+    const std::size_t valueTab = rest.rfind('\t');
+    fields.name = rest.substr(0, std::min(valueTab, rest.size()));
+    fields.value = valueTab == std::string_view::npos ? std::string_view() : rest.substr(valueTab + 1);
+    return fields;
+}
+
+/// "8" or "8.0".
+std::optional<int> coreCount(std::string_view text) {
+    const auto count = wholeNumberIn<int>(text.ends_with(".0") ? text.substr(0, text.size() - 2) : text);
+    return count && *count > 0 ? count : std::nullopt;
+}
+
+bool isHeaderLine(std::string_view line) {
+    return line.starts_with("Generated:") || line.starts_with("Active keys:");
+}
+
+/// A line without its line end; the line feed has been cut off.
+std::string_view withoutCarriageReturns(std::string_view line) {
+    while (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+/// `text` from the line after the title on, and that line's number; all of it when no line is the title.
+std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    std::string_view rest = text;
+    for (std::size_t number = 2; !rest.empty(); ++number) {
+        if (trimmed(takeUntil(rest, '\n')) == snapshotTitle) return {rest, number};
+    }
+    return {text, 1};
+}
+
+/// Turns lines into the recorded machine; each `take…` gives the reason why it could not.
+class Recorder {
+  public:
+    void take(std::string_view line, std::size_t lineNumber) {
+        const std::string_view reason = takeLine(line, lineNumber);
+        if (reason.empty()) {
+            ++parsed_.machine.usedLines;
+        } else {
+            parsed_.problems.push_back({lineNumber, reason});
+        }
+    }
+
+    ParsedSnapshot finish() && { return std::move(parsed_); }
+
+  private:
+    std::string_view takeLine(std::string_view line, std::size_t lineNumber) {
+        const auto fields = splitFields(line);
+        if (!fields) return "not a reading (key, type, name, value and RAW=, separated by tabs)";
+        if (!isPrintableSMCKey(fields->key)) return "the key is not four printable characters";
+        if (fields->type == "ioreg") return takeFan(*fields, lineNumber);
+        if (fields->type == "native") return takeFact(*fields);
+        return takeKey(*fields);
+    }
+
+    std::string_view takeKey(const Fields& fields) {
+        if (fields.type.size() > 4) return "the type is longer than four characters";
+        auto bytes = bytesOfHexString(trimmed(fields.raw));
+        if (!bytes) return "the bytes after RAW= are not pairs of hex digits";
+        if (bytes->empty()) return "there are no bytes after RAW=";
+        if (bytes->size() > maximumBytes) return "there are more than 32 bytes after RAW=";
+        const std::uint32_t code = packedSMCKey(fields.key);
+        if (!seenKeys_.insert(code).second) return repeatedKey;
+        std::string type(fields.type);
+        type.resize(4, '\0');
+        parsed_.machine.keys.push_back({code, packedSMCKey(type), *std::move(bytes)});
+        return {};
+    }
+
+    std::string_view takeFan(const Fields& fields, std::size_t lineNumber) {
+        std::string_view speed = trimmed(fields.value);
+        if (speed.ends_with("RPM")) speed = trimmed(speed.substr(0, speed.size() - 3));
+        if (!isNumber(speed)) return "the fan has no speed";
+        parsed_.machine.fans.push_back({lineNumber, std::string(fields.key), std::string(fields.name),
+                                        std::string(speed), std::string(fields.raw)});
+        return {};
+    }
+
+    std::string_view takeFact(const Fields& fields) {
+        const std::uint32_t code = packedSMCKey(fields.key);
+        if (seenFacts_.contains(code)) return repeatedKey;
+        const std::string_view problem =
+            takeFact(fields.key, trimmed(fields.raw.empty() ? fields.value : fields.raw));
+        if (problem.empty()) seenFacts_.insert(code);
+        return problem;
+    }
+
+    std::string_view takeFact(std::string_view key, std::string_view value) {
+        RecordedFacts& facts = parsed_.machine.facts;
+        if (key == "NCPU") {
+            if (value.empty()) return "the processor has no name";
+            facts.processorModel = value;
+        } else if (key == "NCOR") {
+            facts.activeProcessors = coreCount(value);
+            if (!facts.activeProcessors) return "the number of cores is not a whole number above 0";
+        } else if (key == "NRAM") {
+            facts.physicalMemory = wholeNumberIn<std::uint64_t>(value);
+            if (!facts.physicalMemory) return "the memory after RAW= is not a whole number of bytes";
+        } else if (key == "NTHR") {
+            facts.thermalState = thermalStateNamed(value);
+            if (!facts.thermalState) return "there is no such thermal state";
+        } else if (key == "NLPM") {
+            if (value != "Enabled" && value != "Disabled") return "not Enabled or Disabled";
+            facts.lowPowerMode = value == "Enabled";
+        } else if (key != "NARC") { // the architecture is a fixed text
+            return "no system fact has this key";
+        }
+        return {};
+    }
+
+    ParsedSnapshot parsed_;
+    std::unordered_set<std::uint32_t> seenKeys_;
+    std::unordered_set<std::uint32_t> seenFacts_;
+};
+
+} // namespace
+
+ParsedSnapshot parseSnapshot(std::string_view text) {
+    Recorder recorder;
+    auto [rest, lineNumber] = afterTitle(text);
+    for (; !rest.empty(); ++lineNumber) {
+        const std::string_view line = withoutCarriageReturns(takeUntil(rest, '\n'));
+        if (!trimmed(line).empty() && !isHeaderLine(line)) recorder.take(line, lineNumber);
+    }
+    return std::move(recorder).finish();
+}
+
+} // namespace kelvinbar

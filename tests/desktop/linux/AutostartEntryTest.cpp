@@ -1,0 +1,520 @@
+#include "desktop/linux/AutostartEntry.h"
+
+#include "tests/machines/linux/TemporaryTree.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Texts = std::vector<std::string>;
+
+std::string textOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+Texts linesOf(const std::string& text) {
+    Texts lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+/// The values of `key` in the group of that name, as a file of a desktop entry has them.
+Texts valuesIn(const std::string& text, std::string_view group, std::string_view key) {
+    Texts values;
+    std::string current;
+    for (const std::string& line : linesOf(text)) {
+        const std::size_t equals = line.find('=');
+        if (line.starts_with('[')) {
+            current = line;
+        } else if (current == group && !line.starts_with('#') && line.substr(0, equals) == key) {
+            values.push_back(line.substr(equals + 1));
+        }
+    }
+    return values;
+}
+
+Texts entryValues(const std::string& text, std::string_view key) {
+    return valuesIn(text, "[Desktop Entry]", key);
+}
+
+/// Undoes the escapes that every text value of a desktop entry has.
+std::string unescapedText(std::string_view value) {
+    const std::map<char, char> meanings{{'s', ' '}, {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'\\', '\\'}};
+    std::string text;
+    for (std::size_t place = 0; place < value.size(); ++place) {
+        if (value[place] != '\\') {
+            text += value[place];
+            continue;
+        }
+        ++place;
+        EXPECT_LT(place, value.size()) << value;
+        const auto meaning = meanings.find(value[place]);
+        EXPECT_NE(meaning, meanings.end()) << value;
+        text += meaning->second;
+    }
+    return text;
+}
+
+/// The program and its arguments as a desktop understands the value of an Exec key, whose fields ("%f") none
+/// are expected here.
+Texts commandIn(std::string_view value) {
+    constexpr std::string_view escapedInQuotes = "\"`$\\";
+    constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
+    const std::string text = unescapedText(value);
+    Texts command;
+    bool isInQuotes = false;
+    bool isInArgument = false;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        char character = text[place];
+        if (!isInQuotes && character == ' ') {
+            isInArgument = false;
+            continue;
+        }
+        if (!isInArgument) command.emplace_back();
+        isInArgument = true;
+        if (character == '"') {
+            isInQuotes = !isInQuotes;
+            continue;
+        }
+        if (isInQuotes && character == '\\') {
+            character = text[++place];
+            EXPECT_NE(escapedInQuotes.find(character), std::string_view::npos) << value;
+        } else if (isInQuotes) {
+            EXPECT_EQ(escapedInQuotes.find(character), std::string_view::npos) << value;
+        } else {
+            EXPECT_EQ(reserved.find(character), std::string_view::npos) << value;
+        }
+        if (character == '%') {
+            EXPECT_EQ(text[++place], '%') << value;
+        }
+        command.back() += character;
+    }
+    EXPECT_FALSE(isInQuotes) << value;
+    return command;
+}
+
+struct AutostartEntryTest : testing::Test {
+    fakes::TemporaryTree tree;
+    fs::path folder = tree.root() / "config" / "autostart";
+    fs::path file = folder / "kelvinbar.desktop";
+    Texts called;
+
+    [[nodiscard]] AutostartEntry entryFor(Texts command) {
+        return AutostartEntry(folder, "kelvinbar", std::move(command),
+                              {.openSettings = [this] { called.emplace_back("settings"); },
+                               .beep = [this] { called.emplace_back("beep"); }});
+    }
+
+    [[nodiscard]] AutostartEntry entry() { return entryFor({"/usr/bin/kelvinbar"}); }
+
+    void write(std::string_view text) { tree.write("config/autostart/kelvinbar.desktop", text); }
+
+    [[nodiscard]] Texts filesInFolder() const {
+        Texts names;
+        for (const auto& found : fs::directory_iterator(folder)) names.push_back(found.path().filename());
+        return names;
+    }
+};
+
+// Registering
+
+TEST_F(AutostartEntryTest, IsNotRegisteredWithoutAFile) { EXPECT_FALSE(entry().isRegistered()); }
+
+TEST_F(AutostartEntryTest, RegisteringMakesTheFolderAndACompleteEntry) {
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+    const std::string text = textOf(file);
+    EXPECT_EQ(linesOf(text).front(), "[Desktop Entry]");
+    EXPECT_EQ(entryValues(text, "Type"), Texts{"Application"});
+    EXPECT_EQ(entryValues(text, "Name"), Texts{"Kelvinbar"});
+    ASSERT_EQ(entryValues(text, "Exec").size(), 1U);
+    EXPECT_EQ(commandIn(entryValues(text, "Exec")[0]), Texts{"/usr/bin/kelvinbar"});
+    EXPECT_TRUE(text.ends_with('\n'));
+}
+
+TEST_F(AutostartEntryTest, TheEntryStartsTheProgramWithItsArguments) {
+    EXPECT_TRUE(entryFor({"/opt/My Tools/kelvinbar", "--style", "a b"}).registerItem());
+    const Texts values = entryValues(textOf(file), "Exec");
+    ASSERT_EQ(values.size(), 1U);
+    EXPECT_EQ(commandIn(values[0]), (Texts{"/opt/My Tools/kelvinbar", "--style", "a b"}));
+}
+
+TEST_F(AutostartEntryTest, RegisteringLeavesNoOtherFile) {
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
+}
+
+TEST_F(AutostartEntryTest, RegisteringTwiceChangesNothing) {
+    EXPECT_TRUE(entry().registerItem());
+    const std::string text = textOf(file);
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_EQ(textOf(file), text);
+}
+
+TEST_F(AutostartEntryTest, RegisteringAgainFollowsAProgramThatMoved) {
+    EXPECT_TRUE(entryFor({"/old/kelvinbar"}).registerItem());
+    EXPECT_TRUE(entryFor({"/new/kelvinbar"}).registerItem());
+    const Texts values = entryValues(textOf(file), "Exec");
+    ASSERT_EQ(values.size(), 1U);
+    EXPECT_EQ(commandIn(values[0]), Texts{"/new/kelvinbar"});
+}
+
+TEST_F(AutostartEntryTest, RegisteringReplacesTheFileInOnePiece) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\n");
+    const fs::path reader = tree.root() / "reader";
+    fs::create_hard_link(file, reader);
+    EXPECT_TRUE(entry().registerItem());
+    // Whoever has the file open goes on reading the old one.
+    EXPECT_EQ(textOf(reader), "[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\n");
+    EXPECT_NE(textOf(file), textOf(reader));
+}
+
+TEST_F(AutostartEntryTest, WhatAnInterruptedWriteLeftIsNoObstacle) {
+    tree.write("config/autostart/kelvinbar.desktop.new", "[Desktop Entry]\nHidden=tr");
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
+}
+
+TEST_F(AutostartEntryTest, TheNameIsThatOfTheFile) {
+    AutostartEntry demo(folder, "kelvinbar-demo", {"/usr/bin/kelvinbar-demo"}, {});
+    EXPECT_TRUE(demo.registerItem());
+    EXPECT_TRUE(demo.isRegistered());
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar-demo.desktop"});
+}
+
+// Unregistering
+
+TEST_F(AutostartEntryTest, UnregisteringTakesTheEntryAway) {
+    EXPECT_TRUE(entry().registerItem());
+    tree.write("config/autostart/other.desktop", "[Desktop Entry]\n");
+    EXPECT_TRUE(entry().unregisterItem());
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"other.desktop"});
+}
+
+TEST_F(AutostartEntryTest, UnregisteringWhatIsNotThereSucceeds) { EXPECT_TRUE(entry().unregisterItem()); }
+
+TEST_F(AutostartEntryTest, UnregisteringFailsWhereTheFileCannotBeRemoved) {
+    tree.write("config/autostart/kelvinbar.desktop/content", "");
+    EXPECT_FALSE(entry().unregisterItem());
+}
+
+// Failures
+
+TEST_F(AutostartEntryTest, RegisteringFailsWhereAFileIsInTheFoldersPlace) {
+    tree.write("config/autostart", "a file");
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(textOf(folder), "a file");
+}
+
+TEST_F(AutostartEntryTest, RegisteringFailsWhereAFileIsInTheConfigurationsPlace) {
+    tree.write("config", "a file");
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AFailedReplacementLeavesWhatWasThereAndNoOtherFile) {
+    tree.write("config/autostart/kelvinbar.desktop/content", "");
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
+    EXPECT_TRUE(fs::exists(file / "content"));
+}
+
+TEST_F(AutostartEntryTest, AFailedWriteLeavesTheOldEntry) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\nHidden=true\n");
+    tree.makeDirectory("config/autostart/kelvinbar.desktop.new");
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(textOf(file), "[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\nHidden=true\n");
+}
+
+// Entries that a user or a desktop changed
+
+TEST_F(AutostartEntryTest, AHiddenEntryIsNotRegistered) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nHidden=true\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nHidden=false\n");
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AnEntryThatTheDesktopsSettingsDisabledIsNotRegistered) {
+    write("[Desktop "
+          "Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nX-GNOME-Autostart-enabled=false\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("[Desktop "
+          "Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nX-GNOME-Autostart-enabled=true\n");
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AnEntryWithoutACommandIsNotRegistered) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, BlanksAroundTheEqualsSignDoNotMatter) {
+    write("[Desktop Entry]\nType = Application\nName = Kelvinbar\nExec = kelvinbar\nHidden = true\n");
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, ACommentedLineIsNoValue) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\n#Hidden=true\n");
+    EXPECT_TRUE(entry().isRegistered());
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\n#Exec=kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, ValuesOfOtherGroupsAreNotTheEntrysOwn) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\n"
+          "[X-Group]\nHidden=true\nX-GNOME-Autostart-enabled=false\n");
+    EXPECT_TRUE(entry().isRegistered());
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\n[Desktop Action quit]\nExec=kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, RegisteringEnablesAHiddenEntryAgain) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nHidden=true\n");
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_NE(entryValues(textOf(file), "Hidden"), Texts{"true"});
+    EXPECT_LE(entryValues(textOf(file), "Hidden").size(), 1U);
+}
+
+TEST_F(AutostartEntryTest, RegisteringEnablesAnEntryThatTheDesktopsSettingsDisabled) {
+    write("[Desktop "
+          "Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nX-GNOME-Autostart-enabled=false\n");
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_EQ(entryValues(textOf(file), "X-GNOME-Autostart-enabled"), Texts{"true"});
+}
+
+TEST_F(AutostartEntryTest, RegisteringWorksForAnEntryThatOnlyHides) {
+    write("[Desktop Entry]\nHidden=true\n");
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_EQ(entryValues(textOf(file), "Type"), Texts{"Application"});
+    EXPECT_EQ(entryValues(textOf(file), "Name"), Texts{"Kelvinbar"});
+}
+
+TEST_F(AutostartEntryTest, RegisteringKeepsEverythingElse) {
+    const Texts before{"# mine",
+                       "[Desktop Entry]",
+                       "Type=Application",
+                       "Name=Kelvinbar",
+                       "Name[de]=Fühler",
+                       "",
+                       "# started late: the panel is slow",
+                       "X-GNOME-Autostart-Delay=10",
+                       "OnlyShowIn=XFCE;LXQt;",
+                       "Comment=my = own \\s text",
+                       "",
+                       "[Desktop Action quit]",
+                       "Name=Quit",
+                       "Exec=kelvinbar --quit",
+                       "Hidden=true",
+                       "X-GNOME-Autostart-enabled=false"};
+    std::string text;
+    for (const std::string& line : before) {
+        text.append(line).append("\n");
+        if (line == "Name=Kelvinbar") {
+            text.append("Exec=/old/kelvinbar\nHidden=true\nX-GNOME-Autostart-enabled=false\n");
+        }
+    }
+    write(text);
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+
+    const std::string after = textOf(file);
+    Texts kept;
+    bool isInEntry = false;
+    for (const std::string& line : linesOf(after)) {
+        if (line.starts_with('[')) isInEntry = line == "[Desktop Entry]";
+        const bool isChanged = line.starts_with("Exec=") || line.starts_with("Hidden=") ||
+                               line.starts_with("X-GNOME-Autostart-enabled=");
+        if (!isInEntry || !isChanged) kept.push_back(line);
+    }
+    EXPECT_EQ(kept, before);
+    ASSERT_EQ(entryValues(after, "Exec").size(), 1U);
+    EXPECT_EQ(commandIn(entryValues(after, "Exec")[0]), Texts{"/usr/bin/kelvinbar"});
+    EXPECT_EQ(entryValues(after, "X-GNOME-Autostart-enabled"), Texts{"true"});
+}
+
+TEST_F(AutostartEntryTest, ALastLineWithoutAnEndIsKept) {
+    write("[Desktop Entry]\nType=Application\nExec=old\nName=Mine");
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_EQ(entryValues(textOf(file), "Name"), Texts{"Mine"});
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+// What the desktop does
+
+TEST_F(AutostartEntryTest, LetsTheProgramRegister) { EXPECT_TRUE(entry().canRegister()); }
+
+TEST_F(AutostartEntryTest, SettingsAndSoundAreTheDesktops) {
+    AutostartEntry item = entry();
+    item.openLoginItemsSettings();
+    EXPECT_EQ(called, Texts{"settings"});
+    item.beep();
+    EXPECT_EQ(called, (Texts{"settings", "beep"}));
+}
+
+// The command
+
+TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneBlank) {
+    EXPECT_EQ(desktopExecValue({"/usr/bin/kelvinbar"}), R"("/usr/bin/kelvinbar")");
+    EXPECT_EQ(desktopExecValue({"/opt/my tools/kelvinbar", "--a b"}), R"("/opt/my tools/kelvinbar" "--a b")");
+}
+
+TEST(DesktopExecValue, EscapesWhatMeansSomethingInQuotes) {
+    EXPECT_EQ(desktopExecValue({R"(a"b)"}), R"("a\\"b")");
+    EXPECT_EQ(desktopExecValue({"a`b"}), R"("a\\`b")");
+    EXPECT_EQ(desktopExecValue({"a$b"}), R"("a\\$b")");
+    EXPECT_EQ(desktopExecValue({R"(a\b)"}), R"("a\\\\b")");
+}
+
+TEST(DesktopExecValue, DoublesThePercentSign) {
+    EXPECT_EQ(desktopExecValue({"100%f"}), R"("100%%f")");
+    EXPECT_EQ(desktopExecValue({"%%"}), R"("%%%%")");
+}
+
+TEST(DesktopExecValue, StaysOnOneLine) {
+    EXPECT_EQ(desktopExecValue({"a\nb"}), R"("a\nb")");
+    EXPECT_EQ(desktopExecValue({"a\rb"}), R"("a\rb")");
+    EXPECT_EQ(desktopExecValue({"a\tb"}), R"("a\tb")");
+}
+
+TEST(DesktopExecValue, TellsABackslashBeforeAnNFromTheEndOfALine) {
+    EXPECT_EQ(desktopExecValue({R"(a\nb)"}), R"("a\\\\nb")");
+}
+
+TEST(DesktopExecValue, KeepsWhatIsNotASCII) {
+    EXPECT_EQ(desktopExecValue({"/home/jörg/温度/kelvinbar"}), R"("/home/jörg/温度/kelvinbar")");
+}
+
+TEST(DesktopExecValue, KeepsAnEmptyArgument) {
+    EXPECT_EQ(desktopExecValue({"kelvinbar", "", "x"}), R"("kelvinbar" "" "x")");
+}
+
+TEST(DesktopExecValue, IsUnderstoodForEveryCharacter) {
+    for (int code = 1; code < 256; ++code) {
+        const std::string argument = std::string("/a").append(1, static_cast<char>(code)).append("b");
+        const Texts command{argument, std::string(2, static_cast<char>(code))};
+        EXPECT_EQ(commandIn(desktopExecValue(command)), command) << code;
+        EXPECT_EQ(desktopExecValue(command).find('\n'), std::string::npos) << code;
+    }
+}
+
+TEST_F(AutostartEntryTest, APathWithAnyCharacterComesThroughTheFile) {
+    const Texts command{"/home/a b/\"q\"/back\\slash/$HOME/100%/`x`/line\nend/jörg/kelvinbar"};
+    EXPECT_TRUE(entryFor(command).registerItem());
+    EXPECT_TRUE(entryFor(command).isRegistered());
+    const Texts values = entryValues(textOf(file), "Exec");
+    ASSERT_EQ(values.size(), 1U);
+    EXPECT_EQ(commandIn(values[0]), command);
+}
+
+// The folder
+
+/// Sets a variable of the environment for as long as it lives.
+class TemporaryVariable {
+  public:
+    TemporaryVariable(const char* name, const char* value) : name_(name) {
+        if (const char* const old = std::getenv(name)) old_ = old; // NOLINT(concurrency-mt-unsafe)
+        set(value);
+    }
+
+    TemporaryVariable(const TemporaryVariable&) = delete;
+    TemporaryVariable& operator=(const TemporaryVariable&) = delete;
+
+    ~TemporaryVariable() { set(old_ ? old_->c_str() : nullptr); }
+
+  private:
+    void set(const char* value) {
+        if (value == nullptr) {
+            unsetenv(name_); // NOLINT(concurrency-mt-unsafe)
+        } else {
+            setenv(name_, value, 1); // NOLINT(concurrency-mt-unsafe)
+        }
+    }
+
+    const char* name_;
+    std::optional<std::string> old_;
+};
+
+TEST(UserAutostartFolder, IsInTheUsersConfiguration) {
+    const TemporaryVariable home("HOME", "/home/user");
+    const TemporaryVariable config("XDG_CONFIG_HOME", "/elsewhere/config");
+    EXPECT_EQ(userAutostartFolder(), fs::path("/elsewhere/config/autostart"));
+}
+
+TEST(UserAutostartFolder, IsInTheHomeFolderWithoutAnotherConfiguration) {
+    const TemporaryVariable home("HOME", "/home/user");
+    const TemporaryVariable unset("XDG_CONFIG_HOME", nullptr);
+    EXPECT_EQ(userAutostartFolder(), fs::path("/home/user/.config/autostart"));
+    const TemporaryVariable empty("XDG_CONFIG_HOME", "");
+    EXPECT_EQ(userAutostartFolder(), fs::path("/home/user/.config/autostart"));
+}
+
+TEST(UserAutostartFolder, IgnoresARelativePath) {
+    const TemporaryVariable home("HOME", "/home/user");
+    const TemporaryVariable config("XDG_CONFIG_HOME", "config");
+    EXPECT_EQ(userAutostartFolder(), fs::path("/home/user/.config/autostart"));
+}
+
+TEST_F(AutostartEntryTest, AnEntryWithoutATypeIsCompletedAndKept) {
+    write("# mine\n[Desktop Entry]\nName=Mine\nExec=x\n[Desktop Action q]\nExec=y\n");
+    EXPECT_TRUE(entry().registerItem());
+    const std::string after = textOf(file);
+    EXPECT_TRUE(after.starts_with("# mine\n[Desktop Entry]\n"));
+    EXPECT_TRUE(after.ends_with("[Desktop Action q]\nExec=y\n"));
+    EXPECT_EQ(entryValues(after, "Type"), Texts{"Application"});
+    EXPECT_EQ(entryValues(after, "Name"), Texts{"Mine"});
+}
+
+TEST_F(AutostartEntryTest, AnEntryThatCannotBeReadInFullIsNotReplaced) {
+    std::string text = "[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=x\n# ";
+    text.append(100'000, 'x').append("\n");
+    write(text);
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_EQ(textOf(file), text);
+}
+
+TEST_F(AutostartEntryTest, AnEntryThatMateHasDisabledIsEnabledAgain) {
+    write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=x\nX-MATE-Autostart-enabled=false\n");
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_EQ(entryValues(textOf(file), "X-MATE-Autostart-enabled"), Texts{"true"});
+}
+
+} // namespace
+
+} // namespace kelvinbar

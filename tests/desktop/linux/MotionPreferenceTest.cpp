@@ -1,0 +1,155 @@
+#include "desktop/linux/MotionPreference.h"
+
+#include "tests/desktop/BusPeer.h"
+#include "tests/desktop/EventLoop.h"
+
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <map>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+/// The portal of a desktop that has some settings.
+class FakeSettingsPortal final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+  public:
+    FakeSettingsPortal() {
+        bus_.connection().registerObject(path, this, QDBusConnection::ExportAllSlots);
+        bus_.connection().registerService(service);
+    }
+
+    FakeSettingsPortal(const FakeSettingsPortal&) = delete;
+    FakeSettingsPortal& operator=(const FakeSettingsPortal&) = delete;
+
+    ~FakeSettingsPortal() override { bus_.connection().unregisterService(service); }
+
+    void set(const QString& group, const QString& name, const QVariant& value) {
+        settings_[{group, name}] = value;
+    }
+
+    void change(const QString& group, const QString& name, const QVariant& value) {
+        set(group, name, value);
+        QDBusMessage signal =
+            QDBusMessage::createSignal(path, "org.freedesktop.portal.Settings", "SettingChanged");
+        signal << group << name << QVariant::fromValue(QDBusVariant(value));
+        bus_.connection().send(signal);
+    }
+
+    [[nodiscard]] int questions() const { return questions_; }
+
+  public slots: // NOLINT(readability-redundant-access-specifiers)
+
+    /// Portals wrap the value twice.
+    QDBusVariant Read(const QString& group, const QString& name) {
+        ++questions_;
+        const auto found = settings_.find({group, name});
+        if (found != settings_.end()) return QDBusVariant(QVariant::fromValue(QDBusVariant(found->second)));
+        sendErrorReply("org.freedesktop.portal.Error.NotFound", "Requested setting not found");
+        return {};
+    }
+
+  private:
+    static constexpr const char* service = "org.freedesktop.portal.Desktop";
+    static constexpr const char* path = "/org/freedesktop/portal/desktop";
+
+    PrivateBus bus_;
+    std::map<std::pair<QString, QString>, QVariant> settings_;
+    int questions_ = 0;
+};
+
+namespace {
+
+const QString gnome = "org.gnome.desktop.interface";
+const QString freedesktop = "org.freedesktop.appearance";
+const QString kde = "org.kde.kdeglobals.KDE";
+
+class MotionPreferenceTest : public testing::Test {
+  protected:
+    /// Whether it comes to say so.
+    static bool comesToPreferLess(const MotionPreference& motion, bool less = true) {
+        return waitFor([&] { return motion.prefersReducedMotion() == less; });
+    }
+
+    /// What is preferred when all questions have been answered.
+    bool answer() {
+        const MotionPreference motion(QDBusConnection::sessionBus());
+        EXPECT_TRUE(waitFor([&] { return portal_.questions() == 3; }));
+        runEventLoop(std::chrono::milliseconds(50));
+        return motion.prefersReducedMotion();
+    }
+
+    FakeSettingsPortal portal_;
+};
+
+TEST_F(MotionPreferenceTest, IsNoneWhereTheDesktopHasNoSuchSetting) { EXPECT_FALSE(answer()); }
+
+TEST_F(MotionPreferenceTest, FollowsTheSettingOfAllDesktops) {
+    portal_.set(freedesktop, "reduced-motion", 1U);
+    EXPECT_TRUE(answer());
+}
+
+TEST_F(MotionPreferenceTest, FollowsGnomesAnimations) {
+    portal_.set(gnome, "enable-animations", false);
+    EXPECT_TRUE(answer());
+}
+
+TEST_F(MotionPreferenceTest, FollowsPlasmasAnimations) {
+    portal_.set(kde, "AnimationDurationFactor", "0");
+    EXPECT_TRUE(answer());
+}
+
+TEST_F(MotionPreferenceTest, IsNoneWhereEverySettingAllowsMotion) {
+    portal_.set(freedesktop, "reduced-motion", 0U);
+    portal_.set(gnome, "enable-animations", true);
+    portal_.set(kde, "AnimationDurationFactor", "0.5");
+    EXPECT_FALSE(answer());
+}
+
+TEST_F(MotionPreferenceTest, IsNoneForAValueThatIsNoNumber) {
+    portal_.set(kde, "AnimationDurationFactor", "fast");
+    EXPECT_FALSE(answer());
+}
+
+TEST_F(MotionPreferenceTest, FollowsAChange) {
+    portal_.set(gnome, "enable-animations", true);
+    const MotionPreference motion(QDBusConnection::sessionBus());
+    ASSERT_TRUE(waitFor([&] { return portal_.questions() == 3; }));
+    portal_.change(gnome, "enable-animations", false);
+    EXPECT_TRUE(comesToPreferLess(motion));
+    portal_.change(gnome, "enable-animations", true);
+    EXPECT_TRUE(comesToPreferLess(motion, false));
+}
+
+TEST_F(MotionPreferenceTest, DoesNotListenToOtherSettings) {
+    const MotionPreference motion(QDBusConnection::sessionBus());
+    ASSERT_TRUE(waitFor([&] { return portal_.questions() == 3; }));
+    portal_.change(gnome, "cursor-size", 0);
+    portal_.change(freedesktop, "color-scheme", 1U);
+    runEventLoop(std::chrono::milliseconds(50));
+    EXPECT_FALSE(motion.prefersReducedMotion());
+}
+
+TEST(MotionPreferenceWithoutAPortal, AsksOneThatComesLater) {
+    const MotionPreference motion(QDBusConnection::sessionBus());
+    runEventLoop(std::chrono::milliseconds(50));
+    EXPECT_FALSE(motion.prefersReducedMotion());
+    FakeSettingsPortal portal;
+    portal.set(gnome, "enable-animations", false);
+    EXPECT_TRUE(waitFor([&] { return motion.prefersReducedMotion(); }));
+}
+
+TEST(MotionPreferenceWithoutAPortal, IsNone) {
+    const MotionPreference motion(QDBusConnection::sessionBus());
+    runEventLoop(std::chrono::milliseconds(50));
+    EXPECT_FALSE(motion.prefersReducedMotion());
+}
+
+} // namespace
+
+} // namespace kelvinbar
+
+#include "MotionPreferenceTest.moc"

@@ -1,0 +1,412 @@
+#include "desktop/linux/PreferencesFile.h"
+
+#include "store/Preferences.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Optional;
+using testing::SizeIs;
+
+/// A folder of preferences of its own for each test.
+class PreferencesFileTest : public testing::Test {
+  protected:
+    PreferencesFileTest() {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, config_.path());
+    }
+
+    ~PreferencesFileTest() override {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           qEnvironmentVariable("XDG_CONFIG_HOME"));
+    }
+
+    QString path(const QString& name = "test-name") const {
+        return config_.filePath("kelvinbar/" + name + ".conf");
+    }
+
+    QByteArray bytes(const QString& file) const {
+        QFile source(file);
+        EXPECT_TRUE(source.open(QFile::ReadOnly)) << file.toStdString();
+        return source.readAll();
+    }
+
+    QByteArray bytes() const { return bytes(path()); }
+
+    void write(const QByteArray& content) {
+        QDir().mkpath(config_.filePath("kelvinbar"));
+        QFile file(path());
+        ASSERT_TRUE(file.open(QFile::WriteOnly | QFile::Truncate));
+        file.write(content);
+    }
+
+    PreferencesFile open(const QString& name = "test-name") {
+        return {name, [this](const std::string& report) { reports_.push_back(report); }};
+    }
+
+    /// The preferences as they are on disk at this moment. Nothing that is known of the file in memory
+    /// counts.
+    std::unique_ptr<PreferencesFile> onDisk() {
+        const QString name = QString("copy-%1").arg(++copies_);
+        EXPECT_TRUE(QFile::copy(path(), path(name)));
+        return std::make_unique<PreferencesFile>(name,
+                                                 [](const std::string& report) { ADD_FAILURE() << report; });
+    }
+
+    /// Another process that writes preferences, `prefix`0 and so on.
+    std::unique_ptr<QProcess> startWriter(const QString& prefix, int count) {
+        auto writer = std::make_unique<QProcess>();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_CONFIG_HOME", config_.path());
+        writer->setProcessEnvironment(environment);
+        writer->setProcessChannelMode(QProcess::ForwardedChannels);
+        writer->start(QCoreApplication::applicationFilePath(),
+                      {"--write-preferences", "test-name", prefix, QString::number(count)});
+        EXPECT_TRUE(writer->waitForStarted());
+        return writer;
+    }
+
+    QTemporaryDir config_;
+    std::vector<std::string> reports_;
+    int copies_ = 0;
+};
+
+} // namespace
+
+TEST_F(PreferencesFileTest, KeepsTexts) {
+    auto defaults = open();
+    for (const std::string text : {"fast", "TC0P", "VTT ", " x", "a,b", "a, \"b\"", "é 温度 °", "50%", "a=b",
+                                   "a;b", "back\\slash", "@Invalid()", "line\nline", "7", "true"}) {
+        defaults.setText("KelvinbarSamplingRate", text);
+        EXPECT_THAT(onDisk()->text("KelvinbarSamplingRate"), Optional(text));
+        EXPECT_THAT(open().text("KelvinbarSamplingRate"), Optional(text));
+    }
+    EXPECT_THAT(reports_, IsEmpty());
+}
+
+TEST_F(PreferencesFileTest, KeepsLists) {
+    auto defaults = open();
+    const std::vector<TextList> lists{
+        {"TC0P"},
+        {"VTT "},
+        {"TC0P", "VTT ", "F0Ac"},
+        {"a,b"},
+        {"a,b", "c"},
+        {"say \"a\"", "b"},
+        {"é", "温度"},
+        {"b", "a", "b"},
+        {"@x", "y"},
+        {"back\\slash", "b"},
+        {"a", "", "b"},
+        {"x=y", "z"},
+        {"a;b", "c"},
+        {" a", "b "},
+        {"12", "13"},
+    };
+    for (const TextList& list : lists) {
+        defaults.setTextList("KelvinbarMenuBarKeys", list);
+        EXPECT_THAT(onDisk()->textList("KelvinbarMenuBarKeys"), Optional(list));
+        EXPECT_THAT(open().textList("KelvinbarMenuBarKeys"), Optional(list));
+    }
+    EXPECT_THAT(reports_, IsEmpty());
+}
+
+TEST_F(PreferencesFileTest, KeepsNumbers) {
+    auto defaults = open();
+    for (const double number : {462.0, 690.0, 0.1, 1e-7, 1400.25, 1.0 / 3, -5.5, 1e15}) {
+        defaults.setNumber("KelvinbarManualPopoverWidth", number);
+        EXPECT_DOUBLE_EQ(onDisk()->number("KelvinbarManualPopoverWidth"), number);
+        EXPECT_DOUBLE_EQ(open().number("KelvinbarManualPopoverWidth"), number);
+    }
+}
+
+TEST_F(PreferencesFileTest, KeepsEveryPreference) {
+    auto defaults = open();
+    storeSamplingRate(defaults, SMCSamplingRate::fast);
+    storeDisplayMode(defaults, SMCWindowDisplayMode::dynamic);
+    storeManualPopoverSize(defaults, {500.5, 786});
+    storeMenuBarKeys(defaults, {"TC0P", "F0Ac"});
+    storeHiddenKeys(defaults, {"VP0R"});
+    const auto stored = onDisk();
+    EXPECT_THAT(stored->text("KelvinbarSamplingRate"), Optional(std::string("fast")));
+    EXPECT_THAT(stored->text("KelvinbarWindowDisplayMode"), Optional(std::string("dynamic")));
+    EXPECT_EQ(stored->number("KelvinbarManualPopoverWidth"), 500.5);
+    EXPECT_EQ(stored->number("KelvinbarManualPopoverHeight"), 786);
+    EXPECT_THAT(stored->textList("KelvinbarMenuBarKeys"), Optional(TextList{"TC0P", "F0Ac"}));
+    EXPECT_THAT(stored->text("KelvinbarMenuBarKey"), Optional(std::string("TC0P")));
+    EXPECT_THAT(stored->textList("KelvinbarHiddenKeys"), Optional(TextList{"VP0R"}));
+}
+
+TEST_F(PreferencesFileTest, FindsNothingUnderMissingKeys) {
+    auto defaults = open();
+    defaults.setText("other", "x");
+    EXPECT_EQ(defaults.text("missing"), std::nullopt);
+    EXPECT_EQ(defaults.textList("missing"), std::nullopt);
+    EXPECT_EQ(defaults.number("missing"), 0);
+}
+
+TEST_F(PreferencesFileTest, FindsNoTextInAList) {
+    auto defaults = open();
+    defaults.setTextList("key", {"a", "b"});
+    EXPECT_EQ(defaults.text("key"), std::nullopt);
+    EXPECT_EQ(onDisk()->text("key"), std::nullopt);
+}
+
+TEST_F(PreferencesFileTest, FindsNoNumberInATextOrAList) {
+    auto defaults = open();
+    defaults.setText("text", "wide");
+    defaults.setTextList("list", {"1", "2"});
+    const auto stored = onDisk();
+    for (const auto* const key : {"text", "list"}) {
+        EXPECT_EQ(defaults.number(key), 0) << key;
+        EXPECT_EQ(stored->number(key), 0) << key;
+    }
+}
+
+TEST_F(PreferencesFileTest, FindsANumberInATextThatIsOne) {
+    auto defaults = open();
+    defaults.setText("text", "500.5");
+    EXPECT_EQ(defaults.number("text"), 500.5);
+    EXPECT_EQ(onDisk()->number("text"), 500.5);
+}
+
+TEST_F(PreferencesFileTest, FindsNothingInWhatIsNoneOfItsTypes) {
+    write("[General]\nkey=@ByteArray(abc)\nsize=@Size(4 5)\n");
+    const auto defaults = open();
+    for (const auto* const key : {"key", "size"}) {
+        EXPECT_EQ(defaults.text(key), std::nullopt) << key;
+        EXPECT_EQ(defaults.textList(key), std::nullopt) << key;
+        EXPECT_EQ(defaults.number(key), 0) << key;
+    }
+}
+
+TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithABlank) {
+    auto defaults = open();
+    defaults.setText("VTT ", "a");
+    defaults.setText("VTT", "b");
+    EXPECT_THAT(onDisk()->text("VTT "), Optional(std::string("a")));
+    EXPECT_THAT(onDisk()->text("VTT"), Optional(std::string("b")));
+}
+
+TEST_F(PreferencesFileTest, Removes) {
+    auto defaults = open();
+    defaults.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
+    defaults.setText("KelvinbarMenuBarKey", "TC0P");
+    defaults.remove("KelvinbarMenuBarKeys");
+    EXPECT_EQ(defaults.textList("KelvinbarMenuBarKeys"), std::nullopt);
+    EXPECT_EQ(onDisk()->textList("KelvinbarMenuBarKeys"), std::nullopt);
+    EXPECT_THAT(onDisk()->text("KelvinbarMenuBarKey"), Optional(std::string("TC0P")));
+    EXPECT_FALSE(bytes().contains("KelvinbarMenuBarKeys"));
+}
+
+TEST_F(PreferencesFileTest, HasEveryChangeOnDiskAtOnce) {
+    auto defaults = open();
+    defaults.setText("KelvinbarSamplingRate", "fast");
+    EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarSamplingRate=fast"));
+    defaults.setTextList("KelvinbarHiddenKeys", {"TC0P", "TC1P"});
+    EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarHiddenKeys=TC0P, TC1P"));
+    defaults.setNumber("KelvinbarManualPopoverWidth", 500.5);
+    EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarManualPopoverWidth=500.5"));
+    defaults.remove("KelvinbarSamplingRate");
+    EXPECT_FALSE(bytes().contains("KelvinbarSamplingRate"));
+}
+
+TEST_F(PreferencesFileTest, TwoObjectsLoseNoKeyOfEachOther) {
+    auto first = open();
+    auto second = open();
+    first.setText("a", "1");
+    second.setText("b", "2");
+    first.setText("c", "3");
+    second.remove("a");
+    const auto stored = onDisk();
+    EXPECT_EQ(stored->text("a"), std::nullopt);
+    EXPECT_THAT(stored->text("b"), Optional(std::string("2")));
+    EXPECT_THAT(stored->text("c"), Optional(std::string("3")));
+}
+
+TEST_F(PreferencesFileTest, LosesNoKeyOfAnotherProcess) {
+    auto defaults = open();
+    defaults.setText("first", "ours");
+    const auto writer = startWriter("theirs", 3);
+    ASSERT_TRUE(writer->waitForFinished());
+    EXPECT_EQ(writer->exitCode(), 0);
+    defaults.setText("last", "ours");
+    const auto stored = onDisk();
+    for (const auto* const key : {"theirs0", "theirs1", "theirs2"}) {
+        EXPECT_THAT(stored->text(key), Optional(std::string("theirs"))) << key;
+        EXPECT_THAT(defaults.text(key), Optional(std::string("theirs"))) << key;
+    }
+    EXPECT_THAT(stored->text("first"), Optional(std::string("ours")));
+    EXPECT_THAT(stored->text("last"), Optional(std::string("ours")));
+    EXPECT_THAT(reports_, IsEmpty());
+}
+
+TEST_F(PreferencesFileTest, IsInTheUsersFolderForPreferences) {
+    const auto writer = startWriter("key", 1);
+    ASSERT_TRUE(writer->waitForFinished());
+    EXPECT_EQ(writer->exitCode(), 0);
+    EXPECT_TRUE(QFileInfo::exists(config_.filePath("kelvinbar/test-name.conf")));
+}
+
+TEST_F(PreferencesFileTest, TouchesNoFileUntilSomethingIsWritten) {
+    {
+        const auto defaults = open();
+        EXPECT_EQ(defaults.text("key"), std::nullopt);
+    }
+    EXPECT_FALSE(QFileInfo::exists(path()));
+    const QByteArray content = "; a note of the user's\n[General]\nkey =  value\n";
+    write(content);
+    const QDateTime time = QDateTime::currentDateTimeUtc().addDays(-1);
+    {
+        QFile file(path());
+        ASSERT_TRUE(file.open(QFile::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(time, QFile::FileModificationTime));
+    }
+    const QDateTime earlier = QFileInfo(path()).lastModified();
+    {
+        const auto defaults = open();
+        EXPECT_THAT(defaults.text("key"), Optional(std::string("value")));
+    }
+    EXPECT_EQ(bytes(), content);
+    EXPECT_EQ(QFileInfo(path()).lastModified(), earlier);
+    EXPECT_THAT(reports_, IsEmpty());
+}
+
+TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
+    open();
+    write("");
+    auto defaults = open();
+    defaults.setText("key", "value");
+    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_FALSE(QFileInfo::exists(path() + ".damaged"));
+}
+
+class DamagedUserDefaultsTest : public PreferencesFileTest, public testing::WithParamInterface<QByteArray> {};
+
+TEST_P(DamagedUserDefaultsTest, GivesDefaultsAndReportsOnce) {
+    write(GetParam());
+    const auto defaults = open();
+    const Preferences preferences = loadPreferences(defaults);
+    EXPECT_EQ(preferences.samplingRate, SMCSamplingRate::medium);
+    EXPECT_EQ(preferences.displayMode, SMCWindowDisplayMode::fixed);
+    EXPECT_EQ(preferences.manualPopoverSize.width, 462);
+    EXPECT_EQ(preferences.manualPopoverSize.height, 690);
+    EXPECT_THAT(preferences.menuBarKeys, IsEmpty());
+    EXPECT_THAT(preferences.hiddenKeys, IsEmpty());
+    EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
+    EXPECT_EQ(bytes(), GetParam());
+}
+
+TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeItIsReplaced) {
+    write(GetParam());
+    auto defaults = open();
+    EXPECT_FALSE(QFileInfo::exists(path() + ".damaged"));
+    defaults.setText("KelvinbarSamplingRate", "fast");
+    EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
+    defaults.setText("KelvinbarWindowDisplayMode", "dynamic");
+    EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
+    EXPECT_THAT(reports_, SizeIs(1));
+    const auto stored = onDisk();
+    EXPECT_THAT(stored->text("KelvinbarSamplingRate"), Optional(std::string("fast")));
+    EXPECT_THAT(stored->text("KelvinbarWindowDisplayMode"), Optional(std::string("dynamic")));
+}
+
+TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeSomethingIsRemoved) {
+    write(GetParam());
+    auto defaults = open();
+    defaults.remove("KelvinbarMenuBarKeys");
+    EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
+    EXPECT_THAT(reports_, SizeIs(1));
+}
+
+/// Bytes of no text, without a sign of equality.
+static QByteArray binaryBytes() {
+    QByteArray bytes("\x89PNG\r\n\x1a\n");
+    for (int value = 0; value < 2048; ++value) {
+        const auto byte = static_cast<char>(value * 37 % 251);
+        bytes.append(byte == '=' ? '\0' : byte);
+    }
+    return bytes;
+}
+
+INSTANTIATE_TEST_SUITE_P(Contents, DamagedUserDefaultsTest,
+                         testing::Values(binaryBytes(), QByteArray(4096, '\0'),
+                                         QByteArray("these are\nno preferences\n"),
+                                         QByteArray("[General]\nKelvinbarSamplingRate\n"),
+                                         QByteArray("[General\nthese are\nno preferences\n"),
+                                         QByteArray("[Gen\0\xff\xfe\x89PNG", 11)));
+
+TEST_F(PreferencesFileTest, KeepsTheLatestDamagedFileAside) {
+    write("[damaged\n");
+    open().setText("a", "1");
+    write("[damaged again\n");
+    open().setText("a", "2");
+    EXPECT_EQ(bytes(path() + ".damaged"), "[damaged again\n");
+}
+
+TEST_F(PreferencesFileTest, LivesWithAPlaceThatCannotBeWritten) {
+    QFile file(config_.filePath("kelvinbar"));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.close();
+    auto defaults = open();
+    EXPECT_EQ(loadPreferences(defaults).samplingRate, SMCSamplingRate::medium);
+    defaults.setText("KelvinbarSamplingRate", "fast");
+    defaults.setNumber("KelvinbarManualPopoverWidth", 500);
+    defaults.setTextList("KelvinbarHiddenKeys", {"TC0P"});
+    defaults.remove("KelvinbarHiddenKeys");
+    EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
+    EXPECT_TRUE(QFileInfo(config_.filePath("kelvinbar")).isFile());
+}
+
+TEST_F(PreferencesFileTest, ReportsAPlaceInWhichNothingCanBeRemoved) {
+    QDir().mkpath(path()); // a folder where the file should be
+    auto defaults = open();
+    defaults.remove("KelvinbarHiddenKeys");
+    EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
+}
+
+TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
+    constexpr int count = 40;
+    auto defaults = open();
+    const auto writer = startWriter("theirs", count);
+    int written = 0;
+    while (!writer->waitForFinished(1) && written < 10'000) {
+        defaults.setText("ours" + std::to_string(written % count), "ours");
+        ++written;
+    }
+    ASSERT_TRUE(writer->state() == QProcess::NotRunning || writer->waitForFinished());
+    EXPECT_EQ(writer->exitCode(), 0);
+    defaults.setText("last", "ours");
+    const auto stored = onDisk();
+    for (int number = 0; number < count; ++number) {
+        EXPECT_THAT(stored->text("theirs" + std::to_string(number)), Optional(std::string("theirs")))
+            << number;
+        if (number < written) {
+            EXPECT_THAT(stored->text("ours" + std::to_string(number)), Optional(std::string("ours")))
+                << number;
+        }
+    }
+    EXPECT_GT(written, 0);
+    EXPECT_THAT(stored->text("last"), Optional(std::string("ours")));
+    EXPECT_THAT(reports_, IsEmpty());
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,262 @@
+#include "desktop/linux/StatusNotifierItem.h"
+
+#include "tests/desktop/BusPeer.h"
+#include "tests/desktop/EventLoop.h"
+
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusObjectPath>
+#include <memory>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+StatusNotifierPixmaps onePixel(QRgb color) {
+    QImage image(1, 1, QImage::Format_ARGB32);
+    image.setPixel(0, 0, color);
+    return {statusNotifierPixmap(image)};
+}
+
+StatusNotifierContent sampleContent() {
+    return {.title = "47° 1200rpm",
+            .label = "47° 1200rpm",
+            .iconPixmaps = onePixel(qRgba(0x11, 0x22, 0x33, 0xff)),
+            .toolTipTitle = "Kelvinbar",
+            .toolTipText = "CPU: 47 °C"};
+}
+
+class StatusNotifierItemTest : public testing::Test {
+  protected:
+    StatusNotifierItem& makeItem() {
+        item_ = nullptr; // of two items on one connection, the first would take the second's place with it
+        item_ = std::make_unique<StatusNotifierItem>(bus_.connection(),
+                                                     [this](QPoint place) { places_.push_back(place); });
+        return *item_;
+    }
+
+    BusPeer makeHost() { return {bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem"}; }
+
+    bool waitForRegistrations(qsizetype count) {
+        return waitFor([&] { return watcher_.items().size() >= count; });
+    }
+
+    /// What the host hears of each signal when the content changes from the sample's.
+    std::vector<qsizetype> signalsFor(const StatusNotifierContent& content) {
+        StatusNotifierItem& item = makeItem();
+        item.setContent(sampleContent());
+        BusPeer host = makeHost();
+        item.setContent(content);
+        std::vector<qsizetype> counts;
+        for (const auto* const name :
+             {"NewTitle", "XAyatanaNewLabel", "NewIcon", "NewToolTip", "NewStatus"}) {
+            counts.push_back(host.heard(name).size());
+        }
+        return counts;
+    }
+
+    PrivateBus bus_;
+    FakeWatcher watcher_;
+    std::vector<QPoint> places_;
+    std::unique_ptr<StatusNotifierItem> item_;
+};
+
+} // namespace
+
+TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatRuns) {
+    watcher_.appear();
+    EXPECT_TRUE(makeItem().hasWatcher());
+    ASSERT_TRUE(waitForRegistrations(1));
+    const QString service = watcher_.items().first();
+    const PrivateBus other;
+    EXPECT_EQ(other.connection().interface()->serviceOwner(service).value(), bus_.address());
+    BusPeer host(service, "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    EXPECT_EQ(host.properties()["Id"].toString(), "kelvinbar");
+}
+
+TEST_F(StatusNotifierItemTest, RegistersOnce) {
+    watcher_.appear();
+    makeItem().setContent(sampleContent());
+    ASSERT_TRUE(waitForRegistrations(1));
+    BusPeer host = makeHost();
+    host.heard("NewTitle");
+    EXPECT_EQ(watcher_.items().size(), 1);
+}
+
+TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatAppearsLater) {
+    const StatusNotifierItem& item = makeItem();
+    EXPECT_FALSE(item.hasWatcher());
+    watcher_.appear();
+    ASSERT_TRUE(waitForRegistrations(1));
+    EXPECT_TRUE(item.hasWatcher());
+}
+
+TEST_F(StatusNotifierItemTest, RegistersAgainWithItsCurrentLabelWhenTheWatcherReturns) {
+    watcher_.appear();
+    StatusNotifierItem& item = makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    watcher_.vanish();
+    ASSERT_TRUE(waitFor([&] { return !item.hasWatcher(); }));
+    item.setContent(sampleContent());
+    watcher_.appear();
+    ASSERT_TRUE(waitForRegistrations(2));
+    EXPECT_TRUE(item.hasWatcher());
+    BusPeer host(watcher_.items().last(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "47° 1200rpm");
+}
+
+TEST_F(StatusNotifierItemTest, TellsWhenTheWatcherComesAndGoes) {
+    StatusNotifierItem& item = makeItem();
+    std::vector<bool> states;
+    QObject::connect(&item, &StatusNotifierItem::watcherChanged,
+                     [&] { states.push_back(item.hasWatcher()); });
+    watcher_.appear();
+    ASSERT_TRUE(waitFor([&] { return states.size() == 1; }));
+    watcher_.vanish();
+    ASSERT_TRUE(waitFor([&] { return states.size() == 2; }));
+    EXPECT_THAT(states, ElementsAre(true, false));
+}
+
+TEST_F(StatusNotifierItemTest, HasTheTypesOfTheProtocol) {
+    makeItem().setContent(sampleContent());
+    const QVariantMap properties = makeHost().properties();
+    for (const auto* const name : {"Category", "Id", "Title", "Status", "IconName", "OverlayIconName",
+                                   "AttentionIconName", "XAyatanaLabel", "XAyatanaLabelGuide"}) {
+        EXPECT_EQ(properties[name].typeId(), QMetaType::QString) << name;
+    }
+    for (const auto* const name : {"IconPixmap", "OverlayIconPixmap", "AttentionIconPixmap"}) {
+        EXPECT_EQ(properties[name].value<QDBusArgument>().currentSignature(), "a(iiay)") << name;
+    }
+    EXPECT_EQ(properties["ToolTip"].value<QDBusArgument>().currentSignature(), "(sa(iiay)ss)");
+    EXPECT_EQ(properties["WindowId"].typeId(), QMetaType::Int);
+    EXPECT_EQ(properties["ItemIsMenu"].typeId(), QMetaType::Bool);
+    EXPECT_EQ(properties["Menu"].typeId(), qMetaTypeId<QDBusObjectPath>());
+}
+
+TEST_F(StatusNotifierItemTest, ShowsItsContent) {
+    makeItem().setContent(sampleContent());
+    const QVariantMap properties = makeHost().properties();
+    EXPECT_EQ(properties["Title"].toString(), "47° 1200rpm");
+    EXPECT_EQ(properties["XAyatanaLabel"].toString(), "47° 1200rpm");
+    EXPECT_EQ(properties["Status"].toString(), "Active");
+    EXPECT_FALSE(properties["Menu"].value<QDBusObjectPath>().path().isEmpty());
+    const auto toolTip = qdbus_cast<StatusNotifierToolTip>(properties["ToolTip"].value<QDBusArgument>());
+    EXPECT_EQ(toolTip.title, "Kelvinbar");
+    EXPECT_EQ(toolTip.text, "CPU: 47 °C");
+}
+
+TEST_F(StatusNotifierItemTest, HasPixelsInNetworkOrderAlphaFirst) {
+    makeItem().setContent(sampleContent());
+    const QVariantMap properties = makeHost().properties();
+    const auto pixmaps = qdbus_cast<StatusNotifierPixmaps>(properties["IconPixmap"].value<QDBusArgument>());
+    ASSERT_EQ(pixmaps.size(), 1);
+    EXPECT_EQ(pixmaps.first().width, 1);
+    EXPECT_EQ(pixmaps.first().height, 1);
+    EXPECT_EQ(pixmaps.first().pixels.toHex(), "ff112233");
+}
+
+TEST_F(StatusNotifierItemTest, IsNoMenu) {
+    makeItem();
+    const QVariantMap properties = makeHost().properties();
+    ASSERT_TRUE(properties.contains("ItemIsMenu"));
+    EXPECT_FALSE(properties["ItemIsMenu"].toBool());
+}
+
+TEST_F(StatusNotifierItemTest, GuidesWithDigitsOfTheWidestKind) {
+    makeItem().setContent(sampleContent());
+    EXPECT_EQ(makeHost().properties()["XAyatanaLabelGuide"].toString(), "88° 8888rpm");
+}
+
+TEST_F(StatusNotifierItemTest, TellsNothingOfEqualContent) {
+    EXPECT_THAT(signalsFor(sampleContent()), ElementsAre(0, 0, 0, 0, 0));
+}
+
+TEST_F(StatusNotifierItemTest, TellsOfTheTitleAlone) {
+    StatusNotifierContent content = sampleContent();
+    content.title = "Kelvinbar";
+    EXPECT_THAT(signalsFor(content), ElementsAre(1, 0, 0, 0, 0));
+}
+
+TEST_F(StatusNotifierItemTest, TellsOfTheLabelAlone) {
+    StatusNotifierContent content = sampleContent();
+    content.label = "48° 1200rpm";
+    EXPECT_THAT(signalsFor(content), ElementsAre(0, 1, 0, 0, 0));
+}
+
+TEST_F(StatusNotifierItemTest, TellsOfTheIconAlone) {
+    StatusNotifierContent content = sampleContent();
+    content.iconPixmaps = onePixel(qRgba(0, 0, 0, 0xff));
+    EXPECT_THAT(signalsFor(content), ElementsAre(0, 0, 1, 0, 0));
+}
+
+TEST_F(StatusNotifierItemTest, TellsOfTheToolTipAlone) {
+    StatusNotifierContent content = sampleContent();
+    content.toolTipText = "CPU: 48 °C";
+    EXPECT_THAT(signalsFor(content), ElementsAre(0, 0, 0, 1, 0));
+    content = sampleContent();
+    content.toolTipTitle = "Sensors";
+    EXPECT_THAT(signalsFor(content), ElementsAre(0, 0, 0, 1, 0));
+}
+
+TEST_F(StatusNotifierItemTest, TellsTheNewLabelWithItsGuide) {
+    StatusNotifierItem& item = makeItem();
+    BusPeer host = makeHost();
+    StatusNotifierContent content;
+    content.label = "5.6W";
+    item.setContent(content);
+    EXPECT_THAT(host.heard("XAyatanaNewLabel"), ElementsAre(QVariantList{"5.6W", "8.8W"}));
+}
+
+TEST_F(StatusNotifierItemTest, GivesThePlaceOfAClick) {
+    makeItem();
+    BusPeer host = makeHost();
+    EXPECT_EQ(host.call("Activate", {1890, 1065}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_THAT(places_, ElementsAre(QPoint(1890, 1065)));
+}
+
+TEST_F(StatusNotifierItemTest, TakesEveryOtherInputWithoutDoingAnything) {
+    makeItem();
+    BusPeer host = makeHost();
+    EXPECT_EQ(host.call("SecondaryActivate", {5, 6}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(host.call("ContextMenu", {5, 6}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(host.call("Scroll", {120, "vertical"}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_THAT(places_, IsEmpty());
+}
+
+TEST_F(StatusNotifierItemTest, LeavesTheBusWithItsOwner) {
+    watcher_.appear();
+    makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    BusPeer host = makeHost();
+    const PrivateBus other;
+    ASSERT_TRUE(other.hasOwner(watcher_.items().first()));
+    item_ = nullptr;
+    EXPECT_FALSE(other.hasOwner(watcher_.items().first()));
+    EXPECT_EQ(host.call("Activate", {5, 6}).type(), QDBusMessage::ErrorMessage);
+}
+
+TEST_F(StatusNotifierItemTest, LivesWithoutABus) {
+    StatusNotifierItem item(QDBusConnection("no such bus"), [](QPoint) {});
+    item.setContent(sampleContent());
+    EXPECT_FALSE(item.hasWatcher());
+    EXPECT_EQ(item.content().label, "47° 1200rpm");
+}
+
+TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatTakesOverFromAnother) {
+    FakeWatcher next;
+    watcher_.appear();
+    makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    next.waitInLine();
+    watcher_.vanish();
+    EXPECT_TRUE(waitFor([&] { return next.items().size() == 1; }, std::chrono::seconds(3)));
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,205 @@
+#include "machines/demo/DemoMachine.h"
+
+#include "store/LoadPass.h"
+#include "tests/fakes/FakeClocks.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+using Readings = std::map<std::string, SMCReading>;
+
+struct DemoMachine : testing::Test {
+    std::shared_ptr<fakes::FakeMonotonicClock> clock = std::make_shared<fakes::FakeMonotonicClock>();
+    KeySet keys;
+
+    DemoMachine() {
+        useMachine(makeDemoMachine(clock));
+        keys = loadReadings({}, true, {}, true).discoveredKeys.value_or(KeySet());
+    }
+
+    ~DemoMachine() override { useMachine({}); }
+
+    [[nodiscard]] Readings read() const {
+        Readings readings;
+        for (SMCReading& reading : loadReadings({}, false, keys, true).readings) {
+            const std::string key = reading.key;
+            readings.emplace(key, std::move(reading));
+        }
+        return readings;
+    }
+
+    /// The readings at moments over an hour.
+    [[nodiscard]] std::vector<Readings> readAnHour() const {
+        std::vector<Readings> hour;
+        for (auto time = 0s; time <= 3600s; time += 15s) {
+            hour.push_back(read());
+            clock->advance(15s);
+        }
+        return hour;
+    }
+};
+
+Readings withUnit(const Readings& readings, const std::string& unit) {
+    Readings found;
+    for (const auto& [key, reading] : readings) {
+        if (reading.unit == unit && reading.numericValue) found.emplace(key, reading);
+    }
+    return found;
+}
+
+std::set<std::string> keysOf(const Readings& readings) {
+    std::set<std::string> keys;
+    for (const auto& [key, reading] : readings) keys.insert(key);
+    return keys;
+}
+
+double numberOf(const Readings& readings, const std::string& key) {
+    const auto found = readings.find(key);
+    return found == readings.end() ? std::nan("") : found->second.numericValue.value_or(std::nan(""));
+}
+
+/// The mean over the readings of one kind.
+double meanOf(const Readings& readings) {
+    double sum = 0;
+    for (const auto& [key, reading] : readings) sum += *reading.numericValue;
+    return sum / static_cast<double>(readings.size());
+}
+
+TEST_F(DemoMachine, HasReadingsOfEveryKind) {
+    const Readings readings = read();
+    EXPECT_GE(withUnit(readings, "°C").size(), 20U);
+    EXPECT_GE(withUnit(readings, "V").size(), 5U);
+    EXPECT_GE(withUnit(readings, "A").size(), 5U);
+    EXPECT_GE(withUnit(readings, "W").size(), 5U);
+    EXPECT_EQ(readings.count("F0Ac"), 1U);
+    EXPECT_EQ(readings.count("F1Ac"), 1U);
+}
+
+TEST_F(DemoMachine, GivesTheSameValuesAtTheSameTime) {
+    const Readings first = read();
+    EXPECT_EQ(read(), first);
+    clock->advance(100s);
+    const Readings later = read();
+    EXPECT_NE(later, first);
+    useMachine(makeDemoMachine(clock));
+    EXPECT_EQ(read(), later);
+}
+
+TEST_F(DemoMachine, ValuesMoveFromSecondToSecond) {
+    const Readings first = read();
+    clock->advance(1s);
+    const Readings second = read();
+    EXPECT_NE(numberOf(first, "PCPT"), numberOf(second, "PCPT"));
+    EXPECT_NE(numberOf(first, "F0Ac"), numberOf(second, "F0Ac"));
+}
+
+TEST_F(DemoMachine, LosesNoKeyInAnHour) {
+    const std::set<std::string> expected = keysOf(read());
+    ASSERT_GE(expected.size(), 80U);
+    for (const Readings& readings : readAnHour()) {
+        ASSERT_EQ(keysOf(readings), expected);
+        ASSERT_TRUE(std::ranges::all_of(
+            readings, [](const auto& entry) { return entry.second.hasDisplayableValue(); }));
+    }
+}
+
+TEST_F(DemoMachine, TemperaturesMoveAndStayPlausible) {
+    const std::vector<Readings> hour = readAnHour();
+    for (const auto& [key, first] : withUnit(hour.front(), "°C")) {
+        double lowest = 1000;
+        double highest = -1000;
+        for (const Readings& readings : hour) {
+            const double value = numberOf(readings, key);
+            lowest = std::min(lowest, value);
+            highest = std::max(highest, value);
+        }
+        EXPECT_GE(lowest, 20) << key;
+        EXPECT_LE(highest, 110) << key;
+        EXPECT_GE(highest - lowest, 1) << key;
+    }
+}
+
+TEST_F(DemoMachine, FansMoveAndStayBelowTheirMaximum) {
+    const std::vector<Readings> hour = readAnHour();
+    for (const std::string fan : {"F0", "F1"}) {
+        const double maximum = numberOf(hour.front(), fan + "Mx");
+        ASSERT_GT(maximum, 0) << fan;
+        std::set<double> values;
+        for (const Readings& readings : hour) {
+            for (const std::string suffix : {"Ac", "Tg"}) {
+                const double value = numberOf(readings, fan + suffix);
+                ASSERT_GT(value, 0) << fan << suffix;
+                ASSERT_LE(value, maximum * 1.1) << fan << suffix;
+            }
+            values.insert(numberOf(readings, fan + "Ac"));
+        }
+        EXPECT_GE(values.size(), 50U) << fan;
+    }
+}
+
+TEST_F(DemoMachine, FansAreFasterWhenItIsHot) {
+    const std::vector<Readings> hour = readAnHour();
+    const auto isCooler = [](const Readings& left, const Readings& right) {
+        return meanOf(withUnit(left, "°C")) < meanOf(withUnit(right, "°C"));
+    };
+    const auto [coolest, hottest] = std::ranges::minmax_element(hour, isCooler);
+    EXPECT_GT(numberOf(*hottest, "F0Ac"), numberOf(*coolest, "F0Ac"));
+    EXPECT_GT(numberOf(*hottest, "F1Ac"), numberOf(*coolest, "F1Ac"));
+}
+
+TEST_F(DemoMachine, PowerMovesAndDoesNotTurnNegative) {
+    const std::vector<Readings> hour = readAnHour();
+    for (const std::string key : {"PCPT", "PSTR", "PG0C"}) {
+        std::set<double> values;
+        for (const Readings& readings : hour) values.insert(numberOf(readings, key));
+        EXPECT_GT(*values.begin(), 0) << key;
+        EXPECT_LE(*values.rbegin(), 100) << key;
+        EXPECT_GE(values.size(), 50U) << key;
+    }
+}
+
+TEST_F(DemoMachine, VoltagesWaverByLessThanOnePercent) {
+    const std::vector<Readings> hour = readAnHour();
+    bool anyWavers = false;
+    for (const auto& [key, first] : withUnit(hour.front(), "V")) {
+        double sum = 0;
+        for (const Readings& readings : hour) sum += numberOf(readings, key);
+        const double mean = sum / static_cast<double>(hour.size());
+        for (const Readings& readings : hour) {
+            const double value = numberOf(readings, key);
+            ASSERT_LE(std::fabs(value - mean), std::fabs(mean) * 0.01) << key;
+            anyWavers = anyWavers || value != *first.numericValue;
+        }
+    }
+    EXPECT_TRUE(anyWavers);
+}
+
+TEST_F(DemoMachine, LimitsNamesAndCountsDoNotMove) {
+    const std::vector<Readings> hour = readAnHour();
+    for (const std::string key : {"F0Mn", "F0Mx", "F0ID", "F1Mn", "F1Mx", "F1ID", "FNum", "PCPL", "B0CT",
+                                  "B0DC", "B0FC", "BNum", "RBr ", "REV "}) {
+        ASSERT_TRUE(hour.front().contains(key)) << key;
+        for (const Readings& readings : hour) ASSERT_EQ(readings.at(key), hour.front().at(key)) << key;
+    }
+    for (const auto& [key, first] : hour.front()) {
+        for (const Readings& readings : hour) ASSERT_EQ(readings.at(key).name, first.name) << key;
+    }
+}
+
+} // namespace
+
+} // namespace kelvinbar

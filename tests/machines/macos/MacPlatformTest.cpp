@@ -1,0 +1,64 @@
+// The real machine, on a Mac: what every one of them has.
+
+#include "machines/Platform.h"
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+class MacPlatform : public testing::Test {
+  protected:
+    Machine machine = makePlatform();
+};
+
+TEST_F(MacPlatform, KnowsItsModelProcessorsAndMemory) {
+    EXPECT_GT(machine.system->systemBytes("hw.model").value_or("").size(), 1U);
+    EXPECT_EQ(machine.system->systemBytes("hw.no_such_entry"), std::nullopt);
+    EXPECT_GE(machine.system->activeProcessorCount(), 1);
+    EXPECT_GE(machine.system->physicalMemory(), std::uint64_t{1} << 30U);
+    EXPECT_GE(machine.system->thermalState(), 0);
+    EXPECT_LE(machine.system->thermalState(), 3);
+}
+
+TEST_F(MacPlatform, ItsClockNeverRunsBackwards) {
+    const auto before = machine.clock->now();
+    EXPECT_GT(before.count(), 0);
+    EXPECT_GE(machine.clock->now(), before);
+}
+
+TEST_F(MacPlatform, ItsRegistryHasEntriesWithClassAndName) {
+    const auto walk = machine.registry->iterateRecursively("IOService");
+    ASSERT_NE(walk, nullptr);
+    std::size_t count = 0;
+    std::size_t withProperties = 0;
+    while (const IORegistryEntry* const entry = walk->next()) {
+        ++count;
+        EXPECT_NE(entry->className(), "");
+        const auto properties = entry->properties();
+        if (properties && !properties->empty()) ++withProperties;
+    }
+    EXPECT_GT(count, 20U);
+    EXPECT_GT(withProperties, 10U);
+}
+
+TEST_F(MacPlatform, HasNoPlaneOfAnotherName) {
+    EXPECT_EQ(machine.registry->iterateRecursively("NoSuchPlane"), nullptr);
+}
+
+TEST_F(MacPlatform, AControllerIsOpenedAndClosedOrNotThere) {
+    const auto service = machine.driver->findService("AppleSMC");
+    if (!service) GTEST_SKIP() << "a virtual machine has none";
+    const auto opened = machine.driver->open(*service);
+    if (opened.code == kernSuccess) EXPECT_NE(opened.connection, 0U);
+    if (opened.connection != 0) machine.driver->close(opened.connection);
+}
+
+TEST_F(MacPlatform, HasNoServiceOfAnotherName) {
+    EXPECT_EQ(machine.driver->findService("NoSuchService"), std::nullopt);
+}
+
+} // namespace
+
+} // namespace kelvinbar

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace kelvinbar {
+
+/// Whether a person at a terminal reads the program's standard output.
+bool isStandardOutputTerminal();
+
+} // namespace kelvinbar
