@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -118,11 +119,12 @@ std::string escapedText(std::string_view text) {
     return replacedAll(escaped, "\r", "\\r");
 }
 
-/// The text of the entry; nothing when there is none to read. Nothing but a regular file is opened: a pipe
-/// would stall the program.
+/// The text of the entry; nothing when it cannot be read or is too long for an entry. Opens regular files
+/// only: a pipe would stall the program.
 std::optional<std::string> entryText(const fs::path& file) {
+    constexpr std::uintmax_t limit = std::uintmax_t{64} * 1024;
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) return std::nullopt;
+    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > limit) return std::nullopt;
     std::ifstream stream(file, std::ios::binary);
     std::ostringstream text;
     text << stream.rdbuf();
@@ -155,8 +157,7 @@ bool AutostartEntry::registerItem() {
 std::optional<std::string> AutostartEntry::enabledEntry() const {
     std::error_code error;
     const auto text = entryText(file_);
-    if (fs::exists(file_, error) && (!text || text->size() != fs::file_size(file_, error)))
-        return std::nullopt;
+    if (fs::exists(file_, error) && !text) return std::nullopt;
     Lines lines = linesOf(text.value_or(std::string(newEntry)));
     if (std::ranges::none_of(lines, [](const std::string& line) { return trimmed(line) == group; })) {
         lines.insert(lines.begin(), std::string(group));
