@@ -28,7 +28,10 @@ ssize_t readOnce(const std::filesystem::path& path, std::span<char> buffer) {
 
 } // namespace
 
-SensorFile::SensorFile(std::filesystem::path path, OpenFileCount openFiles, int limit)
+SensorFile::SensorFile(const std::filesystem::path& path)
+    : SensorFile(path, std::make_shared<std::atomic<int>>(0), 1) {}
+
+SensorFile::SensorFile(const std::filesystem::path& path, OpenFileCount openFiles, int limit)
     : openFiles_(std::move(openFiles)) {
     const int descriptor = openRegularFile(path);
     if (descriptor < 0) return;
@@ -42,7 +45,7 @@ SensorFile::SensorFile(std::filesystem::path path, OpenFileCount openFiles, int 
     }
     openFiles_->fetch_sub(1);
     ::close(descriptor);
-    path_ = std::move(path);
+    path_ = path;
 }
 
 SensorFile::~SensorFile() {

@@ -22,9 +22,11 @@ using OpenFileCount = std::shared_ptr<std::atomic<int>>;
 /// thread; two may read at once.
 class SensorFile {
   public:
-    /// Opens `path`, and keeps it open unless `openFiles` has reached `limit`: then it is opened again for
-    /// each read.
-    SensorFile(std::filesystem::path path, OpenFileCount openFiles, int limit);
+    /// Opens `path` and keeps it open.
+    explicit SensorFile(const std::filesystem::path& path);
+
+    /// Likewise, but once `openFiles` has reached `limit`, the file is opened for each read instead.
+    SensorFile(const std::filesystem::path& path, OpenFileCount openFiles, int limit);
     SensorFile(const SensorFile&) = delete;
     SensorFile& operator=(const SensorFile&) = delete;
     ~SensorFile();

@@ -74,7 +74,6 @@ bool isMeasured(const SensorChannel& channel) {
     case fanTarget:
     case fanSafe:
     case fanMode:
-    case fanName:
         return false;
     default:
         return true;

@@ -174,7 +174,6 @@ constexpr std::array rules{
 };
 
 constexpr std::array fanAttributes{
-    FanAttributeRule{fanName, any, "ID", "ch8*"},
     FanAttributeRule{fanMinimum, "applesmc", "Mn", "fpe2"},
     FanAttributeRule{fanMaximum, "applesmc", "Mx", "fpe2"},
     FanAttributeRule{fanTarget, "applesmc", "Tg", "fpe2"},

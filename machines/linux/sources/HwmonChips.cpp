@@ -157,21 +157,6 @@ void appendFanOutputs(SensorChip& chip) {
     }
 }
 
-/// A fan's key has no room for its name: that has a key of its own.
-void appendFanNames(SensorChip& chip) {
-    std::vector<SensorChannel> names;
-    for (const SensorChannel& fan : chip.channels) {
-        // Apple's controller names its fans, or has them tell themselves apart by their numbers.
-        const bool isNamed = fan.isLabelled || chip.name != "applesmc";
-        if (fan.kind != SensorKind::fan || !isNamed) continue;
-        SensorChannel name(SensorKind::fanName, fan.number);
-        name.label = fan.label;
-        name.text = fan.isLabelled ? fan.label : chip.name;
-        names.push_back(std::move(name));
-    }
-    std::ranges::move(names, std::back_inserter(chip.channels));
-}
-
 /// Old drivers put the name and all channels on the device.
 fs::path channelFolder(const fs::path& entry) {
     std::error_code error;
@@ -262,7 +247,6 @@ SensorChip chipAt(const fs::path& root, const fs::path& entry) {
     chip.powerStates = powerStates(entry);
     chip.channels = channelsIn(chip.folder, isAnyAsleep(chip.powerStates));
     appendFanOutputs(chip);
-    appendFanNames(chip);
     return chip;
 }
 

@@ -42,7 +42,9 @@ class KernelSensorSource::ListBuilder {
         for (const SensorChannel& channel : chip.channels) {
             auto key = controllerKeyOf(channel);
             if (!key) continue;
-            append({.key = std::move(key->key)}, key->type, channel, power);
+            RawReading prototype;
+            prototype.key = std::move(key->key);
+            append(std::move(prototype), key->type, channel, power);
             const bool isFan = channel.kind == SensorKind::fan;
             auto name = isFan ? fanNameReading(channel) : std::nullopt;
             if (name) sensors_.push_back({*std::move(name), {}, std::nullopt});

@@ -21,7 +21,6 @@ enum class SensorKind : std::uint8_t {
     fanTarget,
     fanSafe,
     fanMode,
-    fanName,
     charge,    ///< mAh
     count,     ///< a number of something
     duration,  ///< minutes
@@ -44,8 +43,7 @@ struct SensorChannel {
     std::string feature;         ///< the kernel's name of the channel: "temp3", "charge_now"
     std::string label;           ///< the driver's; where it gives none, the channel's file prefix ("temp3")
     bool isLabelled = false;     ///< whether the label is the driver's
-    std::filesystem::path file;  ///< empty for a value that does not change
-    std::string text;            ///< such a value
+    std::filesystem::path file;  ///< empty for a channel that is switched off
     double countsPerUnit = 1;    ///< what the file's number is divided by
     std::filesystem::path fault; ///< says 1 while the value is not to be trusted; empty when there is none
     std::filesystem::path range; ///< of an energy counter: the number after which it begins anew
