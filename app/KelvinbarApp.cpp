@@ -45,12 +45,12 @@ struct Parts {
                        .screens = screens,
                        .mainQueue = mainQueue,
                        .notifications = notifications},
-                      {.defaults = desktop.userDefaults(),
+                      {.machine = machine,
+                       .defaults = desktop.userDefaults(),
                        .notifications = notifications,
                        .mainQueue = mainQueue,
                        .backgroundQueue = backgroundQueue,
-                       .wallClock = wallClock,
-                       .monotonicClock = *machine.clock}) {}
+                       .wallClock = wallClock}) {}
 
     Log& log;
     Desktop& desktop;
@@ -60,7 +60,9 @@ struct Parts {
     SystemWallClock wallClock;
     QtTimers timers;
     QtScreens screens;
-    LazyPanelFactory panels{{.close = {},
+    LoginItemManager loginItem{desktop.loginItemService()};
+    LazyPanelFactory panels{{.loginItem = loginItem,
+                             .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
                              .systemSymbols = desktop.systemSymbols()},
                             log};
@@ -86,8 +88,6 @@ int KelvinbarApp::run(int& argc, char** argv, const MachineMaker& makeMachine, c
     }
 
     const Machine machine = makeMachine(log);
-    useMachine(machine);
-    LoginItemManager::useService(desktop->loginItemService());
     Parts parts(*desktop, machine, log);
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Log.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 
 #include <functional>
 #include <string>
