@@ -1,6 +1,7 @@
 // kelvinbar-snapshot: prints the snapshot of a machine on standard output.
 
 #include "base/Clock.h"
+#include "base/Log.h"
 #include "machines/Platform.h"
 #include "machines/replay/ReplayMachine.h"
 #include "resources/SampleMachines.h"
@@ -30,6 +31,7 @@ constexpr int usageErrorExit = 2;
 struct Options {
     std::optional<std::string> replayFile;
     std::string sampleName; ///< empty for none
+    std::size_t verbosity = 0;
 };
 
 std::vector<std::string> sampleNames() {
@@ -72,7 +74,13 @@ std::optional<Machine> machineFromFile(const std::string& file) {
     return replayedMachine(source, std::get<std::string>(input));
 }
 
-std::optional<Machine> chosenMachine(const Options& options) {
+std::string describedMachine(const Options& options) {
+    if (options.replayFile) return "the snapshot " + *options.replayFile;
+    return options.sampleName.empty() ? "this machine" : "the sample " + options.sampleName;
+}
+
+std::optional<Machine> chosenMachine(const Options& options, Log& log) {
+    log.write(LogCategory::keys, LogLevel::info, [&] { return "reading " + describedMachine(options); });
     if (options.replayFile) return machineFromFile(*options.replayFile);
     if (options.sampleName.empty()) return makePlatform();
     const auto sample = std::ranges::find(sampleMachines(), options.sampleName, &SampleMachine::name);
@@ -80,7 +88,9 @@ std::optional<Machine> chosenMachine(const Options& options) {
 }
 
 int printSnapshot(const Options& options) {
-    const auto machine = chosenMachine(options);
+    StandardErrorSink standardError;
+    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    const auto machine = chosenMachine(options, log);
     if (!machine) return inputErrorExit;
     std::cout << takeSnapshot(*machine);
     if (isStandardOutputTerminal()) std::cout << '\n';
@@ -102,6 +112,7 @@ int run(int argc, char** argv) {
     demo->check(CLI::IsMember(sampleNames()))->excludes(replay);
     app.footer("Without an option, this machine is read. Exit status: 0, 1 when the input cannot be used, "
                "2 for a wrong option.");
+    app.add_flag("-v,--verbose", options.verbosity, "Log what is found and done; twice, every step");
     try {
         app.parse(argc, argv);
         // An empty text passes as no text at all, and no check is made of it.
