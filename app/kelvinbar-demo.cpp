@@ -7,6 +7,6 @@
 int main(int argc, char** argv) {
     return kelvinbar::KelvinbarApp::run(
         argc, argv,
-        [](kelvinbar::Log& /*log*/) { return kelvinbar::makeDemoMachine(kelvinbar::makePlatform().clock); },
+        [](kelvinbar::Log& log) { return kelvinbar::makeDemoMachine(kelvinbar::makePlatform(log).clock); },
         "kelvinbar-demo");
 }

@@ -5,5 +5,5 @@
 
 int main(int argc, char** argv) {
     return kelvinbar::KelvinbarApp::run(
-        argc, argv, [](kelvinbar::Log& /*log*/) { return kelvinbar::makePlatform(); }, "kelvinbar");
+        argc, argv, kelvinbar::makePlatform, "kelvinbar");
 }

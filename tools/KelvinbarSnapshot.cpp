@@ -57,21 +57,21 @@ void reportProblems(const std::string& source, const std::vector<LineProblem>& p
 }
 
 /// The replayed machine, or nothing after saying why. Lines that cannot be used are named and left out.
-std::optional<Machine> replayedMachine(const std::string& source, std::string_view text) {
-    ReplayResult replay = makeReplayMachine(text, makePlatform().clock);
+std::optional<Machine> replayedMachine(const std::string& source, std::string_view text, Log& log) {
+    ReplayResult replay = makeReplayMachine(text, makePlatform(log).clock);
     reportProblems(source, replay.problems);
     if (!replay.machine) reportError(source + ": no line of a snapshot in it");
     return std::move(replay.machine);
 }
 
-std::optional<Machine> machineFromFile(const std::string& file) {
+std::optional<Machine> machineFromFile(const std::string& file, Log& log) {
     const std::string source = file == "-" ? "standard input" : file;
     const TextInput input = readTextInput(file);
     if (const auto* error = std::get_if<InputError>(&input)) {
         reportError("cannot read " + source + ": " + error->message);
         return std::nullopt;
     }
-    return replayedMachine(source, std::get<std::string>(input));
+    return replayedMachine(source, std::get<std::string>(input), log);
 }
 
 std::string describedMachine(const Options& options) {
@@ -81,10 +81,10 @@ std::string describedMachine(const Options& options) {
 
 std::optional<Machine> chosenMachine(const Options& options, Log& log) {
     log.write(LogCategory::keys, LogLevel::info, [&] { return "reading " + describedMachine(options); });
-    if (options.replayFile) return machineFromFile(*options.replayFile);
-    if (options.sampleName.empty()) return makePlatform();
+    if (options.replayFile) return machineFromFile(*options.replayFile, log);
+    if (options.sampleName.empty()) return makePlatform(log);
     const auto sample = std::ranges::find(sampleMachines(), options.sampleName, &SampleMachine::name);
-    return replayedMachine(options.sampleName, sample->text);
+    return replayedMachine(options.sampleName, sample->text, log);
 }
 
 int printSnapshot(const Options& options) {
