@@ -12,7 +12,8 @@
 
 namespace kelvinbar {
 
-PanelControls::PanelControls(KelvinbarStore& store) : store_(store) {}
+PanelControls::PanelControls(KelvinbarStore& store, LoginItemManager& loginItem)
+    : store_(store), loginItem_(loginItem) {}
 
 bool PanelControls::isFast() const { return store_.samplingRate().value() == SMCSamplingRate::fast; }
 
@@ -28,7 +29,7 @@ QString PanelControls::dynamicToolTip() const {
 
 qlonglong PanelControls::manualHeight() const { return shownHeight(store_); }
 
-QString PanelControls::loginToolTip() { return qtText(loginItemToolTip(LoginItemManager::canRegister())); }
+QString PanelControls::loginToolTip() const { return qtText(loginItemToolTip(loginItem_.canRegister())); }
 
 QString PanelControls::author() { return KELVINBAR_AUTHOR; }
 
@@ -36,7 +37,7 @@ QString PanelControls::contact() { return KELVINBAR_CONTACT; }
 
 QString PanelControls::donationPage() { return KELVINBAR_DONATION_PAGE; }
 
-void PanelControls::readLoginItem() { setRunAtLogin(LoginItemManager::isEnabled()); }
+void PanelControls::readLoginItem() { setRunAtLogin(loginItem_.isEnabled()); }
 
 void PanelControls::setRunAtLogin(bool runAtLogin) {
     if (runAtLogin_ == runAtLogin) return;
@@ -54,7 +55,7 @@ void PanelControls::resetHeight() { kelvinbar::resetHeight(store_); }
 
 void PanelControls::increaseHeight() { kelvinbar::increaseHeight(store_); }
 
-void PanelControls::toggleRunAtLogin() { setRunAtLogin(LoginItemManager::setEnabled(!runAtLogin_)); }
+void PanelControls::toggleRunAtLogin() { setRunAtLogin(loginItem_.setEnabled(!runAtLogin_)); }
 
 void PanelControls::refresh() { store_.refresh(false); }
 

@@ -7,6 +7,7 @@
 namespace kelvinbar {
 
 class KelvinbarStore;
+class LoginItemManager;
 
 /// The header's and footer's controls: what they show of the store and the login item, and what they do.
 /// Main thread.
@@ -25,7 +26,8 @@ class PanelControls final : public QObject {
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
 
   public:
-    explicit PanelControls(KelvinbarStore& store);
+    /// Both outlive the object.
+    PanelControls(KelvinbarStore& store, LoginItemManager& loginItem);
 
     [[nodiscard]] bool isFast() const;
     [[nodiscard]] static QString fastToolTip();
@@ -35,7 +37,7 @@ class PanelControls final : public QObject {
 
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
-    [[nodiscard]] static QString loginToolTip();
+    [[nodiscard]] QString loginToolTip() const;
 
     /// Values of the build; empty for what there is none of.
     [[nodiscard]] static QString author();
@@ -72,6 +74,7 @@ class PanelControls final : public QObject {
     void open(const QString& address);
 
     KelvinbarStore& store_;
+    LoginItemManager& loginItem_;
     bool runAtLogin_ = false;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "machines/emulated/SMCKeySource.h"
 #include "machines/linux/applesmc/AppleSMCKeys.h"
+#include "machines/linux/applesmc/SMCKeySource.h"
 #include "machines/linux/sources/SensorInventory.h"
 
 #include <functional>

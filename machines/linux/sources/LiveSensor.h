@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "machines/emulated/SMCKeySource.h"
+#include "machines/linux/applesmc/SMCKeySource.h"
 #include "machines/linux/files/SensorFile.h"
 #include "machines/linux/sources/SensorChannel.h"
 #include "machines/linux/sources/SensorValue.h"
