@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machines/linux/OnceLog.h"
+#include "machines/linux/files/OnceLog.h"
 #include "sensors/Machine.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "machines/linux/OnceLog.h"
+#include "machines/linux/files/OnceLog.h"
 #include "machines/linux/naming/KeyAssignment.h"
 #include "machines/linux/sources/LiveSensor.h"
 
