@@ -8,7 +8,7 @@ declare -A evidence=(
   [g++]=g++ [cmake]=cmake [ninja-build]=ninja [libcli11-dev]=/usr/include/CLI/CLI.hpp
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
-  [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git
+  [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git [python3]='/usr/lib/python3*/unittest/__init__.py'
   [qt6-base-dev]='/usr/include/*/qt6/QtDBus/QDBusConnection' [qt6-declarative-dev]='/usr/include/*/qt6/QtQuick/QQuickView'
   [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
   [qml6-module-qtquick]='/usr/lib/*/qt6/qml/QtQuick/qmldir' [libgl-dev]=/usr/include/GL/gl.h
@@ -33,7 +33,7 @@ declare -A packages=(
   [test]="$build clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
-  [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git"
+  [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace"
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm clang-19 llvm-14 libc++1-19"

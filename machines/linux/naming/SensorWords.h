@@ -1,7 +1,7 @@
 #pragma once
 
 #include "catalogue/SMCCategory.h"
-#include "machines/linux/sources/SensorChannel.h"
+#include "machines/linux/naming/SensorChannel.h"
 
 #include <cstdint>
 #include <optional>

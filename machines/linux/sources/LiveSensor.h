@@ -2,7 +2,7 @@
 
 #include "base/Clock.h"
 #include "machines/linux/files/SensorFile.h"
-#include "machines/linux/sources/SensorChannel.h"
+#include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/sources/SensorValue.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Log.h"
-#include "machines/linux/sources/SensorChannel.h"
+#include "machines/linux/naming/SensorChannel.h"
 
 #include <filesystem>
 #include <vector>
