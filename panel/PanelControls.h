@@ -2,22 +2,36 @@
 
 #include <QObject>
 #include <QString>
+#include <QUrl>
+#include <functional>
 #include <qqmlregistration.h>
 
 namespace kelvinbar {
 
 class KelvinbarStore;
 
+/// What the controls use besides the store: the values of the build, and the desktop.
+struct PanelEnvironment {
+    QString author;
+    QString contact;      ///< an e-mail address; empty for none
+    QString donationPage; ///< empty for none
+    std::function<void(const QUrl& address)> open;
+    std::function<void()> quit;
+
+    [[nodiscard]] static PanelEnvironment ofThisProgram();
+};
+
 /// The header's and footer's controls: what they show of the store and the login item, and what they do.
 /// Main thread.
 class PanelControls final : public QObject {
     Q_OBJECT
-    QML_ANONYMOUS
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(bool isFast READ isFast NOTIFY changed)
     Q_PROPERTY(QString fastToolTip READ fastToolTip CONSTANT)
     Q_PROPERTY(bool isDynamic READ isDynamic NOTIFY changed)
     Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY changed)
-    Q_PROPERTY(qlonglong manualHeight READ manualHeight NOTIFY changed)
+    Q_PROPERTY(double manualHeight READ manualHeight NOTIFY changed)
     Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
     Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
     Q_PROPERTY(QString author READ author CONSTANT)
@@ -25,22 +39,24 @@ class PanelControls final : public QObject {
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
 
   public:
-    explicit PanelControls(KelvinbarStore& store);
+    explicit PanelControls(KelvinbarStore& store,
+                           PanelEnvironment environment = PanelEnvironment::ofThisProgram());
 
     [[nodiscard]] bool isFast() const;
     [[nodiscard]] static QString fastToolTip();
     [[nodiscard]] bool isDynamic() const;
     [[nodiscard]] QString dynamicToolTip() const;
-    [[nodiscard]] qlonglong manualHeight() const;
+    [[nodiscard]] double manualHeight() const;
 
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
     [[nodiscard]] static QString loginToolTip();
 
-    /// Values of the build; empty for what there is none of.
-    [[nodiscard]] static QString author();
-    [[nodiscard]] static QString contact(); ///< an e-mail address
-    [[nodiscard]] static QString donationPage();
+    [[nodiscard]] QString author() const { return environment_.author; }
+
+    [[nodiscard]] QString contact() const { return environment_.contact; }
+
+    [[nodiscard]] QString donationPage() const { return environment_.donationPage; }
 
     /// Something that is shown of the store may have changed.
     void storeChanged() { emit changed(); }
@@ -57,7 +73,7 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void copy();
     Q_INVOKABLE void showAll();
-    Q_INVOKABLE static void quit();
+    Q_INVOKABLE void quit();
     Q_INVOKABLE void openDonationPage();
     Q_INVOKABLE void writeToAuthor();
 
@@ -72,6 +88,7 @@ class PanelControls final : public QObject {
     void open(const QString& address);
 
     KelvinbarStore& store_;
+    PanelEnvironment environment_;
     bool runAtLogin_ = false;
 };
 
