@@ -46,12 +46,12 @@ struct Parts {
                        .screens = screens,
                        .mainQueue = mainQueue,
                        .notifications = notifications},
-                      {.defaults = desktop.userDefaults(),
+                      {.machine = machine,
+                       .defaults = desktop.userDefaults(),
                        .notifications = notifications,
                        .mainQueue = mainQueue,
                        .backgroundQueue = backgroundQueue,
-                       .wallClock = wallClock,
-                       .monotonicClock = *machine.clock}) {}
+                       .wallClock = wallClock}) {}
 
     Desktop& desktop;
     NotificationCenter notifications;
@@ -60,7 +60,9 @@ struct Parts {
     SystemWallClock wallClock;
     QtTimers timers;
     QtScreens screens;
-    LazyPanelFactory panels{{.close = {},
+    LoginItemManager loginItem{desktop.loginItemService()};
+    LazyPanelFactory panels{{.loginItem = loginItem,
+                             .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
                              .systemSymbols = desktop.systemSymbols()}};
     QtPopover popover{desktop.popoverInput()};
@@ -76,8 +78,6 @@ int KelvinbarApp::run(int& argc, char** argv, const Machine& machine, const std:
     const auto desktop = makeDesktop(name, startCommand(), report);
     if (desktop->handOverToRunningInstance()) return 0;
 
-    useMachine(machine);
-    LoginItemManager::useService(desktop->loginItemService());
     Parts parts(*desktop, machine);
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },

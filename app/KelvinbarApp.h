@@ -1,6 +1,6 @@
 #pragma once
 
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "smc/SMCKeyText.h"
 #include "smc/SMCParamBlock.h"
 #include "store/LoadPass.h"

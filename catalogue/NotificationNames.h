@@ -1,20 +1,46 @@
 #pragma once
 
-#include <string_view>
+#include "base/NotificationCenter.h"
+#include "catalogue/Settings.h"
 
-/// The notifications by which the store tells the shell that something it shows must change.
+#include <cstddef>
+#include <optional>
+#include <string>
+
+/// The notifications by which the store tells the shell that something it shows has changed.
 namespace kelvinbar {
 
-/// Object: the new sampling rate, in its stored form.
-inline constexpr std::string_view kelvinbarSamplingRateChanged = "KelvinbarSamplingRateChanged";
+struct MenuBarReadingChange {
+    std::optional<std::string> title;   ///< absent: ask the store
+    std::optional<std::string> toolTip; ///< absent: ask the store
 
-/// User info: "title" and "tooltip", texts.
-inline constexpr std::string_view kelvinbarMenuBarReadingChanged = "KelvinbarMenuBarReadingChanged";
+    friend bool operator==(const MenuBarReadingChange&, const MenuBarReadingChange&) = default;
+};
 
-/// User info: "mode", the stored form of the display mode; "visibleReadings", a whole number.
-inline constexpr std::string_view kelvinbarDisplayModeChanged = "KelvinbarDisplayModeChanged";
+struct DisplayModeChange {
+    SMCWindowDisplayMode mode = SMCWindowDisplayMode::fixed;
+    std::size_t visibleReadings = 0;
 
-/// User info: "width" and "height" in points, doubles.
-inline constexpr std::string_view kelvinbarManualSizeChanged = "KelvinbarManualSizeChanged";
+    friend bool operator==(const DisplayModeChange&, const DisplayModeChange&) = default;
+};
+
+struct ManualSizeChange {
+    double width = 0;  ///< points
+    double height = 0; ///< points
+
+    friend bool operator==(const ManualSizeChange&, const ManualSizeChange&) = default;
+};
+
+/// Carries the new rate.
+inline constexpr NotificationName<SMCSamplingRate> kelvinbarSamplingRateChanged{
+    "KelvinbarSamplingRateChanged"};
+
+inline constexpr NotificationName<MenuBarReadingChange> kelvinbarMenuBarReadingChanged{
+    "KelvinbarMenuBarReadingChanged"};
+
+inline constexpr NotificationName<DisplayModeChange> kelvinbarDisplayModeChanged{
+    "KelvinbarDisplayModeChanged"};
+
+inline constexpr NotificationName<ManualSizeChange> kelvinbarManualSizeChanged{"KelvinbarManualSizeChanged"};
 
 } // namespace kelvinbar

@@ -1,7 +1,7 @@
 // A driver that lies: each of its answers is the next bytes of the input, whatever it was asked.
 
 #include "fuzz/Check.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "smc/SMCBridge.h"
 #include "smc/SMCKeyText.h"
 #include "smc/SMCParamBlock.h"

@@ -10,9 +10,9 @@
 
 namespace kelvinbar {
 
-PanelContent::PanelContent(KelvinbarStore& store, const SensorListMetrics& metrics,
-                           std::function<void()> closeAction)
-    : store_(store), closeAction_(std::move(closeAction)), sensors_(metrics), controls_(store) {
+PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
+                           const SensorListMetrics& metrics, std::function<void()> closeAction)
+    : store_(store), closeAction_(std::move(closeAction)), sensors_(metrics), controls_(store, loginItem) {
     secondClickWait_.setSingleShot(true);
     connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::secondClickMayNotComeAnyMore);
     // The open panel holds the pointer, which what opens now needs.

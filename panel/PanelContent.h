@@ -41,8 +41,9 @@ class PanelContent final : public QObject {
     };
     Q_ENUM(State)
 
-    /// `closeAction` closes the panel. The store outlives the content.
-    PanelContent(KelvinbarStore& store, const SensorListMetrics& metrics, std::function<void()> closeAction);
+    /// `closeAction` closes the panel. Store and login item outlive the content.
+    PanelContent(KelvinbarStore& store, LoginItemManager& loginItem, const SensorListMetrics& metrics,
+                 std::function<void()> closeAction);
 
     [[nodiscard]] State state() const { return state_; }
 

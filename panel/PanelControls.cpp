@@ -21,8 +21,8 @@ PanelEnvironment PanelEnvironment::ofThisProgram() {
             .quit = &QGuiApplication::quit};
 }
 
-PanelControls::PanelControls(KelvinbarStore& store, PanelEnvironment environment)
-    : store_(store), environment_(std::move(environment)) {}
+PanelControls::PanelControls(KelvinbarStore& store, LoginItemManager& loginItem, PanelEnvironment environment)
+    : store_(store), loginItem_(loginItem), environment_(std::move(environment)) {}
 
 bool PanelControls::isFast() const { return store_.samplingRate().value() == SMCSamplingRate::fast; }
 
@@ -38,9 +38,9 @@ QString PanelControls::dynamicToolTip() const {
 
 double PanelControls::manualHeight() const { return static_cast<double>(shownHeight(store_)); }
 
-QString PanelControls::loginToolTip() { return qtText(loginItemToolTip(LoginItemManager::canRegister())); }
+QString PanelControls::loginToolTip() const { return qtText(loginItemToolTip(loginItem_.canRegister())); }
 
-void PanelControls::readLoginItem() { setRunAtLogin(LoginItemManager::isEnabled()); }
+void PanelControls::readLoginItem() { setRunAtLogin(loginItem_.isEnabled()); }
 
 void PanelControls::setRunAtLogin(bool runAtLogin) {
     if (runAtLogin_ == runAtLogin) return;
@@ -58,7 +58,7 @@ void PanelControls::resetHeight() { kelvinbar::resetHeight(store_); }
 
 void PanelControls::increaseHeight() { kelvinbar::increaseHeight(store_); }
 
-void PanelControls::toggleRunAtLogin() { setRunAtLogin(LoginItemManager::setEnabled(!runAtLogin_)); }
+void PanelControls::toggleRunAtLogin() { setRunAtLogin(loginItem_.setEnabled(!runAtLogin_)); }
 
 void PanelControls::refresh() { store_.refresh(false); }
 

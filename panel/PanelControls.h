@@ -9,6 +9,7 @@
 namespace kelvinbar {
 
 class KelvinbarStore;
+class LoginItemManager;
 
 /// What the controls use besides the store: the values of the build, and the desktop.
 struct PanelEnvironment {
@@ -39,8 +40,9 @@ class PanelControls final : public QObject {
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
 
   public:
-    explicit PanelControls(KelvinbarStore& store,
-                           PanelEnvironment environment = PanelEnvironment::ofThisProgram());
+    /// The store and the login item outlive the object.
+    PanelControls(KelvinbarStore& store, LoginItemManager& loginItem,
+                  PanelEnvironment environment = PanelEnvironment::ofThisProgram());
 
     [[nodiscard]] bool isFast() const;
     [[nodiscard]] static QString fastToolTip();
@@ -50,7 +52,7 @@ class PanelControls final : public QObject {
 
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
-    [[nodiscard]] static QString loginToolTip();
+    [[nodiscard]] QString loginToolTip() const;
 
     [[nodiscard]] QString author() const { return environment_.author; }
 
@@ -88,6 +90,7 @@ class PanelControls final : public QObject {
     void open(const QString& address);
 
     KelvinbarStore& store_;
+    LoginItemManager& loginItem_;
     PanelEnvironment environment_;
     bool runAtLogin_ = false;
 };

@@ -2,7 +2,7 @@
 
 #include "panel/PanelContent.h"
 #include "panel/PanelStyle.h"
-#include "panel/SymbolPainting.h"
+#include "panel/SystemMasks.h"
 
 #include <QQuickView>
 #include <utility>
@@ -17,7 +17,9 @@ class QuickPanelWindow final : public PanelWindow {
   public:
     QuickPanelWindow(KelvinbarStore& store, PanelHandlers handlers)
         : prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
-        , content_(store, SensorListMetrics(textScale()), std::move(handlers.close)) {
+        , content_(store, handlers.loginItem, SensorListMetrics(textScale()), std::move(handlers.close))
+        , masks_(std::move(handlers.systemSymbols)) {
+        setSystemMasks(view_, masks_);
         view_.setTitle("Kelvinbar");
         view_.setColor(QColor(22, 24, 29)); // until the first picture is drawn
         view_.setResizeMode(QQuickView::SizeRootObjectToView);
@@ -41,6 +43,7 @@ class QuickPanelWindow final : public PanelWindow {
   private:
     std::function<bool()> prefersReducedMotion_;
     PanelContent content_;
+    SystemMasks masks_;
     QQuickView view_; // goes before what it shows
 };
 
@@ -56,7 +59,6 @@ std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandler
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qml_register_types_Kelvinbar_Panel();
     }
-    useSystemSymbols(handlers.systemSymbols);
     return std::make_unique<QuickPanelWindow>(store, std::move(handlers));
 }
 

@@ -10,9 +10,11 @@ class QWindow;
 namespace kelvinbar {
 
 class KelvinbarStore;
+class LoginItemManager;
 
 /// What the panel asks of the program. Main thread.
 struct PanelHandlers {
+    LoginItemManager& loginItem; ///< outlives the panel
     std::function<void()> close;
     std::function<bool()> prefersReducedMotion;
     SystemSymbols systemSymbols; ///< empty for a system without any

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
 #include "panel/PanelColor.h"
-#include "store/LoadPass.h"
 
 #include <string_view>
 #include <vector>

@@ -1,6 +1,7 @@
 #include "panel/Symbol.h"
 
 #include "panel/SymbolPainting.h"
+#include "panel/SystemMasks.h"
 
 namespace kelvinbar {
 
@@ -9,9 +10,8 @@ void Symbol::setSize(double size) {
 }
 
 std::function<void(QPainter&)> Symbol::painting() const {
-    return [name = name_, color = color_, side = width()](QPainter& painter) {
-        paintSymbol(painter, name, color, side);
-    };
+    return [name = name_, color = color_, side = width(), masks = systemMasksOf(window())](
+               QPainter& painter) { paintSymbol(painter, name, color, side, masks); };
 }
 
 } // namespace kelvinbar

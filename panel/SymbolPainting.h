@@ -1,7 +1,5 @@
 #pragma once
 
-#include "shell/SystemSymbols.h"
-
 #include <QColor>
 #include <QString>
 
@@ -9,12 +7,11 @@ class QPainter;
 
 namespace kelvinbar {
 
-/// Symbols of the system take the place of the program's own where it has them. Empty for a system without
-/// any.
-void useSystemSymbols(SystemSymbols symbols);
+class SystemMasks;
 
-/// Draws a symbol in one colour into the square of `side` at the painter's origin. Nothing for a name that
-/// neither the system nor the program has.
-void paintSymbol(QPainter& painter, const QString& name, const QColor& color, double side);
+/// Draws a symbol in one colour into the square of `side` points at the painter's origin: the system's, or
+/// the program's own where `masks` is null or lacks it. Draws nothing for a name that neither has.
+void paintSymbol(QPainter& painter, const QString& name, const QColor& color, double side,
+                 SystemMasks* masks);
 
 } // namespace kelvinbar

@@ -127,11 +127,13 @@ void AppDelegate::refreshWhatIsShown() {
 void AppDelegate::observeStore() {
     NotificationCenter& center = ports_.notifications;
     observers_ = {
-        center.addObserver(kelvinbarSamplingRateChanged, [this](const auto&) { samplingRateChanged(); }),
+        center.addObserver(kelvinbarSamplingRateChanged, {[this](const auto&) { samplingRateChanged(); }}),
         center.addObserver(kelvinbarMenuBarReadingChanged,
-                           [this](const auto& notification) { menuBarReadingChanged(notification); }),
-        center.addObserver(kelvinbarDisplayModeChanged, [this](const auto&) { popoverSizeMayHaveChanged(); }),
-        center.addObserver(kelvinbarManualSizeChanged, [this](const auto&) { popoverSizeMayHaveChanged(); }),
+                           {[this](const auto& change) { menuBarReadingChanged(change); }}),
+        center.addObserver(kelvinbarDisplayModeChanged,
+                           {[this](const auto&) { popoverSizeMayHaveChanged(); }}),
+        center.addObserver(kelvinbarManualSizeChanged,
+                           {[this](const auto&) { popoverSizeMayHaveChanged(); }}),
     };
 }
 
@@ -140,11 +142,9 @@ void AppDelegate::samplingRateChanged() {
     refreshWhatIsShown();
 }
 
-void AppDelegate::menuBarReadingChanged(const Notification& notification) {
-    const auto* const title = notification.userInfo.find<std::string>("title");
-    const auto* const tooltip = notification.userInfo.find<std::string>("tooltip");
-    updateStatusItemTitle(title != nullptr ? *title : store_.menuBarTitle(),
-                          tooltip != nullptr ? *tooltip : store_.menuBarToolTip());
+void AppDelegate::menuBarReadingChanged(const MenuBarReadingChange& change) {
+    updateStatusItemTitle(change.title ? *change.title : store_.menuBarTitle(),
+                          change.toolTip ? *change.toolTip : store_.menuBarToolTip());
 }
 
 void AppDelegate::popoverSizeMayHaveChanged() { applyPopoverSize(calculatedPopoverSize()); }

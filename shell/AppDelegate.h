@@ -43,7 +43,7 @@ class AppDelegate {
 
     void observeStore();
     void samplingRateChanged();
-    void menuBarReadingChanged(const Notification& notification);
+    void menuBarReadingChanged(const MenuBarReadingChange& change);
     void popoverSizeMayHaveChanged();
 
     void configurePopover();

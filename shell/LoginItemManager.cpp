@@ -2,31 +2,16 @@
 
 namespace kelvinbar {
 
-namespace {
-
-LoginItemService*& service() {
-    static LoginItemService* current = nullptr;
-    return current;
-}
-
-} // namespace
-
-void LoginItemManager::useService(LoginItemService& newService) { service() = &newService; }
-
-bool LoginItemManager::canRegister() { return service() != nullptr && service()->canRegister(); }
-
-bool LoginItemManager::isEnabled() { return canRegister() && service()->isRegistered(); }
+bool LoginItemManager::isEnabled() const { return canRegister() && service_.isRegistered(); }
 
 bool LoginItemManager::setEnabled(bool enabled) {
-    if (service() == nullptr) return false;
     if (!canRegister()) {
-        service()->openLoginItemsSettings();
+        service_.openLoginItemsSettings();
         return false;
     }
-    const bool current = isEnabled();
-    if (enabled != current) {
-        const bool succeeded = enabled ? service()->registerItem() : service()->unregisterItem();
-        if (!succeeded) service()->beep();
+    if (enabled != isEnabled()) {
+        const bool succeeded = enabled ? service_.registerItem() : service_.unregisterItem();
+        if (!succeeded) service_.beep();
     }
     return isEnabled();
 }

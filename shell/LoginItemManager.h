@@ -19,22 +19,23 @@ class LoginItemService {
     virtual void beep() = 0;
 };
 
-/// Starts the program at login, or stops doing so. Keeps no state of its own: the service knows. Main thread.
+/// Starts the program at login, or stops doing so. The state is the service's alone. Main thread.
 class LoginItemManager {
   public:
-    LoginItemManager() = delete;
+    /// `service` outlives the object.
+    explicit LoginItemManager(LoginItemService& service) : service_(service) {}
 
-    /// The service of the machine that the program runs on; outlives the program's use of this class.
-    static void useService(LoginItemService& service);
+    [[nodiscard]] bool isEnabled() const;
 
-    [[nodiscard]] static bool isEnabled();
-
-    /// Makes it so, or opens the system's settings where the program cannot. Returns whether it is enabled
-    /// afterwards; a failure only sounds.
-    static bool setEnabled(bool enabled);
+    /// Registers or unregisters the program, or opens the system's settings where it cannot register itself.
+    /// Returns whether it is registered afterwards. A failure sounds the alert.
+    bool setEnabled(bool enabled);
 
     /// Whether the system lets the program register itself.
-    [[nodiscard]] static bool canRegister();
+    [[nodiscard]] bool canRegister() const { return service_.canRegister(); }
+
+  private:
+    LoginItemService& service_;
 };
 
 } // namespace kelvinbar

@@ -3,15 +3,15 @@
 #include "catalogue/SMCReading.h"
 #include "catalogue/Settings.h"
 #include "shell/Geometry.h"
-#include "store/LoadPass.h"
+#include "store/Preferences.h"
 
 #include <vector>
 
 namespace kelvinbar {
 
 /// The panel as it is made, and the least that it shrinks to, in points.
-inline constexpr Size fixedPopoverSize{462, 690};
-inline constexpr Size minimumPopoverSize{420, 560};
+inline constexpr Size fixedPopoverSize{standardPopoverSize.width, standardPopoverSize.height};
+inline constexpr Size minimumPopoverSize{420, minimumPopoverHeight};
 
 /// The height of the strip as which it opens.
 inline constexpr double openingPopoverHeight = 54;

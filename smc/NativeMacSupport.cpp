@@ -16,12 +16,6 @@ namespace {
 constexpr std::array<std::string_view, 4> thermalStates{"Nominal", "Fair", "Serious", "Critical"};
 constexpr std::string_view unknownThermalState = "Unknown";
 
-/// Set before the first pass begins and not while one runs.
-std::shared_ptr<const SystemInformation>& currentSystem() {
-    static std::shared_ptr<const SystemInformation> system;
-    return system;
-}
-
 SMCReading textReading(std::string_view key, std::string_view name, SMCCategory category,
                        const std::string& value) {
     return {.key = std::string(key),
@@ -33,13 +27,6 @@ SMCReading textReading(std::string_view key, std::string_view name, SMCCategory 
             .unit = "",
             .raw = value,
             .status = "OK"};
-}
-
-std::optional<SMCReading> cpuModel() {
-    auto model = NativeMacSupport::sysctlString("machdep.cpu.brand_string");
-    if (!model) model = NativeMacSupport::sysctlString("hw.model");
-    if (!model) return std::nullopt;
-    return textReading("NCPU", "CPU Model", SMCCategory::cpu, *model);
 }
 
 std::optional<SMCReading> activeCores(int count) {
@@ -74,37 +61,36 @@ std::optional<int> thermalStateNamed(std::string_view text) {
                                         : std::optional(static_cast<int>(found - thermalStates.begin()));
 }
 
-std::vector<SMCReading> NativeMacSupport::readings() {
-    const auto& system = currentSystem();
-    if (system == nullptr) return {};
+std::optional<SMCReading> NativeMacSupport::cpuModel() const {
+    auto model = sysctlString("machdep.cpu.brand_string");
+    if (!model) model = sysctlString("hw.model");
+    if (!model) return std::nullopt;
+    return textReading("NCPU", "CPU Model", SMCCategory::cpu, *model);
+}
+
+std::vector<SMCReading> NativeMacSupport::readings() const {
     std::vector<SMCReading> readings;
     const auto keep = [&](std::optional<SMCReading> reading) {
         if (reading && reading->hasDisplayableValue()) readings.push_back(*std::move(reading));
     };
     keep(cpuModel());
     keep(textReading("NARC", "Architecture", SMCCategory::cpu, "Apple Silicon"));
-    keep(activeCores(system->activeProcessorCount()));
-    keep(physicalMemory(system->physicalMemory()));
+    keep(activeCores(system_.activeProcessorCount()));
+    keep(physicalMemory(system_.physicalMemory()));
     keep(textReading("NTHR", "macOS Thermal State", SMCCategory::thermal,
-                     std::string(thermalStateText(system->thermalState()))));
+                     std::string(thermalStateText(system_.thermalState()))));
     keep(textReading("NLPM", "Low Power Mode", SMCCategory::power,
-                     system->isLowPowerModeEnabled() ? "Enabled" : "Disabled"));
+                     system_.isLowPowerModeEnabled() ? "Enabled" : "Disabled"));
     return readings;
 }
 
-std::optional<std::string> NativeMacSupport::sysctlString(std::string_view name) {
-    const auto& system = currentSystem();
-    if (system == nullptr) return std::nullopt;
-    const auto bytes = system->systemBytes(name);
+std::optional<std::string> NativeMacSupport::sysctlString(std::string_view name) const {
+    const auto bytes = system_.systemBytes(name);
     if (!bytes || bytes->size() < 2) return std::nullopt;
     const std::string text = bytes->substr(0, bytes->find('\0'));
     const std::string_view value = trimmed(text);
     if (value.empty() || !isValidUtf8(value)) return std::nullopt;
     return std::string(value);
-}
-
-void NativeMacSupport::useSystem(std::shared_ptr<const SystemInformation> system) {
-    currentSystem() = std::move(system);
 }
 
 } // namespace kelvinbar

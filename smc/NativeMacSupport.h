@@ -1,9 +1,8 @@
 #pragma once
 
 #include "catalogue/SMCReading.h"
-#include "smc/SystemInformation.h"
+#include "sensors/SystemInformation.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,26 +10,30 @@
 
 namespace kelvinbar {
 
-/// The text of a thermal state (as in SystemInformation): "Nominal" … "Critical", or "Unknown".
+/// The text of a thermal state as in SystemInformation: "Nominal" to "Critical", or "Unknown".
 std::string_view thermalStateText(int state);
 
-/// The thermal state of that text, -1 for "Unknown"; nothing for any other text.
+/// The thermal state that `text` names, -1 for "Unknown"; nothing for any other text.
 std::optional<int> thermalStateNamed(std::string_view text);
 
-/// The few readings that the operating system gives by itself, for machines whose controller cannot be
-/// opened. Any thread.
+/// The readings that the operating system offers by itself, for machines without a readable source. Any
+/// thread.
 class NativeMacSupport {
   public:
-    NativeMacSupport() = delete;
+    /// `system` outlives the object.
+    explicit NativeMacSupport(const SystemInformation& system) : system_(system) {}
 
-    /// Those of the readings that have a value, in fixed order, of type "native".
-    static std::vector<SMCReading> readings();
+    /// The readings that have a value, in fixed order, of type "native".
+    [[nodiscard]] std::vector<SMCReading> readings() const;
 
-    /// The text of the system-information entry `name`, trimmed; nothing when it is missing or blank.
-    static std::optional<std::string> sysctlString(std::string_view name);
+    /// The text of the system-information entry `name`, trimmed. Nothing when it is missing, blank or not
+    /// well-formed UTF-8.
+    [[nodiscard]] std::optional<std::string> sysctlString(std::string_view name) const;
 
-    /// Replaces the source. See useMachine.
-    static void useSystem(std::shared_ptr<const SystemInformation> system);
+  private:
+    [[nodiscard]] std::optional<SMCReading> cpuModel() const;
+
+    const SystemInformation& system_;
 };
 
 } // namespace kelvinbar

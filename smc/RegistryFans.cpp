@@ -2,13 +2,15 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
+#include "catalogue/SMCCategory.h"
 #include "smc/SMCKeyText.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <mutex>
+#include <limits>
+#include <span>
 #include <unordered_set>
 #include <utility>
 
@@ -20,20 +22,6 @@ constexpr std::chrono::seconds cacheLifetime{15};
 constexpr std::size_t maximumEntries = 4096;
 constexpr std::size_t maximumFans = 16;
 constexpr double maximumSpeed = 30000;
-
-/// The process-wide cache; `monitor` guards every field.
-struct FanCache {
-    std::mutex monitor;
-    std::shared_ptr<IORegistry> registry;
-    std::shared_ptr<const MonotonicClock> clock;
-    std::optional<std::vector<SMCKeyResult>> superIOFanCache;
-    std::chrono::nanoseconds superIOFanCacheDate{0};
-};
-
-FanCache& fanCache() {
-    static FanCache cache;
-    return cache;
-}
 
 bool containsAny(std::string_view text, std::span<const std::string_view> parts) {
     return std::ranges::any_of(parts, [&](std::string_view part) { return contains(text, part); });
@@ -102,6 +90,39 @@ std::optional<double> candidateSpeed(const Value& value) {
     return numberIn(value);
 }
 
+/// `number` as an unsigned 64-bit integer, for every double: a plain cast is undefined outside the range.
+std::uint64_t wholeBits(double number) {
+    constexpr double past = 18446744073709551616.0; // 2^64
+    if (number >= past) return std::numeric_limits<std::uint64_t>::max();
+    if (number >= 0) return static_cast<std::uint64_t>(number);
+    if (std::isnan(number)) return 0;
+    constexpr double lowest = -past / 2;
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(std::max(number, lowest)));
+}
+
+/// The speed in RPM that a property's value holds: 0 to 30000; nothing when it holds none.
+std::optional<double> fanSpeed(const Value& value) {
+    const auto speed = candidateSpeed(value);
+    const bool plausible = speed && std::isfinite(*speed) && *speed >= 0 && *speed <= maximumSpeed;
+    return plausible ? speed : std::nullopt;
+}
+
+/// The reading of the fan that the walk found as number `index`, from 0.
+RawReading fanReading(std::string_view property, const Value& value, double speed, std::size_t index) {
+    constexpr std::size_t lastNumberedFan = 9;
+    const bool nameIsKey = isPrintableSMCKey(property) && property.starts_with('F');
+    RawReading fan;
+    fan.key = nameIsKey ? property : "FAN" + std::to_string(std::min(index, lastNumberedFan));
+    fan.type = "ioreg";
+    fan.value = plainNumberText(speed);
+    fan.numericValue = speed;
+    fan.raw = fanRawText(value);
+    fan.name = nameIsKey || property.empty() ? "Fan " + std::to_string(index) : std::string(property);
+    fan.category = rawValue(SMCCategory::fans);
+    fan.unit = "RPM";
+    return fan;
+}
+
 /// One walk over the registry.
 class FanWalk {
   public:
@@ -116,7 +137,7 @@ class FanWalk {
         }
     }
 
-    std::vector<SMCKeyResult> finish() && { return std::move(fans_); }
+    std::vector<RawReading> finish() && { return std::move(fans_); }
 
   private:
     void take(const EntryIdentity& identity, const std::string& property, const Value& value) {
@@ -125,15 +146,15 @@ class FanWalk {
         const std::string identification =
             identity.className + ":" + identity.name + ":" + property + ":" + fixedText(*speed, 0);
         if (seen_.insert(identification).second) {
-            fans_.push_back(fanResult(property, value, *speed, fans_.size()));
+            fans_.push_back(fanReading(property, value, *speed, fans_.size()));
         }
     }
 
     std::unordered_set<std::string> seen_;
-    std::vector<SMCKeyResult> fans_;
+    std::vector<RawReading> fans_;
 };
 
-std::optional<std::vector<SMCKeyResult>> walkRegistry(IORegistry& registry) {
+std::optional<std::vector<RawReading>> walkRegistry(IORegistry& registry) {
     const auto entries = registry.iterateRecursively("IOService");
     if (entries == nullptr) return std::nullopt;
     FanWalk walk;
@@ -147,24 +168,20 @@ std::optional<std::vector<SMCKeyResult>> walkRegistry(IORegistry& registry) {
 
 } // namespace
 
-std::vector<SMCKeyResult> cachedRegistryFans() {
-    FanCache& cache = fanCache();
-    std::shared_ptr<IORegistry> registry;
-    std::shared_ptr<const MonotonicClock> clock;
+RegistryFans::RegistryFans(std::shared_ptr<IORegistry> registry, std::shared_ptr<const MonotonicClock> clock)
+    : registry_(std::move(registry)), clock_(std::move(clock)) {}
+
+std::vector<RawReading> RegistryFans::read() {
     {
-        const std::lock_guard lock(cache.monitor);
-        registry = cache.registry;
-        clock = cache.clock;
-        if (registry == nullptr || clock == nullptr) return {};
-        if (cache.superIOFanCache && clock->now() - cache.superIOFanCacheDate < cacheLifetime) {
-            return *cache.superIOFanCache;
-        }
+        const std::lock_guard lock(monitor_);
+        const bool isFresh = clock_->now() - superIOFanCacheDate_ < cacheLifetime;
+        if (superIOFanCache_ && isFresh) return *superIOFanCache_;
     }
-    auto fans = walkRegistry(*registry);
+    auto fans = walkRegistry(*registry_);
     if (!fans) return {};
-    const std::lock_guard lock(cache.monitor);
-    cache.superIOFanCache = fans;
-    cache.superIOFanCacheDate = clock->now();
+    const std::lock_guard lock(monitor_);
+    superIOFanCache_ = fans;
+    superIOFanCacheDate_ = clock_->now();
     return *std::move(fans);
 }
 
@@ -177,50 +194,14 @@ std::string registryStringValue(const IORegistryEntry& entry, std::string_view n
     return entry.textProperty(name).value_or("");
 }
 
-std::optional<double> fanSpeed(const Value& value) {
-    const auto speed = candidateSpeed(value);
-    const bool plausible = speed && std::isfinite(*speed) && *speed >= 0 && *speed <= maximumSpeed;
-    return plausible ? speed : std::nullopt;
-}
-
 std::string fanRawText(const Value& value) {
     if (const auto* data = std::get_if<Data>(&value)) return hexString(*data);
     if (const auto* text = std::get_if<std::string>(&value)) return *text;
     if (const auto* number = std::get_if<std::int64_t>(&value)) {
         return hexadecimalText(static_cast<std::uint64_t>(*number));
     }
-    if (const auto* number = std::get_if<double>(&value)) {
-        return hexadecimalText(static_cast<std::uint64_t>(*number));
-    }
+    if (const auto* number = std::get_if<double>(&value)) return hexadecimalText(wholeBits(*number));
     return "";
-}
-
-SMCKeyResult fanResult(std::string_view propertyName, const Value& value, double speed, std::size_t index) {
-    constexpr std::size_t lastNumberedFan = 9;
-    const bool nameIsKey = isPrintableSMCKey(propertyName) && propertyName.starts_with('F');
-    SMCKeyResult result;
-    result.reserve(10);
-    result.append("key", nameIsKey ? std::string(propertyName)
-                                   : "FAN" + std::to_string(std::min(index, lastNumberedFan)));
-    result.append("type", "ioreg");
-    result.append("value", plainNumberText(speed));
-    result.append("numericValue", speed);
-    result.append("raw", fanRawText(value));
-    result.append("size", std::int64_t{0});
-    result.append("status", "OK");
-    result.append("name", nameIsKey || propertyName.empty() ? "Fan " + std::to_string(index)
-                                                            : std::string(propertyName));
-    result.append("category", "Fans");
-    result.append("unit", "RPM");
-    return result;
-}
-
-void useRegistry(std::shared_ptr<IORegistry> registry, std::shared_ptr<const MonotonicClock> clock) {
-    FanCache& cache = fanCache();
-    const std::lock_guard lock(cache.monitor);
-    cache.registry = std::move(registry);
-    cache.clock = std::move(clock);
-    cache.superIOFanCache.reset();
 }
 
 } // namespace kelvinbar

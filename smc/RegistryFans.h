@@ -1,41 +1,45 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "sensors/RawReading.h"
 #include "smc/IORegistry.h"
-#include "smc/SMCValueDecoding.h"
 
-#include <cstddef>
+#include <chrono>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// Fan speeds in the registry: on PCs with sensor drivers they often are properties of registry entries
-/// instead of keys of the controller.
 namespace kelvinbar {
 
-/// The fans of the registry as results with exactly ten entries each, in the order found; those of the last
-/// walk while it is younger than 15 seconds. Empty when the walk cannot be begun. Any thread; the walk itself
-/// is made outside the cache's lock.
-std::vector<SMCKeyResult> cachedRegistryFans();
+/// Fan speeds in the I/O registry: on PCs with sensor drivers they are properties of registry entries rather
+/// than keys of the controller. A walk over the registry is slow, so its result is kept for 15 seconds.
+class RegistryFans {
+  public:
+    RegistryFans(std::shared_ptr<IORegistry> registry, std::shared_ptr<const MonotonicClock> clock);
 
-/// Whether `text` speaks of a fan or its speed, in any case.
+    /// The fans in the order found, each with name, category and unit. Empty when the walk cannot begin. Any
+    /// thread; the walk itself is made outside the cache's lock.
+    std::vector<RawReading> read();
+
+  private:
+    const std::shared_ptr<IORegistry> registry_;
+    const std::shared_ptr<const MonotonicClock> clock_;
+    std::mutex monitor_; ///< guards what follows
+    std::optional<std::vector<RawReading>> superIOFanCache_;
+    std::chrono::nanoseconds superIOFanCacheDate_{0}; ///< when the cached walk ended
+};
+
+/// Whether `text` mentions a fan or its speed, in any letter case.
 bool stringContainsFanHint(std::string_view text);
 
 /// The entry's property `name` if it is a text, otherwise empty.
 std::string registryStringValue(const IORegistryEntry& entry, std::string_view name);
 
-/// The fan speed in RPM that a property's value holds: 0 to 30000; nothing when it holds none.
-std::optional<double> fanSpeed(const Value& value);
-
-/// The value as the text of a reading's raw bytes.
+/// The raw text of a registry property: hex digits of bytes, a text as it is, and of a number the hex digits
+/// of its unsigned 64-bit value. Negative numbers wrap around; what is beyond 64 bits is clamped; NaN is 0.
 std::string fanRawText(const Value& value);
-
-/// The result for the fan that was accepted as number `index` (from 0) under a property of that name.
-SMCKeyResult fanResult(std::string_view propertyName, const Value& value, double speed, std::size_t index);
-
-/// Replaces the registry and the clock of the cache, and empties the cache. See useMachine.
-void useRegistry(std::shared_ptr<IORegistry> registry, std::shared_ptr<const MonotonicClock> clock);
 
 } // namespace kelvinbar

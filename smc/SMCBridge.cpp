@@ -1,12 +1,10 @@
 #include "smc/SMCBridge.h"
 
-#include "smc/RegistryFans.h"
-#include "smc/SMCConnection.h"
 #include "smc/SMCKeyText.h"
+#include "smc/SMCValueDecoding.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <unordered_set>
 #include <utility>
 
@@ -29,62 +27,67 @@ class SeenKeys {
     std::unordered_set<std::uint32_t> codes_;
 };
 
-/// Calls `visit` with every key of the controller's list that was not listed before.
+} // namespace
+
+SMCBridge::SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegistry> registry,
+                     std::shared_ptr<const MonotonicClock> clock)
+    : connection_(std::move(driver)), fans_(std::move(registry), std::move(clock)) {}
+
+/// Calls `visit` with every key of the controller's list, each once.
 template <typename Visit>
-void visitListedKeys(Visit visit) {
-    if (openSMC() != kernSuccess) return;
-    const std::uint32_t count = readKeyCount();
+void SMCBridge::visitListedKeys(Visit visit) {
+    if (connection_.openSMC() != kernSuccess) return;
+    const std::uint32_t count = connection_.readKeyCount();
     if (count == 0 || count > maximumKeyCount) return;
     SeenKeys seen(count);
     std::string key;
     for (std::uint32_t index = 0; index < count; ++index) {
-        if (readKeyByIndex(index, key) == kernSuccess && seen.addIfNew(key)) visit(std::as_const(key));
+        if (connection_.readKeyByIndex(index, key) == kernSuccess && seen.addIfNew(key)) {
+            visit(std::as_const(key));
+        }
     }
 }
 
-void appendReading(std::vector<SMCKeyResult>& results, const std::string& key) {
+void SMCBridge::appendReading(std::vector<RawReading>& readings, const std::string& key) {
     SMCParamBlock block;
-    if (readKey(key, block) != kernSuccess) return;
-    SMCKeyResult result = dictionaryForKey(key, block);
-    if (!result.empty()) results.push_back(std::move(result));
+    if (connection_.readKey(key, block) != kernSuccess) return;
+    if (auto reading = dictionaryForKey(key, block)) readings.push_back(*std::move(reading));
 }
 
-} // namespace
-
-Dictionary SMCBridge::status() {
-    const bool available = openSMC() == kernSuccess;
-    return {{"available", available},
-            {"message", available ? "AppleSMC connected"
-                                  : "AppleSMC service not available. This app is intended for "
-                                    "Hackintosh/macOS systems with SMC emulation."}};
+SourceStatus SMCBridge::status() {
+    const bool isAvailable = connection_.openSMC() == kernSuccess;
+    return {.isAvailable = isAvailable,
+            .message = isAvailable ? "AppleSMC connected"
+                                   : "AppleSMC service not available. This app is intended for "
+                                     "Hackintosh/macOS systems with SMC emulation."};
 }
 
-std::vector<std::string> SMCBridge::discoverKeys() {
+std::vector<std::string> SMCBridge::discoverKeys(const KeySet& /*listedBefore*/) {
     std::vector<std::string> keys;
     visitListedKeys([&](const std::string& key) { keys.push_back(key); });
     return keys;
 }
 
-std::vector<SMCKeyResult> SMCBridge::readAllKeys() {
-    std::vector<SMCKeyResult> results;
-    visitListedKeys([&](const std::string& key) { appendReading(results, key); });
-    return results;
+std::vector<RawReading> SMCBridge::readAllKeys() {
+    std::vector<RawReading> readings;
+    visitListedKeys([&](const std::string& key) { appendReading(readings, key); });
+    return readings;
 }
 
-std::vector<SMCKeyResult> SMCBridge::readCandidateKeys(std::span<const std::string> keys) {
-    std::vector<SMCKeyResult> results;
-    if (openSMC() != kernSuccess) return results;
+std::vector<RawReading> SMCBridge::readCandidateKeys(std::span<const std::string> keys) {
+    std::vector<RawReading> readings;
+    if (connection_.openSMC() != kernSuccess) return readings;
     const auto candidates = keys.first(std::min(keys.size(), maximumCandidates));
-    results.reserve(candidates.size());
+    readings.reserve(candidates.size());
     SeenKeys seen(candidates.size());
     for (const std::string& key : candidates) {
-        if (isPrintableSMCKey(key) && seen.addIfNew(key)) appendReading(results, key);
+        if (isPrintableSMCKey(key) && seen.addIfNew(key)) appendReading(readings, key);
     }
-    return results;
+    return readings;
 }
 
-std::vector<SMCKeyResult> SMCBridge::readSMCSuperIOFans() { return cachedRegistryFans(); }
+std::vector<RawReading> SMCBridge::readSMCSuperIOFans() { return fans_.read(); }
 
-void SMCBridge::close() { closeSMC(); }
+void SMCBridge::close() { connection_.close(); }
 
 } // namespace kelvinbar

@@ -1,37 +1,47 @@
 #pragma once
 
-#include "base/Value.h"
-#include "smc/SMCValueDecoding.h"
+#include "base/Clock.h"
+#include "sensors/SensorSource.h"
+#include "smc/IORegistry.h"
+#include "smc/RegistryFans.h"
+#include "smc/SMCConnection.h"
+#include "smc/SMCDriver.h"
 
-#include <span>
-#include <string>
-#include <vector>
+#include <memory>
 
 namespace kelvinbar {
 
-/// The gateway to the controller: everything the store asks of it. Operations of the class only; they block,
-/// may be called from any thread, and give empty lists where nothing could be read.
-class SMCBridge {
+/// The source over a System Management Controller: its keys, read through a driver, and the fan speeds that
+/// sensor drivers publish in the I/O registry. Any thread. Closes its connection when it is destroyed.
+class SMCBridge final : public SensorSource {
   public:
-    SMCBridge() = delete;
+    SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegistry> registry,
+              std::shared_ptr<const MonotonicClock> clock);
 
-    /// Opens the connection and tells how that went: "available" (truth) and "message" (text for people).
-    static Dictionary status();
+    SourceStatus status() override;
 
-    /// The printable keys that the controller lists, in its order, each once. Empty unless it reports 1 to
-    /// 8192 keys.
-    static std::vector<std::string> discoverKeys();
+    /// The printable keys in the controller's own order, each once. Empty unless it reports 1 to 8192 keys.
+    /// Other sources' keys do not matter.
+    std::vector<std::string> discoverKeys(const KeySet& listedBefore = {}) override;
 
-    /// As discoverKeys, with every listed key read and decoded; keys that cannot be read are left out.
-    static std::vector<SMCKeyResult> readAllKeys();
+    /// As `discoverKeys`, with every key read and decoded; keys that cannot be read are left out.
+    std::vector<RawReading> readAllKeys();
 
-    /// Reads the first 1024 of `keys` in their order; unprintable, repeated and unreadable ones are left out.
-    static std::vector<SMCKeyResult> readCandidateKeys(std::span<const std::string> keys);
+    /// Considers the first 1024 of `keys` only.
+    std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
 
-    /// Fan speeds that sensor drivers publish in the registry. Needs no connection; kept for 15 seconds.
-    static std::vector<SMCKeyResult> readSMCSuperIOFans();
+    /// Does not need the connection. The result is kept for 15 seconds.
+    std::vector<RawReading> readSMCSuperIOFans() override;
 
-    static void close();
+    void close() override;
+
+  private:
+    template <typename Visit>
+    void visitListedKeys(Visit visit);
+    void appendReading(std::vector<RawReading>& readings, const std::string& key);
+
+    SMCConnection connection_;
+    RegistryFans fans_;
 };
 
 } // namespace kelvinbar

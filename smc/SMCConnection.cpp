@@ -1,37 +1,15 @@
 #include "smc/SMCConnection.h"
 
-#include "base/NamedRecursiveMutex.h"
 #include "smc/SMCKeyText.h"
-#include "smc/SMCValueDecoding.h"
 
+#include <cstddef>
 #include <mutex>
+#include <span>
 #include <utility>
 
 namespace kelvinbar {
 
 namespace {
-
-constexpr std::uint32_t structMethodSelector = 2;
-
-/// The process-wide state. All of it is used under the lock only. The lock is recursive: a thread that holds
-/// it may open or call again.
-struct ConnectionState {
-    NamedRecursiveMutex smcLock{"Kelvinbar.AppleSMC.Lock"};
-    std::shared_ptr<SMCDriver> driver;
-    SMCDriver::Connection smcConnection = 0;
-};
-
-ConnectionState& connectionState() {
-    static ConnectionState state;
-    return state;
-}
-
-/// A call about `key`; an answer with a non-zero result byte is a failure.
-ReturnCode callChecked(const SMCParamBlock& input, SMCParamBlock& output) {
-    const ReturnCode code = callSMC(input, output);
-    if (code != kernSuccess) return code;
-    return output.result == 0 ? kernSuccess : kernFailure;
-}
 
 SMCParamBlock request(SMCCommand command) {
     SMCParamBlock block;
@@ -41,42 +19,46 @@ SMCParamBlock request(SMCCommand command) {
 
 } // namespace
 
-ReturnCode openSMC() {
-    ConnectionState& state = connectionState();
-    const std::lock_guard lock(state.smcLock);
-    if (state.smcConnection != 0) return kernSuccess;
-    if (state.driver == nullptr) return kernNotFound;
+SMCConnection::SMCConnection(std::shared_ptr<SMCDriver> driver) : driver_(std::move(driver)) {}
 
-    const auto service = state.driver->findService("AppleSMC");
+SMCConnection::~SMCConnection() { close(); }
+
+ReturnCode SMCConnection::openSMC() {
+    const std::lock_guard lock(smcLock_);
+    if (smcConnection_ != 0) return kernSuccess;
+    const auto service = driver_->findService("AppleSMC");
     if (!service) return kernNotFound;
-    const SMCDriver::OpenResult opened = state.driver->open(*service);
+    const SMCDriver::OpenResult opened = driver_->open(*service);
     if (opened.code == kernSuccess) {
-        state.smcConnection = opened.connection;
+        smcConnection_ = opened.connection;
     } else if (opened.connection != 0) {
-        state.driver->close(opened.connection);
+        driver_->close(opened.connection);
     }
     return opened.code;
 }
 
-void closeSMC() {
-    ConnectionState& state = connectionState();
-    const std::lock_guard lock(state.smcLock);
-    if (state.smcConnection == 0) return;
-    state.driver->close(std::exchange(state.smcConnection, 0));
+void SMCConnection::close() {
+    const std::lock_guard lock(smcLock_);
+    if (smcConnection_ != 0) driver_->close(std::exchange(smcConnection_, 0));
 }
 
-ReturnCode callSMC(const SMCParamBlock& input, SMCParamBlock& output) {
+ReturnCode SMCConnection::callSMC(const SMCParamBlock& input, SMCParamBlock& output) {
     output = {};
-    ConnectionState& state = connectionState();
-    const std::lock_guard lock(state.smcLock);
-    if (state.smcConnection == 0) return kernInvalidArgument;
+    const std::lock_guard lock(smcLock_);
+    if (smcConnection_ == 0) return kernInvalidArgument;
     std::size_t outputSize = sizeof(output);
-    return state.driver->callStructMethod(state.smcConnection, structMethodSelector,
-                                          std::as_bytes(std::span(&input, 1)),
-                                          std::as_writable_bytes(std::span(&output, 1)), outputSize);
+    return driver_->callStructMethod(smcConnection_, smcStructMethod, std::as_bytes(std::span(&input, 1)),
+                                     std::as_writable_bytes(std::span(&output, 1)), outputSize);
 }
 
-ReturnCode readKey(std::string_view key, SMCParamBlock& output) {
+/// An answer whose result byte is not zero is a failure.
+ReturnCode SMCConnection::callChecked(const SMCParamBlock& input, SMCParamBlock& output) {
+    const ReturnCode code = callSMC(input, output);
+    if (code != kernSuccess) return code;
+    return output.result == 0 ? kernSuccess : kernFailure;
+}
+
+ReturnCode SMCConnection::readKey(std::string_view key, SMCParamBlock& output) {
     if (!isPrintableSMCKey(key)) return kernInvalidArgument;
 
     SMCParamBlock input = request(SMCCommand::readKeyInfo);
@@ -101,7 +83,7 @@ ReturnCode readKey(std::string_view key, SMCParamBlock& output) {
     return kernSuccess;
 }
 
-ReturnCode readKeyByIndex(std::uint32_t index, std::string& key) {
+ReturnCode SMCConnection::readKeyByIndex(std::uint32_t index, std::string& key) {
     SMCParamBlock input = request(SMCCommand::keyByIndex);
     input.data32 = index;
     SMCParamBlock output;
@@ -112,7 +94,7 @@ ReturnCode readKeyByIndex(std::uint32_t index, std::string& key) {
     return kernSuccess;
 }
 
-std::uint32_t readKeyCount() {
+std::uint32_t SMCConnection::readKeyCount() {
     SMCParamBlock block;
     if (readKey("#KEY", block) != kernSuccess || block.dataSize < 4) return 0;
     const std::uint32_t first = block.bytes[0];
@@ -126,13 +108,6 @@ std::uint32_t readKeyCount() {
     if (first == 0 && second == 0 && bigEndian != 0) return bigEndian;
     if (third == 0 && fourth == 0) return first | (second << 8U);
     return 0;
-}
-
-void useDriver(std::shared_ptr<SMCDriver> driver) {
-    ConnectionState& state = connectionState();
-    const std::lock_guard lock(state.smcLock);
-    closeSMC();
-    state.driver = std::move(driver);
 }
 
 } // namespace kelvinbar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/NamedRecursiveMutex.h"
 #include "smc/ReturnCode.h"
 #include "smc/SMCDriver.h"
 #include "smc/SMCParamBlock.h"
@@ -9,32 +10,48 @@
 #include <string>
 #include <string_view>
 
-/// The one connection of the process to the "AppleSMC" service. Callable from any thread: every driver call
-/// is made under one process-wide lock, which is held for that call only.
 namespace kelvinbar {
 
-/// Opens the connection unless it is open. Gives 56 when there is no service; that is not remembered.
-ReturnCode openSMC();
+/// The connection to the "AppleSMC" service, and the calls through which every key is read.
+///
+/// Any thread. Every driver call is made under one lock, which is held for that call only: between the two
+/// calls of `readKey` another thread may make its own. The lock is recursive, so a thread that holds it may
+/// open and call again. Failed key calls leave the connection open.
+class SMCConnection {
+  public:
+    explicit SMCConnection(std::shared_ptr<SMCDriver> driver);
+    SMCConnection(const SMCConnection&) = delete;
+    SMCConnection& operator=(const SMCConnection&) = delete;
+    ~SMCConnection();
 
-/// Closes the connection if it is open. A later `openSMC` opens a fresh one.
-void closeSMC();
+    /// Opens the connection unless it is open. Returns 56 when there is no service, else the driver's code. A
+    /// failure is not remembered.
+    ReturnCode openSMC();
 
-/// One call of the driver's method 2; `output` is zeroed first. Gives 4 without a connection, otherwise the
-/// driver's code; the controller's own `result` byte is left to the caller.
-ReturnCode callSMC(const SMCParamBlock& input, SMCParamBlock& output);
+    /// Closes the connection if it is open. A later `openSMC` opens a new one.
+    void close();
 
-/// Reads the information and then the bytes of `key`, in two calls. Gives 4 for a key that is not printable
-/// (no call is made), 5 when the controller refuses or announces a size outside 1 to 32 bytes. On failure
-/// `output` is untouched.
-ReturnCode readKey(std::string_view key, SMCParamBlock& output);
+    /// Calls the driver's method 2; zeroes `output` first. Returns 4 without a connection, otherwise the
+    /// driver's code. The caller checks the controller's own `result` byte.
+    ReturnCode callSMC(const SMCParamBlock& input, SMCParamBlock& output);
 
-/// The key at a zero-based index of the controller's list. On failure `key` is untouched.
-ReturnCode readKeyByIndex(std::uint32_t index, std::string& key);
+    /// Reads the information and then the bytes of `key`, in two calls. Returns 4 for a key that is not
+    /// printable, without a call, and 5 when the controller refuses or announces a size outside 1 to 32
+    /// bytes. Leaves `output` untouched on failure.
+    ReturnCode readKey(std::string_view key, SMCParamBlock& output);
 
-/// The number of keys that "#KEY" reports; 0 on any failure.
-std::uint32_t readKeyCount();
+    /// Reads the key at a zero-based index of the controller's list. Leaves `key` untouched on failure.
+    ReturnCode readKeyByIndex(std::uint32_t index, std::string& key);
 
-/// Replaces the driver; an open connection is closed through the previous one first. See useMachine.
-void useDriver(std::shared_ptr<SMCDriver> driver);
+    /// The number of keys that "#KEY" reports; 0 on any failure.
+    std::uint32_t readKeyCount();
+
+  private:
+    ReturnCode callChecked(const SMCParamBlock& input, SMCParamBlock& output);
+
+    NamedRecursiveMutex smcLock_{"Kelvinbar.AppleSMC.Lock"}; ///< guards every driver call and the handle
+    const std::shared_ptr<SMCDriver> driver_;
+    SMCDriver::Connection smcConnection_ = 0; ///< 0 while closed
+};
 
 } // namespace kelvinbar

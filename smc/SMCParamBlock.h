@@ -1,14 +1,16 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
 namespace kelvinbar {
 
+/// The driver's method that takes a parameter block.
+inline constexpr std::uint32_t smcStructMethod = 2;
+
 /// The parameter block of every SMC call, input and output alike: 80 bytes on the wire to the driver.
-/// Integers are in the host's order, which is little-endian on every machine that has the driver.
+/// Integers are in the host's byte order.
 struct SMCParamBlock {
     std::uint32_t key = 0; ///< key code, first character in the most significant byte
     std::uint8_t versMajor = 0;
@@ -40,7 +42,6 @@ enum class SMCCommand : std::uint8_t {
     readKeyInfo = 9,
 };
 
-static_assert(std::endian::native == std::endian::little);
 static_assert(sizeof(SMCParamBlock) == 80);
 static_assert(offsetof(SMCParamBlock, pLimitVersion) == 12);
 static_assert(offsetof(SMCParamBlock, dataSize) == 28);
@@ -50,5 +51,8 @@ static_assert(offsetof(SMCParamBlock, result) == 40);
 static_assert(offsetof(SMCParamBlock, command) == 42);
 static_assert(offsetof(SMCParamBlock, data32) == 44);
 static_assert(offsetof(SMCParamBlock, bytes) == 48);
+
+/// Whether a parameter block can carry a value of `size` bytes.
+inline bool isReadableSize(std::uint32_t size) { return size >= 1 && size <= SMCParamBlock().bytes.size(); }
 
 } // namespace kelvinbar

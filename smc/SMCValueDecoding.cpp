@@ -100,22 +100,18 @@ std::string textOrHex(std::string_view type, Bytes bytes) {
 
 } // namespace
 
-SMCKeyResult dictionaryForKey(std::string_view key, const SMCParamBlock& block) {
-    if (!isPrintableSMCKey(key) || !isReadableSize(block.dataSize)) return {};
+std::optional<RawReading> dictionaryForKey(std::string_view key, const SMCParamBlock& block) {
+    if (!isPrintableSMCKey(key) || !isReadableSize(block.dataSize)) return std::nullopt;
     const Bytes bytes = Bytes(block.bytes).first(block.dataSize);
-    const std::string type = fourCharString(block.dataType);
-    const MaybeNumber number = decodedNumber(type, bytes);
-
-    SMCKeyResult result;
-    result.reserve(7);
-    result.append("key", std::string(key));
-    result.append("type", type);
-    result.append("value", number ? numberText(type, *number) : textOrHex(type, bytes));
-    result.append("raw", hexString(bytes));
-    result.append("size", static_cast<std::int64_t>(block.dataSize));
-    result.append("status", "OK");
-    if (number) result.append("numericValue", *number);
-    return result;
+    RawReading reading;
+    reading.key = key;
+    reading.type = fourCharString(block.dataType);
+    reading.numericValue = decodedNumber(reading.type, bytes);
+    reading.value = reading.numericValue ? numberText(reading.type, *reading.numericValue)
+                                         : textOrHex(reading.type, bytes);
+    reading.raw = hexString(bytes);
+    reading.size = block.dataSize;
+    return reading;
 }
 
 } // namespace kelvinbar

@@ -1,9 +1,7 @@
 #include "store/KelvinbarStore.h"
 
 #include "base/Text.h"
-#include "catalogue/NotificationNames.h"
 #include "catalogue/SMCKeyDatabase.h"
-#include "smc/SMCBridge.h"
 #include "store/MenuBarText.h"
 #include "store/SnapshotExport.h"
 #include "store/VisibleReadings.h"
@@ -17,10 +15,6 @@
 namespace kelvinbar {
 
 namespace {
-
-constexpr PopoverSize standardPopoverSize;
-constexpr double minimumPopoverHeight = 560;
-constexpr double maximumPopoverHeight = 1400;
 
 bool areSamePoints(double left, double right) { return std::fabs(left - right) <= 0.5; }
 
@@ -49,13 +43,13 @@ KeySet keptKeys(const KeySet& keys, const std::unordered_set<std::string_view>& 
 
 } // namespace
 
-KelvinbarStore::KelvinbarStore(const StorePorts& ports)
-    : KelvinbarStore(ports, loadPreferences(ports.defaults)) {
+KelvinbarStore::KelvinbarStore(StorePorts ports) : KelvinbarStore(ports, loadPreferences(ports.defaults)) {
     refresh(true);
 }
 
-KelvinbarStore::KelvinbarStore(const StorePorts& ports, Preferences preferences)
-    : ports_(ports)
+KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
+    : ports_(std::move(ports))
+    , announcer_(ports_.notifications)
     , samplingRate_(preferences.samplingRate)
     , displayMode_(preferences.displayMode)
     , manualPopoverWidth_(preferences.manualPopoverSize.width)
@@ -95,20 +89,19 @@ void KelvinbarStore::shutdown() {
     refreshTask_.reset();
     if (menuBarRefreshTask_) menuBarRefreshTask_->cancel();
     menuBarRefreshTask_.reset();
-    SMCBridge::close();
+    ports_.machine.source->close();
 }
 
 bool KelvinbarStore::isDiscoveryDue() const {
     return discoveredCompatibleKeys_->empty() || !lastFullDiscovery_ ||
-           ports_.monotonicClock.now() - *lastFullDiscovery_ > discoveryInterval;
+           ports_.machine.clock->now() - *lastFullDiscovery_ > discoveryInterval;
 }
 
-Cancellation KelvinbarStore::start(const Pass& pass, Apply apply) {
-    return ports_.backgroundQueue.start([pass, apply, weakSelf = std::weak_ptr(self_),
+Cancellation KelvinbarStore::start(const LoadPass& pass, Apply apply) {
+    return ports_.backgroundQueue.start([pass, apply, machine = ports_.machine,
+                                         weakSelf = std::weak_ptr(self_),
                                          &mainQueue = ports_.mainQueue](const Cancellation& cancellation) {
-        const auto result = std::make_shared<SMCLoadResult>(
-            loadReadings(*pass.fixedCandidates, pass.shouldDiscover, *pass.cachedDynamicKeys,
-                         pass.readSuperIOFans, cancellation));
+        const auto result = std::make_shared<SMCLoadResult>(loadReadings(machine, pass, cancellation));
         mainQueue.post([apply, weakSelf, result] {
             if (const auto self = weakSelf.lock()) ((*self)->*apply)(std::move(*result));
         });
@@ -139,7 +132,7 @@ void KelvinbarStore::dropSelectionsWithoutReading() {
 
 void KelvinbarStore::rememberDiscovery(KeySet keys) {
     discoveredCompatibleKeys_ = std::make_shared<const KeySet>(std::move(keys));
-    lastFullDiscovery_ = ports_.monotonicClock.now();
+    lastFullDiscovery_ = ports_.machine.clock->now();
 }
 
 void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
@@ -214,8 +207,7 @@ void KelvinbarStore::setHiddenKeys(KeySet keys) {
 void KelvinbarStore::setSamplingRate(SMCSamplingRate rate) {
     if (!samplingRate_.set(rate)) return;
     storeSamplingRate(ports_.defaults, rate);
-    ports_.notifications.post(
-        {.name = kelvinbarSamplingRateChanged, .object = std::string(rawValue(rate)), .userInfo = {}});
+    announcer_.samplingRateChanged(rate);
 }
 
 void KelvinbarStore::setDisplayMode(SMCWindowDisplayMode mode) {
@@ -269,33 +261,17 @@ std::size_t KelvinbarStore::visibleReadingCount() const {
 
 void KelvinbarStore::postMenuBarReadingChanged() {
     const std::vector<SMCReading> pinned = menuBarReadings();
-    const std::string title = menuBarTitleText(pinned);
-    const std::string toolTip = menuBarToolTipText(pinned);
-    if (title == lastPostedMenuBarTitle_ && toolTip == lastPostedMenuBarToolTip_) return;
-    lastPostedMenuBarTitle_ = title;
-    lastPostedMenuBarToolTip_ = toolTip;
-    ports_.notifications.post({.name = kelvinbarMenuBarReadingChanged,
-                               .object = std::nullopt,
-                               .userInfo = {{"title", title}, {"tooltip", toolTip}}});
+    announcer_.menuBarReadingChanged(
+        {.title = menuBarTitleText(pinned), .toolTip = menuBarToolTipText(pinned)});
 }
 
 void KelvinbarStore::postDisplayModeChanged() {
-    const std::size_t visible = visibleReadingCount();
-    const SMCWindowDisplayMode mode = displayMode_.value();
-    if (lastPostedDisplayMode_ == mode && lastPostedVisibleReadingCount_ == visible) return;
-    lastPostedDisplayMode_ = mode;
-    lastPostedVisibleReadingCount_ = visible;
-    ports_.notifications.post({.name = kelvinbarDisplayModeChanged,
-                               .object = std::nullopt,
-                               .userInfo = {{"mode", std::string(rawValue(mode))},
-                                            {"visibleReadings", static_cast<std::int64_t>(visible)}}});
+    announcer_.displayModeChanged({.mode = displayMode_.value(), .visibleReadings = visibleReadingCount()});
 }
 
 void KelvinbarStore::postManualSizeChanged() {
-    ports_.notifications.post(
-        {.name = kelvinbarManualSizeChanged,
-         .object = std::nullopt,
-         .userInfo = {{"width", manualPopoverWidth_.value()}, {"height", manualPopoverHeight_.value()}}});
+    announcer_.manualSizeChanged(
+        {.width = manualPopoverWidth_.value(), .height = manualPopoverHeight_.value()});
 }
 
 } // namespace kelvinbar

@@ -6,6 +6,7 @@
 #include "base/Queues.h"
 #include "catalogue/SMCReading.h"
 #include "catalogue/Settings.h"
+#include "store/ChangeAnnouncer.h"
 #include "store/LoadPass.h"
 #include "store/Preferences.h"
 #include "store/UserDefaults.h"
@@ -20,14 +21,15 @@
 
 namespace kelvinbar {
 
-/// What the store works with. All of it outlives the store; the main queue outlives the background queue too.
+/// What the store works with. The references outlive the store; the main queue outlives the background queue
+/// too.
 struct StorePorts {
+    Machine machine;
     UserDefaults& defaults;
     NotificationCenter& notifications;
     MainQueue& mainQueue;
     BackgroundQueue& backgroundQueue;
     const WallClock& wallClock;
-    const MonotonicClock& monotonicClock;
 };
 
 /// The one model of the program: the current readings, how they came about, and the user's preferences.
@@ -40,7 +42,7 @@ class KelvinbarStore {
     static constexpr std::chrono::seconds discoveryInterval{300};
 
     /// Reads the preferences and starts the first full refresh. Writes and posts nothing.
-    explicit KelvinbarStore(const StorePorts& ports);
+    explicit KelvinbarStore(StorePorts ports);
     KelvinbarStore(const KelvinbarStore&) = delete;
     KelvinbarStore& operator=(const KelvinbarStore&) = delete;
     ~KelvinbarStore() = default;
@@ -112,19 +114,12 @@ class KelvinbarStore {
   private:
     using Time = std::chrono::system_clock::time_point;
 
-    struct Pass {
-        std::shared_ptr<const KeySet> fixedCandidates;
-        bool shouldDiscover = false;
-        std::shared_ptr<const KeySet> cachedDynamicKeys;
-        bool readSuperIOFans = false;
-    };
-
     using Apply = void (KelvinbarStore::*)(SMCLoadResult);
 
-    KelvinbarStore(const StorePorts& ports, Preferences preferences);
+    KelvinbarStore(StorePorts ports, Preferences preferences);
 
     [[nodiscard]] bool isDiscoveryDue() const;
-    Cancellation start(const Pass& pass, Apply apply);
+    Cancellation start(const LoadPass& pass, Apply apply);
     void applyFullResult(SMCLoadResult result);
     void applyMenuBarResult(SMCLoadResult result);
     void dropSelectionsWithoutReading();
@@ -140,6 +135,7 @@ class KelvinbarStore {
     void postManualSizeChanged();
 
     StorePorts ports_;
+    ChangeAnnouncer announcer_;
 
     Observable<std::vector<SMCReading>> readings_;
     Observable<bool> isLoading_{false};
@@ -161,11 +157,6 @@ class KelvinbarStore {
     std::optional<std::chrono::nanoseconds> lastFullDiscovery_; ///< on the monotonic clock
     std::optional<Cancellation> refreshTask_;
     std::optional<Cancellation> menuBarRefreshTask_;
-
-    std::string lastPostedMenuBarTitle_;
-    std::string lastPostedMenuBarToolTip_;
-    std::optional<SMCWindowDisplayMode> lastPostedDisplayMode_;
-    std::optional<std::size_t> lastPostedVisibleReadingCount_;
 
     /// Lets a result find out on the main thread whether the store is still there.
     std::shared_ptr<KelvinbarStore*> self_ = std::make_shared<KelvinbarStore*>(this);

@@ -2,7 +2,6 @@
 
 #include "catalogue/SMCKeyDatabase.h"
 #include "smc/NativeMacSupport.h"
-#include "smc/SMCBridge.h"
 #include "store/ReadingBuilder.h"
 #include "store/ReadingOrder.h"
 
@@ -12,29 +11,31 @@ namespace kelvinbar {
 
 namespace {
 
-std::vector<SMCReading> displayableReadings(const std::vector<SMCKeyResult>& results) {
+std::vector<SMCReading> displayableReadings(std::vector<RawReading> results) {
     std::vector<SMCReading> readings;
     readings.reserve(results.size());
-    for (const SMCKeyResult& result : results) {
-        auto reading = buildReading(result);
+    for (RawReading& result : results) {
+        auto reading = buildReading(std::move(result));
         if (reading && reading->hasDisplayableValue()) readings.push_back(*std::move(reading));
     }
     return readings;
 }
 
-/// The keys that the controller lists and the catalogue can name; the others are never read.
-KeySet discoveredNamedKeys() {
+/// The keys that the source lists and that have a name; the others are never read.
+KeySet discoveredNamedKeys(SensorSource& source) {
     KeySet named;
-    for (std::string& key : SMCBridge::discoverKeys()) {
-        // Controllers list their keys in ascending order.
-        if (SMCKeyDatabase::hwMonitorDefinition(key)) named.insert(named.end(), std::move(key));
+    for (std::string& key : source.discoverKeys({})) {
+        // Sources list their keys in ascending order, nearly all of them.
+        if (isSelfNamedKey(key) || SMCKeyDatabase::hwMonitorDefinition(key)) {
+            named.insert(named.end(), std::move(key));
+        }
     }
     return named;
 }
 
-SMCLoadResult withoutController(std::string message) {
+SMCLoadResult withoutSource(const Machine& machine, std::string message) {
     SMCLoadResult result;
-    result.readings = NativeMacSupport::readings();
+    result.readings = NativeMacSupport(*machine.system).readings();
     result.smcAvailable = !result.readings.empty();
     result.statusMessage =
         result.smcAvailable ? "AppleSMC unavailable; showing native macOS telemetry" : std::move(message);
@@ -46,37 +47,34 @@ std::string statusText(std::size_t readingCount) {
     return "Loaded " + std::to_string(readingCount) + " HWMonitorSMC2-compatible keys";
 }
 
-std::vector<SMCReading> readKeys(const KeySet& keys, bool readSuperIOFans) {
+std::vector<SMCReading> readKeys(SensorSource& source, const KeySet& keys, bool readSuperIOFans) {
     const std::vector<std::string> candidates(keys.begin(), keys.end());
-    std::vector<SMCKeyResult> results = SMCBridge::readCandidateKeys(candidates);
-    std::vector<SMCKeyResult> registryFans;
-    if (readSuperIOFans) registryFans = SMCBridge::readSMCSuperIOFans();
-    return sortedByCategoryAndKey(
-        displayableReadings(mergedResults(std::move(results), std::move(registryFans))));
+    std::vector<RawReading> results = source.readCandidateKeys(candidates);
+    std::vector<RawReading> fans;
+    if (readSuperIOFans) fans = source.readSMCSuperIOFans();
+    return sortedByCategoryAndKey(displayableReadings(mergedResults(std::move(results), std::move(fans))));
 }
 
 } // namespace
 
-SMCLoadResult loadReadings(const KeySet& fixedCandidates, bool shouldDiscover,
-                           const KeySet& cachedDynamicKeys, bool readSuperIOFans,
-                           const Cancellation& cancellation) {
-    const Dictionary status = SMCBridge::status();
-    const bool* const available = status.find<bool>("available");
-    if (available == nullptr || !*available) {
-        return withoutController(status.textOr("message", "AppleSMC unavailable"));
-    }
+SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const Cancellation& cancellation) {
+    SensorSource& source = *machine.source;
+    SourceStatus status = source.status();
+    if (!status.isAvailable) return withoutSource(machine, std::move(status.message));
 
     SMCLoadResult result;
     result.smcAvailable = true;
-    if (shouldDiscover) {
-        result.discoveredKeys = cancellation.isCancelled() ? cachedDynamicKeys : discoveredNamedKeys();
+    if (pass.shouldDiscover) {
+        result.discoveredKeys =
+            cancellation.isCancelled() ? *pass.cachedDynamicKeys : discoveredNamedKeys(source);
     }
     if (cancellation.isCancelled()) {
         result.statusMessage = "Refresh cancelled";
         return result;
     }
-    const KeySet& dynamicKeys = result.discoveredKeys ? *result.discoveredKeys : cachedDynamicKeys;
-    result.readings = readKeys(dynamicKeys.empty() ? fixedCandidates : dynamicKeys, readSuperIOFans);
+    const KeySet& dynamicKeys = result.discoveredKeys ? *result.discoveredKeys : *pass.cachedDynamicKeys;
+    const KeySet& keys = dynamicKeys.empty() ? *pass.fixedCandidates : dynamicKeys;
+    result.readings = readKeys(source, keys, pass.readSuperIOFans);
     result.statusMessage = statusText(result.readings.size());
     return result;
 }

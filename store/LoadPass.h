@@ -1,33 +1,36 @@
 #pragma once
 
 #include "base/Queues.h"
+#include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
+#include "sensors/Machine.h"
 
-#include <functional>
+#include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 namespace kelvinbar {
 
-/// Keys in ascending code-unit order.
-using KeySet = std::set<std::string, std::less<>>;
+/// What one pass over the machine is to read. No set is null.
+struct LoadPass {
+    std::shared_ptr<const KeySet> fixedCandidates; ///< read while discovery has found nothing
+    bool shouldDiscover = false;
+    std::shared_ptr<const KeySet> cachedDynamicKeys; ///< what the last discovery found
+    bool readSuperIOFans = false;
+};
 
-/// What one pass over the machine hands to the main thread.
+/// What one pass hands to the main thread.
 struct SMCLoadResult {
-    bool smcAvailable =
-        false; ///< the pass had a source of readings: the controller, or what stands in for it
-    std::vector<SMCReading> readings;     ///< sorted; native readings in their own order
-    std::optional<KeySet> discoveredKeys; ///< only when the pass was asked to discover
+    bool smcAvailable = false; ///< whether there was anything to read: a source, or the system's own facts
+    std::vector<SMCReading> readings;     ///< sorted, except for native readings
+    std::optional<KeySet> discoveredKeys; ///< present only when the pass was asked to discover
     std::string statusMessage;            ///< for people
 };
 
-/// Reads the machine once. `cachedDynamicKeys` are read, or those that discovery finds and the catalogue can
-/// name when `shouldDiscover`; `fixedCandidates` when there are none of these. Blocks; touches no store
-/// state; any thread. A cancelled pass gives no readings, but reading keys, once begun, goes on to its end.
-SMCLoadResult loadReadings(const KeySet& fixedCandidates, bool shouldDiscover,
-                           const KeySet& cachedDynamicKeys, bool readSuperIOFans,
+/// Reads `machine` once. Blocks; touches no store state; any thread. A cancelled pass returns no readings,
+/// but once it has begun to read keys it reads all of them.
+SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass,
                            const Cancellation& cancellation = {});
 
 } // namespace kelvinbar

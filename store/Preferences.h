@@ -1,7 +1,7 @@
 #pragma once
 
+#include "catalogue/KeySet.h"
 #include "catalogue/Settings.h"
-#include "store/LoadPass.h"
 #include "store/UserDefaults.h"
 
 #include <string>
@@ -10,15 +10,23 @@
 /// The stored form of every preference: keys, types and fallbacks.
 namespace kelvinbar {
 
+/// In points.
 struct PopoverSize {
-    double width = 462;  ///< points
-    double height = 690; ///< points
+    double width = 0;
+    double height = 0;
 };
+
+/// The panel's size until the user chooses another height. Its width is fixed.
+inline constexpr PopoverSize standardPopoverSize{462, 690};
+
+/// The range of the panel's height, in points.
+inline constexpr double minimumPopoverHeight = 560;
+inline constexpr double maximumPopoverHeight = 1400;
 
 struct Preferences {
     SMCSamplingRate samplingRate = SMCSamplingRate::medium;
     SMCWindowDisplayMode displayMode = SMCWindowDisplayMode::fixed;
-    PopoverSize manualPopoverSize;
+    PopoverSize manualPopoverSize = standardPopoverSize;
     std::vector<std::string> menuBarKeys; ///< in pin order
     KeySet hiddenKeys;
 };

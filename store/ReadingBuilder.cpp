@@ -13,70 +13,66 @@ namespace kelvinbar {
 
 namespace {
 
-const std::string& keyOf(const SMCKeyResult& result) {
-    static const std::string none;
-    const auto* const key = result.find<std::string>("key");
-    return key == nullptr ? none : *key;
-}
-
 /// Whether a result may become a reading.
-bool hasUsableKey(const SMCKeyResult& result) { return characterCount(keyOf(result)) == 4; }
-
-bool hasFiniteNumber(const SMCKeyResult& result) {
-    return numericValue(result.find("numericValue")).has_value();
+bool hasUsableKey(const RawReading& result) {
+    return characterCount(result.key) == 4 || isSelfNamedKey(result.key);
 }
 
 /// Sorts `results` by key and keeps the last of each.
-void sortByKey(std::vector<SMCKeyResult>& results) {
+void sortByKey(std::vector<RawReading>& results) {
     // Candidates are read in the order of their keys, each once: nothing is to be done nearly always.
-    const auto isOutOfOrder = std::ranges::adjacent_find(results, std::ranges::greater_equal(), keyOf);
+    const auto isOutOfOrder =
+        std::ranges::adjacent_find(results, std::ranges::greater_equal(), &RawReading::key);
     if (isOutOfOrder == results.end()) return;
-    std::ranges::stable_sort(results, {}, keyOf);
-    const auto haveOneKey = [](const SMCKeyResult& left, const SMCKeyResult& right) {
-        return keyOf(left) == keyOf(right);
+    std::ranges::stable_sort(results, {}, &RawReading::key);
+    const auto haveOneKey = [](const RawReading& left, const RawReading& right) {
+        return left.key == right.key;
     };
     const auto rest = std::unique(results.rbegin(), results.rend(), haveOneKey);
     results.erase(results.begin(), rest.base());
 }
 
+/// The words that stand in for what the result itself does not bring.
+std::optional<SMCKeyDefinition> definitionOf(const RawReading& result) {
+    if (!isSelfNamedKey(result.key)) return SMCKeyDatabase::hwMonitorDefinition(result.key);
+    if (!result.name || !result.category || !result.unit) return std::nullopt;
+    return SMCKeyDefinition{.key = {}, .name = {}, .category = SMCCategory::sensors, .unit = {}};
+}
+
 } // namespace
 
-std::vector<SMCKeyResult> mergedResults(std::vector<SMCKeyResult> candidates,
-                                        std::vector<SMCKeyResult> registryFans) {
+std::vector<RawReading> mergedResults(std::vector<RawReading> candidates,
+                                      std::vector<RawReading> registryFans) {
     std::erase_if(candidates, std::not_fn(hasUsableKey));
     sortByKey(candidates);
-    for (SMCKeyResult& fan : registryFans) {
+    for (RawReading& fan : registryFans) {
         if (!hasUsableKey(fan)) continue;
-        const auto place = std::ranges::lower_bound(candidates, keyOf(fan), {}, keyOf);
-        if (place == candidates.end() || keyOf(*place) != keyOf(fan)) {
+        const auto place = std::ranges::lower_bound(candidates, fan.key, {}, &RawReading::key);
+        if (place == candidates.end() || place->key != fan.key) {
             candidates.insert(place, std::move(fan));
-        } else if (!hasFiniteNumber(*place)) {
+        } else if (!numericValue(place->numericValue)) {
             *place = std::move(fan);
         }
     }
     return candidates;
 }
 
-std::optional<SMCReading> buildReading(const SMCKeyResult& result) {
-    const auto* key = result.find<std::string>("key");
-    if (key == nullptr) return std::nullopt;
-    auto definition = SMCKeyDatabase::hwMonitorDefinition(*key);
+std::optional<SMCReading> buildReading(RawReading result) {
+    auto definition = definitionOf(result);
     if (!definition) return std::nullopt;
-
-    std::string unit = result.textOr("unit", definition->unit);
+    std::string unit = result.unit ? *std::move(result.unit) : std::move(definition->unit);
     NormalizedValue normalized =
-        normalizeValue(*key, result.textOr("value", ""), numericValue(result.find("numericValue")), unit);
-    const auto* category = result.find<std::string>("category");
-    const auto named = category == nullptr ? std::nullopt : categoryFromRawValue(*category);
-    return SMCReading{.key = *key,
-                      .name = result.textOr("name", definition->name),
+        normalizeValue(result.key, std::move(result.value), numericValue(result.numericValue), unit);
+    const auto named = result.category ? categoryFromRawValue(*result.category) : std::nullopt;
+    return SMCReading{.key = std::move(result.key),
+                      .name = result.name ? *std::move(result.name) : std::move(definition->name),
                       .category = named.value_or(definition->category),
-                      .type = result.textOr("type", ""),
+                      .type = std::move(result.type),
                       .value = std::move(normalized.value),
                       .numericValue = normalized.numeric,
                       .unit = std::move(unit),
-                      .raw = result.textOr("raw", ""),
-                      .status = result.textOr("status", "OK")};
+                      .raw = std::move(result.raw),
+                      .status = std::move(result.status)};
 }
 
 } // namespace kelvinbar

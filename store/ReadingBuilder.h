@@ -1,21 +1,22 @@
 #pragma once
 
 #include "catalogue/SMCReading.h"
-#include "smc/SMCValueDecoding.h"
+#include "sensors/RawReading.h"
 
 #include <optional>
 #include <vector>
 
-/// From what the machine answered to readings. Pure functions; any thread.
+/// From what sources return to readings. Pure functions; any thread.
 namespace kelvinbar {
 
-/// All results whose key has four characters, the last of each key, in ascending code-unit order of the keys.
-/// A registry fan only fills in a key that the controller did not answer with a real number.
-std::vector<SMCKeyResult> mergedResults(std::vector<SMCKeyResult> candidates,
-                                        std::vector<SMCKeyResult> registryFans);
+/// The results with a usable key, the last of each key, in ascending code-unit order of the keys. A registry
+/// fan only fills in a key for which no candidate has a finite number.
+std::vector<RawReading> mergedResults(std::vector<RawReading> candidates,
+                                      std::vector<RawReading> registryFans);
 
-/// The reading that `result` gives: what it tells itself, and the catalogue's word for what is missing or of
-/// the wrong type. Nothing for a result without a key and for a key that the catalogue cannot name.
-std::optional<SMCReading> buildReading(const SMCKeyResult& result);
+/// The reading made of `result`, with the catalogue's name, category and unit where the result has none.
+/// Nothing for a key of four characters that the catalogue does not know, and for any other key whose result
+/// does not bring all three.
+std::optional<SMCReading> buildReading(RawReading result);
 
 } // namespace kelvinbar

@@ -1,6 +1,7 @@
 #include "store/ValueNormalization.h"
 
 #include "base/NumberText.h"
+#include "sensors/RawReading.h"
 
 #include <cmath>
 #include <utility>
@@ -9,10 +10,11 @@ namespace kelvinbar {
 
 namespace {
 
-/// Whether `number` under `key` is taken for thousandths of `unit`. Batteries and chargers report so on some
-/// machines; no battery has such voltages or currents. Power has a higher threshold, and chargers report
-/// it in watts.
+/// Whether `number` is in thousandths of `unit`. The controllers of some machines report batteries and
+/// chargers this way, and no battery has such voltages or currents. The threshold for power is higher, and
+/// chargers report watts. Sources that name their own readings return whole units.
 bool isInThousandths(std::string_view key, double number, std::string_view unit) {
+    if (isSelfNamedKey(key)) return false;
     const bool isBattery = key.starts_with('B');
     const bool isBatteryOrCharger = isBattery || key.starts_with("CH");
     if (unit == "V" || unit == "A") return isBatteryOrCharger && std::fabs(number) > 100;
@@ -33,8 +35,7 @@ std::string valueText(double number) {
 
 } // namespace
 
-std::optional<double> numericValue(const Value* entry) {
-    const auto number = entry == nullptr ? std::nullopt : numberIn(*entry);
+std::optional<double> numericValue(std::optional<double> number) {
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 

@@ -1,16 +1,13 @@
 #pragma once
 
-#include "base/Value.h"
-
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace kelvinbar {
 
-/// The finite number in a result's "numericValue" entry; nothing for an absent entry (null), one that is no
-/// number, infinity and NaN. Any thread.
-std::optional<double> numericValue(const Value* entry);
+/// A result's number if it is finite, otherwise nothing. Any thread.
+std::optional<double> numericValue(std::optional<double> number);
 
 struct NormalizedValue {
     std::string value;
@@ -19,9 +16,9 @@ struct NormalizedValue {
     friend bool operator==(const NormalizedValue&, const NormalizedValue&) = default;
 };
 
-/// The value text and number of a reading: `numeric` brought from milli-units to `unit` where controllers
-/// are known to report those, and printed as suits the unit. Without a number, `rawValue` as it is.
-/// The text has a decimal point under every locale. Any thread.
+/// The value text and number of a reading. Converts `numeric` from milli-units to `unit` where controllers
+/// are known to report milli-units, and formats it as suits the unit. Returns `rawValue` unchanged when there
+/// is no number. The text has a decimal point in every locale. Any thread.
 NormalizedValue normalizeValue(std::string_view key, std::string rawValue, std::optional<double> numeric,
                                std::string_view unit);
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
-#include "store/LoadPass.h"
 
 namespace kelvinbar {
 

@@ -9,18 +9,17 @@
 namespace kelvinbar {
 
 std::string takeSnapshot(const Machine& machine) {
-    useMachine(machine);
     InMemoryUserDefaults defaults;
     NotificationCenter notifications;
     MainLoopQueue mainQueue;
     WorkerQueue backgroundQueue(1);
     const SystemWallClock wallClock;
-    KelvinbarStore store({.defaults = defaults,
+    KelvinbarStore store({.machine = machine,
+                          .defaults = defaults,
                           .notifications = notifications,
                           .mainQueue = mainQueue,
                           .backgroundQueue = backgroundQueue,
-                          .wallClock = wallClock,
-                          .monotonicClock = *machine.clock});
+                          .wallClock = wallClock});
     mainQueue.runUntil([&] { return !store.isLoading().value(); });
     std::string text = store.exportText();
     store.shutdown();

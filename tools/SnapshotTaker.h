@@ -1,13 +1,13 @@
 #pragma once
 
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 
 #include <string>
 
 namespace kelvinbar {
 
-/// The snapshot of `machine`: the store is built over it with preferences that are never kept, its first full
-/// refresh is awaited, and its readings are exported. The machine stays the process's own.
+/// The snapshot of `machine`: builds a store over it with preferences that are never kept, waits for its
+/// first full refresh, exports the readings, and closes the machine's source.
 std::string takeSnapshot(const Machine& machine);
 
 } // namespace kelvinbar

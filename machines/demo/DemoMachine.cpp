@@ -1,9 +1,7 @@
 #include "machines/demo/DemoMachine.h"
 
-#include "machines/demo/DemoKeys.h"
-#include "machines/emulated/EmulatedSMCDriver.h"
+#include "machines/demo/DemoSource.h"
 #include "machines/replay/ReplayMachine.h"
-#include "machines/replay/SnapshotParser.h"
 #include "resources/SampleMachines.h"
 
 #include <utility>
@@ -11,11 +9,8 @@
 namespace kelvinbar {
 
 Machine makeDemoMachine(std::shared_ptr<const MonotonicClock> clock) {
-    const std::string_view text = sampleMachines().front().text;
-    // Everything but the keys is as it is replayed.
-    Machine machine = makeReplayMachine(text, clock).machine.value_or(Machine());
-    auto keys = std::make_unique<DemoKeys>(parseSnapshot(text).machine.keys, std::move(clock));
-    machine.driver = std::make_shared<EmulatedSMCDriver>(std::move(keys));
+    Machine machine = makeReplayMachine(sampleMachines().front().text, clock).machine.value_or(Machine());
+    machine.source = std::make_shared<DemoSource>(std::move(machine.source), std::move(clock));
     return machine;
 }
 

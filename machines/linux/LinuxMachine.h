@@ -1,7 +1,7 @@
 #pragma once
 
 #include "machines/linux/OnceLog.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 
 #include <filesystem>
 #include <memory>

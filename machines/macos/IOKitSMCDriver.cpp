@@ -4,6 +4,7 @@
 #include "machines/macos/MainPort.h"
 #include "machines/macos/SystemHandles.h"
 
+#include <bit>
 #include <string>
 
 namespace kelvinbar {
@@ -11,6 +12,9 @@ namespace kelvinbar {
 namespace {
 
 constexpr std::uint32_t connectionType = 0;
+
+// The driver takes the parameter block's integers in little-endian order, the host's on every such machine.
+static_assert(std::endian::native == std::endian::little);
 
 ReturnCode returnCode(kern_return_t code) { return static_cast<ReturnCode>(code); }
 

@@ -3,16 +3,18 @@
 #include "machines/macos/IOKitRegistry.h"
 #include "machines/macos/IOKitSMCDriver.h"
 #include "machines/macos/MacSystemInformation.h"
+#include "smc/SMCBridge.h"
 
 #include <memory>
 
 namespace kelvinbar {
 
 Machine makePlatform() {
-    return {.driver = std::make_shared<IOKitSMCDriver>(),
-            .registry = std::make_shared<IOKitRegistry>(),
+    const auto clock = std::make_shared<ContinuousClock>();
+    return {.source = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
+                                                  std::make_shared<IOKitRegistry>(), clock),
             .system = std::make_shared<MacSystemInformation>(),
-            .clock = std::make_shared<ContinuousClock>()};
+            .clock = clock};
 }
 
 } // namespace kelvinbar

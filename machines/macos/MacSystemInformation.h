@@ -1,6 +1,6 @@
 #pragma once
 
-#include "smc/SystemInformation.h"
+#include "sensors/SystemInformation.h"
 
 namespace kelvinbar {
 

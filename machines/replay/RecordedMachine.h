@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sensors/RawReading.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -7,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-/// What a snapshot text tells of the machine that it was taken on.
+/// What a snapshot text says about the machine it was taken on.
 namespace kelvinbar {
 
 /// A key of the controller.
@@ -17,16 +19,7 @@ struct RecordedKey {
     std::vector<std::uint8_t> bytes; ///< 1 to 32
 };
 
-/// A fan from the registry, as its line shows it.
-struct RecordedFan {
-    std::size_t lineNumber = 0;
-    std::string key;
-    std::string name;
-    std::string speed; ///< the shown number, without unit
-    std::string raw;
-};
-
-/// What the operating system told; nothing where no line did.
+/// What the operating system reported; nothing where no line says so.
 struct RecordedFacts {
     std::optional<std::string> processorModel;
     std::optional<int> activeProcessors;
@@ -41,14 +34,14 @@ struct LineProblem {
     std::string_view reason;    ///< for people; a constant of the program
 };
 
-/// What is wrong with a second line of one key.
+/// Why a second line of the same key is not used.
 inline constexpr std::string_view repeatedKey = "the key came before; the first line counts";
 
 struct RecordedMachine {
     std::vector<RecordedKey> keys; ///< in the order of the text, each once
-    std::vector<RecordedFan> fans;
+    std::vector<RawReading> fans;  ///< of the registry, likewise
     RecordedFacts facts;
-    std::size_t usedLines = 0; ///< lines that gave a key, a fan or a fact
+    std::size_t usedLines = 0; ///< lines that hold a key, a fan or a fact
 };
 
 } // namespace kelvinbar

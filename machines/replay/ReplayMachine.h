@@ -1,7 +1,7 @@
 #pragma once
 
 #include "machines/replay/RecordedMachine.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 
 #include <memory>
 #include <optional>
@@ -15,8 +15,8 @@ struct ReplayResult {
     std::vector<LineProblem> problems; ///< lines that could not be used, in their order
 };
 
-/// A machine that answers as the one did on which the snapshot `text` was taken. A text of system facts alone
-/// comes from a machine whose controller could not be opened, and gives one.
+/// A machine that reads as the one did on which the snapshot `text` was taken. A text of system facts alone
+/// was taken on a machine without a readable source, and becomes such a machine.
 ReplayResult makeReplayMachine(std::string_view text, std::shared_ptr<const MonotonicClock> clock);
 
 } // namespace kelvinbar

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "machines/replay/RecordedMachine.h"
-#include "smc/SystemInformation.h"
+#include "sensors/SystemInformation.h"
 
 namespace kelvinbar {
 

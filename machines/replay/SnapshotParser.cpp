@@ -2,6 +2,8 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
+#include "catalogue/SMCCategory.h"
+#include "catalogue/SMCKeyDatabase.h"
 #include "smc/NativeMacSupport.h"
 #include "smc/SMCKeyText.h"
 #include "store/SnapshotExport.h"
@@ -15,8 +17,9 @@ namespace kelvinbar {
 namespace {
 
 constexpr std::size_t maximumBytes = 32;
+constexpr double maximumFanSpeed = 30000; // RPM
 
-/// A line's fields. Name and value may hold tabs of their own, so fields are cut from both ends.
+/// A line's fields. Name and value may contain tabs, so fields are taken from both ends.
 struct Fields {
     std::string_view key;
     std::string_view type;
@@ -76,11 +79,11 @@ std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
     return {text, 1};
 }
 
-/// Turns lines into the recorded machine; each `take…` gives the reason why it could not.
+/// Builds the recorded machine line by line. Each `take…` returns why it cannot use the line, or nothing.
 class Recorder {
   public:
     void take(std::string_view line, std::size_t lineNumber) {
-        const std::string_view reason = takeLine(line, lineNumber);
+        const std::string_view reason = takeLine(line);
         if (reason.empty()) {
             ++parsed_.machine.usedLines;
         } else {
@@ -91,11 +94,11 @@ class Recorder {
     ParsedSnapshot finish() && { return std::move(parsed_); }
 
   private:
-    std::string_view takeLine(std::string_view line, std::size_t lineNumber) {
+    std::string_view takeLine(std::string_view line) {
         const auto fields = splitFields(line);
         if (!fields) return "not a reading (key, type, name, value and RAW=, separated by tabs)";
         if (!isPrintableSMCKey(fields->key)) return "the key is not four printable characters";
-        if (fields->type == "ioreg") return takeFan(*fields, lineNumber);
+        if (fields->type == "ioreg") return takeFan(*fields);
         if (fields->type == "native") return takeFact(*fields);
         return takeKey(*fields);
     }
@@ -114,13 +117,29 @@ class Recorder {
         return {};
     }
 
-    std::string_view takeFan(const Fields& fields, std::size_t lineNumber) {
+    std::string_view takeFan(const Fields& fields) {
         std::string_view speed = trimmed(fields.value);
         if (speed.ends_with("RPM")) speed = trimmed(speed.substr(0, speed.size() - 3));
         if (!isNumber(speed)) return "the fan has no speed";
-        parsed_.machine.fans.push_back({lineNumber, std::string(fields.key), std::string(fields.name),
-                                        std::string(speed), std::string(fields.raw)});
+        if (const double number = leadingNumber(speed); number < 0 || number > maximumFanSpeed) {
+            return "the fan's speed is not from 0 to 30000";
+        }
+        if (fields.name.empty()) return "the fan has no name";
+        if (!SMCKeyDatabase::hwMonitorDefinition(fields.key)) return "no fan has this key";
+        if (!seenFans_.insert(packedSMCKey(fields.key)).second) return repeatedKey;
+        parsed_.machine.fans.push_back(fanReading(fields, speed));
         return {};
+    }
+
+    static RawReading fanReading(const Fields& fields, std::string_view speed) {
+        return {.key = std::string(fields.key),
+                .type = std::string(fields.type),
+                .value = std::string(speed),
+                .numericValue = leadingNumber(speed),
+                .raw = std::string(fields.raw),
+                .name = std::string(fields.name),
+                .category = std::string(rawValue(SMCCategory::fans)),
+                .unit = "RPM"};
     }
 
     std::string_view takeFact(const Fields& fields) {
@@ -157,6 +176,7 @@ class Recorder {
 
     ParsedSnapshot parsed_;
     std::unordered_set<std::uint32_t> seenKeys_;
+    std::unordered_set<std::uint32_t> seenFans_;
     std::unordered_set<std::uint32_t> seenFacts_;
 };
 

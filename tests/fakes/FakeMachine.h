@@ -1,6 +1,7 @@
 #pragma once
 
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
+#include "smc/SMCBridge.h"
 #include "tests/fakes/FakeClocks.h"
 #include "tests/fakes/FakeIORegistry.h"
 #include "tests/fakes/FakeSMCDriver.h"
@@ -10,19 +11,15 @@
 
 namespace kelvinbar::fakes {
 
-/// A machine of fakes that is the process's own for as long as this lives.
+/// A machine with a controller, made of fakes.
 struct FakeMachine {
     std::shared_ptr<FakeSMCDriver> driver = std::make_shared<FakeSMCDriver>();
     std::shared_ptr<FakeIORegistry> registry = std::make_shared<FakeIORegistry>();
     std::shared_ptr<FakeSystemInformation> system = std::make_shared<FakeSystemInformation>();
     std::shared_ptr<FakeMonotonicClock> clock = std::make_shared<FakeMonotonicClock>();
+    std::shared_ptr<SMCBridge> bridge = std::make_shared<SMCBridge>(driver, registry, clock);
 
-    FakeMachine() { useMachine({.driver = driver, .registry = registry, .system = system, .clock = clock}); }
-
-    FakeMachine(const FakeMachine&) = delete;
-    FakeMachine& operator=(const FakeMachine&) = delete;
-
-    ~FakeMachine() { useMachine({}); }
+    [[nodiscard]] Machine machine() const { return {.source = bridge, .system = system, .clock = clock}; }
 };
 
 } // namespace kelvinbar::fakes

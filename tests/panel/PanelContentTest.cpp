@@ -1,6 +1,6 @@
 #include "panel/PanelContent.h"
 
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "tests/desktop/EventLoop.h"
 #include "tests/fakes/FakeShell.h"
 #include "tests/store/StoreFixture.h"

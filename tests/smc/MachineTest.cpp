@@ -1,4 +1,4 @@
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 
 #include "smc/NativeMacSupport.h"
 #include "smc/SMCBridge.h"

@@ -1,4 +1,4 @@
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "tests/store/StoreFixture.h"
 
 #include <chrono>

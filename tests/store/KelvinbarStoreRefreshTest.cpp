@@ -1,5 +1,5 @@
 #include "catalogue/SMCKeyDatabase.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "tests/store/StoreFixture.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 #include "store/LoadPass.h"
 
 #include "catalogue/SMCKeyDatabase.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "tests/fakes/FakeMachine.h"
 #include "tests/store/ControllerKeys.h"
 

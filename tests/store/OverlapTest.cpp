@@ -4,7 +4,7 @@
 #include "base/MainLoopQueue.h"
 #include "base/NotificationCenter.h"
 #include "base/WorkerQueue.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "smc/SMCBridge.h"
 #include "smc/SMCKeyText.h"
 #include "smc/SMCParamBlock.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "machines/emulated/SMCKeySource.h"
 #include "machines/linux/applesmc/AppleSMCRegisters.h"
+#include "machines/linux/applesmc/SMCKeySource.h"
 
 #include <cstddef>
 #include <cstdint>

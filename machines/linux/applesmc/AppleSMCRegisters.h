@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machines/emulated/SMCKeySource.h"
+#include "machines/linux/applesmc/SMCKeySource.h"
 
 #include <cstdint>
 #include <filesystem>

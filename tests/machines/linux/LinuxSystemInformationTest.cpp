@@ -1,6 +1,6 @@
 #include "machines/linux/LinuxSystemInformation.h"
 
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "smc/NativeMacSupport.h"
 #include "tests/machines/linux/TemporaryTree.h"
 

@@ -1,10 +1,10 @@
 // Machines as their kernels showed them, from the files of /sys to the snapshot.
 
 #include "base/Text.h"
-#include "machines/emulated/EmulatedSMCDriver.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/LinuxMachine.h"
 #include "machines/linux/LinuxSystemInformation.h"
+#include "machines/linux/applesmc/KeySourceDriver.h"
 #include "machines/linux/sources/HwmonRegistry.h"
 #include "machines/linux/sources/LinuxKeys.h"
 #include "machines/replay/SnapshotParser.h"
@@ -135,7 +135,7 @@ Machine macWithController(const fs::path& root, std::string_view dump) {
     auto keys = parseSnapshot(contentOf(dumps / std::string(dump).append(".txt"))).machine.keys;
     auto source = std::make_unique<LinuxKeys>(
         inventory, [keys = std::move(keys)] { return std::make_unique<DumpedRegisters>(keys); });
-    return {.driver = std::make_shared<EmulatedSMCDriver>(std::move(source)),
+    return {.driver = std::make_shared<KeySourceDriver>(std::move(source)),
             .registry = std::make_shared<HwmonRegistry>(inventory),
             .system = std::make_shared<LinuxSystemInformation>(root),
             .clock = clock};

@@ -1,4 +1,4 @@
-#include "machines/emulated/EmulatedSMCDriver.h"
+#include "machines/linux/applesmc/KeySourceDriver.h"
 #include "machines/replay/RecordedKeys.h"
 #include "smc/SMCBridge.h"
 #include "smc/SMCKeyText.h"
@@ -26,11 +26,11 @@ RecordedKey recordedKey(std::string_view key, std::string_view type, std::vector
     return {packedSMCKey(key), packedSMCKey(type), std::move(bytes)};
 }
 
-EmulatedSMCDriver driverOf(std::vector<RecordedKey> keys, bool isPresent = true) {
-    return EmulatedSMCDriver(std::make_unique<RecordedKeys>(std::move(keys), isPresent));
+KeySourceDriver driverOf(std::vector<RecordedKey> keys, bool isPresent = true) {
+    return KeySourceDriver(std::make_unique<RecordedKeys>(std::move(keys), isPresent));
 }
 
-EmulatedSMCDriver threeKeys() {
+KeySourceDriver threeKeys() {
     return driverOf({recordedKey("TC0P", "sp78", {0x28, 0x80}), recordedKey("FNum", "ui8 ", {2}),
                      recordedKey("REV ", "ch8*", std::vector<std::uint8_t>(32, 'x'))});
 }
@@ -84,33 +84,33 @@ std::vector<RecordedKey> manyKeys(std::size_t count) {
 }
 
 void useController(std::vector<RecordedKey> keys) {
-    useMachine({.driver = std::make_shared<EmulatedSMCDriver>(driverOf(std::move(keys))),
+    useMachine({.driver = std::make_shared<KeySourceDriver>(driverOf(std::move(keys))),
                 .registry = std::make_shared<fakes::FakeIORegistry>(),
                 .system = std::make_shared<fakes::FakeSystemInformation>(),
                 .clock = std::make_shared<fakes::FakeMonotonicClock>()});
 }
 
 TEST(EmulatedReplay, IsFoundUnderTheControllersClassNameOnly) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     EXPECT_TRUE(driver.findService("AppleSMC"));
     EXPECT_FALSE(driver.findService("AppleSMCEmulator"));
     EXPECT_FALSE(driver.findService(""));
 }
 
 TEST(EmulatedReplay, IsNotFoundWithoutAService) {
-    EmulatedSMCDriver driver = driverOf({recordedKey("TC0P", "sp78", {1, 2})}, false);
+    KeySourceDriver driver = driverOf({recordedKey("TC0P", "sp78", {1, 2})}, false);
     EXPECT_FALSE(driver.findService("AppleSMC"));
 }
 
 TEST(EmulatedReplay, OpensWithAHandle) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     const SMCDriver::OpenResult opened = driver.open(driver.findService("AppleSMC").value_or(0));
     EXPECT_EQ(opened.code, kernSuccess);
     EXPECT_NE(opened.connection, 0U);
 }
 
 TEST(EmulatedReplay, TellsSizeAndTypeOfAKey) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     const Answer answer = ask(driver, keyQuestion(SMCCommand::readKeyInfo, "TC0P"));
     EXPECT_EQ(answer.code, kernSuccess);
     EXPECT_EQ(answer.size, 80U);
@@ -121,7 +121,7 @@ TEST(EmulatedReplay, TellsSizeAndTypeOfAKey) {
 }
 
 TEST(EmulatedReplay, ReadsTheBytesOfAKey) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     const Answer answer = ask(driver, keyQuestion(SMCCommand::readBytes, "TC0P", 2));
     EXPECT_EQ(answer.code, kernSuccess);
     EXPECT_EQ(answer.size, 80U);
@@ -133,7 +133,7 @@ TEST(EmulatedReplay, ReadsTheBytesOfAKey) {
 }
 
 TEST(EmulatedReplay, RefusesToReadWithAWrongSize) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     for (const std::uint32_t size : {0U, 1U, 3U, 32U, 33U, 0xFFFFFFFFU, 0x10002U}) {
         SCOPED_TRACE(size);
         const Answer answer = ask(driver, keyQuestion(SMCCommand::readBytes, "TC0P", size));
@@ -144,7 +144,7 @@ TEST(EmulatedReplay, RefusesToReadWithAWrongSize) {
 }
 
 TEST(EmulatedReplay, RefusesUnknownKeys) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     for (const std::string_view key : {"TC1P", "tc0p", "FNu ", "    ", "#key"}) {
         SCOPED_TRACE(key);
         const Answer info = ask(driver, keyQuestion(SMCCommand::readKeyInfo, key));
@@ -155,7 +155,7 @@ TEST(EmulatedReplay, RefusesUnknownKeys) {
 }
 
 TEST(EmulatedReplay, ListsKeysInTheirOrder) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     const std::array<std::string_view, 3> keys{"TC0P", "FNum", "REV "};
     for (std::uint32_t index = 0; index < keys.size(); ++index) {
         const Answer answer = ask(driver, indexQuestion(index));
@@ -166,18 +166,18 @@ TEST(EmulatedReplay, ListsKeysInTheirOrder) {
 }
 
 TEST(EmulatedReplay, RefusesIndicesPastTheEnd) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     for (const std::uint32_t index :
          {3U, 4U, 8192U, 0x80000000U, std::numeric_limits<std::uint32_t>::max()}) {
         SCOPED_TRACE(index);
         EXPECT_NE(ask(driver, indexQuestion(index)).block.result, 0);
     }
-    EmulatedSMCDriver empty = driverOf({});
+    KeySourceDriver empty = driverOf({});
     EXPECT_NE(ask(empty, indexQuestion(0)).block.result, 0);
 }
 
 TEST(EmulatedReplay, CountsItsKeys) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     const Answer info = ask(driver, keyQuestion(SMCCommand::readKeyInfo, "#KEY"));
     EXPECT_EQ(info.block.result, 0);
     EXPECT_EQ(info.block.dataSize, 4U);
@@ -189,13 +189,13 @@ TEST(EmulatedReplay, CountsItsKeys) {
 }
 
 TEST(EmulatedReplay, CountsItsKeysInBigEndianOrder) {
-    EmulatedSMCDriver driver = driverOf(manyKeys(0x1234));
+    KeySourceDriver driver = driverOf(manyKeys(0x1234));
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readBytes, "#KEY", 4)).block.bytes,
               (std::array<std::uint8_t, 32>{0, 0, 0x12, 0x34}));
 }
 
 TEST(EmulatedReplay, CountsItsKeysWhateverWasRecordedAsTheirNumber) {
-    EmulatedSMCDriver driver =
+    KeySourceDriver driver =
         driverOf({recordedKey("#KEY", "ui16", {0x12, 0x34}), recordedKey("TC0P", "sp78", {1, 2})});
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readKeyInfo, "#KEY")).block.dataSize, 4U);
     EXPECT_EQ(ask(driver, keyQuestion(SMCCommand::readBytes, "#KEY", 4)).block.bytes,
@@ -205,7 +205,7 @@ TEST(EmulatedReplay, CountsItsKeysWhateverWasRecordedAsTheirNumber) {
 }
 
 TEST(EmulatedReplay, RefusesOtherCommands) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     for (const int command : {0, 1, 6, 7, 10, 255}) {
         SCOPED_TRACE(command);
         SMCParamBlock question = keyQuestion(SMCCommand::readBytes, "TC0P", 2);
@@ -215,7 +215,7 @@ TEST(EmulatedReplay, RefusesOtherCommands) {
 }
 
 TEST(EmulatedReplay, FailsCallsThatADriverWouldNotTake) {
-    EmulatedSMCDriver driver = threeKeys();
+    KeySourceDriver driver = threeKeys();
     const SMCDriver::Connection connection = openedConnection(driver);
     std::vector<std::byte> right(80);
     std::vector<std::byte> small(79);

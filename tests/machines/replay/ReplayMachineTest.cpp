@@ -1,8 +1,8 @@
 #include "machines/replay/ReplayMachine.h"
 
+#include "sensors/SystemInformation.h"
 #include "smc/SMCBridge.h"
 #include "smc/SMCDriver.h"
-#include "smc/SystemInformation.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <chrono>

@@ -2,8 +2,8 @@
 
 #include "base/NotificationCenter.h"
 #include "panel/PanelWindow.h"
+#include "sensors/Machine.h"
 #include "shell/Geometry.h"
-#include "smc/Machine.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"

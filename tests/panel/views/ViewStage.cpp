@@ -4,7 +4,7 @@
 #include "machines/demo/DemoMachine.h"
 #include "panel/PanelStyle.h"
 #include "qt/QtText.h"
-#include "smc/Machine.h"
+#include "sensors/Machine.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"

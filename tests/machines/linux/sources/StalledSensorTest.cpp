@@ -3,9 +3,9 @@
 #include "base/MainLoopQueue.h"
 #include "base/NotificationCenter.h"
 #include "base/WorkerQueue.h"
-#include "machines/emulated/EmulatedSMCDriver.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/LinuxMachine.h"
+#include "machines/linux/applesmc/KeySourceDriver.h"
 #include "smc/SMCKeyText.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
@@ -56,11 +56,11 @@ class StalledKey final : public SMCKeySource {
 TEST(StalledSensor, LeavesTheMainThreadFree) {
     std::promise<void> begun;
     std::promise<void> goOn;
-    useMachine({.driver = std::make_shared<EmulatedSMCDriver>(
-                    std::make_unique<StalledKey>(begun, goOn.get_future())),
-                .registry = std::make_shared<fakes::FakeIORegistry>(),
-                .system = std::make_shared<fakes::FakeSystemInformation>(),
-                .clock = std::make_shared<BootTimeClock>()});
+    useMachine(
+        {.driver = std::make_shared<KeySourceDriver>(std::make_unique<StalledKey>(begun, goOn.get_future())),
+         .registry = std::make_shared<fakes::FakeIORegistry>(),
+         .system = std::make_shared<fakes::FakeSystemInformation>(),
+         .clock = std::make_shared<BootTimeClock>()});
     InMemoryUserDefaults defaults;
     NotificationCenter notifications;
     MainLoopQueue mainQueue;

@@ -1,8 +1,9 @@
-#include "machines/demo/DemoKeys.h"
+#include "machines/demo/DemoSource.h"
 
 #include "catalogue/SMCKeyDatabase.h"
 #include "machines/demo/Load.h"
 #include "smc/SMCKeyText.h"
+#include "smc/SMCValueDecoding.h"
 
 #include <algorithm>
 #include <bit>
@@ -17,7 +18,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void scaleFloat(SMCBytes& bytes, double factor) {
+using Bytes = std::vector<std::uint8_t>;
+
+void scaleFloat(Bytes& bytes, double factor) {
     std::uint32_t bits = 0;
     for (std::size_t place = 4; place > 0; --place) bits = (bits << 8U) | bytes[place - 1];
     bits = std::bit_cast<std::uint32_t>(static_cast<float>(std::bit_cast<float>(bits) * factor));
@@ -27,7 +30,7 @@ void scaleFloat(SMCBytes& bytes, double factor) {
 
 /// A whole or fixed-point number of two bytes: whatever its scale, a multiple of it is the multiple of its
 /// bytes.
-void scaleTwoBytes(SMCBytes& bytes, double factor, bool isSigned) {
+void scaleTwoBytes(Bytes& bytes, double factor, bool isSigned) {
     const auto pattern = static_cast<std::uint16_t>((bytes[0] << 8U) | bytes[1]);
     const double number = isSigned ? static_cast<std::int16_t>(pattern) : pattern;
     const double lowest = isSigned ? std::numeric_limits<std::int16_t>::min() : 0;
@@ -38,22 +41,25 @@ void scaleTwoBytes(SMCBytes& bytes, double factor, bool isSigned) {
     bytes[1] = static_cast<std::uint8_t>(static_cast<std::uint32_t>(scaled));
 }
 
-void scale(SMCBytes& bytes, std::string_view type, double factor) {
-    if (type == "flt ") return scaleFloat(bytes, factor);
-    if (type.starts_with("sp") || type == "si16") return scaleTwoBytes(bytes, factor, true);
-    if (type.starts_with("fp") || type == "ui16") return scaleTwoBytes(bytes, factor, false);
+/// Returns whether the type can be scaled.
+bool scale(Bytes& bytes, std::string_view type, double factor) {
+    const bool isSigned = type.starts_with("sp") || type == "si16";
+    if (type == "flt ") {
+        scaleFloat(bytes, factor);
+    } else if (isSigned || type.starts_with("fp") || type == "ui16") {
+        scaleTwoBytes(bytes, factor, isSigned);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 } // namespace
 
-DemoKeys::DemoKeys(std::vector<RecordedKey> keys, std::shared_ptr<const MonotonicClock> clock)
-    : recorded_({}, true), clock_(std::move(clock)) {
-    for (const RecordedKey& key : keys) motions_.emplace(key.code, motionOf(key.code));
-    recorded_ = RecordedKeys(std::move(keys), true);
-}
+DemoSource::DemoSource(std::shared_ptr<SensorSource> recorded, std::shared_ptr<const MonotonicClock> clock)
+    : recorded_(std::move(recorded)), clock_(std::move(clock)) {}
 
-DemoKeys::Motion DemoKeys::motionOf(std::uint32_t code) {
-    const std::string key = fourCharString(code);
+DemoSource::Motion DemoSource::motionOf(const std::string& key) {
     const auto definition = SMCKeyDatabase::hwMonitorDefinition(key);
     if (!definition) return Motion::none;
     if (definition->unit == "°C") return Motion::heat;
@@ -63,7 +69,7 @@ DemoKeys::Motion DemoKeys::motionOf(std::uint32_t code) {
     return key.ends_with("Ac") || key.ends_with("Tg") ? Motion::fan : Motion::none;
 }
 
-double DemoKeys::factor(Motion motion, std::uint32_t code) const {
+double DemoSource::factor(Motion motion, std::uint32_t code) const {
     const auto now = clock_->now();
     switch (motion) {
     case Motion::heat:
@@ -80,14 +86,23 @@ double DemoKeys::factor(Motion motion, std::uint32_t code) const {
     return 1;
 }
 
-std::uint8_t DemoKeys::readBytes(std::uint32_t code, SMCBytes& bytes) {
-    const std::uint8_t result = recorded_.readBytes(code, bytes);
-    const auto motion = motions_.find(code);
-    if (result != smcresult::success || motion == motions_.end() || motion->second == Motion::none)
-        return result;
-    const auto info = recorded_.keyInfo(code);
-    if (info) scale(bytes, fourCharString(info->dataType), factor(motion->second, code));
-    return result;
+/// The controller's bytes are scaled, not the number: so the raw text moves with the value.
+void DemoSource::move(RawReading& reading) const {
+    const Motion motion = motionOf(reading.key);
+    auto bytes = bytesOfHexString(reading.raw);
+    if (motion == Motion::none || !reading.numericValue || !bytes) return;
+    if (!scale(*bytes, reading.type, factor(motion, packedSMCKey(reading.key)))) return;
+    SMCParamBlock block;
+    block.dataSize = reading.size;
+    block.dataType = packedSMCKey(reading.type);
+    std::ranges::copy(*bytes, block.bytes.begin());
+    if (auto moved = dictionaryForKey(reading.key, block)) reading = *std::move(moved);
+}
+
+std::vector<RawReading> DemoSource::readCandidateKeys(std::span<const std::string> keys) {
+    std::vector<RawReading> readings = recorded_->readCandidateKeys(keys);
+    for (RawReading& reading : readings) move(reading);
+    return readings;
 }
 
 } // namespace kelvinbar

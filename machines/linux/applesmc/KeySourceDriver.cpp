@@ -1,4 +1,4 @@
-#include "machines/emulated/EmulatedSMCDriver.h"
+#include "machines/linux/applesmc/KeySourceDriver.h"
 
 #include "smc/SMCKeyText.h"
 
@@ -9,7 +9,6 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr std::uint32_t structMethodSelector = 2;
 constexpr SMCDriver::Connection theConnection = 1;
 constexpr std::uint32_t keyCountSize = 4;
 
@@ -31,21 +30,21 @@ SMCBytes bigEndian(std::size_t number) {
 
 } // namespace
 
-EmulatedSMCDriver::EmulatedSMCDriver(std::unique_ptr<SMCKeySource> source) : source_(std::move(source)) {}
+KeySourceDriver::KeySourceDriver(std::unique_ptr<SMCKeySource> source) : source_(std::move(source)) {}
 
-std::optional<SMCDriver::Service> EmulatedSMCDriver::findService(std::string_view className) {
+std::optional<SMCDriver::Service> KeySourceDriver::findService(std::string_view className) {
     return className == "AppleSMC" && source_->isPresent() ? std::optional<Service>(1) : std::nullopt;
 }
 
-SMCDriver::OpenResult EmulatedSMCDriver::open(Service /*service*/) {
+SMCDriver::OpenResult KeySourceDriver::open(Service /*service*/) {
     return {.code = kernSuccess, .connection = theConnection};
 }
 
-ReturnCode EmulatedSMCDriver::callStructMethod(Connection connection, std::uint32_t selector,
-                                               std::span<const std::byte> input, std::span<std::byte> output,
-                                               std::size_t& outputSize) {
+ReturnCode KeySourceDriver::callStructMethod(Connection connection, std::uint32_t selector,
+                                             std::span<const std::byte> input, std::span<std::byte> output,
+                                             std::size_t& outputSize) {
     SMCParamBlock block;
-    if (connection != theConnection || selector != structMethodSelector || input.size() != sizeof(block) ||
+    if (connection != theConnection || selector != smcStructMethod || input.size() != sizeof(block) ||
         output.size() != sizeof(block)) {
         return kernInvalidArgument;
     }
@@ -56,7 +55,7 @@ ReturnCode EmulatedSMCDriver::callStructMethod(Connection connection, std::uint3
     return kernSuccess;
 }
 
-SMCParamBlock EmulatedSMCDriver::answer(const SMCParamBlock& question) {
+SMCParamBlock KeySourceDriver::answer(const SMCParamBlock& question) {
     switch (static_cast<SMCCommand>(question.command)) {
     case SMCCommand::keyByIndex:
         return keyAtIndex(question.data32);
@@ -68,7 +67,7 @@ SMCParamBlock EmulatedSMCDriver::answer(const SMCParamBlock& question) {
     return refusal(smcresult::badCommand);
 }
 
-SMCParamBlock EmulatedSMCDriver::keyAtIndex(std::uint32_t index) {
+SMCParamBlock KeySourceDriver::keyAtIndex(std::uint32_t index) {
     const auto code = source_->keyAtIndex(index);
     if (!code) return refusal(smcresult::indexOutOfRange);
     SMCParamBlock block;
@@ -76,7 +75,7 @@ SMCParamBlock EmulatedSMCDriver::keyAtIndex(std::uint32_t index) {
     return block;
 }
 
-SMCParamBlock EmulatedSMCDriver::keyInfo(std::uint32_t code) {
+SMCParamBlock KeySourceDriver::keyInfo(std::uint32_t code) {
     const auto info = code == keyCountCode
                           ? SMCKeySource::KeyInfo{.dataSize = keyCountSize, .dataType = packedSMCKey("ui32")}
                           : source_->keyInfo(code);
@@ -87,7 +86,7 @@ SMCParamBlock EmulatedSMCDriver::keyInfo(std::uint32_t code) {
     return block;
 }
 
-SMCParamBlock EmulatedSMCDriver::keyBytes(std::uint32_t code, std::uint32_t size) {
+SMCParamBlock KeySourceDriver::keyBytes(std::uint32_t code, std::uint32_t size) {
     const SMCParamBlock info = keyInfo(code);
     if (info.result != smcresult::success) return info;
     if (info.dataSize != size) return refusal(smcresult::sizeMismatch);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machines/emulated/SMCKeySource.h"
+#include "machines/linux/applesmc/SMCKeySource.h"
 #include "smc/SMCDriver.h"
 #include "smc/SMCParamBlock.h"
 
@@ -8,11 +8,11 @@
 
 namespace kelvinbar {
 
-/// A controller that is not there: answers the calls of the driver protocol from a key source. "#KEY" is the
-/// number of keys in the source.
-class EmulatedSMCDriver final : public SMCDriver {
+/// Speaks the driver protocol for a controller whose keys are reached by another interface than its driver's
+/// own. "#KEY" is the number of keys in the source.
+class KeySourceDriver final : public SMCDriver {
   public:
-    explicit EmulatedSMCDriver(std::unique_ptr<SMCKeySource> source);
+    explicit KeySourceDriver(std::unique_ptr<SMCKeySource> source);
 
     std::optional<Service> findService(std::string_view className) override;
     OpenResult open(Service service) override;

@@ -1,4 +1,4 @@
-#include "machines/emulated/EmulatedSMCDriver.h"
+#include "machines/linux/applesmc/KeySourceDriver.h"
 
 #include "smc/SMCKeyText.h"
 
@@ -70,9 +70,9 @@ class FakeKeys final : public SMCKeySource {
     bool wereBytesZero = true;
 };
 
-class EmulatedSMCDriverTest : public testing::Test {
+class KeySourceDriverTest : public testing::Test {
   protected:
-    EmulatedSMCDriverTest() {
+    KeySourceDriverTest() {
         source.add("TC0P", "sp78", {0x28, 0x80});
         source.add("FNum", "ui8 ", {2});
         source.add("REV ", "ch8*", std::vector<std::uint8_t>(32, 'x'));
@@ -119,10 +119,10 @@ class EmulatedSMCDriverTest : public testing::Test {
 
     std::unique_ptr<FakeKeys> owned = std::make_unique<FakeKeys>();
     FakeKeys& source = *owned;
-    EmulatedSMCDriver driver{std::move(owned)};
+    KeySourceDriver driver{std::move(owned)};
 };
 
-TEST_F(EmulatedSMCDriverTest, IsFoundUnderTheControllersClassNameOnly) {
+TEST_F(KeySourceDriverTest, IsFoundUnderTheControllersClassNameOnly) {
     EXPECT_TRUE(driver.findService("AppleSMC"));
     for (const std::string_view name : {"", "AppleSMC2", "applesmc", "IOService"}) {
         SCOPED_TRACE(name);
@@ -130,20 +130,20 @@ TEST_F(EmulatedSMCDriverTest, IsFoundUnderTheControllersClassNameOnly) {
     }
 }
 
-TEST_F(EmulatedSMCDriverTest, IsFoundOnlyWhileItsSourceIsPresent) {
+TEST_F(KeySourceDriverTest, IsFoundOnlyWhileItsSourceIsPresent) {
     source.present = false;
     EXPECT_FALSE(driver.findService("AppleSMC"));
     source.present = true;
     EXPECT_TRUE(driver.findService("AppleSMC"));
 }
 
-TEST_F(EmulatedSMCDriverTest, OpensWithAConnection) {
+TEST_F(KeySourceDriverTest, OpensWithAConnection) {
     const SMCDriver::OpenResult opened = driver.open(driver.findService("AppleSMC").value_or(0));
     EXPECT_EQ(opened.code, kernSuccess);
     EXPECT_NE(opened.connection, 0U);
 }
 
-TEST_F(EmulatedSMCDriverTest, GivesTheKeyAtAnIndex) {
+TEST_F(KeySourceDriverTest, GivesTheKeyAtAnIndex) {
     for (const auto& [index, key] : {std::pair{0U, "TC0P"}, {1U, "FNum"}, {2U, "REV "}}) {
         SCOPED_TRACE(key);
         const SMCParamBlock answer = askAtIndex(index);
@@ -152,7 +152,7 @@ TEST_F(EmulatedSMCDriverTest, GivesTheKeyAtAnIndex) {
     }
 }
 
-TEST_F(EmulatedSMCDriverTest, RefusesAnIndexPastTheLastKey) {
+TEST_F(KeySourceDriverTest, RefusesAnIndexPastTheLastKey) {
     for (const std::uint32_t index : {3U, 4U, 0x80000000U, std::numeric_limits<std::uint32_t>::max()}) {
         SCOPED_TRACE(index);
         const SMCParamBlock answer = askAtIndex(index);
@@ -161,7 +161,7 @@ TEST_F(EmulatedSMCDriverTest, RefusesAnIndexPastTheLastKey) {
     }
 }
 
-TEST_F(EmulatedSMCDriverTest, TellsTheSizeAndTypeOfAKey) {
+TEST_F(KeySourceDriverTest, TellsTheSizeAndTypeOfAKey) {
     const SMCParamBlock temperature = askInfo("TC0P");
     EXPECT_EQ(temperature.result, 0);
     EXPECT_EQ(temperature.dataSize, 2U);
@@ -171,7 +171,7 @@ TEST_F(EmulatedSMCDriverTest, TellsTheSizeAndTypeOfAKey) {
     EXPECT_EQ(text.dataType, packedSMCKey("ch8*"));
 }
 
-TEST_F(EmulatedSMCDriverTest, ReadsTheBytesOfAKeyIntoAnEmptyField) {
+TEST_F(KeySourceDriverTest, ReadsTheBytesOfAKeyIntoAnEmptyField) {
     const SMCParamBlock temperature = askBytes("TC0P", 2);
     EXPECT_EQ(temperature.result, 0);
     EXPECT_EQ(temperature.bytes, (SMCBytes{0x28, 0x80}));
@@ -183,7 +183,7 @@ TEST_F(EmulatedSMCDriverTest, ReadsTheBytesOfAKeyIntoAnEmptyField) {
     EXPECT_TRUE(source.wereBytesZero);
 }
 
-TEST_F(EmulatedSMCDriverTest, RefusesKeysThatTheSourceDoesNotHave) {
+TEST_F(KeySourceDriverTest, RefusesKeysThatTheSourceDoesNotHave) {
     for (const std::string_view key : {"TC1P", "tc0p", "    ", "#KEX"}) {
         SCOPED_TRACE(key);
         EXPECT_EQ(askInfo(key).result, 0x84);
@@ -193,7 +193,7 @@ TEST_F(EmulatedSMCDriverTest, RefusesKeysThatTheSourceDoesNotHave) {
     EXPECT_EQ(source.readCount, 0);
 }
 
-TEST_F(EmulatedSMCDriverTest, RefusesToReadWithAnotherSizeThanTheKeysWithoutAskingTheSource) {
+TEST_F(KeySourceDriverTest, RefusesToReadWithAnotherSizeThanTheKeysWithoutAskingTheSource) {
     for (const std::uint32_t size : {0U, 1U, 3U, 32U, 0x10002U, 0xFFFFFFFFU}) {
         SCOPED_TRACE(size);
         const SMCParamBlock answer = askBytes("TC0P", size);
@@ -203,7 +203,7 @@ TEST_F(EmulatedSMCDriverTest, RefusesToReadWithAnotherSizeThanTheKeysWithoutAski
     EXPECT_EQ(source.readCount, 0);
 }
 
-TEST_F(EmulatedSMCDriverTest, PassesTheSourcesRefusalOn) {
+TEST_F(KeySourceDriverTest, PassesTheSourcesRefusalOn) {
     for (const std::uint8_t result :
          {smcresult::keyNotReadable, smcresult::keyNotFound, std::uint8_t{1}, std::uint8_t{0xFF}}) {
         SCOPED_TRACE(static_cast<int>(result));
@@ -214,7 +214,7 @@ TEST_F(EmulatedSMCDriverTest, PassesTheSourcesRefusalOn) {
     EXPECT_EQ(askBytes("TC0P", 2).result, 0);
 }
 
-TEST_F(EmulatedSMCDriverTest, RefusesCommandsThatItDoesNotKnow) {
+TEST_F(KeySourceDriverTest, RefusesCommandsThatItDoesNotKnow) {
     for (int command = 0; command <= 255; ++command) {
         if (command == 5 || command == 8 || command == 9) continue;
         SCOPED_TRACE(command);
@@ -231,7 +231,7 @@ TEST_F(EmulatedSMCDriverTest, RefusesCommandsThatItDoesNotKnow) {
 
 // The number of keys
 
-TEST_F(EmulatedSMCDriverTest, TellsTheNumberOfKeysAsFourBytesBigEndian) {
+TEST_F(KeySourceDriverTest, TellsTheNumberOfKeysAsFourBytesBigEndian) {
     EXPECT_EQ(askInfo("#KEY").result, 0);
     EXPECT_EQ(askInfo("#KEY").dataSize, 4U);
     EXPECT_EQ(askInfo("#KEY").dataType, packedSMCKey("ui32"));
@@ -242,13 +242,13 @@ TEST_F(EmulatedSMCDriverTest, TellsTheNumberOfKeysAsFourBytesBigEndian) {
     EXPECT_EQ(askBytes("#KEY", 4).bytes, SMCBytes{});
 }
 
-TEST_F(EmulatedSMCDriverTest, TellsTheNumberOfItsKeysEvenWhenOneOfThemHasThatName) {
+TEST_F(KeySourceDriverTest, TellsTheNumberOfItsKeysEvenWhenOneOfThemHasThatName) {
     source.add("#KEY", "ui32", {0, 0, 9, 9});
     EXPECT_EQ(askBytes("#KEY", 4).bytes, (SMCBytes{0, 0, 0, 4}));
     EXPECT_EQ(source.readCount, 0);
 }
 
-TEST_F(EmulatedSMCDriverTest, AsksForTheNumberOfKeysEachTimeItsBytesAreReadAndNoOtherTime) {
+TEST_F(KeySourceDriverTest, AsksForTheNumberOfKeysEachTimeItsBytesAreReadAndNoOtherTime) {
     static_cast<void>(askInfo("#KEY"));
     static_cast<void>(askAtIndex(0));
     static_cast<void>(askInfo("TC0P"));
@@ -260,7 +260,7 @@ TEST_F(EmulatedSMCDriverTest, AsksForTheNumberOfKeysEachTimeItsBytesAreReadAndNo
     EXPECT_EQ(source.countQuestions, 2);
 }
 
-TEST_F(EmulatedSMCDriverTest, RefusesToReadTheNumberOfKeysWithAnotherSize) {
+TEST_F(KeySourceDriverTest, RefusesToReadTheNumberOfKeysWithAnotherSize) {
     for (const std::uint32_t size : {0U, 3U, 5U, 32U}) {
         SCOPED_TRACE(size);
         EXPECT_EQ(askBytes("#KEY", size).result, 0x87);
@@ -270,7 +270,7 @@ TEST_F(EmulatedSMCDriverTest, RefusesToReadTheNumberOfKeysWithAnotherSize) {
 
 // Calls that are none
 
-TEST_F(EmulatedSMCDriverTest, FailsCallsThatADriverWouldNotTakeAndLeavesTheirOutputAlone) {
+TEST_F(KeySourceDriverTest, FailsCallsThatADriverWouldNotTakeAndLeavesTheirOutputAlone) {
     SMCParamBlock question;
     question.command = static_cast<std::uint8_t>(SMCCommand::readKeyInfo);
     question.key = packedSMCKey("TC0P");
@@ -309,7 +309,7 @@ TEST_F(EmulatedSMCDriverTest, FailsCallsThatADriverWouldNotTakeAndLeavesTheirOut
     }
 }
 
-TEST_F(EmulatedSMCDriverTest, AnswersIntoTheBufferOfTheQuestion) {
+TEST_F(KeySourceDriverTest, AnswersIntoTheBufferOfTheQuestion) {
     SMCParamBlock question;
     question.command = static_cast<std::uint8_t>(SMCCommand::readKeyInfo);
     question.key = packedSMCKey("TC0P");

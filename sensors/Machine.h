@@ -1,0 +1,19 @@
+#pragma once
+
+#include "base/Clock.h"
+#include "sensors/SensorSource.h"
+#include "sensors/SystemInformation.h"
+
+#include <memory>
+
+namespace kelvinbar {
+
+/// A machine to read: one platform's, a recorded one, or a test's. A value that is handed on; whoever builds
+/// it decides what is read, and nothing about it is process-wide. No member is null.
+struct Machine {
+    std::shared_ptr<SensorSource> source;
+    std::shared_ptr<const SystemInformation> system;
+    std::shared_ptr<const MonotonicClock> clock;
+};
+
+} // namespace kelvinbar

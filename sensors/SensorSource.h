@@ -1,0 +1,46 @@
+#pragma once
+
+#include "catalogue/KeySet.h"
+#include "sensors/RawReading.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+/// Whether a source can be read at the moment.
+struct SourceStatus {
+    bool isAvailable = false;
+    std::string message; ///< for people
+
+    friend bool operator==(const SourceStatus&, const SourceStatus&) = default;
+};
+
+/// Port: something that sensor values come from, such as a controller, the kernel or a recorded snapshot.
+///
+/// The store asks in this order: `status`, now and then `discoverKeys`, then `readCandidateKeys`. All
+/// functions block until the hardware has answered. They may be called from any thread, also from two
+/// threads at once; a source brings its own lock. Nothing throws: what cannot be read is left out.
+class SensorSource {
+  public:
+    virtual ~SensorSource() = default;
+
+    /// Opens the source if it is closed, and returns whether that worked. A failure is not remembered.
+    virtual SourceStatus status() = 0;
+
+    /// The keys that can be read now, each once. `listedBefore` are the keys of the sources that precede this
+    /// one in a chain; a source may leave out what those already measure.
+    virtual std::vector<std::string> discoverKeys(const KeySet& listedBefore) = 0;
+
+    /// The readings of `keys`, in their order. Unknown, repeated and unreadable keys are left out.
+    virtual std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) = 0;
+
+    /// Fan speeds that drivers publish in the I/O registry rather than under a key. Most sources have none.
+    virtual std::vector<RawReading> readSMCSuperIOFans() = 0;
+
+    /// Releases what `status` opened. A later `status` opens it again.
+    virtual void close() = 0;
+};
+
+} // namespace kelvinbar

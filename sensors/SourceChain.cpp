@@ -1,0 +1,73 @@
+#include "sensors/SourceChain.h"
+
+#include <iterator>
+#include <utility>
+
+namespace kelvinbar {
+
+SourceChain::SourceChain(std::vector<std::shared_ptr<SensorSource>> sources)
+    : sources_(std::move(sources)), owners_(std::make_shared<const Owners>()) {}
+
+SourceStatus SourceChain::status() {
+    SourceStatus result;
+    for (const auto& source : sources_) {
+        SourceStatus status = source->status();
+        if (!result.isAvailable && (status.isAvailable || result.message.empty())) result = std::move(status);
+    }
+    return result;
+}
+
+std::vector<std::string> SourceChain::discoverKeys(const KeySet& listedBefore) {
+    auto owners = std::make_shared<Owners>();
+    KeySet listed = listedBefore;
+    std::vector<std::string> keys;
+    for (std::size_t place = 0; place < sources_.size(); ++place) {
+        for (std::string& key : sources_[place]->discoverKeys(listed)) {
+            if (owners->try_emplace(key, place).second) keys.push_back(std::move(key));
+        }
+        listed.insert(keys.begin(), keys.end());
+    }
+    const std::lock_guard lock(mutex_);
+    owners_ = std::move(owners);
+    return keys;
+}
+
+std::vector<RawReading> SourceChain::readCandidateKeys(std::span<const std::string> keys) {
+    const auto known = owners();
+    std::vector<std::vector<std::string>> keysOfSource(sources_.size());
+    for (const std::string& key : keys) {
+        const auto owner = known->find(key);
+        for (std::size_t place = 0; place < sources_.size(); ++place) {
+            if (owner == known->end() || owner->second == place) keysOfSource[place].push_back(key);
+        }
+    }
+    std::vector<RawReading> readings;
+    for (std::size_t place = 0; place < sources_.size(); ++place) {
+        auto read = sources_[place]->readCandidateKeys(keysOfSource[place]);
+        if (readings.empty()) {
+            readings = std::move(read);
+        } else {
+            std::ranges::move(read, std::back_inserter(readings));
+        }
+    }
+    return readings;
+}
+
+std::vector<RawReading> SourceChain::readSMCSuperIOFans() {
+    std::vector<RawReading> fans;
+    for (const auto& source : sources_) {
+        std::ranges::move(source->readSMCSuperIOFans(), std::back_inserter(fans));
+    }
+    return fans;
+}
+
+void SourceChain::close() {
+    for (const auto& source : sources_) source->close();
+}
+
+std::shared_ptr<const SourceChain::Owners> SourceChain::owners() const {
+    const std::lock_guard lock(mutex_);
+    return owners_;
+}
+
+} // namespace kelvinbar
