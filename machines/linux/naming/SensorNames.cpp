@@ -5,6 +5,7 @@
 #include "machines/linux/naming/NameText.h"
 #include "machines/linux/naming/SensorMeaning.h"
 #include "machines/linux/naming/SensorWords.h"
+#include "machines/linux/naming/TextPattern.h"
 
 #include <algorithm>
 #include <charconv>
@@ -84,6 +85,9 @@ bool isSupply(const SensorChip& chip) {
     return contains(chip.name, ":") && chip.name == std::string(chip.stableName).append(chip.sensorsName);
 }
 
+/// The name of the hwmon chip that the kernel makes for a supply.
+std::string hwmonNameOf(const SensorChip& supply) { return replacedAll(supply.sensorsName, "-", "_"); }
+
 bool hasKind(const SensorChip& chip, SensorKind kind) {
     return std::ranges::find(chip.channels, kind, &SensorChannel::kind) != chip.channels.end();
 }
@@ -92,7 +96,7 @@ bool hasKind(const SensorChip& chip, SensorKind kind) {
 /// tools know them by their keys.
 bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
     if (!isSupply(supply)) return false;
-    const std::string name = replacedAll(supply.sensorsName, "-", "_");
+    const std::string name = hwmonNameOf(supply);
     return std::ranges::any_of(
         chips, [&](const SensorChip& chip) { return chip.name == name && hasKind(chip, kind); });
 }
@@ -107,9 +111,28 @@ std::string contentOf(const SensorChip& chip) {
     return content;
 }
 
+/// The part of a path up to the next slash, which the path loses.
+std::string_view takeFolder(std::string_view& path) {
+    const std::string_view folder = path.substr(0, path.find('/'));
+    path.remove_prefix(std::min(folder.size() + 1, path.size()));
+    return folder;
+}
+
+/// Folder by folder. Addresses ("0000:0a:00.0") are hexadecimal numbers of one width and compare as text;
+/// other names have decimal numbers.
+bool isEarlierPath(std::string_view left, std::string_view right) {
+    while (!left.empty() && !right.empty()) {
+        const std::string_view mine = takeFolder(left);
+        const std::string_view other = takeFolder(right);
+        if (mine == other) continue;
+        return contains(mine, ":") && contains(other, ":") ? mine < other : comesBeforeNaturally(mine, other);
+    }
+    return left.empty() && !right.empty();
+}
+
 bool isEarlier(const SensorChip& left, const SensorChip& right) {
-    if (comesBeforeNaturally(left.device, right.device)) return true;
-    if (comesBeforeNaturally(right.device, left.device)) return false;
+    if (isEarlierPath(left.device, right.device)) return true;
+    if (isEarlierPath(right.device, left.device)) return false;
     const auto identity = [](const SensorChip& chip) {
         return std::tuple(chip.device, chip.sensorsName, contentOf(chip), chip.folder);
     };
@@ -179,23 +202,63 @@ std::string detailOf(const NamedDevice& device) {
     }
 }
 
-bool hasOwnNumber(const NamedDevice& device) {
-    const TellApart way = tellApartOf(device);
-    return way == TellApart::bySocket || (way == TellApart::bySlot && slotOf(*device.chip));
+/// The socket or slot that the device tells of itself.
+std::optional<int> ownPlace(const NamedDevice& device) {
+    switch (tellApartOf(device)) {
+    case TellApart::bySocket:
+        return device.chip->place;
+    case TellApart::bySlot:
+        return slotOf(*device.chip);
+    default:
+        return std::nullopt;
+    }
 }
 
-void countDevices(std::vector<NamedDevice>& devices) {
-    std::map<std::string, int> families;
-    for (const NamedDevice& device : devices) ++families[device.words];
-    std::map<std::pair<std::string, std::string>, int> counts;
-    for (NamedDevice& device : devices) {
-        if (families[device.words] > 1) device.detail = detailOf(device);
-        if (hasOwnNumber(device)) {
-            device.number = slotOf(*device.chip).value_or(0) + 1;
-        } else {
-            device.number = ++counts[{std::string(device.row == nullptr ? device.type : device.row->chips),
-                                      device.detail}];
+/// Numbers the devices of each family. A supply and the hwmon chip that the kernel makes for it are one.
+class DeviceCounter {
+  public:
+    explicit DeviceCounter(const std::vector<NamedDevice>& devices) {
+        for (const NamedDevice& device : devices) {
+            if (isSupply(*device.chip)) supplies_.insert(hwmonNameOf(*device.chip));
         }
+        for (const NamedDevice& device : devices) families_[familyOf(device)].insert(identityOf(device));
+    }
+
+    [[nodiscard]] bool isAlone(const NamedDevice& device) const {
+        return families_.at(familyOf(device)).size() == 1;
+    }
+
+    /// Counted from 1 among those with the same detail, in the order of the calls.
+    int numberOf(const NamedDevice& device) {
+        auto& seen = seen_[{familyOf(device), device.detail}];
+        const std::string identity = identityOf(device);
+        const auto place = std::ranges::find(seen, identity);
+        const auto number = static_cast<int>(place - seen.begin()) + 1;
+        if (place == seen.end()) seen.push_back(identity);
+        return number;
+    }
+
+  private:
+    static std::string familyOf(const NamedDevice& device) {
+        return device.row == nullptr ? device.type : std::string(device.row->chips);
+    }
+
+    [[nodiscard]] std::string identityOf(const NamedDevice& device) const {
+        if (isSupply(*device.chip)) return hwmonNameOf(*device.chip);
+        return supplies_.contains(device.type) ? device.type : device.keyStart;
+    }
+
+    std::set<std::string> supplies_;
+    std::map<std::string, std::set<std::string>> families_;
+    std::map<std::pair<std::string, std::string>, std::vector<std::string>> seen_;
+};
+
+void countDevices(std::vector<NamedDevice>& devices) {
+    DeviceCounter counter(devices);
+    for (NamedDevice& device : devices) {
+        if (!counter.isAlone(device)) device.detail = detailOf(device);
+        const std::optional<int> place = ownPlace(device);
+        device.number = place ? *place + 1 : counter.numberOf(device);
         device.isNumberShown = device.number > 1 || tellApartOf(device) == TellApart::bySlot;
     }
 }
@@ -219,8 +282,8 @@ std::vector<NamedDevice> devicesIn(const std::vector<SensorChip>& chips) {
                              [](const auto* left, const auto* right) { return isEarlier(*left, *right); });
     std::vector<NamedDevice> devices;
     for (const SensorChip* const chip : order) devices.push_back(deviceOf(*chip));
-    countDevices(devices);
     countKeys(devices);
+    countDevices(devices);
     return devices;
 }
 
@@ -253,11 +316,12 @@ std::string rowText(const LabelRow& row, const NamedDevice& device, const Sensor
 LabelWords labelWords(const NamedDevice& device, const SensorChannel& channel) {
     const std::string ownLabel = channel.isLabelled ? cleanedText(channel.label) : std::string();
     const std::string label = ownLabel.empty() ? featureOf(channel) : ownLabel;
+    const bool isWhole = !ownLabel.empty() && device.row != nullptr && device.row->hasWholeLabels;
     if (const LabelRow* const row = labelRowOf(device.family, channel.kind, label)) {
-        return {rowText(*row, device, channel, label), row->isWhole};
+        return {rowText(*row, device, channel, label), isWhole || row->isWhole};
     }
     if (ownLabel.empty()) return {numbered(kindWords(channel.kind), device, channel), false};
-    return {label, device.row != nullptr && device.row->hasWholeLabels};
+    return {label, isWhole};
 }
 
 /// Device, detail and label with what is too long made shorter: the detail first, then the device goes.
@@ -361,10 +425,16 @@ SensorName readingOf(const NamedDevice& device, const SensorChannel& channel) {
     return reading;
 }
 
+std::string supplyType(const SensorChip& supply) {
+    std::string type = supply.name.substr(0, supply.name.find(':'));
+    const bool isUsb = type == "charger" && fitsPattern("ucsi*|tcpm*|*usb*", supply.sensorsName);
+    return isUsb ? "usb" : type;
+}
+
 } // namespace
 
 std::string typeOf(const SensorChip& chip) {
-    if (isSupply(chip)) return chip.name.substr(0, chip.name.find(':'));
+    if (isSupply(chip)) return supplyType(chip);
     const std::string type = cleanedText(chip.name);
     return type.empty() ? "hwmon" : type;
 }

@@ -19,7 +19,8 @@ struct SensorName {
     std::string name; ///< "CPU Tctl"; unique among the chips, at most longestSensorName characters
     SMCCategory category = SMCCategory::unknown;
     std::string unit; ///< "°C", "V", …; empty for texts, counts and flags
-    std::string type; ///< the chip's name ("k10temp"); "battery", "charger" or "peripheral" for a supply
+    std::string
+        type; ///< the chip's name ("k10temp"); a supply is a "battery", "charger", "usb" or "peripheral"
 };
 
 /// Keys, names, categories and units of all channels, in the order of `chips` and their channels. A channel

@@ -33,7 +33,7 @@ constexpr std::string_view superIO = "nct6*|nct7*|it8*|f71*|f8*|w836*|w837*|w837
 constexpr std::string_view nuvotonSuperIO = "nct677*|nct679*|nct610*|w83627ehf|w83627dhg*|w83667hg*";
 constexpr std::string_view batteries = "battery|BAT?|CMB?|macsmc_battery|axp*battery|*_battery|*_fuel_gauge|"
                                        "bq27*|max170*|sbs_*";
-constexpr std::string_view supplies = "battery|peripheral|charger";
+constexpr std::string_view supplies = "battery|peripheral|charger|usb";
 constexpr std::string_view thermometers =
     "lm75*|tmp*|adt7*|ds16*|ds620|max66*|lm7?|mcp98*|stts751|w1_slave_temp";
 constexpr std::string_view climateSensors = "sht*|hih6130|aht??|htu*|chipcap2|hs3001|si70*|bme*|dht*";
@@ -61,14 +61,12 @@ constexpr std::array devices{
 
     // Apple's controller
     DeviceRow{"macsmc_hwmon", "Mainboard", Category::thermal, byNumber, wholeLabels},
-    DeviceRow{"macsmc_ac", "Charger", Category::battery},
 
     // Batteries and chargers
     DeviceRow{"hid*battery*|peripheral", "Device Battery", Category::battery},
     DeviceRow{batteries, "Battery", Category::battery},
-    DeviceRow{"charger", "Charger", Category::battery},
-    DeviceRow{"AC|AC?|ACAD|ADP?", "Charger", Category::battery},
-    DeviceRow{"ucsi*|tcpm*|cros_usbpd_charger*", "USB-C", Category::power},
+    DeviceRow{"charger|AC|AC?|ACAD|ADP?|macsmc_ac", "Charger", Category::battery},
+    DeviceRow{"usb|ucsi*|tcpm*|cros_usbpd_charger*", "USB-C", Category::power},
 
     // Networks
     DeviceRow{wirelessCards, "Wi-Fi", Category::thermal, byInterface},
@@ -159,8 +157,8 @@ constexpr std::array labels{
     LabelRow{graphics, energy, "pkg", "Package Power"},
     LabelRow{graphics, power, "pkg", "Package Power"},
     LabelRow{graphics, fan, "pkg", "Fan"},
-    LabelRow{graphics, frequency, "sclk", "Clock"},
-    LabelRow{graphics, frequency, "mclk", "Memory Clock"},
+    LabelRow{any, frequency, "sclk", "Clock"},
+    LabelRow{any, frequency, "mclk", "Memory Clock"},
 
     // Devices with one sensor
     LabelRow{memoryModules, temperature, "temp1", ""},
@@ -269,13 +267,12 @@ std::string_view kindWords(SensorKind kind) {
     case energy:
         return "Power";
     case fan:
+    case percent:
         return "Fan";
     case frequency:
         return "Clock";
     case humidity:
         return "Humidity";
-    case percent:
-        return "Fan Output";
     default:
         return "Value";
     }
