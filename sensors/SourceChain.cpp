@@ -33,6 +33,18 @@ std::vector<std::string> SourceChain::discoverKeys(const KeySet& listedBefore) {
     return keys;
 }
 
+KeyHistory SourceChain::keyHistory(bool withFormerKeys) {
+    KeyHistory history;
+    for (const auto& source : sources_) {
+        KeyHistory next = source->keyHistory(withFormerKeys);
+        history.places.merge(next.places);
+        if (!next.formerKeys) continue;
+        if (!history.formerKeys) history.formerKeys.emplace();
+        history.formerKeys->merge(*next.formerKeys);
+    }
+    return history;
+}
+
 /// The place of the source that listed every one of `keys`; nothing when there is no such source.
 std::optional<std::size_t> SourceChain::commonOwner(const Owners& owners, std::span<const std::string> keys) {
     std::optional<std::size_t> common;
