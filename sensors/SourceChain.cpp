@@ -1,5 +1,6 @@
 #include "sensors/SourceChain.h"
 
+#include <algorithm>
 #include <iterator>
 #include <optional>
 #include <utility>
