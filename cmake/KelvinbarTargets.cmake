@@ -1,30 +1,84 @@
-# What every target of the project is built with, stated once.
+# The kinds of targets of the project, and the options that all of them are built with.
 
 find_package(Threads REQUIRED)
 
-function(kelvinbar_configure_target target)
-  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_compile_options(${target} PRIVATE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-    -Woverloaded-virtual -Werror)
-  if(APPLE)
-    target_compile_options(${target} PRIVATE
-      -Wunguarded-availability $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc -Wundeclared-selector>)
-  endif()
-  if(KELVINBAR_SANITIZE)
-    target_compile_options(${target} PRIVATE
-      "-fsanitize=${KELVINBAR_SANITIZE}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
-    target_link_options(${target} PRIVATE "-fsanitize=${KELVINBAR_SANITIZE}")
-  endif()
-endfunction()
+add_library(kelvinbar_options INTERFACE)
+target_include_directories(kelvinbar_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(kelvinbar_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${KELVINBAR_WARNINGS_AS_ERRORS}>:-Werror>)
+if(APPLE)
+  target_compile_options(kelvinbar_options INTERFACE
+    -Wunguarded-availability $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc -Wundeclared-selector>)
+endif()
+if(KELVINBAR_SANITIZE)
+  target_compile_options(kelvinbar_options INTERFACE
+    "-fsanitize=${KELVINBAR_SANITIZE}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(kelvinbar_options INTERFACE "-fsanitize=${KELVINBAR_SANITIZE}")
+endif()
 
 # A folder of the repository as a static library named after it.
 function(kelvinbar_add_library name)
   add_library(${name} STATIC ${ARGN})
-  kelvinbar_configure_target(${name})
+  target_link_libraries(${name} PRIVATE kelvinbar_options)
 endfunction()
 
 function(kelvinbar_add_program name)
   add_executable(${name} ${ARGN})
-  kelvinbar_configure_target(${name})
+  target_link_libraries(${name} PRIVATE kelvinbar_options)
+endfunction()
+
+# The core. Where the program loads parts of itself when they are needed, both take the core from one shared library.
+# Only the core exports its names: a type of a module and a type of the program stay apart, whatever they are called.
+set(kelvinbar_core_kind STATIC)
+if(KELVINBAR_HAS_MODULES)
+  set(kelvinbar_core_kind SHARED)
+endif()
+add_library(kelvinbar_core ${kelvinbar_core_kind})
+set_target_properties(kelvinbar_core PROPERTIES LINKER_LANGUAGE CXX)
+target_link_libraries(kelvinbar_core PRIVATE kelvinbar_options PUBLIC Threads::Threads)
+
+set(KELVINBAR_MODULE_DIR "${CMAKE_INSTALL_LIBDIR}/kelvinbar")
+file(RELATIVE_PATH KELVINBAR_MODULE_DIR_FROM_PROGRAM
+  "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}/kelvinbar")
+
+# kelvinbar_place_beside_modules(<target>): into the folder of the modules, in which they find each other. The linker
+# fails on a symbol that the target neither has nor finds in a library that it names.
+function(kelvinbar_place_beside_modules target)
+  set_target_properties(${target} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/kelvinbar"
+    INSTALL_RPATH "$ORIGIN")
+  if(NOT KELVINBAR_SANITIZE) # whose functions are in the program
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
+  install(TARGETS ${target} LIBRARY DESTINATION "${KELVINBAR_MODULE_DIR}")
+endfunction()
+
+# A part of the program that is loaded when it is first needed.
+function(kelvinbar_add_module name)
+  add_library(${name} MODULE ${ARGN})
+  target_link_libraries(${name} PRIVATE kelvinbar_options)
+  kelvinbar_place_beside_modules(${name})
+endfunction()
+
+if(KELVINBAR_HAS_MODULES)
+  set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+  set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+  set(CMAKE_INSTALL_RPATH "$ORIGIN/${KELVINBAR_MODULE_DIR_FROM_PROGRAM}")
+  set_target_properties(kelvinbar_core PROPERTIES OUTPUT_NAME kelvinbar-core)
+  # Nothing replaces a function of the core, so it calls its own directly.
+  target_link_options(kelvinbar_core PRIVATE -Wl,-Bsymbolic-functions)
+  kelvinbar_place_beside_modules(kelvinbar_core)
+endif()
+
+# A folder of the core: objects for kelvinbar_core, which is what others link.
+function(kelvinbar_add_core_folder folder)
+  set(objects kelvinbar_${folder}_objects)
+  add_library(${objects} OBJECT ${ARGN})
+  target_link_libraries(${objects} PRIVATE kelvinbar_options Threads::Threads)
+  if(KELVINBAR_HAS_MODULES)
+    set_target_properties(${objects} PROPERTIES CXX_VISIBILITY_PRESET default)
+    target_compile_options(${objects} PRIVATE -fno-semantic-interposition)
+  endif()
+  target_sources(kelvinbar_core PRIVATE $<TARGET_OBJECTS:${objects}>)
 endfunction()

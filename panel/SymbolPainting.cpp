@@ -2,6 +2,7 @@
 
 #include "panel/SymbolShapes.h"
 #include "panel/SystemMasks.h"
+#include "resources/SymbolDrawing.h"
 
 #include <QImage>
 #include <QPainter>

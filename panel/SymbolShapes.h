@@ -5,9 +5,6 @@
 
 namespace kelvinbar {
 
-/// The side of the square that every symbol is drawn in.
-inline constexpr double symbolSide = 24;
-
 /// The outline of a symbol, filled where it winds. Empty for a name that the set does not have.
 QPainterPath symbolShape(const QString& name);
 

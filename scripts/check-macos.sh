@@ -52,7 +52,7 @@ build() {
   cmake -S . -B "$work/$architecture/build" -G Ninja --toolchain "$PWD/scripts/macos/toolchain.cmake" \
     -D CMAKE_OSX_ARCHITECTURES="$architecture" -D KELVINBAR_COMPILERS="$work/$architecture/compilers" \
     -D CMAKE_FIND_ROOT_PATH="$work/libraries" -D CMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -D BUILD_TESTING=OFF \
-    -D CMAKE_UNITY_BUILD=ON >"$work/$architecture/configure.log" || { cat "$work/$architecture/configure.log"; return 1; }
+    -D KELVINBAR_WARNINGS_AS_ERRORS=ON -D CMAKE_UNITY_BUILD=ON >"$work/$architecture/configure.log" || { cat "$work/$architecture/configure.log"; return 1; }
   cmake --build "$work/$architecture/build" --target kelvinbar-snapshot kelvinbar_cocoa_complete
 }
 

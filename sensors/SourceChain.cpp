@@ -34,20 +34,19 @@ std::vector<std::string> SourceChain::discoverKeys(const KeySet& listedBefore) {
 
 std::vector<RawReading> SourceChain::readCandidateKeys(std::span<const std::string> keys) {
     const auto known = owners();
-    std::vector<std::vector<std::string>> keysOfSource(sources_.size());
-    for (const std::string& key : keys) {
-        const auto owner = known->find(key);
-        for (std::size_t place = 0; place < sources_.size(); ++place) {
-            if (owner == known->end() || owner->second == place) keysOfSource[place].push_back(key);
-        }
-    }
     std::vector<RawReading> readings;
+    readings.reserve(keys.size());
+    KeySet readWithoutOwner;
     for (std::size_t place = 0; place < sources_.size(); ++place) {
-        auto read = sources_[place]->readCandidateKeys(keysOfSource[place]);
-        if (readings.empty()) {
-            readings = std::move(read);
-        } else {
-            std::ranges::move(read, std::back_inserter(readings));
+        std::vector<std::string> wanted;
+        for (const std::string& key : keys) {
+            const auto owner = known->find(key);
+            const bool hasOwner = owner != known->end();
+            if (hasOwner ? owner->second == place : !readWithoutOwner.contains(key)) wanted.push_back(key);
+        }
+        for (RawReading& reading : sources_[place]->readCandidateKeys(wanted)) {
+            if (!known->contains(reading.key)) readWithoutOwner.insert(reading.key);
+            readings.push_back(std::move(reading));
         }
     }
     return readings;

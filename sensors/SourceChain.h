@@ -18,7 +18,8 @@ class SourceChain final : public SensorSource {
     SourceStatus status() override;
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
 
-    /// Reads a key from the source that listed it. A key that no source has listed is asked of all of them.
+    /// Reads a key from the source that listed it, and a key that none has listed from the first source that
+    /// can read it. The readings come source by source.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
     std::vector<RawReading> readSMCSuperIOFans() override;
     void close() override;

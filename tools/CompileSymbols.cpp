@@ -3,7 +3,7 @@
 //
 // usage: kelvinbar-compile-symbols FOLDER FILE.svg …
 
-#include "panel/SymbolShapes.h"
+#include "resources/SymbolDrawing.h"
 
 #include <QDataStream>
 #include <QFile>

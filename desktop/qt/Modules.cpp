@@ -10,8 +10,8 @@ namespace kelvinbar {
 
 namespace {
 
-/// From the folder of the program. The application object, which knows it, may not be there yet.
-constexpr std::array moduleFolders{KELVINBAR_MODULE_FOLDER, "../panel", "../platform/linux/xembed"};
+/// Where an installed program and one in its build folder have them, seen from the program's folder. The application object, which knows it, may not be there yet.
+constexpr std::array moduleFolders{KELVINBAR_MODULE_FOLDER, "../lib/kelvinbar"};
 
 QDir programFolder() { return QFileInfo(QFileInfo("/proc/self/exe").symLinkTarget()).dir(); }
 

@@ -3,60 +3,64 @@
 #include "sensors/SensorSource.h"
 
 #include <algorithm>
-#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace kelvinbar::fakes {
 
-/// A source that a test scripts. It counts what it is asked and whether it is open.
+/// A source that answers from a list of readings and logs what it is asked.
 class FakeSensorSource final : public SensorSource {
   public:
-    bool isAvailable = true;
-    std::string message = "Sensors connected";
-    std::vector<RawReading> readings; ///< listed in this order, and read by their keys
+    SourceStatus state{.isAvailable = true, .message = "connected"};
+    std::vector<RawReading> readings;
     std::vector<RawReading> fans;
+    std::vector<std::string> unlistedKeys; ///< can be read, but are not discovered
 
-    int openCount = 0;
+    std::vector<KeySet> listedBefore; ///< of each discovery
+    std::vector<std::vector<std::string>> requests;
+    int statusCount = 0;
     int closeCount = 0;
-    int discoveryCount = 0;
-    int fanReadCount = 0;
-    std::vector<std::vector<std::string>> readKeys; ///< the keys of each read
 
-    SourceStatus status() override {
-        if (isAvailable && !std::exchange(isOpen_, true)) ++openCount;
-        return {.isAvailable = isAvailable, .message = message};
+    /// Adds a reading of `key` whose value is `value`.
+    FakeSensorSource& add(std::string key, std::string value) {
+        RawReading reading;
+        reading.key = std::move(key);
+        reading.value = std::move(value);
+        readings.push_back(std::move(reading));
+        return *this;
     }
 
-    std::vector<std::string> discoverKeys(const KeySet& /*listedBefore*/) override {
-        ++discoveryCount;
+    SourceStatus status() override {
+        ++statusCount;
+        return state;
+    }
+
+    std::vector<std::string> discoverKeys(const KeySet& before) override {
+        listedBefore.push_back(before);
         std::vector<std::string> keys;
-        for (const RawReading& reading : readings) keys.push_back(reading.key);
+        for (const RawReading& reading : readings) {
+            if (std::ranges::find(unlistedKeys, reading.key) == unlistedKeys.end()) {
+                keys.push_back(reading.key);
+            }
+        }
         return keys;
     }
 
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override {
-        readKeys.emplace_back(keys.begin(), keys.end());
-        std::vector<RawReading> read;
+        requests.emplace_back(keys.begin(), keys.end());
+        std::vector<RawReading> found;
         for (const std::string& key : keys) {
-            const auto found = std::ranges::find(readings, key, &RawReading::key);
-            if (found != readings.end()) read.push_back(*found);
+            const auto reading = std::ranges::find(readings, key, &RawReading::key);
+            if (reading != readings.end()) found.push_back(*reading);
         }
-        return read;
+        return found;
     }
 
-    std::vector<RawReading> readSMCSuperIOFans() override {
-        ++fanReadCount;
-        return fans;
-    }
+    std::vector<RawReading> readSMCSuperIOFans() override { return fans; }
 
-    void close() override {
-        if (std::exchange(isOpen_, false)) ++closeCount;
-    }
-
-  private:
-    bool isOpen_ = false;
+    void close() override { ++closeCount; }
 };
 
 } // namespace kelvinbar::fakes

@@ -282,9 +282,9 @@ TEST_F(StoreSelfNamedKeys, AreUnpinnedAndShownAgainWhenTheyAreGone) {
 TEST_F(StoreSelfNamedKeys, APinnedOneAloneIsReadForTheMenuBar) {
     store->setMenuBarKeys({processor});
     source->readings = {temperature(processor, "Tctl", 60), temperature(drive, "Composite", 70)};
-    source->readKeys.clear();
+    source->requests.clear();
     refreshMenuBarOnly();
-    EXPECT_EQ(source->readKeys, std::vector<Keys>{Keys{processor}});
+    EXPECT_EQ(source->requests, std::vector<Keys>{Keys{processor}});
     EXPECT_EQ(readingsText(store->readings().value()), "k10temp-pci-00c3/temp1=60 nvme-pci-0100/temp1=41");
 }
 

@@ -490,7 +490,7 @@ TEST_F(LoadPassSelfNamed, TheirKeysNeedNoDefinitionToBeRead) {
     source->readings = {processor(), battery(), controllerResult("ZZZZ")};
     const SMCLoadResult result = discover();
     EXPECT_EQ(result.discoveredKeys, (KeySet{"BAT0-acpi-0/in0", "k10temp-pci-00c3/temp1"}));
-    EXPECT_EQ(source->readKeys, std::vector<Keys>{(Keys{"BAT0-acpi-0/in0", "k10temp-pci-00c3/temp1"})});
+    EXPECT_EQ(source->requests, std::vector<Keys>{(Keys{"BAT0-acpi-0/in0", "k10temp-pci-00c3/temp1"})});
 }
 
 TEST_F(LoadPassSelfNamed, ValuesAreNotScaled) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/naming/SensorRules.h"
-#include "machines/linux/sources/SensorChannel.h"
 
 #include <cstddef>
 #include <map>
