@@ -35,7 +35,7 @@ KeySet discoveredNamedKeys(SensorSource& source) {
 
 SMCLoadResult withoutSource(const Machine& machine, std::string message) {
     SMCLoadResult result;
-    result.readings = NativeMacSupport(*machine.system).readings();
+    if (machine.system != nullptr) result.readings = NativeMacSupport(*machine.system).readings();
     result.smcAvailable = !result.readings.empty();
     result.statusMessage =
         result.smcAvailable ? "AppleSMC unavailable; showing native macOS telemetry" : std::move(message);
