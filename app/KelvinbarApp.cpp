@@ -1,6 +1,7 @@
 #include "app/KelvinbarApp.h"
 
 #include "app/LazyPanel.h"
+#include "app/ProgramOptions.h"
 #include "base/WorkerQueue.h"
 #include "desktop/Desktop.h"
 #include "desktop/qt/QtMainQueue.h"
@@ -11,7 +12,6 @@
 #include "store/MenuBarText.h"
 
 #include <QGuiApplication>
-#include <iostream>
 #include <vector>
 
 namespace kelvinbar {
@@ -20,8 +20,6 @@ namespace {
 
 /// A full refresh and one of the pinned readings may run at once.
 constexpr std::size_t backgroundThreads = 2;
-
-void report(const std::string& message) { std::cerr << "kelvinbar: " + message + "\n"; }
 
 std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
     std::vector<PinnedReading> pinned;
@@ -36,8 +34,9 @@ std::vector<std::string> startCommand() { return {QCoreApplication::applicationF
 
 /// The parts that live as long as the program, in the order in which they need each other.
 struct Parts {
-    Parts(Desktop& desktopOfUser, const Machine& machine)
-        : desktop(desktopOfUser)
+    Parts(Desktop& desktopOfUser, const Machine& machine, Log& ownLog)
+        : log(ownLog)
+        , desktop(desktopOfUser)
         , appDelegate({.application = desktop.application(),
                        .statusBar = desktop.statusBar(),
                        .popover = popover,
@@ -53,6 +52,7 @@ struct Parts {
                        .backgroundQueue = backgroundQueue,
                        .wallClock = wallClock}) {}
 
+    Log& log;
     Desktop& desktop;
     NotificationCenter notifications;
     QtMainQueue mainQueue;
@@ -64,21 +64,31 @@ struct Parts {
     LazyPanelFactory panels{{.loginItem = loginItem,
                              .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
-                             .systemSymbols = desktop.systemSymbols()}};
-    QtPopover popover{desktop.popoverInput()};
+                             .systemSymbols = desktop.systemSymbols()},
+                            log};
+    QtPopover popover{desktop.popoverInput(), log};
     AppDelegate appDelegate;
 };
 
 } // namespace
 
-int KelvinbarApp::run(int& argc, char** argv, const Machine& machine, const std::string& name) {
-    const auto application = makeApplication(argc, argv);
+int KelvinbarApp::run(int& argc, char** argv, const MachineMaker& makeMachine, const std::string& name) {
+    const ProgramOptions options = programOptions(argc, argv);
+    if (const auto status = answeredOptions(options, name)) return *status;
+    StandardErrorSink standardError;
+    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    const auto application = makeApplication(argc, argv, log);
+    if (const auto status = refusedArguments(programOptions(argc, argv), name)) return *status;
     QGuiApplication::setApplicationName(QString::fromStdString(name));
     QGuiApplication::setDesktopFileName("org.kelvinbar.Kelvinbar");
-    const auto desktop = makeDesktop(name, startCommand(), report);
-    if (desktop->handOverToRunningInstance()) return 0;
+    const auto desktop = makeDesktop(name, startCommand(), log);
+    if (desktop->handOverToRunningInstance()) {
+        log.write(LogCategory::panel, LogLevel::info, "another instance runs and opens its panel");
+        return 0;
+    }
 
-    Parts parts(*desktop, machine);
+    const Machine machine = makeMachine(log);
+    Parts parts(*desktop, machine, log);
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },
                           .openPanel = [&delegate] { delegate.openPopover(); },

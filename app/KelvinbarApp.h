@@ -1,8 +1,9 @@
 #pragma once
 
+#include "base/Log.h"
 #include "sensors/Machine.h"
 
-#include <memory>
+#include <functional>
 #include <string>
 
 namespace kelvinbar {
@@ -10,9 +11,13 @@ namespace kelvinbar {
 /// The program: everything it is made of, put together. It has no window of its own but the panel.
 class KelvinbarApp {
   public:
-    /// Runs the program over `machine` until it is told to end, or hands over to the instance that runs
-    /// already. The exit status. `name` is the program's, as its files and messages have it.
-    static int run(int& argc, char** argv, const Machine& machine, const std::string& name);
+    /// Makes the machine, whose sources may keep the log.
+    using MachineMaker = std::function<Machine(Log&)>;
+
+    /// Runs the program over a machine until it is told to end, answers an option such as --help, or hands
+    /// over to the instance that runs already. The exit status. `name` is the program's, as its files have
+    /// it.
+    static int run(int& argc, char** argv, const MachineMaker& makeMachine, const std::string& name);
 };
 
 } // namespace kelvinbar

@@ -10,8 +10,8 @@ namespace {
 
 class LazyPanel final : public QtPopoverContent {
   public:
-    LazyPanel(KelvinbarStore& store, PanelHandlers handlers)
-        : store_(store), handlers_(std::move(handlers)) {}
+    LazyPanel(KelvinbarStore& store, PanelHandlers handlers, Log& log)
+        : store_(store), handlers_(std::move(handlers)), log_(log) {}
 
     void setViewSize(Size /*size*/) override {} // the view follows its window
 
@@ -22,7 +22,7 @@ class LazyPanel final : public QtPopoverContent {
     [[nodiscard]] QWindow* window() const override { return panel_ == nullptr ? nullptr : &panel_->window(); }
 
     QWindow* ensureWindow() override {
-        if (panel_ == nullptr) panel_ = makeLoadedPanel(store_, handlers_);
+        if (panel_ == nullptr) panel_ = makeLoadedPanel(store_, handlers_, log_);
         return window();
     }
 
@@ -40,6 +40,7 @@ class LazyPanel final : public QtPopoverContent {
   private:
     KelvinbarStore& store_;
     PanelHandlers handlers_;
+    Log& log_;
     std::unique_ptr<PanelWindow> panel_;
 };
 
@@ -49,7 +50,7 @@ std::unique_ptr<PopoverContent> LazyPanelFactory::make(KelvinbarStore& store,
                                                        std::function<void()> closeAction) {
     PanelHandlers handlers = handlers_;
     handlers.close = std::move(closeAction);
-    return std::make_unique<LazyPanel>(store, std::move(handlers));
+    return std::make_unique<LazyPanel>(store, std::move(handlers), log_);
 }
 
 } // namespace kelvinbar

@@ -11,16 +11,16 @@ namespace {
 
 using MakePanel = PanelWindow* (*)(KelvinbarStore&, PanelHandlers);
 
-MakePanel panelModule() {
-    static const auto module =
-        reinterpret_cast<MakePanel>(moduleFunction("kelvinbar-panel", "kelvinbarMakePanel"));
+MakePanel panelModule(Log& log) {
+    static const auto module = reinterpret_cast<MakePanel>(
+        moduleFunction("kelvinbar-panel", "kelvinbarMakePanel", log, LogCategory::panel));
     return module;
 }
 
 } // namespace
 
-std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers) {
-    const MakePanel make = panelModule();
+std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers, Log& log) {
+    const MakePanel make = panelModule(log);
     return std::unique_ptr<PanelWindow>(make == nullptr ? nullptr : make(store, std::move(handlers)));
 }
 

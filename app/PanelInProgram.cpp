@@ -6,7 +6,7 @@
 
 namespace kelvinbar {
 
-std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers) {
+std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers, Log& /*log*/) {
     return makePanelWindow(store, std::move(handlers));
 }
 

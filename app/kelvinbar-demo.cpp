@@ -6,5 +6,7 @@
 
 int main(int argc, char** argv) {
     return kelvinbar::KelvinbarApp::run(
-        argc, argv, kelvinbar::makeDemoMachine(kelvinbar::makePlatform().clock), "kelvinbar-demo");
+        argc, argv,
+        [](kelvinbar::Log& log) { return kelvinbar::makeDemoMachine(kelvinbar::makePlatform(log).clock); },
+        "kelvinbar-demo");
 }

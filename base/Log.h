@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <concepts>
 #include <cstddef>
 #include <mutex>
 #include <set>
@@ -58,12 +57,15 @@ class Log {
         if (isOn(category, level)) writeLine(category, level, text);
     }
 
-    void write(LogCategory category, LogLevel level, const std::invocable auto& text) {
+    /// `text()` builds the text. It may log by itself.
+    template <typename Text>
+    void write(LogCategory category, LogLevel level, const Text& text) {
         if (isOn(category, level)) writeLine(category, level, text());
     }
 
-    /// Writes a text that has not been written by this function before.
-    void once(LogCategory category, LogLevel level, const std::invocable auto& text) {
+    /// Writes the text that `text()` builds, unless this function wrote the same text before.
+    template <typename Text>
+    void once(LogCategory category, LogLevel level, const Text& text) {
         if (isOn(category, level)) writeLineOnce(category, level, text());
     }
 

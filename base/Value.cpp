@@ -33,9 +33,4 @@ const Value* Dictionary::find(std::string_view key) const {
     return found == entries_.end() ? nullptr : &found->second;
 }
 
-std::string Dictionary::textOr(std::string_view key, std::string_view fallback) const {
-    const auto* text = find<std::string>(key);
-    return text == nullptr ? std::string(fallback) : *text;
-}
-
 } // namespace kelvinbar

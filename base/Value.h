@@ -26,8 +26,8 @@ std::optional<double> numberIn(const Value& value);
 
 /// A small map from text keys to values that keeps the order of insertion.
 ///
-/// Made for a dozen or so entries: look-up walks the entries. Looking an entry up by type gives nothing for
-/// an entry of another type, so a caller states its fallback once for "missing" and "mistyped" alike.
+/// Made for a dozen or so entries: look-up walks the entries. Looking an entry up by type returns null for an
+/// entry of another type, so callers treat "missing" and "mistyped" alike.
 class Dictionary {
   public:
     using Entry = std::pair<std::string, Value>;
@@ -55,13 +55,6 @@ class Dictionary {
         const Value* value = find(key);
         return value == nullptr ? nullptr : std::get_if<T>(value);
     }
-
-    /// The text under `key`, or `fallback` when the entry is missing or is no text.
-    [[nodiscard]] std::string textOr(std::string_view key, std::string_view fallback) const;
-
-    [[nodiscard]] bool empty() const { return entries_.empty(); }
-
-    [[nodiscard]] std::size_t size() const { return entries_.size(); }
 
     [[nodiscard]] auto begin() const { return entries_.begin(); }
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
+#include <cstddef>
 #include <iterator>
 #include <span>
 #include <string>
@@ -228,6 +230,21 @@ constexpr std::array namedVoltageKeys{
     NamedKey{"VC2C", "VCCSA Voltage"},      NamedKey{"VCFR", "FIVR CPU Supply Voltage"},
 };
 
+/// Keys that two groups name, in code-unit order. The repeats are intended, and the earlier name is the one
+/// to show: "TCAC" and "TCBC", for example, are cores 10 and 11.
+[[maybe_unused]] constexpr std::array<std::string_view, 6> repeatedKeys{
+    "B0AV", "B1AV", "IG0C", "TC0T", "TCAC", "TCBC",
+};
+
+/// The key of every row of `sorted` that has the key of the row before it.
+[[maybe_unused]] std::vector<std::string_view> keysOfRepeats(std::span<const SMCKeyDefinition> sorted) {
+    std::vector<std::string_view> keys;
+    for (std::size_t row = 1; row < sorted.size(); ++row) {
+        if (sorted[row].key == sorted[row - 1].key) keys.push_back(sorted[row].key);
+    }
+    return keys;
+}
+
 /// Collects rows in the order of the groups. A key that is not exactly four characters long is skipped: the
 /// generated groups count past the last index that a four-character key can hold.
 class TableBuilder {
@@ -249,9 +266,11 @@ class TableBuilder {
         for (const NamedKeyWithUnit& row : keys) add(row.key, row.name, category, row.unit);
     }
 
-    /// Sorted by key, the first row of each key kept.
+    /// Sorted by key, the first row of each key kept. A debug build stops here when any keys but
+    /// `repeatedKeys` repeat, because the later row would be dropped without anybody noticing.
     std::vector<SMCKeyDefinition> finish() && {
         std::ranges::stable_sort(rows_, {}, &SMCKeyDefinition::key);
+        assert(std::ranges::equal(keysOfRepeats(rows_), repeatedKeys));
         const auto sameKey = [](const auto& left, const auto& right) { return left.key == right.key; };
         rows_.erase(std::unique(rows_.begin(), rows_.end(), sameKey), rows_.end());
         return std::move(rows_);

@@ -68,12 +68,14 @@ std::optional<SMCReading> decodedReading(const Dictionary& record) {
     take("unit", reading.unit);
     take("raw", reading.raw);
     take("status", reading.status);
+    std::string title;
+    take("category", title);
 
     if (const Value* number = record.find("numericValue")) {
         reading.numericValue = numberIn(*number);
         complete = complete && reading.numericValue.has_value();
     }
-    const auto category = categoryFromRawValue(record.textOr("category", ""));
+    const auto category = categoryFromRawValue(title);
     if (!complete || !category) return std::nullopt;
     reading.category = *category;
     return reading;

@@ -13,6 +13,7 @@ class QGuiApplication;
 
 namespace kelvinbar {
 
+class Log;
 class PopoverInput;
 class UserDefaults;
 
@@ -51,12 +52,13 @@ class Desktop {
     [[nodiscard]] virtual SystemSymbols systemSymbols() const { return {}; }
 };
 
-/// The toolkit's application object, as the desktop needs it.
-std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv);
+/// The toolkit's application object, as the desktop needs it. Removes the toolkit's options from the
+/// arguments.
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log);
 
-/// The desktop that the program runs on. `name` is the program's; `command` starts it again; `report` hears
-/// of preferences that cannot be read or written.
+/// The desktop that the program runs on. `name` is the program's; `command` starts it again. The log outlives
+/// the desktop.
 std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
-                                     const std::function<void(const std::string&)>& report);
+                                     Log& log);
 
 } // namespace kelvinbar

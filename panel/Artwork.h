@@ -8,7 +8,7 @@
 namespace kelvinbar {
 
 /// A picture of the program's own in its own colours, square and without a frame.
-class Artwork : public PaintedItem {
+class Artwork : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)

@@ -11,7 +11,7 @@ namespace kelvinbar {
 
 /// A line of text whose digits are of one width in every font, so that a changing value stays where it is.
 /// What an item has no width for is elided at its end.
-class DigitsText : public PaintedItem {
+class DigitsText : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)

@@ -2,6 +2,7 @@
 
 #include <QQuickItem>
 #include <functional>
+#include <qqmlregistration.h>
 
 class QPainter;
 
@@ -10,6 +11,7 @@ namespace kelvinbar {
 /// An item that is drawn with a painter.
 class PaintedItem : public QQuickItem {
     Q_OBJECT
+    QML_ANONYMOUS
 
   public:
     explicit PaintedItem(QQuickItem* parent = nullptr);

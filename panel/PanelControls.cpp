@@ -9,11 +9,20 @@
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QUrl>
+#include <utility>
 
 namespace kelvinbar {
 
-PanelControls::PanelControls(KelvinbarStore& store, LoginItemManager& loginItem)
-    : store_(store), loginItem_(loginItem) {}
+PanelEnvironment PanelEnvironment::ofThisProgram() {
+    return {.author = KELVINBAR_AUTHOR,
+            .contact = KELVINBAR_CONTACT,
+            .donationPage = KELVINBAR_DONATION_PAGE,
+            .open = &QDesktopServices::openUrl,
+            .quit = &QGuiApplication::quit};
+}
+
+PanelControls::PanelControls(KelvinbarStore& store, LoginItemManager& loginItem, PanelEnvironment environment)
+    : store_(store), loginItem_(loginItem), environment_(std::move(environment)) {}
 
 bool PanelControls::isFast() const { return store_.samplingRate().value() == SMCSamplingRate::fast; }
 
@@ -27,15 +36,9 @@ QString PanelControls::dynamicToolTip() const {
     return qtText(displayModeToolTip(store_.displayMode().value()));
 }
 
-qlonglong PanelControls::manualHeight() const { return shownHeight(store_); }
+double PanelControls::manualHeight() const { return static_cast<double>(shownHeight(store_)); }
 
 QString PanelControls::loginToolTip() const { return qtText(loginItemToolTip(loginItem_.canRegister())); }
-
-QString PanelControls::author() { return KELVINBAR_AUTHOR; }
-
-QString PanelControls::contact() { return KELVINBAR_CONTACT; }
-
-QString PanelControls::donationPage() { return KELVINBAR_DONATION_PAGE; }
 
 void PanelControls::readLoginItem() { setRunAtLogin(loginItem_.isEnabled()); }
 
@@ -67,14 +70,14 @@ void PanelControls::copy() {
 
 void PanelControls::showAll() { store_.unhideAllReadings(); }
 
-void PanelControls::quit() { QGuiApplication::quit(); }
+void PanelControls::quit() { environment_.quit(); }
 
 void PanelControls::openDonationPage() { open(donationPage()); }
 
 void PanelControls::writeToAuthor() { open("mailto:" + contact()); }
 
 void PanelControls::open(const QString& address) {
-    QDesktopServices::openUrl(QUrl(address));
+    environment_.open(QUrl(address));
     emit linkOpened();
 }
 

@@ -2,6 +2,8 @@
 
 #include <QObject>
 #include <QString>
+#include <QUrl>
+#include <functional>
 #include <qqmlregistration.h>
 
 namespace kelvinbar {
@@ -9,16 +11,28 @@ namespace kelvinbar {
 class KelvinbarStore;
 class LoginItemManager;
 
+/// What the controls use besides the store: the values of the build, and the desktop.
+struct PanelEnvironment {
+    QString author;
+    QString contact;      ///< an e-mail address; empty for none
+    QString donationPage; ///< empty for none
+    std::function<void(const QUrl& address)> open;
+    std::function<void()> quit;
+
+    [[nodiscard]] static PanelEnvironment ofThisProgram();
+};
+
 /// The header's and footer's controls: what they show of the store and the login item, and what they do.
 /// Main thread.
 class PanelControls final : public QObject {
     Q_OBJECT
-    QML_ANONYMOUS
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(bool isFast READ isFast NOTIFY changed)
     Q_PROPERTY(QString fastToolTip READ fastToolTip CONSTANT)
     Q_PROPERTY(bool isDynamic READ isDynamic NOTIFY changed)
     Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY changed)
-    Q_PROPERTY(qlonglong manualHeight READ manualHeight NOTIFY changed)
+    Q_PROPERTY(double manualHeight READ manualHeight NOTIFY changed)
     Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
     Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
     Q_PROPERTY(QString author READ author CONSTANT)
@@ -26,23 +40,25 @@ class PanelControls final : public QObject {
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
 
   public:
-    /// Both outlive the object.
-    PanelControls(KelvinbarStore& store, LoginItemManager& loginItem);
+    /// The store and the login item outlive the object.
+    PanelControls(KelvinbarStore& store, LoginItemManager& loginItem,
+                  PanelEnvironment environment = PanelEnvironment::ofThisProgram());
 
     [[nodiscard]] bool isFast() const;
     [[nodiscard]] static QString fastToolTip();
     [[nodiscard]] bool isDynamic() const;
     [[nodiscard]] QString dynamicToolTip() const;
-    [[nodiscard]] qlonglong manualHeight() const;
+    [[nodiscard]] double manualHeight() const;
 
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
     [[nodiscard]] QString loginToolTip() const;
 
-    /// Values of the build; empty for what there is none of.
-    [[nodiscard]] static QString author();
-    [[nodiscard]] static QString contact(); ///< an e-mail address
-    [[nodiscard]] static QString donationPage();
+    [[nodiscard]] QString author() const { return environment_.author; }
+
+    [[nodiscard]] QString contact() const { return environment_.contact; }
+
+    [[nodiscard]] QString donationPage() const { return environment_.donationPage; }
 
     /// Something that is shown of the store may have changed.
     void storeChanged() { emit changed(); }
@@ -59,7 +75,7 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void copy();
     Q_INVOKABLE void showAll();
-    Q_INVOKABLE static void quit();
+    Q_INVOKABLE void quit();
     Q_INVOKABLE void openDonationPage();
     Q_INVOKABLE void writeToAuthor();
 
@@ -75,6 +91,7 @@ class PanelControls final : public QObject {
 
     KelvinbarStore& store_;
     LoginItemManager& loginItem_;
+    PanelEnvironment environment_;
     bool runAtLogin_ = false;
 };
 

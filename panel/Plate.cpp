@@ -11,13 +11,13 @@ namespace {
 /// The line lies inside the plate, on whole points.
 constexpr double strokeWidth = 1;
 
-QBrush gradientBrush(const QVariantList& colors, const QPointF& from, const QPointF& to) {
+QBrush gradientBrush(const QList<QColor>& colors, const QPointF& from, const QPointF& to) {
     if (colors.isEmpty()) return Qt::NoBrush;
-    if (colors.size() == 1) return colors.front().value<QColor>();
+    if (colors.size() == 1) return colors.front();
     QLinearGradient gradient(from, to);
     const auto last = static_cast<double>(colors.size() - 1);
     for (qsizetype index = 0; index < colors.size(); ++index) {
-        gradient.setColorAt(static_cast<double>(index) / last, colors[index].value<QColor>());
+        gradient.setColorAt(static_cast<double>(index) / last, colors[index]);
     }
     return gradient;
 }

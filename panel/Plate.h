@@ -3,17 +3,17 @@
 #include "panel/PaintedItem.h"
 
 #include <QColor>
-#include <QVariantList>
+#include <QList>
 #include <qqmlregistration.h>
 
 namespace kelvinbar {
 
 /// A rounded rectangle with a gradient and a thin line around it: what cards, rows and controls lie on.
-class Plate : public PaintedItem {
+class Plate : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     /// From the top left to the bottom right corner at equal distances; none for an empty plate.
-    Q_PROPERTY(QVariantList colors READ colors WRITE setColors NOTIFY changed)
+    Q_PROPERTY(QList<QColor> colors READ colors WRITE setColors NOTIFY changed)
     Q_PROPERTY(QColor stroke READ stroke WRITE setStroke NOTIFY changed)
     /// Of the corners, in points; half the height makes a capsule.
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY changed)
@@ -23,9 +23,9 @@ class Plate : public PaintedItem {
   public:
     using PaintedItem::PaintedItem;
 
-    [[nodiscard]] const QVariantList& colors() const { return colors_; }
+    [[nodiscard]] const QList<QColor>& colors() const { return colors_; }
 
-    void setColors(const QVariantList& colors) { assign(colors_, colors); }
+    void setColors(const QList<QColor>& colors) { assign(colors_, colors); }
 
     [[nodiscard]] QColor stroke() const { return stroke_; }
 
@@ -43,7 +43,7 @@ class Plate : public PaintedItem {
     [[nodiscard]] std::function<void(QPainter&)> painting() const override;
 
   private:
-    QVariantList colors_;
+    QList<QColor> colors_;
     QColor stroke_ = Qt::transparent;
     double radius_ = 0;
     bool isVertical_ = false;

@@ -3,7 +3,7 @@
 #include "panel/PanelColor.h"
 
 #include <QColor>
-#include <QVariant>
+#include <QList>
 #include <vector>
 
 namespace kelvinbar {
@@ -14,8 +14,8 @@ inline QColor qtColor(const PanelColor& color) {
     return result;
 }
 
-inline QVariantList qtColors(const std::vector<PanelColor>& colors) {
-    QVariantList result;
+inline QList<QColor> qtColors(const std::vector<PanelColor>& colors) {
+    QList<QColor> result;
     for (const PanelColor& color : colors) result.append(qtColor(color));
     return result;
 }

@@ -47,7 +47,7 @@ QVariant SensorCardsModel::data(const QModelIndex& index, int role) const {
     case HeightRole:
         return card.span.height;
     case RowsRole:
-        return QVariant::fromValue<QAbstractItemModel*>(card.rows);
+        return QVariant::fromValue(card.rows);
     default:
         return {};
     }

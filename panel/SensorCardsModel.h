@@ -5,6 +5,7 @@
 #include "panel/SensorSections.h"
 
 #include <QObject>
+#include <qqmlregistration.h>
 #include <string_view>
 
 namespace kelvinbar {
@@ -32,8 +33,10 @@ struct SensorCardItem {
 };
 
 /// The cards that are on the screen. Main thread.
-class SensorCardsModel final : public KeyedListModel<SensorCardItem> {
+class SensorCardsModel : public KeyedListModel<SensorCardItem> {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
 
   public:
     enum Role {

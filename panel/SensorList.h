@@ -21,8 +21,9 @@ namespace kelvinbar {
 /// is at. A change of the readings leaves what the user looks at where it is. Main thread.
 class SensorList final : public QObject {
     Q_OBJECT
-    QML_ANONYMOUS
-    Q_PROPERTY(QAbstractItemModel* cards READ cards CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
+    Q_PROPERTY(kelvinbar::SensorCardsModel* cards READ cards CONSTANT)
     Q_PROPERTY(double rowHeight READ rowHeight CONSTANT)
     Q_PROPERTY(double margin READ margin CONSTANT)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
@@ -35,7 +36,7 @@ class SensorList final : public QObject {
     void update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
                 const std::vector<std::string>& menuBarKeys);
 
-    [[nodiscard]] QAbstractItemModel* cards() { return &cardsModel_; }
+    [[nodiscard]] SensorCardsModel* cards() { return &cardsModel_; }
 
     [[nodiscard]] double rowHeight() const { return metrics_.rowHeight; }
 

@@ -45,7 +45,7 @@ QVariant SensorRowsModel::data(const QModelIndex& index, int role) const {
     case ToolTipRole:
         return qtText(rowToolTip(row.isSelected));
     case BackgroundRole:
-        return qtColors(rowBackgroundColors(row.isSelected, row.sectionAccent));
+        return QVariant::fromValue(qtColors(rowBackgroundColors(row.isSelected, row.sectionAccent)));
     case TopRole:
         return row.top;
     default:

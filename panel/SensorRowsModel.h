@@ -4,6 +4,7 @@
 #include "panel/PanelColor.h"
 
 #include <QString>
+#include <qqmlregistration.h>
 #include <string>
 
 namespace kelvinbar {
@@ -29,8 +30,10 @@ struct SensorRowItem {
 };
 
 /// The rows of one card that are on the screen. Main thread.
-class SensorRowsModel final : public KeyedListModel<SensorRowItem> {
+class SensorRowsModel : public KeyedListModel<SensorRowItem> {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the panel")
 
   public:
     enum Role {

@@ -9,7 +9,7 @@
 namespace kelvinbar {
 
 /// A symbol in one colour: the system's, or of the program's own set. Symbols are square.
-class Symbol : public PaintedItem {
+class Symbol : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)

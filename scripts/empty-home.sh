@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced: the rest of the script runs for a user whose home is empty, and goes when it ends.
 home=$(mktemp -d)
 trap 'rm -rf "$home" 2>/dev/null || { sleep 1; rm -rf "$home"; }' EXIT # services of a bus may still write

@@ -10,7 +10,7 @@ build() {
   {
     scripts/install-dependencies.sh run "${@:2}"
     cmake --preset release
-    # shellcheck disable=SC2086 — names of targets
+    # shellcheck disable=SC2086  # names of targets
     cmake --build --preset release --target $1
   } >&2
 }

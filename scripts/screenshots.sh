@@ -4,10 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh test pictures
-{
-  cmake --preset desktop -B build/pictures -D KELVINBAR_TEST_FOLDERS=panel
-  cmake --build build/pictures --target kelvinbar_panel_pictures
-} >&2
+cmake --workflow --preset pictures >&2
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 cat >"$home/fonts.conf" <<'XML'

@@ -1,6 +1,7 @@
 #include "sensors/SourceChain.h"
 
 #include <iterator>
+#include <optional>
 #include <utility>
 
 namespace kelvinbar {
@@ -32,22 +33,34 @@ std::vector<std::string> SourceChain::discoverKeys(const KeySet& listedBefore) {
     return keys;
 }
 
+/// The place of the source that listed every one of `keys`; nothing when there is no such source.
+std::optional<std::size_t> SourceChain::commonOwner(const Owners& owners, std::span<const std::string> keys) {
+    std::optional<std::size_t> common;
+    for (const std::string& key : keys) {
+        const auto owner = owners.find(key);
+        if (owner == owners.end() || owner->second != common.value_or(owner->second)) return std::nullopt;
+        common = owner->second;
+    }
+    return common;
+}
+
 std::vector<RawReading> SourceChain::readCandidateKeys(std::span<const std::string> keys) {
     const auto known = owners();
-    std::vector<std::vector<std::string>> keysOfSource(sources_.size());
-    for (const std::string& key : keys) {
-        const auto owner = known->find(key);
-        for (std::size_t place = 0; place < sources_.size(); ++place) {
-            if (owner == known->end() || owner->second == place) keysOfSource[place].push_back(key);
-        }
-    }
+    // Most machines have one source with keys: nothing is to be sorted out.
+    if (const auto place = commonOwner(*known, keys)) return sources_[*place]->readCandidateKeys(keys);
     std::vector<RawReading> readings;
+    readings.reserve(keys.size());
+    KeySet readWithoutOwner;
     for (std::size_t place = 0; place < sources_.size(); ++place) {
-        auto read = sources_[place]->readCandidateKeys(keysOfSource[place]);
-        if (readings.empty()) {
-            readings = std::move(read);
-        } else {
-            std::ranges::move(read, std::back_inserter(readings));
+        std::vector<std::string> wanted;
+        for (const std::string& key : keys) {
+            const auto owner = known->find(key);
+            const bool hasOwner = owner != known->end();
+            if (hasOwner ? owner->second == place : !readWithoutOwner.contains(key)) wanted.push_back(key);
+        }
+        for (RawReading& reading : sources_[place]->readCandidateKeys(wanted)) {
+            if (!known->contains(reading.key)) readWithoutOwner.insert(reading.key);
+            readings.push_back(std::move(reading));
         }
     }
     return readings;

@@ -2,9 +2,10 @@
 
 #include "sensors/SensorSource.h"
 
-#include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <unordered_map>
 
 namespace kelvinbar {
 
@@ -18,13 +19,16 @@ class SourceChain final : public SensorSource {
     SourceStatus status() override;
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
 
-    /// Reads a key from the source that listed it. A key that no source has listed is asked of all of them.
+    /// Reads a key from the source that listed it, and a key that none has listed from the first source that
+    /// can read it. The readings come source by source.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
     std::vector<RawReading> readSMCSuperIOFans() override;
     void close() override;
 
   private:
-    using Owners = std::map<std::string, std::size_t, std::less<>>;
+    using Owners = std::unordered_map<std::string, std::size_t>;
+
+    static std::optional<std::size_t> commonOwner(const Owners& owners, std::span<const std::string> keys);
 
     [[nodiscard]] std::shared_ptr<const Owners> owners() const;
 

@@ -172,6 +172,7 @@ RegistryFans::RegistryFans(std::shared_ptr<IORegistry> registry, std::shared_ptr
     : registry_(std::move(registry)), clock_(std::move(clock)) {}
 
 std::vector<RawReading> RegistryFans::read() {
+    if (registry_ == nullptr) return {};
     {
         const std::lock_guard lock(monitor_);
         const bool isFresh = clock_->now() - superIOFanCacheDate_ < cacheLifetime;

@@ -18,6 +18,7 @@ namespace kelvinbar {
 /// than keys of the controller. A walk over the registry is slow, so its result is kept for 15 seconds.
 class RegistryFans {
   public:
+    /// `registry` is null on a system without an I/O registry.
     RegistryFans(std::shared_ptr<IORegistry> registry, std::shared_ptr<const MonotonicClock> clock);
 
     /// The fans in the order found, each with name, category and unit. Empty when the walk cannot begin. Any

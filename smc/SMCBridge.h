@@ -15,6 +15,7 @@ namespace kelvinbar {
 /// sensor drivers publish in the I/O registry. Any thread. Closes its connection when it is destroyed.
 class SMCBridge final : public SensorSource {
   public:
+    /// `registry` is null on a system without an I/O registry.
     SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegistry> registry,
               std::shared_ptr<const MonotonicClock> clock);
 

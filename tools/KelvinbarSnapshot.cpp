@@ -1,6 +1,7 @@
 // kelvinbar-snapshot: prints the snapshot of a machine on standard output.
 
 #include "base/Clock.h"
+#include "base/Log.h"
 #include "machines/Platform.h"
 #include "machines/replay/ReplayMachine.h"
 #include "resources/SampleMachines.h"
@@ -30,6 +31,7 @@ constexpr int usageErrorExit = 2;
 struct Options {
     std::optional<std::string> replayFile;
     std::string sampleName; ///< empty for none
+    std::size_t verbosity = 0;
 };
 
 std::vector<std::string> sampleNames() {
@@ -55,32 +57,40 @@ void reportProblems(const std::string& source, const std::vector<LineProblem>& p
 }
 
 /// The replayed machine, or nothing after saying why. Lines that cannot be used are named and left out.
-std::optional<Machine> replayedMachine(const std::string& source, std::string_view text) {
-    ReplayResult replay = makeReplayMachine(text, makePlatform().clock);
+std::optional<Machine> replayedMachine(const std::string& source, std::string_view text, Log& log) {
+    ReplayResult replay = makeReplayMachine(text, makePlatform(log).clock);
     reportProblems(source, replay.problems);
     if (!replay.machine) reportError(source + ": no line of a snapshot in it");
     return std::move(replay.machine);
 }
 
-std::optional<Machine> machineFromFile(const std::string& file) {
+std::optional<Machine> machineFromFile(const std::string& file, Log& log) {
     const std::string source = file == "-" ? "standard input" : file;
     const TextInput input = readTextInput(file);
     if (const auto* error = std::get_if<InputError>(&input)) {
         reportError("cannot read " + source + ": " + error->message);
         return std::nullopt;
     }
-    return replayedMachine(source, std::get<std::string>(input));
+    return replayedMachine(source, std::get<std::string>(input), log);
 }
 
-std::optional<Machine> chosenMachine(const Options& options) {
-    if (options.replayFile) return machineFromFile(*options.replayFile);
-    if (options.sampleName.empty()) return makePlatform();
+std::string describedMachine(const Options& options) {
+    if (options.replayFile) return "the snapshot " + *options.replayFile;
+    return options.sampleName.empty() ? "this machine" : "the sample " + options.sampleName;
+}
+
+std::optional<Machine> chosenMachine(const Options& options, Log& log) {
+    log.write(LogCategory::keys, LogLevel::info, [&] { return "reading " + describedMachine(options); });
+    if (options.replayFile) return machineFromFile(*options.replayFile, log);
+    if (options.sampleName.empty()) return makePlatform(log);
     const auto sample = std::ranges::find(sampleMachines(), options.sampleName, &SampleMachine::name);
-    return replayedMachine(options.sampleName, sample->text);
+    return replayedMachine(options.sampleName, sample->text, log);
 }
 
 int printSnapshot(const Options& options) {
-    const auto machine = chosenMachine(options);
+    StandardErrorSink standardError;
+    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    const auto machine = chosenMachine(options, log);
     if (!machine) return inputErrorExit;
     std::cout << takeSnapshot(*machine);
     if (isStandardOutputTerminal()) std::cout << '\n';
@@ -102,6 +112,7 @@ int run(int argc, char** argv) {
     demo->check(CLI::IsMember(sampleNames()))->excludes(replay);
     app.footer("Without an option, this machine is read. Exit status: 0, 1 when the input cannot be used, "
                "2 for a wrong option.");
+    app.add_flag("-v,--verbose", options.verbosity, "Log what is found and done; twice, every step");
     try {
         app.parse(argc, argv);
         // An empty text passes as no text at all, and no check is made of it.

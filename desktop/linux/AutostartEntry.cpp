@@ -134,8 +134,11 @@ std::optional<std::string> entryText(const fs::path& file) {
 } // namespace
 
 AutostartEntry::AutostartEntry(const fs::path& folder, const std::string& name,
-                               std::vector<std::string> command, Actions actions)
-    : file_(folder / (name + ".desktop")), command_(std::move(command)), actions_(std::move(actions)) {}
+                               std::vector<std::string> command, Actions actions, Log& log)
+    : file_(folder / (name + ".desktop"))
+    , command_(std::move(command))
+    , actions_(std::move(actions))
+    , log_(log) {}
 
 bool AutostartEntry::isRegistered() const {
     const auto text = entryText(file_);
@@ -150,7 +153,16 @@ bool AutostartEntry::registerItem() {
     std::error_code error;
     fs::create_directories(file_.parent_path(), error);
     const auto entry = enabledEntry();
-    return entry && replaceFile(file_, *entry);
+    if (!entry) return logged(LogLevel::error, "cannot be read in full and is left as it is");
+    if (!replaceFile(file_, *entry)) return logged(LogLevel::error, "cannot be written");
+    return logged(LogLevel::info, "is written");
+}
+
+/// False for an error, so that it can be returned where it is logged.
+bool AutostartEntry::logged(LogLevel level, const char* what) const {
+    log_.write(LogCategory::login, level,
+               [&] { return "the autostart entry " + file_.string() + " " + what; });
+    return level != LogLevel::error;
 }
 
 /// The entry as it is, enabled; nothing when there is one that cannot be read in full.
@@ -178,7 +190,7 @@ std::optional<std::string> AutostartEntry::enabledEntry() const {
 bool AutostartEntry::unregisterItem() {
     std::error_code error;
     fs::remove(file_, error);
-    return !error;
+    return error ? logged(LogLevel::error, "cannot be removed") : logged(LogLevel::info, "is removed");
 }
 
 fs::path userAutostartFolder() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Log.h"
 #include "shell/LoginItemManager.h"
 
 #include <filesystem>
@@ -23,9 +24,9 @@ class AutostartEntry final : public LoginItemService {
     };
 
     /// `folder` is the autostart folder, `name` that of the entry in it, and `command` the program with its
-    /// arguments.
+    /// arguments. Changes are logged, failures as errors.
     AutostartEntry(const std::filesystem::path& folder, const std::string& name,
-                   std::vector<std::string> command, Actions actions);
+                   std::vector<std::string> command, Actions actions, Log& log);
 
     [[nodiscard]] bool canRegister() const override { return true; }
 
@@ -39,10 +40,12 @@ class AutostartEntry final : public LoginItemService {
 
   private:
     [[nodiscard]] std::optional<std::string> enabledEntry() const;
+    bool logged(LogLevel level, const char* what) const;
 
     std::filesystem::path file_;
     std::vector<std::string> command_;
     Actions actions_;
+    Log& log_;
 };
 
 /// The user's autostart folder by the environment's XDG_CONFIG_HOME and HOME.

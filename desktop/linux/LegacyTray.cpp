@@ -1,5 +1,6 @@
 #include "desktop/linux/LegacyTray.h"
 
+#include "base/Log.h"
 #include "desktop/qt/Modules.h"
 
 #include <QDBusConnection>
@@ -28,11 +29,13 @@ bool isWatcherRunning() {
 
 } // namespace
 
-std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv) {
+std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log) {
     using GetModule = void (*)(LegacyTrayModule&);
     if (!isWatcherRunning()) {
-        const auto get =
-            reinterpret_cast<GetModule>(moduleFunction("kelvinbar-xembed", "kelvinbarLegacyTray"));
+        log.write(LogCategory::tray, LogLevel::info,
+                  "no StatusNotifierItem watcher runs: XEmbed trays are used");
+        const auto get = reinterpret_cast<GetModule>(
+            moduleFunction("kelvinbar-xembed", "kelvinbarLegacyTray", log, LogCategory::tray));
         if (get != nullptr) get(loadedModule());
     }
     const auto make = loadedModule().makeApplication;

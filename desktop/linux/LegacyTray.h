@@ -10,6 +10,8 @@ class QGuiApplication;
 
 namespace kelvinbar {
 
+class Log;
+
 /// An icon in a tray of the older kind, which embeds windows. Its module is loaded only where no tray speaks
 /// the newer protocol: it takes another kind of application, and memory. Main thread.
 class LegacyTrayIcon {
@@ -29,7 +31,7 @@ struct LegacyTrayModule {
 };
 
 /// The program's application object: of the kind for older trays where no newer one runs now.
-std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv);
+std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log);
 
 /// An icon in an older tray; null where the application is not of its kind.
 std::unique_ptr<LegacyTrayIcon> makeLegacyTrayIcon(std::function<void(QRect)> onActivated);

@@ -61,16 +61,15 @@ class TrayApplication final : public Application {
 
 class LinuxDesktop final : public Desktop {
   public:
-    LinuxDesktop(const std::string& name, const std::vector<std::string>& command,
-                 const std::function<void(const std::string&)>& report)
+    LinuxDesktop(const std::string& name, const std::vector<std::string>& command, Log& log)
         : bus_(QDBusConnection::sessionBus())
         , instance_(bus_, busName(name), [this] { openPanel(); })
         , statusBar_(bus_,
                      trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
-                     handlers_)
+                     handlers_, log)
         , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
-                     {openAutostartSettings, ringBell})
-        , userDefaults_(QString::fromStdString(name), report)
+                     {openAutostartSettings, ringBell}, log)
+        , userDefaults_(QString::fromStdString(name), log)
         , motion_(bus_)
         , signals_([this] { quit(); }) {}
 
@@ -117,16 +116,16 @@ class LinuxDesktop final : public Desktop {
 
 } // namespace
 
-std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
     // Windows of a Wayland session cannot place themselves; those of its X server can.
     const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (!isChosen && !qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
-    return makeTrayApplication(argc, argv);
+    return makeTrayApplication(argc, argv, log);
 }
 
 std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
-                                     const std::function<void(const std::string&)>& report) {
-    return std::make_unique<LinuxDesktop>(name, command, report);
+                                     Log& log) {
+    return std::make_unique<LinuxDesktop>(name, command, log);
 }
 
 } // namespace kelvinbar

@@ -4,9 +4,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QStringList>
 #include <chrono>
+#include <string>
 #include <thread>
-#include <utility>
 
 namespace kelvinbar {
 
@@ -17,16 +18,18 @@ constexpr int longestTurn = 1000;
 
 } // namespace
 
-PreferencesFile::PreferencesFile(const QString& name, Report report)
-    : QtUserDefaults("kelvinbar", name, std::move(report)) {
-    settings().allKeys(); // a section is read when it is first asked for
+PreferencesFile::PreferencesFile(const QString& name, Log& log) : QtUserDefaults("kelvinbar", name, log) {
+    const QStringList keys = settings().allKeys(); // a section is read when it is first asked for
+    log.write(LogCategory::preferences, LogLevel::info, [&] {
+        return settings().fileName().toStdString() + " holds " + std::to_string(keys.size()) + " values";
+    });
     isDamaged_ = settings().status() == QSettings::FormatError;
-    if (isDamaged_) reportOnce("are damaged");
-    if (settings().status() == QSettings::AccessError) reportOnce("cannot be read");
+    if (isDamaged_) warnOnce("are damaged");
+    if (settings().status() == QSettings::AccessError) warnOnce("cannot be read");
 }
 
 void PreferencesFile::change(const std::function<void()>& make) {
-    if (isDamaged_ && !keepDamagedFileAside()) return reportOnce("are damaged and cannot be kept aside");
+    if (isDamaged_ && !keepDamagedFileAside()) return;
     QLockFile turn(settings().fileName() + ".turn");
     turn.tryLock(longestTurn);
     waitForAnotherTimeStamp();
@@ -46,6 +49,14 @@ bool PreferencesFile::keepDamagedFileAside() {
     const QString copy = settings().fileName() + ".damaged";
     QFile::remove(copy);
     isDamaged_ = !QFile::copy(settings().fileName(), copy);
+    if (isDamaged_) {
+        log().once(LogCategory::preferences, LogLevel::warning, [&] {
+            return "nothing is saved: damaged preferences cannot be kept as " + copy.toStdString();
+        });
+    } else {
+        log().write(LogCategory::preferences, LogLevel::info,
+                    [&] { return "damaged preferences are kept as " + copy.toStdString(); });
+    }
     return !isDamaged_;
 }
 

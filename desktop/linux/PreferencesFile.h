@@ -8,8 +8,8 @@ namespace kelvinbar {
 /// them, and a damaged file is kept aside before a new one is written.
 class PreferencesFile final : public QtUserDefaults {
   public:
-    /// The file of the program `name`.
-    PreferencesFile(const QString& name, Report report);
+    /// The file of the program `name`. Logs where it is.
+    PreferencesFile(const QString& name, Log& log);
 
   protected:
     void change(const std::function<void()>& make) override;

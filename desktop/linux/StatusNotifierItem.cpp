@@ -1,10 +1,14 @@
 #include "desktop/linux/StatusNotifierItem.h"
 
+#include "base/Log.h"
 #include "desktop/linux/StatusMenu.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QFile>
+#include <string>
 #include <utility>
 
 namespace kelvinbar {
@@ -14,10 +18,19 @@ namespace {
 constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
 constexpr auto itemPath = "/StatusNotifierItem";
 
+/// The desktop's part that keeps status items, such as "process 1234 (xfce4-panel)".
+std::string watcherProcess(const QDBusConnection& bus) {
+    const QString process = QString::number(bus.interface()->servicePid(watcherService).value());
+    QFile name("/proc/" + process + "/comm");
+    const bool isNamed = name.open(QFile::ReadOnly);
+    return QString("process %1 (%2)").arg(process, isNamed ? name.readAll().trimmed() : "?").toStdString();
+}
+
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, Activation onActivated)
-    : bus_(std::move(bus))
+StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, Activation onActivated, Log& log)
+    : log_(log)
+    , bus_(std::move(bus))
     , service_(QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
     , watcher_(watcherService, bus_, QDBusServiceWatcher::WatchForOwnerChange)
     , onActivated_(std::move(onActivated))
@@ -30,7 +43,11 @@ StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, Activation onActivat
                 newOwner.isEmpty() ? watcherVanished() : watcherAppeared();
             });
     const auto* const interface = bus_.interface();
-    if (interface != nullptr && interface->isServiceRegistered(watcherService)) watcherAppeared();
+    if (interface != nullptr && interface->isServiceRegistered(watcherService)) {
+        watcherAppeared();
+    } else {
+        log_.write(LogCategory::tray, LogLevel::info, "no watcher runs");
+    }
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
@@ -41,10 +58,9 @@ StatusNotifierItem::~StatusNotifierItem() {
 
 void StatusNotifierItem::watcherAppeared() {
     hasWatcher_ = true;
-    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, "/StatusNotifierWatcher",
-                                                       watcherService, "RegisterStatusNotifierItem");
-    call << service_;
-    bus_.call(call, QDBus::NoBlock);
+    log_.write(LogCategory::tray, LogLevel::info,
+               [this] { return "a watcher runs: " + watcherProcess(bus_); });
+    registerWithWatcher();
     // Some hosts keep what they had of an item that they know.
     emit adaptor_->NewTitle();
     emit adaptor_->NewIcon();
@@ -52,8 +68,30 @@ void StatusNotifierItem::watcherAppeared() {
     emit watcherChanged();
 }
 
+void StatusNotifierItem::registerWithWatcher() {
+    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, "/StatusNotifierWatcher",
+                                                       watcherService, "RegisterStatusNotifierItem");
+    call << service_;
+    auto* const reply = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
+        registrationEnded(reply->error());
+        reply->deleteLater();
+    });
+}
+
+void StatusNotifierItem::registrationEnded(const QDBusError& error) {
+    if (!error.isValid()) {
+        log_.write(LogCategory::tray, LogLevel::info,
+                   [this] { return "registered as " + service_.toStdString(); });
+    } else if (hasWatcher_) { // one that ends leaves calls unanswered
+        log_.write(LogCategory::tray, LogLevel::warning,
+                   [&] { return "the tray refuses the status item: " + error.message().toStdString(); });
+    }
+}
+
 void StatusNotifierItem::watcherVanished() {
     hasWatcher_ = false;
+    log_.write(LogCategory::tray, LogLevel::info, "the watcher is gone");
     emit watcherChanged();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
 #include <QObject>
@@ -12,6 +13,8 @@
 #include <functional>
 
 namespace kelvinbar {
+
+class Log;
 
 /// What a status item shows, in the words of the protocol.
 struct StatusNotifierContent {
@@ -32,7 +35,7 @@ class StatusNotifierItem final : public QObject {
     using Activation = std::function<void(QPoint)>;
 
     /// `onActivated` gets the place on the screen at which the host was clicked.
-    StatusNotifierItem(QDBusConnection bus, Activation onActivated);
+    StatusNotifierItem(QDBusConnection bus, Activation onActivated, Log& log);
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
     ~StatusNotifierItem() override;
@@ -52,7 +55,10 @@ class StatusNotifierItem final : public QObject {
 
     void watcherAppeared();
     void watcherVanished();
+    void registerWithWatcher();
+    void registrationEnded(const QDBusError& error);
 
+    Log& log_;
     QDBusConnection bus_;
     QString service_;
     QDBusServiceWatcher watcher_;

@@ -10,6 +10,7 @@
 #include <QImage>
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 namespace kelvinbar {
@@ -34,6 +35,12 @@ StatusNotifierPixmaps imagePixmaps(const std::string& name) {
     return pixmaps;
 }
 
+std::string describedStyle(TrayStyle style) {
+    return std::string(style.showsLabels ? "readings are beside the icon"
+                                         : "readings are drawn into the icon") +
+           ", for a " + (style.isDark ? "dark" : "light") + " panel";
+}
+
 } // namespace
 
 TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
@@ -46,17 +53,21 @@ TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
     return {.showsLabels = showsLabels, .isDark = !followsColors || hasDarkColors};
 }
 
-TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers)
+TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers, Log& log)
     : style_(style)
     , handlers_(handlers)
+    , log_(log)
     , readingIcons_(style.isDark)
     , menu_(bus)
-    , item_(bus,
-            [this](QPoint place) {
-                activate({place, QSize(1, 1)});
-            })
+    , item_(
+          bus,
+          [this](QPoint place) {
+              activate({place, QSize(1, 1)});
+          },
+          log)
     , legacyIcon_(makeLegacyTrayIcon([this](QRect place) { activate(place); })) {
     QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishLegacyIcon(); });
+    log_.write(LogCategory::tray, LogLevel::debug, [style] { return describedStyle(style); });
     content_.title = "Kelvinbar";
     content_.toolTipTitle = "Kelvinbar";
     publish();
@@ -116,6 +127,10 @@ void TrayItem::publishLegacyIcon() {
     }
     if (isNeeded) legacyIcon_->setToolTip(content_.toolTipText);
     legacyIcon_->setShown(isNeeded);
+    if (std::exchange(isInLegacyTray_, isNeeded) == isNeeded) return;
+    log_.write(LogCategory::tray, LogLevel::info,
+               isNeeded ? "the icon is offered to an XEmbed tray"
+                        : "the icon is taken out of the XEmbed tray");
 }
 
 void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
@@ -134,6 +149,9 @@ void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
 }
 
 void TrayItem::activate(QRect place) {
+    log_.write(LogCategory::tray, LogLevel::debug, [place] {
+        return "clicked at " + std::to_string(place.x()) + ", " + std::to_string(place.y());
+    });
     // Some hosts do not know the place and give the origin.
     if (!place.topLeft().isNull()) lastClick_ = place;
     activateAgain();
@@ -154,7 +172,7 @@ std::optional<Rect> TrayItem::visibleFrameOfScreen() const {
 }
 
 std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
-    return std::make_unique<TrayItem>(bus_, style_, handlers_);
+    return std::make_unique<TrayItem>(bus_, style_, handlers_, log_);
 }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {

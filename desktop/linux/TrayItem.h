@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Log.h"
 #include "desktop/Desktop.h"
 #include "desktop/linux/LegacyTray.h"
 #include "desktop/linux/ReadingIcon.h"
@@ -30,7 +31,7 @@ TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors);
 /// reading drawn into the icon; tooltip; menu.
 class TrayItem final : public StatusItem, public StatusItemButton {
   public:
-    TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers);
+    TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers, Log& log);
 
     StatusItemButton* button() override { return this; }
 
@@ -56,6 +57,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
 
     TrayStyle style_;
     const DesktopHandlers& handlers_;
+    Log& log_;
     std::function<void()> action_;
     std::optional<QRect> lastClick_;
     StatusNotifierContent content_;
@@ -65,6 +67,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierPixmaps drawnIcon_;
     StatusNotifierPixmaps legacyPixmaps_; ///< what the older tray's icon was made of
     bool isPublishPosted_ = false;
+    bool isInLegacyTray_ = false;
     StatusMenu menu_;
     StatusNotifierItem item_;
     std::unique_ptr<LegacyTrayIcon> legacyIcon_; ///< null where no older tray can be needed
@@ -72,8 +75,8 @@ class TrayItem final : public StatusItem, public StatusItemButton {
 
 class TrayStatusBar final : public StatusBar {
   public:
-    TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers)
-        : bus_(std::move(bus)), style_(style), handlers_(handlers) {}
+    TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers, Log& log)
+        : bus_(std::move(bus)), style_(style), handlers_(handlers), log_(log) {}
 
     std::unique_ptr<StatusItem> makeItem() override;
     [[nodiscard]] bool hasImageResource(const std::string& name) const override;
@@ -82,6 +85,7 @@ class TrayStatusBar final : public StatusBar {
     QDBusConnection bus_;
     TrayStyle style_;
     const DesktopHandlers& handlers_;
+    Log& log_;
 };
 
 } // namespace kelvinbar

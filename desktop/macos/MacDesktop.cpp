@@ -27,8 +27,8 @@ class AccessoryApplication final : public Application {
 
 class MacDesktop final : public Desktop {
   public:
-    MacDesktop(const std::string& name, const std::function<void(const std::string&)>& report)
-        : userDefaults_(organization, QString::fromStdString(name), report)
+    MacDesktop(const std::string& name, Log& log)
+        : userDefaults_(organization, QString::fromStdString(name), log)
         , reopen_([this] {
             if (handlers_.openPanel) handlers_.openPanel();
         })
@@ -68,15 +68,15 @@ class MacDesktop final : public Desktop {
 
 } // namespace
 
-std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv) {
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& /*log*/) {
     // The toolkit would bring the program to the front at its start, where it has no window.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
 std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& /*command*/,
-                                     const std::function<void(const std::string&)>& report) {
-    return std::make_unique<MacDesktop>(name, report);
+                                     Log& log) {
+    return std::make_unique<MacDesktop>(name, log);
 }
 
 } // namespace kelvinbar

@@ -5,6 +5,7 @@
 #include "shell/StatusItem.h"
 
 #include <QEasingCurve>
+#include <string>
 #include <utility>
 
 namespace kelvinbar {
@@ -15,6 +16,11 @@ namespace {
 Rect anchorOf(const StatusItemButton& button, const ScreenFrames& screen) {
     const Rect& visible = screen.visibleFrame;
     return button.frameOnScreen().value_or(Rect{visible.x + visible.width, visible.y, 0, 0});
+}
+
+std::string described(const QRect& frame) {
+    return std::to_string(frame.x()) + ", " + std::to_string(frame.y()) + ", size " +
+           std::to_string(frame.width()) + " x " + std::to_string(frame.height());
 }
 
 } // namespace
@@ -67,10 +73,13 @@ void QtPopover::show(StatusItemButton& button, PopoverEdge /*edge*/) {
     content_->setWindowContentSize(contentSize_);
     isShown_ = true;
     window_->show();
+    log_.write(LogCategory::panel, LogLevel::info,
+               [this] { return "opened at " + described(window_->geometry()); });
 }
 
 void QtPopover::performClose() {
     if (!std::exchange(isShown_, false)) return;
+    log_.write(LogCategory::panel, LogLevel::info, "closed");
     if (window_ != nullptr) {
         input_.giveBack(*window_);
         window_->hide();

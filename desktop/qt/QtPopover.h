@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Log.h"
 #include "desktop/qt/PopoverInput.h"
 #include "shell/Popover.h"
 #include "shell/PopoverPlacement.h"
@@ -39,8 +40,8 @@ class QtPopoverContent : public PopoverContent {
 /// turns to something else. What keys do is for its content to say.
 class QtPopover final : public QObject, public Popover {
   public:
-    /// `input` outlives it.
-    explicit QtPopover(PopoverInput& input) : input_(input) {}
+    /// `input` and the log outlive it.
+    QtPopover(PopoverInput& input, Log& log) : input_(input), log_(log) {}
 
     void setTransient(bool isTransient) override { isTransient_ = isTransient; }
 
@@ -63,6 +64,7 @@ class QtPopover final : public QObject, public Popover {
 
   private:
     PopoverInput& input_;
+    Log& log_;
     std::unique_ptr<QtPopoverContent> content_;
     QPointer<QWindow> window_;
     Size contentSize_;

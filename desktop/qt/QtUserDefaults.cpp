@@ -22,22 +22,27 @@ bool mayBeNumber(const QVariant& value) {
 
 } // namespace
 
-QtUserDefaults::QtUserDefaults(const QString& organization, const QString& program, Report report)
-    : settings_(QSettings::NativeFormat, QSettings::UserScope, organization, program)
-    , report_(std::move(report)) {
+QtUserDefaults::QtUserDefaults(const QString& organization, const QString& program, Log& log)
+    : settings_(QSettings::NativeFormat, QSettings::UserScope, organization, program), log_(log) {
     settings_.setFallbacksEnabled(false);
 }
 
 std::optional<std::string> QtUserDefaults::text(std::string_view key) const {
     const QVariant value = settings_.value(qtKey(key));
-    if (value.typeId() != QMetaType::QString) return std::nullopt;
+    if (value.typeId() != QMetaType::QString) {
+        logIgnored(key, value, "text");
+        return std::nullopt;
+    }
     return value.toString().toStdString();
 }
 
 std::optional<TextList> QtUserDefaults::textList(std::string_view key) const {
     // A list of one text is stored as that text.
     const QVariant value = settings_.value(qtKey(key));
-    if (value.typeId() != QMetaType::QString && value.typeId() != QMetaType::QStringList) return std::nullopt;
+    if (value.typeId() != QMetaType::QString && value.typeId() != QMetaType::QStringList) {
+        logIgnored(key, value, "list of texts");
+        return std::nullopt;
+    }
     TextList texts;
     const QStringList list = value.toStringList();
     for (const QString& text : list) texts.push_back(text.toStdString());
@@ -46,7 +51,10 @@ std::optional<TextList> QtUserDefaults::textList(std::string_view key) const {
 
 double QtUserDefaults::number(std::string_view key) const {
     const QVariant value = settings_.value(qtKey(key));
-    return mayBeNumber(value) ? value.toDouble() : 0;
+    bool isNumber = mayBeNumber(value);
+    const double number = isNumber ? value.toDouble(&isNumber) : 0;
+    if (!isNumber) logIgnored(key, value, "number");
+    return isNumber ? number : 0;
 }
 
 void QtUserDefaults::setText(std::string_view key, const std::string& value) {
@@ -62,22 +70,33 @@ void QtUserDefaults::setTextList(std::string_view key, const TextList& value) {
 void QtUserDefaults::setNumber(std::string_view key, double value) { write(key, value); }
 
 void QtUserDefaults::remove(std::string_view key) {
+    log_.write(LogCategory::preferences, LogLevel::debug,
+               [key] { return std::string(key).append(" is removed"); });
     change([&] { settings_.remove(qtKey(key)); });
 }
 
 void QtUserDefaults::write(std::string_view key, const QVariant& value) {
+    log_.write(LogCategory::preferences, LogLevel::debug,
+               [key] { return std::string(key).append(" is written"); });
     change([&] { settings_.setValue(qtKey(key), value); });
 }
 
 void QtUserDefaults::change(const std::function<void()>& make) {
     make();
     settings_.sync();
-    if (settings_.status() == QSettings::AccessError) reportOnce("cannot be written");
+    if (settings_.status() == QSettings::AccessError) warnOnce("cannot be written");
 }
 
-void QtUserDefaults::reportOnce(const std::string& what) {
-    if (std::exchange(hasReported_, true)) return;
-    report_("the preferences in " + settings_.fileName().toStdString() + " " + what);
+void QtUserDefaults::warnOnce(const char* what) {
+    if (std::exchange(hasWarned_, true)) return;
+    log_.write(LogCategory::preferences, LogLevel::warning,
+               [&] { return "the preferences in " + settings_.fileName().toStdString() + " " + what; });
+}
+
+void QtUserDefaults::logIgnored(std::string_view key, const QVariant& value, const char* expected) const {
+    if (!value.isValid()) return; // not there
+    log_.write(LogCategory::preferences, LogLevel::info,
+               [&] { return std::string(key) + " is ignored: its value is not a " + expected; });
 }
 
 } // namespace kelvinbar

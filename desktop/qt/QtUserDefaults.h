@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Log.h"
 #include "store/UserDefaults.h"
 
 #include <QSettings>
@@ -12,11 +13,9 @@ namespace kelvinbar {
 /// call returns, so that nothing is lost however the program ends.
 class QtUserDefaults : public UserDefaults {
   public:
-    using Report = std::function<void(const std::string&)>;
-
-    /// The preferences of this user for a program of an organization. `report` hears once of preferences that
-    /// cannot be read or written.
-    QtUserDefaults(const QString& organization, const QString& program, Report report);
+    /// The preferences of this user for a program of an organization. Logs once, as a warning, that they
+    /// cannot be read or written; values of another type than the one asked for are logged as info.
+    QtUserDefaults(const QString& organization, const QString& program, Log& log);
 
     [[nodiscard]] std::optional<std::string> text(std::string_view key) const override;
     [[nodiscard]] std::optional<TextList> textList(std::string_view key) const override;
@@ -30,16 +29,20 @@ class QtUserDefaults : public UserDefaults {
   protected:
     /// Makes a change and hands it over.
     virtual void change(const std::function<void()>& make);
-    void reportOnce(const std::string& what);
+    /// Logs a warning about the preferences, unless there was one before.
+    void warnOnce(const char* what);
+
+    [[nodiscard]] Log& log() const { return log_; }
 
     [[nodiscard]] QSettings& settings() { return settings_; }
 
   private:
     void write(std::string_view key, const QVariant& value);
+    void logIgnored(std::string_view key, const QVariant& value, const char* expected) const;
 
     QSettings settings_;
-    Report report_;
-    bool hasReported_ = false;
+    Log& log_;
+    bool hasWarned_ = false;
 };
 
 } // namespace kelvinbar

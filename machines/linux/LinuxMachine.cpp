@@ -1,20 +1,32 @@
 #include "machines/linux/LinuxMachine.h"
 
 #include "machines/linux/LinuxSystemInformation.h"
+#include "machines/linux/applesmc/AppleSMCDetection.h"
 #include "machines/linux/applesmc/KeySourceDriver.h"
-#include "machines/linux/sources/HwmonRegistry.h"
-#include "machines/linux/sources/LinuxKeys.h"
+#include "machines/linux/sources/KernelSensorSource.h"
+#include "sensors/SourceChain.h"
+#include "smc/SMCBridge.h"
 
 #include <utility>
+#include <vector>
 
 namespace kelvinbar {
 
+namespace {
+
+std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
+                                       const std::shared_ptr<const MonotonicClock>& clock, Log& log) {
+    auto keys = std::make_unique<DetectedAppleSMC>([root, &log] { return openAppleSMC(root, log); }, clock);
+    return std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
+}
+
+} // namespace
+
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
-                         OnceLog::Sink log) {
-    auto inventory = std::make_shared<SensorInventory>(root, clock, std::move(log));
-    auto keys = std::make_unique<LinuxKeys>(inventory, [inventory] { return openAppleSMC(*inventory); });
-    return {.driver = std::make_shared<KeySourceDriver>(std::move(keys)),
-            .registry = std::make_shared<HwmonRegistry>(inventory),
+                         Log& log) {
+    std::vector<std::shared_ptr<SensorSource>> sources{
+        appleSMC(root, clock, log), std::make_shared<KernelSensorSource>(root, clock, log)};
+    return {.source = std::make_shared<SourceChain>(std::move(sources)),
             .system = std::make_shared<LinuxSystemInformation>(root),
             .clock = std::move(clock)};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machines/linux/files/OnceLog.h"
+#include "base/Log.h"
 #include "sensors/Machine.h"
 
 #include <filesystem>
@@ -8,9 +8,9 @@
 
 namespace kelvinbar {
 
-/// The machine whose kernel publishes itself in proc/ and sys/ below `root`. `log` is told once what of it is
-/// left out and why; it is called from the thread that reads.
+/// The machine whose kernel publishes itself in proc/ and sys/ below `root`: Apple's controller where there is
+/// one, then the kernel's sensors for what it does not measure. `log` outlives the machine.
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
-                         OnceLog::Sink log);
+                         Log& log);
 
 } // namespace kelvinbar

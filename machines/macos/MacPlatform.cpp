@@ -9,7 +9,7 @@
 
 namespace kelvinbar {
 
-Machine makePlatform() {
+Machine makePlatform(Log& /*log*/) {
     const auto clock = std::make_shared<ContinuousClock>();
     return {.source = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
                                                   std::make_shared<IOKitRegistry>(), clock),

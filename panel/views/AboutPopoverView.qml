@@ -6,7 +6,7 @@ import Kelvinbar.Panel
 T.Popup {
     id: popover
 
-    required property QtObject controls
+    required property PanelControls controls
     property bool reducedMotion: false
     /// Whether it is open.
     property bool showAbout: false
@@ -25,7 +25,7 @@ T.Popup {
     margins: 10
     padding: 20
     implicitWidth: PanelStyle.scaled(290)
-    implicitHeight: column.implicitHeight + topPadding + bottomPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
 
     enter: Transition {
         enabled: !popover.reducedMotion
@@ -37,7 +37,6 @@ T.Popup {
         stroke: PanelStyle.white(0.2)
     }
     contentItem: Column {
-        id: column
         spacing: 10
         Accessible.role: Accessible.Dialog
         Accessible.name: "About Kelvinbar"

@@ -5,13 +5,14 @@ import Kelvinbar.Panel
 Row {
     id: actions
 
-    required property QtObject controls
-    readonly property var buttons: [login, refresh, copy, showAll, quit]
+    required property PanelControls controls
     readonly property real room: width - 4 * spacing
     /// Labels come first where text is so large that not all fits.
-    readonly property bool showsSymbols: buttons.reduce((sum, button) => sum + button.fullWidth, 0) <= room
+    readonly property bool showsSymbols: login.fullWidth + refresh.fullWidth + copy.fullWidth + showAll.fullWidth
+                                         + quit.fullWidth <= room
     /// What is left when every button is as wide as it needs goes to all of them alike.
-    readonly property real spare: (room - buttons.reduce((sum, button) => sum + button.implicitWidth, 0)) / 5
+    readonly property real spare: (room - login.implicitWidth - refresh.implicitWidth - copy.implicitWidth
+                                   - showAll.implicitWidth - quit.implicitWidth) / 5
 
     spacing: 6
 

@@ -22,39 +22,33 @@ PanelButton {
                 : control.isOn ? PanelStyle.tinted(tint, 0.34) : PanelStyle.white(0.1)
     Accessible.name: title + ", " + subtitle
 
-    contentItem: Item {
-        implicitWidth: parts.implicitWidth
+    contentItem: Row {
+        spacing: 5
 
-        Row {
-            id: parts
+        Symbol {
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 5
+            name: control.isOn ? "checkmark.circle.fill" : "circle"
+            size: PanelStyle.scaled(14)
+            color: control.isOn ? control.tint : PanelStyle.white(0.4)
+        }
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            name: control.symbol
+            size: PanelStyle.scaled(14)
+            color: control.isOn ? control.tint : PanelStyle.white(0.6)
+        }
+        Column {
+            anchors.verticalCenter: parent.verticalCenter
 
-            Symbol {
-                anchors.verticalCenter: parent.verticalCenter
-                name: control.isOn ? "checkmark.circle.fill" : "circle"
-                size: PanelStyle.scaled(14)
-                color: control.isOn ? control.tint : PanelStyle.white(0.4)
+            Text {
+                text: control.title
+                font: PanelStyle.font(11, Font.Bold)
+                color: PanelStyle.white(0.88)
             }
-            Symbol {
-                anchors.verticalCenter: parent.verticalCenter
-                name: control.symbol
-                size: PanelStyle.scaled(14)
-                color: control.isOn ? control.tint : PanelStyle.white(0.6)
-            }
-            Column {
-                anchors.verticalCenter: parent.verticalCenter
-
-                Text {
-                    text: control.title
-                    font: PanelStyle.font(11, Font.Bold)
-                    color: PanelStyle.white(0.88)
-                }
-                Text {
-                    text: control.subtitle
-                    font: PanelStyle.font(8.7, Font.DemiBold)
-                    color: PanelStyle.white(0.45)
-                }
+            Text {
+                text: control.subtitle
+                font: PanelStyle.font(8.7, Font.DemiBold)
+                color: PanelStyle.white(0.45)
             }
         }
     }

@@ -5,7 +5,7 @@ import Kelvinbar.Panel
 Item {
     id: stepper
 
-    required property QtObject controls
+    required property PanelControls controls
 
     implicitHeight: PanelStyle.scaled(36)
     implicitWidth: decrease.width + number.implicitWidth + reset.width + increase.width + 18

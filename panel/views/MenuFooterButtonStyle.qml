@@ -16,7 +16,11 @@ PanelButton {
     leftPadding: 4
     rightPadding: 4
 
-    contentItem: Item {
+    contentItem: content
+
+    Item {
+        id: content
+
         Row {
             id: pair
             anchors.centerIn: parent

@@ -10,7 +10,14 @@ T.AbstractButton {
     /// The state of a button that is checkable. It comes from who owns it, not from the click.
     property bool isOn: false
     property real radius: 8
-    property alias plate: plate
+    readonly property Plate plate: Plate {
+        radius: control.radius
+        isVertical: true
+        colors: control.down ? [PanelStyle.white(0.05), PanelStyle.white(0.09)]
+              : control.hovered ? [PanelStyle.white(0.16), PanelStyle.white(0.09)]
+              : [PanelStyle.white(0.1), PanelStyle.white(0.05)]
+        stroke: control.activeFocus ? PanelStyle.focusRing : PanelStyle.white(0.1)
+    }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
@@ -28,13 +35,5 @@ T.AbstractButton {
     Accessible.onPressAction: control.clicked()
     Accessible.onToggleAction: control.clicked()
 
-    background: Plate {
-        id: plate
-        radius: control.radius
-        isVertical: true
-        colors: control.down ? [PanelStyle.white(0.05), PanelStyle.white(0.09)]
-              : control.hovered ? [PanelStyle.white(0.16), PanelStyle.white(0.09)]
-              : [PanelStyle.white(0.1), PanelStyle.white(0.05)]
-        stroke: control.activeFocus ? PanelStyle.focusRing : PanelStyle.white(0.1)
-    }
+    background: plate
 }

@@ -22,11 +22,10 @@ T.ToolTip {
     rightPadding: 10
     x: target === null ? 0 : Math.round((target.width - width) / 2)
     y: target === null ? 0 : isBelow ? target.height + gap : -height - gap
-    implicitWidth: Math.min(PanelStyle.scaled(300), label.implicitWidth + leftPadding + rightPadding)
-    implicitHeight: label.implicitHeight + topPadding + bottomPadding
+    implicitWidth: Math.min(PanelStyle.scaled(300), implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
 
     contentItem: Text {
-        id: label
         text: control.text
         font: PanelStyle.font(10.5, Font.Normal)
         color: PanelStyle.white(0.9)

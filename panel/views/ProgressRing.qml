@@ -21,6 +21,8 @@ Item {
     Repeater {
         model: ring.dots
 
+        // A delegate cannot declare yet that it is bound to the ids around it (ComponentBehavior, Qt 6.5).
+        // qmllint disable unqualified
         Plate {
             required property int index
             readonly property real angle: 2 * Math.PI * index / ring.dots
@@ -32,5 +34,6 @@ Item {
             radius: 2
             colors: [PanelStyle.white(0.2 + 0.6 * ((index - ring.step + ring.dots) % ring.dots) / ring.dots)]
         }
+        // qmllint enable unqualified
     }
 }

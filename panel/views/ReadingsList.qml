@@ -7,7 +7,7 @@ FocusScope {
     id: list
 
     required property PanelContent content
-    readonly property var sensors: content.sensors
+    readonly property SensorList sensors: content.sensors
 
     enabled: visible
     activeFocusOnTab: true
@@ -53,12 +53,15 @@ FocusScope {
         Repeater {
             model: list.sensors.cards
 
+            // A delegate cannot declare yet that it is bound to the ids around it (ComponentBehavior, Qt 6.5).
+            // qmllint disable unqualified
             SensorSectionCard {
                 x: list.sensors.margin
                 width: flickable.width - 2 * x
                 content: list.content
                 focusedKey: list.sensors.currentKey
             }
+            // qmllint enable unqualified
         }
     }
     T.ScrollBar {

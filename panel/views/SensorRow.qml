@@ -11,7 +11,7 @@ Item {
     required property string value
     required property bool isMenuBarSelected
     required property string toolTip
-    required property var backgroundColors
+    required property list<color> backgroundColors
     required property real rowTop
     required property color accent
     required property PanelContent content

@@ -12,7 +12,7 @@ Item {
     required property int count
     required property real cardTop
     required property real cardHeight
-    required property var rows
+    required property SensorRowsModel rows
     required property PanelContent content
     required property string focusedKey
 
@@ -94,6 +94,8 @@ Item {
     Repeater {
         model: card.rows
 
+        // A delegate cannot declare yet that it is bound to the ids around it (ComponentBehavior, Qt 6.5).
+        // qmllint disable unqualified
         SensorRow {
             x: 8
             width: card.width - 16
@@ -102,5 +104,6 @@ Item {
             content: card.content
             focus: key === card.focusedKey
         }
+        // qmllint enable unqualified
     }
 }

@@ -5,7 +5,7 @@ import Kelvinbar.Panel
 Flow {
     id: settings
 
-    required property QtObject controls
+    required property PanelControls controls
     readonly property real rest: width - fast.width - dynamic.width - 2 * spacing
 
     spacing: 8

@@ -200,6 +200,7 @@ class ExclusiveSink final : public LogSink {
   public:
     void write(std::string_view line) override {
         if (inside_.exchange(true)) wasShared = true;
+        std::this_thread::yield(); // lets another thread in if nothing keeps it out
         lines.emplace_back(line);
         inside_ = false;
     }

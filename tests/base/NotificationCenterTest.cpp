@@ -1,9 +1,9 @@
 #include "base/NotificationCenter.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -19,97 +19,135 @@ using testing::IsEmpty;
 
 using Log = std::vector<std::string>;
 
-/// A handler that writes `who` and the name of the notification.
-NotificationCenter::Handler logged(Log& log, std::string who) {
-    return [&log, who = std::move(who)](const Notification& notification) {
-        log.push_back(who + " " + std::string(notification.name));
+struct Resize {
+    double width = 0;
+    std::string reason;
+
+    friend bool operator==(const Resize&, const Resize&) = default;
+};
+
+constexpr NotificationName<int> a{"A"};
+constexpr NotificationName<int> b{"B"};
+constexpr NotificationName<Resize> resized{"Resized"};
+
+/// A handler that logs `who` with the content of the notification.
+std::function<void(const int&)> logged(Log& log, std::string who) {
+    return [&log, who = std::move(who)](const int& content) {
+        log.push_back(who + " " + std::to_string(content));
     };
 }
 
-void post(const NotificationCenter& center, std::string_view name) {
-    center.post({.name = name, .object = std::nullopt, .userInfo = {}});
+TEST(NotificationCenter, DeliversTheContentThatWasPosted) {
+    NotificationCenter center;
+    std::vector<Resize> received;
+    const Registration registration =
+        center.addObserver(resized, {[&](const Resize& content) { received.push_back(content); }});
+
+    const Resize posted{.width = 320.5, .reason = "fast"};
+    center.post(resized, posted);
+    EXPECT_THAT(received, ElementsAre(posted));
 }
 
-TEST(NotificationCenter, DeliversNameObjectAndUserInfo) {
+TEST(NotificationCenter, DeliversNotificationsWithDifferentContentsEachToItsOwnObservers) {
     NotificationCenter center;
-    std::vector<Notification> received;
-    const Registration registration = center.addObserver(
-        "SizeChanged", [&](const Notification& notification) { received.push_back(notification); });
+    Log log;
+    const Registration numbers = center.addObserver(a, logged(log, "number"));
+    const Registration sizes =
+        center.addObserver(resized, {[&](const Resize& content) { log.push_back(content.reason); }});
 
-    center.post(
-        {.name = "SizeChanged", .object = Value(std::string("fast")), .userInfo = {{"width", 320.5}}});
+    center.post(resized, Resize{.width = 1, .reason = "wider"});
+    center.post(a, 1);
+    center.post(resized, Resize{.width = 2, .reason = "narrower"});
+    EXPECT_THAT(log, ElementsAre("wider", "number 1", "narrower"));
+}
 
-    ASSERT_EQ(received.size(), 1U);
-    EXPECT_EQ(received.front().name, "SizeChanged");
-    EXPECT_EQ(received.front().object, Value(std::string("fast")));
-    EXPECT_EQ(received.front().userInfo, (Dictionary{{"width", 320.5}}));
+TEST(NotificationCenter, NeverCallsAnObserverThatExpectsAnotherContentUnderTheSameName) {
+    constexpr NotificationName<std::string> mistyped{a.name};
+    NotificationCenter center;
+    Log log;
+    const Registration first = center.addObserver(a, logged(log, "number"));
+    const Registration wrong =
+        center.addObserver(mistyped, {[&](const std::string& text) { log.push_back("text " + text); }});
+
+    center.post(a, 1);
+    center.post(mistyped, std::string("lost"));
+    center.post(a, 2);
+    EXPECT_THAT(log, ElementsAre("number 1", "number 2"));
 }
 
 TEST(NotificationCenter, DeliversOnlyToTheObserversOfTheExactName) {
     NotificationCenter center;
     Log log;
-    const Registration a = center.addObserver("A", logged(log, "a"));
-    const Registration lower = center.addObserver("a", logged(log, "lower"));
-    const Registration longer = center.addObserver("AB", logged(log, "longer"));
+    const Registration exact = center.addObserver(a, logged(log, "exact"));
+    const Registration lower = center.addObserver(NotificationName<int>{"a"}, logged(log, "lower"));
+    const Registration longer = center.addObserver(NotificationName<int>{"AB"}, logged(log, "longer"));
 
-    post(center, "A");
-    post(center, "Unheard");
-    EXPECT_THAT(log, ElementsAre("a A"));
+    center.post(a, 1);
+    center.post(NotificationName<int>{"Unheard"}, 2);
+    EXPECT_THAT(log, ElementsAre("exact 1"));
+}
+
+TEST(NotificationCenter, ComparesNamesByTheirTextNotByTheirPlaceInMemory) {
+    NotificationCenter center;
+    Log log;
+    const std::string name("A");
+    const Registration registration = center.addObserver(a, logged(log, "a"));
+    center.post(NotificationName<int>{name}, 1);
+    EXPECT_THAT(log, ElementsAre("a 1"));
 }
 
 TEST(NotificationCenter, DeliversInOrderOfRegistration) {
     NotificationCenter center;
     Log log;
-    const Registration first = center.addObserver("A", logged(log, "first"));
-    const Registration second = center.addObserver("A", logged(log, "second"));
-    const Registration third = center.addObserver("A", logged(log, "third"));
-    post(center, "A");
-    EXPECT_THAT(log, ElementsAre("first A", "second A", "third A"));
+    const Registration first = center.addObserver(a, logged(log, "first"));
+    const Registration second = center.addObserver(a, logged(log, "second"));
+    const Registration third = center.addObserver(a, logged(log, "third"));
+    center.post(a, 1);
+    EXPECT_THAT(log, ElementsAre("first 1", "second 1", "third 1"));
 }
 
 TEST(NotificationCenter, HasDeliveredOnThePostingThreadWhenPostReturns) {
     NotificationCenter center;
     std::optional<std::thread::id> deliveredOn;
     const Registration registration =
-        center.addObserver("A", [&](const Notification&) { deliveredOn = std::this_thread::get_id(); });
-    post(center, "A");
+        center.addObserver(a, {[&](const int&) { deliveredOn = std::this_thread::get_id(); }});
+    center.post(a, 1);
     EXPECT_EQ(deliveredOn, std::this_thread::get_id());
 }
 
 TEST(NotificationCenter, DeliversInPostingOrder) {
     NotificationCenter center;
     Log log;
-    const Registration b = center.addObserver("B", logged(log, "b"));
-    const Registration a = center.addObserver("A", logged(log, "a"));
-    post(center, "A");
-    post(center, "B");
-    post(center, "A");
-    EXPECT_THAT(log, ElementsAre("a A", "b B", "a A"));
+    const Registration second = center.addObserver(b, logged(log, "b"));
+    const Registration first = center.addObserver(a, logged(log, "a"));
+    center.post(a, 1);
+    center.post(b, 2);
+    center.post(a, 3);
+    EXPECT_THAT(log, ElementsAre("a 1", "b 2", "a 3"));
 }
 
 TEST(NotificationCenter, DeliversANestedPostBeforeThatPostReturns) {
     NotificationCenter center;
     Log log;
-    const Registration outer = center.addObserver("A", [&](const Notification&) {
-        log.emplace_back("before");
-        post(center, "B");
-        log.emplace_back("after");
-    });
-    const Registration later = center.addObserver("A", logged(log, "later"));
-    const Registration inner = center.addObserver("B", logged(log, "inner"));
-    post(center, "A");
-    EXPECT_THAT(log, ElementsAre("before", "inner B", "after", "later A"));
+    const Registration outer = center.addObserver(a, {[&](const int&) {
+                                                      log.emplace_back("before");
+                                                      center.post(b, 2);
+                                                      log.emplace_back("after");
+                                                  }});
+    const Registration later = center.addObserver(a, logged(log, "later"));
+    const Registration inner = center.addObserver(b, logged(log, "inner"));
+    center.post(a, 1);
+    EXPECT_THAT(log, ElementsAre("before", "inner 2", "after", "later 1"));
 }
 
 TEST(NotificationCenter, LetsAnObserverPostItsOwnName) {
     NotificationCenter center;
     Log log;
-    int posts = 0;
-    const Registration again = center.addObserver("A", [&](const Notification&) {
-        log.push_back("again " + std::to_string(++posts));
-        if (posts < 3) post(center, "A");
-    });
-    post(center, "A");
+    const Registration again = center.addObserver(a, {[&](const int& round) {
+                                                      log.push_back("again " + std::to_string(round));
+                                                      if (round < 3) center.post(a, round + 1);
+                                                  }});
+    center.post(a, 1);
     EXPECT_THAT(log, ElementsAre("again 1", "again 2", "again 3"));
 }
 
@@ -118,17 +156,17 @@ TEST(NotificationCenter, LetsAnObserverRemoveItselfOrAnother) {
     Log log;
     Registration once;
     Registration other;
-    once = center.addObserver("A", [&](const Notification&) {
-        log.emplace_back("once");
-        once.reset();
-        other.reset();
-    });
-    other = center.addObserver("A", logged(log, "other"));
-    const Registration kept = center.addObserver("A", logged(log, "kept"));
+    once = center.addObserver(a, {[&](const int&) {
+                                  log.emplace_back("once");
+                                  once.reset();
+                                  other.reset();
+                              }});
+    other = center.addObserver(a, logged(log, "other"));
+    const Registration kept = center.addObserver(a, logged(log, "kept"));
 
-    post(center, "A");
-    post(center, "A");
-    EXPECT_THAT(log, ElementsAre("once", "kept A", "kept A"));
+    center.post(a, 1);
+    center.post(a, 2);
+    EXPECT_THAT(log, ElementsAre("once", "kept 1", "kept 2"));
 }
 
 TEST(NotificationCenter, CallsAnObserverThatWasAddedDuringAPostFromTheNextPostOn) {
@@ -137,27 +175,28 @@ TEST(NotificationCenter, CallsAnObserverThatWasAddedDuringAPostFromTheNextPostOn
     Registration late;
     Registration otherName;
     bool added = false;
-    const Registration adding = center.addObserver("A", [&](const Notification&) {
-        log.emplace_back("adding");
-        if (std::exchange(added, true)) return;
-        late = center.addObserver("A", logged(log, "late"));
-        otherName = center.addObserver("B", logged(log, "other"));
-    });
+    const Registration adding = center.addObserver(a, {[&](const int&) {
+                                                       log.emplace_back("adding");
+                                                       if (std::exchange(added, true)) return;
+                                                       late = center.addObserver(a, logged(log, "late"));
+                                                       otherName =
+                                                           center.addObserver(b, logged(log, "other"));
+                                                   }});
 
-    post(center, "A");
+    center.post(a, 1);
     EXPECT_THAT(log, ElementsAre("adding"));
-    post(center, "A");
-    post(center, "B");
-    EXPECT_THAT(log, ElementsAre("adding", "adding", "late A", "other B"));
+    center.post(a, 2);
+    center.post(b, 3);
+    EXPECT_THAT(log, ElementsAre("adding", "adding", "late 2", "other 3"));
 }
 
 TEST(NotificationCenter, HoldsNoObserverAliveAfterItsRegistration) {
     NotificationCenter center;
     auto token = std::make_shared<int>(1);
     const std::weak_ptr<int> watched = token;
-    Registration registration = center.addObserver(
-        "A", [token = std::move(token)](const Notification&) { static_cast<void>(token); });
-    post(center, "A");
+    Registration registration =
+        center.addObserver(a, {[token = std::move(token)](const int&) { static_cast<void>(token); }});
+    center.post(a, 1);
     EXPECT_FALSE(watched.expired());
     registration.reset();
     EXPECT_TRUE(watched.expired());
@@ -166,7 +205,7 @@ TEST(NotificationCenter, HoldsNoObserverAliveAfterItsRegistration) {
 TEST(NotificationCenter, MayGoBeforeARegistration) {
     auto center = std::make_unique<NotificationCenter>();
     Log log;
-    Registration registration = center->addObserver("A", logged(log, "a"));
+    Registration registration = center->addObserver(a, logged(log, "a"));
     center.reset();
     EXPECT_NO_THROW(registration.reset());
     EXPECT_THAT(log, IsEmpty());
@@ -178,24 +217,13 @@ TEST(NotificationCenter, MayBeDestroyedByAnObserver) {
     const std::weak_ptr<std::string> watched = token;
     Log log;
     const Registration registration =
-        center->addObserver("A", [&center, &log, token = std::move(token)](const Notification&) {
-            center.reset();
-            log.push_back(*token);
-        });
-    post(*center, "A");
+        center->addObserver(a, {[&center, &log, token = std::move(token)](const int&) {
+                                center.reset();
+                                log.push_back(*token);
+                            }});
+    center->post(a, 1);
     EXPECT_THAT(log, ElementsAre("destroyed"));
     EXPECT_TRUE(watched.expired());
-}
-
-TEST(NotificationCenter, ForgetsTheNameTextAfterRegistration) {
-    NotificationCenter center;
-    Log log;
-    std::string name = "A notification with a name too long for a short string";
-    const Registration registration = center.addObserver(name, logged(log, "a"));
-    const std::string posted = name;
-    name.assign(name.size(), 'x');
-    post(center, posted);
-    EXPECT_THAT(log, ElementsAre("a " + posted));
 }
 
 } // namespace

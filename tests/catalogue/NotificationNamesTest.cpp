@@ -6,10 +6,10 @@ namespace kelvinbar {
 namespace {
 
 TEST(NotificationNames, CarryThePrefixOfTheProgram) {
-    EXPECT_EQ(kelvinbarSamplingRateChanged, "KelvinbarSamplingRateChanged");
-    EXPECT_EQ(kelvinbarMenuBarReadingChanged, "KelvinbarMenuBarReadingChanged");
-    EXPECT_EQ(kelvinbarDisplayModeChanged, "KelvinbarDisplayModeChanged");
-    EXPECT_EQ(kelvinbarManualSizeChanged, "KelvinbarManualSizeChanged");
+    EXPECT_EQ(kelvinbarSamplingRateChanged.name, "KelvinbarSamplingRateChanged");
+    EXPECT_EQ(kelvinbarMenuBarReadingChanged.name, "KelvinbarMenuBarReadingChanged");
+    EXPECT_EQ(kelvinbarDisplayModeChanged.name, "KelvinbarDisplayModeChanged");
+    EXPECT_EQ(kelvinbarManualSizeChanged.name, "KelvinbarManualSizeChanged");
 }
 
 } // namespace

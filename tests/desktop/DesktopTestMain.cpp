@@ -2,6 +2,7 @@
 
 #include "desktop/linux/PreferencesFile.h"
 #include "tests/QtTests.h"
+#include "tests/fakes/RecordingLog.h"
 
 #include <QDBusConnection>
 #include <cstdio>
@@ -13,13 +14,12 @@ namespace {
 
 /// This program as another process that writes preferences: `prefix`0, `prefix`1, … .
 int writePreferences(const char* name, const std::string& prefix, int count) {
-    bool isReported = false;
-    kelvinbar::PreferencesFile defaults(QString::fromUtf8(name),
-                                        [&](const std::string&) { isReported = true; });
+    kelvinbar::fakes::RecordingLog recording;
+    kelvinbar::PreferencesFile defaults(QString::fromUtf8(name), recording.log);
     for (int number = 0; number < count; ++number) {
         defaults.setText(prefix + std::to_string(number), prefix);
     }
-    return isReported ? EXIT_FAILURE : EXIT_SUCCESS;
+    return recording.lines().empty() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 bool isOnSessionBus() {

@@ -72,7 +72,7 @@ struct Controls : StoreFixture {
 struct SettingsControls : Controls {};
 
 struct HeightControls : Controls {
-    [[nodiscard]] qlonglong height() const { return controls->manualHeight(); }
+    [[nodiscard]] double height() const { return controls->manualHeight(); }
 };
 
 struct ActionControls : Controls {};
@@ -251,18 +251,18 @@ TEST_F(ActionControls, QuitEndsTheProgram) {
 }
 
 TEST_F(ActionControls, TheDonationPageIsOpened) {
-    const OpenedAddresses opened(QUrl(PanelControls::donationPage()).scheme());
+    const OpenedAddresses opened(QUrl(controls->donationPage()).scheme());
     controls->openDonationPage();
-    EXPECT_EQ(opened.addresses(), QList<QUrl>{QUrl(PanelControls::donationPage())});
+    EXPECT_EQ(opened.addresses(), QList<QUrl>{QUrl(controls->donationPage())});
 }
 
 TEST_F(ActionControls, TheAuthorIsWrittenTo) {
     const OpenedAddresses opened("mailto");
     controls->writeToAuthor();
-    EXPECT_EQ(opened.addresses(), QList<QUrl>{QUrl("mailto:" + PanelControls::contact())});
+    EXPECT_EQ(opened.addresses(), QList<QUrl>{QUrl("mailto:" + controls->contact())});
 }
 
-TEST_F(ActionControls, AnAuthorIsNamed) { EXPECT_NE(PanelControls::author(), ""); }
+TEST_F(ActionControls, AnAuthorIsNamed) { EXPECT_NE(controls->author(), ""); }
 
 // Login
 

@@ -2,105 +2,37 @@
 
 #include "base/Text.h"
 #include "resources/SampleMachines.h"
+#include "tests/ProgramRun.h"
 #include "tests/tools/TemporaryFolder.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <regex>
-#include <spawn.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <sys/wait.h>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-extern char** environ; // NOLINT(readability-redundant-declaration): not every system's header has it
-
 namespace kelvinbar {
 
 namespace {
 
-using Words = std::vector<std::string>;
-
-struct Outcome {
-    int status = -1; ///< exit status; -1 when the process did not exit by itself
-    std::string output;
-    std::string errors;
-};
-
-std::vector<char*> pointersTo(Words& words) {
-    std::vector<char*> pointers;
-    for (std::string& word : words) pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    return pointers;
+/// The program with its options.
+Words program(const Words& options) {
+    Words words{KELVINBAR_SNAPSHOT};
+    words.insert(words.end(), options.begin(), options.end());
+    return words;
 }
-
-/// One run of the program, begun with the constructor.
-class ProgramRun {
-  public:
-    struct Streams {
-        std::string input;
-        std::string output;
-        std::string errors;
-    };
-
-    ProgramRun(const Words& options, const Streams& streams) {
-        Words words{KELVINBAR_SNAPSHOT};
-        words.insert(words.end(), options.begin(), options.end());
-        Words environment = commaEnvironment();
-        posix_spawn_file_actions_t actions{};
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, streams.input.c_str(), O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, streams.output.c_str(),
-                                         O_WRONLY | O_CREAT | O_NOCTTY, 0600);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, streams.errors.c_str(), O_WRONLY | O_CREAT,
-                                         0600);
-        const int code = posix_spawn(&process_, words.front().c_str(), &actions, nullptr,
-                                     pointersTo(words).data(), pointersTo(environment).data());
-        posix_spawn_file_actions_destroy(&actions);
-        EXPECT_EQ(code, 0) << words.front();
-    }
-
-    /// Waits for the end; the exit status.
-    [[nodiscard]] int status() const {
-        int status = 0;
-        if (waitpid(process_, &status, 0) != process_ || !WIFEXITED(status)) return -1;
-        return WEXITSTATUS(status);
-    }
-
-  private:
-    /// The tests' environment with their locale of a decimal comma asked for.
-    static Words commaEnvironment() {
-        Words environment;
-        for (char** entry = environ; *entry != nullptr; ++entry) {
-            if (!std::string_view(*entry).starts_with("LC_ALL=")) environment.emplace_back(*entry);
-        }
-        environment.emplace_back("LC_ALL=de_DE.UTF-8");
-        return environment;
-    }
-
-    pid_t process_ = -1;
-};
 
 /// Runs the program with `options` and `input` on its standard input.
-Outcome run(const Words& options, std::string_view input = {}) {
-    const TemporaryFolder folder;
-    const ProgramRun::Streams streams{folder.write("input", input), folder.write("output", ""),
-                                      folder.write("errors", "")};
-    Outcome outcome;
-    outcome.status = ProgramRun(options, streams).status();
-    outcome.output = contentOf(streams.output);
-    outcome.errors = contentOf(streams.errors);
-    return outcome;
-}
+Outcome run(const Words& options, std::string_view input = {}) { return outcomeOf(program(options), input); }
 
 /// The text without its second line, the time.
 std::string withoutTime(std::string_view text) {
@@ -135,8 +67,9 @@ TEST(KelvinbarSnapshot, ExplainsItsOptions) {
         const Outcome outcome = run({std::string(option)});
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.errors, "");
-        for (const std::string_view word : {"kelvinbar-snapshot", "--help", "--version", "--replay", "--demo",
-                                            "intel-notebook", "apple-silicon-desktop", "amd-pc"}) {
+        for (const std::string_view word :
+             {"kelvinbar-snapshot", "--help", "--version", "--verbose", "--replay", "--demo",
+              "intel-notebook", "apple-silicon-desktop", "amd-pc"}) {
             EXPECT_TRUE(contains(outcome.output, word)) << word;
         }
     }
@@ -176,6 +109,26 @@ TEST(KelvinbarSnapshot, ShowsEverySampleByItsName) {
         expectSnapshot(run({"--demo", std::string(sample.name)}), sample.text);
         expectSnapshot(run({"--demo=" + std::string(sample.name)}), sample.text);
     }
+}
+
+TEST(KelvinbarSnapshot, LogsWhatItReadsWhenItIsAsked) {
+    const std::string line = "kelvinbar: keys info: reading the sample amd-pc\n";
+    for (const Words& verbose : {Words{"--verbose"}, Words{"-v"}, Words{"-vv"}, Words{"-v", "--verbose"}}) {
+        Words options{"--demo", "amd-pc"};
+        options.insert(options.end(), verbose.begin(), verbose.end());
+        const Outcome outcome = run(options);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_TRUE(outcome.output.starts_with("Kelvinbar snapshot\n")) << outcome.output;
+        EXPECT_TRUE(contains(outcome.errors, line)) << outcome.errors;
+    }
+    const Outcome chosen = outcomeOf(program({"--demo", "amd-pc"}), {}, {"KELVINBAR_LOG=keys=info"});
+    EXPECT_EQ(chosen.errors, line);
+}
+
+TEST(KelvinbarSnapshot, ReportsWordsThatItDoesNotKnowInTheChoiceOfTheLog) {
+    const Outcome outcome = outcomeOf(program({"--demo", "amd-pc"}), {}, {"KELVINBAR_LOG=loud"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "kelvinbar: KELVINBAR_LOG: \"loud\" is not known and is ignored\n");
 }
 
 TEST(KelvinbarSnapshot, RefusesWrongOptions) {
@@ -254,9 +207,9 @@ TEST(KelvinbarSnapshot, ReplaysAPipe) {
     const std::string pipe = folder.path("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ProgramRun::Streams streams{"/dev/null", folder.write("output", ""), folder.write("errors", "")};
-    const ProgramRun program({"--replay", pipe}, streams);
+    const ProgramRun replay(program({"--replay", pipe}), streams);
     EXPECT_TRUE(folder.write("pipe", oneKey) == pipe);
-    EXPECT_EQ(program.status(), 0);
+    EXPECT_EQ(replay.status(), 0);
     EXPECT_EQ(withoutTime(contentOf(streams.output)), withoutTime(oneKeySnapshot));
 }
 
@@ -336,7 +289,7 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWrite) {
         GTEST_SKIP() << "this system has no device that is always full";
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
-    EXPECT_EQ(ProgramRun({"--demo"}, {"/dev/null", "/dev/full", errors}).status(), 1);
+    EXPECT_EQ(ProgramRun(program({"--demo"}), {"/dev/null", "/dev/full", errors}).status(), 1);
     EXPECT_NE(contentOf(errors), "");
 }
 
@@ -348,14 +301,14 @@ TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
     ASSERT_EQ(::unlockpt(terminal), 0);
     const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
     const TemporaryFolder folder;
-    const ProgramRun program({"--replay", folder.write("file", oneKey)},
-                             {"/dev/null", name, folder.write("errors", "")});
+    const ProgramRun replay(program({"--replay", folder.write("file", oneKey)}),
+                            {"/dev/null", name, folder.write("errors", "")});
     std::string output;
     std::array<char, 4096> chunk{};
     for (ssize_t size = 0; (size = ::read(terminal, chunk.data(), chunk.size())) > 0;) {
         output.append(chunk.data(), static_cast<std::size_t>(size));
     }
-    EXPECT_EQ(program.status(), 0);
+    EXPECT_EQ(replay.status(), 0);
     ::close(terminal);
     EXPECT_EQ(withoutTime(replacedAll(output, "\r\n", "\n")), withoutTime(oneKeySnapshot) + "\n");
 }

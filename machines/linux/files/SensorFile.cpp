@@ -5,10 +5,7 @@
 #include "machines/linux/files/SystemFile.h"
 
 #include <array>
-#include <atomic>
-#include <mutex>
 #include <sys/stat.h>
-#include <unordered_map>
 #include <utility>
 
 #include <unistd.h>
@@ -16,11 +13,6 @@
 namespace kelvinbar {
 
 namespace {
-
-std::atomic<int>& openFiles() {
-    static std::atomic<int> count{0};
-    return count;
-}
 
 ssize_t readFromStart(int descriptor, std::span<char> buffer) {
     return ::pread(descriptor, buffer.data(), buffer.size(), 0);
@@ -36,10 +28,14 @@ ssize_t readOnce(const std::filesystem::path& path, std::span<char> buffer) {
 
 } // namespace
 
-SensorFile::SensorFile(std::filesystem::path path) {
+SensorFile::SensorFile(const std::filesystem::path& path)
+    : SensorFile(path, std::make_shared<std::atomic<int>>(0), 1) {}
+
+SensorFile::SensorFile(const std::filesystem::path& path, OpenFileCount openFiles, int limit)
+    : openFiles_(std::move(openFiles)) {
     const int descriptor = openRegularFile(path);
     if (descriptor < 0) return;
-    if (openFiles().fetch_add(1) < mostOpenFiles) {
+    if (openFiles_->fetch_add(1) < limit) {
         descriptor_ = descriptor;
 
         struct stat status {};
@@ -47,44 +43,15 @@ SensorFile::SensorFile(std::filesystem::path path) {
         if (::fstat(descriptor, &status) == 0) identity_ = {status.st_dev, status.st_ino};
         return;
     }
-    openFiles().fetch_sub(1);
+    openFiles_->fetch_sub(1);
     ::close(descriptor);
-    path_ = std::move(path);
-}
-
-SensorFile::SensorFile(SensorFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1))
-    , identity_(std::exchange(other.identity_, {}))
-    , path_(std::move(other.path_)) {}
-
-SensorFile& SensorFile::operator=(SensorFile&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    std::swap(identity_, other.identity_);
-    std::swap(path_, other.path_);
-    return *this;
+    path_ = path;
 }
 
 SensorFile::~SensorFile() {
     if (descriptor_ < 0) return;
     ::close(descriptor_);
-    openFiles().fetch_sub(1);
-}
-
-std::shared_ptr<const SensorFile> SensorFile::shared(const std::filesystem::path& path) {
-    constexpr std::size_t mostForgotten = 1024;
-    static std::mutex mutex;
-    static std::unordered_map<std::string, std::weak_ptr<const SensorFile>> files;
-    const std::lock_guard lock(mutex);
-    if (files.size() > mostForgotten) {
-        std::erase_if(files, [](const auto& file) { return file.second.expired(); });
-    }
-    std::weak_ptr<const SensorFile>& known = files[path.native()];
-    auto file = known.lock();
-    if (file == nullptr || !file->isStillAt(path)) {
-        file = std::make_shared<const SensorFile>(path);
-        known = file;
-    }
-    return file;
+    openFiles_->fetch_sub(1);
 }
 
 bool SensorFile::isStillAt(const std::filesystem::path& path) const {
@@ -106,9 +73,26 @@ std::optional<std::string_view> SensorFile::line(std::span<char> buffer) const {
 std::optional<std::int64_t> SensorFile::number() const {
     std::array<char, 64> buffer{};
     const auto text = line(buffer);
-    if (!text) return std::nullopt;
-    const auto number = wholeNumberIn<std::int64_t>(*text);
-    return number ? number : wholeNumberIn<std::int64_t>(trimmed(*text)); // some drivers pad with blanks
+    return text ? numberInLine(*text) : std::nullopt;
+}
+
+std::optional<std::int64_t> numberInLine(std::string_view line) {
+    const auto number = wholeNumberIn<std::int64_t>(line);
+    return number ? number : wholeNumberIn<std::int64_t>(trimmed(line));
+}
+
+std::shared_ptr<const SensorFile> SensorFiles::open(const std::filesystem::path& path) {
+    constexpr std::size_t mostForgotten = 1024;
+    if (files_.size() > mostForgotten) {
+        std::erase_if(files_, [](const auto& file) { return file.second.expired(); });
+    }
+    std::weak_ptr<const SensorFile>& known = files_[path.native()];
+    auto file = known.lock();
+    if (file == nullptr || !file->isStillAt(path)) {
+        file = std::make_shared<const SensorFile>(path, openFiles_, limit_);
+        known = file;
+    }
+    return file;
 }
 
 } // namespace kelvinbar

@@ -1,7 +1,5 @@
 #include "machines/linux/naming/SensorRules.h"
 
-#include "base/Text.h"
-
 #include <array>
 
 namespace kelvinbar {
@@ -176,7 +174,6 @@ constexpr std::array rules{
 };
 
 constexpr std::array fanAttributes{
-    FanAttributeRule{fanName, any, "ID", "ch8*"},
     FanAttributeRule{fanMinimum, "applesmc", "Mn", "fpe2"},
     FanAttributeRule{fanMaximum, "applesmc", "Mx", "fpe2"},
     FanAttributeRule{fanTarget, "applesmc", "Tg", "fpe2"},
@@ -192,23 +189,6 @@ constexpr std::array registryChips{
     RegistryRule{boardMonitors, "HwmonACPISensors"},
 };
 
-/// One alternative of a pattern. Linear but for texts that come back to a "*" many times, which are short.
-bool fitsAlternative(std::string_view pattern, std::string_view text) {
-    if (pattern.empty()) return text.empty();
-    if (pattern.front() == '*') {
-        for (std::size_t skipped = 0; skipped <= text.size(); ++skipped) {
-            if (fitsAlternative(pattern.substr(1), text.substr(skipped))) return true;
-        }
-        return false;
-    }
-    if (text.empty()) return false;
-    if (pattern.front() == '?') {
-        return fitsAlternative(pattern.substr(1), text.substr(firstCharacters(text, 1).size()));
-    }
-    const bool isSame = asciiLowercased(pattern.front()) == asciiLowercased(text.front());
-    return isSame && fitsAlternative(pattern.substr(1), text.substr(1));
-}
-
 } // namespace
 
 std::span<const SensorRule> sensorRules() { return rules; }
@@ -216,10 +196,5 @@ std::span<const SensorRule> sensorRules() { return rules; }
 std::span<const FanAttributeRule> fanAttributeRules() { return fanAttributes; }
 
 std::span<const RegistryRule> registryRules() { return registryChips; }
-
-bool fitsPattern(std::string_view pattern, std::string_view text) {
-    return fitsAnyAlternative(
-        pattern, [text](std::string_view alternative) { return fitsAlternative(alternative, text); });
-}
 
 } // namespace kelvinbar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "machines/linux/naming/TextPattern.h"
 #include "machines/linux/naming/SensorChannel.h"
 
 #include <cstddef>
@@ -55,19 +56,5 @@ std::span<const RegistryRule> registryRules();
 
 /// The class name in the registry of every other chip.
 inline constexpr std::string_view plainRegistryClass = "HwmonDevice";
-
-/// Whether `fits` holds for one of the alternatives that "|" separates in `pattern`.
-template <typename Fits>
-bool fitsAnyAlternative(std::string_view pattern, Fits fits) {
-    for (;;) {
-        const std::size_t end = pattern.find('|');
-        if (fits(pattern.substr(0, end))) return true;
-        if (end == std::string_view::npos) return false;
-        pattern.remove_prefix(end + 1);
-    }
-}
-
-/// Whether `text` fits a pattern as rules have them.
-bool fitsPattern(std::string_view pattern, std::string_view text);
 
 } // namespace kelvinbar

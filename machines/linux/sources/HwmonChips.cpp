@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
+#include "machines/linux/naming/ChipName.h"
 
 #include <algorithm>
 #include <array>
@@ -78,6 +79,7 @@ class ChannelReader {
     [[nodiscard]] SensorChannel channel(const ChannelFile& kind, int number) const {
         const std::string stem = std::string(kind.prefix).append(std::to_string(number));
         SensorChannel channel(kind.kind, number);
+        channel.feature = stem;
         channel.countsPerUnit = kind.countsPerUnit;
         channel.label = textOf(stem + "_label");
         channel.isLabelled = !channel.label.empty();
@@ -130,19 +132,29 @@ std::vector<SensorChannel> channelsIn(const fs::path& folder, bool isAsleep) {
     return channels;
 }
 
-/// A fan's key has no room for its name: that has a key of its own.
-void appendFanNames(SensorChip& chip) {
-    std::vector<SensorChannel> names;
-    for (const SensorChannel& fan : chip.channels) {
-        // Apple's controller names its fans, or has them tell themselves apart by their numbers.
-        const bool isNamed = fan.isLabelled || chip.name != "applesmc";
-        if (fan.kind != SensorKind::fan || !isNamed) continue;
-        SensorChannel name(SensorKind::fanName, fan.number);
-        name.label = fan.label;
-        name.text = fan.isLabelled ? fan.label : chip.name;
-        names.push_back(std::move(name));
+/// The number in "pwm2".
+std::optional<int> outputNumber(std::string_view name) {
+    constexpr std::string_view prefix = "pwm";
+    if (!name.starts_with(prefix)) return std::nullopt;
+    name.remove_prefix(prefix.size());
+    return name.starts_with('0') ? std::nullopt : wholeNumberIn<std::uint16_t>(name);
+}
+
+/// Where a chip measures no speed, how strongly a fan is driven is all there is to know of it.
+void appendFanOutputs(SensorChip& chip) {
+    constexpr double fullOutput = 255;
+    if (std::ranges::find(chip.channels, SensorKind::fan, &SensorChannel::kind) != chip.channels.end())
+        return;
+    const FileNames names = fileNames(chip.folder);
+    for (auto name = names.lower_bound("pwm"); name != names.end() && name->starts_with("pwm"); ++name) {
+        const auto number = outputNumber(*name);
+        if (!number) continue;
+        SensorChannel output(SensorKind::percent, *number);
+        output.feature = output.label = *name;
+        output.file = chip.folder / *name;
+        output.countsPerUnit = fullOutput / 100;
+        chip.channels.push_back(std::move(output));
     }
-    std::ranges::move(names, std::back_inserter(chip.channels));
 }
 
 /// Old drivers put the name and all channels on the device.
@@ -178,15 +190,63 @@ std::string withoutCounter(std::string_view name) {
     return std::string(isCounter ? name.substr(0, line) : name);
 }
 
+/// The devices from a hwmon entry on, each the one that the `device` link before it leads to.
+std::vector<DeviceStep> deviceSteps(fs::path entry) {
+    constexpr std::size_t mostSteps = 8;
+    std::vector<DeviceStep> steps;
+    std::error_code error;
+    while (steps.size() < mostSteps) {
+        const fs::path device = fs::read_symlink(entry / "device", error);
+        if (error) break;
+        entry /= "device";
+        const fs::path subsystem = fs::read_symlink(entry / "subsystem", error);
+        steps.push_back({device.filename().string(), subsystem.filename().string()});
+    }
+    return steps;
+}
+
+/// The first entry of a folder, or nothing.
+std::string firstEntry(const fs::path& folder) {
+    const FileNames names = fileNames(folder);
+    return names.empty() ? std::string() : *names.begin();
+}
+
+/// A drive's model stands on the drive; older kernels put the chip on the controller above it.
+std::string driveModel(const fs::path& entry) {
+    if (const auto model = systemFileLine(entry / "device/model")) return *model;
+    const fs::path drives = entry / "device/nvme";
+    const std::string drive = firstEntry(drives);
+    return drive.empty() ? drive : systemFileLine(drives / drive / "model").value_or("");
+}
+
+/// The interface of the network card that has the chip: that of the chip's device, or of a device a few
+/// folders up (a radio, or a transceiver on the card's own bus). A bridge has none of its own.
+std::string networkInterface(const fs::path& root, const fs::path& entry) {
+    constexpr int mostFolders = 4;
+    std::error_code error;
+    const fs::path devices = fs::canonical(root / "sys/devices", error);
+    fs::path folder = fs::canonical(entry / "device", error);
+    for (int step = 0; !error && step < mostFolders && folder != devices; ++step) {
+        std::string interface = firstEntry(folder / "net");
+        if (!interface.empty()) return interface;
+        if (folder == folder.root_path()) break;
+        folder = folder.parent_path();
+    }
+    return {};
+}
+
 SensorChip chipAt(const fs::path& root, const fs::path& entry) {
     SensorChip chip;
     chip.folder = channelFolder(entry);
     chip.device = devicePath(root, entry);
     chip.name = systemFileLine(chip.folder / "name").value_or("");
     chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
+    chip.sensorsName = chipName(chip.name.empty() ? "hwmon" : chip.name, deviceSteps(entry));
+    chip.model = driveModel(entry);
+    chip.network = networkInterface(root, entry);
     chip.powerStates = powerStates(entry);
     chip.channels = channelsIn(chip.folder, isAnyAsleep(chip.powerStates));
-    appendFanNames(chip);
+    appendFanOutputs(chip);
     return chip;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "machines/linux/applesmc/SMCKeySource.h"
 #include "machines/linux/files/SensorFile.h"
 #include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/sources/SensorValue.h"
@@ -11,20 +10,21 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
-#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvinbar {
 
-/// Whether a device sleeps to save power. A reading would wake it. Asked of the kernel at most once in
-/// `validity`, however many channels the device has. Usable from several threads.
+/// Whether a device sleeps to save power. Reading its sensors would wake it. Asks the kernel at most once in
+/// `validity`, however many channels the device has. Any thread.
 class DevicePower {
   public:
     static constexpr std::chrono::milliseconds validity{50};
 
-    DevicePower(const std::vector<std::filesystem::path>& states,
+    DevicePower(const std::vector<std::filesystem::path>& states, SensorFiles& files,
                 std::shared_ptr<const MonotonicClock> clock);
 
     [[nodiscard]] bool isAsleep() const;
@@ -38,20 +38,20 @@ class DevicePower {
     mutable std::atomic<bool> wasAsleep_{false};
 };
 
-/// The power at which an energy counter grows.
+/// The power at which an energy counter grows. Any thread.
 class PowerMeter {
   public:
-    /// Two readings that are closer together than this tell no power: the counter moves in steps.
+    /// The counter moves in steps, so readings that are closer together than this yield no power.
     static constexpr std::chrono::milliseconds shortestTime{20};
 
-    /// `range` is where the counter begins anew, in joules; 0 where that is not known.
+    /// `range` is where the counter wraps around, in joules; 0 where that is unknown.
     explicit PowerMeter(double range) : range_(range) {}
 
-    /// How long to wait until a first reading of the counter can tell a power.
+    /// How long to wait until the second reading of the counter yields a power.
     [[nodiscard]] std::chrono::nanoseconds timeToFirstPower(std::chrono::nanoseconds now) const;
 
-    /// The mean power since the last call, in watts; nothing at the first call, and where the counter went
-    /// back without a known range. Within `shortestTime` of the last reading, what that one gave.
+    /// The mean power since the last call, in watts. Nothing at the first call, and when the counter went
+    /// back without a known range. Within `shortestTime` of the last reading, that reading's power.
     std::optional<double> powerAt(double joules, std::chrono::nanoseconds now);
 
   private:
@@ -59,40 +59,46 @@ class PowerMeter {
 
     [[nodiscard]] std::optional<double> powerOf(double growth, double seconds) const;
 
-    double range_;
+    const double range_;
+    mutable std::mutex mutex_; ///< guards what follows
     std::optional<double> joules_;
     std::chrono::nanoseconds time_{0};
     std::optional<double> power_;
 };
 
-/// A channel with its files open, to be read again and again.
+/// What one read of a channel returns.
+struct SensorSample {
+    std::optional<double> number; ///< in the unit of the channel's kind
+    std::string text;             ///< of a channel without a number, and of a device that sleeps
+    std::string raw;              ///< the file's own text
+    bool isAsleep = false;
+};
+
+/// A channel with its files open, to be read again and again. Any thread.
 class LiveSensor {
   public:
-    /// `power` is null for a device that never sleeps.
-    LiveSensor(const SensorChannel& channel, std::shared_ptr<const DevicePower> power,
-               std::shared_ptr<const MonotonicClock> clock);
+    /// `power` is null for a device that never sleeps. Values outside `range` are not possible.
+    LiveSensor(const SensorChannel& channel, ValueRange range, SensorFiles& files,
+               std::shared_ptr<const DevicePower> power, std::shared_ptr<const MonotonicClock> clock);
 
-    /// The value in the unit of the channel's kind. Nothing when it cannot be read, is marked as faulty, is
-    /// none that the kind can have, or when the device sleeps. One thread at a time for energy counters,
-    /// any for the others. The first power of a counter takes a moment.
-    [[nodiscard]] std::optional<double> value() const;
+    /// Nothing when the file cannot be read, the driver marks the channel as faulty, or the value is not
+    /// possible. A device that sleeps is not read, and not woken. The first power of an energy counter takes
+    /// up to 20 ms.
+    [[nodiscard]] std::optional<SensorSample> read() const;
 
-    /// The bytes of the value in a data type of controllers.
-    [[nodiscard]] std::optional<SMCBytes> bytes(const SensorType& type) const;
-
-    /// Begins to meter an energy counter, or goes on with the meter of `earlier` (may be null).
+    /// Begins to meter an energy counter, or continues with the meter of `earlier`, which may be null.
     void meter(const LiveSensor* earlier);
 
   private:
-    [[nodiscard]] std::optional<std::int64_t> number() const;
-    [[nodiscard]] bool isTrustworthy() const;
-    [[nodiscard]] std::optional<double> meteredPower() const;
-    [[nodiscard]] std::optional<SMCBytes> textBytes() const;
+    [[nodiscard]] bool isFaulty() const;
+    [[nodiscard]] static std::optional<SensorSample> readText(std::string_view line);
+    [[nodiscard]] std::optional<SensorSample> readNumber(std::string_view line) const;
+    void waitForFirstPower() const;
 
     SensorKind kind_;
     double countsPerUnit_;
-    std::string text_;
-    std::shared_ptr<const SensorFile> file_;  ///< null for a value that does not change
+    ValueRange range_;
+    std::shared_ptr<const SensorFile> file_;
     std::shared_ptr<const SensorFile> fault_; ///< null without one
     std::shared_ptr<const DevicePower> power_;
     std::shared_ptr<const MonotonicClock> clock_;

@@ -56,7 +56,7 @@ bool isThere(const fs::path& file) {
 SensorChannel channelOf(const fs::path& supply, std::string_view attribute, SensorKind kind,
                         double countsPerUnit) {
     SensorChannel channel(kind, 0);
-    channel.label = attribute;
+    channel.feature = channel.label = attribute;
     channel.isLabelled = true;
     channel.file = supply / attribute;
     channel.countsPerUnit = countsPerUnit;
@@ -99,6 +99,7 @@ SensorChip chipAt(const fs::path& supply) {
     // The entries of devices that come and go are counted up; their serial numbers stay.
     chip.device = systemFileLine(supply / "serial_number").value_or(entry);
     chip.stableName = prefix;
+    chip.sensorsName = entry;
     chip.folder = supply;
     for (const Attribute& attribute : attributes) {
         const bool isForChargersOnly = attribute.kind == SensorKind::flag;

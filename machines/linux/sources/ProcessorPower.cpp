@@ -1,8 +1,13 @@
 #include "machines/linux/sources/ProcessorPower.h"
 
+#include "base/NumberText.h"
+#include "base/Text.h"
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
 
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace kelvinbar {
@@ -11,8 +16,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The number in "package-1", the name of the zone or of the one that it is part of.
+std::optional<int> packageOf(const fs::path& zone) {
+    constexpr std::string_view prefix = "package-";
+    const std::string entry = zone.filename().string();
+    const fs::path package = zone.parent_path() / entry.substr(0, entry.find(':', entry.find(':') + 1));
+    const std::string name = systemFileLine(package / "name").value_or("");
+    std::string_view number = name;
+    if (!number.starts_with(prefix)) return std::nullopt;
+    number.remove_prefix(prefix.size());
+    return takeWholeNumber<int>(number);
+}
+
 SensorChip chipAt(const fs::path& zone, const std::string& label) {
     SensorChannel channel(SensorKind::energy, 0);
+    channel.feature = "energy";
     channel.label = label;
     channel.isLabelled = true;
     channel.file = zone / "energy_uj";
@@ -21,6 +39,8 @@ SensorChip chipAt(const fs::path& zone, const std::string& label) {
     SensorChip chip;
     chip.device = zone.filename().string();
     chip.name = chip.stableName = "rapl";
+    chip.sensorsName = replacedAll(chip.device, ":", "-");
+    chip.place = packageOf(zone);
     chip.folder = zone;
     chip.channels.push_back(std::move(channel));
     return chip;

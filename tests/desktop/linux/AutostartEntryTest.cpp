@@ -1,5 +1,6 @@
 #include "desktop/linux/AutostartEntry.h"
 
+#include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <cstdlib>
@@ -116,16 +117,23 @@ struct AutostartEntryTest : testing::Test {
     fs::path folder = tree.root() / "config" / "autostart";
     fs::path file = folder / "kelvinbar.desktop";
     Texts called;
+    fakes::RecordingLog recording{"login=info"};
 
     [[nodiscard]] AutostartEntry entryFor(Texts command) {
         return AutostartEntry(folder, "kelvinbar", std::move(command),
                               {.openSettings = [this] { called.emplace_back("settings"); },
-                               .beep = [this] { called.emplace_back("beep"); }});
+                               .beep = [this] { called.emplace_back("beep"); }},
+                              recording.log);
     }
 
     [[nodiscard]] AutostartEntry entry() { return entryFor({"/usr/bin/kelvinbar"}); }
 
     void write(std::string_view text) { tree.write("config/autostart/kelvinbar.desktop", text); }
+
+    /// The log with one line about the entry.
+    [[nodiscard]] Texts logged(std::string_view prefix, std::string_view what) const {
+        return {std::string(prefix) + "the autostart entry " + file.string() + " " + std::string(what)};
+    }
 
     [[nodiscard]] Texts filesInFolder() const {
         Texts names;
@@ -198,7 +206,7 @@ TEST_F(AutostartEntryTest, WhatAnInterruptedWriteLeftIsNoObstacle) {
 }
 
 TEST_F(AutostartEntryTest, TheNameIsThatOfTheFile) {
-    AutostartEntry demo(folder, "kelvinbar-demo", {"/usr/bin/kelvinbar-demo"}, {});
+    AutostartEntry demo(folder, "kelvinbar-demo", {"/usr/bin/kelvinbar-demo"}, {}, recording.log);
     EXPECT_TRUE(demo.registerItem());
     EXPECT_TRUE(demo.isRegistered());
     EXPECT_FALSE(entry().isRegistered());
@@ -220,6 +228,15 @@ TEST_F(AutostartEntryTest, UnregisteringWhatIsNotThereSucceeds) { EXPECT_TRUE(en
 TEST_F(AutostartEntryTest, UnregisteringFailsWhereTheFileCannotBeRemoved) {
     tree.write("config/autostart/kelvinbar.desktop/content", "");
     EXPECT_FALSE(entry().unregisterItem());
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be removed"));
+}
+
+TEST_F(AutostartEntryTest, LogsWhatItWritesAndRemoves) {
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is written"));
+    recording.sink.lines.clear();
+    EXPECT_TRUE(entry().unregisterItem());
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is removed"));
 }
 
 // Failures
@@ -229,6 +246,7 @@ TEST_F(AutostartEntryTest, RegisteringFailsWhereAFileIsInTheFoldersPlace) {
     EXPECT_FALSE(entry().registerItem());
     EXPECT_FALSE(entry().isRegistered());
     EXPECT_EQ(textOf(folder), "a file");
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be written"));
 }
 
 TEST_F(AutostartEntryTest, RegisteringFailsWhereAFileIsInTheConfigurationsPlace) {
@@ -504,6 +522,7 @@ TEST_F(AutostartEntryTest, AnEntryThatCannotBeReadInFullIsNotReplaced) {
     text.append(100'000, 'x').append("\n");
     write(text);
     EXPECT_FALSE(entry().registerItem());
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be read in full and is left as it is"));
     EXPECT_EQ(textOf(file), text);
 }
 

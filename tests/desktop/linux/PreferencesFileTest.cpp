@@ -1,6 +1,7 @@
 #include "desktop/linux/PreferencesFile.h"
 
 #include "store/Preferences.h"
+#include "tests/fakes/RecordingLog.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -26,6 +27,12 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Optional;
 using testing::SizeIs;
+
+/// Fails the test for every line.
+class FailingSink final : public LogSink {
+  public:
+    void write(std::string_view line) override { ADD_FAILURE() << line; }
+};
 
 /// A folder of preferences of its own for each test.
 class PreferencesFileTest : public testing::Test {
@@ -58,17 +65,14 @@ class PreferencesFileTest : public testing::Test {
         file.write(content);
     }
 
-    PreferencesFile open(const QString& name = "test-name") {
-        return {name, [this](const std::string& report) { reports_.push_back(report); }};
-    }
+    PreferencesFile open(const QString& name = "test-name") { return {name, recording_.log}; }
 
     /// The preferences as they are on disk at this moment. Nothing that is known of the file in memory
     /// counts.
     std::unique_ptr<PreferencesFile> onDisk() {
         const QString name = QString("copy-%1").arg(++copies_);
         EXPECT_TRUE(QFile::copy(path(), path(name)));
-        return std::make_unique<PreferencesFile>(name,
-                                                 [](const std::string& report) { ADD_FAILURE() << report; });
+        return std::make_unique<PreferencesFile>(name, failing_);
     }
 
     /// Another process that writes preferences, `prefix`0 and so on.
@@ -85,7 +89,9 @@ class PreferencesFileTest : public testing::Test {
     }
 
     QTemporaryDir config_;
-    std::vector<std::string> reports_;
+    fakes::RecordingLog recording_;
+    FailingSink failingSink_;
+    Log failing_{failingSink_};
     int copies_ = 0;
 };
 
@@ -99,7 +105,7 @@ TEST_F(PreferencesFileTest, KeepsTexts) {
         EXPECT_THAT(onDisk()->text("KelvinbarSamplingRate"), Optional(text));
         EXPECT_THAT(open().text("KelvinbarSamplingRate"), Optional(text));
     }
-    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
 TEST_F(PreferencesFileTest, KeepsLists) {
@@ -126,7 +132,7 @@ TEST_F(PreferencesFileTest, KeepsLists) {
         EXPECT_THAT(onDisk()->textList("KelvinbarMenuBarKeys"), Optional(list));
         EXPECT_THAT(open().textList("KelvinbarMenuBarKeys"), Optional(list));
     }
-    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
 TEST_F(PreferencesFileTest, KeepsNumbers) {
@@ -256,7 +262,7 @@ TEST_F(PreferencesFileTest, LosesNoKeyOfAnotherProcess) {
     }
     EXPECT_THAT(stored->text("first"), Optional(std::string("ours")));
     EXPECT_THAT(stored->text("last"), Optional(std::string("ours")));
-    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
 TEST_F(PreferencesFileTest, IsInTheUsersFolderForPreferences) {
@@ -287,7 +293,7 @@ TEST_F(PreferencesFileTest, TouchesNoFileUntilSomethingIsWritten) {
     }
     EXPECT_EQ(bytes(), content);
     EXPECT_EQ(QFileInfo(path()).lastModified(), earlier);
-    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
 TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
@@ -295,7 +301,7 @@ TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
     write("");
     auto defaults = open();
     defaults.setText("key", "value");
-    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_THAT(recording_.lines(), IsEmpty());
     EXPECT_FALSE(QFileInfo::exists(path() + ".damaged"));
 }
 
@@ -311,7 +317,7 @@ TEST_P(DamagedUserDefaultsTest, GivesDefaultsAndReportsOnce) {
     EXPECT_EQ(preferences.manualPopoverSize.height, 690);
     EXPECT_THAT(preferences.menuBarKeys, IsEmpty());
     EXPECT_THAT(preferences.hiddenKeys, IsEmpty());
-    EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString())));
     EXPECT_EQ(bytes(), GetParam());
 }
 
@@ -323,7 +329,7 @@ TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeItIsReplaced) {
     EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
     defaults.setText("KelvinbarWindowDisplayMode", "dynamic");
     EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
-    EXPECT_THAT(reports_, SizeIs(1));
+    EXPECT_THAT(recording_.lines(), SizeIs(1));
     const auto stored = onDisk();
     EXPECT_THAT(stored->text("KelvinbarSamplingRate"), Optional(std::string("fast")));
     EXPECT_THAT(stored->text("KelvinbarWindowDisplayMode"), Optional(std::string("dynamic")));
@@ -334,7 +340,7 @@ TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeSomethingIsRemoved) {
     auto defaults = open();
     defaults.remove("KelvinbarMenuBarKeys");
     EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
-    EXPECT_THAT(reports_, SizeIs(1));
+    EXPECT_THAT(recording_.lines(), SizeIs(1));
 }
 
 /// Bytes of no text, without a sign of equality.
@@ -372,15 +378,69 @@ TEST_F(PreferencesFileTest, LivesWithAPlaceThatCannotBeWritten) {
     defaults.setNumber("KelvinbarManualPopoverWidth", 500);
     defaults.setTextList("KelvinbarHiddenKeys", {"TC0P"});
     defaults.remove("KelvinbarHiddenKeys");
-    EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString())));
     EXPECT_TRUE(QFileInfo(config_.filePath("kelvinbar")).isFile());
+}
+
+TEST_F(PreferencesFileTest, WarnsOnceThatNothingIsSavedWhereADamagedFileCannotBeKept) {
+    write("[damaged\n");
+    QDir().mkpath(path() + ".damaged/content");
+    auto defaults = open();
+    defaults.setText("a", "1");
+    defaults.setText("a", "2");
+    EXPECT_EQ(bytes(), "[damaged\n");
+    EXPECT_THAT(recording_.lines(),
+                ElementsAre(HasSubstr("are damaged"),
+                            HasSubstr("nothing is saved: damaged preferences cannot be kept as " +
+                                      path().toStdString() + ".damaged")));
+}
+
+TEST_F(PreferencesFileTest, LogsWhereItIsAndHowManyValuesItHolds) {
+    write("[General]\na=1\nb=2\n");
+    fakes::RecordingLog recording("info");
+    const PreferencesFile defaults("test-name", recording.log);
+    EXPECT_THAT(recording.lines(),
+                ElementsAre("kelvinbar: preferences info: " + path().toStdString() + " holds 2 values"));
+}
+
+TEST_F(PreferencesFileTest, LogsValuesThatItIgnores) {
+    write("[General]\nlist=a, b\nword=many\n");
+    fakes::RecordingLog recording("info");
+    const PreferencesFile defaults("test-name", recording.log);
+    EXPECT_EQ(defaults.text("list"), std::nullopt);
+    EXPECT_EQ(defaults.number("word"), 0);
+    EXPECT_EQ(defaults.text("missing"), std::nullopt);
+    EXPECT_THAT(recording.lines(),
+                ElementsAre(HasSubstr("holds 2 values"),
+                            "kelvinbar: preferences info: list is ignored: its value is not a text",
+                            "kelvinbar: preferences info: word is ignored: its value is not a number"));
+}
+
+TEST_F(PreferencesFileTest, LogsWhereADamagedFileIsKept) {
+    write("[damaged\n");
+    fakes::RecordingLog recording("preferences=info");
+    PreferencesFile("test-name", recording.log).setText("a", "1");
+    EXPECT_THAT(recording.lines(),
+                ElementsAre(HasSubstr(" holds 0 values"), HasSubstr("are damaged"),
+                            "kelvinbar: preferences info: damaged preferences are kept as " +
+                                path().toStdString() + ".damaged"));
+}
+
+TEST_F(PreferencesFileTest, LogsEveryChangeForDebugging) {
+    fakes::RecordingLog recording("preferences=debug");
+    PreferencesFile defaults("test-name", recording.log);
+    defaults.setText("a", "1");
+    defaults.remove("a");
+    EXPECT_THAT(recording.lines(),
+                ElementsAre(HasSubstr("holds 0 values"), "kelvinbar: preferences debug: a is written",
+                            "kelvinbar: preferences debug: a is removed"));
 }
 
 TEST_F(PreferencesFileTest, ReportsAPlaceInWhichNothingCanBeRemoved) {
     QDir().mkpath(path()); // a folder where the file should be
     auto defaults = open();
     defaults.remove("KelvinbarHiddenKeys");
-    EXPECT_THAT(reports_, ElementsAre(HasSubstr(path().toStdString())));
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString())));
 }
 
 TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
@@ -406,7 +466,7 @@ TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
     }
     EXPECT_GT(written, 0);
     EXPECT_THAT(stored->text("last"), Optional(std::string("ours")));
-    EXPECT_THAT(reports_, IsEmpty());
+    EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
 } // namespace kelvinbar

@@ -2,11 +2,14 @@
 
 #include "tests/desktop/BusPeer.h"
 #include "tests/desktop/EventLoop.h"
+#include "tests/fakes/RecordingLog.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -18,6 +21,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 StatusNotifierPixmaps onePixel(QRgb color) {
     QImage image(1, 1, QImage::Format_ARGB32);
@@ -37,8 +41,8 @@ class StatusNotifierItemTest : public testing::Test {
   protected:
     StatusNotifierItem& makeItem() {
         item_ = nullptr; // of two items on one connection, the first would take the second's place with it
-        item_ = std::make_unique<StatusNotifierItem>(bus_.connection(),
-                                                     [this](QPoint place) { places_.push_back(place); });
+        item_ = std::make_unique<StatusNotifierItem>(
+            bus_.connection(), [this](QPoint place) { places_.push_back(place); }, recording_.log);
         return *item_;
     }
 
@@ -65,6 +69,7 @@ class StatusNotifierItemTest : public testing::Test {
     PrivateBus bus_;
     FakeWatcher watcher_;
     std::vector<QPoint> places_;
+    fakes::RecordingLog recording_{"tray=info"};
     std::unique_ptr<StatusNotifierItem> item_;
 };
 
@@ -243,10 +248,37 @@ TEST_F(StatusNotifierItemTest, LeavesTheBusWithItsOwner) {
 }
 
 TEST_F(StatusNotifierItemTest, LivesWithoutABus) {
-    StatusNotifierItem item(QDBusConnection("no such bus"), [](QPoint) {});
+    fakes::RecordingLog recording;
+    StatusNotifierItem item(
+        QDBusConnection("no such bus"), [](QPoint) {}, recording.log);
     item.setContent(sampleContent());
     EXPECT_FALSE(item.hasWatcher());
     EXPECT_EQ(item.content().label, "47° 1200rpm");
+    EXPECT_THAT(recording.lines(), IsEmpty());
+}
+
+TEST_F(StatusNotifierItemTest, LogsWatchersAndItsRegistration) {
+    makeItem();
+    watcher_.appear();
+    ASSERT_TRUE(waitFor([&] { return recording_.lines().size() >= 3; }));
+    watcher_.vanish();
+    ASSERT_TRUE(waitFor([&] { return recording_.lines().size() >= 4; }));
+    const std::string process = std::to_string(QCoreApplication::applicationPid());
+    EXPECT_THAT(
+        recording_.lines(),
+        ElementsAre("kelvinbar: tray info: no watcher runs",
+                    "kelvinbar: tray info: a watcher runs: process " + process + " (kelvinbar_deskt)",
+                    "kelvinbar: tray info: registered as org.kde.StatusNotifierItem-" + process + "-1",
+                    "kelvinbar: tray info: the watcher is gone"));
+}
+
+TEST_F(StatusNotifierItemTest, WarnsOfAWatcherThatRefusesIt) {
+    const PrivateBus other;
+    auto bus = other.connection();
+    ASSERT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher")); // without the object that is called
+    makeItem();
+    ASSERT_TRUE(waitFor([&] { return recording_.lines().size() >= 2; }));
+    EXPECT_THAT(recording_.lines().back(), StartsWith("kelvinbar: the tray refuses the status item: "));
 }
 
 TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatTakesOverFromAnother) {

@@ -2,6 +2,7 @@
 
 #include "desktop/linux/ReadingIcon.h"
 #include "tests/desktop/BusPeer.h"
+#include "tests/fakes/RecordingLog.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -34,7 +35,7 @@ class Tray {
                         },
                     .openPanel = {},
                     .quit = [this] { ++quits; }}
-        , item(bus_.connection(), style, handlers_)
+        , item(bus_.connection(), style, handlers_, recording.log)
         , host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem")
         , menu_(bus_.address(), StatusMenu::path, "com.canonical.dbusmenu") {
         item.setAction([this] { ++actions; });
@@ -76,6 +77,7 @@ class Tray {
     std::function<void()> whenAskedForPins;
     int actions = 0;
     int quits = 0;
+    fakes::RecordingLog recording{"tray=debug"};
 
   private:
     QList<StatusMenuLayout> children() {
@@ -290,6 +292,15 @@ TEST(TrayItem, IsWhereItWasClicked) {
     EXPECT_GT(screen->height, 0);
 }
 
+TEST(TrayItem, LogsHowItIsShownAndWhereItIsClicked) {
+    Tray tray(withLabels);
+    tray.item.activate(QRect(700, 4, 1, 1));
+    EXPECT_THAT(tray.recording.lines(),
+                ElementsAre("kelvinbar: tray info: no watcher runs",
+                            "kelvinbar: tray debug: readings are beside the icon, for a dark panel",
+                            "kelvinbar: tray debug: clicked at 700, 4"));
+}
+
 TEST(TrayItem, TakesTheOriginForNoPlace) {
     Tray tray(withoutLabels);
     tray.host.call("Activate", {0, 0});
@@ -314,7 +325,8 @@ TEST(TrayItem, StaysWhereItWasWhenItsMenuOpensThePanel) {
 TEST(TrayStatusBar, KnowsThePicturesThatTheProgramShips) {
     const PrivateBus bus;
     const DesktopHandlers handlers;
-    const TrayStatusBar statusBar(bus.connection(), withLabels, handlers);
+    fakes::RecordingLog recording;
+    const TrayStatusBar statusBar(bus.connection(), withLabels, handlers, recording.log);
     EXPECT_TRUE(statusBar.hasImageResource("MenuBarIcon"));
     EXPECT_FALSE(statusBar.hasImageResource("NoSuchIcon"));
     EXPECT_FALSE(statusBar.hasImageResource(""));
@@ -323,7 +335,8 @@ TEST(TrayStatusBar, KnowsThePicturesThatTheProgramShips) {
 TEST(TrayStatusBar, MakesAnItemOnTheBus) {
     const PrivateBus bus;
     const DesktopHandlers handlers;
-    TrayStatusBar statusBar(bus.connection(), withLabels, handlers);
+    fakes::RecordingLog recording;
+    TrayStatusBar statusBar(bus.connection(), withLabels, handlers, recording.log);
     const auto item = statusBar.makeItem();
     ASSERT_NE(item->button(), nullptr);
     item->button()->setTitle({"50°", {}});

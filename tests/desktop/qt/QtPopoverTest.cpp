@@ -3,6 +3,7 @@
 #include "desktop/linux/GrabbedInput.h"
 #include "shell/StatusItem.h"
 #include "tests/desktop/EventLoop.h"
+#include "tests/fakes/RecordingLog.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -12,6 +13,8 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -115,7 +118,8 @@ class QtPopoverTest : public testing::Test {
     }
 
     GrabbedInput input_;
-    QtPopover popover_{input_};
+    fakes::RecordingLog recording_{"panel=info"};
+    QtPopover popover_{input_, recording_.log};
     PlainContent* content_ = nullptr;
     FakeButton button_;
     int closings_ = 0;
@@ -132,6 +136,15 @@ TEST_F(QtPopoverTest, IsBelowItsButtonAtTheTopOfTheScreen) {
     EXPECT_EQ(window().geometry(), QRect(300, 20, 200, 300));
     EXPECT_TRUE(window().isVisible());
     EXPECT_TRUE(waitFor([&] { return window().isExposed(); }));
+}
+
+TEST_F(QtPopoverTest, LogsWhereItOpensAndThatItCloses) {
+    show();
+    popover_.performClose();
+    popover_.performClose();
+    EXPECT_EQ(recording_.lines(),
+              std::vector<std::string>({"kelvinbar: panel info: opened at 300, 20, size 200 x 300",
+                                        "kelvinbar: panel info: closed"}));
 }
 
 TEST_F(QtPopoverTest, IsAboveItsButtonAtTheBottomOfTheScreen) {
@@ -164,7 +177,7 @@ TEST_F(QtPopoverTest, GrowsUpwardsAboveABarAtTheBottom) {
 }
 
 TEST_F(QtPopoverTest, IsNotShownWithoutContent) {
-    QtPopover empty(input_);
+    QtPopover empty(input_, recording_.log);
     empty.show(button_, PopoverEdge::minY);
     EXPECT_FALSE(empty.isShown());
     EXPECT_EQ(empty.content(), nullptr);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Text.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <filesystem>
@@ -58,6 +59,33 @@ class RecordedTree {
         const std::filesystem::path parent = path.parent_path();
         link(folder_ / "device", parent.filename() == "hwmon" ? "../../../" / parent.parent_path().filename()
                                                               : "../../" / parent.filename());
+        tellBuses(parent.filename() == "hwmon" ? parent.parent_path() : parent);
+    }
+
+    /// The bus or class that the kernel tells of a device, by the form of its path.
+    static std::string subsystemOf(const std::filesystem::path& device) {
+        const std::string folder = device.parent_path().filename().string();
+        const std::string name = device.filename().string();
+        for (const char* const ofClass : {"nvme", "power_supply", "ieee80211", "thermal"}) {
+            if (folder == ofClass) return ofClass;
+        }
+        if (folder.starts_with("i2c-")) return "i2c";
+        if (folder.starts_with("target")) return "scsi";
+        if (folder.starts_with("wmi_bus-")) return "wmi";
+        if (name.starts_with("0000:")) return "pci";
+        return contains(device.string(), "LNXSYSTM") ? "acpi" : "platform";
+    }
+
+    /// The `subsystem` links of a chip's device, and for a device of a class the link to what it belongs to.
+    void tellBuses(const std::filesystem::path& device) {
+        const std::filesystem::path folder = "sys" / device;
+        if (std::filesystem::is_symlink(root() / folder / "subsystem")) return;
+        const std::string subsystem = subsystemOf(device);
+        link(folder / "subsystem", "/sys/bus/" + subsystem);
+        if (device.parent_path().filename() != subsystem || subsystem == "thermal") return;
+        const std::filesystem::path owner = device.parent_path().parent_path();
+        link(folder / "device", "../../../" / owner.filename());
+        tellBuses(owner);
     }
 
     void link(const std::filesystem::path& path, const std::filesystem::path& target) {

@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QGuiApplication>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTest>
 #include <QtQuickTest/quicktest.h>
@@ -78,6 +79,7 @@ struct ViewStage::Scene {
     KelvinbarStore store;
     int closings = 0;
     PanelContent content;
+    std::vector<std::unique_ptr<PanelControls>> controls;
 
     explicit Scene(Clock sceneClock)
         : clock(std::move(sceneClock))
@@ -142,6 +144,22 @@ void ViewStage::startEmpty(bool hasController) {
     useMachine(emptyMachine(hasController, clock));
     enter(std::make_unique<Scene>(clock));
     finishRefresh();
+}
+
+PanelControls* ViewStage::makeControls(const QString& author, const QString& contact,
+                                       const QString& donationPage) {
+    openedAddresses_.clear();
+    quits_ = 0;
+    PanelEnvironment environment{
+        .author = author,
+        .contact = contact,
+        .donationPage = donationPage,
+        .open = [this](const QUrl& address) { openedAddresses_ << address.toString(); },
+        .quit = [this] { ++quits_; }};
+    scene().controls.push_back(std::make_unique<PanelControls>(scene().store, std::move(environment)));
+    PanelControls* const controls = scene().controls.back().get();
+    QQmlEngine::setObjectOwnership(controls, QQmlEngine::CppOwnership);
+    return controls;
 }
 
 // The machine

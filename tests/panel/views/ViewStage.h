@@ -23,6 +23,9 @@ class ViewStage final : public QObject {
     Q_PROPERTY(kelvinbar::PanelContent* content READ content NOTIFY contentChanged)
     /// How often the panel was asked to close in this scene.
     Q_PROPERTY(int closings READ closings)
+    /// What the controls of makeControls() opened, and how often they quit.
+    Q_PROPERTY(QStringList openedAddresses READ openedAddresses)
+    Q_PROPERTY(int quits READ quits)
 
   public:
     ViewStage();
@@ -33,6 +36,10 @@ class ViewStage final : public QObject {
     [[nodiscard]] PanelContent* content() const;
 
     [[nodiscard]] int closings() const;
+
+    [[nodiscard]] QStringList openedAddresses() const { return openedAddresses_; }
+
+    [[nodiscard]] int quits() const { return quits_; }
 
     /// How many scenes there were.
     [[nodiscard]] std::size_t sceneCount() const { return scenes_.size(); }
@@ -45,6 +52,11 @@ class ViewStage final : public QObject {
     Q_INVOKABLE void startScanning();
     /// A machine whose controller lists no key, or that has none; after the first refresh.
     Q_INVOKABLE void startEmpty(bool hasController);
+
+    /// Controls of the scene's store in a program with these values of the build, which opens nothing and
+    /// does not quit. They live as long as the scene.
+    Q_INVOKABLE kelvinbar::PanelControls* makeControls(const QString& author, const QString& contact,
+                                                       const QString& donationPage);
 
     // The machine
 
@@ -108,6 +120,8 @@ class ViewStage final : public QObject {
     fakes::ShellJournal journal_;
     fakes::FakeLoginItemService loginItem_{journal_};
     std::vector<std::unique_ptr<Scene>> scenes_; ///< views of former ones may still be there
+    QStringList openedAddresses_;
+    int quits_ = 0;
     int mouseTime_ = 1'000'000;
 };
 

@@ -162,8 +162,15 @@ Item {
             compare(spy.count, 1);
         }
 
+        function putPlate(colors, isVertical) {
+            const plate = put(plateComponent, {width: 80, height: 80, isVertical: isVertical});
+            plate.colors = colors; // initial properties take no lists of colours (Qt 6.4)
+            stage.layOut(plate);
+            return plate;
+        }
+
         function test_aPlateIsDrawnFromTheTopLeftToTheBottomRight() {
-            put(plateComponent, {width: 80, height: 80, colors: ["#ff0000", "#0000ff"]});
+            putPlate(["#ff0000", "#0000ff"], false);
             const picture = grabImage(paper);
             verify(picture.red(4, 4) > 220 && picture.blue(4, 4) < 40);
             verify(picture.red(75, 75) < 40 && picture.blue(75, 75) > 220);
@@ -172,14 +179,14 @@ Item {
         }
 
         function test_aVerticalPlateIsDrawnFromTopToBottom() {
-            put(plateComponent, {width: 80, height: 80, colors: ["#ff0000", "#0000ff"], isVertical: true});
+            putPlate(["#ff0000", "#0000ff"], true);
             const picture = grabImage(paper);
             verify(picture.red(4, 2) > 220 && picture.red(75, 2) > 220);
             verify(picture.blue(4, 77) > 220 && picture.blue(75, 77) > 220);
         }
 
         function test_cornersAreRound() {
-            const plate = put(plateComponent, {width: 80, height: 80, colors: ["#ffffff"]});
+            const plate = putPlate(["#ffffff"], false);
             verify(inkIn(0, 0, 2, 2) === 4);
             plate.radius = 20;
             stage.layOut(plate);

@@ -123,7 +123,8 @@ Item {
         }
 
         function test_theBackgroundIsThatOfTheReading() {
-            const row = make(rowComponent, {backgroundColors: ["#11223344", "#55667788"]});
+            const row = make(rowComponent, {});
+            row.backgroundColors = ["#11223344", "#55667788"];
             const plate = plateIn(row);
             compare(plate.colors.length, 2);
             compareColor(plate.colors[0], "#11223344");

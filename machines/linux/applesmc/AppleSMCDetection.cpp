@@ -1,0 +1,62 @@
+#include "machines/linux/applesmc/AppleSMCDetection.h"
+
+#include "machines/linux/applesmc/AppleSMCChannels.h"
+#include "machines/linux/files/DevicePath.h"
+#include "machines/linux/files/SystemFile.h"
+
+#include <system_error>
+#include <utility>
+
+namespace kelvinbar {
+
+DetectedAppleSMC::DetectedAppleSMC(Open open, std::shared_ptr<const MonotonicClock> clock)
+    : open_(std::move(open)), clock_(std::move(clock)) {}
+
+void DetectedAppleSMC::search() {
+    const auto now = clock_->now();
+    if (keys_ != nullptr || (searchedAt_ && now - *searchedAt_ < searchInterval)) return;
+    searchedAt_ = now;
+    if (auto registers = open_()) keys_ = std::make_unique<AppleSMCKeys>(std::move(registers));
+}
+
+bool DetectedAppleSMC::isPresent() {
+    search();
+    return keys_ != nullptr;
+}
+
+std::size_t DetectedAppleSMC::keyCount() {
+    search();
+    const std::size_t count = keys_ == nullptr ? 0 : keys_->keyCount();
+    if (count == 0) keys_ = nullptr;
+    return count;
+}
+
+std::optional<std::uint32_t> DetectedAppleSMC::keyAtIndex(std::uint32_t index) {
+    return keys_ == nullptr ? std::nullopt : keys_->keyAtIndex(index);
+}
+
+std::optional<SMCKeySource::KeyInfo> DetectedAppleSMC::keyInfo(std::uint32_t code) {
+    return keys_ == nullptr ? std::nullopt : keys_->keyInfo(code);
+}
+
+std::uint8_t DetectedAppleSMC::readBytes(std::uint32_t code, SMCBytes& bytes) {
+    return keys_ == nullptr ? smcresult::keyNotFound : keys_->readBytes(code, bytes);
+}
+
+std::unique_ptr<AppleSMCRegisters> openAppleSMC(const std::filesystem::path& root, Log& log) {
+    for (const std::filesystem::path& entry : classEntries(root, "hwmon")) {
+        for (const std::filesystem::path& folder : {entry, entry / "device"}) {
+            std::error_code error;
+            const bool isDriver = systemFileLine(folder / "name") == appleSMCChip;
+            if (!isDriver || !std::filesystem::exists(folder / "key_at_index", error)) continue;
+            if (auto registers = openAppleSMCFiles(folder)) return registers;
+            log.once(LogCategory::sourceSMC, LogLevel::warning, [] {
+                return std::string("listing the keys of Apple's controller needs write access to its "
+                                   "key_at_index; its temperatures and fans are shown");
+            });
+        }
+    }
+    return nullptr;
+}
+
+} // namespace kelvinbar

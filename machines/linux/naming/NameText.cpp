@@ -1,0 +1,88 @@
+#include "machines/linux/naming/NameText.h"
+
+#include "base/Text.h"
+#include "machines/linux/naming/TextPattern.h"
+
+#include <algorithm>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Controls of ASCII and of Unicode's first page; marks that join, split or turn text around.
+bool isInvisible(std::string_view character) {
+    const auto first = static_cast<unsigned char>(character.front());
+    if (first < 0x20 || first == 0x7F) return true;
+    if (character.size() == 2) return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+    const bool isMark = character >= "\xE2\x80\x8B" && character <= "\xE2\x80\x8F";
+    const bool isTurn = character >= "\xE2\x80\xA8" && character <= "\xE2\x80\xAE";
+    const bool isIsolate = character >= "\xE2\x81\xA0" && character <= "\xE2\x81\xAF";
+    return character.size() == 3 && (isMark || isTurn || isIsolate || character == "\xEF\xBB\xBF");
+}
+
+void appendCharacter(std::string& cleaned, std::string_view character) {
+    if (!isValidUtf8(character)) return;
+    if (!isInvisible(character) && !trimmed(character).empty()) {
+        cleaned.append(character);
+    } else if (!cleaned.empty() && cleaned.back() != ' ') {
+        cleaned += ' ';
+    }
+}
+
+std::string withoutFillers(std::string_view model) {
+    std::string kept;
+    while (!model.empty()) {
+        const std::string_view word = model.substr(0, model.find(' '));
+        if (!fitsPattern("SSD|NVMe|M.2|PCIe*|HDD|Series|Solid|State|Drive", word)) kept = joined(kept, word);
+        model.remove_prefix(std::min(word.size() + 1, model.size()));
+    }
+    return kept;
+}
+
+} // namespace
+
+std::string cleanedText(std::string_view text) {
+    std::string cleaned;
+    while (!text.empty()) {
+        const std::string_view character = firstCharacters(text, 1);
+        appendCharacter(cleaned, character);
+        text.remove_prefix(character.size());
+    }
+    return std::string(trimmed(cleaned));
+}
+
+std::optional<std::string> lastNumber(std::string_view text) {
+    while (!text.empty() && !isDecimalDigit(text.back())) text.remove_suffix(1);
+    std::size_t start = text.size();
+    while (start > 0 && isDecimalDigit(text[start - 1])) --start;
+    text.remove_prefix(start);
+    if (text.empty()) return std::nullopt;
+    while (text.size() > 1 && text.front() == '0') text.remove_prefix(1);
+    return std::string(text);
+}
+
+bool beginsWithWords(std::string_view text, std::string_view words) {
+    if (asciiLowercased(text.substr(0, words.size())) != asciiLowercased(words)) return false;
+    return !words.empty() && (text.size() == words.size() || text[words.size()] == ' ');
+}
+
+std::string shortenedModel(std::string_view model, std::size_t most) {
+    if (characterCount(model) <= most) return std::string(model);
+    std::string shorter = withoutFillers(model);
+    while (characterCount(shorter) > most && contains(shorter, " ")) shorter.resize(shorter.rfind(' '));
+    return cutText(shorter, most);
+}
+
+std::string cutText(std::string_view text, std::size_t most) {
+    if (characterCount(text) <= most) return std::string(text);
+    if (most == 0) return {};
+    return std::string(trimmed(firstCharacters(text, most - 1))).append("…");
+}
+
+std::string joined(std::string_view left, std::string_view right) {
+    std::string text(left);
+    if (!left.empty() && !right.empty()) text += ' ';
+    return text.append(right);
+}
+
+} // namespace kelvinbar

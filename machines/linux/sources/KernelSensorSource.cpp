@@ -1,0 +1,190 @@
+#include "machines/linux/sources/KernelSensorSource.h"
+
+#include "base/NumberText.h"
+#include "machines/linux/applesmc/AppleSMCChannels.h"
+#include "machines/linux/naming/ControllerCoverage.h"
+#include "machines/linux/naming/SensorNames.h"
+#include "machines/linux/sources/SensorChips.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+template <typename Sensors>
+auto placeOf(const Sensors& sensors, std::string_view key) {
+    const auto keyOf = [](const auto& sensor) -> std::string_view { return sensor.prototype.key; };
+    return std::ranges::lower_bound(sensors, key, {}, keyOf);
+}
+
+} // namespace
+
+/// Opens the files of everything that has a reading.
+class KernelSensorSource::ListBuilder {
+  public:
+    ListBuilder(const Sensors& earlier, SensorFiles& files, std::shared_ptr<const MonotonicClock> clock)
+        : earlier_(earlier), files_(files), clock_(std::move(clock)) {}
+
+    void add(const SensorChip& chip, const std::vector<std::optional<SensorName>>& names,
+             const KeySet& controllerKeys) {
+        const auto power = powerOf(chip);
+        for (std::size_t place = 0; place < chip.channels.size(); ++place) {
+            const SensorChannel& channel = chip.channels[place];
+            if (!names[place] || isMeasuredByController(chip, channel, controllerKeys)) continue;
+            append(prototypeOf(*names[place]), {}, channel, power);
+        }
+    }
+
+    void addControllerChip(const SensorChip& chip) {
+        const auto power = powerOf(chip);
+        for (const SensorChannel& channel : chip.channels) {
+            auto key = controllerKeyOf(channel);
+            if (!key) continue;
+            RawReading prototype;
+            prototype.key = std::move(key->key);
+            append(std::move(prototype), key->type, channel, power);
+            const bool isFan = channel.kind == SensorKind::fan;
+            auto name = isFan ? fanNameReading(channel) : std::nullopt;
+            if (name) sensors_.push_back({*std::move(name), {}, std::nullopt});
+        }
+    }
+
+    Sensors finish() && {
+        const auto keyOf = [](const Sensor& sensor) -> std::string_view { return sensor.prototype.key; };
+        std::ranges::stable_sort(sensors_, {}, keyOf);
+        const auto repeated = std::ranges::unique(sensors_, {}, keyOf);
+        sensors_.erase(repeated.begin(), repeated.end());
+        return std::move(sensors_);
+    }
+
+  private:
+    static RawReading prototypeOf(const SensorName& name) {
+        RawReading prototype;
+        prototype.key = name.key;
+        prototype.type = name.type;
+        prototype.name = name.name;
+        prototype.category = rawValue(name.category);
+        prototype.unit = name.unit;
+        return prototype;
+    }
+
+    [[nodiscard]] std::shared_ptr<const DevicePower> powerOf(const SensorChip& chip) const {
+        if (chip.powerStates.empty()) return nullptr;
+        return std::make_shared<DevicePower>(chip.powerStates, files_, clock_);
+    }
+
+    void append(RawReading prototype, std::string_view controllerType, const SensorChannel& channel,
+                const std::shared_ptr<const DevicePower>& power) {
+        LiveSensor live(channel, possibleRange(channel.kind), files_, power, clock_);
+        const auto earlier = placeOf(earlier_, prototype.key);
+        const bool wasThere = earlier != earlier_.end() && earlier->prototype.key == prototype.key;
+        live.meter(wasThere && earlier->live ? &*earlier->live : nullptr);
+        sensors_.push_back({std::move(prototype), controllerType, std::move(live)});
+    }
+
+    const Sensors& earlier_;
+    SensorFiles& files_;
+    std::shared_ptr<const MonotonicClock> clock_;
+    Sensors sensors_;
+};
+
+KernelSensorSource::KernelSensorSource(std::filesystem::path root,
+                                       std::shared_ptr<const MonotonicClock> clock, Log& log)
+    : root_(std::move(root)), clock_(std::move(clock)), log_(log) {}
+
+SourceStatus KernelSensorSource::status() {
+    const std::lock_guard lock(mutex_);
+    if (sensors_->empty()) {
+        rebuilt({});
+        isUnlisted_ = true;
+    }
+    if (sensors_->empty()) return {.isAvailable = false, .message = "No sensors"};
+    return {.isAvailable = true, .message = "Sensors of the kernel"};
+}
+
+/// The first pass asks for the status and the keys in a row: the sensors are looked for once.
+bool KernelSensorSource::isCurrent(const KeySet& listedBefore) const {
+    constexpr std::chrono::seconds moment{1};
+    return isUnlisted_ && listedBefore.empty() && clock_->now() - builtAt_ <= moment;
+}
+
+std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBefore) {
+    const std::lock_guard lock(mutex_);
+    if (!isCurrent(listedBefore)) rebuilt(listedBefore);
+    isUnlisted_ = false;
+    std::vector<std::string> keys;
+    keys.reserve(sensors_->size());
+    for (const Sensor& sensor : *sensors_) keys.push_back(sensor.prototype.key);
+    return keys;
+}
+
+std::shared_ptr<const KernelSensorSource::Sensors> KernelSensorSource::rebuilt(const KeySet& listedBefore) {
+    const std::vector<SensorChip> chips = sensorChips(root_, log_);
+    const auto names = sensorNames(chips);
+    const KeySet controllerKeys = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
+    ListBuilder builder(*sensors_, files_, clock_);
+    for (std::size_t place = 0; place < chips.size(); ++place) {
+        const SensorChip& chip = chips[place];
+        if (chip.name != appleSMCChip) {
+            builder.add(chip, names[place], controllerKeys);
+        } else if (listedBefore.empty()) {
+            builder.addControllerChip(chip);
+        }
+    }
+    sensors_ = std::make_shared<const Sensors>(std::move(builder).finish());
+    builtAt_ = clock_->now();
+    log_.write(LogCategory::sourceKernel, LogLevel::debug,
+               [this] { return std::to_string(sensors_->size()) + " sensors found"; });
+    return sensors_;
+}
+
+std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const std::string> keys) {
+    std::shared_ptr<const Sensors> sensors;
+    {
+        const std::lock_guard lock(mutex_);
+        sensors = sensors_;
+    }
+    std::vector<RawReading> readings;
+    readings.reserve(keys.size());
+    auto next = sensors->begin(); // keys come in ascending order, nearly always all of them
+    for (const std::string& key : keys) {
+        if (next == sensors->end() || next->prototype.key != key) next = placeOf(*sensors, key);
+        if (next == sensors->end() || next->prototype.key != key) continue;
+        if (!read(*next, readings.emplace_back())) readings.pop_back();
+        ++next;
+    }
+    return readings;
+}
+
+bool KernelSensorSource::read(const Sensor& sensor, RawReading& reading) {
+    if (!sensor.live) {
+        reading = sensor.prototype;
+        return true;
+    }
+    auto sample = sensor.live->read();
+    if (!sample) return false;
+    if (!sensor.controllerType.empty()) return readController(sensor, *sample, reading);
+    reading = sensor.prototype;
+    reading.numericValue = sample->number;
+    reading.value = sample->number ? plainNumberText(*sample->number) : std::move(sample->text);
+    reading.raw = std::move(sample->raw);
+    if (sample->isAsleep) reading.unit = "";
+    return true;
+}
+
+bool KernelSensorSource::readController(const Sensor& sensor, const SensorSample& sample,
+                                        RawReading& reading) {
+    auto read = sample.number ? controllerReading(sensor.prototype.key, sensor.controllerType, *sample.number)
+                              : std::nullopt;
+    if (read) reading = *std::move(read);
+    return read.has_value();
+}
+
+void KernelSensorSource::close() {
+    const std::lock_guard lock(mutex_);
+    sensors_ = std::make_shared<const Sensors>();
+}
+
+} // namespace kelvinbar

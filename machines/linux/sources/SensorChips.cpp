@@ -1,0 +1,64 @@
+#include "machines/linux/sources/SensorChips.h"
+
+#include "machines/linux/files/SystemFile.h"
+#include "machines/linux/sources/HwmonChips.h"
+#include "machines/linux/sources/HybridCores.h"
+#include "machines/linux/sources/PowerSupplies.h"
+#include "machines/linux/sources/ProcessorPower.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include <unistd.h>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Drops what the class of hardware monitors repeats of a supply.
+void dropRepeatedSupplies(std::vector<SensorChip>& chips, const std::vector<SensorChip>& supplies) {
+    for (const SensorChip& supply : supplies) {
+        const std::string name = hwmonNameOfSupply(supply);
+        for (SensorChip& chip : chips) {
+            if (chip.name != name) continue;
+            std::erase_if(chip.channels, [&](const SensorChannel& channel) {
+                return std::ranges::find(supply.channels, channel.kind, &SensorChannel::kind) !=
+                       supply.channels.end();
+            });
+        }
+    }
+}
+
+bool isReadable(const std::filesystem::path& file) {
+    const int descriptor = openRegularFile(file);
+    if (descriptor >= 0) ::close(descriptor);
+    return descriptor >= 0;
+}
+
+void dropUnreadableCounters(std::vector<SensorChip>& chips, Log& log) {
+    std::size_t unreadable = 0;
+    for (SensorChip& chip : chips) {
+        unreadable += std::erase_if(chip.channels, [](const SensorChannel& channel) {
+            return channel.kind == SensorKind::energy && !isReadable(channel.file);
+        });
+    }
+    if (unreadable == 0) return;
+    log.once(LogCategory::sourceKernel, LogLevel::info, [] {
+        return std::string("energy counters are left out: only the administrator may read them");
+    });
+}
+
+} // namespace
+
+std::vector<SensorChip> sensorChips(const std::filesystem::path& root, Log& log) {
+    std::vector<SensorChip> chips = hwmonChips(root);
+    std::vector<SensorChip> supplies = powerSupplyChips(root);
+    dropRepeatedSupplies(chips, supplies);
+    std::ranges::move(supplies, std::back_inserter(chips));
+    std::ranges::move(processorPowerChips(root), std::back_inserter(chips));
+    dropUnreadableCounters(chips, log);
+    nameHybridCores(root, chips);
+    return chips;
+}
+
+} // namespace kelvinbar
