@@ -2,7 +2,7 @@
 
 #include "base/NumberText.h"
 #include "machines/linux/applesmc/AppleSMCChannels.h"
-#include "machines/linux/naming/ControllerCoverage.h"
+#include "machines/linux/applesmc/ControllerCoverage.h"
 #include "machines/linux/naming/SensorNames.h"
 #include "machines/linux/sources/SensorChips.h"
 
