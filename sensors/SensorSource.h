@@ -46,8 +46,8 @@ class SensorSource {
     /// one in a chain; a source may leave out what those already measure.
     virtual std::vector<std::string> discoverKeys(const KeySet& listedBefore) = 0;
 
-    /// What the last `discoverKeys` found out about stored keys. `withFormerKeys` is false once they have been
-    /// carried over.
+    /// What the last `discoverKeys` found out about stored keys. `withFormerKeys` is false once they have
+    /// been carried over.
     virtual KeyHistory keyHistory(bool /*withFormerKeys*/) { return {}; }
 
     /// The readings of `keys`, in their order. Unknown, repeated and unreadable keys are left out.
