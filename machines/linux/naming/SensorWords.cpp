@@ -81,9 +81,9 @@ constexpr std::array devices{
 
     // Mainboards and notebooks
     DeviceRow{superIO, "Mainboard"},
-    DeviceRow{"asus_wmi_sensors|asus_wmi_ec_sensors|asus-ec-sensors|asusec|atk0110|abituguru*", "Mainboard",
-              Category::thermal, byNumber, wholeLabels},
-    DeviceRow{"hp_wmi_sensors|gigabyte_wmi|msi_wmi_platform|lm85*|adt746?|w83l*|f75*|lm87|lm93|lm96*|fsc*|"
+    DeviceRow{"asus_wmi_sensors|asus_wmi_ec_sensors|asus-ec-sensors|asusec|atk0110|abituguru*|hp_wmi_sensors",
+              "Mainboard", Category::thermal, byNumber, wholeLabels},
+    DeviceRow{"gigabyte_wmi|msi_wmi_platform|lm85*|adt746?|w83l*|f75*|lm87|lm93|lm96*|fsc*|"
               "ftsteutates|"
               "adm1???|gl5*|aem*|ibm*|aspeed*|cgbc*|qnap*|nsa320",
               "Mainboard"},
@@ -204,8 +204,6 @@ constexpr std::array labels{
     LabelRow{any, power, "pout?", "Output Power #"},
 
     // Batteries and chargers
-    LabelRow{batteries, temperature, "temp", "Temperature"},
-    LabelRow{batteries, temperature, "temp ambient", "Ambient Temperature"},
     LabelRow{supplies, voltage, "voltage_now", "Voltage"},
     LabelRow{supplies, current, "current_now", "Current"},
     LabelRow{supplies, power, "power_now", "Power"},
@@ -214,8 +212,8 @@ constexpr std::array labels{
     LabelRow{supplies, charge, "charge_full_design|energy_full_design", "Design Charge"},
     LabelRow{supplies, count, "cycle_count", "Cycles"},
     LabelRow{supplies, percent, "capacity", "Level"},
-    LabelRow{supplies, temperature, "temp", "Temperature"},
-    LabelRow{supplies, temperature, "temp_ambient", "Ambient Temperature"},
+    LabelRow{any, temperature, "temp", "Temperature"},
+    LabelRow{any, temperature, "temp_ambient|temp ambient", "Ambient Temperature"},
     LabelRow{supplies, duration, "time_to_empty_now", "Time to Empty"},
     LabelRow{supplies, duration, "time_to_full_now", "Time to Full"},
     LabelRow{supplies, text, "status", "Status"},
