@@ -2,7 +2,6 @@
 
 #include "machines/linux/naming/TextPattern.h"
 
-#include <algorithm>
 #include <array>
 
 namespace kelvinbar {
@@ -229,8 +228,6 @@ constexpr std::array categories{
     CategoryRow{any, temperature, "*cpu*|*processor*|*peci*|*tsi*_temp*|*amd tsi*|*package*", Category::cpu},
 };
 
-bool fitsKind(std::optional<SensorKind> wanted, SensorKind kind) { return !wanted || *wanted == kind; }
-
 } // namespace
 
 std::span<const DeviceRow> deviceRows() { return devices; }
@@ -240,17 +237,18 @@ std::span<const LabelRow> labelRows() { return labels; }
 std::span<const CategoryRow> categoryRows() { return categories; }
 
 const DeviceRow* deviceRowOf(std::string_view type) {
-    const auto row = std::ranges::find_if(
-        devices, [type](const DeviceRow& entry) { return fitsPattern(entry.chips, type); });
-    return row == devices.end() ? nullptr : &*row;
+    for (const DeviceRow& row : devices) {
+        if (fitsPattern(row.chips, type)) return &row;
+    }
+    return nullptr;
 }
 
 const LabelRow* labelRowOf(std::string_view type, SensorKind kind, std::string_view label) {
-    const auto row = std::ranges::find_if(labels, [&](const LabelRow& entry) {
-        return fitsKind(entry.kind, kind) && fitsPattern(entry.chips, type) &&
-               fitsPattern(entry.labels, label);
-    });
-    return row == labels.end() ? nullptr : &*row;
+    for (const LabelRow& row : labels) {
+        const bool isOfKind = !row.kind || *row.kind == kind;
+        if (isOfKind && fitsPattern(row.chips, type) && fitsPattern(row.labels, label)) return &row;
+    }
+    return nullptr;
 }
 
 std::string_view kindWords(SensorKind kind) {

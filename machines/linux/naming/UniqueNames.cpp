@@ -34,9 +34,8 @@ void appendKind(const NameInList& channel) {
 /// "CPU" is a temperature and a current on some boards.
 void tellKindsApart(const std::vector<NameInList>& names) {
     for (const auto& [name, group] : groupedByName(names)) {
-        const bool isOneKind = std::ranges::all_of(
-            group, [&](const NameInList& channel) { return channel.kind == group.front().kind; });
-        if (!isOneKind) std::ranges::for_each(group, appendKind);
+        const auto ofOneKind = std::ranges::count(group, group.front().kind, &NameInList::kind);
+        if (static_cast<std::size_t>(ofOneKind) < group.size()) std::ranges::for_each(group, appendKind);
     }
 }
 
