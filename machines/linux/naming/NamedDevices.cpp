@@ -272,6 +272,7 @@ std::vector<NamedDevice> namedDevices(const std::vector<SensorChip>& chips) {
     std::ranges::stable_sort(order,
                              [](const auto* left, const auto* right) { return isEarlier(*left, *right); });
     std::vector<NamedDevice> devices;
+    devices.reserve(order.size());
     for (const SensorChip* const chip : order) devices.push_back(deviceOf(*chip));
     countKeys(devices);
     countDevices(devices);

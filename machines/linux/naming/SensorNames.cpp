@@ -71,7 +71,7 @@ std::string nameOf(const NamedDevice& device, const SensorChannel& channel) {
 }
 
 /// A name of four characters without a space looks like a key of Apple's controller.
-std::string speakingName(std::string name, SensorKind kind) {
+std::string speakingName(const std::string& name, SensorKind kind) {
     constexpr std::size_t keyLength = 4;
     if (name.empty()) return std::string(kindWords(kind));
     const bool isLikeKey = characterCount(name) == keyLength && !contains(name, " ");

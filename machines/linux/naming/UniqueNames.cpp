@@ -16,11 +16,6 @@ std::string withSuffix(std::string_view name, const std::string& suffix) {
     return cutText(name, longestSensorName - characterCount(suffix)).append(suffix);
 }
 
-std::string chipSuffix(const NameInList& reading) {
-    constexpr std::size_t longestChip = 20;
-    return std::string(" (").append(cutText(cleanedText(reading.type), longestChip)).append(")");
-}
-
 using Group = std::vector<NameInList>;
 
 /// Readings by name, each group in the order of the readings.
@@ -39,21 +34,20 @@ void appendKind(const NameInList& channel) {
 /// "CPU" is a temperature and a current on some boards.
 void tellKindsApart(const std::vector<NameInList>& names) {
     for (const auto& [name, group] : groupedByName(names)) {
-        const bool isOneKind = std::ranges::all_of(
-            group, [&](const NameInList& channel) { return channel.kind == group.front().kind; });
-        if (!isOneKind) std::ranges::for_each(group, appendKind);
+        const auto ofOneKind = std::ranges::count(group, group.front().kind, &NameInList::kind);
+        if (static_cast<std::size_t>(ofOneKind) < group.size()) std::ranges::for_each(group, appendKind);
     }
 }
 
-/// The first free name: with a number, unless the name ends in one; with the chip; with both.
+/// The first free name: with a number, unless the name ends in one; with the chip where there is room for it;
+/// with a number that is marked as one.
 std::string freeName(const NameInList& reading, int number, const std::set<std::string>& taken) {
     const std::string& name = *reading.name;
     std::string candidate = withSuffix(name, " " + std::to_string(number));
     if (!isDecimalDigit(name.back()) && !taken.contains(candidate)) return candidate;
-    const std::string chip = chipSuffix(reading);
-    candidate = withSuffix(name, chip);
-    for (int count = 2; taken.contains(candidate); ++count) {
-        candidate = withSuffix(name, std::string(chip).append(" ").append(std::to_string(count)));
+    candidate = std::string(name).append(" (").append(reading.type).append(")");
+    while (characterCount(candidate) > longestSensorName || taken.contains(candidate)) {
+        candidate = withSuffix(name, " #" + std::to_string(number++));
     }
     return candidate;
 }

@@ -20,6 +20,7 @@ struct NameInList {
 
 /// Changes names until no two are equal: the kind is appended where kinds differ ("CPU Current"), then a
 /// number to all but the first, or the chip where a number stands at the end already ("Fan 1 (nct6798)").
+/// Where the chip does not fit, a marked number does ("Fan 1 #2").
 void makeUnique(const std::vector<NameInList>& names);
 
 } // namespace kelvinbar
