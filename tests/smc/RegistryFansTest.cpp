@@ -669,6 +669,10 @@ TEST_F(RegistryFansTest, AWalkThatCannotBeginLeavesTheCacheAsItWas) {
     EXPECT_THAT(registry.walkedPlanes, SizeIs(2));
 }
 
+TEST_F(RegistryFansTest, ThereAreNoFansWithoutARegistry) {
+    EXPECT_THAT(RegistryFans(nullptr, clock).read(), IsEmpty());
+}
+
 /// A registry whose walk takes ten seconds.
 class SlowRegistry final : public IORegistry {
   public:
