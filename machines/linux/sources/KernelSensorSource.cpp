@@ -2,6 +2,7 @@
 
 #include "base/NumberText.h"
 #include "machines/linux/applesmc/AppleSMCChannels.h"
+#include "machines/linux/libsensors/ConfiguredChips.h"
 #include "machines/linux/naming/ControllerCoverage.h"
 #include "machines/linux/naming/SensorNames.h"
 #include "machines/linux/sources/SensorChips.h"
@@ -24,8 +25,9 @@ auto placeOf(const Sensors& sensors, std::string_view key) {
 /// Opens the files of everything that has a reading.
 class KernelSensorSource::ListBuilder {
   public:
-    ListBuilder(const Sensors& earlier, SensorFiles& files, std::shared_ptr<const MonotonicClock> clock)
-        : earlier_(earlier), files_(files), clock_(std::move(clock)) {}
+    ListBuilder(const Sensors& earlier, const SensorConfiguration* configuration, SensorFiles& files,
+                std::shared_ptr<const MonotonicClock> clock)
+        : earlier_(earlier), configuration_(configuration), files_(files), clock_(std::move(clock)) {}
 
     void add(const SensorChip& chip, const std::vector<std::optional<SensorName>>& names,
              const KeySet& controllerKeys) {
@@ -33,7 +35,7 @@ class KernelSensorSource::ListBuilder {
         for (std::size_t place = 0; place < chip.channels.size(); ++place) {
             const SensorChannel& channel = chip.channels[place];
             if (!names[place] || isMeasuredByController(chip, channel, controllerKeys)) continue;
-            append(prototypeOf(*names[place]), {}, channel, power);
+            append(prototypeOf(*names[place]), {}, channel, power, configured(chip, channel));
         }
     }
 
@@ -44,7 +46,7 @@ class KernelSensorSource::ListBuilder {
             if (!key) continue;
             RawReading prototype;
             prototype.key = std::move(key->key);
-            append(std::move(prototype), key->type, channel, power);
+            append(std::move(prototype), key->type, channel, power, nullptr);
             const bool isFan = channel.kind == SensorKind::fan;
             auto name = isFan ? fanNameReading(channel) : std::nullopt;
             if (name) sensors_.push_back({*std::move(name), {}, std::nullopt});
@@ -75,9 +77,16 @@ class KernelSensorSource::ListBuilder {
         return std::make_shared<DevicePower>(chip.powerStates, files_, clock_);
     }
 
+    [[nodiscard]] std::shared_ptr<const ConfiguredValue> configured(const SensorChip& chip,
+                                                                    const SensorChannel& channel) const {
+        return configuration_ == nullptr ? nullptr : configuredValue(*configuration_, chip, channel);
+    }
+
     void append(RawReading prototype, std::string_view controllerType, const SensorChannel& channel,
-                const std::shared_ptr<const DevicePower>& power) {
+                const std::shared_ptr<const DevicePower>& power,
+                std::shared_ptr<const ConfiguredValue> configured) {
         LiveSensor live(channel, possibleRange(channel.kind), files_, power, clock_);
+        live.configure(std::move(configured));
         const auto earlier = placeOf(earlier_, prototype.key);
         const bool wasThere = earlier != earlier_.end() && earlier->prototype.key == prototype.key;
         live.meter(wasThere && earlier->live ? &*earlier->live : nullptr);
@@ -85,14 +94,16 @@ class KernelSensorSource::ListBuilder {
     }
 
     const Sensors& earlier_;
+    const SensorConfiguration* configuration_;
     SensorFiles& files_;
     std::shared_ptr<const MonotonicClock> clock_;
     Sensors sensors_;
 };
 
 KernelSensorSource::KernelSensorSource(std::filesystem::path root,
-                                       std::shared_ptr<const MonotonicClock> clock, Log& log)
-    : root_(std::move(root)), clock_(std::move(clock)), log_(log) {}
+                                       std::shared_ptr<const MonotonicClock> clock, Log& log,
+                                       std::shared_ptr<SensorConfiguration> configuration)
+    : root_(std::move(root)), clock_(std::move(clock)), log_(log), configuration_(std::move(configuration)) {}
 
 SourceStatus KernelSensorSource::status() {
     const std::lock_guard lock(mutex_);
@@ -121,10 +132,10 @@ std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBe
 }
 
 std::shared_ptr<const KernelSensorSource::Sensors> KernelSensorSource::rebuilt(const KeySet& listedBefore) {
-    const std::vector<SensorChip> chips = sensorChips(root_, log_);
+    const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_);
     const auto names = sensorNames(chips);
     const KeySet controllerKeys = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
-    ListBuilder builder(*sensors_, files_, clock_);
+    ListBuilder builder(*sensors_, configuration_.get(), files_, clock_);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
         if (chip.name != appleSMCChip) {
@@ -135,9 +146,8 @@ std::shared_ptr<const KernelSensorSource::Sensors> KernelSensorSource::rebuilt(c
     }
     sensors_ = std::make_shared<const Sensors>(std::move(builder).finish());
     builtAt_ = clock_->now();
-    log_.write(LogCategory::sourceKernel, LogLevel::debug, [this] {
-        return std::to_string(sensors_->size()) + " sensors found";
-    });
+    log_.write(LogCategory::sourceKernel, LogLevel::debug,
+               [this] { return std::to_string(sensors_->size()) + " sensors found"; });
     return sensors_;
 }
 
