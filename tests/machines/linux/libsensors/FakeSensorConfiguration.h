@@ -33,9 +33,9 @@ class FakeComputedValue final : public ComputedValue {
 /// A configuration whose chips a test fills in, by their libsensors names.
 class FakeSensorConfiguration final : public SensorConfiguration {
   public:
-    void refresh(const std::vector<SensorChip>& chips) override {
+    void refresh(const std::vector<SensorChip>& machine) override {
         refreshed.clear();
-        for (const SensorChip& chip : chips) refreshed.push_back(chip.sensorsName);
+        for (const SensorChip& chip : machine) refreshed.push_back(chip.sensorsName);
     }
 
     [[nodiscard]] const ConfiguredChip* find(const SensorChip& chip) const override {
