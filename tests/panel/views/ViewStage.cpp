@@ -137,7 +137,8 @@ PanelControls* ViewStage::makeControls(const QString& author, const QString& con
         .donationPage = donationPage,
         .open = [this](const QUrl& address) { openedAddresses_ << address.toString(); },
         .quit = [this] { ++quits_; }};
-    scene().controls.push_back(std::make_unique<PanelControls>(scene().store, std::move(environment)));
+    scene().controls.push_back(
+        std::make_unique<PanelControls>(scene().store, loginItem_, std::move(environment)));
     PanelControls* const controls = scene().controls.back().get();
     QQmlEngine::setObjectOwnership(controls, QQmlEngine::CppOwnership);
     return controls;
