@@ -11,7 +11,7 @@ namespace {
 
 constexpr double heightDecrease = 80;
 constexpr double heightIncrease = 96;
-constexpr double standardHeight = PopoverSize{}.height;
+constexpr double standardHeight = standardPopoverSize.height;
 
 /// A preference file may hold any number; this many points are too many for every screen.
 constexpr double greatestShownHeight = 999'999;
