@@ -72,6 +72,7 @@ SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const C
         result.statusMessage = "Refresh cancelled";
         return result;
     }
+    if (pass.shouldDiscover) result.keyHistory = source.keyHistory(pass.carryKeysOver);
     const KeySet& dynamicKeys = result.discoveredKeys ? *result.discoveredKeys : *pass.cachedDynamicKeys;
     const KeySet& keys = dynamicKeys.empty() ? *pass.fixedCandidates : dynamicKeys;
     result.readings = readKeys(source, keys, pass.readSuperIOFans);
