@@ -1,7 +1,7 @@
 #pragma once
 
+#include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/naming/SensorWords.h"
-#include "machines/linux/sources/SensorChannel.h"
 
 #include <string>
 #include <string_view>

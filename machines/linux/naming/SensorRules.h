@@ -1,7 +1,7 @@
 #pragma once
 
-#include "machines/linux/naming/TextPattern.h"
 #include "machines/linux/naming/SensorChannel.h"
+#include "machines/linux/naming/TextPattern.h"
 
 #include <cstddef>
 #include <span>

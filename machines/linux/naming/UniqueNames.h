@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machines/linux/sources/SensorChannel.h"
+#include "machines/linux/naming/SensorChannel.h"
 
 #include <cstddef>
 #include <string>
