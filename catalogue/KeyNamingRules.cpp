@@ -12,13 +12,13 @@ namespace {
 
 using enum SMCCategory;
 
-/// The name by which the family of `rows` knows `key`; the key itself where it has none.
+/// The rules' name of `key` by its row; the key itself if it has none.
 std::string nameIn(std::span<const KnownKey> rows, std::string_view key) {
     const KnownKey* const row = findRow(rows, key);
     return std::string(row == nullptr ? key : row->ruleName());
 }
 
-/// A character position that counts as an index: upper-case hex digits only.
+/// Whether `character` can be an index: drivers count in upper-case hexadecimal digits.
 bool isHexDigit(char character) {
     return isDecimalDigit(character) || (character >= 'A' && character <= 'F');
 }
@@ -31,7 +31,7 @@ SMCKeyDefinition define(std::string_view key, std::string name, SMCCategory cate
     return {std::string(key), std::move(name), category, std::string(unit)};
 }
 
-/// The definition by the row that has '#' in place of the digit at `position` of `key`.
+/// The definition by the row that has '#' in place of the digit at `position`. `key` has a digit there.
 MaybeDefinition numbered(std::span<const NumberedKeys> rows, std::string_view key, std::size_t position) {
     std::string pattern(key);
     pattern[position] = '#';
@@ -41,7 +41,7 @@ MaybeDefinition numbered(std::span<const NumberedKeys> rows, std::string_view ke
     return define(key, numberedName(*row, number), row->category, row->unit);
 }
 
-/// "T" + component + index + place, for places that have no row.
+/// "T", component, index and a place without a row.
 MaybeDefinition otherNumberedTemperature(std::string_view key) {
     switch (key[1]) {
     case 'C':
@@ -70,7 +70,7 @@ MaybeDefinition temperature(std::string_view key) {
     return std::nullopt;
 }
 
-/// Any key of the families "PC" and "PG"; outside these, a key with a row, under its name in the table.
+/// Every key that begins with "PC" or "PG"; of the others only those with a row, under their table name.
 MaybeDefinition powerDefinition(std::string_view key) {
     if (key.starts_with("PC")) return define(key, powerName(key), power, "W");
     if (key.starts_with("PG")) return define(key, powerName(key), gpu, "W");
@@ -90,14 +90,15 @@ MaybeDefinition byFamilyPrefix(std::string_view key) {
     return std::nullopt;
 }
 
-/// The character after "TN", "TS" or "TH".
+/// What stands between "TN", "TS" or "TH" and the last character.
 std::string storageIndex(std::string_view key) { return std::string(withoutLastCharacter(key.substr(2))); }
 
 } // namespace
 
 MaybeDefinition definitionByPattern(std::string_view key) {
     if (characterCount(key) != 4) return std::nullopt;
-    // Every rule with positions needs ASCII in them; a key of four characters has at least four bytes.
+    // The rules look at single bytes. That is safe: four characters have at least four bytes, and every byte
+    // that a rule asks for is ASCII.
     if (key[0] == 'T') return temperature(key);
     if (key[0] == 'F' && isDecimalDigit(key[1])) return numbered(fanFields(), key, 1);
     return byFamilyPrefix(key);
