@@ -6,19 +6,20 @@
 #include <string>
 #include <string_view>
 
-/// The rows from which both the table and the naming rules are made. Each key stands in exactly one row, so a
-/// name, a category or a unit is changed in one place.
+/// The rows from which both the table and the naming rules are made. Each key has one row, so a name, a
+/// category or a unit is changed in one place. Drives have no rows: the table takes their names from the
+/// rules.
 ///
 /// The table and the rules do not always agree on a name: the table may call "TI0P" "Thunderbolt 0 Proximity"
-/// where the rules have one name for all such sensors. A row carries both names then.
+/// where the rules have one name for all such sensors. Such a row carries both names.
 ///
 /// Every list is sorted by key in code-unit order without repeats; the compiler checks it. All data is
-/// constant: any thread, any time.
+/// constant and lives as long as the program. Any thread.
 namespace kelvinbar {
 
 inline constexpr std::string_view celsius = "°C";
 
-/// One key, or with a '#' in it, one key for each digit.
+/// One key, or the pattern of a NumberedKeys.
 struct KnownKey {
     std::string_view key;  ///< four characters, trailing spaces included
     std::string_view name; ///< in the table
@@ -49,10 +50,11 @@ std::span<const KnownKey> voltageKeys(); ///< voltageName()
 std::span<const KnownKey> currentKeys(); ///< currentName()
 std::span<const KnownKey> batteryKeys(); ///< batteryName() and batteryUnit()
 
-/// Temperatures with an abbreviation for a key, as mainboards have them. The naming rules return the key.
+/// Temperatures whose keys are abbreviations, as mainboards name their sensors. The naming rules use the key
+/// as the name.
 std::span<const KnownKey> boardThermalKeys();
 
-/// Keys that only the table names.
+/// Keys whose rows only the table uses.
 std::span<const KnownKey> otherKeys();
 
 /// Numbered temperatures and fan fields, in the table and in the naming rules.
@@ -62,7 +64,7 @@ std::span<const NumberedKeys> fanFields();
 /// What each battery reports; also the source of the units that batteryUnit() derives from a key's suffix.
 std::span<const NumberedKeys> batteryFields();
 
-/// Numbered keys that only the table names.
+/// Numbered keys whose rows only the table uses.
 std::span<const NumberedKeys> otherNumberedKeys();
 
 /// The row whose key is `key`, which may be any text; null when there is none.
