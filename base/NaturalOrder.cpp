@@ -61,9 +61,23 @@ char32_t takeFoldedCharacter(std::string_view& text) {
     return lowercased(codePoint(character));
 }
 
+/// Removes the common start of both texts, which is long for the keys of one chip. Cuts only after an ASCII
+/// character other than a digit, so that no number and no character is split.
+void dropCommonStart(std::string_view& left, std::string_view& right) {
+    const auto [end, ignored] = std::ranges::mismatch(left, right);
+    auto length = static_cast<std::size_t>(end - left.begin());
+    const auto isWhole = [](char last) {
+        return static_cast<unsigned char>(last) < 0x80 && !isDecimalDigit(last);
+    };
+    while (length > 0 && !isWhole(left[length - 1])) --length;
+    left.remove_prefix(length);
+    right.remove_prefix(length);
+}
+
 } // namespace
 
 bool comesBeforeNaturally(std::string_view left, std::string_view right) {
+    dropCommonStart(left, right);
     while (!left.empty() && !right.empty()) {
         std::strong_ordering order = std::strong_ordering::equal;
         if (isDecimalDigit(left.front()) && isDecimalDigit(right.front())) {

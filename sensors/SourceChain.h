@@ -2,9 +2,10 @@
 
 #include "sensors/SensorSource.h"
 
-#include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <unordered_map>
 
 namespace kelvinbar {
 
@@ -17,6 +18,7 @@ class SourceChain final : public SensorSource {
     /// Available when one source is, with the message of the first such source, else of the first source.
     SourceStatus status() override;
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
+    KeyHistory keyHistory(bool withFormerKeys) override;
 
     /// Reads a key from the source that listed it, and a key that none has listed from the first source that
     /// can read it. The readings come source by source.
@@ -25,7 +27,9 @@ class SourceChain final : public SensorSource {
     void close() override;
 
   private:
-    using Owners = std::map<std::string, std::size_t, std::less<>>;
+    using Owners = std::unordered_map<std::string, std::size_t>;
+
+    static std::optional<std::size_t> commonOwner(const Owners& owners, std::span<const std::string> keys);
 
     [[nodiscard]] std::shared_ptr<const Owners> owners() const;
 
