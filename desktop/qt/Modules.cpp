@@ -10,10 +10,10 @@ namespace kelvinbar {
 
 namespace {
 
-/// Where an installed program and one in its build folder have them, seen from the program's folder.
+/// Where modules are, seen from the program's folder: installed, and as built. The application object, which
+/// knows that folder, may not be there yet.
 constexpr std::array moduleFolders{KELVINBAR_MODULE_FOLDER, "../lib/kelvinbar"};
 
-/// The application object, which knows it too, may not be there yet.
 QDir programFolder() { return QFileInfo(QFileInfo("/proc/self/exe").symLinkTarget()).dir(); }
 
 } // namespace
