@@ -24,18 +24,16 @@ using Readings = std::map<std::string, SMCReading>;
 
 struct DemoMachine : testing::Test {
     std::shared_ptr<fakes::FakeMonotonicClock> clock = std::make_shared<fakes::FakeMonotonicClock>();
-    KeySet keys;
+    Machine machine = makeDemoMachine(clock);
 
-    DemoMachine() {
-        useMachine(makeDemoMachine(clock));
-        keys = loadReadings({}, true, {}, true).discoveredKeys.value_or(KeySet());
-    }
+    [[nodiscard]] Readings read() const { return readingsOf(machine); }
 
-    ~DemoMachine() override { useMachine({}); }
-
-    [[nodiscard]] Readings read() const {
+    [[nodiscard]] static Readings readingsOf(const Machine& machine) {
+        const auto none = std::make_shared<const KeySet>();
+        const LoadPass pass{
+            .fixedCandidates = none, .shouldDiscover = true, .cachedDynamicKeys = none, .readSuperIOFans = true};
         Readings readings;
-        for (SMCReading& reading : loadReadings({}, false, keys, true).readings) {
+        for (SMCReading& reading : loadReadings(machine, pass).readings) {
             const std::string key = reading.key;
             readings.emplace(key, std::move(reading));
         }
@@ -95,8 +93,7 @@ TEST_F(DemoMachine, GivesTheSameValuesAtTheSameTime) {
     clock->advance(100s);
     const Readings later = read();
     EXPECT_NE(later, first);
-    useMachine(makeDemoMachine(clock));
-    EXPECT_EQ(read(), later);
+    EXPECT_EQ(readingsOf(makeDemoMachine(clock)), later);
 }
 
 TEST_F(DemoMachine, ValuesMoveFromSecondToSecond) {

@@ -98,7 +98,9 @@ TEST(SnapshotParser, ReportsEveryKindOfUnusableLineWithItsNumberAndUsesTheRest) 
         "FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531",
         "FAN0\tioreg\tCPU Fan\t-1 RPM\tRAW=1",
         "FAN0\tioreg\tCPU Fan\t1e9 RPM\tRAW=3B9ACA00",
-        "FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA", // no fan by its name
+        "FAN0\tioreg\tCPU Fan\t30000.5 RPM\tRAW=7530",
+        "FAN0\tioreg\t\t1450 RPM\tRAW=5AA",     // no name
+        "zzzz\tioreg\tPump\t1450 RPM\tRAW=5AA", // not in the catalogue
         "N???\tnative\tSomething\t1\tRAW=1",
         "NCOR\tnative\tActive CPU Cores\tmany\tRAW=many",
         "NRAM\tnative\tPhysical Memory\t16.0 GB\tRAW=much",
@@ -144,7 +146,7 @@ TEST(SnapshotParser, ReportsAProcessorModelWithoutText) {
 
 TEST(SnapshotParser, ReportsProblemsInTheOrderOfTheLines) {
     const ReplayResult replay = replayed(
-        joined({"FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA", "junk", goodLine, "F0Ac\tioreg\tno\t1 RPM\tRAW=1",
+        joined({"FAN0\tioreg\t\t1450 RPM\tRAW=5AA", "junk", goodLine, "zzzz\tioreg\tno\t1 RPM\tRAW=1",
                 "TC2C\tsp78\t\t\tRAW=2", "FAN1\tioreg\tCPU Fan\t40000 RPM\tRAW=9C40"}));
     EXPECT_EQ(lineNumbers(replay.problems), (Numbers{1, 2, 4, 5, 6}));
 }
@@ -194,7 +196,7 @@ TEST(SnapshotParser, DoesNotLetAnUnusableKeyLineKeepALaterOneOut) {
 TEST(SnapshotParser, DoesNotLetAnUnusableFanLineKeepALaterOneOut) {
     for (const std::string_view unusable :
          {"FAN0\tioreg\tCPU Fan\t\tRAW=5AA", "FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531",
-          "FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA"}) {
+          "FAN0\tioreg\t\t1450 RPM\tRAW=5AA"}) {
         SCOPED_TRACE(unusable);
         const ReplayResult replay = replayed(joined({unusable, "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"}));
         EXPECT_EQ(lineNumbers(replay.problems), Numbers{1});
