@@ -87,9 +87,9 @@ TEST_F(HwmonChipsTest, EveryKindOfChannelIsFoundWithItsScale) {
     }
 }
 
-TEST_F(HwmonChipsTest, AFanIsFoundInRoundsAMinuteWithANameBesideIt) {
+TEST_F(HwmonChipsTest, AFanIsFoundInRoundsAMinute) {
     const fs::path file = write("fan2_input", "1200\n");
-    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 2}, {fanName, 2}}));
+    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 2}}));
     EXPECT_EQ(onlyChannel(fan).countsPerUnit, 1);
     EXPECT_EQ(onlyChannel(fan).file, file);
 }
@@ -114,7 +114,7 @@ TEST_F(HwmonChipsTest, OtherFilesAreNoChannels) {
                                         "tempX_input",
                                         "temp_input",
                                         "temp99999999_input",
-                                        "pwm1",
+                                        "pwm01",
                                         "pwm1_enable",
                                         "intrusion0_alarm",
                                         "temp1_max",
@@ -249,27 +249,6 @@ TEST_F(HwmonChipsTest, TheFileThatTellsOfAFaultBelongsToTheMeasurement) {
     EXPECT_EQ(onlyChannel(fan).fault, fault);
     EXPECT_EQ(onlyChannel(fanMinimum).fault, "") << "a limit is no measurement";
     EXPECT_EQ(onlyChannel(temperature).fault, "");
-}
-
-// Names of fans
-
-TEST_F(HwmonChipsTest, TheNameOfAFanIsItsLabelOrElseTheChips) {
-    write("name", "thinkpad\n");
-    write("fan1_input", "1200\n");
-    EXPECT_EQ(onlyChannel(fanName).text, "thinkpad");
-    EXPECT_EQ(onlyChannel(fanName).file, "");
-    write("fan1_label", "CPU Fan\n");
-    EXPECT_EQ(onlyChannel(fanName).text, "CPU Fan");
-    EXPECT_EQ(onlyChannel(fanName).number, 1);
-}
-
-TEST_F(HwmonChipsTest, FansOfApplesControllerHaveANameOnlyWithALabel) {
-    write("device/name", "applesmc\n");
-    write("device/fan1_input", "1200\n");
-    write("device/fan2_input", "1300\n");
-    write("device/fan2_label", "Right side\n");
-    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 1}, {fan, 2}, {fanName, 2}}));
-    EXPECT_EQ(onlyChannel(fanName).text, "Right side");
 }
 
 // Chips
