@@ -61,9 +61,23 @@ char32_t takeFoldedCharacter(std::string_view& text) {
     return lowercased(codePoint(character));
 }
 
+/// Drops what both texts begin with: keys of one chip differ at their ends only. Stops at an ASCII character
+/// that is no digit, so that no number and no character is cut.
+void dropCommonStart(std::string_view& left, std::string_view& right) {
+    const auto [end, ignored] = std::ranges::mismatch(left, right);
+    auto length = static_cast<std::size_t>(end - left.begin());
+    const auto isWhole = [](char last) {
+        return static_cast<unsigned char>(last) < 0x80 && !isDecimalDigit(last);
+    };
+    while (length > 0 && !isWhole(left[length - 1])) --length;
+    left.remove_prefix(length);
+    right.remove_prefix(length);
+}
+
 } // namespace
 
 bool comesBeforeNaturally(std::string_view left, std::string_view right) {
+    dropCommonStart(left, right);
     while (!left.empty() && !right.empty()) {
         std::strong_ordering order = std::strong_ordering::equal;
         if (isDecimalDigit(left.front()) && isDecimalDigit(right.front())) {

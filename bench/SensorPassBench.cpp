@@ -1,14 +1,17 @@
-// Reading the sensors of this machine's /sys: Kelvinbar's pass, the bare readings it cannot do without, and
-// the same values through libsensors where that is installed. scripts/bench-sensors.sh runs it over a made-up
-// tree and counts its system calls.
+// Reading the sensors of this machine's /sys: Kelvinbar's pass and its discovery, the bare reads that no
+// reader can do without, and the same values through libsensors where that is installed.
+// scripts/bench-sensors.sh runs it over a made-up tree and counts its system calls.
 
+#include "base/Log.h"
+#include "base/NumberText.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/LinuxMachine.h"
-#include "machines/linux/sources/HwmonChips.h"
+#include "machines/linux/files/SensorFile.h"
+#include "machines/linux/sources/SensorChips.h"
 #include "store/LoadPass.h"
 
 #include <algorithm>
-#include <charconv>
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -18,6 +21,7 @@
 #include <string>
 #include <string_view>
 #include <sys/resource.h>
+#include <utility>
 #include <vector>
 
 #ifdef KELVINBAR_HAS_LIBSENSORS
@@ -56,13 +60,45 @@ Result measured(int passes, Pass pass) {
     return result;
 }
 
+/// A machine over the real root, with nothing between it and the kernel.
+struct RealMachine {
+    StandardErrorSink sink;
+    Log log{sink};
+    Machine machine = makeLinuxMachine("/", std::make_shared<BootTimeClock>(), log);
+};
+
+const auto noKeys = std::make_shared<const KeySet>();
+
 Result readThroughKelvinbar(int passes) {
-    useMachine(makeLinuxMachine("/", std::make_shared<BootTimeClock>(), [](const std::string&) {}));
-    const auto known = loadReadings({}, true, {}, true).discoveredKeys.value_or(KeySet());
-    const Result result =
-        measured(passes, [&] { return loadReadings({}, false, known, true).readings.size(); });
-    useMachine({});
-    return result;
+    const RealMachine real;
+    const LoadPass first{.fixedCandidates = noKeys, .shouldDiscover = true, .cachedDynamicKeys = noKeys};
+    auto known = loadReadings(real.machine, first).discoveredKeys.value_or(KeySet());
+    const LoadPass pass{.fixedCandidates = noKeys,
+                        .cachedDynamicKeys = std::make_shared<const KeySet>(std::move(known)),
+                        .readSuperIOFans = true};
+    return measured(passes, [&] { return loadReadings(real.machine, pass).readings.size(); });
+}
+
+/// Looking for sensors anew, as every five minutes.
+Result discoverThroughKelvinbar(int passes) {
+    const RealMachine real;
+    return measured(passes, [&] { return real.machine.source->discoverKeys({}).size(); });
+}
+
+/// The least that a pass can cost: each file read in place, and its number parsed.
+Result readInPlace(int passes) {
+    StandardErrorSink sink;
+    Log log(sink);
+    std::vector<std::shared_ptr<const SensorFile>> open;
+    for (const SensorChip& chip : sensorChips("/", log)) {
+        for (const SensorChannel& channel : chip.channels) {
+            open.push_back(std::make_shared<const SensorFile>(channel.file));
+        }
+    }
+    return measured(passes, [&] {
+        return static_cast<std::size_t>(
+            std::ranges::count_if(open, [](const auto& file) { return file->number().has_value(); }));
+    });
 }
 
 #ifdef KELVINBAR_HAS_LIBSENSORS
@@ -120,22 +156,32 @@ void print(std::string_view reader, const Result& result) {
     std::cout << reader << ' ' << result.values << " values " << result.nanosecondsAPass << " ns/pass\n";
 }
 
-int run(const std::vector<std::string_view>& words) {
-    int number = 0;
-    if (words.size() == 3) std::from_chars(words[2].data(), words[2].data() + words[2].size(), number);
-    if (words.size() == 3 && words[0].starts_with('/')) {
-        makeTree(words[0], number);
-    } else if (words.size() == 3 && words[1] == "kelvinbar") {
-        print(words[1], readThroughKelvinbar(number));
+using Reader = Result (*)(int passes);
+
+constexpr std::array readers{
+    std::pair<std::string_view, Reader>{"floor", readInPlace},
+    std::pair<std::string_view, Reader>{"kelvinbar", readThroughKelvinbar},
+    std::pair<std::string_view, Reader>{"discovery", discoverThroughKelvinbar},
 #ifdef KELVINBAR_HAS_LIBSENSORS
-    } else if (words.size() == 3 && words[1] == "libsensors") {
-        print(words[1], readThroughLibsensors(number));
+    std::pair<std::string_view, Reader>{"libsensors", readThroughLibsensors},
 #endif
-    } else {
-        std::cerr << "usage: kelvinbar_sensor_bench read kelvinbar|libsensors PASSES\n"
-                     "       kelvinbar_sensor_bench /FOLDER tree CHANNELS\n";
+};
+
+int run(const std::vector<std::string_view>& words) {
+    const int number = words.size() == 3 ? wholeNumberIn<int>(words[2]).value_or(-1) : -1;
+    if (number >= 0 && words[1] == "tree") {
+        makeTree(words[0], number);
+        return 0;
+    }
+    const auto* const reader =
+        number < 0 ? readers.end()
+                   : std::ranges::find(readers, words[1], &std::pair<std::string_view, Reader>::first);
+    if (reader == readers.end()) {
+        std::cerr << "usage: kelvinbar_sensor_bench read floor|kelvinbar|discovery|libsensors PASSES\n"
+                     "       kelvinbar_sensor_bench FOLDER tree CHANNELS\n";
         return 2;
     }
+    print(words[1], reader->second(number));
     return 0;
 }
 

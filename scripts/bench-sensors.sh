@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Reads a made-up /sys of 200 channels through Kelvinbar and through libsensors, in one run, and prints the
-# processor time and the system calls of a pass. usage: scripts/bench-sensors.sh [CHANNELS]
+# Reads a made-up /sys of 200 channels through Kelvinbar, through libsensors, and as bare reads in place, all in one
+# run, and prints the processor time and the system calls of a pass, and the time of a discovery. usage: scripts/bench-sensors.sh [CHANNELS]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 channels=${1:-200}
@@ -32,12 +32,17 @@ own_mounts=(unshare --mount)
   }
 
   printf '%12s %8s %16s %20s\n' reader values "CPU a pass (ns)" "system calls a pass"
-  for reader in libsensors kelvinbar; do
+  declare -A times
+  for reader in floor libsensors kelvinbar discovery; do
+    passes=2000
+    [[ $reader != discovery ]] || passes=20
     # The median of five.
-    line=$(for _ in 1 2 3 4 5; do "$program" read "$reader" 2000; done | sort -k4n | sed -n 3p)
-    read -r _ values _ time _ <<<"$line"
-    printf '%12s %8d %16d %20d\n' "$reader" "$values" "$time" "$(calls "$reader")"
-    times+=("$time")
+    line=$(for _ in 1 2 3 4 5; do "$program" read "$reader" "$passes"; done | sort -k4n | sed -n 3p)
+    read -r _ values _ times[$reader] _ <<<"$line"
+    printf '%12s %8d %16d %20d\n' "$reader" "$values" "${times[$reader]}" "$(calls "$reader")"
   done
-  awk -v ours="${times[1]}" -v peer="${times[0]}" 'BEGIN { printf "ratio of CPU time: %.2f\n", ours / peer }'
+  for peer in floor libsensors; do
+    awk -v ours="${times[kelvinbar]}" -v peer="${times[$peer]}" -v name="$peer" \
+      'BEGIN { printf "CPU of a pass, times that of %s: %.2f\n", name, ours / peer }'
+  done
 EOS

@@ -2,9 +2,10 @@
 
 #include "sensors/SensorSource.h"
 
-#include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <unordered_map>
 
 namespace kelvinbar {
 
@@ -25,7 +26,9 @@ class SourceChain final : public SensorSource {
     void close() override;
 
   private:
-    using Owners = std::map<std::string, std::size_t, std::less<>>;
+    using Owners = std::unordered_map<std::string, std::size_t>;
+
+    static std::optional<std::size_t> commonOwner(const Owners& owners, std::span<const std::string> keys);
 
     [[nodiscard]] std::shared_ptr<const Owners> owners() const;
 

@@ -135,9 +135,8 @@ std::shared_ptr<const KernelSensorSource::Sensors> KernelSensorSource::rebuilt(c
     }
     sensors_ = std::make_shared<const Sensors>(std::move(builder).finish());
     builtAt_ = clock_->now();
-    log_.write(LogCategory::sourceKernel, LogLevel::debug, [this] {
-        return std::to_string(sensors_->size()) + " sensors found";
-    });
+    log_.write(LogCategory::sourceKernel, LogLevel::debug,
+               [this] { return std::to_string(sensors_->size()) + " sensors found"; });
     return sensors_;
 }
 
@@ -153,26 +152,34 @@ std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const st
     for (const std::string& key : keys) {
         if (next == sensors->end() || next->prototype.key != key) next = placeOf(*sensors, key);
         if (next == sensors->end() || next->prototype.key != key) continue;
-        if (auto reading = read(*next)) readings.push_back(*std::move(reading));
+        if (!read(*next, readings.emplace_back())) readings.pop_back();
         ++next;
     }
     return readings;
 }
 
-std::optional<RawReading> KernelSensorSource::read(const Sensor& sensor) {
-    if (!sensor.live) return sensor.prototype;
-    auto sample = sensor.live->read();
-    if (!sample) return std::nullopt;
-    if (!sensor.controllerType.empty()) {
-        if (!sample->number) return std::nullopt;
-        return controllerReading(sensor.prototype.key, sensor.controllerType, *sample->number);
+bool KernelSensorSource::read(const Sensor& sensor, RawReading& reading) {
+    if (!sensor.live) {
+        reading = sensor.prototype;
+        return true;
     }
-    RawReading reading = sensor.prototype;
+    auto sample = sensor.live->read();
+    if (!sample) return false;
+    if (!sensor.controllerType.empty()) return readController(sensor, *sample, reading);
+    reading = sensor.prototype;
     reading.numericValue = sample->number;
     reading.value = sample->number ? plainNumberText(*sample->number) : std::move(sample->text);
     reading.raw = std::move(sample->raw);
     if (sample->isAsleep) reading.unit = "";
-    return reading;
+    return true;
+}
+
+bool KernelSensorSource::readController(const Sensor& sensor, const SensorSample& sample,
+                                        RawReading& reading) {
+    auto read = sample.number ? controllerReading(sensor.prototype.key, sensor.controllerType, *sample.number)
+                              : std::nullopt;
+    if (read) reading = *std::move(read);
+    return read.has_value();
 }
 
 void KernelSensorSource::close() {

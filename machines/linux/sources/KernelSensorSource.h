@@ -48,7 +48,9 @@ class KernelSensorSource final : public SensorSource {
     using Sensors = std::vector<Sensor>; ///< in ascending order of key
     class ListBuilder;
 
-    static std::optional<RawReading> read(const Sensor& sensor);
+    /// Fills in `reading`; false when there is none.
+    static bool read(const Sensor& sensor, RawReading& reading);
+    static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
     std::shared_ptr<const Sensors> rebuilt(const KeySet& listedBefore);
     [[nodiscard]] bool isCurrent(const KeySet& listedBefore) const;
 
