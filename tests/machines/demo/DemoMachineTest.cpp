@@ -32,8 +32,10 @@ struct DemoMachine : testing::Test {
 
     [[nodiscard]] static Readings readingsOf(const Machine& machine) {
         const auto none = std::make_shared<const KeySet>();
-        const LoadPass pass{
-            .fixedCandidates = none, .shouldDiscover = true, .cachedDynamicKeys = none, .readSuperIOFans = true};
+        const LoadPass pass{.fixedCandidates = none,
+                            .shouldDiscover = true,
+                            .cachedDynamicKeys = none,
+                            .readSuperIOFans = true};
         Readings readings;
         for (SMCReading& reading : loadReadings(machine, pass).readings) {
             const std::string key = reading.key;
@@ -109,10 +111,11 @@ TEST_F(DemoMachine, ValuesAtAMomentStayTheSameInEveryVersion) {
     clock->advance(99s); // to 100 s
     const Readings readings = read();
     for (const Expected& expected :
-         {Expected{"TC0D", "57.70", "39B4"}, Expected{"TC0P", "49.12", "311E"}, Expected{"TB0T", "29.43", "1D6F"},
-          Expected{"IC0C", "5.109", "0A38"}, Expected{"ID0R", "0", "0000"}, Expected{"F0Ac", "2470", "2698"},
-          Expected{"F0Mx", "5880", "5BE0"}, Expected{"F1Ac", "2295", "23DD"}, Expected{"PCPL", "56", "3800"},
-          Expected{"PCPT", "5.73", "05BB"}, Expected{"B0CT", "143", "008F"}}) {
+         {Expected{"TC0D", "57.70", "39B4"}, Expected{"TC0P", "49.12", "311E"},
+          Expected{"TB0T", "29.43", "1D6F"}, Expected{"IC0C", "5.109", "0A38"}, Expected{"ID0R", "0", "0000"},
+          Expected{"F0Ac", "2470", "2698"}, Expected{"F0Mx", "5880", "5BE0"},
+          Expected{"F1Ac", "2295", "23DD"}, Expected{"PCPL", "56", "3800"}, Expected{"PCPT", "5.73", "05BB"},
+          Expected{"B0CT", "143", "008F"}}) {
         const std::string key(expected.key);
         ASSERT_TRUE(readings.contains(key)) << key;
         EXPECT_EQ(readings.at(key).value, expected.value) << key;

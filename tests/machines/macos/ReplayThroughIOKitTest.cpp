@@ -57,11 +57,11 @@ class ReplayThroughIOKit : public testing::Test {
         serve(controller);
         if (recorded.keys.empty()) fake.serviceClass.clear();
         const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
-        return exportedText(Machine{.source = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
-                                                                          std::make_shared<IOKitRegistry>(),
-                                                                          clock),
-                                    .system = std::make_shared<ReplaySystemInformation>(recorded.facts),
-                                    .clock = clock});
+        return exportedText(
+            Machine{.source = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
+                                                          std::make_shared<IOKitRegistry>(), clock),
+                    .system = std::make_shared<ReplaySystemInformation>(recorded.facts),
+                    .clock = clock});
     }
 
     /// The entry of a sensor driver whose fans are those of `fansAndKeys`.

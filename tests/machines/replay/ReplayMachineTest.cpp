@@ -1,6 +1,7 @@
 #include "machines/replay/ReplayMachine.h"
 
 #include "sensors/SystemInformation.h"
+#include "tests/fakes/RawReadingText.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <chrono>
@@ -66,9 +67,8 @@ TEST(ReplayMachine, HasNoReadableSourceWithFactsAlone) {
         SCOPED_TRACE(text);
         const ReplayResult replay = replayed(text);
         ASSERT_TRUE(replay.machine);
-        EXPECT_EQ(
-            replay.machine->source->status(),
-            (SourceStatus{.isAvailable = false, .message = "The snapshot holds system facts alone"}));
+        EXPECT_EQ(replay.machine->source->status(),
+                  (SourceStatus{.isAvailable = false, .message = "The snapshot holds system facts alone"}));
     }
 }
 
@@ -136,7 +136,10 @@ TEST(ReplaySource, DecodesAKeyAsAControllersBridgeDoes) {
                               .value = "40.5",
                               .numericValue = 40.5,
                               .raw = "2880",
-                              .size = 2};
+                              .size = 2,
+                              .name = {},
+                              .category = {},
+                              .unit = {}};
     EXPECT_EQ(replay.machine->source->readCandidateKeys(wanted), std::vector<RawReading>{expected});
 }
 

@@ -321,9 +321,10 @@ TEST(SnapshotParser, BearsWhiteSpaceAfterALine) {
         EXPECT_TRUE(parsed.problems.empty());
         EXPECT_EQ(keysOf(parsed), Keys{"TC0P"});
         EXPECT_EQ(parsed.machine.facts.physicalMemory, 17179869184U);
-        EXPECT_EQ(exportedReplay(text), std::string(exportedHead) +
-                                            "2\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384\n" +
-                                            std::string(goodLine));
+        std::string fan = "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384";
+        fan.append(blank.substr(0, blank.find('\r'))); // a raw text may end with blanks
+        EXPECT_EQ(exportedReplay(text),
+                  std::string(exportedHead).append("2\n\n").append(fan).append("\n").append(goodLine));
     }
 }
 
@@ -417,16 +418,14 @@ TEST(SnapshotParser, EndsOnAMillionJunkLines) {
 }
 
 TEST(SnapshotParser, EndsOnManyFanLines) {
-    constexpr int count = 50'000;
+    constexpr std::size_t count = 50'000;
     std::string text;
-    for (int number = 0; number < count; ++number) {
-        const std::string digits = std::to_string(100'000 + number).substr(1);
-        text.append("F").append(digits, 2, 3).append("\tioreg\tFan ").append(digits);
-        text.append("\t900 RPM\tRAW=384\n");
+    for (std::size_t number = 0; number < count; ++number) {
+        const char digit = static_cast<char>('0' + number % 4);
+        text.append("F").append(1, digit).append("Ac\tioreg\tFan\t900 RPM\tRAW=384\n");
     }
     const ReplayResult replay = replayed(text);
-    EXPECT_GE(replay.problems.size(), 49'000U);
-    EXPECT_LT(replay.problems.size(), 50'000U);
+    EXPECT_EQ(replay.problems.size(), count - 4) << "the first line of each key counts";
 }
 
 TEST(SnapshotParser, EndsOnOneLineOfManyMebibytes) {

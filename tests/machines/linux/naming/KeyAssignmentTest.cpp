@@ -598,11 +598,10 @@ TEST_F(KeyAssignmentTest, LabelsOfTheControllersOwnChipLeaveOutWhatTheyTell) {
 // Fans
 
 TEST_F(KeyAssignmentTest, AttributesOfAFanShareItsDigit) {
-    const Chips chips{
-        chip("platform/applesmc.768", "applesmc",
-             {labelled(fan, 1, "Left side"), labelled(fan, 2, "Right side"), unlabelled(fanMinimum, 1),
-              unlabelled(fanMinimum, 2), unlabelled(fanMaximum, 2), unlabelled(fanTarget, 1),
-              unlabelled(fanSafe, 2), unlabelled(fanMode, 1)})};
+    const Chips chips{chip("platform/applesmc.768", "applesmc",
+                           {labelled(fan, 1, "Left side"), labelled(fan, 2, "Right side"),
+                            unlabelled(fanMinimum, 1), unlabelled(fanMinimum, 2), unlabelled(fanMaximum, 2),
+                            unlabelled(fanTarget, 1), unlabelled(fanSafe, 2), unlabelled(fanMode, 1)})};
     const KeyPlan fans = plan(chips);
     EXPECT_EQ(keysOf(fans, chips, 0),
               (Texts{"F0Ac", "F1Ac", "F0Mn", "F1Mn", "F1Mx", "F0Tg", "F1Sf", "F0Md"}));
@@ -662,10 +661,10 @@ TEST_F(KeyAssignmentTest, ControllersFansLeaveTheirDigits) {
 // Fans of the registry
 
 TEST_F(KeyAssignmentTest, FansOfSensorChipsAreInTheRegistry) {
-    const Chips chips{chip("platform/nct6775.656", "nct6798",
-                           {unlabelled(fan, 1), labelled(fan, 2, "CPU Fan")}),
-                      chip("platform/asus-ec", "asusec", {labelled(fan, 1, "CPU_Opt RPM")}),
-                      chip("platform/dell", "dell_smm", {labelled(fan, 1, "Processor Fan")})};
+    const Chips chips{
+        chip("platform/nct6775.656", "nct6798", {unlabelled(fan, 1), labelled(fan, 2, "CPU Fan")}),
+        chip("platform/asus-ec", "asusec", {labelled(fan, 1, "CPU_Opt RPM")}),
+        chip("platform/dell", "dell_smm", {labelled(fan, 1, "Processor Fan")})};
     const KeyPlan fans = plan(chips);
     EXPECT_EQ(registryLabels(fans, chips), (Texts{"fan1", "CPU Fan", "CPU_Opt RPM"}));
     EXPECT_EQ(fans.registryFans[0].className, "HwmonSuperIO");

@@ -5,6 +5,7 @@
 #include "machines/linux/sources/SensorValue.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <optional>
@@ -41,9 +42,10 @@ std::string describe(const SensorRule& rule) {
     return std::string(rule.chips).append(" / ").append(rule.labels).append(" -> ").append(rule.keys);
 }
 
-/// The types of numbers that a controller has.
+/// The types that keys of the kernel's sensors had.
 bool isKnownType(std::string_view type) {
-    constexpr std::array<std::string_view, 7> types{"flt ", "sp78", "fpe2", "ui8 ", "flag", "ui16", "ui32"};
+    constexpr std::array<std::string_view, 8> types{"flt ", "sp78", "fpe2", "ui8 ",
+                                                     "flag", "ui16", "ui32", "ch8*"};
     return std::ranges::find(types, type) != types.end();
 }
 
