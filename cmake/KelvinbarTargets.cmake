@@ -16,6 +16,12 @@ if(KELVINBAR_SANITIZE)
     "-fsanitize=${KELVINBAR_SANITIZE}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(kelvinbar_options INTERFACE "-fsanitize=${KELVINBAR_SANITIZE}")
 endif()
+if(CMAKE_INTERPROCEDURAL_OPTIMIZATION AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # The linker then compares the types of all sources: two of one name would share functions. The other warning is
+  # wrong about the toolkit's containers.
+  target_link_options(kelvinbar_options INTERFACE
+    $<$<BOOL:${KELVINBAR_WARNINGS_AS_ERRORS}>:-Werror=odr> -Wno-alloc-size-larger-than)
+endif()
 
 # A folder of the repository as a static library named after it.
 function(kelvinbar_add_library name)

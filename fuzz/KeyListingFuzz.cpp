@@ -8,13 +8,16 @@
 #include "store/LoadPass.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvinbar::fuzz {
@@ -68,24 +71,58 @@ class LyingDriver final : public SMCDriver {
     std::span<const std::uint8_t> rest_;
 };
 
+class StandingClock final : public MonotonicClock {
+  public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
+};
+
+/// A registry without entries.
+class EmptyRegistry final : public IORegistry {
+  public:
+    std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view /*plane*/) override {
+        return nullptr;
+    }
+};
+
+/// Not even the operating system knows anything.
+class NoSystemInformation final : public SystemInformation {
+  public:
+    [[nodiscard]] std::optional<std::string> systemBytes(std::string_view /*name*/) const override {
+        return std::nullopt;
+    }
+
+    [[nodiscard]] int activeProcessorCount() const override { return 0; }
+
+    [[nodiscard]] std::uint64_t physicalMemory() const override { return 0; }
+
+    [[nodiscard]] int thermalState() const override { return -1; }
+
+    [[nodiscard]] bool isLowPowerModeEnabled() const override { return false; }
+};
+
+Machine lyingMachine(std::span<const std::uint8_t> input) {
+    const auto clock = std::make_shared<StandingClock>();
+    return {.source = std::make_shared<SMCBridge>(std::make_shared<LyingDriver>(input),
+                                                  std::make_shared<EmptyRegistry>(), clock),
+            .system = std::make_shared<NoSystemInformation>(),
+            .clock = clock};
+}
+
 void listKeys(std::span<const std::uint8_t> input) {
-    useMachine({.driver = std::make_shared<LyingDriver>(input),
-                .registry = nullptr,
-                .system = nullptr,
-                .clock = nullptr});
-    const std::vector<std::string> keys = SMCBridge::discoverKeys();
+    const Machine machine = lyingMachine(input);
+    const std::vector<std::string> keys = machine.source->discoverKeys({});
     check(keys.size() <= 8192, "at most 8192 keys");
     check(std::ranges::all_of(keys, isPrintableSMCKey), "listed keys are printable");
     check(std::set<std::string>(keys.begin(), keys.end()).size() == keys.size(), "each key is listed once");
-    check(SMCBridge::readCandidateKeys(keys).size() <= 1024, "at most 1024 keys are read");
+    check(machine.source->readCandidateKeys(keys).size() <= 1024, "at most 1024 keys are read");
 
-    useMachine({.driver = std::make_shared<LyingDriver>(input),
-                .registry = nullptr,
-                .system = nullptr,
-                .clock = nullptr});
-    const SMCLoadResult result = loadReadings({}, true, {}, true);
+    const auto noKeys = std::make_shared<const KeySet>();
+    const SMCLoadResult result = loadReadings(lyingMachine(input), {.fixedCandidates = noKeys,
+                                                                    .shouldDiscover = true,
+                                                                    .cachedDynamicKeys = noKeys,
+                                                                    .readSuperIOFans = true});
     check(std::ranges::all_of(result.readings, &SMCReading::hasDisplayableValue), "readings have values");
-    check(!result.statusMessage.empty(), "a pass says how it went");
+    check(!result.statusMessage.empty(), "a pass has a status message");
 }
 
 } // namespace

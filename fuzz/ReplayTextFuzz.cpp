@@ -5,6 +5,7 @@
 #include "store/LoadPass.h"
 #include "store/SnapshotExport.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -24,8 +25,12 @@ class StandingClock final : public MonotonicClock {
 std::optional<std::string> exportOf(std::string_view text) {
     const ReplayResult replay = makeReplayMachine(text, std::make_shared<StandingClock>());
     if (!replay.machine) return std::nullopt;
-    useMachine(*replay.machine);
-    return snapshotText(loadReadings({}, true, {}, true).readings, {});
+    const auto noKeys = std::make_shared<const KeySet>();
+    const LoadPass pass{.fixedCandidates = noKeys,
+                        .shouldDiscover = true,
+                        .cachedDynamicKeys = noKeys,
+                        .readSuperIOFans = true};
+    return snapshotText(loadReadings(*replay.machine, pass).readings, {});
 }
 
 bool hasReadings(std::string_view snapshot) {

@@ -19,21 +19,18 @@ namespace kelvinbar::fuzz {
 namespace {
 
 void decode(const std::string& key, const SMCParamBlock& block) {
-    const SMCKeyResult result = dictionaryForKey(key, block);
+    const auto reading = dictionaryForKey(key, block);
     const bool usable = isPrintableSMCKey(key) && isReadableSize(block.dataSize);
-    check(result.empty() != usable, "a result is empty exactly when key or size are unusable");
-    if (result.empty()) return;
+    check(reading.has_value() == usable, "there is no reading exactly when key or size are unusable");
+    if (!reading) return;
 
-    const auto* value = result.find<std::string>("value");
-    check(value != nullptr && !value->empty(), "every result has a value text");
-    check(isValidUtf8(*value), "a value is text");
-    check(result.textOr("raw", "").size() == std::size_t{2} * block.dataSize, "two digits a byte");
-
-    const auto* number = result.find<double>("numericValue");
-    check(number == nullptr || std::isfinite(*number), "a decoded number is finite");
-    const auto numeric = numericValue(result.find("numericValue"));
+    check(!reading->value.empty(), "every reading has a value text");
+    check(isValidUtf8(reading->value), "a value is text");
+    check(reading->raw.size() == std::size_t{2} * block.dataSize, "two digits a byte");
+    check(std::isfinite(reading->numericValue.value_or(0)), "a decoded number is finite");
+    const auto numeric = numericValue(reading->numericValue);
     for (const char* unit : {"V", "A", "W", "RPM", "°C", ""}) {
-        const NormalizedValue normalized = normalizeValue(key, *value, numeric, unit);
+        const NormalizedValue normalized = normalizeValue(key, reading->value, numeric, unit);
         check(!normalized.value.empty(), "a normalised value has a text");
         check(!numeric || !contains(normalized.value, ","), "numbers have a decimal point");
         check(normalized.numeric.has_value() == numeric.has_value(), "a number stays one");

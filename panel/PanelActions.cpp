@@ -11,7 +11,6 @@ namespace {
 
 constexpr double heightDecrease = 80;
 constexpr double heightIncrease = 96;
-constexpr double standardHeight = PopoverSize{}.height;
 
 /// A preference file may hold any number; this many points are too many for every screen.
 constexpr double greatestShownHeight = 999'999;
@@ -36,7 +35,7 @@ void increaseHeight(KelvinbarStore& store) {
     store.setManualPopoverHeight(store.manualPopoverHeight().value() + heightIncrease);
 }
 
-void resetHeight(KelvinbarStore& store) { store.setManualPopoverHeight(standardHeight); }
+void resetHeight(KelvinbarStore& store) { store.setManualPopoverHeight(standardPopoverSize.height); }
 
 long long shownHeight(const KelvinbarStore& store) {
     return static_cast<long long>(std::min(store.manualPopoverHeight().value(), greatestShownHeight));

@@ -47,15 +47,6 @@ set_target_properties(CLI11::CLI11 PROPERTIES
 CMAKE
 }
 
-build() {
-  local architecture=$1
-  cmake -S . -B "$work/$architecture/build" -G Ninja --toolchain "$PWD/scripts/macos/toolchain.cmake" \
-    -D CMAKE_OSX_ARCHITECTURES="$architecture" -D KELVINBAR_COMPILERS="$work/$architecture/compilers" \
-    -D CMAKE_FIND_ROOT_PATH="$work/libraries" -D CMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -D BUILD_TESTING=OFF \
-    -D KELVINBAR_WARNINGS_AS_ERRORS=ON -D CMAKE_UNITY_BUILD=ON >"$work/$architecture/configure.log" || { cat "$work/$architecture/configure.log"; return 1; }
-  cmake --build "$work/$architecture/build" --target kelvinbar-snapshot kelvinbar_cocoa_complete
-}
-
 # Sources of the program over the toolkit, a folder's as one: their headers take most of the time.
 gather_toolkit_sources() {
   local folder
@@ -75,7 +66,9 @@ offer_libraries
 
 for architecture in arm64 x86_64; do
   echo "== $architecture"
-  build "$architecture"
+  cmake --preset "macos-$architecture" >"$work/$architecture/configure.log" ||
+    { cat "$work/$architecture/configure.log"; exit 1; }
+  cmake --build --preset "macos-$architecture"
   for program in "$work/$architecture/build/tools/kelvinbar-snapshot" \
     "$work/$architecture/build/desktop/macos/libkelvinbar_cocoa_complete.dylib"; do
     loads_as_meant "$program"

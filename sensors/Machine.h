@@ -9,10 +9,10 @@
 namespace kelvinbar {
 
 /// A machine to read: one platform's, a recorded one, or a test's. A value that is handed on; whoever builds
-/// it decides what is read, and nothing about it is process-wide. No member is null.
+/// it decides what is read, and nothing about it is process-wide. Only `system` may be null.
 struct Machine {
     std::shared_ptr<SensorSource> source;
-    std::shared_ptr<const SystemInformation> system;
+    std::shared_ptr<const SystemInformation> system; ///< null: nothing stands in for the source
     std::shared_ptr<const MonotonicClock> clock;
 };
 

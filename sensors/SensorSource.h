@@ -3,6 +3,8 @@
 #include "catalogue/KeySet.h"
 #include "sensors/RawReading.h"
 
+#include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -15,6 +17,17 @@ struct SourceStatus {
     std::string message; ///< for people
 
     friend bool operator==(const SourceStatus&, const SourceStatus&) = default;
+};
+
+/// How keys that were stored earlier relate to the keys that a source lists now.
+struct KeyHistory {
+    /// By key, the device and channel behind it. Only for keys whose text may differ after a restart, such as
+    /// those with the number of a bus.
+    std::map<std::string, std::string> places;
+
+    /// By the key that version 0.1 stored, the key of the same reading now. Absent for a source that stored
+    /// the same keys then.
+    std::optional<std::map<std::string, std::string>> formerKeys;
 };
 
 /// Port: something that sensor values come from, such as a controller, the kernel or a recorded snapshot.
@@ -32,6 +45,10 @@ class SensorSource {
     /// The keys that can be read now, each once. `listedBefore` are the keys of the sources that precede this
     /// one in a chain; a source may leave out what those already measure.
     virtual std::vector<std::string> discoverKeys(const KeySet& listedBefore) = 0;
+
+    /// What the last `discoverKeys` found out about stored keys. `withFormerKeys` is false once they have
+    /// been carried over.
+    virtual KeyHistory keyHistory(bool /*withFormerKeys*/) { return {}; }
 
     /// The readings of `keys`, in their order. Unknown, repeated and unreadable keys are left out.
     virtual std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) = 0;

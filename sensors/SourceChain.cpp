@@ -1,5 +1,6 @@
 #include "sensors/SourceChain.h"
 
+#include <algorithm>
 #include <iterator>
 #include <optional>
 #include <utility>
@@ -31,6 +32,18 @@ std::vector<std::string> SourceChain::discoverKeys(const KeySet& listedBefore) {
     const std::lock_guard lock(mutex_);
     owners_ = std::move(owners);
     return keys;
+}
+
+KeyHistory SourceChain::keyHistory(bool withFormerKeys) {
+    KeyHistory history;
+    for (const auto& source : sources_) {
+        KeyHistory next = source->keyHistory(withFormerKeys);
+        history.places.merge(next.places);
+        if (!next.formerKeys) continue;
+        if (!history.formerKeys) history.formerKeys.emplace();
+        history.formerKeys->merge(*next.formerKeys);
+    }
+    return history;
 }
 
 /// The place of the source that listed every one of `keys`; nothing when there is no such source.

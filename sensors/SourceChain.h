@@ -18,6 +18,7 @@ class SourceChain final : public SensorSource {
     /// Available when one source is, with the message of the first such source, else of the first source.
     SourceStatus status() override;
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
+    KeyHistory keyHistory(bool withFormerKeys) override;
 
     /// Reads a key from the source that listed it, and a key that none has listed from the first source that
     /// can read it. The readings come source by source.

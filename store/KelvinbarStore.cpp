@@ -50,6 +50,7 @@ KelvinbarStore::KelvinbarStore(StorePorts ports) : KelvinbarStore(ports, loadPre
 KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
     : ports_(std::move(ports))
     , announcer_(ports_.notifications)
+    , continuity_(ports_.defaults)
     , samplingRate_(preferences.samplingRate)
     , displayMode_(preferences.displayMode)
     , manualPopoverWidth_(preferences.manualPopoverSize.width)
@@ -68,7 +69,8 @@ void KelvinbarStore::refresh(bool forceDiscovery) {
     refreshTask_ = start({.fixedCandidates = fixedCandidates_,
                           .shouldDiscover = forceDiscovery || isDiscoveryDue(),
                           .cachedDynamicKeys = discoveredCompatibleKeys_,
-                          .readSuperIOFans = true},
+                          .readSuperIOFans = true,
+                          .carryKeysOver = continuity_.needsFormerKeys()},
                          &KelvinbarStore::applyFullResult);
 }
 
@@ -111,6 +113,7 @@ Cancellation KelvinbarStore::start(const LoadPass& pass, Apply apply) {
 void KelvinbarStore::applyFullResult(SMCLoadResult result) {
     smcAvailable_.set(result.smcAvailable);
     readings_.set(std::move(result.readings));
+    if (result.keyHistory) followMovedKeys(*std::move(result.keyHistory));
     dropSelectionsWithoutReading();
     if (result.discoveredKeys) rememberDiscovery(*std::move(result.discoveredKeys));
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
@@ -119,6 +122,18 @@ void KelvinbarStore::applyFullResult(SMCLoadResult result) {
     refreshTask_.reset();
     postMenuBarReadingChanged();
     postDisplayModeChanged();
+}
+
+/// A sensor may have another key now than when it was pinned or hidden.
+void KelvinbarStore::followMovedKeys(KeyHistory history) {
+    continuity_.learn(std::move(history));
+    std::vector<std::string> pinned;
+    for (const std::string& key : menuBarKeys_.value()) pinned.push_back(continuity_.currentKey(key));
+    KeySet hidden;
+    for (const std::string& key : hiddenKeys_.value()) hidden.insert(continuity_.currentKey(key));
+    if (pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
+    setHiddenKeys(std::move(hidden));
+    continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
 }
 
 /// A pass without readings empties both lists: pins and hidden keys name what the machine has.
@@ -165,6 +180,7 @@ void KelvinbarStore::patchReadings(std::vector<SMCReading> fresh) {
 void KelvinbarStore::setMenuBarKeys(const std::vector<std::string>& keys) {
     menuBarKeys_.set(sanitizedPinnedKeys(keys));
     storeMenuBarKeys(ports_.defaults, menuBarKeys_.value());
+    continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
     postMenuBarReadingChanged();
 }
 
@@ -199,7 +215,9 @@ void KelvinbarStore::hideReading(const SMCReading& reading) {
 void KelvinbarStore::unhideAllReadings() { setHiddenKeys({}); }
 
 void KelvinbarStore::setHiddenKeys(KeySet keys) {
-    if (hiddenKeys_.set(std::move(keys))) storeHiddenKeys(ports_.defaults, hiddenKeys_.value());
+    if (!hiddenKeys_.set(std::move(keys))) return;
+    storeHiddenKeys(ports_.defaults, hiddenKeys_.value());
+    continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
 }
 
 // Settings

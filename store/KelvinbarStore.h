@@ -7,6 +7,7 @@
 #include "catalogue/SMCReading.h"
 #include "catalogue/Settings.h"
 #include "store/ChangeAnnouncer.h"
+#include "store/KeyContinuity.h"
 #include "store/LoadPass.h"
 #include "store/Preferences.h"
 #include "store/UserDefaults.h"
@@ -122,6 +123,7 @@ class KelvinbarStore {
     Cancellation start(const LoadPass& pass, Apply apply);
     void applyFullResult(SMCLoadResult result);
     void applyMenuBarResult(SMCLoadResult result);
+    void followMovedKeys(KeyHistory history);
     void dropSelectionsWithoutReading();
     void rememberDiscovery(KeySet keys);
     void patchReadings(std::vector<SMCReading> fresh);
@@ -136,6 +138,7 @@ class KelvinbarStore {
 
     StorePorts ports_;
     ChangeAnnouncer announcer_;
+    KeyContinuity continuity_;
 
     Observable<std::vector<SMCReading>> readings_;
     Observable<bool> isLoading_{false};

@@ -35,7 +35,7 @@ KeySet discoveredNamedKeys(SensorSource& source) {
 
 SMCLoadResult withoutSource(const Machine& machine, std::string message) {
     SMCLoadResult result;
-    result.readings = NativeMacSupport(*machine.system).readings();
+    if (machine.system != nullptr) result.readings = NativeMacSupport(*machine.system).readings();
     result.smcAvailable = !result.readings.empty();
     result.statusMessage =
         result.smcAvailable ? "AppleSMC unavailable; showing native macOS telemetry" : std::move(message);
@@ -72,6 +72,7 @@ SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const C
         result.statusMessage = "Refresh cancelled";
         return result;
     }
+    if (pass.shouldDiscover) result.keyHistory = source.keyHistory(pass.carryKeysOver);
     const KeySet& dynamicKeys = result.discoveredKeys ? *result.discoveredKeys : *pass.cachedDynamicKeys;
     const KeySet& keys = dynamicKeys.empty() ? *pass.fixedCandidates : dynamicKeys;
     result.readings = readKeys(source, keys, pass.readSuperIOFans);

@@ -18,6 +18,7 @@ struct LoadPass {
     bool shouldDiscover = false;
     std::shared_ptr<const KeySet> cachedDynamicKeys; ///< what the last discovery found
     bool readSuperIOFans = false;
+    bool carryKeysOver = false; ///< whether the keys of version 0.1 are asked for
 };
 
 /// What one pass hands to the main thread.
@@ -25,6 +26,7 @@ struct SMCLoadResult {
     bool smcAvailable = false; ///< whether there was anything to read: a source, or the system's own facts
     std::vector<SMCReading> readings;     ///< sorted, except for native readings
     std::optional<KeySet> discoveredKeys; ///< present only when the pass was asked to discover
+    std::optional<KeyHistory> keyHistory; ///< present only when the pass discovered
     std::string statusMessage;            ///< for people
 };
 

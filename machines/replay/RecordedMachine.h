@@ -39,9 +39,10 @@ inline constexpr std::string_view repeatedKey = "the key came before; the first 
 
 struct RecordedMachine {
     std::vector<RecordedKey> keys; ///< in the order of the text, each once
-    std::vector<RawReading> fans;  ///< of the registry, likewise
+    std::vector<RawReading> fans;    ///< of the registry, likewise
+    std::vector<RawReading> sensors; ///< of the kernel, likewise
     RecordedFacts facts;
-    std::size_t usedLines = 0; ///< lines that hold a key, a fan or a fact
+    std::size_t usedLines = 0; ///< lines that hold a key, a fan, a sensor or a fact
 };
 
 } // namespace kelvinbar

@@ -3,6 +3,8 @@
 #include "sensors/SensorSource.h"
 
 #include <algorithm>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,6 +18,7 @@ class FakeSensorSource final : public SensorSource {
     SourceStatus state{.isAvailable = true, .message = "connected"};
     std::vector<RawReading> readings;
     std::vector<RawReading> fans;
+    KeyHistory history;
     std::vector<std::string> unlistedKeys; ///< can be read, but are not discovered
 
     std::vector<KeySet> listedBefore; ///< of each discovery
@@ -46,6 +49,10 @@ class FakeSensorSource final : public SensorSource {
             }
         }
         return keys;
+    }
+
+    KeyHistory keyHistory(bool withFormerKeys) override {
+        return {.places = history.places, .formerKeys = withFormerKeys ? history.formerKeys : std::nullopt};
     }
 
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override {

@@ -23,7 +23,7 @@ struct PanelActions : StoreFixture {
 
     [[nodiscard]] Names postedNames() const {
         Names names;
-        for (const Notification& notification : posted) names.emplace_back(notification.name);
+        for (const fakes::Posted& each : posted) names.emplace_back(each.name);
         return names;
     }
 
@@ -72,8 +72,8 @@ TEST_F(PanelActions, EveryToggleOfTheSamplingRateIsPosted) {
     toggleSamplingRate(*store);
     toggleSamplingRate(*store);
     EXPECT_EQ(postedNames(), (Names{"KelvinbarSamplingRateChanged", "KelvinbarSamplingRateChanged"}));
-    EXPECT_EQ(posted.front().object, Value(std::string("fast")));
-    EXPECT_EQ(posted.back().object, Value(std::string("medium")));
+    EXPECT_EQ(postedUnder(kelvinbarSamplingRateChanged),
+              (std::vector{SMCSamplingRate::fast, SMCSamplingRate::medium}));
 }
 
 TEST_F(PanelActions, TheSamplingRateLeavesTheOtherSettings) {
@@ -191,11 +191,8 @@ TEST_F(PanelHeight, EveryClickIsPostedAlsoAtTheLimits) {
     decreaseHeight(*store);
     resetHeight(*store);
     resetHeight(*store);
-    const std::vector<Notification> posts = postedUnder(kelvinbarManualSizeChanged);
-    ASSERT_EQ(posts.size(), 4U);
-    EXPECT_EQ(posts[0].userInfo, (Dictionary{{"width", 462.0}, {"height", 1400.0}}));
-    EXPECT_EQ(posts[1].userInfo, (Dictionary{{"width", 462.0}, {"height", 1320.0}}));
-    EXPECT_EQ(posts[3].userInfo, (Dictionary{{"width", 462.0}, {"height", 690.0}}));
+    EXPECT_EQ(postedUnder(kelvinbarManualSizeChanged),
+              (std::vector<ManualSizeChange>{{462, 1400}, {462, 1320}, {462, 690}, {462, 690}}));
 }
 
 TEST_F(PanelHeight, ANewHeightIsStored) {

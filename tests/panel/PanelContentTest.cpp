@@ -61,23 +61,17 @@ class SignalCount {
 };
 
 struct Content : StoreFixture {
-    // The manager keeps the last one that it was given.
-    static inline fakes::ShellJournal journal;
-    static inline fakes::FakeLoginItemService loginItem{journal};
-
+    fakes::ShellJournal journal;
+    fakes::FakeLoginItemService loginItem{journal};
+    LoginItemManager loginItemManager{loginItem};
     const std::vector<ControllerKey> keys{temperatureKey("TC0P", 48), temperatureKey("TC1C", 41),
                                           wholeNumberKey("F0Ac", 1200), temperatureKey("TG0D", 50)};
     std::unique_ptr<PanelContent> content;
     int closings = 0;
 
-    Content() {
-        loginItem.letsRegister = true;
-        loginItem.registered = false;
-        LoginItemManager::useService(loginItem);
-    }
-
     void makeContent() {
-        content = std::make_unique<PanelContent>(*store, SensorListMetrics(1), [this] { ++closings; });
+        content = std::make_unique<PanelContent>(*store, loginItemManager, SensorListMetrics(1),
+                                                 [this] { ++closings; });
         content->sensors()->setViewport(0, 2000);
     }
 
@@ -150,16 +144,7 @@ struct Content : StoreFixture {
 const Keys allRows{"TC0P", "TC1C", "TG0D", "F0Ac"};
 const Keys movedRows{"TC0P", "TC2C", "TG0D", "F0Ac"};
 
-struct ContentState : Content {
-    /// Neither a controller nor what stands in for it.
-    void removeEverything() {
-        driver().hasService = false;
-        useMachine({.driver = machine.driver,
-                    .registry = machine.registry,
-                    .system = nullptr,
-                    .clock = machine.clock});
-    }
-};
+struct ContentState : Content {};
 
 struct ContentUpdates : Content {};
 
@@ -244,7 +229,8 @@ TEST_F(ContentState, ShowsThatNothingIsFoundWhenAllIsHidden) {
 }
 
 TEST_F(ContentState, ShowsWhyTheSensorsAreUnavailable) {
-    removeEverything();
+    driver().hasService = false;
+    machineOfStore.system = nullptr;
     makeStore();
     finishPasses();
     makeContent();

@@ -63,9 +63,12 @@ struct Controls : StoreFixture {
     void SetUp() override {
         makeRefreshedStore({temperatureKey("TC0P", 48), wholeNumberKey("F0Ac", 1200)});
         forgetHistory();
-        controls = std::make_unique<PanelControls>(*store);
+        controls = std::make_unique<PanelControls>(*store, loginItem);
     }
 
+    fakes::ShellJournal journal;
+    fakes::FakeLoginItemService service{journal};
+    LoginItemManager loginItem{service};
     std::unique_ptr<PanelControls> controls;
 };
 
@@ -78,15 +81,6 @@ struct HeightControls : Controls {
 struct ActionControls : Controls {};
 
 struct LoginControl : Controls {
-    // The manager keeps the last one that it was given.
-    static inline fakes::ShellJournal journal;
-    static inline fakes::FakeLoginItemService service{journal};
-
-    LoginControl() {
-        service.reset();
-        LoginItemManager::useService(service);
-    }
-
     /// Clicks; the state that is shown then.
     [[nodiscard]] bool stateAfterClick() {
         controls->toggleRunAtLogin();
@@ -141,7 +135,7 @@ TEST_F(SettingsControls, SettingsAreStored) {
     controls->toggleDynamic();
     controls->increaseHeight();
     makeStore();
-    const PanelControls later(*store);
+    const PanelControls later(*store, loginItem);
     EXPECT_TRUE(later.isFast());
     EXPECT_TRUE(later.isDynamic());
     EXPECT_EQ(later.manualHeight(), 786);
@@ -218,7 +212,7 @@ TEST_F(ActionControls, CopyCopiesASnapshotWithoutReadingsToo) {
     makeStore();
     ASSERT_EQ(readingKeys(), Entries{});
     QGuiApplication::clipboard()->setText("before");
-    PanelControls(*store).copy();
+    PanelControls(*store, loginItem).copy();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(store->exportText()));
     EXPECT_NE(QGuiApplication::clipboard()->text(), "");
 }
@@ -337,9 +331,9 @@ TEST_F(LoginControl, AClickAsksForTheOppositeOfWhatIsShown) {
 }
 
 TEST_F(LoginControl, TellsWhatAClickDoes) {
-    EXPECT_EQ(PanelControls::loginToolTip(), "Enable or disable Kelvinbar as a macOS login item.");
+    EXPECT_EQ(controls->loginToolTip(), "Enable or disable Kelvinbar as a macOS login item.");
     service.letsRegister = false;
-    EXPECT_EQ(PanelControls::loginToolTip(),
+    EXPECT_EQ(controls->loginToolTip(),
               "Open Login Items in System Settings; automatic registration requires macOS 13 or newer.");
 }
 

@@ -1,7 +1,13 @@
 #include "panel/SymbolPainting.h"
 
+#include "panel/SystemMasks.h"
+
 #include <QImage>
 #include <QPainter>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -14,7 +20,9 @@ constexpr double side = 12;
 
 class SymbolPainting : public testing::Test {
   protected:
-    ~SymbolPainting() override { useSystemSymbols({}); }
+    void useSystemSymbols(SystemSymbols symbols) {
+        masks = std::make_unique<SystemMasks>(std::move(symbols));
+    }
 
     /// The left half of the square, and what was asked for.
     void useHalves() {
@@ -29,16 +37,17 @@ class SymbolPainting : public testing::Test {
         });
     }
 
-    static QImage painted(const QString& name, double scale = 1, const QColor& color = Qt::red) {
+    [[nodiscard]] QImage painted(const QString& name, double scale = 1, const QColor& color = Qt::red) const {
         const int pixels = qRound(side * scale);
         QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
         image.setDevicePixelRatio(scale);
         image.fill(Qt::transparent);
         QPainter painter(&image);
-        paintSymbol(painter, name, color, side);
+        paintSymbol(painter, name, color, side, masks.get());
         return image;
     }
 
+    std::unique_ptr<SystemMasks> masks; ///< none at first
     std::vector<std::pair<std::string, int>> asked;
 };
 
@@ -67,9 +76,7 @@ TEST_F(SymbolPainting, HalfOfAColourIsHalfOfItsAlpha) {
 
 TEST_F(SymbolPainting, ASymbolIsAskedForOnceAndInThePixelsOfTheScreen) {
     useHalves();
-    painted("cpu", 2);
-    painted("cpu", 2);
-    painted("cpu", 1.5);
+    for (const double scale : {2.0, 2.0, 1.5}) static_cast<void>(painted("cpu", scale));
     EXPECT_EQ(asked, (std::vector<std::pair<std::string, int>>{{"cpu", 24}, {"cpu", 18}}));
 }
 

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <thread>
@@ -19,6 +20,8 @@ namespace {
 using fakes::FakeSensorSource;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Optional;
+using testing::Pair;
 
 using Texts = std::vector<std::string>;
 
@@ -109,7 +112,40 @@ TEST_F(SourceChainTest, EveryDiscoveryStartsAfresh) {
     EXPECT_THAT(second->listedBefore, ElementsAre(KeySet{"TC0P"}, KeySet{}));
 }
 
+// Stored keys
+
+TEST_F(SourceChainTest, TheKeyHistoryIsThatOfAllSourcesAndTheEarlierWins) {
+    first->history = {.places = {{"a/temp1", "first"}}, .formerKeys = {{{"TC0P", "a/temp1"}}}};
+    second->history = {.places = {{"a/temp1", "second"}, {"b/temp1", "second"}},
+                       .formerKeys = {{{"TC0P", "b/temp1"}, {"FAN0", "b/fan1"}}}};
+    const KeyHistory history = chain.keyHistory(true);
+    EXPECT_THAT(history.places, ElementsAre(Pair("a/temp1", "first"), Pair("b/temp1", "second")));
+    EXPECT_THAT(history.formerKeys, Optional(ElementsAre(Pair("FAN0", "b/fan1"), Pair("TC0P", "a/temp1"))));
+}
+
+TEST_F(SourceChainTest, FormerKeysArePresentWhenOneSourceHasThem) {
+    EXPECT_EQ(chain.keyHistory(true).formerKeys, std::nullopt);
+    second->history.formerKeys.emplace();
+    EXPECT_THAT(chain.keyHistory(true).formerKeys, Optional(IsEmpty()));
+}
+
+TEST_F(SourceChainTest, SourcesAreAskedForFormerKeysOnlyWhenTheChainIs) {
+    second->history = {.places = {{"b/temp1", "second"}}, .formerKeys = {{{"FAN0", "b/fan1"}}}};
+    const KeyHistory history = chain.keyHistory(false);
+    EXPECT_THAT(history.places, ElementsAre(Pair("b/temp1", "second")));
+    EXPECT_EQ(history.formerKeys, std::nullopt);
+}
+
 // Reading
+
+TEST_F(SourceChainTest, KeysOfOneSourceAreReadInTheirOrderByThatSourceAlone) {
+    first->add("TC0P", "1");
+    second->add("FAN0", "2").add("FAN1", "2");
+    discovered();
+    EXPECT_THAT(read({"FAN1", "FAN0"}), ElementsAre("FAN1=2", "FAN0=2"));
+    for (const Texts& request : first->requests) EXPECT_THAT(request, IsEmpty());
+    EXPECT_THAT(second->requests, ElementsAre(Texts{"FAN1", "FAN0"}));
+}
 
 TEST_F(SourceChainTest, AKeyIsReadOnlyFromTheFirstSourceThatListsIt) {
     first->add("TC0P", "1");

@@ -14,91 +14,86 @@ namespace {
 using Entries = std::vector<std::string>;
 
 struct LoginItem : testing::Test {
-    // The manager keeps the last one that it was given.
-    static inline fakes::ShellJournal journal;
-    static inline fakes::FakeLoginItemService service{journal};
-
-    LoginItem() {
-        service.reset();
-        LoginItemManager::useService(service);
-    }
+    fakes::ShellJournal journal;
+    fakes::FakeLoginItemService service{journal};
+    LoginItemManager manager{service};
 };
 
 TEST_F(LoginItem, IsEnabledWhenTheServiceSaysSo) {
-    EXPECT_FALSE(LoginItemManager::isEnabled());
+    EXPECT_FALSE(manager.isEnabled());
     service.registered = true;
-    EXPECT_TRUE(LoginItemManager::isEnabled());
+    EXPECT_TRUE(manager.isEnabled());
     EXPECT_EQ(journal.entries, Entries{});
 }
 
 TEST_F(LoginItem, EnablingRegisters) {
-    EXPECT_TRUE(LoginItemManager::setEnabled(true));
+    EXPECT_TRUE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, Entries{"login item: register"});
-    EXPECT_TRUE(LoginItemManager::isEnabled());
+    EXPECT_TRUE(manager.isEnabled());
 }
 
 TEST_F(LoginItem, DisablingUnregisters) {
     service.registered = true;
-    EXPECT_FALSE(LoginItemManager::setEnabled(false));
+    EXPECT_FALSE(manager.setEnabled(false));
     EXPECT_EQ(journal.entries, Entries{"login item: unregister"});
-    EXPECT_FALSE(LoginItemManager::isEnabled());
+    EXPECT_FALSE(manager.isEnabled());
 }
 
 TEST_F(LoginItem, EnablingWhatIsEnabledCallsNeither) {
     service.registered = true;
-    EXPECT_TRUE(LoginItemManager::setEnabled(true));
+    EXPECT_TRUE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, Entries{});
 }
 
 TEST_F(LoginItem, DisablingWhatIsNotEnabledCallsNeither) {
-    EXPECT_FALSE(LoginItemManager::setEnabled(false));
+    EXPECT_FALSE(manager.setEnabled(false));
     EXPECT_EQ(journal.entries, Entries{});
 }
 
 TEST_F(LoginItem, AFailedRegistrationSoundsOnceAndTellsTheTruth) {
     service.succeeds = false;
-    EXPECT_FALSE(LoginItemManager::setEnabled(true));
+    EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, (Entries{"login item: register", "login item: beep"}));
 }
 
 TEST_F(LoginItem, AFailedUnregistrationSoundsOnceAndTellsTheTruth) {
     service.registered = true;
     service.succeeds = false;
-    EXPECT_TRUE(LoginItemManager::setEnabled(false));
+    EXPECT_TRUE(manager.setEnabled(false));
     EXPECT_EQ(journal.entries, (Entries{"login item: unregister", "login item: beep"}));
 }
 
 TEST_F(LoginItem, ARegistrationThatAwaitsApprovalIsNotEnabledAndDoesNotSound) {
     service.needsApproval = true;
-    EXPECT_FALSE(LoginItemManager::setEnabled(true));
+    EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, Entries{"login item: register"});
 }
 
 TEST_F(LoginItem, TheServiceIsAskedAnewEachTime) {
-    EXPECT_TRUE(LoginItemManager::setEnabled(true));
+    EXPECT_TRUE(manager.setEnabled(true));
     service.registered = false; // the user, in the system's settings
-    EXPECT_FALSE(LoginItemManager::isEnabled());
-    EXPECT_TRUE(LoginItemManager::setEnabled(true));
+    EXPECT_FALSE(manager.isEnabled());
+    EXPECT_TRUE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, (Entries{"login item: register", "login item: register"}));
 }
 
 TEST_F(LoginItem, WhereTheSystemDoesNotLetItRegisterTheSettingsAreOpened) {
     service.letsRegister = false;
-    EXPECT_FALSE(LoginItemManager::canRegister());
-    EXPECT_FALSE(LoginItemManager::setEnabled(true));
+    EXPECT_FALSE(manager.canRegister());
+    EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_EQ(journal.taken(), Entries{"login item: settings opened"});
-    EXPECT_FALSE(LoginItemManager::setEnabled(false));
+    EXPECT_FALSE(manager.setEnabled(false));
     EXPECT_EQ(journal.taken(), Entries{"login item: settings opened"});
 }
 
 TEST_F(LoginItem, WhereTheSystemDoesNotLetItRegisterItIsNeverEnabled) {
     service.letsRegister = false;
     service.registered = true;
-    EXPECT_FALSE(LoginItemManager::isEnabled());
-    EXPECT_FALSE(LoginItemManager::setEnabled(true));
+    EXPECT_FALSE(manager.isEnabled());
+    EXPECT_FALSE(manager.setEnabled(true));
 }
 
-TEST_F(LoginItem, CanRegisterWhereTheServiceLetsIt) { EXPECT_TRUE(LoginItemManager::canRegister()); }
+TEST_F(LoginItem, CanRegisterWhereTheServiceLetsIt) { EXPECT_TRUE(manager.canRegister()); }
 
 } // namespace
 

@@ -1,6 +1,6 @@
 #include "smc/NativeMacSupport.h"
 
-#include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/FakeSystemInformation.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,7 +18,6 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::FakeMachine;
 using fakes::FakeSystemInformation;
 using testing::ElementsAre;
 using namespace std::string_literals;
@@ -37,16 +36,16 @@ SMCReading textReading(std::string key, std::string name, SMCCategory category, 
 
 class NativeMacSupportTest : public testing::Test {
   protected:
-    FakeMachine machine;
-    FakeSystemInformation& system = *machine.system;
+    FakeSystemInformation system;
+    NativeMacSupport native{system};
 
-    static std::optional<SMCReading> reading(std::string_view key) {
-        const auto readings = NativeMacSupport::readings();
+    [[nodiscard]] std::optional<SMCReading> reading(std::string_view key) const {
+        const auto readings = native.readings();
         const auto found = std::ranges::find(readings, key, &SMCReading::key);
         return found == readings.end() ? std::nullopt : std::optional(*found);
     }
 
-    static std::string valueOf(std::string_view key) {
+    [[nodiscard]] std::string valueOf(std::string_view key) const {
         const auto found = reading(key);
         return found ? found->value : "(left out)";
     }
@@ -56,39 +55,54 @@ class NativeMacSupportTest : public testing::Test {
 
 TEST_F(NativeMacSupportTest, ASystemTextEndsAtItsZeroByte) {
     system.entries["hw.model"] = "Model1,1\0behind\0"s;
-    EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), "Model1,1");
+    EXPECT_EQ(native.sysctlString("hw.model"), "Model1,1");
 }
 
 TEST_F(NativeMacSupportTest, ASystemTextIsTrimmedOfWhiteSpaceAndLineEnds) {
     system.entries["hw.model"] = " \t\r\n Some  Processor \u00A0\u2028\n\0"s;
-    EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), "Some  Processor");
+    EXPECT_EQ(native.sysctlString("hw.model"), "Some  Processor");
 }
 
 TEST_F(NativeMacSupportTest, ASystemTextMayHoldCharactersOfSeveralBytes) {
     system.entries["hw.model"] = "Prozessor \u00FC\0"s;
-    EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), "Prozessor \u00FC");
+    EXPECT_EQ(native.sysctlString("hw.model"), "Prozessor \u00FC");
 }
 
-TEST_F(NativeMacSupportTest, AMissingSystemEntryGivesNothing) {
-    EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), std::nullopt);
+TEST_F(NativeMacSupportTest, AMissingSystemEntryHasNoText) {
+    EXPECT_EQ(native.sysctlString("hw.model"), std::nullopt);
 }
 
-TEST_F(NativeMacSupportTest, ASystemEntryOfLessThanTwoBytesGivesNothing) {
+TEST_F(NativeMacSupportTest, ASystemEntryOfLessThanTwoBytesHasNoText) {
     for (const std::string& bytes : {""s, "\0"s, "M"s}) {
         SCOPED_TRACE(bytes.size());
         system.entries["hw.model"] = bytes;
-        EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), std::nullopt);
+        EXPECT_EQ(native.sysctlString("hw.model"), std::nullopt);
     }
     system.entries["hw.model"] = "M\0"s;
-    EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), "M");
+    EXPECT_EQ(native.sysctlString("hw.model"), "M");
 }
 
-TEST_F(NativeMacSupportTest, ABlankSystemEntryGivesNothing) {
+TEST_F(NativeMacSupportTest, ABlankSystemEntryHasNoText) {
     for (const std::string& bytes : {"\0\0"s, "\0hidden\0"s, "  \0"s, "\n\t\r\n\0"s, "\u2003\0"s}) {
         SCOPED_TRACE(bytes.size());
         system.entries["hw.model"] = bytes;
-        EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), std::nullopt);
+        EXPECT_EQ(native.sysctlString("hw.model"), std::nullopt);
     }
+}
+
+TEST_F(NativeMacSupportTest, ASystemEntryThatIsNotWellFormedUtf8HasNoText) {
+    for (const std::string& bytes :
+         {"Prozessor \xFC\0"s, "\xFC\xFC"s, "cut short \xC3\0"s, "overlong \xC0\xAF\0"s,
+          "surrogate \xED\xA0\x80\0"s, "\x80 alone\0"s, "\xFF\xFE\0"s}) {
+        SCOPED_TRACE(bytes.size());
+        system.entries["hw.model"] = bytes;
+        EXPECT_EQ(native.sysctlString("hw.model"), std::nullopt);
+    }
+}
+
+TEST_F(NativeMacSupportTest, BytesBehindTheZeroByteNeedNotBeUtf8) {
+    system.entries["hw.model"] = "Model1,1\0\xFC\xFF\0"s;
+    EXPECT_EQ(native.sysctlString("hw.model"), "Model1,1");
 }
 
 // The list
@@ -107,7 +121,7 @@ TEST_F(NativeMacSupportTest, AllReadingsStandInFixedOrderWithAllFields) {
     memory.numericValue = 16;
     memory.unit = "GB";
     memory.raw = "17179869184";
-    EXPECT_THAT(NativeMacSupport::readings(),
+    EXPECT_THAT(native.readings(),
                 ElementsAre(textReading("NCPU", "CPU Model", SMCCategory::cpu, "Some Processor"),
                             textReading("NARC", "Architecture", SMCCategory::cpu, "Apple Silicon"), cores,
                             memory,
@@ -115,9 +129,9 @@ TEST_F(NativeMacSupportTest, AllReadingsStandInFixedOrderWithAllFields) {
                             textReading("NLPM", "Low Power Mode", SMCCategory::power, "Disabled")));
 }
 
-TEST_F(NativeMacSupportTest, AMachineThatTellsNothingStillHasThreeReadings) {
+TEST_F(NativeMacSupportTest, AMachineWithoutSystemFactsStillHasThreeReadings) {
     std::vector<std::string> keys;
-    for (const SMCReading& each : NativeMacSupport::readings()) keys.push_back(each.key);
+    for (const SMCReading& each : native.readings()) keys.push_back(each.key);
     EXPECT_THAT(keys, ElementsAre("NARC", "NTHR", "NLPM"));
 }
 
@@ -125,13 +139,22 @@ TEST_F(NativeMacSupportTest, AMachineThatTellsNothingStillHasThreeReadings) {
 
 TEST_F(NativeMacSupportTest, TheModelStandsInForAMissingProcessorName) {
     system.entries["hw.model"] = "Model1,1\0"s;
-    const auto readings = NativeMacSupport::readings();
+    const auto readings = native.readings();
     ASSERT_FALSE(readings.empty());
     EXPECT_EQ(readings.front(), textReading("NCPU", "CPU Model", SMCCategory::cpu, "Model1,1"));
 }
 
 TEST_F(NativeMacSupportTest, TheModelStandsInForABlankProcessorName) {
     system.entries["machdep.cpu.brand_string"] = "   \0"s;
+    system.entries["hw.model"] = "Model1,1\0"s;
+    EXPECT_EQ(valueOf("NCPU"), "Model1,1");
+}
+
+TEST_F(NativeMacSupportTest, AProcessorNameInLatin1IsNeverAReading) {
+    system.entries["machdep.cpu.brand_string"] = "Prozessor \xFC\0"s;
+    EXPECT_EQ(reading("NCPU"), std::nullopt);
+    system.entries["hw.model"] = "Modell \xE4\0"s;
+    EXPECT_EQ(reading("NCPU"), std::nullopt);
     system.entries["hw.model"] = "Model1,1\0"s;
     EXPECT_EQ(valueOf("NCPU"), "Model1,1");
 }

@@ -1,13 +1,14 @@
 #include "smc/RegistryFans.h"
 
-#include "smc/SMCBridge.h"
-#include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/FakeIORegistry.h"
 
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,7 +24,7 @@ namespace {
 
 using fakes::FakeEntry;
 using fakes::FakeIORegistry;
-using fakes::FakeMachine;
+using fakes::FakeMonotonicClock;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -39,22 +40,26 @@ Dictionary property(std::string_view name, Value value) {
 
 Dictionary usualFan(std::string_view name = "FAN1") { return property(name, usualSpeed); }
 
-std::vector<std::string> textsOf(const std::vector<SMCKeyResult>& fans, std::string_view entry) {
-    std::vector<std::string> texts;
-    texts.reserve(fans.size());
-    for (const SMCKeyResult& fan : fans) texts.push_back(fan.textOr(entry, "?"));
-    return texts;
+std::vector<std::string> keysOf(const std::vector<RawReading>& fans) {
+    std::vector<std::string> keys;
+    keys.reserve(fans.size());
+    for (const RawReading& fan : fans) keys.push_back(fan.key);
+    return keys;
 }
 
-double speedOf(const SMCKeyResult& fan) {
-    const auto* speed = fan.find<double>("numericValue");
-    return speed == nullptr ? -1 : *speed;
+std::vector<std::string> namesOf(const std::vector<RawReading>& fans) {
+    std::vector<std::string> names;
+    names.reserve(fans.size());
+    for (const RawReading& fan : fans) names.push_back(fan.name.value_or("?"));
+    return names;
 }
 
-class RegistryFans : public testing::Test {
+class RegistryFansTest : public testing::Test {
   protected:
-    FakeMachine machine;
-    FakeIORegistry& registry = *machine.registry;
+    const std::shared_ptr<FakeIORegistry> ownedRegistry = std::make_shared<FakeIORegistry>();
+    const std::shared_ptr<FakeMonotonicClock> clock = std::make_shared<FakeMonotonicClock>();
+    FakeIORegistry& registry = *ownedRegistry;
+    RegistryFans registryFans{ownedRegistry, clock};
 
     void addDriver(std::optional<Dictionary> properties) {
         registry.add("SMCSuperIO", "SMCSuperIO", std::move(properties));
@@ -65,22 +70,56 @@ class RegistryFans : public testing::Test {
     }
 
     /// The fans of a fresh walk.
-    std::vector<SMCKeyResult> walked() {
-        machine.clock->advance(15s);
-        return cachedRegistryFans();
+    std::vector<RawReading> walked() {
+        clock->advance(15s);
+        return registryFans.read();
     }
 
-    /// What a fresh walk makes of a fan property with this value on a sensor driver.
-    std::vector<SMCKeyResult> walkedWithValue(Value value) {
+    /// The fans of a fresh walk over a sensor driver with one fan property of this value.
+    std::vector<RawReading> walkedWithValue(Value value) {
         registry.entries.clear();
         addDriver(property("CPU Fan", std::move(value)));
         return walked();
     }
+
+    /// The speed that a walk finds in a fan property of this value.
+    std::optional<double> speedOf(Value value) {
+        const auto fans = walkedWithValue(std::move(value));
+        return fans.empty() ? std::nullopt : fans.front().numericValue;
+    }
+
+    /// The reading of the property `name` of a sensor driver, found after `index` other fans.
+    RawReading fanAt(std::size_t index, std::string_view name) {
+        Dictionary properties;
+        for (std::size_t other = 0; other < index; ++other) {
+            properties.set("other fan " + std::to_string(other), usualSpeed);
+        }
+        properties.set(name, usualSpeed);
+        registry.entries.clear();
+        addDriver(std::move(properties));
+        const auto fans = walked();
+        EXPECT_EQ(fans.size(), index + 1);
+        return fans.size() == index + 1 ? fans.back() : RawReading();
+    }
 };
+
+/// What a walk returns for a fan without a name of its own.
+RawReading usualReading() {
+    RawReading fan;
+    fan.key = "FAN1";
+    fan.type = "ioreg";
+    fan.value = "1450";
+    fan.numericValue = 1450;
+    fan.raw = "5AA";
+    fan.name = "Fan 0";
+    fan.category = "Fans";
+    fan.unit = "RPM";
+    return fan;
+}
 
 // Hints
 
-TEST_F(RegistryFans, AFanHintIsFoundAnywhereInAnyCase) {
+TEST_F(RegistryFansTest, AFanHintIsFoundAnywhereInAnyCase) {
     for (const std::string_view text : {"fan", "FAN1", "CPU Fan Speed", "Infant", "tach", "TACHOMETER", "rpm",
                                         "MaxRPM0", "F0Ac", "f1ac", "F2AC", "xF3AcX"}) {
         SCOPED_TRACE(text);
@@ -88,7 +127,7 @@ TEST_F(RegistryFans, AFanHintIsFoundAnywhereInAnyCase) {
     }
 }
 
-TEST_F(RegistryFans, OtherTextsHoldNoFanHint) {
+TEST_F(RegistryFansTest, OtherTextsHoldNoFanHint) {
     for (const std::string_view text :
          {"", "F", "fa", "f an", "F4Ac", "F0Mn", "F0A", "speed", "tac", "rp m", "temperature"}) {
         SCOPED_TRACE(text);
@@ -98,26 +137,17 @@ TEST_F(RegistryFans, OtherTextsHoldNoFanHint) {
 
 // What counts as a fan
 
-TEST_F(RegistryFans, AFanPropertyOutsideSensorDriversIsAccepted) {
+TEST_F(RegistryFansTest, AFanPropertyOutsideSensorDriversIsAccepted) {
     addOther(usualFan());
-    EXPECT_THAT(cachedRegistryFans(), ElementsAre(SMCKeyResult{{"key", "FAN1"},
-                                                               {"type", "ioreg"},
-                                                               {"value", "1450"},
-                                                               {"numericValue", 1450.0},
-                                                               {"raw", "5AA"},
-                                                               {"size", std::int64_t{0}},
-                                                               {"status", "OK"},
-                                                               {"name", "Fan 0"},
-                                                               {"category", "Fans"},
-                                                               {"unit", "RPM"}}));
+    EXPECT_THAT(registryFans.read(), ElementsAre(usualReading()));
 }
 
-TEST_F(RegistryFans, TheRegistryIsWalkedInTheServicePlane) {
-    cachedRegistryFans();
+TEST_F(RegistryFansTest, TheRegistryIsWalkedInTheServicePlane) {
+    registryFans.read();
     EXPECT_THAT(registry.walkedPlanes, ElementsAre("IOService"));
 }
 
-TEST_F(RegistryFans, APropertyThatDoesNotBeginWithFanIsSkippedOutsideSensorDrivers) {
+TEST_F(RegistryFansTest, APropertyThatDoesNotBeginWithFanIsSkippedOutsideSensorDrivers) {
     for (const std::string_view name :
          {"CPU Fan Speed", "F0Ac", "fAN1", "FaN1", "faN1", "FAn1", " FAN1", "tach", "rpm0"}) {
         SCOPED_TRACE(name);
@@ -127,7 +157,7 @@ TEST_F(RegistryFans, APropertyThatDoesNotBeginWithFanIsSkippedOutsideSensorDrive
     }
 }
 
-TEST_F(RegistryFans, APropertyThatBeginsWithFanInAUsualSpellingIsAcceptedOutsideSensorDrivers) {
+TEST_F(RegistryFansTest, APropertyThatBeginsWithFanInAUsualSpellingIsAcceptedOutsideSensorDrivers) {
     for (const std::string_view name : {"FAN1", "Fan1", "fan1", "FAN", "fanatic", "Fan Speed", "FANTach"}) {
         SCOPED_TRACE(name);
         registry.entries.clear();
@@ -136,14 +166,14 @@ TEST_F(RegistryFans, APropertyThatBeginsWithFanInAUsualSpellingIsAcceptedOutside
     }
 }
 
-TEST_F(RegistryFans, APropertyOfASensorDriverNeedsOnlyAHint) {
+TEST_F(RegistryFansTest, APropertyOfASensorDriverNeedsOnlyAHint) {
     addDriver(usualFan("CPU Fan Speed"));
-    const auto fans = cachedRegistryFans();
-    EXPECT_THAT(textsOf(fans, "key"), ElementsAre("FAN0"));
-    EXPECT_THAT(textsOf(fans, "name"), ElementsAre("CPU Fan Speed"));
+    const auto fans = registryFans.read();
+    EXPECT_THAT(keysOf(fans), ElementsAre("FAN0"));
+    EXPECT_THAT(namesOf(fans), ElementsAre("CPU Fan Speed"));
 }
 
-TEST_F(RegistryFans, EachHintLetsAPropertyOfASensorDriverThrough) {
+TEST_F(RegistryFansTest, EachHintLetsAPropertyOfASensorDriverThrough) {
     for (const std::string_view name : {"A FAN", "Tachometer 1", "rpm0", "F0Ac", "F1Ac", "f2ac", "F3AC"}) {
         SCOPED_TRACE(name);
         registry.entries.clear();
@@ -152,7 +182,7 @@ TEST_F(RegistryFans, EachHintLetsAPropertyOfASensorDriverThrough) {
     }
 }
 
-TEST_F(RegistryFans, APropertyOfASensorDriverWithoutAHintIsSkipped) {
+TEST_F(RegistryFansTest, APropertyOfASensorDriverWithoutAHintIsSkipped) {
     for (const std::string_view name : {"Temperature", "F4Ac", "F0Mn", "Speed", ""}) {
         SCOPED_TRACE(name);
         registry.entries.clear();
@@ -171,7 +201,7 @@ struct Described {
     Dictionary properties;
 };
 
-TEST_F(RegistryFans, EachDriverWordInTheClassNameMakesASensorDriver) {
+TEST_F(RegistryFansTest, EachDriverWordInTheClassNameMakesASensorDriver) {
     for (const std::string className : {"SMCSuperIO", "superio", "XFakeSMCX", "HWSensors", "LPCSensors",
                                         "ACPISensors", "VirtualSMC", "org_driver_SuperIODevice", "fakesmc"}) {
         SCOPED_TRACE(className);
@@ -181,7 +211,7 @@ TEST_F(RegistryFans, EachDriverWordInTheClassNameMakesASensorDriver) {
     }
 }
 
-TEST_F(RegistryFans, ADriverWordCountsInNameCompatibleAndModelToo) {
+TEST_F(RegistryFansTest, ADriverWordCountsInNameCompatibleAndModelToo) {
     Dictionary compatible = usualFan("CPU Fan");
     compatible.set("compatible", "acpi,VirtualSMC");
     Dictionary model = usualFan("CPU Fan");
@@ -196,7 +226,7 @@ TEST_F(RegistryFans, ADriverWordCountsInNameCompatibleAndModelToo) {
     }
 }
 
-TEST_F(RegistryFans, ADriverWordCountsNowhereElse) {
+TEST_F(RegistryFansTest, ADriverWordCountsNowhereElse) {
     Dictionary vendor = usualFan("CPU Fan");
     vendor.set("vendor", "VirtualSMC");
     Dictionary bytes = usualFan("CPU Fan");
@@ -214,7 +244,7 @@ TEST_F(RegistryFans, ADriverWordCountsNowhereElse) {
     }
 }
 
-TEST_F(RegistryFans, ThePartsOfTheDescriptionAreJoinedByOneBlank) {
+TEST_F(RegistryFansTest, ThePartsOfTheDescriptionAreJoinedByOneBlank) {
     // No word holds a blank, so parts that touched would make words of their own.
     Dictionary properties = usualFan("CPU Fan");
     properties.set("compatible", "virtual");
@@ -223,7 +253,7 @@ TEST_F(RegistryFans, ThePartsOfTheDescriptionAreJoinedByOneBlank) {
     EXPECT_THAT(walked(), IsEmpty());
 }
 
-TEST_F(RegistryFans, NamesAreCutAfter127Bytes) {
+TEST_F(RegistryFansTest, NamesAreCutAfter127Bytes) {
     for (const auto& [padding, expected] : {std::pair{117, 1U}, {118, 0U}}) {
         SCOPED_TRACE(padding);
         const std::string name = std::string(static_cast<std::size_t>(padding), 'x') + "VirtualSMC";
@@ -236,21 +266,21 @@ TEST_F(RegistryFans, NamesAreCutAfter127Bytes) {
     }
 }
 
-TEST_F(RegistryFans, PropertiesAreNotCut) {
+TEST_F(RegistryFansTest, PropertiesAreNotCut) {
     Dictionary properties = usualFan("CPU Fan");
     properties.set("compatible", std::string(500, 'x') + "VirtualSMC");
     registry.add("IOService", "x", properties);
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(1));
+    EXPECT_THAT(registryFans.read(), SizeIs(1));
 }
 
-TEST_F(RegistryFans, NamesThatDifferOnlyBeyondTheirCutAreTheSameName) {
+TEST_F(RegistryFansTest, NamesThatDifferOnlyBeyondTheirCutAreTheSameName) {
     const std::string common(127, 'x');
     registry.add(common + "a", "n", usualFan());
     registry.add(common + "b", "n", usualFan());
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(1));
+    EXPECT_THAT(registryFans.read(), SizeIs(1));
 }
 
-TEST_F(RegistryFans, AStringPropertyIsGivenOnlyAsText) {
+TEST_F(RegistryFansTest, AStringPropertyIsReturnedOnlyIfItIsAText) {
     const FakeEntry entry("IOService", "x",
                           Dictionary{{"model", "Board"}, {"number", std::int64_t{1}}, {"data", Data{65}}});
     EXPECT_EQ(registryStringValue(entry, "model"), "Board");
@@ -261,22 +291,18 @@ TEST_F(RegistryFans, AStringPropertyIsGivenOnlyAsText) {
 
 // Speeds
 
-TEST_F(RegistryFans, ANumberIsItsOwnSpeedFrom0To30000) {
+TEST_F(RegistryFansTest, ANumberIsItsOwnSpeedFrom0To30000) {
     for (const double speed : {0.0, 0.4, 1.0, 79.5, 1450.25, 29999.9, 30000.0}) {
         SCOPED_TRACE(speed);
-        const auto fans = walkedWithValue(speed);
-        ASSERT_THAT(fans, SizeIs(1));
-        EXPECT_EQ(speedOf(fans.front()), speed);
+        EXPECT_EQ(speedOf(speed), speed);
     }
     for (const std::int64_t speed : {std::int64_t{0}, std::int64_t{1}, std::int64_t{30000}}) {
         SCOPED_TRACE(speed);
-        const auto fans = walkedWithValue(speed);
-        ASSERT_THAT(fans, SizeIs(1));
-        EXPECT_EQ(speedOf(fans.front()), static_cast<double>(speed));
+        EXPECT_EQ(speedOf(speed), static_cast<double>(speed));
     }
 }
 
-TEST_F(RegistryFans, ANumberBelowZeroAboveThirtyThousandOrNotFiniteIsDropped) {
+TEST_F(RegistryFansTest, ANumberBelowZeroAboveThirtyThousandOrNotFiniteIsDropped) {
     for (const double speed :
          {-1.0, -0.01, 30000.01, 30001.0, 1e300, std::numeric_limits<double>::infinity(),
           -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
@@ -291,7 +317,7 @@ TEST_F(RegistryFans, ANumberBelowZeroAboveThirtyThousandOrNotFiniteIsDropped) {
     }
 }
 
-TEST_F(RegistryFans, DataIsReadInTheByteOrderThatMakesALikelySpeed) {
+TEST_F(RegistryFansTest, DataIsReadInTheByteOrderThatMakesALikelySpeed) {
     struct Case {
         std::string_view name;
         Data bytes;
@@ -321,12 +347,11 @@ TEST_F(RegistryFans, DataIsReadInTheByteOrderThatMakesALikelySpeed) {
              Case{"no byte", {}, std::nullopt},
          }) {
         SCOPED_TRACE(data.name);
-        EXPECT_EQ(fanSpeed(data.bytes), data.speed);
-        EXPECT_THAT(walkedWithValue(data.bytes), SizeIs(data.speed ? 1 : 0));
+        EXPECT_EQ(speedOf(data.bytes), data.speed);
     }
 }
 
-TEST_F(RegistryFans, TextIsKeptOnlyWhenItsNumberIsAboveZero) {
+TEST_F(RegistryFansTest, TextIsKeptOnlyWhenItsNumberIsAboveZero) {
     struct Case {
         std::string text;
         std::optional<double> speed;
@@ -353,71 +378,61 @@ TEST_F(RegistryFans, TextIsKeptOnlyWhenItsNumberIsAboveZero) {
              Case{"nan", std::nullopt},
          }) {
         SCOPED_TRACE(value.text);
-        EXPECT_EQ(fanSpeed(value.text), value.speed);
-        EXPECT_THAT(walkedWithValue(value.text), SizeIs(value.speed ? 1 : 0));
+        EXPECT_EQ(speedOf(value.text), value.speed);
     }
 }
 
-TEST_F(RegistryFans, OtherKindsOfValuesAreSkipped) {
+TEST_F(RegistryFansTest, OtherKindsOfValuesAreSkipped) {
     EXPECT_THAT(walkedWithValue(true), IsEmpty());
     EXPECT_THAT(walkedWithValue(TextList{"1450"}), IsEmpty());
 }
 
 // Results
 
-TEST_F(RegistryFans, AFanOfASensorDriverHasExactlyTenEntries) {
+TEST_F(RegistryFansTest, AFanOfASensorDriverIsNamedByItsProperty) {
     addDriver(property("CPU Fan", Data{0x05, 0xDC}));
-    EXPECT_THAT(cachedRegistryFans(), ElementsAre(SMCKeyResult{{"key", "FAN0"},
-                                                               {"type", "ioreg"},
-                                                               {"value", "1500"},
-                                                               {"numericValue", 1500.0},
-                                                               {"raw", "05DC"},
-                                                               {"size", std::int64_t{0}},
-                                                               {"status", "OK"},
-                                                               {"name", "CPU Fan"},
-                                                               {"category", "Fans"},
-                                                               {"unit", "RPM"}}));
+    RawReading expected = usualReading();
+    expected.key = "FAN0";
+    expected.value = "1500";
+    expected.numericValue = 1500;
+    expected.raw = "05DC";
+    expected.name = "CPU Fan";
+    EXPECT_THAT(registryFans.read(), ElementsAre(expected));
 }
 
-TEST_F(RegistryFans, APrintablePropertyNameOfFourCharactersThatBeginsWithACapitalFIsTheKey) {
-    for (const std::string_view name : {"FAN1", "Fan1", "F0Ac", "FAN ", "Ftac"}) {
+TEST_F(RegistryFansTest, APrintablePropertyNameOfFourCharactersThatBeginsWithACapitalFIsTheKey) {
+    for (const std::string_view name : {"FAN1", "Fan1", "F0Ac", "FAN ", "Frpm"}) {
         SCOPED_TRACE(name);
-        const SMCKeyResult fan = fanResult(name, usualSpeed, 1450, 3);
-        EXPECT_EQ(fan.textOr("key", "?"), name);
-        EXPECT_EQ(fan.textOr("name", "?"), "Fan 3");
+        const RawReading fan = fanAt(3, name);
+        EXPECT_EQ(fan.key, name);
+        EXPECT_EQ(fan.name, "Fan 3");
     }
 }
 
-TEST_F(RegistryFans, EveryOtherPropertyNameIsTheNameAndTheKeyCountsFans) {
-    for (const std::string_view name : {"fan1", "FAN", "FAN10", "RPM1", "FA\tN", "F\u00C4N", "CPU Fan"}) {
+TEST_F(RegistryFansTest, EveryOtherPropertyNameIsTheNameAndTheKeyCountsFans) {
+    for (const std::string_view name :
+         {"fan1", "FAN", "FAN10", "RPM1", "Fan\t", "Fan\x7F", "Fan\u00C4", "CPU Fan"}) {
         SCOPED_TRACE(name);
-        const SMCKeyResult fan = fanResult(name, usualSpeed, 1450, 3);
-        EXPECT_EQ(fan.textOr("key", "?"), "FAN3");
-        EXPECT_EQ(fan.textOr("name", "?"), name);
+        const RawReading fan = fanAt(3, name);
+        EXPECT_EQ(fan.key, "FAN3");
+        EXPECT_EQ(fan.name, name);
     }
 }
 
-TEST_F(RegistryFans, AnEmptyPropertyNameIsNamedByItsNumber) {
-    const SMCKeyResult fan = fanResult("", usualSpeed, 1450, 3);
-    EXPECT_EQ(fan.textOr("key", "?"), "FAN3");
-    EXPECT_EQ(fan.textOr("name", "?"), "Fan 3");
+TEST_F(RegistryFansTest, TheNinthFanHasTheKeyFAN8AndTheTenthFAN9) {
+    EXPECT_EQ(fanAt(8, "CPU Fan").key, "FAN8");
+    EXPECT_EQ(fanAt(9, "CPU Fan").key, "FAN9");
 }
 
-TEST_F(RegistryFans, TheNinthFanHasTheKeyFAN8AndTheTenthFAN9) {
-    EXPECT_EQ(fanResult("CPU Fan", usualSpeed, 1450, 8).textOr("key", "?"), "FAN8");
-    EXPECT_EQ(fanResult("CPU Fan", usualSpeed, 1450, 9).textOr("key", "?"), "FAN9");
-}
-
-TEST_F(RegistryFans, TheTenthAndLaterFansShareTheKeyFAN9ButNotTheName) {
+TEST_F(RegistryFansTest, TheTenthAndLaterFansShareTheKeyFAN9ButNotTheName) {
     for (const std::size_t index : {9U, 10U, 15U, 18U}) {
         SCOPED_TRACE(index);
-        EXPECT_EQ(fanResult("CPU Fan", usualSpeed, 1450, index).textOr("key", "?"), "FAN9");
-        EXPECT_EQ(fanResult("F0Ac", usualSpeed, 1450, index).textOr("name", "?"),
-                  "Fan " + std::to_string(index));
+        EXPECT_EQ(fanAt(index, "CPU Fan").key, "FAN9");
+        EXPECT_EQ(fanAt(index, "F0Ac").name, "Fan " + std::to_string(index));
     }
 }
 
-TEST_F(RegistryFans, TheSpeedsTextHasTwoDecimalsUnlessItIsNearAWholeNumber) {
+TEST_F(RegistryFansTest, TheSpeedsTextHasTwoDecimalsUnlessItIsNearAWholeNumber) {
     for (const auto& [speed, text] : {std::pair{1450.0, "1450"},
                                       {1450.004, "1450"},
                                       {1449.996, "1450"},
@@ -426,11 +441,13 @@ TEST_F(RegistryFans, TheSpeedsTextHasTwoDecimalsUnlessItIsNearAWholeNumber) {
                                       {0.0, "0"},
                                       {30000.0, "30000"}}) {
         SCOPED_TRACE(speed);
-        EXPECT_EQ(fanResult("CPU Fan", speed, speed, 0).textOr("value", "?"), text);
+        const auto fans = walkedWithValue(speed);
+        ASSERT_THAT(fans, SizeIs(1));
+        EXPECT_EQ(fans.front().value, text);
     }
 }
 
-TEST_F(RegistryFans, TheRawTextIsHexForBytesAndNumbersAndTheTextItselfOtherwise) {
+TEST_F(RegistryFansTest, TheRawTextIsHexForBytesAndNumbersAndTheTextItselfOtherwise) {
     EXPECT_EQ(fanRawText(Data{0x05, 0xDC, 0x0F}), "05DC0F");
     EXPECT_EQ(fanRawText(Data(40, 0xAB)).size(), 64U);
     EXPECT_EQ(fanRawText(std::int64_t{1450}), "5AA");
@@ -442,7 +459,45 @@ TEST_F(RegistryFans, TheRawTextIsHexForBytesAndNumbersAndTheTextItselfOtherwise)
     EXPECT_EQ(fanRawText(""), "");
 }
 
-TEST_F(RegistryFans, FansAreNumberedInTheOrderFoundAcrossEntries) {
+TEST_F(RegistryFansTest, TheRawTextOfANumberIsThatOfItsUnsigned64BitValueWhateverTheNumber) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double twoTo63 = 9223372036854775808.0;
+    constexpr double twoTo64 = 2 * twoTo63;
+    for (const auto& [number, text] : {std::pair{0.0, "0"},
+                                       {-0.0, "0"},
+                                       {0.9, "0"},
+                                       {-0.9, "0"},
+                                       {-1.0, "FFFFFFFFFFFFFFFF"},
+                                       {-1.9, "FFFFFFFFFFFFFFFF"},
+                                       {-1450.0, "FFFFFFFFFFFFFA56"},
+                                       {4294967296.0, "100000000"},
+                                       {twoTo63, "8000000000000000"},
+                                       {std::nextafter(twoTo63, 0), "7FFFFFFFFFFFFC00"},
+                                       {std::nextafter(twoTo64, 0), "FFFFFFFFFFFFF800"},
+                                       {twoTo64, "FFFFFFFFFFFFFFFF"},
+                                       {1e300, "FFFFFFFFFFFFFFFF"},
+                                       {infinity, "FFFFFFFFFFFFFFFF"},
+                                       {-twoTo63, "8000000000000000"},
+                                       {-twoTo64, "8000000000000000"},
+                                       {-1e300, "8000000000000000"},
+                                       {-infinity, "8000000000000000"},
+                                       {std::numeric_limits<double>::denorm_min(), "0"},
+                                       {std::numeric_limits<double>::quiet_NaN(), "0"},
+                                       {-std::numeric_limits<double>::quiet_NaN(), "0"}}) {
+        SCOPED_TRACE(number);
+        EXPECT_EQ(fanRawText(number), text);
+    }
+    EXPECT_EQ(fanRawText(std::numeric_limits<std::int64_t>::min()), "8000000000000000");
+    EXPECT_EQ(fanRawText(std::numeric_limits<std::int64_t>::max()), "7FFFFFFFFFFFFFFF");
+}
+
+TEST_F(RegistryFansTest, TheRawTextOfAValueThatIsNoSpeedIsEmpty) {
+    EXPECT_EQ(fanRawText(true), "");
+    EXPECT_EQ(fanRawText(TextList{"1450"}), "");
+    EXPECT_EQ(fanRawText(Data{}), "");
+}
+
+TEST_F(RegistryFansTest, FansAreNumberedInTheOrderFoundAcrossEntries) {
     Dictionary several;
     several.set("CPU Fan", usualSpeed);
     several.set("Temperature", usualSpeed);
@@ -450,40 +505,58 @@ TEST_F(RegistryFans, FansAreNumberedInTheOrderFoundAcrossEntries) {
     several.set("F0Ac", usualSpeed);
     addDriver(several);
     addOther(usualFan("fan of the case"));
-    const auto fans = cachedRegistryFans();
-    EXPECT_THAT(textsOf(fans, "key"), ElementsAre("FAN0", "F0Ac", "FAN2"));
-    EXPECT_THAT(textsOf(fans, "name"), ElementsAre("CPU Fan", "Fan 1", "fan of the case"));
+    const auto fans = registryFans.read();
+    EXPECT_THAT(keysOf(fans), ElementsAre("FAN0", "F0Ac", "FAN2"));
+    EXPECT_THAT(namesOf(fans), ElementsAre("CPU Fan", "Fan 1", "fan of the case"));
 }
 
-TEST_F(RegistryFans, AnEntryWithoutReadablePropertiesIsSkipped) {
+TEST_F(RegistryFansTest, AnEntryWithoutReadablePropertiesIsSkipped) {
     addDriver(std::nullopt);
     addOther(usualFan());
-    EXPECT_THAT(textsOf(cachedRegistryFans(), "name"), ElementsAre("Fan 0"));
+    EXPECT_THAT(namesOf(registryFans.read()), ElementsAre("Fan 0"));
 }
 
 // Repeats
 
-TEST_F(RegistryFans, ARepeatWithTheSameRoundedSpeedIsSkipped) {
+TEST_F(RegistryFansTest, ARepeatWithTheSameRoundedSpeedIsSkipped) {
     addDriver(property("CPU Fan", 1450.2));
     addDriver(property("CPU Fan", 1449.8));
     addDriver(property("CPU Fan", 1450.5)); // ties go to the even number
     addDriver(property("CPU Fan", Data{0x05, 0xAA}));
-    const auto fans = cachedRegistryFans();
+    const auto fans = registryFans.read();
     ASSERT_THAT(fans, SizeIs(1));
-    EXPECT_EQ(speedOf(fans.front()), 1450.2);
+    EXPECT_EQ(fans.front().numericValue, 1450.2);
 }
 
-TEST_F(RegistryFans, AnotherClassNameOrPropertyOrSpeedMakesAnotherFan) {
+TEST_F(RegistryFansTest, AnotherClassNameOrPropertyOrSpeedMakesAnotherFan) {
     registry.add("VirtualSMC", "a", property("CPU Fan", 1450.0));
     registry.add("FakeSMC", "a", property("CPU Fan", 1450.0));
     registry.add("VirtualSMC", "b", property("CPU Fan", 1450.0));
     registry.add("VirtualSMC", "a", property("GPU Fan", 1450.0));
     registry.add("VirtualSMC", "a", property("CPU Fan", 1451.0));
     registry.add("VirtualSMC", "a", property("CPU Fan", 1450.0));
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(5));
+    EXPECT_THAT(registryFans.read(), SizeIs(5));
 }
 
-TEST_F(RegistryFans, RepeatsOfAnEarlierWalkAreNotSkipped) {
+TEST_F(RegistryFansTest, TheLettersOfClassNameAndNameMakeDifferentFansWhenSplitElsewhere) {
+    registry.add("VirtualSMCa", "b", property("CPU Fan", 1450.0));
+    registry.add("VirtualSMC", "ab", property("CPU Fan", 1450.0));
+    EXPECT_THAT(registryFans.read(), SizeIs(2));
+}
+
+TEST_F(RegistryFansTest, TheLettersOfNameAndPropertyMakeDifferentFansWhenSplitElsewhere) {
+    registry.add("VirtualSMC", "a", property("bFan", 1450.0));
+    registry.add("VirtualSMC", "ab", property("Fan", 1450.0));
+    EXPECT_THAT(namesOf(registryFans.read()), ElementsAre("bFan", "Fan"));
+}
+
+TEST_F(RegistryFansTest, TheDigitsOfPropertyAndSpeedMakeDifferentFansWhenSplitElsewhere) {
+    addDriver(property("Fan 1", 450.0));
+    addDriver(property("Fan ", 1450.0));
+    EXPECT_THAT(registryFans.read(), SizeIs(2));
+}
+
+TEST_F(RegistryFansTest, RepeatsOfAnEarlierWalkAreNotSkipped) {
     addOther(usualFan());
     ASSERT_THAT(walked(), SizeIs(1));
     EXPECT_THAT(walked(), SizeIs(1));
@@ -492,25 +565,25 @@ TEST_F(RegistryFans, RepeatsOfAnEarlierWalkAreNotSkipped) {
 
 // Limits
 
-TEST_F(RegistryFans, TheEntryNumbered4096IsTheLastThatIsVisited) {
+TEST_F(RegistryFansTest, TheEntryNumbered4096IsTheLastThatIsVisited) {
     for (int count = 0; count < 4095; ++count)
         addOther(count % 2 == 0 ? std::nullopt : std::optional(Dictionary{}));
     registry.add("IOService", "last", usualFan("FAN1"));
     registry.add("IOService", "beyond", usualFan("FAN2"));
-    EXPECT_THAT(textsOf(cachedRegistryFans(), "key"), ElementsAre("FAN1"));
+    EXPECT_THAT(keysOf(registryFans.read()), ElementsAre("FAN1"));
 }
 
-TEST_F(RegistryFans, NoEntryIsVisitedAfterTheSixteenthFan) {
+TEST_F(RegistryFansTest, NoEntryIsVisitedAfterTheSixteenthFan) {
     for (int index = 0; index < 20; ++index) {
         registry.add("IOService", "fan" + std::to_string(index), usualFan("fan " + std::to_string(index)));
     }
-    const auto fans = cachedRegistryFans();
+    const auto fans = registryFans.read();
     ASSERT_THAT(fans, SizeIs(16));
-    EXPECT_EQ(fans.back().textOr("name", "?"), "fan 15");
-    EXPECT_EQ(fans.back().textOr("key", "?"), "FAN9");
+    EXPECT_EQ(fans.back().name, "fan 15");
+    EXPECT_EQ(fans.back().key, "FAN9");
 }
 
-TEST_F(RegistryFans, TheLastEntryVisitedMayCarryTheFansPastSixteen) {
+TEST_F(RegistryFansTest, TheLastEntryVisitedMayCarryTheFansPastSixteen) {
     for (int index = 0; index < 15; ++index) {
         registry.add("IOService", "fan" + std::to_string(index), usualFan("fan " + std::to_string(index)));
     }
@@ -518,99 +591,136 @@ TEST_F(RegistryFans, TheLastEntryVisitedMayCarryTheFansPastSixteen) {
     for (int index = 15; index < 20; ++index) several.set("fan " + std::to_string(index), usualSpeed);
     addOther(several);
     registry.add("IOService", "beyond", usualFan("FAN2"));
-    const auto fans = cachedRegistryFans();
+    const auto fans = registryFans.read();
     ASSERT_THAT(fans, SizeIs(20));
-    EXPECT_EQ(fans.back().textOr("name", "?"), "fan 19");
+    EXPECT_EQ(fans.back().name, "fan 19");
 }
 
-TEST_F(RegistryFans, OneEntryMayGiveMoreThanSixteenFans) {
+TEST_F(RegistryFansTest, OneEntryMayHaveMoreThanSixteenFans) {
     Dictionary many;
     for (int index = 0; index < 30; ++index) many.set("fan " + std::to_string(index), usualSpeed);
     addOther(many);
     addOther(usualFan("FAN2"));
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(30));
+    EXPECT_THAT(registryFans.read(), SizeIs(30));
 }
 
 // Cache
 
-TEST_F(RegistryFans, ASecondCallWithin15SecondsReturnsTheSameFansWithoutWalking) {
+TEST_F(RegistryFansTest, ASecondCallWithin15SecondsReturnsTheSameFansWithoutWalking) {
     addOther(usualFan());
-    const auto first = cachedRegistryFans();
+    const auto first = registryFans.read();
     registry.entries.clear();
     for (const auto step : {0ms, 1ms, 14'998ms}) {
         SCOPED_TRACE(step.count());
-        machine.clock->advance(step);
-        EXPECT_EQ(cachedRegistryFans(), first);
+        clock->advance(step);
+        EXPECT_EQ(registryFans.read(), first);
     }
     EXPECT_THAT(registry.walkedPlanes, SizeIs(1));
 }
 
-TEST_F(RegistryFans, After15SecondsTheRegistryIsWalkedAgain) {
+TEST_F(RegistryFansTest, After15SecondsTheRegistryIsWalkedAgain) {
     addOther(usualFan());
-    ASSERT_THAT(cachedRegistryFans(), SizeIs(1));
+    ASSERT_THAT(registryFans.read(), SizeIs(1));
     registry.entries.clear();
-    machine.clock->advance(15s);
-    EXPECT_THAT(cachedRegistryFans(), IsEmpty());
+    clock->advance(15s);
+    EXPECT_THAT(registryFans.read(), IsEmpty());
     EXPECT_THAT(registry.walkedPlanes, SizeIs(2));
 }
 
-TEST_F(RegistryFans, TheFifteenSecondsBeginAtTheLastWalkNotAtTheLastCall) {
+TEST_F(RegistryFansTest, TheFifteenSecondsBeginAtTheLastWalkNotAtTheLastCall) {
     addOther(usualFan());
-    cachedRegistryFans();
-    machine.clock->advance(10s);
-    cachedRegistryFans();
-    machine.clock->advance(5s);
-    cachedRegistryFans();
+    registryFans.read();
+    clock->advance(10s);
+    registryFans.read();
+    clock->advance(5s);
+    registryFans.read();
     EXPECT_THAT(registry.walkedPlanes, SizeIs(2));
-    machine.clock->advance(14s);
-    cachedRegistryFans();
+    clock->advance(14s);
+    registryFans.read();
     EXPECT_THAT(registry.walkedPlanes, SizeIs(2));
 }
 
-TEST_F(RegistryFans, AnEmptyListIsCachedToo) {
-    ASSERT_THAT(cachedRegistryFans(), IsEmpty());
+TEST_F(RegistryFansTest, AnEmptyListIsCachedToo) {
+    ASSERT_THAT(registryFans.read(), IsEmpty());
     addOther(usualFan());
-    machine.clock->advance(14s);
-    EXPECT_THAT(cachedRegistryFans(), IsEmpty());
+    clock->advance(14s);
+    EXPECT_THAT(registryFans.read(), IsEmpty());
     EXPECT_THAT(registry.walkedPlanes, SizeIs(1));
-    machine.clock->advance(1s);
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(1));
+    clock->advance(1s);
+    EXPECT_THAT(registryFans.read(), SizeIs(1));
 }
 
-TEST_F(RegistryFans, AWalkThatCannotBeBegunGivesNothingAndIsNotCached) {
+TEST_F(RegistryFansTest, AWalkThatCannotBeginFindsNothingAndIsNotCached) {
     addOther(usualFan());
     registry.canIterate = false;
-    EXPECT_THAT(cachedRegistryFans(), IsEmpty());
+    EXPECT_THAT(registryFans.read(), IsEmpty());
     registry.canIterate = true;
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(1));
+    EXPECT_THAT(registryFans.read(), SizeIs(1));
 }
 
-TEST_F(RegistryFans, AWalkThatCannotBeBegunLeavesTheCacheAsItWas) {
+TEST_F(RegistryFansTest, AWalkThatCannotBeginLeavesTheCacheAsItWas) {
     addOther(usualFan());
-    ASSERT_THAT(cachedRegistryFans(), SizeIs(1));
-    machine.clock->advance(15s);
+    ASSERT_THAT(registryFans.read(), SizeIs(1));
+    clock->advance(15s);
     registry.canIterate = false;
-    ASSERT_THAT(cachedRegistryFans(), IsEmpty());
-    machine.clock->advance(-1s); // to look at the cache while it is still valid
-    EXPECT_THAT(cachedRegistryFans(), SizeIs(1));
+    ASSERT_THAT(registryFans.read(), IsEmpty());
+    clock->advance(-1s); // to look at the cache while it is still valid
+    EXPECT_THAT(registryFans.read(), SizeIs(1));
     EXPECT_THAT(registry.walkedPlanes, SizeIs(2));
 }
 
-/// A registry whose first walk asks for the fans again before it gives its entries.
-class NestedRegistry final : public IORegistry {
+TEST_F(RegistryFansTest, ThereAreNoFansWithoutARegistry) {
+    EXPECT_THAT(RegistryFans(nullptr, clock).read(), IsEmpty());
+}
+
+/// A registry whose walk takes ten seconds.
+class SlowRegistry final : public IORegistry {
   public:
-    std::vector<SMCKeyResult> innerFans;
+    explicit SlowRegistry(std::shared_ptr<FakeMonotonicClock> clock) : clock_(std::move(clock)) {
+        registry_.add("IOService", "board", usualFan());
+    }
+
     int walks = 0;
 
     std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view plane) override {
-        FakeIORegistry& registry = ++walks == 1 ? outer_ : inner_;
-        if (walks == 1) innerFans = cachedRegistryFans();
-        return registry.iterateRecursively(plane);
+        ++walks;
+        clock_->advance(10s);
+        return registry_.iterateRecursively(plane);
     }
+
+  private:
+    FakeIORegistry registry_;
+    std::shared_ptr<FakeMonotonicClock> clock_;
+};
+
+TEST_F(RegistryFansTest, TheFifteenSecondsBeginAtTheEndOfTheWalk) {
+    const auto slow = std::make_shared<SlowRegistry>(clock);
+    RegistryFans slowFans(slow, clock);
+    ASSERT_THAT(slowFans.read(), SizeIs(1));
+    clock->advance(14'999ms);
+    EXPECT_THAT(slowFans.read(), SizeIs(1));
+    EXPECT_EQ(slow->walks, 1);
+    clock->advance(1ms);
+    EXPECT_THAT(slowFans.read(), SizeIs(1));
+    EXPECT_EQ(slow->walks, 2);
+}
+
+/// A registry during whose first walk the fans are read a second time.
+class NestedRegistry final : public IORegistry {
+  public:
+    RegistryFans* fans = nullptr;
+    std::vector<RawReading> innerFans;
+    int walks = 0;
 
     NestedRegistry() {
         outer_.add("IOService", "outer", usualFan("FAN1"));
         inner_.add("IOService", "inner", usualFan("FAN2"));
+    }
+
+    std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view plane) override {
+        FakeIORegistry& registry = ++walks == 1 ? outer_ : inner_;
+        if (walks == 1) innerFans = fans->read();
+        return registry.iterateRecursively(plane);
     }
 
   private:
@@ -618,23 +728,15 @@ class NestedRegistry final : public IORegistry {
     FakeIORegistry inner_;
 };
 
-TEST_F(RegistryFans, TwoCallsMayWalkAtOnceAndTheLaterResultIsKept) {
+TEST_F(RegistryFansTest, TwoCallsMayWalkAtOnceAndTheLaterResultIsKept) {
     const auto nested = std::make_shared<NestedRegistry>();
-    useRegistry(nested, machine.clock);
-    EXPECT_THAT(textsOf(cachedRegistryFans(), "key"), ElementsAre("FAN1"));
-    EXPECT_THAT(textsOf(nested->innerFans, "key"), ElementsAre("FAN2"));
+    RegistryFans nestedFans(nested, clock);
+    nested->fans = &nestedFans;
+    EXPECT_THAT(keysOf(nestedFans.read()), ElementsAre("FAN1"));
+    EXPECT_THAT(keysOf(nested->innerFans), ElementsAre("FAN2"));
     EXPECT_EQ(nested->walks, 2);
-    EXPECT_THAT(textsOf(cachedRegistryFans(), "key"), ElementsAre("FAN1"));
+    EXPECT_THAT(keysOf(nestedFans.read()), ElementsAre("FAN1"));
     EXPECT_EQ(nested->walks, 2);
-}
-
-TEST_F(RegistryFans, AnotherRegistryStartsWithAnEmptyCache) {
-    addOther(usualFan());
-    ASSERT_THAT(cachedRegistryFans(), SizeIs(1));
-    const auto empty = std::make_shared<FakeIORegistry>();
-    useRegistry(empty, machine.clock);
-    EXPECT_THAT(cachedRegistryFans(), IsEmpty());
-    EXPECT_THAT(empty->walkedPlanes, SizeIs(1));
 }
 
 } // namespace

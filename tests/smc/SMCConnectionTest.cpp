@@ -1,11 +1,12 @@
 #include "smc/SMCConnection.h"
 
-#include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/FakeSMCDriver.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,7 +19,6 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::FakeMachine;
 using fakes::FakeSMCDriver;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -48,15 +48,16 @@ FakeSMCDriver::Intercept failingCommand(SMCCommand command, ReturnCode code) {
     };
 }
 
-class SMCConnection : public testing::Test {
+class SMCConnectionTest : public testing::Test {
   protected:
-    FakeMachine machine;
-    FakeSMCDriver& driver = *machine.driver;
+    const std::shared_ptr<FakeSMCDriver> ownedDriver = std::make_shared<FakeSMCDriver>();
+    FakeSMCDriver& driver = *ownedDriver;
+    SMCConnection connection{ownedDriver};
 
     /// Reads `key` into a scribbled block and expects the code and that the block was left as it was.
-    static void expectFailedRead(std::string_view key, ReturnCode expected) {
+    void expectFailedRead(std::string_view key, ReturnCode expected) {
         SMCParamBlock block = scribbledBlock();
-        EXPECT_EQ(readKey(key, block), expected);
+        EXPECT_EQ(connection.readKey(key, block), expected);
         EXPECT_EQ(onTheWire(block), onTheWire(scribbledBlock()));
     }
 
@@ -70,91 +71,113 @@ class SMCConnection : public testing::Test {
 
 // Opening and closing
 
-TEST_F(SMCConnection, OpensTheFirstServiceOfClassAppleSMC) {
-    EXPECT_EQ(openSMC(), kernSuccess);
+TEST_F(SMCConnectionTest, OpensTheFirstServiceOfClassAppleSMC) {
+    EXPECT_EQ(connection.openSMC(), kernSuccess);
     EXPECT_THAT(driver.searchedClasses, ElementsAre("AppleSMC"));
     EXPECT_EQ(driver.openCount, 1);
     EXPECT_THAT(driver.closed, IsEmpty());
     EXPECT_THAT(driver.calls, IsEmpty());
 }
 
-TEST_F(SMCConnection, OpeningAnOpenConnectionSucceedsWithoutASecondOpen) {
-    ASSERT_EQ(openSMC(), kernSuccess);
-    EXPECT_EQ(openSMC(), kernSuccess);
+TEST_F(SMCConnectionTest, OpeningAnOpenConnectionSucceedsWithoutASecondOpen) {
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
+    EXPECT_EQ(connection.openSMC(), kernSuccess);
     EXPECT_EQ(driver.openCount, 1);
     EXPECT_EQ(driver.searchedClasses.size(), 1U);
 }
 
-TEST_F(SMCConnection, AMissingServiceIsNotFound) {
+TEST_F(SMCConnectionTest, AMissingServiceIsNotFound) {
     driver.hasService = false;
-    EXPECT_EQ(openSMC(), 56U);
+    EXPECT_EQ(connection.openSMC(), kernNotFound);
     EXPECT_EQ(driver.openCount, 0);
+    EXPECT_THAT(driver.closed, IsEmpty());
 }
 
-TEST_F(SMCConnection, AFailedSearchIsNotRemembered) {
+TEST_F(SMCConnectionTest, AFailedSearchIsNotRemembered) {
     driver.hasService = false;
-    ASSERT_EQ(openSMC(), 56U);
-    ASSERT_EQ(openSMC(), 56U);
+    ASSERT_EQ(connection.openSMC(), 56U);
+    ASSERT_EQ(connection.openSMC(), 56U);
     EXPECT_EQ(driver.searchedClasses.size(), 2U);
     driver.hasService = true;
-    EXPECT_EQ(openSMC(), kernSuccess);
+    EXPECT_EQ(connection.openSMC(), kernSuccess);
     EXPECT_EQ(driver.searchedClasses.size(), 3U);
 }
 
-TEST_F(SMCConnection, TheCodeOfAFailedOpenIsPassedThrough) {
+TEST_F(SMCConnectionTest, TheCodeOfAFailedOpenIsPassedThrough) {
     driver.openCode = notPermitted;
     driver.openConnection = 0;
-    EXPECT_EQ(openSMC(), notPermitted);
+    EXPECT_EQ(connection.openSMC(), notPermitted);
     EXPECT_THAT(driver.closed, IsEmpty());
 }
 
-TEST_F(SMCConnection, AFailedOpenThatGaveAHandleClosesIt) {
+TEST_F(SMCConnectionTest, AFailedOpenThatReturnedAHandleClosesIt) {
     driver.openCode = notPermitted;
     driver.openConnection = 12;
-    EXPECT_EQ(openSMC(), notPermitted);
+    EXPECT_EQ(connection.openSMC(), notPermitted);
     EXPECT_THAT(driver.closed, ElementsAre(12U));
 }
 
-TEST_F(SMCConnection, AFailedOpenLeavesTheConnectionClosed) {
+TEST_F(SMCConnectionTest, AFailedOpenLeavesTheConnectionClosed) {
     driver.openCode = notPermitted;
     driver.openConnection = 12;
-    ASSERT_EQ(openSMC(), notPermitted);
+    ASSERT_EQ(connection.openSMC(), notPermitted);
     SMCParamBlock output;
-    EXPECT_EQ(callSMC({}, output), kernInvalidArgument);
-    closeSMC();
+    EXPECT_EQ(connection.callSMC({}, output), kernInvalidArgument);
+    connection.close();
     EXPECT_THAT(driver.closed, ElementsAre(12U)) << "closed twice";
 
     driver.openCode = kernSuccess;
-    EXPECT_EQ(openSMC(), kernSuccess);
+    EXPECT_EQ(connection.openSMC(), kernSuccess);
     EXPECT_EQ(driver.openCount, 2);
 }
 
-TEST_F(SMCConnection, ClosingClosesTheOpenHandleOnce) {
+TEST_F(SMCConnectionTest, ClosingClosesTheOpenHandleOnce) {
     driver.openConnection = 21;
-    ASSERT_EQ(openSMC(), kernSuccess);
-    closeSMC();
-    closeSMC();
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
+    connection.close();
+    connection.close();
     EXPECT_THAT(driver.closed, ElementsAre(21U));
 }
 
-TEST_F(SMCConnection, ClosingAConnectionThatWasNeverOpenedDoesNothing) {
-    closeSMC();
+TEST_F(SMCConnectionTest, ClosingAConnectionThatWasNeverOpenedDoesNothing) {
+    connection.close();
     EXPECT_THAT(driver.closed, IsEmpty());
 }
 
-TEST_F(SMCConnection, AfterCloseCallsAreInvalidUntilTheNextOpen) {
-    ASSERT_EQ(openSMC(), kernSuccess);
-    closeSMC();
+TEST_F(SMCConnectionTest, AfterCloseCallsAreInvalidUntilTheNextOpen) {
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
+    connection.close();
     SMCParamBlock output;
-    EXPECT_EQ(callSMC({}, output), 4U);
+    EXPECT_EQ(connection.callSMC({}, output), 4U);
     EXPECT_THAT(driver.calls, IsEmpty());
 
     driver.openConnection = 22;
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     EXPECT_EQ(driver.openCount, 2);
-    EXPECT_EQ(callSMC({}, output), kernSuccess);
-    closeSMC();
+    EXPECT_EQ(connection.callSMC({}, output), kernSuccess);
+    connection.close();
     EXPECT_THAT(driver.closed, ElementsAre(7U, 22U));
+}
+
+TEST_F(SMCConnectionTest, DestructionClosesAnOpenConnection) {
+    driver.openConnection = 31;
+    {
+        SMCConnection other(ownedDriver);
+        ASSERT_EQ(other.openSMC(), kernSuccess);
+        EXPECT_THAT(driver.closed, IsEmpty());
+    }
+    EXPECT_THAT(driver.closed, ElementsAre(31U));
+}
+
+TEST_F(SMCConnectionTest, DestructionClosesNothingThatIsClosedAlready) {
+    { const SMCConnection neverOpened(ownedDriver); }
+    EXPECT_THAT(driver.closed, IsEmpty());
+    {
+        SMCConnection other(ownedDriver);
+        ASSERT_EQ(other.openSMC(), kernSuccess);
+        other.close();
+    }
+    EXPECT_THAT(driver.closed, ElementsAre(7U));
 }
 
 // One call
@@ -194,17 +217,14 @@ class SilentDriver final : public SMCDriver {
 class SMCCall : public testing::Test {
   protected:
     std::shared_ptr<SilentDriver> driver = std::make_shared<SilentDriver>();
-
-    void SetUp() override { useDriver(driver); }
-
-    void TearDown() override { useDriver(nullptr); }
+    SMCConnection connection{driver};
 };
 
 TEST_F(SMCCall, CallsMethodTwoOfTheOpenedConnectionWithEightyBytesEachWay) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     const SMCParamBlock input = scribbledBlock();
     SMCParamBlock output;
-    EXPECT_EQ(callSMC(input, output), kernSuccess);
+    EXPECT_EQ(connection.callSMC(input, output), kernSuccess);
     EXPECT_EQ(driver->openedService, 41U);
     EXPECT_EQ(driver->usedConnection, 42U);
     EXPECT_EQ(driver->usedSelector, 2U);
@@ -214,59 +234,59 @@ TEST_F(SMCCall, CallsMethodTwoOfTheOpenedConnectionWithEightyBytesEachWay) {
 }
 
 TEST_F(SMCCall, ZeroesTheOutputBeforeTheDriverSeesIt) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock output = scribbledBlock();
-    EXPECT_EQ(callSMC({}, output), kernSuccess);
+    EXPECT_EQ(connection.callSMC({}, output), kernSuccess);
     EXPECT_EQ(driver->outputBytes, std::vector(80, std::byte{0}));
     EXPECT_EQ(onTheWire(output), Wire{});
 }
 
 TEST_F(SMCCall, ZeroesTheOutputEvenWithoutAConnection) {
     SMCParamBlock output = scribbledBlock();
-    EXPECT_EQ(callSMC({}, output), 4U);
+    EXPECT_EQ(connection.callSMC({}, output), 4U);
     EXPECT_EQ(onTheWire(output), Wire{});
     EXPECT_THAT(driver->inputBytes, IsEmpty());
 }
 
 TEST_F(SMCCall, PassesTheDriversCodeThrough) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (const ReturnCode code : {ReturnCode{0}, ReturnCode{1}, ReturnCode{5}, noResponse, 0xFFFFFFFFU}) {
         SCOPED_TRACE(code);
         driver->code = code;
         SMCParamBlock output;
-        EXPECT_EQ(callSMC({}, output), code);
+        EXPECT_EQ(connection.callSMC({}, output), code);
     }
 }
 
-TEST_F(SMCConnection, ACallDoesNotLookAtTheControllersResult) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+TEST_F(SMCConnectionTest, ACallDoesNotLookAtTheControllersResult) {
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock input;
     input.command = static_cast<std::uint8_t>(SMCCommand::readKeyInfo);
     input.key = packedSMCKey("none");
     SMCParamBlock output;
-    EXPECT_EQ(callSMC(input, output), kernSuccess);
+    EXPECT_EQ(connection.callSMC(input, output), kernSuccess);
     EXPECT_EQ(output.result, 0x84);
 }
 
-TEST_F(SMCConnection, AFailedCallLeavesTheConnectionOpen) {
+TEST_F(SMCConnectionTest, AFailedCallLeavesTheConnectionOpen) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     driver.intercept = failingCommand(SMCCommand::readKeyInfo, noResponse);
     expectFailedRead("TC0P", noResponse);
     driver.intercept = nullptr;
     SMCParamBlock block;
-    EXPECT_EQ(readKey("TC0P", block), kernSuccess);
+    EXPECT_EQ(connection.readKey("TC0P", block), kernSuccess);
     EXPECT_EQ(driver.openCount, 1);
     EXPECT_THAT(driver.closed, IsEmpty());
 }
 
 // Reading a key
 
-TEST_F(SMCConnection, AKeyIsReadInTwoCallsInformationThenBytes) {
+TEST_F(SMCConnectionTest, AKeyIsReadInTwoCallsInformationThenBytes) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block;
-    ASSERT_EQ(readKey("TC0P", block), kernSuccess);
+    ASSERT_EQ(connection.readKey("TC0P", block), kernSuccess);
     EXPECT_THAT(calledCommands(), ElementsAre(SMCCommand::readKeyInfo, SMCCommand::readBytes));
     EXPECT_EQ(block.key, 0x54433050U);
     EXPECT_EQ(block.dataSize, 2U);
@@ -275,11 +295,11 @@ TEST_F(SMCConnection, AKeyIsReadInTwoCallsInformationThenBytes) {
     EXPECT_EQ(block.bytes[1], 0x80);
 }
 
-TEST_F(SMCConnection, TheInformationCallCarriesOnlyKeyAndCommand) {
+TEST_F(SMCConnectionTest, TheInformationCallCarriesOnlyKeyAndCommand) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block = scribbledBlock();
-    ASSERT_EQ(readKey("TC0P", block), kernSuccess);
+    ASSERT_EQ(connection.readKey("TC0P", block), kernSuccess);
     Wire expected{};
     expected[0] = 0x50;
     expected[1] = 0x30;
@@ -289,12 +309,12 @@ TEST_F(SMCConnection, TheInformationCallCarriesOnlyKeyAndCommand) {
     EXPECT_EQ(onTheWire(driver.calls.at(0).input), expected);
 }
 
-TEST_F(SMCConnection, TheReadCallCarriesKeySizeAndCommandButNotTheType) {
+TEST_F(SMCConnectionTest, TheReadCallCarriesKeySizeAndCommandButNotTheType) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
     driver.keys.back().attributes = 0xD0;
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block = scribbledBlock();
-    ASSERT_EQ(readKey("TC0P", block), kernSuccess);
+    ASSERT_EQ(connection.readKey("TC0P", block), kernSuccess);
     Wire expected{};
     expected[0] = 0x50;
     expected[1] = 0x30;
@@ -305,7 +325,7 @@ TEST_F(SMCConnection, TheReadCallCarriesKeySizeAndCommandButNotTheType) {
     EXPECT_EQ(onTheWire(driver.calls.at(1).input), expected);
 }
 
-TEST_F(SMCConnection, TheDescriptionFromTheFirstCallReplacesThatOfTheSecond) {
+TEST_F(SMCConnectionTest, TheDescriptionFromTheFirstCallReplacesThatOfTheSecond) {
     driver.intercept = [](const SMCParamBlock& input, SMCParamBlock& output) {
         output = {};
         if (input.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
@@ -321,9 +341,9 @@ TEST_F(SMCConnection, TheDescriptionFromTheFirstCallReplacesThatOfTheSecond) {
         }
         return std::optional<ReturnCode>();
     };
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block;
-    ASSERT_EQ(readKey("TC0P", block), kernSuccess);
+    ASSERT_EQ(connection.readKey("TC0P", block), kernSuccess);
 
     SMCParamBlock expected;
     std::memset(static_cast<void*>(&expected), 0x99, sizeof(expected));
@@ -336,8 +356,8 @@ TEST_F(SMCConnection, TheDescriptionFromTheFirstCallReplacesThatOfTheSecond) {
     EXPECT_EQ(onTheWire(block), onTheWire(expected));
 }
 
-TEST_F(SMCConnection, AKeyThatIsNotPrintableIsInvalidWithoutAnyCall) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+TEST_F(SMCConnectionTest, AKeyThatIsNotPrintableIsInvalidWithoutAnyCall) {
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (const std::string_view key : {"TC0", "", "TC0PP", "TC0\x1F", "\177C0P", "TC\u00C4"}) {
         SCOPED_TRACE(key);
         expectFailedRead(key, 4);
@@ -345,16 +365,16 @@ TEST_F(SMCConnection, AKeyThatIsNotPrintableIsInvalidWithoutAnyCall) {
     EXPECT_THAT(driver.calls, IsEmpty());
 }
 
-TEST_F(SMCConnection, AKeyCannotBeReadOnAClosedConnection) {
+TEST_F(SMCConnectionTest, AKeyCannotBeReadOnAClosedConnection) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
     expectFailedRead("TC0P", 4);
     EXPECT_THAT(driver.calls, IsEmpty());
     EXPECT_EQ(driver.openCount, 0) << "reading does not open";
 }
 
-TEST_F(SMCConnection, AKeyThatTheControllerRefusesToDescribeFailsAfterTheFirstCall) {
+TEST_F(SMCConnectionTest, AKeyThatTheControllerRefusesToDescribeFailsAfterTheFirstCall) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (const int result : {1, 0x84, 0xFF}) {
         SCOPED_TRACE(result);
         driver.calls.clear();
@@ -364,24 +384,24 @@ TEST_F(SMCConnection, AKeyThatTheControllerRefusesToDescribeFailsAfterTheFirstCa
     }
 }
 
-TEST_F(SMCConnection, AKeyThatTheControllerRefusesToReadFailsAfterTheSecondCall) {
+TEST_F(SMCConnectionTest, AKeyThatTheControllerRefusesToReadFailsAfterTheSecondCall) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
     driver.keys.back().readResult = 0x85;
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     expectFailedRead("TC0P", 5);
     EXPECT_EQ(driver.calls.size(), 2U);
 }
 
-TEST_F(SMCConnection, AKeyWhoseSizeIsZeroFailsAfterTheFirstCall) {
+TEST_F(SMCConnectionTest, AKeyWhoseSizeIsZeroFailsAfterTheFirstCall) {
     driver.add("TC0P", "sp78", {});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     expectFailedRead("TC0P", 5);
     EXPECT_EQ(driver.calls.size(), 1U);
 }
 
-TEST_F(SMCConnection, AKeyWhoseSizeIs33FailsAfterTheFirstCall) {
+TEST_F(SMCConnectionTest, AKeyWhoseSizeIs33FailsAfterTheFirstCall) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (const std::uint32_t size : {33U, 256U, 0x80000001U, 0xFFFFFFFFU}) {
         SCOPED_TRACE(size);
         driver.calls.clear();
@@ -391,15 +411,15 @@ TEST_F(SMCConnection, AKeyWhoseSizeIs33FailsAfterTheFirstCall) {
     }
 }
 
-TEST_F(SMCConnection, SizesFrom1To32AreRead) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+TEST_F(SMCConnectionTest, SizesFrom1To32AreRead) {
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (std::uint32_t size = 1; size <= 32; ++size) {
         SCOPED_TRACE(size);
         driver.keys.clear();
         driver.calls.clear();
         driver.add("TC0P", "ch8*", std::vector<std::uint8_t>(size, 0x41));
         SMCParamBlock block;
-        EXPECT_EQ(readKey("TC0P", block), kernSuccess);
+        EXPECT_EQ(connection.readKey("TC0P", block), kernSuccess);
         EXPECT_EQ(block.dataSize, size);
         EXPECT_EQ(std::ranges::count(block.bytes, 0x41), size);
         EXPECT_EQ(driver.calls.size(), 2U);
@@ -407,9 +427,9 @@ TEST_F(SMCConnection, SizesFrom1To32AreRead) {
     }
 }
 
-TEST_F(SMCConnection, TheDriversCodeForEitherCallOfAReadIsPassedThrough) {
+TEST_F(SMCConnectionTest, TheDriversCodeForEitherCallOfAReadIsPassedThrough) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     driver.intercept = failingCommand(SMCCommand::readKeyInfo, noResponse);
     expectFailedRead("TC0P", noResponse);
     EXPECT_EQ(driver.calls.size(), 1U);
@@ -418,37 +438,37 @@ TEST_F(SMCConnection, TheDriversCodeForEitherCallOfAReadIsPassedThrough) {
     EXPECT_EQ(driver.calls.size(), 3U);
 }
 
-TEST_F(SMCConnection, TheDriversCodeCountsBeforeTheControllersResult) {
+TEST_F(SMCConnectionTest, TheDriversCodeCountsBeforeTheControllersResult) {
     driver.add("TC0P", "sp78", {0x28, 0x80});
     driver.keys.back().infoResult = 0x84;
     driver.intercept = failingCommand(SMCCommand::readKeyInfo, noResponse);
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     expectFailedRead("TC0P", noResponse);
 }
 
-TEST_F(SMCConnection, AKeyKeepsItsTrailingBlankInTheCall) {
+TEST_F(SMCConnectionTest, AKeyKeepsItsTrailingBlankInTheCall) {
     driver.add("VTT ", "sp78", {1, 2});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block;
-    EXPECT_EQ(readKey("VTT ", block), kernSuccess);
+    EXPECT_EQ(connection.readKey("VTT ", block), kernSuccess);
     EXPECT_EQ(driver.calls.front().input.key, 0x56545420U);
 }
 
 // Keys by index
 
-TEST_F(SMCConnection, AKeyIsListedByItsIndexInOneCall) {
+TEST_F(SMCConnectionTest, AKeyIsListedByItsIndexInOneCall) {
     driver.add("TC0P", "sp78", {1, 2}).add("VTT ", "sp78", {1, 2});
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     std::string key;
-    ASSERT_EQ(readKeyByIndex(1, key), kernSuccess);
+    ASSERT_EQ(connection.readKeyByIndex(1, key), kernSuccess);
     EXPECT_EQ(key, "VTT ");
     EXPECT_THAT(calledCommands(), ElementsAre(SMCCommand::keyByIndex));
 }
 
-TEST_F(SMCConnection, TheIndexCallCarriesOnlyIndexAndCommand) {
-    ASSERT_EQ(openSMC(), kernSuccess);
+TEST_F(SMCConnectionTest, TheIndexCallCarriesOnlyIndexAndCommand) {
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     std::string key;
-    EXPECT_EQ(readKeyByIndex(0x01020304, key), 5U);
+    EXPECT_EQ(connection.readKeyByIndex(0x01020304, key), 5U);
     Wire expected{};
     expected[42] = 8;
     expected[44] = 4;
@@ -458,7 +478,7 @@ TEST_F(SMCConnection, TheIndexCallCarriesOnlyIndexAndCommand) {
     EXPECT_EQ(onTheWire(driver.calls.at(0).input), expected);
 }
 
-TEST_F(SMCConnection, AKeyThatCannotBeListedLeavesTheTextUntouched) {
+TEST_F(SMCConnectionTest, AKeyThatCannotBeListedLeavesTheTextUntouched) {
     struct Case {
         std::string_view name;
         std::uint32_t key;
@@ -467,7 +487,7 @@ TEST_F(SMCConnection, AKeyThatCannotBeListedLeavesTheTextUntouched) {
         ReturnCode expected;
     };
 
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (const Case& failure : {
              Case{"the driver fails", 0x54433050, 0, noResponse, noResponse},
              Case{"the controller refuses", 0x54433050, 0xB8, std::nullopt, 5},
@@ -485,22 +505,22 @@ TEST_F(SMCConnection, AKeyThatCannotBeListedLeavesTheTextUntouched) {
             return failure.code;
         };
         std::string key = "kept";
-        EXPECT_EQ(readKeyByIndex(0, key), failure.expected);
+        EXPECT_EQ(connection.readKeyByIndex(0, key), failure.expected);
         EXPECT_EQ(key, "kept");
     }
 }
 
-TEST_F(SMCConnection, NoKeyIsListedOnAClosedConnection) {
+TEST_F(SMCConnectionTest, NoKeyIsListedOnAClosedConnection) {
     driver.add("TC0P", "sp78", {1, 2});
     std::string key = "kept";
-    EXPECT_EQ(readKeyByIndex(0, key), 4U);
+    EXPECT_EQ(connection.readKeyByIndex(0, key), 4U);
     EXPECT_EQ(key, "kept");
     EXPECT_THAT(driver.calls, IsEmpty());
 }
 
 // The number of keys
 
-TEST_F(SMCConnection, TheKeyCountIsReadByItsTypeOrByTheByteOrderInWhichItFits) {
+TEST_F(SMCConnectionTest, TheKeyCountIsReadByItsTypeOrByTheByteOrderInWhichItFits) {
     struct Case {
         std::string_view name;
         std::string type;
@@ -508,7 +528,7 @@ TEST_F(SMCConnection, TheKeyCountIsReadByItsTypeOrByTheByteOrderInWhichItFits) {
         std::uint32_t expected;
     };
 
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     for (const Case& count : {
              Case{"ui32", "ui32", {0x00, 0x00, 0x04, 0xD2}, 1234},
              Case{"ui32, all 32 bits", "ui32", {0x01, 0x02, 0x03, 0x04}, 0x01020304},
@@ -535,24 +555,24 @@ TEST_F(SMCConnection, TheKeyCountIsReadByItsTypeOrByTheByteOrderInWhichItFits) {
         SCOPED_TRACE(count.name);
         driver.keys.clear();
         driver.add("#KEY", count.type, count.bytes);
-        EXPECT_EQ(readKeyCount(), count.expected);
+        EXPECT_EQ(connection.readKeyCount(), count.expected);
     }
 }
 
-TEST_F(SMCConnection, TheKeyCountIsZeroWhereItCannotBeRead) {
-    EXPECT_EQ(readKeyCount(), 0U) << "closed";
-    ASSERT_EQ(openSMC(), kernSuccess);
-    EXPECT_EQ(readKeyCount(), 0U) << "no such key";
+TEST_F(SMCConnectionTest, TheKeyCountIsZeroWhereItCannotBeRead) {
+    EXPECT_EQ(connection.readKeyCount(), 0U) << "closed";
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
+    EXPECT_EQ(connection.readKeyCount(), 0U) << "no such key";
     driver.addKeyCount(12);
-    ASSERT_EQ(readKeyCount(), 12U);
+    ASSERT_EQ(connection.readKeyCount(), 12U);
     driver.intercept = failingCommand(SMCCommand::readBytes, noResponse);
-    EXPECT_EQ(readKeyCount(), 0U) << "the driver fails";
+    EXPECT_EQ(connection.readKeyCount(), 0U) << "the driver fails";
     driver.intercept = nullptr;
     driver.keys.front().readResult = 1;
-    EXPECT_EQ(readKeyCount(), 0U) << "the controller refuses";
+    EXPECT_EQ(connection.readKeyCount(), 0U) << "the controller refuses";
 }
 
-TEST_F(SMCConnection, TheCodesHaveTheValuesThatTheSystemGivesThem) {
+TEST_F(SMCConnectionTest, TheCodesHaveTheSystemsValues) {
     EXPECT_EQ(kernSuccess, 0U);
     EXPECT_EQ(kernInvalidArgument, 4U);
     EXPECT_EQ(kernFailure, 5U);

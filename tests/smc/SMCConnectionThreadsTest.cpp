@@ -1,4 +1,3 @@
-#include "smc/SMCBridge.h"
 #include "smc/SMCConnection.h"
 #include "smc/SMCKeyText.h"
 
@@ -110,18 +109,15 @@ class SMCConnectionThreads : public testing::Test {
   protected:
     std::shared_ptr<CrowdedDriver> driver = std::make_shared<CrowdedDriver>();
     std::atomic<int> mixedUp{0};
+    SMCConnection connection{driver};
 
-    void SetUp() override { useDriver(driver); }
-
-    void TearDown() override { useDriver(nullptr); }
-
-    /// Reads keys that begin with `first` and gives how many reads failed with a code other than `allowed`.
+    /// Reads keys that begin with `first`. Returns how many reads failed with a code other than `allowed`.
     int readMany(char first, int count, ReturnCode allowed) {
         int failures = 0;
         for (int round = 0; round < count; ++round) {
             const std::string key = std::string{first} + "C0" + static_cast<char>('!' + round % 90);
             SMCParamBlock block;
-            const ReturnCode code = readKey(key, block);
+            const ReturnCode code = connection.readKey(key, block);
             if (code != kernSuccess && code != allowed) ++failures;
             if (code == kernSuccess && !belongsTo(block, packedSMCKey(key))) ++mixedUp;
         }
@@ -131,7 +127,7 @@ class SMCConnectionThreads : public testing::Test {
 
 TEST_F(SMCConnectionThreads, TwoThreadsThatReadDifferentKeysGetTheirOwnBlocksOneCallAtATime) {
     constexpr int count = 5000;
-    ASSERT_EQ(openSMC(), kernSuccess);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
     int firstFailures = -1;
     int secondFailures = -1;
     std::thread first([&] { firstFailures = readMany('A', count, kernSuccess); });
@@ -152,12 +148,12 @@ TEST_F(SMCConnectionThreads, OpeningAndClosingMeanwhileNeverOverlapsACall) {
     std::thread first([&] { firstFailures = readMany('A', count, kernInvalidArgument); });
     std::thread second([&] { secondFailures = readMany('z', count, kernInvalidArgument); });
     for (int round = 0; round < count; ++round) {
-        SMCBridge::status();
-        if (round % 3 == 0) SMCBridge::close();
+        connection.openSMC();
+        if (round % 3 == 0) connection.close();
     }
     first.join();
     second.join();
-    SMCBridge::close();
+    connection.close();
     EXPECT_EQ(firstFailures, 0) << "the only failure is a closed connection";
     EXPECT_EQ(secondFailures, 0);
     EXPECT_EQ(mixedUp, 0);
@@ -170,13 +166,64 @@ TEST_F(SMCConnectionThreads, ThreadsThatOpenAtOnceShareOneConnection) {
     std::atomic<int> successes{0};
     for (std::thread& thread : threads) {
         thread = std::thread([&] {
-            if (openSMC() == kernSuccess) ++successes;
+            if (connection.openSMC() == kernSuccess) ++successes;
         });
     }
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(successes, 4);
     EXPECT_EQ(driver->opened, 1);
     EXPECT_EQ(driver->overlaps, 0);
+}
+
+/// A driver that detects a call of another thread between the two calls by which a key is read.
+class InterruptedDriver final : public SMCDriver {
+  public:
+    std::atomic<bool> wasInterrupted{false};
+
+    std::optional<Service> findService(std::string_view /*className*/) override { return 1; }
+
+    OpenResult open(Service /*service*/) override { return {.code = kernSuccess, .connection = 1}; }
+
+    ReturnCode callStructMethod(Connection /*connection*/, std::uint32_t /*selector*/,
+                                std::span<const std::byte> input, std::span<std::byte> output,
+                                std::size_t& /*outputSize*/) override {
+        SMCParamBlock question;
+        std::memcpy(&question, input.data(), sizeof(question));
+        const auto command = static_cast<SMCCommand>(question.command);
+        if (command == SMCCommand::readBytes && previous_ == SMCCommand::keyByIndex) wasInterrupted = true;
+        previous_ = command;
+        SMCParamBlock reply;
+        reply.dataSize = 1;
+        std::memcpy(output.data(), &reply, sizeof(reply));
+        std::this_thread::yield();
+        return kernSuccess;
+    }
+
+    void close(Connection /*connection*/) override {}
+
+  private:
+    SMCCommand previous_ = SMCCommand::readKeyInfo; ///< the connection's lock guards it
+};
+
+TEST(SMCConnectionLock, IsFreeBetweenTheTwoCallsOfOneRead) {
+    constexpr int maximumReads = 200'000; // only a lock that is held too long needs them all
+    const auto driver = std::make_shared<InterruptedDriver>();
+    SMCConnection connection(driver);
+    ASSERT_EQ(connection.openSMC(), kernSuccess);
+    std::atomic<bool> isDone{false};
+    std::thread other([&] {
+        std::string key;
+        while (!isDone) connection.readKeyByIndex(0, key);
+    });
+    int failures = 0;
+    for (int count = 0; count < maximumReads && !driver->wasInterrupted; ++count) {
+        SMCParamBlock block;
+        if (connection.readKey("TC0P", block) != kernSuccess) ++failures;
+    }
+    isDone = true;
+    other.join();
+    EXPECT_TRUE(driver->wasInterrupted);
+    EXPECT_EQ(failures, 0);
 }
 
 } // namespace

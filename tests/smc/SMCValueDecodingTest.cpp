@@ -39,27 +39,28 @@ SMCParamBlock blockOf(std::string_view type, const Bytes& bytes) {
     return block;
 }
 
-SMCKeyResult decoded(std::string_view type, const Bytes& bytes) {
-    return dictionaryForKey("TC0P", blockOf(type, bytes));
+/// The decoded reading; an empty one, which no value decodes to, when there is none.
+RawReading decoded(std::string_view type, const Bytes& bytes) {
+    const auto reading = dictionaryForKey("TC0P", blockOf(type, bytes));
+    EXPECT_TRUE(reading.has_value());
+    return reading.value_or(RawReading());
 }
 
 void expectNumber(std::string_view type, const Bytes& bytes, double number, std::string_view value) {
     SCOPED_TRACE(testing::Message() << type << " " << hexString(bytes));
-    const SMCKeyResult result = decoded(type, bytes);
-    const auto* decodedNumber = result.find<double>("numericValue");
-    ASSERT_NE(decodedNumber, nullptr);
-    EXPECT_EQ(*decodedNumber, number);
-    EXPECT_EQ(result.textOr("value", "?"), value);
-    EXPECT_EQ(result.textOr("type", "?"), type);
-    EXPECT_EQ(result.textOr("raw", "?"), hexString(bytes));
+    const RawReading reading = decoded(type, bytes);
+    EXPECT_EQ(reading.numericValue, number);
+    EXPECT_EQ(reading.value, value);
+    EXPECT_EQ(reading.type, type);
+    EXPECT_EQ(reading.raw, hexString(bytes));
 }
 
 void expectText(std::string_view type, const Bytes& bytes, std::string_view value) {
     SCOPED_TRACE(testing::Message() << type << " " << hexString(bytes));
-    const SMCKeyResult result = decoded(type, bytes);
-    EXPECT_EQ(result.find("numericValue"), nullptr);
-    EXPECT_EQ(result.textOr("value", "?"), value);
-    EXPECT_EQ(result.textOr("raw", "?"), hexString(bytes));
+    const RawReading reading = decoded(type, bytes);
+    EXPECT_EQ(reading.numericValue, std::nullopt);
+    EXPECT_EQ(reading.value, value);
+    EXPECT_EQ(reading.raw, hexString(bytes));
 }
 
 void expectHex(std::string_view type, const Bytes& bytes) { expectText(type, bytes, hexString(bytes)); }
@@ -82,97 +83,85 @@ std::string printableCharacters() {
 /// Expects that the bytes 80 01, which are the whole number `whole`, are that many times 2^-`bits` under
 /// `type`, or hex where there are no bits.
 void expectFraction(std::string_view type, int whole, std::optional<int> bits) {
-    const SMCKeyResult result = decoded(type, {0x80, 0x01});
-    const auto* number = result.find<double>("numericValue");
-    const auto found = number == nullptr ? std::nullopt : std::optional(*number);
-    EXPECT_EQ(found, bits ? std::optional(std::ldexp(whole, -*bits)) : std::nullopt);
-    EXPECT_EQ(result.textOr("value", "?") == "8001", !bits.has_value());
+    const RawReading reading = decoded(type, {0x80, 0x01});
+    EXPECT_EQ(reading.numericValue, bits ? std::optional(std::ldexp(whole, -*bits)) : std::nullopt);
+    EXPECT_EQ(reading.value == "8001", !bits.has_value());
 }
 
-// The dictionary
+// The reading
 
-TEST(SMCValueDecoding, ANumericValueHasExactlySevenEntries) {
-    const SMCKeyResult result = dictionaryForKey("VTT ", blockOf("flt ", {0x00, 0x00, 0x20, 0x42}));
-    EXPECT_EQ(result.size(), 7U);
-    for (const auto& [name, value] : {std::pair<std::string_view, Value>{"key", "VTT "},
-                                      {"type", "flt "},
-                                      {"value", "40"},
-                                      {"raw", "00002042"},
-                                      {"size", std::int64_t{4}},
-                                      {"status", "OK"},
-                                      {"numericValue", 40.0}}) {
-        SCOPED_TRACE(name);
-        const Value* const found = result.find(name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(*found, value);
-    }
+TEST(SMCValueDecoding, ANumberHasItsTextAndItsBytes) {
+    RawReading expected;
+    expected.key = "VTT ";
+    expected.type = "flt ";
+    expected.value = "40";
+    expected.numericValue = 40;
+    expected.raw = "00002042";
+    expected.size = 4;
+    EXPECT_EQ(dictionaryForKey("VTT ", blockOf("flt ", {0x00, 0x00, 0x20, 0x42})), expected);
 }
 
-TEST(SMCValueDecoding, AValueWithoutANumberHasExactlySixEntries) {
-    const SMCKeyResult result = dictionaryForKey("REV ", blockOf("{rev", {0x01, 0x2F, 0x0A}));
-    EXPECT_EQ(result.size(), 6U);
-    for (const auto& [name, value] : {std::pair<std::string_view, Value>{"key", "REV "},
-                                      {"type", "{rev"},
-                                      {"value", "012F0A"},
-                                      {"raw", "012F0A"},
-                                      {"size", std::int64_t{3}},
-                                      {"status", "OK"}}) {
-        SCOPED_TRACE(name);
-        const Value* const found = result.find(name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(*found, value);
-    }
+TEST(SMCValueDecoding, AValueOfAnotherTypeHasNoNumber) {
+    RawReading expected;
+    expected.key = "REV ";
+    expected.type = "{rev";
+    expected.value = "012F0A";
+    expected.raw = "012F0A";
+    expected.size = 3;
+    EXPECT_EQ(dictionaryForKey("REV ", blockOf("{rev", {0x01, 0x2F, 0x0A})), expected);
 }
 
-TEST(SMCValueDecoding, AKeyThatIsNotPrintableGivesNothing) {
+TEST(SMCValueDecoding, AKeyThatIsNotPrintableHasNoReading) {
     const SMCParamBlock block = blockOf("ui8 ", {1});
     for (const std::string_view key : {""sv, "ab"sv, "TC0"sv, "TC0PP"sv, "TC\x1FP"sv, "TC0\x7F"sv,
                                        "TC\u00C4"sv, "TC0\u00C4"sv, "TC\0P"sv}) {
         SCOPED_TRACE(key);
-        EXPECT_TRUE(dictionaryForKey(key, block).empty());
+        EXPECT_EQ(dictionaryForKey(key, block), std::nullopt);
     }
 }
 
-TEST(SMCValueDecoding, ASizeOfZeroOrAbove32GivesNothing) {
+TEST(SMCValueDecoding, ASizeOfZeroOrAbove32HasNoReading) {
     SMCParamBlock block = blockOf("ui8 ", {1});
     for (const std::uint32_t size : {0U, 33U, 64U, 0x80000001U, 0xFFFFFFFFU}) {
         SCOPED_TRACE(size);
         block.dataSize = size;
-        EXPECT_TRUE(dictionaryForKey("TC0P", block).empty());
+        EXPECT_EQ(dictionaryForKey("TC0P", block), std::nullopt);
     }
 }
 
 TEST(SMCValueDecoding, AllSizesFrom1To32AreShownInFull) {
     for (std::size_t size = 1; size <= 32; ++size) {
         SCOPED_TRACE(size);
-        const SMCKeyResult result = decoded("hex_", Bytes(size, 0xEF));
-        EXPECT_EQ(result.textOr("raw", "").size(), 2 * size);
-        EXPECT_EQ(*result.find<std::int64_t>("size"), static_cast<std::int64_t>(size));
+        const RawReading result = decoded("hex_", Bytes(size, 0xEF));
+        EXPECT_EQ(result.raw.size(), 2 * size);
+        EXPECT_EQ(result.size, size);
     }
 }
 
 TEST(SMCValueDecoding, BytesBeyondTheSizeAreIgnored) {
     SMCParamBlock block = blockOf("ch8*", bytesOf("ABCD"));
     block.dataSize = 2;
-    const SMCKeyResult result = dictionaryForKey("TC0P", block);
-    EXPECT_EQ(result.textOr("value", ""), "AB");
-    EXPECT_EQ(result.textOr("raw", ""), "4142");
+    const auto reading = dictionaryForKey("TC0P", block);
+    ASSERT_TRUE(reading.has_value());
+    EXPECT_EQ(reading->value, "AB");
+    EXPECT_EQ(reading->raw, "4142");
+    EXPECT_EQ(reading->size, 2U);
 }
 
 TEST(SMCValueDecoding, TheKeyIsTheGivenOneNotTheBlocks) {
     SMCParamBlock block = blockOf("ui8 ", {1});
     block.key = packedSMCKey("XXXX");
-    EXPECT_EQ(dictionaryForKey("TC0P", block).textOr("key", ""), "TC0P");
+    EXPECT_EQ(dictionaryForKey("TC0P", block).value_or(RawReading()).key, "TC0P");
 }
 
 // Types as text
 
 TEST(SMCValueDecoding, TheTypeKeepsItsTrailingBlanksAndEndsAtAZeroByte) {
-    EXPECT_EQ(decoded("flt ", {1}).textOr("type", "?"), "flt ");
-    EXPECT_EQ(decoded("ui8\0"sv, {1}).textOr("type", "?"), "ui8");
-    EXPECT_EQ(decoded("ui\0008"sv, {1}).textOr("type", "?"), "ui");
-    EXPECT_EQ(decoded("\0ui8"sv, {1}).textOr("type", "?"), "");
-    EXPECT_EQ(decoded("", {1}).textOr("type", "?"), "");
+    EXPECT_EQ(decoded("flt ", {1}).type, "flt ");
+    EXPECT_EQ(decoded("ui8\0"sv, {1}).type, "ui8");
+    EXPECT_EQ(decoded("ui\0008"sv, {1}).type, "ui");
+    EXPECT_EQ(decoded("\0ui8"sv, {1}).type, "");
+    EXPECT_EQ(decoded("", {1}).type, "");
 }
 
 TEST(SMCValueDecoding, ATypeThatIsNotUtf8IsEmptyAndItsValueHex) {
@@ -182,10 +171,10 @@ TEST(SMCValueDecoding, ATypeThatIsNotUtf8IsEmptyAndItsValueHex) {
                                         "\xC0\xAF"
                                         "ab"}) {
         SCOPED_TRACE(hexString(bytesOf(type)));
-        const SMCKeyResult result = decoded(type, {0x12, 0x34});
-        EXPECT_EQ(result.textOr("type", "?"), "");
-        EXPECT_EQ(result.textOr("value", "?"), "1234");
-        EXPECT_EQ(result.find("numericValue"), nullptr);
+        const RawReading result = decoded(type, {0x12, 0x34});
+        EXPECT_EQ(result.type, "");
+        EXPECT_EQ(result.value, "1234");
+        EXPECT_EQ(result.numericValue, std::nullopt);
     }
 }
 

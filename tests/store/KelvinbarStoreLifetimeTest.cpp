@@ -131,6 +131,20 @@ TEST_F(StoreShutdown, ARefreshAfterItOpensANewConnection) {
     EXPECT_EQ(readingKeys(), (Keys{"TC0P", "TC1C"}));
 }
 
+TEST_F(StoreShutdown, APassThatStartsAfterItLeavesNoConnectionOpenInTheEnd) {
+    const auto controller = machine.driver;
+    store->refresh(true);
+    store->shutdown();
+    EXPECT_EQ(controller->closed.size(), 1U);
+    finishPasses();
+    EXPECT_EQ(controller->openCount, 2);
+    store.reset();
+    machineOfStore = {};
+    machine = {};
+    EXPECT_EQ(controller->closed.size(), 2U);
+    EXPECT_EQ(controller->openCount, 2);
+}
+
 TEST_F(StoreDestruction, WhileAPassWaitsTheResultIsDropped) {
     makeStore();
     store.reset();

@@ -239,13 +239,13 @@ TEST_F(StoreMenuBarRefresh, LeavesStatusHiddenKeysAndDisplayModeAlone) {
 
 TEST_F(StoreMenuBarRefresh, LeavesTheDiscoveryStateAlone) {
     makeStoreWithPins({"TC0P"}, {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
-    monotonicClock.advance(200s);
+    machine.clock->advance(200s);
     refreshMenuBarOnly();
     forgetHistory();
     refresh();
     EXPECT_EQ(discoveryCount(driver()), 0U);
     EXPECT_EQ(askedKeys(driver()), (Keys{"TC0P", "TC1C"}));
-    monotonicClock.advance(101s);
+    machine.clock->advance(101s);
     refresh();
     EXPECT_EQ(discoveryCount(driver()), 1U);
 }
@@ -261,11 +261,11 @@ TEST_F(StoreMenuBarRefresh, WithoutControllerNativeReadingsAreAppended) {
 }
 
 TEST_F(StoreMenuBarRefresh, WithNothingAtAllOnlyTheTaskEnds) {
+    machineOfStore.system = nullptr;
     makeStoreWithPins({"TC0P"}, {temperatureKey("TC0P", 40)});
     const auto updated = wallClock.time;
+    machine.bridge->close();
     driver().hasService = false;
-    useMachine(
-        {.driver = machine.driver, .registry = machine.registry, .system = nullptr, .clock = machine.clock});
     wallClock.time += 1s;
     refreshMenuBarOnly();
     EXPECT_EQ(events, Events{});
@@ -280,8 +280,7 @@ TEST_F(StoreMenuBarRefresh, AnotherMayStartFromItsLastNotification) {
     setKeys(driver(), {temperatureKey("TC0P", 45)});
     const std::size_t started = backgroundQueue.startedCount;
     const Registration registration = notifications.addObserver(
-        kelvinbarMenuBarReadingChanged,
-        [this](const Notification& /*notification*/) { store->refreshMenuBarOnly(); });
+        kelvinbarMenuBarReadingChanged, {[this](const auto& /*change*/) { store->refreshMenuBarOnly(); }});
     refreshMenuBarOnly();
     EXPECT_EQ(backgroundQueue.startedCount, started + 2);
 }

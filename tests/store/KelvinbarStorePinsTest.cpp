@@ -1,5 +1,7 @@
+#include "tests/fakes/FakeSensorSource.h"
 #include "tests/store/StoreFixture.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,12 +30,37 @@ struct StorePins : StoreFixture {
 
     void toggle(std::string key) const { store->toggleMenuBarReading(readingOf(std::move(key))); }
 
-    [[nodiscard]] std::vector<Notification> menuBarPosts() const {
+    [[nodiscard]] std::vector<MenuBarReadingChange> menuBarPosts() const {
         return postedUnder(kelvinbarMenuBarReadingChanged);
     }
 };
 
 struct StoreMenuBar : StorePins {};
+
+/// Over a source that names its own readings.
+struct StoreSelfNamedKeys : StoreFixture {
+    const std::string processor = "k10temp-pci-00c3/temp1";
+    const std::string drive = "nvme-pci-0100/temp1";
+    const std::shared_ptr<fakes::FakeSensorSource> source = std::make_shared<fakes::FakeSensorSource>();
+
+    void SetUp() override {
+        source->readings = {temperature(processor, "Tctl", 48), temperature(drive, "Composite", 41)};
+        machineOfStore.source = source;
+        makeStore();
+        finishPasses();
+    }
+
+    static RawReading temperature(const std::string& key, const std::string& name, int degrees) {
+        return {.key = key,
+                .type = "hwmon",
+                .value = std::to_string(degrees),
+                .numericValue = degrees,
+                .raw = std::to_string(1000 * degrees),
+                .name = name,
+                .category = "CPU",
+                .unit = "°C"};
+    }
+};
 
 // Pinning
 
@@ -154,21 +181,20 @@ TEST_F(StoreMenuBar, KeysAreMatchedCaseSensitively) {
 TEST_F(StoreMenuBar, TheNotificationCarriesTitleAndToolTip) {
     toggle("TC0P");
     ASSERT_EQ(posted.size(), 1U);
-    EXPECT_EQ(posted.front().name, "KelvinbarMenuBarReadingChanged");
-    EXPECT_FALSE(posted.front().object.has_value());
-    EXPECT_EQ(posted.front().userInfo,
-              (Dictionary{{"title", std::string(" 48°")},
-                          {"tooltip", std::string("Kelvinbar • TC0P • CPU Proximity: 48 °C")}}));
+    ASSERT_EQ(posted.front().name, "KelvinbarMenuBarReadingChanged");
+    EXPECT_EQ(menuBarPosts().front(),
+              (MenuBarReadingChange{.title = " 48°", .toolTip = "Kelvinbar • TC0P • CPU Proximity: 48 °C"}));
 }
 
 TEST_F(StoreMenuBar, IsPostedAfterThePinsAreStored) {
     TextList storedWhenPosted;
     Keys pinsWhenPosted;
     const Registration registration =
-        notifications.addObserver(kelvinbarMenuBarReadingChanged, [&](const Notification& /*notification*/) {
-            storedWhenPosted = defaults.textList("KelvinbarMenuBarKeys").value_or(TextList{});
-            pinsWhenPosted = pins();
-        });
+        notifications.addObserver(kelvinbarMenuBarReadingChanged, {[&](const auto& /*change*/) {
+                                      storedWhenPosted =
+                                          defaults.textList("KelvinbarMenuBarKeys").value_or(TextList{});
+                                      pinsWhenPosted = pins();
+                                  }});
     toggle("TC0P");
     EXPECT_EQ(storedWhenPosted, TextList{"TC0P"});
     EXPECT_EQ(pinsWhenPosted, Keys{"TC0P"});
@@ -189,10 +215,9 @@ TEST_F(StoreMenuBar, TheFirstRefreshWithoutPinsPostsTheToolTip) {
     forgetHistory();
     finishPasses();
     ASSERT_EQ(menuBarPosts().size(), 1U);
-    EXPECT_EQ(
-        menuBarPosts().front().userInfo,
-        (Dictionary{{"title", std::string()},
-                    {"tooltip", std::string("Kelvinbar - double-click up to 6 sensors to show them here")}}));
+    EXPECT_EQ(menuBarPosts().front(),
+              (MenuBarReadingChange{
+                  .title = "", .toolTip = "Kelvinbar - double-click up to 6 sensors to show them here"}));
     refresh();
     EXPECT_EQ(menuBarPosts().size(), 1U);
 }
@@ -215,7 +240,7 @@ TEST_F(StoreMenuBar, AChangeOfTheToolTipAlonePosts) {
     setKeys(driver(), {fakes::textKey("RVBF", "12345678901235")});
     refresh();
     ASSERT_EQ(menuBarPosts().size(), 1U);
-    EXPECT_EQ(menuBarPosts().front().userInfo.textOr("title", "none"), " 123456789012");
+    EXPECT_EQ(menuBarPosts().front().title, " 123456789012");
 }
 
 TEST_F(StoreMenuBar, ReorderingPinsWithoutReadingsPostsNothing) {
@@ -224,6 +249,52 @@ TEST_F(StoreMenuBar, ReorderingPinsWithoutReadingsPostsNothing) {
     store->setMenuBarKeys({"K2", "K1"});
     EXPECT_EQ(posted.size(), 0U);
     EXPECT_EQ(defaults.text("KelvinbarMenuBarKey"), "K2");
+}
+
+// Keys of sources that name their own readings
+
+TEST_F(StoreSelfNamedKeys, CanBePinned) {
+    store->toggleMenuBarReading(readingOf(processor));
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{processor});
+    EXPECT_EQ(defaults.textList("KelvinbarMenuBarKeys"), TextList{processor});
+    EXPECT_EQ(store->menuBarTitle(), " 48°");
+    EXPECT_EQ(store->menuBarToolTip(), "Kelvinbar • k10temp-pci-00c3/temp1 • Tctl: 48 °C");
+}
+
+TEST_F(StoreSelfNamedKeys, StayPinnedAndHiddenWhileTheyAreRead) {
+    store->setMenuBarKeys({processor});
+    store->hideReading(readingOf(drive));
+    refresh(true);
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{processor});
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{drive});
+    EXPECT_EQ(postedUnder(kelvinbarDisplayModeChanged).back().visibleReadings, 1U);
+}
+
+TEST_F(StoreSelfNamedKeys, AreUnpinnedAndShownAgainWhenTheyAreGone) {
+    store->setMenuBarKeys({processor});
+    store->hideReading(readingOf(drive));
+    source->readings = {temperature("coretemp-isa-0000/temp1", "Package", 50)};
+    refresh(true);
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{});
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{});
+}
+
+TEST_F(StoreSelfNamedKeys, APinnedOneAloneIsReadForTheMenuBar) {
+    store->setMenuBarKeys({processor});
+    source->readings = {temperature(processor, "Tctl", 60), temperature(drive, "Composite", 70)};
+    source->requests.clear();
+    refreshMenuBarOnly();
+    EXPECT_EQ(source->requests, std::vector<Keys>{Keys{processor}});
+    EXPECT_EQ(readingsText(store->readings().value()), "k10temp-pci-00c3/temp1=60 nvme-pci-0100/temp1=41");
+}
+
+TEST_F(StoreSelfNamedKeys, AreLoadedAsPinsAndHiddenKeys) {
+    defaults.values.setTextList("KelvinbarMenuBarKeys", {processor});
+    defaults.values.setTextList("KelvinbarHiddenKeys", {drive});
+    makeStore();
+    finishPasses();
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{processor});
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{drive});
 }
 
 } // namespace

@@ -28,15 +28,6 @@ using namespace std::chrono_literals;
 struct StoreConstruction : StoreFixture {};
 
 struct StoreRefresh : StoreFixture {
-    /// The controller goes, and what stands in for it too.
-    void removeEverything() {
-        driver().hasService = false;
-        useMachine({.driver = machine.driver,
-                    .registry = machine.registry,
-                    .system = nullptr,
-                    .clock = machine.clock});
-    }
-
     /// The service goes; the connection is closed, or it would go on to serve.
     void removeController() {
         store->shutdown();
@@ -189,21 +180,21 @@ TEST_F(StoreRefresh, ReadsRegistryFans) {
 // Discovery
 
 TEST_F(StoreDiscovery, IsNotRepeatedAfterExactly300Seconds) {
-    monotonicClock.advance(300s);
+    machine.clock->advance(300s);
     EXPECT_EQ(discoveriesOfARefresh(), 0U);
 }
 
 TEST_F(StoreDiscovery, IsRepeatedAfter300Seconds1Millisecond) {
-    monotonicClock.advance(300s + 1ms);
+    machine.clock->advance(300s + 1ms);
     EXPECT_EQ(discoveriesOfARefresh(), 1U);
 }
 
 TEST_F(StoreDiscovery, OnlyAnotherDiscoveryMakesTheListYoungAgain) {
-    monotonicClock.advance(200s);
+    machine.clock->advance(200s);
     EXPECT_EQ(discoveriesOfARefresh(), 0U);
-    monotonicClock.advance(101s);
+    machine.clock->advance(101s);
     EXPECT_EQ(discoveriesOfARefresh(), 1U);
-    monotonicClock.advance(300s);
+    machine.clock->advance(300s);
     EXPECT_EQ(discoveriesOfARefresh(), 0U);
 }
 
@@ -215,19 +206,19 @@ TEST_F(StoreDiscovery, TheTimeOfDayDoesNotCount) {
 TEST_F(StoreDiscovery, TheAgeCountsFromWhenTheResultWasApplied) {
     store->refresh(true);
     backgroundQueue.runAll();
-    monotonicClock.advance(100s);
+    machine.clock->advance(100s);
     mainQueue.drain();
-    monotonicClock.advance(300s);
+    machine.clock->advance(300s);
     EXPECT_EQ(discoveriesOfARefresh(), 0U);
-    monotonicClock.advance(1ns);
+    machine.clock->advance(1ns);
     EXPECT_EQ(discoveriesOfARefresh(), 1U);
 }
 
 TEST_F(StoreDiscovery, TheAgeIsJudgedWhenTheRefreshStarts) {
     forgetHistory();
-    monotonicClock.advance(299s);
+    machine.clock->advance(299s);
     store->refresh(false);
-    monotonicClock.advance(10s);
+    machine.clock->advance(10s);
     finishPasses();
     EXPECT_EQ(discoveryCount(driver()), 0U);
 }
@@ -251,7 +242,7 @@ TEST_F(StoreDiscovery, BetweenDiscoveriesTheFoundKeysAreRead) {
     setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
     refresh();
     EXPECT_EQ(readingKeys(), Keys{"TC0P"});
-    monotonicClock.advance(301s);
+    machine.clock->advance(301s);
     refresh();
     EXPECT_EQ(readingKeys(), (Keys{"TC0P", "TC1C"}));
     refresh();
@@ -280,14 +271,14 @@ TEST_F(StoreDiscovery, APassWithoutControllerLeavesTheFoundKeysAlone) {
 
 TEST_F(StoreDiscovery, APassWithoutControllerLeavesADueDiscoveryDue) {
     removeController();
-    monotonicClock.advance(301s);
+    machine.clock->advance(301s);
     refresh();
     driver().hasService = true;
     EXPECT_EQ(discoveriesOfARefresh(), 1U);
 }
 
 TEST_F(StoreDiscovery, ACancelledOneKeepsTheKnownKeysAndCountsAsMade) {
-    monotonicClock.advance(301s);
+    machine.clock->advance(301s);
     store->refresh(false);
     store->shutdown();
     finishPasses();
@@ -432,9 +423,10 @@ TEST_F(StoreResult, NativeReadingsAreShownAsANormalPass) {
 TEST_F(StoreResult, WithNothingAtAllTheTimeStaysAndTheMessageShows) {
     defaults.values.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
     defaults.values.setTextList("KelvinbarHiddenKeys", {"TG0D"});
+    machineOfStore.system = nullptr;
     makeRefreshedStore({temperatureKey("TC0P", 40), temperatureKey("TG0D", 50)});
     const auto updated = wallClock.time;
-    removeEverything();
+    removeController();
     recordEvents();
     wallClock.time += 1s;
     refresh();
@@ -452,9 +444,8 @@ TEST_F(StoreResult, WithNothingAtAllTheTimeStaysAndTheMessageShows) {
 TEST_F(StoreResult, ANewRefreshMayStartFromItsNotifications) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     makeStore();
-    const Registration registration =
-        notifications.addObserver(kelvinbarMenuBarReadingChanged,
-                                  [this](const Notification& /*notification*/) { store->refresh(false); });
+    const Registration registration = notifications.addObserver(
+        kelvinbarMenuBarReadingChanged, {[this](const auto& /*change*/) { store->refresh(false); }});
     finishPasses();
     EXPECT_EQ(backgroundQueue.startedCount, 2U);
 }

@@ -24,11 +24,7 @@ struct StoreSettings : StoreFixture {
 struct StoreDisplayMode : StoreFixture {
     void SetUp() override { makeStore(); }
 
-    static Dictionary modeInfo(std::string mode, std::int64_t visibleReadings) {
-        return {{"mode", std::move(mode)}, {"visibleReadings", visibleReadings}};
-    }
-
-    [[nodiscard]] std::vector<Notification> modePosts() const {
+    [[nodiscard]] std::vector<DisplayModeChange> modePosts() const {
         return postedUnder(kelvinbarDisplayModeChanged);
     }
 };
@@ -46,7 +42,9 @@ struct StoreHiddenReadings : StoreFixture {
 };
 
 struct StorePopoverSize : StoreFixture {
-    static Dictionary sizeInfo(double width, double height) { return {{"width", width}, {"height", height}}; }
+    [[nodiscard]] std::vector<ManualSizeChange> sizePosts() const {
+        return postedUnder(kelvinbarManualSizeChanged);
+    }
 
     void expectSize(double width, double height) const {
         EXPECT_EQ(store->manualPopoverWidth().value(), width);
@@ -64,8 +62,7 @@ TEST_F(StoreSettings, ANewSamplingRateIsStoredAndPosted) {
     EXPECT_EQ(defaults.text("KelvinbarSamplingRate"), "fast");
     ASSERT_EQ(posted.size(), 1U);
     EXPECT_EQ(posted.front().name, "KelvinbarSamplingRateChanged");
-    EXPECT_EQ(posted.front().object, Value(std::string("fast")));
-    EXPECT_TRUE(posted.front().userInfo.empty());
+    EXPECT_EQ(postedUnder(kelvinbarSamplingRateChanged), std::vector{SMCSamplingRate::fast});
 }
 
 TEST_F(StoreSettings, TheSameSamplingRateWritesAndPostsNothing) {
@@ -109,9 +106,8 @@ TEST_F(StoreDisplayMode, FromFixedToDynamicAndBackPostsTwice) {
     EXPECT_EQ(defaults.text("KelvinbarWindowDisplayMode"), "fixed");
     ASSERT_EQ(posted.size(), 2U);
     EXPECT_EQ(posted[0].name, "KelvinbarDisplayModeChanged");
-    EXPECT_FALSE(posted[0].object.has_value());
-    EXPECT_EQ(posted[0].userInfo, modeInfo("dynamic", 0));
-    EXPECT_EQ(posted[1].userInfo, modeInfo("fixed", 0));
+    EXPECT_EQ(modePosts(), (std::vector{DisplayModeChange{SMCWindowDisplayMode::dynamic, 0},
+                                        DisplayModeChange{SMCWindowDisplayMode::fixed, 0}}));
 }
 
 TEST_F(StoreDisplayMode, TheSameModeWritesAndPostsNothing) {
@@ -123,21 +119,21 @@ TEST_F(StoreDisplayMode, TheSameModeWritesAndPostsNothing) {
 TEST_F(StoreDisplayMode, TheFirstRefreshPostsEvenWithoutReadings) {
     finishPasses();
     ASSERT_EQ(modePosts().size(), 1U);
-    EXPECT_EQ(modePosts().front().userInfo, modeInfo("fixed", 0));
+    EXPECT_EQ(modePosts().front(), (DisplayModeChange{SMCWindowDisplayMode::fixed, 0}));
 }
 
 TEST_F(StoreDisplayMode, ARefreshPostsOnlyANewVisibleCount) {
     setKeys(driver(), {temperatureKey("TC0P", 48), temperatureKey("TC1C", 41)});
     finishPasses();
     ASSERT_EQ(modePosts().size(), 1U);
-    EXPECT_EQ(modePosts().back().userInfo, modeInfo("fixed", 2));
+    EXPECT_EQ(modePosts().back(), (DisplayModeChange{SMCWindowDisplayMode::fixed, 2}));
     setKeys(driver(), {temperatureKey("TC0P", 50), temperatureKey("TC1C", 51)});
     refresh();
     EXPECT_EQ(modePosts().size(), 1U);
     setKeys(driver(), {temperatureKey("TC0P", 50)});
     refresh();
     ASSERT_EQ(modePosts().size(), 2U);
-    EXPECT_EQ(modePosts().back().userInfo, modeInfo("fixed", 1));
+    EXPECT_EQ(modePosts().back(), (DisplayModeChange{SMCWindowDisplayMode::fixed, 1}));
 }
 
 TEST_F(StoreDisplayMode, AModeThatWasPostedAlreadyIsNotPostedByTheRefresh) {
@@ -146,7 +142,7 @@ TEST_F(StoreDisplayMode, AModeThatWasPostedAlreadyIsNotPostedByTheRefresh) {
     store->setDisplayMode(SMCWindowDisplayMode::dynamic);
     refresh();
     ASSERT_EQ(modePosts().size(), 2U);
-    EXPECT_EQ(modePosts().back().userInfo, modeInfo("dynamic", 3));
+    EXPECT_EQ(modePosts().back(), (DisplayModeChange{SMCWindowDisplayMode::dynamic, 3}));
 }
 
 // Hidden readings
@@ -165,8 +161,8 @@ TEST_F(StoreHiddenReadings, HidingAPinnedReadingUnpinsIt) {
     EXPECT_EQ(store->menuBarKeys().value(), (Keys{"TC0P", "TC1C"}));
     EXPECT_EQ(defaults.writes, (Keys{"KelvinbarHiddenKeys", "KelvinbarMenuBarKeys", "KelvinbarMenuBarKey"}));
     ASSERT_EQ(posted.size(), 1U);
-    EXPECT_EQ(posted.front().name, kelvinbarMenuBarReadingChanged);
-    EXPECT_EQ(posted.front().userInfo.textOr("title", "none"), " 48°  41°");
+    ASSERT_EQ(posted.front().name, kelvinbarMenuBarReadingChanged.name);
+    EXPECT_EQ(postedUnder(kelvinbarMenuBarReadingChanged).front().title, " 48°  41°");
 }
 
 TEST_F(StoreHiddenReadings, HidingAReadingThatIsNotPinnedLeavesThePinsAlone) {
@@ -233,9 +229,8 @@ TEST_F(StoreHiddenReadings, TheVisibleCountIsPostedByTheNextRefresh) {
     EXPECT_EQ(posted.size(), 0U);
     refresh();
     ASSERT_EQ(posted.size(), 1U);
-    EXPECT_EQ(posted.front().name, kelvinbarDisplayModeChanged);
-    EXPECT_EQ(posted.front().userInfo,
-              (Dictionary{{"mode", std::string("fixed")}, {"visibleReadings", std::int64_t{2}}}));
+    EXPECT_EQ(postedUnder(kelvinbarDisplayModeChanged),
+              (std::vector{DisplayModeChange{SMCWindowDisplayMode::fixed, 2}}));
 }
 
 TEST_F(StoreHiddenReadings, TheVisibleCountIsPostedByTheNextModeChange) {
@@ -243,8 +238,8 @@ TEST_F(StoreHiddenReadings, TheVisibleCountIsPostedByTheNextModeChange) {
     hide("TC0P");
     store->setDisplayMode(SMCWindowDisplayMode::dynamic);
     ASSERT_EQ(posted.size(), 1U);
-    EXPECT_EQ(posted.front().userInfo,
-              (Dictionary{{"mode", std::string("dynamic")}, {"visibleReadings", std::int64_t{1}}}));
+    EXPECT_EQ(postedUnder(kelvinbarDisplayModeChanged),
+              (std::vector{DisplayModeChange{SMCWindowDisplayMode::dynamic, 1}}));
     store->unhideAllReadings();
     EXPECT_EQ(posted.size(), 1U);
 }
@@ -284,12 +279,9 @@ TEST_F(StorePopoverSize, TheSameHeightTwiceIsPostedTwiceButWrittenOnce) {
     store->setManualPopoverHeight(700);
     store->setManualPopoverHeight(700);
     EXPECT_EQ(defaults.writes, (Keys{"KelvinbarManualPopoverWidth", "KelvinbarManualPopoverHeight"}));
-    ASSERT_EQ(posted.size(), 2U);
-    for (const Notification& notification : posted) {
-        EXPECT_EQ(notification.name, "KelvinbarManualSizeChanged");
-        EXPECT_FALSE(notification.object.has_value());
-        EXPECT_EQ(notification.userInfo, sizeInfo(462, 700));
-    }
+    EXPECT_EQ(posted.size(), 2U);
+    EXPECT_EQ(posted.front().name, "KelvinbarManualSizeChanged");
+    EXPECT_EQ(sizePosts(), (std::vector{ManualSizeChange{462, 700}, ManualSizeChange{462, 700}}));
 }
 
 TEST_F(StorePopoverSize, ADifferenceOfHalfAPointIsNoChange) {
@@ -299,7 +291,7 @@ TEST_F(StorePopoverSize, ADifferenceOfHalfAPointIsNoChange) {
     expectSize(462, 690);
     EXPECT_EQ(defaults.writes, Keys{});
     ASSERT_EQ(posted.size(), 2U);
-    EXPECT_EQ(posted.back().userInfo, sizeInfo(462, 690));
+    EXPECT_EQ(sizePosts().back(), (ManualSizeChange{462, 690}));
     store->setManualPopoverHeight(690.625);
     expectSize(462, 690.625);
     EXPECT_EQ(defaults.writes.size(), 2U);
@@ -312,7 +304,7 @@ TEST_F(StorePopoverSize, AnotherStoredWidthIsReplacedAtTheFirstChange) {
     store->setManualPopoverHeight(700);
     expectSize(462, 700);
     EXPECT_EQ(defaults.number("KelvinbarManualPopoverWidth"), 462);
-    EXPECT_EQ(posted.back().userInfo, sizeInfo(462, 700));
+    EXPECT_EQ(sizePosts().back(), (ManualSizeChange{462, 700}));
 }
 
 TEST_F(StorePopoverSize, AStoredWidthWithinHalfAPointStays) {
@@ -321,7 +313,7 @@ TEST_F(StorePopoverSize, AStoredWidthWithinHalfAPointStays) {
     store->setManualPopoverHeight(690);
     expectSize(462.5, 690);
     EXPECT_EQ(defaults.writes, Keys{});
-    EXPECT_EQ(posted.back().userInfo, sizeInfo(462.5, 690));
+    EXPECT_EQ(sizePosts().back(), (ManualSizeChange{462.5, 690}));
 }
 
 TEST_F(StorePopoverSize, AStoredHeightBeyondTheBoundsIsKeptUntilTheFirstChange) {
@@ -338,10 +330,10 @@ TEST_F(StorePopoverSize, FieldsAndPreferencesChangeBeforeThePost) {
     double height = 0;
     double stored = 0;
     const Registration registration =
-        notifications.addObserver(kelvinbarManualSizeChanged, [&](const Notification& /*notification*/) {
-            height = store->manualPopoverHeight().value();
-            stored = defaults.number("KelvinbarManualPopoverHeight");
-        });
+        notifications.addObserver(kelvinbarManualSizeChanged, {[&](const auto& /*change*/) {
+                                      height = store->manualPopoverHeight().value();
+                                      stored = defaults.number("KelvinbarManualPopoverHeight");
+                                  }});
     store->setManualPopoverHeight(800);
     EXPECT_EQ(height, 800);
     EXPECT_EQ(stored, 800);

@@ -1,12 +1,14 @@
 #include "store/LoadPass.h"
 
-#include "catalogue/SMCKeyDatabase.h"
 #include "sensors/Machine.h"
 #include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/FakeSensorSource.h"
 #include "tests/store/ControllerKeys.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -52,8 +54,9 @@ std::string valueUnder(std::string_view key, const std::vector<SMCReading>& read
     return found == readings.end() ? "none" : found->value;
 }
 
-struct LoadPass : testing::Test {
+struct LoadPassReadings : testing::Test {
     fakes::FakeMachine machine;
+    Cancellation cancellation;
 
     [[nodiscard]] fakes::FakeSMCDriver& driver() const { return *machine.driver; }
 
@@ -65,24 +68,36 @@ struct LoadPass : testing::Test {
 
     [[nodiscard]] std::size_t registryWalks() const { return machine.registry->walkedPlanes.size(); }
 
-    /// Reads `keys` as known ones, without registry fans.
-    [[nodiscard]] static SMCLoadResult readKnown(const KeySet& keys) {
-        return loadReadings(fixedKeys, false, keys, false);
+    /// A pass that discovers, where `known` was found before; with registry fans.
+    [[nodiscard]] SMCLoadResult discover(const KeySet& known) const { return read(true, known, true); }
+
+    /// The same without registry fans.
+    [[nodiscard]] SMCLoadResult discoverWithoutFans(const KeySet& known) const {
+        return read(true, known, false);
     }
 
+    /// Reads `keys` as known ones, without registry fans.
+    [[nodiscard]] SMCLoadResult readKnown(const KeySet& keys) const { return read(false, keys, false); }
+
     /// Reads `keys` as known ones, with registry fans.
-    [[nodiscard]] static SMCLoadResult readKnownAndFans(const KeySet& keys) {
-        return loadReadings(fixedKeys, false, keys, true);
+    [[nodiscard]] SMCLoadResult readKnownAndFans(const KeySet& keys) const { return read(false, keys, true); }
+
+  private:
+    [[nodiscard]] SMCLoadResult read(bool shouldDiscover, const KeySet& known, bool readSuperIOFans) const {
+        return loadReadings(machine.machine(),
+                            {.fixedCandidates = std::make_shared<const KeySet>(fixedKeys),
+                             .shouldDiscover = shouldDiscover,
+                             .cachedDynamicKeys = std::make_shared<const KeySet>(known),
+                             .readSuperIOFans = readSuperIOFans},
+                            cancellation);
     }
 };
 
-struct LoadPassWithoutController : LoadPass {};
+struct LoadPassWithoutController : LoadPassReadings {};
 
-struct LoadPassDiscovery : LoadPass {};
+struct LoadPassDiscovery : LoadPassReadings {};
 
-struct LoadPassCancellation : LoadPass {
-    Cancellation cancellation;
-
+struct LoadPassCancellation : LoadPassReadings {
     void cancelOnFirst(SMCCommand command) {
         driver().intercept = [this, command](const SMCParamBlock& input, SMCParamBlock& /*output*/) {
             if (input.command == static_cast<std::uint8_t>(command)) cancellation.cancel();
@@ -91,14 +106,58 @@ struct LoadPassCancellation : LoadPass {
     }
 };
 
-struct LoadPassFans : LoadPass {};
+struct LoadPassFans : LoadPassReadings {};
+
+struct LoadPassSelfNamed : testing::Test {
+    const std::shared_ptr<fakes::FakeSensorSource> source = std::make_shared<fakes::FakeSensorSource>();
+
+    static RawReading processor() {
+        return {.key = "k10temp-pci-00c3/temp1",
+                .type = "hwmon",
+                .value = "45.5",
+                .numericValue = 45.5,
+                .raw = "45500",
+                .name = "Tctl",
+                .category = "CPU",
+                .unit = "°C"};
+    }
+
+    static RawReading battery() {
+        return {.key = "BAT0-acpi-0/in0",
+                .type = "hwmon",
+                .value = "12500",
+                .numericValue = 12500,
+                .raw = "12500000",
+                .name = "Battery Voltage",
+                .category = "Battery",
+                .unit = "V"};
+    }
+
+    static RawReading controllerResult(std::string key) {
+        RawReading result;
+        result.key = std::move(key);
+        result.numericValue = 40;
+        result.raw = "2800";
+        return result;
+    }
+
+    [[nodiscard]] SMCLoadResult discover() const {
+        return loadReadings({.source = source,
+                             .system = std::make_shared<fakes::FakeSystemInformation>(),
+                             .clock = std::make_shared<fakes::FakeMonotonicClock>()},
+                            {.fixedCandidates = std::make_shared<const KeySet>(),
+                             .shouldDiscover = true,
+                             .cachedDynamicKeys = std::make_shared<const KeySet>(),
+                             .readSuperIOFans = true});
+    }
+};
 
 // Without a controller
 
 TEST_F(LoadPassWithoutController, NativeReadingsStandInInTheirOwnOrder) {
     driver().hasService = false;
     machine.system->processors = 8;
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC0P"}, true);
+    const SMCLoadResult result = discover({"TC0P"});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(keysOf(result.readings), (Keys{"NARC", "NCOR", "NTHR", "NLPM"}));
     EXPECT_EQ(result.discoveredKeys, std::nullopt);
@@ -121,9 +180,8 @@ TEST_F(LoadPassWithoutController, AControllerThatCannotBeOpenedIsUnavailable) {
 
 TEST_F(LoadPassWithoutController, TheMessageOfTheControllerShowsWhenThereIsNothingAtAll) {
     driver().hasService = false;
-    useMachine(
-        {.driver = machine.driver, .registry = machine.registry, .system = nullptr, .clock = machine.clock});
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC0P"}, true);
+    machine.system = nullptr;
+    const SMCLoadResult result = discover({"TC0P"});
     EXPECT_FALSE(result.smcAvailable);
     EXPECT_EQ(keysOf(result.readings), Keys{});
     EXPECT_EQ(result.discoveredKeys, std::nullopt);
@@ -133,9 +191,8 @@ TEST_F(LoadPassWithoutController, TheMessageOfTheControllerShowsWhenThereIsNothi
 
 TEST_F(LoadPassWithoutController, ACancelledPassStillShowsNativeReadings) {
     driver().hasService = false;
-    Cancellation cancellation;
     cancellation.cancel();
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, true, cancellation);
+    const SMCLoadResult result = discover({});
     EXPECT_EQ(result.statusMessage, "AppleSMC unavailable; showing native macOS telemetry");
     EXPECT_EQ(keysOf(result.readings), (Keys{"NARC", "NTHR", "NLPM"}));
 }
@@ -144,7 +201,7 @@ TEST_F(LoadPassWithoutController, ACancelledPassStillShowsNativeReadings) {
 
 TEST_F(LoadPassDiscovery, KeysThatTheCatalogueCannotNameAreNeverRead) {
     setKeys(driver(), {temperatureKey("ZZZZ", 1), temperatureKey("TC0P", 40), temperatureKey("TCaC", 2)});
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, false);
+    const SMCLoadResult result = discoverWithoutFans({});
     EXPECT_EQ(result.discoveredKeys, KeySet{"TC0P"});
     EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
     EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
@@ -152,21 +209,21 @@ TEST_F(LoadPassDiscovery, KeysThatTheCatalogueCannotNameAreNeverRead) {
 
 TEST_F(LoadPassDiscovery, WhatIsFoundReplacesWhatWasKnown) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC1C", "TC2C"}, false);
+    const SMCLoadResult result = discoverWithoutFans({"TC1C", "TC2C"});
     EXPECT_EQ(result.discoveredKeys, KeySet{"TC0P"});
     EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
 }
 
 TEST_F(LoadPassDiscovery, TheFixedListIsReadWhenNoNamedKeyIsFound) {
     setKeys(driver(), {temperatureKey("ZZZZ", 1)});
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC1C"}, false);
+    const SMCLoadResult result = discoverWithoutFans({"TC1C"});
     EXPECT_EQ(result.discoveredKeys, KeySet{});
     EXPECT_EQ(askedKeys(driver()), (Keys{"TG0D", "TM0P"}));
 }
 
 TEST_F(LoadPassDiscovery, TheFixedListIsReadWhenTheControllerListsNothing) {
     driver().keys = {temperatureKey("TG0D", 50)};
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, false);
+    const SMCLoadResult result = discoverWithoutFans({});
     EXPECT_EQ(result.discoveredKeys, KeySet{});
     EXPECT_EQ(valueUnder("TG0D", result.readings), "50");
 }
@@ -190,7 +247,7 @@ TEST_F(LoadPassDiscovery, WithoutKnownKeysTheFixedListIsRead) {
 TEST_F(LoadPassDiscovery, KeysAreReadInAscendingCodeUnitOrder) {
     setKeys(driver(), {temperatureKey("TC0p", 1), wholeNumberKey("V9AA", 1), temperatureKey("TC0P", 1),
                        wholeNumberKey("V12R", 12), wholeNumberKey("B0AV", 12), wholeNumberKey("FNum", 2)});
-    static_cast<void>(loadReadings(fixedKeys, true, {}, false));
+    static_cast<void>(discoverWithoutFans({}));
     EXPECT_EQ(askedKeys(driver()), (Keys{"B0AV", "FNum", "TC0P", "TC0p", "V12R", "V9AA"}));
 }
 
@@ -207,7 +264,7 @@ TEST_F(LoadPassCancellation, BeforeDiscoveryNothingIsAskedAndTheKnownKeysStay) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     addFan("FAN1", std::int64_t{1450});
     cancellation.cancel();
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TC1C"}, true, cancellation);
+    const SMCLoadResult result = discover({"TC1C"});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(keysOf(result.readings), Keys{});
     EXPECT_EQ(result.discoveredKeys, KeySet{"TC1C"});
@@ -220,7 +277,7 @@ TEST_F(LoadPassCancellation, BeforeDiscoveryNothingIsAskedAndTheKnownKeysStay) {
 TEST_F(LoadPassCancellation, WithoutDiscoveryNoKeysAreHandedOver) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     cancellation.cancel();
-    const SMCLoadResult result = loadReadings(fixedKeys, false, {"TC0P"}, true, cancellation);
+    const SMCLoadResult result = readKnownAndFans({"TC0P"});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(keysOf(result.readings), Keys{});
     EXPECT_EQ(result.discoveredKeys, std::nullopt);
@@ -232,7 +289,7 @@ TEST_F(LoadPassCancellation, DuringDiscoveryTheWalkEndsAndNoKeyIsRead) {
     setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
     addFan("FAN1", std::int64_t{1450});
     cancelOnFirst(SMCCommand::keyByIndex);
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {"TG0D"}, true, cancellation);
+    const SMCLoadResult result = discover({"TG0D"});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(keysOf(result.readings), Keys{});
     EXPECT_EQ(result.discoveredKeys, (KeySet{"TC0P", "TC1C"}));
@@ -247,7 +304,7 @@ TEST_F(LoadPassCancellation, WhileKeysAreReadThePassGoesOnToItsEnd) {
     setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
     addFan("FAN1", std::int64_t{1450});
     cancelOnFirst(SMCCommand::readBytes);
-    const SMCLoadResult result = loadReadings(fixedKeys, false, {"TC0P", "TC1C"}, true, cancellation);
+    const SMCLoadResult result = readKnownAndFans({"TC0P", "TC1C"});
     EXPECT_TRUE(cancellation.isCancelled());
     EXPECT_EQ(keysOf(result.readings), (Keys{"TC0P", "TC1C", "FAN1"}));
     EXPECT_EQ(result.statusMessage, "Loaded 3 HWMonitorSMC2-compatible keys");
@@ -350,14 +407,14 @@ TEST_F(LoadPassFans, FansThatTheCatalogueCannotNameAreDropped) {
 TEST_F(LoadPassFans, FansAloneMakeAPass) {
     setKeys(driver(), {temperatureKey("ZZZZ", 1)});
     addFan("FAN1", std::int64_t{1450});
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, true);
+    const SMCLoadResult result = discover({});
     EXPECT_EQ(keysOf(result.readings), Keys{"FAN1"});
     EXPECT_EQ(result.discoveredKeys, KeySet{});
 }
 
 // Building readings
 
-TEST_F(LoadPass, AReadingTakesNameCategoryAndUnitFromTheCatalogue) {
+TEST_F(LoadPassReadings, AReadingTakesNameCategoryAndUnitFromTheCatalogue) {
     setKeys(driver(), {{.name = "TC0P", .type = "sp78", .bytes = {0x28, 0x80}}});
     EXPECT_EQ(readKnown({"TC0P"}).readings, (std::vector<SMCReading>{{.key = "TC0P",
                                                                       .name = "CPU Proximity",
@@ -370,7 +427,7 @@ TEST_F(LoadPass, AReadingTakesNameCategoryAndUnitFromTheCatalogue) {
                                                                       .status = "OK"}}));
 }
 
-TEST_F(LoadPass, AValueIsNormalisedForTheUnitOfTheCatalogue) {
+TEST_F(LoadPassReadings, AValueIsNormalisedForTheUnitOfTheCatalogue) {
     setKeys(driver(), {wholeNumberKey("B0AV", 12500), {.name = "VC0C", .type = "fp88", .bytes = {1, 0x80}}});
     const SMCLoadResult result = readKnown({"B0AV", "VC0C"});
     ASSERT_EQ(keysOf(result.readings), (Keys{"B0AV", "VC0C"}));
@@ -380,7 +437,7 @@ TEST_F(LoadPass, AValueIsNormalisedForTheUnitOfTheCatalogue) {
     EXPECT_EQ(result.readings[1].value, "1.5");
 }
 
-TEST_F(LoadPass, AReadingWithoutANumberShowsTheTextOfTheController) {
+TEST_F(LoadPassReadings, AReadingWithoutANumberShowsTheTextOfTheController) {
     setKeys(driver(), {textKey("REV ", "2.4f1")});
     EXPECT_EQ(readKnown({"REV "}).readings, (std::vector<SMCReading>{{.key = "REV ",
                                                                       .name = "SMC Revision",
@@ -393,12 +450,12 @@ TEST_F(LoadPass, AReadingWithoutANumberShowsTheTextOfTheController) {
                                                                       .status = "OK"}}));
 }
 
-TEST_F(LoadPass, KeysThatTheCatalogueCannotNameBecomeNoReadings) {
+TEST_F(LoadPassReadings, KeysThatTheCatalogueCannotNameBecomeNoReadings) {
     setKeys(driver(), {temperatureKey("ZZZZ", 1), temperatureKey("TC0P", 40)});
     EXPECT_EQ(keysOf(readKnown({"TC0P", "ZZZZ"}).readings), Keys{"TC0P"});
 }
 
-TEST_F(LoadPass, ReadingsWithoutADisplayableValueAreDropped) {
+TEST_F(LoadPassReadings, ReadingsWithoutADisplayableValueAreDropped) {
     setKeys(driver(), {textKey("REV ", "unsupported"), textKey("RBr ", "N/A"), textKey("RVBF", "information"),
                        temperatureKey("TC0P", 0)});
     const SMCLoadResult result = readKnown({"REV ", "RBr ", "RVBF", "TC0P"});
@@ -406,65 +463,109 @@ TEST_F(LoadPass, ReadingsWithoutADisplayableValueAreDropped) {
     EXPECT_EQ(result.statusMessage, "Loaded 1 HWMonitorSMC2-compatible keys");
 }
 
-TEST_F(LoadPass, UnreadableKeysAreSkipped) {
+TEST_F(LoadPassReadings, UnreadableKeysAreSkipped) {
     setKeys(driver(), {temperatureKey("TC0P", 40),
                        {.name = "TC1C", .type = "sp78", .bytes = {1, 0}, .infoResult = 0x84},
                        {.name = "TC2C", .type = "sp78", .bytes = {1, 0}, .readResult = 0x84},
                        {.name = "TC3C", .type = "sp78", .bytes = {1, 0}, .announcedSize = 33}});
-    EXPECT_EQ(keysOf(loadReadings(fixedKeys, true, {}, false).readings), Keys{"TC0P"});
+    EXPECT_EQ(keysOf(discoverWithoutFans({}).readings), Keys{"TC0P"});
+}
+
+// Sources that name their own readings
+
+TEST_F(LoadPassSelfNamed, ReadingsHaveTheirOwnNameCategoryAndUnit) {
+    source->readings = {processor()};
+    EXPECT_EQ(discover().readings, (std::vector<SMCReading>{{.key = "k10temp-pci-00c3/temp1",
+                                                             .name = "Tctl",
+                                                             .category = SMCCategory::cpu,
+                                                             .type = "hwmon",
+                                                             .value = "45.50",
+                                                             .numericValue = 45.5,
+                                                             .unit = "°C",
+                                                             .raw = "45500",
+                                                             .status = "OK"}}));
+}
+
+TEST_F(LoadPassSelfNamed, TheirKeysNeedNoDefinitionToBeRead) {
+    source->readings = {processor(), battery(), controllerResult("ZZZZ")};
+    const SMCLoadResult result = discover();
+    EXPECT_EQ(result.discoveredKeys, (KeySet{"BAT0-acpi-0/in0", "k10temp-pci-00c3/temp1"}));
+    EXPECT_EQ(source->requests, std::vector<Keys>{(Keys{"BAT0-acpi-0/in0", "k10temp-pci-00c3/temp1"})});
+}
+
+TEST_F(LoadPassSelfNamed, ValuesAreNotScaled) {
+    source->readings = {battery()};
+    EXPECT_EQ(valueUnder("BAT0-acpi-0/in0", discover().readings), "12500");
+}
+
+TEST_F(LoadPassSelfNamed, ResultsWithoutANameACategoryOrAUnitAreDropped) {
+    for (const auto field : {&RawReading::name, &RawReading::category, &RawReading::unit}) {
+        RawReading incomplete = processor();
+        incomplete.*field = std::nullopt;
+        source->readings = {battery(), incomplete};
+        const SMCLoadResult result = discover();
+        EXPECT_EQ(keysOf(result.readings), Keys{"BAT0-acpi-0/in0"});
+        EXPECT_EQ(result.statusMessage, "Loaded 1 HWMonitorSMC2-compatible keys");
+    }
+}
+
+TEST_F(LoadPassSelfNamed, StandBesideAControllersKeysOfTheSameCategory) {
+    source->readings = {controllerResult("TC0P"), processor()};
+    const SMCLoadResult result = discover();
+    EXPECT_EQ(keysOf(result.readings), (Keys{"k10temp-pci-00c3/temp1", "TC0P"}));
+    EXPECT_EQ(result.statusMessage, "Loaded 2 HWMonitorSMC2-compatible keys");
 }
 
 // Order and status
 
-TEST_F(LoadPass, ReadingsAreSortedByTheTitleOfTheirCategory) {
+TEST_F(LoadPassReadings, ReadingsAreSortedByTheTitleOfTheirCategory) {
     const Keys sorted{"B0AV", "TC0P", "IC0C", "FNum", "TG0D", "TM0P", "REV ", "PC0C", "TN0P", "TA0P", "VC0C"};
     std::vector<ControllerKey> keys;
     for (const std::string& key : sorted) keys.push_back(wholeNumberKey(key, 12));
     std::ranges::sort(keys, {}, &ControllerKey::name);
     setKeys(driver(), keys);
-    EXPECT_EQ(keysOf(loadReadings(fixedKeys, true, {}, false).readings), sorted);
+    EXPECT_EQ(keysOf(discoverWithoutFans({}).readings), sorted);
 }
 
-TEST_F(LoadPass, NumbersInKeysCompareByValue) {
+TEST_F(LoadPassReadings, NumbersInKeysCompareByValue) {
     setKeys(driver(), {wholeNumberKey("V12R", 12), wholeNumberKey("V9AB", 12), wholeNumberKey("V5VP", 12)});
     EXPECT_EQ(keysOf(readKnown({"V12R", "V5VP", "V9AB"}).readings), (Keys{"V5VP", "V9AB", "V12R"}));
 }
 
-TEST_F(LoadPass, KeysThatCompareEqualStandInCodeUnitOrder) {
+TEST_F(LoadPassReadings, KeysThatCompareEqualStandInCodeUnitOrder) {
     setKeys(driver(), {temperatureKey("TC0p", 41), temperatureKey("TC0P", 40), temperatureKey("TCGc", 43),
                        temperatureKey("TCGC", 42), temperatureKey("TC0C", 39)});
-    EXPECT_EQ(keysOf(loadReadings(fixedKeys, true, {}, false).readings),
-              (Keys{"TC0C", "TC0P", "TC0p", "TCGC", "TCGc"}));
+    EXPECT_EQ(keysOf(discoverWithoutFans({}).readings), (Keys{"TC0C", "TC0P", "TC0p", "TCGC", "TCGc"}));
 }
 
-TEST_F(LoadPass, ARegistryFanThatComparesEqualStandsInCodeUnitOrderToo) {
+TEST_F(LoadPassReadings, ARegistryFanThatComparesEqualStandsInCodeUnitOrderToo) {
     setKeys(driver(), {wholeNumberKey("Fan0", 900)});
     addFan("CPU Fan Speed", std::int64_t{1450});
     EXPECT_EQ(keysOf(readKnownAndFans({"Fan0"}).readings), (Keys{"FAN0", "Fan0"}));
 }
 
-TEST_F(LoadPass, TheStatusCountsTheReadings) {
+TEST_F(LoadPassReadings, TheStatusCountsTheReadings) {
     setKeys(driver(), {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41), textKey("REV ", "n/a")});
     const SMCLoadResult result = readKnown({"REV ", "TC0P", "TC1C"});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(result.statusMessage, "Loaded 2 HWMonitorSMC2-compatible keys");
 }
 
-TEST_F(LoadPass, NothingReadableIsSaidSoAndTheControllerStaysAvailable) {
+TEST_F(LoadPassReadings, NothingReadableIsSaidSoAndTheControllerStaysAvailable) {
     setKeys(driver(), {});
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, true);
+    const SMCLoadResult result = discover({});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(keysOf(result.readings), Keys{});
     EXPECT_EQ(result.discoveredKeys, KeySet{});
     EXPECT_EQ(result.statusMessage, nothingReadable);
 }
 
-TEST_F(LoadPass, AControllerThatFailsEveryCallIsConnectedWithoutReadings) {
+TEST_F(LoadPassReadings, AControllerThatFailsEveryCallIsConnectedWithoutReadings) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     driver().intercept = [](const SMCParamBlock& /*input*/, SMCParamBlock& /*output*/) {
         return std::optional<ReturnCode>(0xE00002BC);
     };
-    const SMCLoadResult result = loadReadings(fixedKeys, true, {}, false);
+    const SMCLoadResult result = discoverWithoutFans({});
     EXPECT_TRUE(result.smcAvailable);
     EXPECT_EQ(result.statusMessage, nothingReadable);
 }

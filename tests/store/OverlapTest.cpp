@@ -231,21 +231,12 @@ testing::AssertionResult isWhole(const SMCReading& reading) {
 /// A machine, and one store after another on it.
 class Program {
   public:
-    explicit Program(std::uint32_t seed) : driver_(std::make_shared<UnreliableDriver>(seed)) {
-        useMachine({.driver = driver_,
-                    .registry = registry_,
-                    .system = std::make_shared<fakes::FakeSystemInformation>(),
-                    .clock = clock_});
-        workers_ = std::make_unique<WorkerQueue>(2);
-    }
+    explicit Program(std::uint32_t seed) : driver_(std::make_shared<UnreliableDriver>(seed)) {}
 
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    ~Program() {
-        endPasses();
-        useMachine({});
-    }
+    ~Program() { endPasses(); }
 
     [[nodiscard]] KelvinbarStore& store() { return *store_; }
 
@@ -261,12 +252,12 @@ class Program {
     void destroyStore() { store_.reset(); }
 
     void makeStore() {
-        store_ = std::make_unique<KelvinbarStore>(StorePorts{.defaults = defaults_,
+        store_ = std::make_unique<KelvinbarStore>(StorePorts{.machine = machine_,
+                                                             .defaults = defaults_,
                                                              .notifications = notifications_,
                                                              .mainQueue = mainQueue_,
                                                              .backgroundQueue = *workers_,
-                                                             .wallClock = wallClock_,
-                                                             .monotonicClock = *clock_});
+                                                             .wallClock = wallClock_});
         observers_.clear();
         observers_.push_back(store_->readings().observe(checkReadings));
         observers_.push_back(
@@ -290,6 +281,8 @@ class Program {
         workers_.reset();
         runWaitingResults();
     }
+
+    void closeSource() const { machine_.source->close(); }
 
     [[nodiscard]] std::size_t resultsWithKeys() const { return resultsWithKeys_; }
 
@@ -329,11 +322,14 @@ class Program {
     std::shared_ptr<UnreliableDriver> driver_;
     std::shared_ptr<SharedRegistry> registry_ = std::make_shared<SharedRegistry>();
     std::shared_ptr<fakes::FakeMonotonicClock> clock_ = std::make_shared<fakes::FakeMonotonicClock>();
+    const Machine machine_{.source = std::make_shared<SMCBridge>(driver_, registry_, clock_),
+                           .system = std::make_shared<fakes::FakeSystemInformation>(),
+                           .clock = clock_};
     fakes::FakeWallClock wallClock_;
     InMemoryUserDefaults defaults_;
     NotificationCenter notifications_;
     MainLoopQueue mainQueue_;
-    std::unique_ptr<WorkerQueue> workers_;
+    std::unique_ptr<WorkerQueue> workers_ = std::make_unique<WorkerQueue>(2);
     std::unique_ptr<KelvinbarStore> store_;
     std::vector<Registration> observers_;
     std::size_t resultsWithKeys_ = 0;
@@ -418,7 +414,7 @@ TEST(Overlap, PassesShutdownsAndDestructionsOfStoresDoNotDisturbOneAnother) {
         EXPECT_EQ(program.store().statusMessage().value(), "Loaded 17 HWMonitorSMC2-compatible keys");
         program.store().shutdown();
         program.endPasses();
-        SMCBridge::close();
+        program.closeSource();
 
         const UnreliableDriver& driver = program.driver();
         EXPECT_GT(driver.keyCalls(), 0U);

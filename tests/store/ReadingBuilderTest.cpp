@@ -1,8 +1,10 @@
 #include "store/ReadingBuilder.h"
 
-#include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -13,27 +15,53 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// A complete result for CPU Proximity.
-SMCKeyResult completeResult() {
-    return {{"key", "TC0P"},           {"type", "sp78"}, {"value", "45.50"},    {"raw", "2D80"},
-            {"size", std::int64_t{2}}, {"status", "OK"}, {"numericValue", 45.5}};
+/// What a controller returns for CPU Proximity.
+RawReading controllerResult() {
+    return {.key = "TC0P",
+            .type = "sp78",
+            .value = "45.50",
+            .numericValue = 45.5,
+            .raw = "2D80",
+            .size = 2,
+            .status = "OK",
+            .name = std::nullopt,
+            .category = std::nullopt,
+            .unit = std::nullopt};
 }
 
-SMCKeyResult resultWith(std::string_view entry, Value value) {
-    SMCKeyResult result = completeResult();
-    result.set(entry, std::move(value));
+/// The result of a source that names its own readings.
+RawReading selfNamedResult() {
+    return {.key = "k10temp-pci-00c3/temp1",
+            .type = "hwmon",
+            .value = "45.5",
+            .numericValue = 45.5,
+            .raw = "45500",
+            .size = 0,
+            .status = "OK",
+            .name = "Tctl",
+            .category = "CPU",
+            .unit = "°C"};
+}
+
+RawReading keyed(std::string key, std::string value) {
+    RawReading result;
+    result.key = std::move(key);
+    result.value = std::move(value);
     return result;
 }
 
-SMCKeyResult resultWithout(std::string_view entry) {
-    SMCKeyResult result;
-    for (const auto& [key, value] : completeResult()) {
-        if (key != entry) result.append(key, value);
-    }
+template <typename Field, typename FieldValue>
+RawReading changed(RawReading result, Field RawReading::*field, FieldValue&& value) {
+    result.*field = std::forward<FieldValue>(value);
     return result;
 }
 
-SMCReading readingOf(const SMCKeyResult& result) { return buildReading(result).value_or(SMCReading{}); }
+template <typename Field, typename FieldValue>
+RawReading resultWith(Field RawReading::*field, FieldValue&& value) {
+    return changed(controllerResult(), field, std::forward<FieldValue>(value));
+}
+
+SMCReading readingOf(RawReading result) { return buildReading(std::move(result)).value_or(SMCReading{}); }
 
 TEST(BuildReading, TakesEveryFieldFromACompleteResult) {
     const SMCReading expected{.key = "TC0P",
@@ -45,84 +73,135 @@ TEST(BuildReading, TakesEveryFieldFromACompleteResult) {
                               .unit = "°C",
                               .raw = "2D80",
                               .status = "OK"};
-    EXPECT_EQ(buildReading(completeResult()), expected);
+    EXPECT_EQ(buildReading(controllerResult()), expected);
 }
 
 TEST(BuildReading, GivesNothingWithoutAKey) {
-    EXPECT_EQ(buildReading(resultWithout("key")), std::nullopt);
-    EXPECT_EQ(buildReading(resultWith("key", 4.0)), std::nullopt);
+    EXPECT_EQ(buildReading(resultWith(&RawReading::key, "")), std::nullopt);
     EXPECT_EQ(buildReading({}), std::nullopt);
 }
 
 TEST(BuildReading, GivesNothingForAKeyThatTheCatalogueCannotName) {
-    EXPECT_EQ(buildReading(resultWith("key", "MSSD")), std::nullopt);
+    EXPECT_EQ(buildReading(resultWith(&RawReading::key, "MSSD")), std::nullopt);
 }
 
 TEST(BuildReading, FilesAResultOfCategoryFansUnderFansWhereverItsKeyBelongs) {
-    EXPECT_EQ(readingOf(resultWith("category", "Fans")).category, SMCCategory::fans);
+    EXPECT_EQ(readingOf(resultWith(&RawReading::category, "Fans")).category, SMCCategory::fans);
 }
 
-TEST(BuildReading, TakesTheCataloguesCategoryForOneThatIsUnknownOrNoText) {
-    EXPECT_EQ(readingOf(resultWith("category", "fans")).category, SMCCategory::cpu);
-    EXPECT_EQ(readingOf(resultWith("category", "Fans ")).category, SMCCategory::cpu);
-    EXPECT_EQ(readingOf(resultWith("category", 4.0)).category, SMCCategory::cpu);
+TEST(BuildReading, TakesTheCataloguesCategoryForOneThatIsUnknown) {
+    for (const std::string category : {"fans", "Fans ", ""}) {
+        SCOPED_TRACE(category);
+        EXPECT_EQ(readingOf(resultWith(&RawReading::category, category)).category, SMCCategory::cpu);
+    }
 }
 
 TEST(BuildReading, PrefersTheResultsNameAndUnit) {
-    EXPECT_EQ(readingOf(resultWith("name", "Left Fan")).name, "Left Fan");
-    EXPECT_EQ(readingOf(resultWith("unit", "RPM")).unit, "RPM");
-    EXPECT_EQ(readingOf(resultWith("unit", "RPM")).value, "46");
+    EXPECT_EQ(readingOf(resultWith(&RawReading::name, "Left Fan")).name, "Left Fan");
+    EXPECT_EQ(readingOf(resultWith(&RawReading::unit, "RPM")).unit, "RPM");
+    EXPECT_EQ(readingOf(resultWith(&RawReading::unit, "RPM")).value, "46");
 }
 
-TEST(BuildReading, TakesTheCataloguesNameAndUnitForMistypedOnes) {
-    EXPECT_EQ(readingOf(resultWith("name", true)).name, "CPU Proximity");
-    EXPECT_EQ(readingOf(resultWith("unit", 1.0)).unit, "°C");
+TEST(BuildReading, TakesTheCataloguesNameAndUnitWhereTheResultHasNone) {
+    EXPECT_EQ(readingOf(resultWith(&RawReading::unit, "RPM")).name, "CPU Proximity");
+    EXPECT_EQ(readingOf(resultWith(&RawReading::name, "Left Fan")).unit, "°C");
+}
+
+TEST(BuildReading, AnEmptyNameAndUnitOfTheResultCount) {
+    EXPECT_EQ(readingOf(resultWith(&RawReading::name, "")).name, "");
+    EXPECT_EQ(readingOf(resultWith(&RawReading::unit, "")).unit, "");
 }
 
 TEST(BuildReading, FallsBackForMissingTexts) {
-    EXPECT_EQ(readingOf(resultWithout("type")).type, "");
-    EXPECT_EQ(readingOf(resultWithout("raw")).raw, "");
-    EXPECT_EQ(readingOf(resultWithout("status")).status, "OK");
+    const SMCReading reading = readingOf(keyed("TC0P", ""));
+    EXPECT_EQ(reading.type, "");
+    EXPECT_EQ(reading.raw, "");
+    EXPECT_EQ(reading.status, "OK");
 }
 
-TEST(BuildReading, FallsBackForMistypedTexts) {
-    EXPECT_EQ(readingOf(resultWith("type", std::int64_t{1})).type, "");
-    EXPECT_EQ(readingOf(resultWith("raw", Data{1})).raw, "");
-    EXPECT_EQ(readingOf(resultWith("status", false)).status, "OK");
+TEST(BuildReading, KeepsTheStatusOfTheResult) {
+    EXPECT_EQ(readingOf(resultWith(&RawReading::status, "Stale")).status, "Stale");
 }
 
-TEST(BuildReading, ShowsTheValueTextWhenTheNumberIsMissingMistypedOrNotFinite) {
-    for (const SMCKeyResult& result :
-         {resultWithout("numericValue"), resultWith("numericValue", "45.5"), resultWith("numericValue", true),
-          resultWith("numericValue", infinity), resultWith("numericValue", notANumber)}) {
-        EXPECT_EQ(readingOf(result).value, "45.50");
-        EXPECT_EQ(readingOf(result).numericValue, std::nullopt);
+TEST(BuildReading, ShowsTheValueTextWhenTheNumberIsMissingOrNotFinite) {
+    for (const std::optional<double> number : {std::optional<double>(), std::optional(infinity),
+                                               std::optional(-infinity), std::optional(notANumber)}) {
+        const SMCReading reading = readingOf(resultWith(&RawReading::numericValue, number));
+        EXPECT_EQ(reading.value, "45.50");
+        EXPECT_EQ(reading.numericValue, std::nullopt);
     }
 }
 
 TEST(BuildReading, HasAnEmptyValueWhenThereIsNeitherNumberNorText) {
-    SMCKeyResult result = resultWithout("numericValue");
-    result.set("value", 45.5);
-    EXPECT_EQ(readingOf(result).value, "");
+    EXPECT_EQ(readingOf(keyed("TC0P", "")).value, "");
 }
 
-TEST(BuildReading, CountsAWholeNumber) {
-    EXPECT_EQ(readingOf(resultWith("numericValue", std::int64_t{46})).numericValue, 46);
+// Sources that name their own readings
+
+TEST(BuildSelfNamedReading, TakesEveryFieldFromTheResult) {
+    const SMCReading expected{.key = "k10temp-pci-00c3/temp1",
+                              .name = "Tctl",
+                              .category = SMCCategory::cpu,
+                              .type = "hwmon",
+                              .value = "45.50",
+                              .numericValue = 45.5,
+                              .unit = "°C",
+                              .raw = "45500",
+                              .status = "OK"};
+    EXPECT_EQ(buildReading(selfNamedResult()), expected);
 }
 
-SMCKeyResult keyed(std::string_view key, std::string_view value) {
-    return {{"key", std::string(key)}, {"value", std::string(value)}};
+TEST(BuildSelfNamedReading, GivesNothingWithoutANameACategoryOrAUnit) {
+    for (const auto field : {&RawReading::name, &RawReading::category, &RawReading::unit}) {
+        EXPECT_EQ(buildReading(changed(selfNamedResult(), field, std::nullopt)), std::nullopt);
+    }
 }
 
-/// The value of the only result.
-std::string onlyValue(const std::vector<SMCKeyResult>& results) {
-    return results.size() == 1 ? results.front().textOr("value", "") : "not one result";
+TEST(BuildSelfNamedReading, AnEmptyUnitIsAUnit) {
+    EXPECT_EQ(readingOf(changed(selfNamedResult(), &RawReading::unit, "")).key, "k10temp-pci-00c3/temp1");
+}
+
+TEST(BuildSelfNamedReading, FilesAnUnknownCategoryUnderMiscSensors) {
+    for (const std::string category : {"Chipset", "cpu", ""}) {
+        SCOPED_TRACE(category);
+        EXPECT_EQ(readingOf(changed(selfNamedResult(), &RawReading::category, category)).category,
+                  SMCCategory::sensors);
+    }
+}
+
+TEST(BuildSelfNamedReading, IsNotScaled) {
+    RawReading battery = selfNamedResult();
+    battery.key = "BAT0-acpi-0/in0";
+    battery.category = "Battery";
+    battery.unit = "V";
+    battery.numericValue = 12500;
+    EXPECT_EQ(readingOf(battery).value, "12500");
+    EXPECT_EQ(readingOf(battery).numericValue, 12500);
+}
+
+TEST(BuildSelfNamedReading, KeepsAValueWithoutANumber) {
+    RawReading state = selfNamedResult();
+    state.value = "Charging";
+    state.numericValue = std::nullopt;
+    EXPECT_EQ(readingOf(state).value, "Charging");
+}
+
+std::string keysIn(const std::vector<RawReading>& results) {
+    std::string keys;
+    for (const RawReading& result : results) keys.append(keys.empty() ? "" : " ").append(result.key);
+    return keys;
+}
+
+std::string valuesIn(const std::vector<RawReading>& results) {
+    std::string values;
+    for (const RawReading& result : results) values.append(values.empty() ? "" : " ").append(result.value);
+    return values;
 }
 
 TEST(MergedResults, IgnoresKeysThatAreNotFourCharactersLong) {
     const auto merged = mergedResults({keyed("TC0", "1"), keyed("TC0PP", "2"), keyed("", "3"), {}},
-                                      {keyed("FAN", "4"), keyed("FAN10", "5"), {{"key", 4.0}}});
-    EXPECT_EQ(merged.size(), 0U);
+                                      {keyed("FAN", "4"), keyed("FAN10", "5"), {}});
+    EXPECT_EQ(keysIn(merged), "");
 }
 
 TEST(MergedResults, CountsCharactersAndNotBytes) {
@@ -130,51 +209,56 @@ TEST(MergedResults, CountsCharactersAndNotBytes) {
     EXPECT_EQ(mergedResults({keyed("B°°", "1")}, {}).size(), 0U);
 }
 
+TEST(MergedResults, KeepsSelfNamedKeysOfAnyLength) {
+    const auto merged =
+        mergedResults({keyed("k10temp-pci-00c3/temp1", "1"), keyed("a/b", "2"), keyed("thermal/1", "3")}, {});
+    EXPECT_EQ(keysIn(merged), "a/b k10temp-pci-00c3/temp1 thermal/1");
+}
+
 TEST(MergedResults, KeepsTheLastCandidateOfAKey) {
-    const auto merged = mergedResults({keyed("TC0P", "1"), keyed("TC0P", "2")}, {});
-    EXPECT_EQ(onlyValue(merged), "2");
+    EXPECT_EQ(valuesIn(mergedResults({keyed("TC0P", "1"), keyed("TC0P", "2")}, {})), "2");
 }
 
 TEST(MergedResults, KeepsTheLastCandidateOfEveryKey) {
     const auto merged = mergedResults({keyed("TC1P", "1"), keyed("TC0P", "2"), keyed("TC1P", "3"),
                                        keyed("TC0P", "4"), keyed("TC1P", "5"), keyed("TC2P", "6")},
                                       {});
-    std::string values;
-    for (const SMCKeyResult& result : merged) values += result.textOr("value", "");
-    EXPECT_EQ(values, "456");
+    EXPECT_EQ(valuesIn(merged), "4 5 6");
 }
 
 TEST(MergedResults, AreInCodeUnitOrder) {
     const auto merged = mergedResults({keyed("TC0p", "1"), keyed("TC0P", "2"), keyed("B0AV", "3")}, {});
-    std::string order;
-    for (const SMCKeyResult& result : merged) order += result.textOr("key", "");
-    EXPECT_EQ(order, "B0AVTC0PTC0p");
+    EXPECT_EQ(keysIn(merged), "B0AV TC0P TC0p");
 }
 
-SMCKeyResult numbered(std::string_view value, Value number) {
-    SMCKeyResult result = keyed("F0Ac", value);
-    result.set("numericValue", std::move(number));
-    return result;
+TEST(MergedResults, PutRegistryFansWhereTheirKeysBelong) {
+    const auto merged = mergedResults({keyed("B0AV", "1"), keyed("TC0P", "2")},
+                                      {keyed("FAN1", "3"), keyed("FAN0", "4"), keyed("A0AA", "5")});
+    EXPECT_EQ(keysIn(merged), "A0AA B0AV FAN0 FAN1 TC0P");
+}
+
+RawReading numbered(std::string value, std::optional<double> number) {
+    return changed(keyed("F0Ac", std::move(value)), &RawReading::numericValue, number);
 }
 
 TEST(MergedResults, KeepAFanThatTheControllerAnsweredWithAFiniteNumber) {
-    for (const Value& number : {Value(0.0), Value(std::int64_t{1200})}) {
+    for (const double number : {0.0, 1200.0}) {
         const auto merged = mergedResults({numbered("controller", number)}, {numbered("registry", 900.0)});
-        EXPECT_EQ(onlyValue(merged), "controller");
+        EXPECT_EQ(valuesIn(merged), "controller");
     }
 }
 
 TEST(MergedResults, TakeTheRegistrysFanForOneWithoutAFiniteNumber) {
-    for (const SMCKeyResult& answer : {keyed("F0Ac", "controller"), numbered("controller", infinity),
-                                       numbered("controller", notANumber), numbered("controller", "1200")}) {
+    for (const RawReading& answer : {keyed("F0Ac", "controller"), numbered("controller", infinity),
+                                     numbered("controller", -infinity), numbered("controller", notANumber)}) {
         const auto merged = mergedResults({answer}, {numbered("registry", 900.0)});
-        EXPECT_EQ(onlyValue(merged), "registry");
+        EXPECT_EQ(valuesIn(merged), "registry");
     }
 }
 
 TEST(MergedResults, KeepTheFirstOfTwoRegistryFansWithNumbers) {
     const auto merged = mergedResults({}, {numbered("first", 900.0), numbered("second", 901.0)});
-    EXPECT_EQ(onlyValue(merged), "first");
+    EXPECT_EQ(valuesIn(merged), "first");
 }
 
 } // namespace

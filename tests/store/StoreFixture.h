@@ -12,23 +12,30 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 namespace kelvinbar::fakes {
 
+/// A notification as its observers received it.
+struct Posted {
+    std::string_view name;
+    std::variant<SMCSamplingRate, MenuBarReadingChange, DisplayModeChange, ManualSizeChange> content;
+};
+
 /// A store over a machine of fakes, its queues cranked by the test.
 struct StoreFixture : testing::Test {
     FakeMachine machine;
+    Machine machineOfStore = machine.machine(); ///< what makeStore() hands over
     RecordingUserDefaults defaults;
     NotificationCenter notifications;
     FakeWallClock wallClock;
-    FakeMonotonicClock monotonicClock;
     ManualMainQueue mainQueue;
     ManualBackgroundQueue backgroundQueue;
 
-    std::vector<Notification> posted;
+    std::vector<Posted> posted;
     std::vector<std::string>
         events; ///< "field: new value" and "post: name", in order, from recordEvents() on
     std::vector<Registration> registrations;
@@ -37,25 +44,22 @@ struct StoreFixture : testing::Test {
 
     StoreFixture() {
         wallClock.time += std::chrono::hours(24);
-        for (const std::string_view name : {kelvinbarSamplingRateChanged, kelvinbarMenuBarReadingChanged,
-                                            kelvinbarDisplayModeChanged, kelvinbarManualSizeChanged}) {
-            registrations.push_back(notifications.addObserver(name, [this](const Notification& notification) {
-                posted.push_back(notification);
-                if (recording_) events.push_back("post: " + std::string(notification.name));
-            }));
-        }
+        observe(kelvinbarSamplingRateChanged);
+        observe(kelvinbarMenuBarReadingChanged);
+        observe(kelvinbarDisplayModeChanged);
+        observe(kelvinbarManualSizeChanged);
     }
 
     [[nodiscard]] FakeSMCDriver& driver() const { return *machine.driver; }
 
     /// Makes the store, whose first refresh then waits.
     void makeStore() {
-        store = std::make_unique<KelvinbarStore>(StorePorts{.defaults = defaults,
+        store = std::make_unique<KelvinbarStore>(StorePorts{.machine = machineOfStore,
+                                                            .defaults = defaults,
                                                             .notifications = notifications,
                                                             .mainQueue = mainQueue,
                                                             .backgroundQueue = backgroundQueue,
-                                                            .wallClock = wallClock,
-                                                            .monotonicClock = monotonicClock});
+                                                            .wallClock = wallClock});
     }
 
     /// Makes the store over a controller of `keys` and lets its first refresh end.
@@ -100,12 +104,14 @@ struct StoreFixture : testing::Test {
         record("isLoading", store->isLoading(), [](bool value) { return value ? "true" : "false"; });
     }
 
-    [[nodiscard]] std::vector<Notification> postedUnder(std::string_view name) const {
-        std::vector<Notification> found;
-        for (const Notification& notification : posted) {
-            if (notification.name == name) found.push_back(notification);
+    /// The contents of the notifications of that name, in order.
+    template <typename Content>
+    [[nodiscard]] std::vector<Content> postedUnder(const NotificationName<Content>& name) const {
+        std::vector<Content> contents;
+        for (const Posted& each : posted) {
+            if (each.name == name.name) contents.push_back(std::get<Content>(each.content));
         }
-        return found;
+        return contents;
     }
 
     [[nodiscard]] std::vector<std::string> readingKeys() const {
@@ -123,6 +129,15 @@ struct StoreFixture : testing::Test {
     }
 
   private:
+    template <typename Content>
+    void observe(const NotificationName<Content>& name) {
+        registrations.push_back(
+            notifications.addObserver<Content>(name, [this, name = name.name](const Content& content) {
+                posted.push_back({name, content});
+                if (recording_) events.push_back("post: " + std::string(name));
+            }));
+    }
+
     template <typename Texts>
     static std::string joined(const Texts& texts) {
         std::string line;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +15,6 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-
-std::optional<double> numberOf(const Value& entry) { return numericValue(&entry); }
 
 /// With a value text that never shows: there is a number.
 NormalizedValue normalized(std::string_view key, double number, std::string_view unit) {
@@ -39,34 +38,19 @@ void expectNormalized(const std::vector<Case>& cases) {
     }
 }
 
-TEST(NumericValue, AnAbsentEntryHasNoNumber) { EXPECT_EQ(numericValue(nullptr), std::nullopt); }
+TEST(NumericValue, AnAbsentNumberStaysAbsent) { EXPECT_EQ(numericValue(std::nullopt), std::nullopt); }
 
-TEST(NumericValue, AFiniteDoubleIsItself) {
-    EXPECT_EQ(numberOf(40.5), 40.5);
-    EXPECT_EQ(numberOf(0.0), 0.0);
-    EXPECT_EQ(numberOf(std::numeric_limits<double>::lowest()), std::numeric_limits<double>::lowest());
-}
-
-TEST(NumericValue, AWholeNumberCounts) {
-    EXPECT_EQ(numberOf(std::int64_t{1450}), 1450.0);
-    EXPECT_EQ(numberOf(std::int64_t{-3}), -3.0);
+TEST(NumericValue, AFiniteNumberIsItself) {
+    for (const double number : {40.5, 0.0, 1450.0, -3.0, std::numeric_limits<double>::lowest(),
+                                std::numeric_limits<double>::max()}) {
+        EXPECT_EQ(numericValue(number), number);
+    }
 }
 
 TEST(NumericValue, InfinityAndNotANumberHaveNoNumber) {
-    EXPECT_EQ(numberOf(infinity), std::nullopt);
-    EXPECT_EQ(numberOf(-infinity), std::nullopt);
-    EXPECT_EQ(numberOf(notANumber), std::nullopt);
-}
-
-TEST(NumericValue, AnEntryThatIsTextHasNoNumber) {
-    EXPECT_EQ(numberOf(std::string("12")), std::nullopt);
-    EXPECT_EQ(numberOf(std::string()), std::nullopt);
-}
-
-TEST(NumericValue, BytesListsAndTruthValuesHaveNoNumber) {
-    EXPECT_EQ(numberOf(Data{12}), std::nullopt);
-    EXPECT_EQ(numberOf(TextList{"12"}), std::nullopt);
-    EXPECT_EQ(numberOf(true), std::nullopt);
+    EXPECT_EQ(numericValue(infinity), std::nullopt);
+    EXPECT_EQ(numericValue(-infinity), std::nullopt);
+    EXPECT_EQ(numericValue(notANumber), std::nullopt);
 }
 
 TEST(NormalizeValue, WithoutANumberTheTextOfTheControllerIsUnchanged) {
@@ -79,10 +63,9 @@ TEST(NormalizeValue, WithoutANumberTheTextOfTheControllerIsUnchanged) {
     }
 }
 
-TEST(NormalizeValue, AnEntryWithInfinityOrNotANumberShowsTheTextOfTheController) {
+TEST(NormalizeValue, InfinityAndNotANumberShowTheTextOfTheController) {
     for (const double number : {infinity, -infinity, notANumber}) {
-        const Value entry = number;
-        EXPECT_EQ(normalizeValue("F0Ac", "0000807F", numericValue(&entry), "RPM"),
+        EXPECT_EQ(normalizeValue("F0Ac", "0000807F", numericValue(number), "RPM"),
                   (NormalizedValue{"0000807F", std::nullopt}));
     }
 }
@@ -138,6 +121,17 @@ TEST(NormalizeValue, OtherKeysAreNotScaled) {
         {"VBAT", "V", 12500, "12500", 12500},
         {"ACPW", "W", 65000, "65000", 65000},
         {"CPCH", "V", 12500, "12500", 12500},
+    });
+}
+
+TEST(NormalizeValue, SelfNamedKeysAreNotScaled) {
+    expectNormalized({
+        {"BAT0-acpi-0/in0", "V", 12500, "12500", 12500},
+        {"BAT0-acpi-0/curr1", "A", -1500, "-1500", -1500},
+        {"BAT0/power", "W", 15000, "15000", 15000},
+        {"CHG0-isa-0000/in0", "V", 150, "150", 150},
+        // A key of four characters is a controller's, whatever it contains.
+        {"B0/V", "V", 12500, "12.50", 12.5},
     });
 }
 

@@ -4,20 +4,40 @@
 #include "machines/linux/naming/TextPattern.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace kelvinbar {
 
 namespace {
 
-/// Controls of ASCII and of Unicode's first page; marks that join, split or turn text around.
+/// The code point of a well-formed character of up to three bytes; longer ones count as none that is looked
+/// for.
+std::uint32_t codePoint(std::string_view character) {
+    if (character.size() == 1) return static_cast<unsigned char>(character.front());
+    if (character.size() > 3) return 0xFFFF;
+    const std::uint32_t lead = character.size() == 2 ? 0x1FU : 0x0FU;
+    std::uint32_t code = static_cast<unsigned char>(character.front()) & lead;
+    for (const char byte : character.substr(1))
+        code = (code << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
+    return code;
+}
+
+struct CodeRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+/// Controls, and marks that join, split or turn text around.
+constexpr std::array invisibleRanges{CodeRange{0x00, 0x1F},     CodeRange{0x7F, 0x9F},
+                                     CodeRange{0x200B, 0x200F}, CodeRange{0x2028, 0x202E},
+                                     CodeRange{0x2060, 0x206F}, CodeRange{0xFEFF, 0xFEFF}};
+
 bool isInvisible(std::string_view character) {
-    const auto first = static_cast<unsigned char>(character.front());
-    if (first < 0x20 || first == 0x7F) return true;
-    if (character.size() == 2) return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
-    const bool isMark = character >= "\xE2\x80\x8B" && character <= "\xE2\x80\x8F";
-    const bool isTurn = character >= "\xE2\x80\xA8" && character <= "\xE2\x80\xAE";
-    const bool isIsolate = character >= "\xE2\x81\xA0" && character <= "\xE2\x81\xAF";
-    return character.size() == 3 && (isMark || isTurn || isIsolate || character == "\xEF\xBB\xBF");
+    const std::uint32_t code = codePoint(character);
+    return std::ranges::any_of(invisibleRanges, [code](const CodeRange& range) {
+        return range.first <= code && code <= range.last;
+    });
 }
 
 void appendCharacter(std::string& cleaned, std::string_view character) {

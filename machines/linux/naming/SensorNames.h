@@ -3,20 +3,16 @@
 #include "catalogue/SMCCategory.h"
 #include "machines/linux/naming/SensorChannel.h"
 
-#include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kelvinbar {
 
-inline constexpr std::size_t longestSensorName = 40; ///< characters
-
 /// What a reading of a channel carries besides its value.
 struct SensorName {
     std::string key;  ///< "k10temp-pci-00c3/temp1": the chip as libsensors names it, a slash, the feature
-    std::string name; ///< "CPU Tctl"; unique among the chips, at most longestSensorName characters
+    std::string name; ///< "CPU Tctl"; unique among the chips, 1 to 40 characters
     SMCCategory category = SMCCategory::unknown;
     std::string unit; ///< "°C", "V", …; empty for texts, counts and flags
     std::string
@@ -31,8 +27,5 @@ struct SensorName {
 /// order of their device paths ("power_meter-acpi-0#2/power1"). A name also depends on the other chips: it
 /// tells no more than is needed to tell them apart. Neither depends on the order of `chips`.
 std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vector<SensorChip>& chips);
-
-/// The type column of a chip's readings.
-std::string typeOf(const SensorChip& chip);
 
 } // namespace kelvinbar

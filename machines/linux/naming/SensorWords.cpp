@@ -2,7 +2,6 @@
 
 #include "machines/linux/naming/TextPattern.h"
 
-#include <algorithm>
 #include <array>
 
 namespace kelvinbar {
@@ -81,9 +80,9 @@ constexpr std::array devices{
 
     // Mainboards and notebooks
     DeviceRow{superIO, "Mainboard"},
-    DeviceRow{"asus_wmi_sensors|asus_wmi_ec_sensors|asus-ec-sensors|asusec|atk0110|abituguru*", "Mainboard",
-              Category::thermal, byNumber, wholeLabels},
-    DeviceRow{"hp_wmi_sensors|gigabyte_wmi|msi_wmi_platform|lm85*|adt746?|w83l*|f75*|lm87|lm93|lm96*|fsc*|"
+    DeviceRow{"asus_wmi_sensors|asus_wmi_ec_sensors|asus-ec-sensors|asusec|atk0110|abituguru*|hp_wmi_sensors",
+              "Mainboard", Category::thermal, byNumber, wholeLabels},
+    DeviceRow{"gigabyte_wmi|msi_wmi_platform|lm85*|adt746?|w83l*|f75*|lm87|lm93|lm96*|fsc*|"
               "ftsteutates|"
               "adm1???|gl5*|aem*|ibm*|aspeed*|cgbc*|qnap*|nsa320",
               "Mainboard"},
@@ -204,8 +203,6 @@ constexpr std::array labels{
     LabelRow{any, power, "pout?", "Output Power #"},
 
     // Batteries and chargers
-    LabelRow{batteries, temperature, "temp", "Temperature"},
-    LabelRow{batteries, temperature, "temp ambient", "Ambient Temperature"},
     LabelRow{supplies, voltage, "voltage_now", "Voltage"},
     LabelRow{supplies, current, "current_now", "Current"},
     LabelRow{supplies, power, "power_now", "Power"},
@@ -214,8 +211,8 @@ constexpr std::array labels{
     LabelRow{supplies, charge, "charge_full_design|energy_full_design", "Design Charge"},
     LabelRow{supplies, count, "cycle_count", "Cycles"},
     LabelRow{supplies, percent, "capacity", "Level"},
-    LabelRow{supplies, temperature, "temp", "Temperature"},
-    LabelRow{supplies, temperature, "temp_ambient", "Ambient Temperature"},
+    LabelRow{any, temperature, "temp", "Temperature"},
+    LabelRow{any, temperature, "temp_ambient|temp ambient", "Ambient Temperature"},
     LabelRow{supplies, duration, "time_to_empty_now", "Time to Empty"},
     LabelRow{supplies, duration, "time_to_full_now", "Time to Full"},
     LabelRow{supplies, text, "status", "Status"},
@@ -231,8 +228,6 @@ constexpr std::array categories{
     CategoryRow{any, temperature, "*cpu*|*processor*|*peci*|*tsi*_temp*|*amd tsi*|*package*", Category::cpu},
 };
 
-bool fitsKind(std::optional<SensorKind> wanted, SensorKind kind) { return !wanted || *wanted == kind; }
-
 } // namespace
 
 std::span<const DeviceRow> deviceRows() { return devices; }
@@ -242,17 +237,18 @@ std::span<const LabelRow> labelRows() { return labels; }
 std::span<const CategoryRow> categoryRows() { return categories; }
 
 const DeviceRow* deviceRowOf(std::string_view type) {
-    const auto row = std::ranges::find_if(
-        devices, [type](const DeviceRow& entry) { return fitsPattern(entry.chips, type); });
-    return row == devices.end() ? nullptr : &*row;
+    for (const DeviceRow& row : devices) {
+        if (fitsPattern(row.chips, type)) return &row;
+    }
+    return nullptr;
 }
 
 const LabelRow* labelRowOf(std::string_view type, SensorKind kind, std::string_view label) {
-    const auto row = std::ranges::find_if(labels, [&](const LabelRow& entry) {
-        return fitsKind(entry.kind, kind) && fitsPattern(entry.chips, type) &&
-               fitsPattern(entry.labels, label);
-    });
-    return row == labels.end() ? nullptr : &*row;
+    for (const LabelRow& row : labels) {
+        const bool isOfKind = !row.kind || *row.kind == kind;
+        if (isOfKind && fitsPattern(row.chips, type) && fitsPattern(row.labels, label)) return &row;
+    }
+    return nullptr;
 }
 
 std::string_view kindWords(SensorKind kind) {

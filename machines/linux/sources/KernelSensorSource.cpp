@@ -2,8 +2,10 @@
 
 #include "base/NumberText.h"
 #include "machines/linux/applesmc/AppleSMCChannels.h"
-#include "machines/linux/naming/ControllerCoverage.h"
+#include "machines/linux/applesmc/ControllerCoverage.h"
+#include "machines/linux/migration/FormerKeys.h"
 #include "machines/linux/naming/SensorNames.h"
+#include "machines/linux/naming/SensorPlaces.h"
 #include "machines/linux/sources/SensorChips.h"
 
 #include <algorithm>
@@ -30,10 +32,12 @@ class KernelSensorSource::ListBuilder {
     void add(const SensorChip& chip, const std::vector<std::optional<SensorName>>& names,
              const KeySet& controllerKeys) {
         const auto power = powerOf(chip);
-        for (std::size_t place = 0; place < chip.channels.size(); ++place) {
-            const SensorChannel& channel = chip.channels[place];
-            if (!names[place] || isMeasuredByController(chip, channel, controllerKeys)) continue;
-            append(prototypeOf(*names[place]), {}, channel, power);
+        for (std::size_t index = 0; index < chip.channels.size(); ++index) {
+            const SensorChannel& channel = chip.channels[index];
+            if (!names[index] || isMeasuredByController(chip, channel, controllerKeys)) continue;
+            if (auto place = sensorPlace(chip, channel))
+                places_.emplace(names[index]->key, *std::move(place));
+            append(prototypeOf(*names[index]), {}, channel, power);
         }
     }
 
@@ -50,6 +54,8 @@ class KernelSensorSource::ListBuilder {
             if (name) sensors_.push_back({*std::move(name), {}, std::nullopt});
         }
     }
+
+    std::map<std::string, std::string> takePlaces() { return std::move(places_); }
 
     Sensors finish() && {
         const auto keyOf = [](const Sensor& sensor) -> std::string_view { return sensor.prototype.key; };
@@ -88,6 +94,7 @@ class KernelSensorSource::ListBuilder {
     SensorFiles& files_;
     std::shared_ptr<const MonotonicClock> clock_;
     Sensors sensors_;
+    std::map<std::string, std::string> places_;
 };
 
 KernelSensorSource::KernelSensorSource(std::filesystem::path root,
@@ -97,7 +104,7 @@ KernelSensorSource::KernelSensorSource(std::filesystem::path root,
 SourceStatus KernelSensorSource::status() {
     const std::lock_guard lock(mutex_);
     if (sensors_->empty()) {
-        rebuilt({});
+        rebuild({});
         isUnlisted_ = true;
     }
     if (sensors_->empty()) return {.isAvailable = false, .message = "No sensors"};
@@ -112,7 +119,7 @@ bool KernelSensorSource::isCurrent(const KeySet& listedBefore) const {
 
 std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBefore) {
     const std::lock_guard lock(mutex_);
-    if (!isCurrent(listedBefore)) rebuilt(listedBefore);
+    if (!isCurrent(listedBefore)) rebuild(listedBefore);
     isUnlisted_ = false;
     std::vector<std::string> keys;
     keys.reserve(sensors_->size());
@@ -120,24 +127,38 @@ std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBe
     return keys;
 }
 
-std::shared_ptr<const KernelSensorSource::Sensors> KernelSensorSource::rebuilt(const KeySet& listedBefore) {
+void KernelSensorSource::rebuild(const KeySet& listedBefore) {
     const std::vector<SensorChip> chips = sensorChips(root_, log_);
     const auto names = sensorNames(chips);
-    const KeySet controllerKeys = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
+    controllerKeys_ = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
     ListBuilder builder(*sensors_, files_, clock_);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
         if (chip.name != appleSMCChip) {
-            builder.add(chip, names[place], controllerKeys);
+            builder.add(chip, names[place], controllerKeys_);
         } else if (listedBefore.empty()) {
             builder.addControllerChip(chip);
         }
     }
+    places_ = builder.takePlaces();
     sensors_ = std::make_shared<const Sensors>(std::move(builder).finish());
     builtAt_ = clock_->now();
     log_.write(LogCategory::sourceKernel, LogLevel::debug,
                [this] { return std::to_string(sensors_->size()) + " sensors found"; });
-    return sensors_;
+}
+
+KeyHistory KernelSensorSource::keyHistory(bool withFormerKeys) {
+    const std::lock_guard lock(mutex_);
+    KeyHistory history{.places = places_, .formerKeys = std::nullopt};
+    if (!withFormerKeys) return history;
+    const std::vector<SensorChip> chips = sensorChips(root_, log_);
+    const auto names = sensorNames(chips);
+    history.formerKeys.emplace();
+    for (const auto& [key, place] : formerKeys(chips, controllerKeys_)) {
+        const auto& name = names[place.chip][place.channel];
+        if (name) history.formerKeys->emplace(key, name->key);
+    }
+    return history;
 }
 
 std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const std::string> keys) {

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -32,6 +33,7 @@ class KernelSensorSource final : public SensorSource {
 
     /// Leaves out what a controller measures already, going by the keys it listed.
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
+    KeyHistory keyHistory(bool withFormerKeys) override;
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
 
     std::vector<RawReading> readSMCSuperIOFans() override { return {}; }
@@ -51,7 +53,7 @@ class KernelSensorSource final : public SensorSource {
     /// Fills in `reading`; false when there is none.
     static bool read(const Sensor& sensor, RawReading& reading);
     static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
-    std::shared_ptr<const Sensors> rebuilt(const KeySet& listedBefore);
+    void rebuild(const KeySet& listedBefore);
     [[nodiscard]] bool isCurrent(const KeySet& listedBefore) const;
 
     const std::filesystem::path root_;
@@ -61,6 +63,8 @@ class KernelSensorSource final : public SensorSource {
     std::mutex mutex_; ///< guards what follows
     SensorFiles files_;
     std::shared_ptr<const Sensors> sensors_ = std::make_shared<const Sensors>();
+    std::map<std::string, std::string> places_; ///< of the last list, as in KeyHistory
+    KeySet controllerKeys_;                     ///< of the sources before this one, when it was made
     std::chrono::nanoseconds builtAt_{0};
     bool isUnlisted_ = false; ///< the sensors were found by `status` and not listed since
 };

@@ -82,9 +82,7 @@ void LiveSensor::meter(const LiveSensor* earlier) {
     }
 }
 
-bool LiveSensor::isFaulty() const {
-    return fault_ != nullptr && fault_->isOpen() && fault_->number() != 0;
-}
+bool LiveSensor::isFaulty() const { return fault_ != nullptr && fault_->isOpen() && fault_->number() != 0; }
 
 std::optional<SensorSample> LiveSensor::read() const {
     if (power_ != nullptr && power_->isAsleep()) {

@@ -15,20 +15,6 @@ namespace kelvinbar {
 
 namespace {
 
-/// Drops what the class of hardware monitors repeats of a supply.
-void dropRepeatedSupplies(std::vector<SensorChip>& chips, const std::vector<SensorChip>& supplies) {
-    for (const SensorChip& supply : supplies) {
-        const std::string name = hwmonNameOfSupply(supply);
-        for (SensorChip& chip : chips) {
-            if (chip.name != name) continue;
-            std::erase_if(chip.channels, [&](const SensorChannel& channel) {
-                return std::ranges::find(supply.channels, channel.kind, &SensorChannel::kind) !=
-                       supply.channels.end();
-            });
-        }
-    }
-}
-
 bool isReadable(const std::filesystem::path& file) {
     const int descriptor = openRegularFile(file);
     if (descriptor >= 0) ::close(descriptor);
@@ -52,9 +38,7 @@ void dropUnreadableCounters(std::vector<SensorChip>& chips, Log& log) {
 
 std::vector<SensorChip> sensorChips(const std::filesystem::path& root, Log& log) {
     std::vector<SensorChip> chips = hwmonChips(root);
-    std::vector<SensorChip> supplies = powerSupplyChips(root);
-    dropRepeatedSupplies(chips, supplies);
-    std::ranges::move(supplies, std::back_inserter(chips));
+    std::ranges::move(powerSupplyChips(root), std::back_inserter(chips));
     std::ranges::move(processorPowerChips(root), std::back_inserter(chips));
     dropUnreadableCounters(chips, log);
     nameHybridCores(root, chips);

@@ -9,8 +9,8 @@
 namespace kelvinbar {
 
 /// All chips with sensors that the kernel publishes below `root`, the directory that holds sys/: hardware
-/// monitors, power supplies and the processors' energy counters. What one class repeats of another is there
-/// once, and counters that only the administrator may read are left out.
+/// monitors, power supplies and the processors' energy counters. Counters that only the administrator may
+/// read are left out.
 std::vector<SensorChip> sensorChips(const std::filesystem::path& root, Log& log);
 
 } // namespace kelvinbar

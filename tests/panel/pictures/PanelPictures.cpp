@@ -1,8 +1,7 @@
 #include "tests/panel/pictures/PanelPictures.h"
 
 #include "machines/demo/DemoMachine.h"
-#include "tests/fakes/FakeIORegistry.h"
-#include "tests/fakes/FakeSMCDriver.h"
+#include "tests/panel/EmptyMachine.h"
 #include "tests/panel/pictures/PanelStage.h"
 
 #include <QQuickWindow>
@@ -12,16 +11,6 @@
 namespace kelvinbar {
 
 namespace {
-
-/// A machine whose controller lists no key, or cannot be found; nothing stands in for it.
-Machine emptyMachine(bool hasController, std::shared_ptr<const MonotonicClock> clock) {
-    auto driver = std::make_shared<fakes::FakeSMCDriver>();
-    driver->hasService = hasController;
-    return {.driver = std::move(driver),
-            .registry = std::make_shared<fakes::FakeIORegistry>(),
-            .system = nullptr,
-            .clock = std::move(clock)};
-}
 
 /// The demo machine with a few readings pinned, at rest.
 class DemoStage : public PanelStage {
@@ -84,7 +73,7 @@ QImage scanning() {
 
 QImage emptyPanel(bool hasController) {
     PanelStage stage([hasController](std::shared_ptr<const MonotonicClock> clock) {
-        return emptyMachine(hasController, std::move(clock));
+        return fakes::emptyMachine(hasController, std::move(clock));
     });
     stage.finishRefresh();
     stage.open();

@@ -16,12 +16,6 @@ namespace {
 /// The screen that the panel would open on.
 constexpr Rect visibleFrame{0, 0, 1440, 1200};
 
-StorePorts portsOver(const PanelStage::MakeMachine& makeMachine, const StorePorts& ports,
-                     std::shared_ptr<const MonotonicClock> clock) {
-    useMachine(makeMachine(std::move(clock)));
-    return ports;
-}
-
 bool isNamed(QQuickItem& item, const QString& name) {
     const auto* const accessible = QAccessible::queryAccessibleInterface(&item);
     if (accessible == nullptr || !item.isVisible()) return false;
@@ -48,21 +42,20 @@ constexpr int untilNothingMoves = 1000;
 } // namespace
 
 PanelStage::PanelStage(const MakeMachine& makeMachine)
-    : store_(portsOver(makeMachine,
-                       {.defaults = defaults_,
-                        .notifications = notifications_,
-                        .mainQueue = mainQueue_,
-                        .backgroundQueue = backgroundQueue_,
-                        .wallClock = wallClock_,
-                        .monotonicClock = *clock_},
-                       clock_))
-    , panel_(makePanelWindow(
-          store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }, .systemSymbols = {}})) {}
+    : store_({.machine = makeMachine(std::make_shared<fakes::FakeMonotonicClock>()),
+              .defaults = defaults_,
+              .notifications = notifications_,
+              .mainQueue = mainQueue_,
+              .backgroundQueue = backgroundQueue_,
+              .wallClock = wallClock_})
+    , panel_(makePanelWindow(store_, {.loginItem = loginItem_,
+                                      .close = [] {},
+                                      .prefersReducedMotion = [] { return true; },
+                                      .systemSymbols = {}})) {}
 
 PanelStage::~PanelStage() {
     panel_.reset();
     store_.shutdown();
-    useMachine({});
 }
 
 void PanelStage::finishRefresh() {

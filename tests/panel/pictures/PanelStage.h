@@ -7,6 +7,7 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/FakeShell.h"
 #include "tests/fakes/ManualQueues.h"
 
 #include <QImage>
@@ -54,12 +55,14 @@ class PanelStage {
     QImage picture();
 
   private:
-    std::shared_ptr<fakes::FakeMonotonicClock> clock_ = std::make_shared<fakes::FakeMonotonicClock>();
     InMemoryUserDefaults defaults_;
     NotificationCenter notifications_;
     fakes::FakeWallClock wallClock_;
     fakes::ManualMainQueue mainQueue_;
     fakes::ManualBackgroundQueue backgroundQueue_;
+    fakes::ShellJournal journal_;
+    fakes::FakeLoginItemService loginItemService_{journal_};
+    LoginItemManager loginItem_{loginItemService_};
     KelvinbarStore store_;
     std::unique_ptr<PanelWindow> panel_;
 };

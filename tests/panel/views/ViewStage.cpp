@@ -8,9 +8,8 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
-#include "tests/fakes/FakeIORegistry.h"
-#include "tests/fakes/FakeSMCDriver.h"
 #include "tests/fakes/ManualQueues.h"
+#include "tests/panel/EmptyMachine.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -29,16 +28,6 @@ namespace kelvinbar {
 namespace {
 
 using Clock = std::shared_ptr<fakes::FakeMonotonicClock>;
-
-/// Nothing stands in for its controller.
-Machine emptyMachine(bool hasController, const Clock& clock) {
-    auto driver = std::make_shared<fakes::FakeSMCDriver>();
-    driver->hasService = hasController;
-    return {.driver = std::move(driver),
-            .registry = std::make_shared<fakes::FakeIORegistry>(),
-            .system = nullptr,
-            .clock = clock};
-}
 
 template <typename Texts>
 QStringList qtTexts(const Texts& texts) {
@@ -81,15 +70,15 @@ struct ViewStage::Scene {
     PanelContent content;
     std::vector<std::unique_ptr<PanelControls>> controls;
 
-    explicit Scene(Clock sceneClock)
+    Scene(Clock sceneClock, Machine machine, LoginItemManager& loginItem)
         : clock(std::move(sceneClock))
-        , store({.defaults = defaults,
+        , store({.machine = std::move(machine),
+                 .defaults = defaults,
                  .notifications = notifications,
                  .mainQueue = mainQueue,
                  .backgroundQueue = backgroundQueue,
-                 .wallClock = wallClock,
-                 .monotonicClock = *clock})
-        , content(store, SensorListMetrics(textScale()), [this] { ++closings; }) {}
+                 .wallClock = wallClock})
+        , content(store, loginItem, SensorListMetrics(textScale()), [this] { ++closings; }) {}
 
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
@@ -103,12 +92,9 @@ struct ViewStage::Scene {
     }
 };
 
-ViewStage::ViewStage() { LoginItemManager::useService(loginItem_); }
+ViewStage::ViewStage() = default;
 
-ViewStage::~ViewStage() {
-    scenes_.clear();
-    useMachine({});
-}
+ViewStage::~ViewStage() = default;
 
 PanelContent* ViewStage::content() const { return scenes_.empty() ? nullptr : &scene().content; }
 
@@ -118,10 +104,7 @@ int ViewStage::closings() const { return scene().closings; }
 
 void ViewStage::enter(std::unique_ptr<Scene> scene) {
     if (!scenes_.empty()) scenes_.back()->content.panelDidClose();
-    loginItem_.letsRegister = true;
-    loginItem_.registered = false;
-    loginItem_.succeeds = true;
-    loginItem_.needsApproval = false;
+    loginItemService_.reset();
     constexpr bool reducedMotion = true;
     scene->content.panelWillOpen(reducedMotion);
     scenes_.push_back(std::move(scene));
@@ -130,8 +113,7 @@ void ViewStage::enter(std::unique_ptr<Scene> scene) {
 
 void ViewStage::startScanning() {
     const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
-    useMachine(makeDemoMachine(clock));
-    enter(std::make_unique<Scene>(clock));
+    enter(std::make_unique<Scene>(clock, makeDemoMachine(clock), loginItem_));
 }
 
 void ViewStage::start() {
@@ -141,8 +123,7 @@ void ViewStage::start() {
 
 void ViewStage::startEmpty(bool hasController) {
     const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
-    useMachine(emptyMachine(hasController, clock));
-    enter(std::make_unique<Scene>(clock));
+    enter(std::make_unique<Scene>(clock, fakes::emptyMachine(hasController, clock), loginItem_));
     finishRefresh();
 }
 
@@ -156,7 +137,8 @@ PanelControls* ViewStage::makeControls(const QString& author, const QString& con
         .donationPage = donationPage,
         .open = [this](const QUrl& address) { openedAddresses_ << address.toString(); },
         .quit = [this] { ++quits_; }};
-    scene().controls.push_back(std::make_unique<PanelControls>(scene().store, std::move(environment)));
+    scene().controls.push_back(
+        std::make_unique<PanelControls>(scene().store, loginItem_, std::move(environment)));
     PanelControls* const controls = scene().controls.back().get();
     QQmlEngine::setObjectOwnership(controls, QQmlEngine::CppOwnership);
     return controls;

@@ -96,9 +96,9 @@ class ViewStage final : public QObject {
 
     // The desktop
 
-    Q_INVOKABLE [[nodiscard]] bool startsAtLogin() const { return loginItem_.registered; }
+    Q_INVOKABLE [[nodiscard]] bool startsAtLogin() const { return loginItemService_.registered; }
 
-    Q_INVOKABLE void setLoginItemWorks(bool works) { loginItem_.succeeds = works; }
+    Q_INVOKABLE void setLoginItemWorks(bool works) { loginItemService_.succeeds = works; }
 
     Q_INVOKABLE [[nodiscard]] static QString clipboardText();
     Q_INVOKABLE static void setClipboardText(const QString& text);
@@ -118,7 +118,8 @@ class ViewStage final : public QObject {
     void enter(std::unique_ptr<Scene> scene);
 
     fakes::ShellJournal journal_;
-    fakes::FakeLoginItemService loginItem_{journal_};
+    fakes::FakeLoginItemService loginItemService_{journal_};
+    LoginItemManager loginItem_{loginItemService_};
     std::vector<std::unique_ptr<Scene>> scenes_; ///< views of former ones may still be there
     QStringList openedAddresses_;
     int quits_ = 0;

@@ -109,37 +109,103 @@ TEST_F(HwmonChipsTest, AChannelIsFoundThatCannotBeReadAtTheMoment) {
     EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{temperature, 1}, {temperature, 2}}));
 }
 
+TEST_F(HwmonChipsTest, AChannelKnowsTheKernelsNameForIt) {
+    write("temp3_input", "1\n");
+    EXPECT_EQ(onlyChannel(temperature).feature, "temp3");
+}
+
+TEST_F(HwmonChipsTest, WhereNoFanIsMeasuredItsOutputIsFoundInPercent) {
+    const fs::path file = write("pwm2", "128\n");
+    write("pwm2_enable", "1\n");
+    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{percent, 2}}));
+    EXPECT_EQ(onlyChannel(percent).feature, "pwm2");
+    EXPECT_EQ(onlyChannel(percent).file, file);
+    EXPECT_DOUBLE_EQ(255 / onlyChannel(percent).countsPerUnit, 100);
+}
+
+TEST_F(HwmonChipsTest, WhereAFanIsMeasuredOutputsAreNoChannels) {
+    write("fan1_input", "1200\n");
+    write("pwm1", "128\n");
+    write("pwm2", "128\n");
+    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 1}}));
+}
+
+// What a chip is named after
+
+/// A chip of a drive: its device is in a class of its own, behind which the device on the bus is.
+class ChipOfADrive : public testing::Test {
+  protected:
+    ChipOfADrive() {
+        tree.write(drive / "hwmon3/name", "nvme\n");
+        link("sys/class/hwmon/hwmon3", tree.root() / drive / "hwmon3");
+        link(drive / "hwmon3/device", "../../nvme0");
+        link(drive / "subsystem", "../../../../../class/nvme");
+        link(drive / "device", "../../../0000:01:00.0");
+        link(controller / "subsystem", "../../../bus/pci");
+    }
+
+    void link(const fs::path& path, const fs::path& target) {
+        fs::create_directories((tree.root() / path).parent_path());
+        fs::create_symlink(target, tree.root() / path);
+    }
+
+    [[nodiscard]] SensorChip onlyChip() const { return hwmonChips(tree.root()).at(0); }
+
+    fakes::TemporaryTree tree;
+    fs::path controller = "sys/devices/pci0000:00/0000:01:00.0";
+    fs::path drive = controller / "nvme/nvme0";
+};
+
+TEST_F(ChipOfADrive, IsNamedAsLibsensorsNamesItAfterTheDeviceOnTheBus) {
+    EXPECT_EQ(onlyChip().sensorsName, "nvme-pci-0100");
+}
+
+TEST_F(ChipOfADrive, HasTheDrivesModel) {
+    EXPECT_EQ(onlyChip().model, "");
+    tree.write(drive / "model", "Samsung SSD 980             \n");
+    EXPECT_EQ(onlyChip().model, "Samsung SSD 980");
+}
+
+TEST_F(ChipOfADrive, HasNoNetworkInterface) { EXPECT_EQ(onlyChip().network, ""); }
+
+TEST_F(ChipOfADrive, HasTheModelOfTheDriveBelowAController) {
+    tree.remove("sys/class/hwmon/hwmon3");
+    tree.remove(drive / "hwmon3");
+    tree.write(controller / "hwmon/hwmon3/name", "nvme\n");
+    link("sys/class/hwmon/hwmon3", tree.root() / controller / "hwmon/hwmon3");
+    link(controller / "hwmon/hwmon3/device", "../../../0000:01:00.0");
+    tree.write(drive / "model", "Samsung SSD 980\n");
+    EXPECT_EQ(onlyChip().model, "Samsung SSD 980");
+    EXPECT_EQ(onlyChip().sensorsName, "nvme-pci-0100");
+}
+
+TEST(ChipOfANetworkCard, HasTheCardsInterface) {
+    fakes::TemporaryTree tree;
+    const fs::path card = "sys/devices/pci0000:00/0000:05:00.0";
+    const fs::path chip = card / "ieee80211/phy0/hwmon4";
+    tree.write(chip / "name", "mt7921_phy0\n");
+    tree.makeDirectory(card / "net/wlp5s0");
+    fs::create_directories(tree.root() / "sys/class/hwmon");
+    fs::create_symlink(tree.root() / chip, tree.root() / "sys/class/hwmon/hwmon4");
+    fs::create_symlink("../../phy0", tree.root() / chip / "device");
+    EXPECT_EQ(hwmonChips(tree.root()).at(0).network, "wlp5s0");
+}
+
+TEST_F(HwmonChipsTest, AChipWithoutADeviceIsVirtual) {
+    write("name", "bogus\n");
+    EXPECT_EQ(onlyChip().sensorsName, "bogus-virtual-0");
+}
+
 TEST_F(HwmonChipsTest, OtherFilesAreNoChannels) {
-    for (const std::string_view file : {"temp1_inputx",
-                                        "tempX_input",
-                                        "temp_input",
-                                        "temp99999999_input",
-                                        "pwm01",
-                                        "pwm1_enable",
-                                        "intrusion0_alarm",
-                                        "temp1_max",
-                                        "temp1_crit",
-                                        "temp1_label",
-                                        "temp1_input_highest",
-                                        "in1_min",
-                                        "temp-1_input",
-                                        "temp 1_input",
-                                        "temp1x_input",
-                                        "xtemp1_input",
-                                        "temp1",
-                                        "temp1_",
-                                        "_input",
-                                        "input",
-                                        "name",
-                                        "uevent",
-                                        "power1_cap",
-                                        "temp1_average",
-                                        "in1_average",
-                                        "curr1_average",
-                                        "fan1_pulses",
-                                        "cpu0_vid",
-                                        "Temp1_input",
-                                        "temp65536_input"}) {
+    for (const std::string_view file :
+         {"temp1_inputx",  "tempX_input",  "temp_input",     "temp99999999_input",
+          "pwm01",         "pwm",          "pwm1_enable",    "intrusion0_alarm",
+          "temp1_max",     "temp1_crit",   "temp1_label",    "temp1_input_highest",
+          "in1_min",       "temp-1_input", "temp 1_input",   "temp1x_input",
+          "xtemp1_input",  "temp1",        "temp1_",         "_input",
+          "input",         "name",         "uevent",         "power1_cap",
+          "temp1_average", "in1_average",  "curr1_average",  "fan1_pulses",
+          "cpu0_vid",      "Temp1_input",  "temp65536_input"}) {
         write(file, "1\n");
     }
     EXPECT_THAT(onlyChip().channels, IsEmpty());

@@ -65,6 +65,13 @@ class PowerSuppliesTest : public testing::Test {
     fakes::TemporaryTree tree;
 };
 
+TEST_F(PowerSuppliesTest, ASupplyIsNamedAfterItsEntryAndItsChannelsAfterTheirFiles) {
+    write("BAT0/type", "Battery\n");
+    write("BAT0/voltage_now", "12000000\n");
+    EXPECT_EQ(powerSupplyChips(tree.root()).at(0).sensorsName, "BAT0");
+    EXPECT_EQ(channel("voltage_now").value_or(SensorChannel()).feature, "voltage_now");
+}
+
 TEST_F(PowerSuppliesTest, EveryAttributeIsAChannelWithItsKindAndScale) {
     struct Expected {
         std::string_view attribute;

@@ -3,6 +3,7 @@
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,20 @@ TEST_F(ProcessorPowerTest, EveryPowerZoneIsAChipInNaturalOrder) {
     addZone("intel-rapl:0:2", "uncore\n");
     addZone("intel-rapl:0:0", "core\n");
     EXPECT_THAT(labels(), ElementsAre("package-0", "core", "uncore", "dram", "package-1"));
+}
+
+TEST_F(ProcessorPowerTest, AZoneIsNamedAfterItsEntryAndKnowsItsSocket) {
+    addZone("intel-rapl:1", "package-1\n");
+    addZone("intel-rapl:1:0", "core\n");
+    addZone("intel-rapl:2", "psys\n");
+    const auto chips = processorPowerChips(tree.root());
+    ASSERT_EQ(chips.size(), 3U);
+    EXPECT_EQ(chips[0].sensorsName, "intel-rapl-1");
+    EXPECT_EQ(chips[0].channels.at(0).feature, "energy");
+    EXPECT_EQ(chips[0].place, 1);
+    EXPECT_EQ(chips[1].sensorsName, "intel-rapl-1-0");
+    EXPECT_EQ(chips[1].place, 1);
+    EXPECT_EQ(chips[2].place, std::nullopt);
 }
 
 TEST_F(ProcessorPowerTest, AZonesCounterIsEnergyInMillionthsWithItsRange) {

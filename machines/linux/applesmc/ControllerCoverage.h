@@ -9,7 +9,8 @@
 namespace kelvinbar {
 
 /// Whether one of `controllerKeys` measures the same as the channel.
-bool isMeasuredByController(const SensorChip& chip, const SensorChannel& channel, const KeySet& controllerKeys);
+bool isMeasuredByController(const SensorChip& chip, const SensorChannel& channel,
+                            const KeySet& controllerKeys);
 
 /// The keys with which the controller's driver labels its channels, where its keys cannot be listed.
 KeySet keysOfControllerChips(const std::vector<SensorChip>& chips);

@@ -1,0 +1,179 @@
+#include "machines/linux/migration/FormerKeys.h"
+
+#include "base/NumberText.h"
+#include "base/Text.h"
+#include "machines/linux/migration/KeyPattern.h"
+#include "machines/linux/migration/SensorRules.h"
+#include "smc/RegistryFans.h"
+#include "smc/SMCKeyText.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Fans that were published in a registry, under the keys FAN0 to FAN7.
+constexpr std::size_t mostRegistryFans = 8;
+
+/// The last decimal number in a label such as "Core 12" or "TSI0_TEMP".
+std::optional<int> lastNumber(std::string_view label) {
+    while (!label.empty() && !isDecimalDigit(label.back())) label.remove_suffix(1);
+    std::size_t first = label.size();
+    while (first > 0 && isDecimalDigit(label[first - 1])) --first;
+    return wholeNumberIn<int>(label.substr(first));
+}
+
+class Assignment {
+  public:
+    Assignment(const std::vector<SensorChip>& chips, const KeySet& controllerKeys)
+        : chips_(chips), controllerKeys_(controllerKeys) {}
+
+    std::map<std::string, ChannelPlace> make() && {
+        leaveOutCovered();
+        placeRegistryFans();
+        for (const SensorRule& rule : sensorRules()) apply(rule);
+        for (const FanAttributeRule& rule : fanAttributeRules()) apply(rule);
+        return std::move(keys_);
+    }
+
+  private:
+    [[nodiscard]] const SensorChannel& at(ChannelPlace place) const {
+        return chips_[place.chip].channels[place.channel];
+    }
+
+    template <typename Visit>
+    void forEachOpenChannel(std::string_view chips, SensorKind kind, Visit visit) {
+        for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
+            if (!fitsPattern(chips, chips_[chip].name)) continue;
+            for (std::size_t channel = 0; channel < chips_[chip].channels.size(); ++channel) {
+                const ChannelPlace place{chip, channel};
+                if (!done_.contains(place) && at(place).kind == kind) visit(place);
+            }
+        }
+    }
+
+    void give(ChannelPlace place, const std::string& key) {
+        done_.insert(place);
+        keys_.emplace(key, place);
+    }
+
+    [[nodiscard]] bool isFree(const std::string& key) const {
+        return !keys_.contains(key) && !controllerKeys_.contains(key);
+    }
+
+    /// The first rule that fits a channel decided whether the controller measures it already.
+    void leaveOutCovered() {
+        std::set<ChannelPlace> decided;
+        for (const SensorRule& rule : sensorRules()) {
+            const bool isCovered = !rule.coveredBy.empty() && hasKeyLike(rule.coveredBy);
+            forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+                if (!fitsPattern(rule.labels, at(place).label) || !decided.insert(place).second) return;
+                if (isCovered) done_.insert(place);
+            });
+        }
+    }
+
+    /// Keys differ by letter case, unlike the names of chips and labels.
+    [[nodiscard]] bool hasKeyLike(std::string_view pattern) const {
+        return fitsAnyAlternative(pattern, [&](std::string_view alternative) {
+            return std::ranges::any_of(controllerKeys_, [&](const std::string& key) {
+                return std::ranges::equal(alternative, key,
+                                          [](char left, char right) { return left == '?' || left == right; });
+            });
+        });
+    }
+
+    // Fans of the registry
+
+    /// Whether the walk over the registry took the channel for one fan, by its label.
+    [[nodiscard]] bool isNamedFan(ChannelPlace place) const {
+        const SensorChannel& fan = at(place);
+        const auto hasThisName = [&](const SensorChannel& other) {
+            return other.kind == fan.kind && other.label == fan.label;
+        };
+        return stringContainsFanHint(fan.label) &&
+               !(isPrintableSMCKey(fan.label) && fan.label.front() == 'F') &&
+               std::ranges::count_if(chips_[place.chip].channels, hasThisName) == 1;
+    }
+
+    /// The walk numbered them chip by chip.
+    void placeRegistryFans() {
+        std::vector<ChannelPlace> fans;
+        for (const std::string_view chips : registryChips()) {
+            forEachOpenChannel(chips, SensorKind::fan, [&](ChannelPlace place) {
+                if (fans.size() < mostRegistryFans && isNamedFan(place)) fans.push_back(place);
+            });
+        }
+        std::ranges::sort(fans);
+        for (std::size_t index = 0; index < fans.size(); ++index) {
+            give(fans[index], "FAN" + std::to_string(index));
+        }
+    }
+
+    // Keys by the rules
+
+    void apply(const SensorRule& rule) {
+        forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+            if (!fitsPattern(rule.labels, at(place).label)) return;
+            if (const auto key = freeKey(rule, place)) give(place, *key);
+        });
+    }
+
+    [[nodiscard]] std::optional<std::string> freeKey(const SensorRule& rule, ChannelPlace place) const {
+        const KeyDigits digits{.chipIndex = chipIndex(rule.chips, place.chip),
+                               .labelNumber = lastNumber(at(place).label),
+                               .channelNumber = at(place).number};
+        for (std::string_view rest = rule.keys; !rest.empty();) {
+            const auto key =
+                keyByPattern(rest.substr(0, 4), digits, [this](const auto& each) { return isFree(each); });
+            if (key) return key;
+            rest.remove_prefix(std::min<std::size_t>(5, rest.size()));
+        }
+        return std::nullopt;
+    }
+
+    /// Chips of a family were counted in their order.
+    [[nodiscard]] int chipIndex(std::string_view family, std::size_t chip) const {
+        const auto end = chips_.begin() + static_cast<std::ptrdiff_t>(chip);
+        return static_cast<int>(std::count_if(
+            chips_.begin(), end, [&](const SensorChip& each) { return fitsPattern(family, each.name); }));
+    }
+
+    // Attributes of fans
+
+    /// The front of a fan's key ("F0"), if the fan has one.
+    [[nodiscard]] std::optional<std::string> fanKeyFront(std::size_t chip, int number) const {
+        for (const auto& [key, place] : keys_) {
+            const bool isFan = place.chip == chip && key.ends_with("Ac") && at(place).kind == SensorKind::fan;
+            if (isFan && at(place).number == number) return key.substr(0, 2);
+        }
+        return std::nullopt;
+    }
+
+    void apply(const FanAttributeRule& rule) {
+        forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+            const auto front = fanKeyFront(place.chip, at(place).number);
+            if (front && isFree(*front + std::string(rule.keyEnd)))
+                give(place, *front + std::string(rule.keyEnd));
+        });
+    }
+
+    const std::vector<SensorChip>& chips_;
+    const KeySet& controllerKeys_;
+    std::set<ChannelPlace> done_;
+    std::map<std::string, ChannelPlace> keys_;
+};
+
+} // namespace
+
+std::map<std::string, ChannelPlace> formerKeys(const std::vector<SensorChip>& chips,
+                                               const KeySet& controllerKeys) {
+    return Assignment(chips, controllerKeys).make();
+}
+
+} // namespace kelvinbar

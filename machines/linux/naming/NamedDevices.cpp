@@ -1,0 +1,282 @@
+#include "machines/linux/naming/NamedDevices.h"
+
+#include "base/NaturalOrder.h"
+#include "base/Text.h"
+#include "machines/linux/naming/NameText.h"
+#include "machines/linux/naming/TextPattern.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <optional>
+#include <set>
+#include <system_error>
+#include <tuple>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+using enum SensorKind;
+
+std::string supplyType(const SensorChip& supply) {
+    std::string type = supply.name.substr(0, supply.name.find(':'));
+    const bool isUsb = type == "charger" && fitsPattern("ucsi*|tcpm*|*usb*", supply.sensorsName);
+    return isUsb ? "usb" : type;
+}
+
+bool isApplesController(const SensorChip& chip) { return chip.name == "applesmc"; }
+
+std::string_view featurePrefix(SensorKind kind) {
+    switch (kind) {
+    case voltage:
+        return "in";
+    case current:
+        return "curr";
+    case power:
+        return "power";
+    case energy:
+        return "energy";
+    case fan:
+        return "fan";
+    case frequency:
+        return "freq";
+    case humidity:
+        return "humidity";
+    default:
+        return "temp";
+    }
+}
+
+bool isSupply(const SensorChip& chip) {
+    return contains(chip.name, ":") && chip.name == std::string(chip.stableName).append(chip.sensorsName);
+}
+
+/// The name of the hwmon chip that the kernel makes for a supply.
+std::string hwmonNameOf(const SensorChip& supply) { return replacedAll(supply.sensorsName, "-", "_"); }
+
+bool hasKind(const SensorChip& chip, SensorKind kind) {
+    return std::ranges::find(chip.channels, kind, &SensorChannel::kind) != chip.channels.end();
+}
+
+// Order
+
+std::string contentOf(const SensorChip& chip) {
+    std::string content;
+    for (const SensorChannel& channel : chip.channels) {
+        content.append(featureOf(channel)).append("=").append(channel.label).append("\n");
+    }
+    return content;
+}
+
+/// The part of a path up to the next slash, which the path loses.
+std::string_view takeFolder(std::string_view& path) {
+    const std::string_view folder = path.substr(0, path.find('/'));
+    path.remove_prefix(std::min(folder.size() + 1, path.size()));
+    return folder;
+}
+
+/// Folder by folder. Addresses ("0000:0a:00.0") are hexadecimal numbers of one width and compare as text;
+/// other names have decimal numbers.
+bool isEarlierPath(std::string_view left, std::string_view right) {
+    while (!left.empty() && !right.empty()) {
+        const std::string_view mine = takeFolder(left);
+        const std::string_view other = takeFolder(right);
+        if (mine == other) continue;
+        return contains(mine, ":") && contains(other, ":") ? mine < other : comesBeforeNaturally(mine, other);
+    }
+    return left.empty() && !right.empty();
+}
+
+bool isEarlier(const SensorChip& left, const SensorChip& right) {
+    if (isEarlierPath(left.device, right.device)) return true;
+    if (isEarlierPath(right.device, left.device)) return false;
+    const auto identity = [](const SensorChip& chip) {
+        return std::tuple(chip.device, chip.sensorsName, contentOf(chip), chip.folder);
+    };
+    return identity(left) < identity(right);
+}
+
+// Devices
+
+/// Chips that no row names are known by their network interface, where they have one.
+std::string familyOf(const SensorChip& chip, const std::string& type) {
+    if (deviceRowOf(type) != nullptr || chip.network.empty()) return type;
+    return chip.network.starts_with("w") ? "wlan0" : "eth0";
+}
+
+/// What an unknown chip is called: by its driver.
+std::string driverWords(std::string_view type) {
+    constexpr std::string_view zone = "_thermal";
+    if (type.ends_with(zone) && type.size() > zone.size()) type.remove_suffix(zone.size());
+    const std::string words = cleanedText(replacedAll(type, "_", " "));
+    return words.empty() || words == "hwmon" ? "Sensor" : words;
+}
+
+/// The slot of a memory module: its place among the eight addresses that the bus keeps for them.
+std::optional<int> slotOf(const SensorChip& chip) {
+    constexpr int slots = 8;
+    if (chip.place) return chip.place;
+    const std::string_view name = chip.sensorsName;
+    if (!contains(name, "-i2c-")) return std::nullopt;
+    const std::string_view address = name.substr(name.rfind('-') + 1);
+    int number = 0;
+    const auto parsed = std::from_chars(address.data(), address.data() + address.size(), number, 16);
+    return parsed.ec == std::errc() ? std::optional(number % slots) : std::nullopt;
+}
+
+NamedDevice deviceOf(const SensorChip& chip) {
+    NamedDevice device;
+    device.chip = &chip;
+    device.type = typeOf(chip);
+    device.keyStart = keyText(chip.sensorsName.empty() ? device.type : chip.sensorsName);
+    device.family = familyOf(chip, device.type);
+    device.row = deviceRowOf(device.family);
+    device.words = device.row == nullptr ? driverWords(device.type) : std::string(device.row->words);
+    return device;
+}
+
+TellApart tellApartOf(const NamedDevice& device) {
+    return device.row == nullptr ? TellApart::byNumber : device.row->tellApart;
+}
+
+std::string detailOf(const NamedDevice& device) {
+    switch (tellApartOf(device)) {
+    case TellApart::byModel:
+        return cleanedText(device.chip->model);
+    case TellApart::byInterface:
+        return cleanedText(device.chip->network);
+    default:
+        return {};
+    }
+}
+
+/// The socket or slot that the device tells of itself.
+std::optional<int> ownPlace(const NamedDevice& device) {
+    switch (tellApartOf(device)) {
+    case TellApart::bySocket:
+        return device.chip->place;
+    case TellApart::bySlot:
+        return slotOf(*device.chip);
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Numbers the devices of each family. A supply and the hwmon chip that the kernel makes for it are one.
+class DeviceCounter {
+  public:
+    explicit DeviceCounter(const std::vector<NamedDevice>& devices) {
+        for (const NamedDevice& device : devices) {
+            if (isSupply(*device.chip)) supplies_.insert(hwmonNameOf(*device.chip));
+        }
+        for (const NamedDevice& device : devices) families_[familyOf(device)].insert(identityOf(device));
+    }
+
+    [[nodiscard]] bool isAlone(const NamedDevice& device) const {
+        return families_.at(familyOf(device)).size() == 1;
+    }
+
+    /// Counted from 1 among those with the same detail, in the order of the calls.
+    int numberOf(const NamedDevice& device) {
+        auto& seen = seen_[{familyOf(device), device.detail}];
+        const std::string identity = identityOf(device);
+        const auto place = std::ranges::find(seen, identity);
+        const auto number = static_cast<int>(place - seen.begin()) + 1;
+        if (place == seen.end()) seen.push_back(identity);
+        return number;
+    }
+
+  private:
+    static std::string familyOf(const NamedDevice& device) {
+        return device.row == nullptr ? device.type : std::string(device.row->chips);
+    }
+
+    [[nodiscard]] std::string identityOf(const NamedDevice& device) const {
+        if (isSupply(*device.chip)) return hwmonNameOf(*device.chip);
+        return supplies_.contains(device.type) ? device.type : device.keyStart;
+    }
+
+    std::set<std::string> supplies_;
+    std::map<std::string, std::set<std::string>> families_;
+    std::map<std::pair<std::string, std::string>, std::vector<std::string>> seen_;
+};
+
+void countDevices(std::vector<NamedDevice>& devices) {
+    DeviceCounter counter(devices);
+    for (NamedDevice& device : devices) {
+        if (!counter.isAlone(device)) device.detail = detailOf(device);
+        const std::optional<int> place = ownPlace(device);
+        device.number = place ? *place + 1 : counter.numberOf(device);
+        device.isNumberShown = device.number > 1 || tellApartOf(device) == TellApart::bySlot;
+    }
+}
+
+void countKeys(std::vector<NamedDevice>& devices) {
+    std::map<std::string, int> counts;
+    for (NamedDevice& device : devices) {
+        const int count = ++counts[device.keyStart];
+        if (count > 1) device.keyStart.append("#").append(std::to_string(count));
+    }
+}
+
+} // namespace
+
+std::string typeOf(const SensorChip& chip) {
+    if (isSupply(chip)) return supplyType(chip);
+    const std::string type = cleanedText(chip.name);
+    return type.empty() ? "hwmon" : type;
+}
+
+std::string featureOf(const SensorChannel& channel) {
+    if (!channel.feature.empty()) return channel.feature;
+    return std::string(featurePrefix(channel.kind)).append(std::to_string(channel.number));
+}
+
+bool isMeasured(const SensorChannel& channel) {
+    switch (channel.kind) {
+    case fanMinimum:
+    case fanMaximum:
+    case fanTarget:
+    case fanSafe:
+    case fanMode:
+        return false;
+    default:
+        return true;
+    }
+}
+
+bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
+    if (!isSupply(supply)) return false;
+    const std::string name = hwmonNameOf(supply);
+    return std::ranges::any_of(
+        chips, [&](const SensorChip& chip) { return chip.name == name && hasKind(chip, kind); });
+}
+
+std::string keyText(std::string_view text) {
+    std::string key(text);
+    const auto isControl = [](char character) {
+        return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
+    };
+    std::ranges::replace_if(key, isControl, '_');
+    return key;
+}
+
+std::vector<NamedDevice> namedDevices(const std::vector<SensorChip>& chips) {
+    std::vector<const SensorChip*> order;
+    for (const SensorChip& chip : chips) {
+        const bool hasReadings = std::ranges::any_of(chip.channels, isMeasured);
+        if (hasReadings && !isApplesController(chip)) order.push_back(&chip);
+    }
+    std::ranges::stable_sort(order,
+                             [](const auto* left, const auto* right) { return isEarlier(*left, *right); });
+    std::vector<NamedDevice> devices;
+    devices.reserve(order.size());
+    for (const SensorChip* const chip : order) devices.push_back(deviceOf(*chip));
+    countKeys(devices);
+    countDevices(devices);
+    return devices;
+}
+
+} // namespace kelvinbar

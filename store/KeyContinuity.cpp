@@ -1,0 +1,70 @@
+#include "store/KeyContinuity.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr std::string_view keyPlacesKey = "KelvinbarKeyPlaces";
+constexpr std::string_view keysCarriedOverKey = "KelvinbarKeysCarriedOver";
+
+constexpr char separator = '\t'; // no key holds one
+
+} // namespace
+
+KeyContinuity::KeyContinuity(UserDefaults& defaults)
+    : defaults_(defaults)
+    , places_(storedPlaces(defaults))
+    , isCarriedOver_(defaults.number(keysCarriedOverKey) > 0) {}
+
+KeyContinuity::Places KeyContinuity::storedPlaces(const UserDefaults& defaults) {
+    Places places;
+    for (const std::string& entry : defaults.textList(keyPlacesKey).value_or(TextList{})) {
+        const std::size_t end = entry.find(separator);
+        if (end != std::string::npos) places.emplace(entry.substr(0, end), entry.substr(end + 1));
+    }
+    return places;
+}
+
+std::string KeyContinuity::currentKey(const std::string& key) const {
+    if (const auto stored = places_.find(key); stored != places_.end()) {
+        const auto isThere = [&](const auto& entry) { return entry.second == stored->second; };
+        const auto found = std::ranges::find_if(history_.places, isThere);
+        if (found != history_.places.end()) return found->first;
+    }
+    if (isCarriedOver_ || !history_.formerKeys) return key;
+    const auto former = history_.formerKeys->find(key);
+    return former == history_.formerKeys->end() ? key : former->second;
+}
+
+/// A key whose device is absent keeps the place that was stored for it.
+void KeyContinuity::note(Places& places, const std::string& key) const {
+    if (const auto now = history_.places.find(key); now != history_.places.end()) {
+        places.insert_or_assign(key, now->second);
+    } else if (const auto stored = places_.find(key); stored != places_.end()) {
+        places.insert_or_assign(key, stored->second);
+    }
+}
+
+void KeyContinuity::remember(const std::vector<std::string>& pinned, const KeySet& hidden) {
+    Places places;
+    for (const std::string& key : pinned) note(places, key);
+    for (const std::string& key : hidden) note(places, key);
+    if (history_.formerKeys && !std::exchange(isCarriedOver_, true)) {
+        defaults_.setNumber(keysCarriedOverKey, 1);
+    }
+    if (places == places_) return;
+    places_ = std::move(places);
+    TextList entries;
+    for (const auto& [key, place] : places_) entries.push_back(std::string(key) + separator + place);
+    if (entries.empty()) {
+        defaults_.remove(keyPlacesKey);
+    } else {
+        defaults_.setTextList(keyPlacesKey, entries);
+    }
+}
+
+} // namespace kelvinbar
