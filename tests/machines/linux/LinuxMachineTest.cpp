@@ -132,9 +132,10 @@ TEST_F(LinuxMachineTest, ADeviceThatAppearsMakesTheMachineReadable) {
 TEST_F(LinuxMachineTest, AFilledTreeGivesItsReadings) {
     add(computer);
     const auto lines = snapshotLines(makeMachine());
-    for (const std::string_view line : {"coretemp-isa-0000/temp1\tcoretemp\tCPU Package\t45 °C\tRAW=45000",
-                                        "coretemp-isa-0000/temp2\tcoretemp\tCore 0\t44 °C\tRAW=44000",
-                                        "nct6798-isa-0290/fan1\tnct6798\tMainboard CPU Fan\t1200 RPM\tRAW=1200"}) {
+    for (const std::string_view line :
+         {"coretemp-isa-0000/temp1\tcoretemp\tCPU Package\t45 °C\tRAW=45000",
+          "coretemp-isa-0000/temp2\tcoretemp\tCore 0\t44 °C\tRAW=44000",
+          "nct6798-isa-0290/fan1\tnct6798\tMainboard CPU Fan\t1200 RPM\tRAW=1200"}) {
         EXPECT_THAT(lines, Contains(line));
     }
     EXPECT_THAT(lines, Contains(AllOf(StartsWith("nvme-pci-0100/temp1\tnvme\t"), HasSubstr("\t38.85 °C\t"))));

@@ -1,6 +1,5 @@
-#include "machines/linux/naming/KeyAssignment.h"
-
 #include "catalogue/SMCKeyDatabase.h"
+#include "machines/linux/naming/KeyAssignment.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -598,26 +597,28 @@ TEST_F(KeyAssignmentTest, LabelsOfTheControllersOwnChipLeaveOutWhatTheyTell) {
 // Fans
 
 TEST_F(KeyAssignmentTest, AttributesOfAFanShareItsDigit) {
-    const Chips chips{chip("platform/applesmc.768", "applesmc",
-                           {labelled(fan, 1, "Left side"), labelled(fan, 2, "Right side"),
-                            unlabelled(fanMinimum, 1), unlabelled(fanMinimum, 2), unlabelled(fanMaximum, 2),
-                            unlabelled(fanTarget, 1), unlabelled(fanSafe, 2), unlabelled(fanMode, 1)})};
+    const Chips chips{
+        chip("platform/applesmc.768", "applesmc",
+             {labelled(fan, 1, "Left side"), labelled(fan, 2, "Right side"), unlabelled(fanMinimum, 1),
+              unlabelled(fanMinimum, 2), unlabelled(fanMaximum, 2), unlabelled(fanTarget, 1),
+              unlabelled(fanSafe, 2), unlabelled(fanMode, 1), unlabelled(fanName, 2)})};
     const KeyPlan fans = plan(chips);
     EXPECT_EQ(keysOf(fans, chips, 0),
-              (Texts{"F0Ac", "F1Ac", "F0Mn", "F1Mn", "F1Mx", "F0Tg", "F1Sf", "F0Md"}));
+              (Texts{"F0Ac", "F1Ac", "F0Mn", "F1Mn", "F1Mx", "F0Tg", "F1Sf", "F0Md", "F1ID"}));
     EXPECT_EQ(typeOf(fans, 0, 0), "fpe2");
     EXPECT_EQ(typeOf(fans, 0, 2), "fpe2");
     EXPECT_EQ(typeOf(fans, 0, 7), "ui8 ");
+    EXPECT_EQ(typeOf(fans, 0, 8), "ch8*");
 }
 
 TEST_F(KeyAssignmentTest, AttributesFollowTheirFanWhereItsNumberIsNotItsDigit) {
     const Chips chips{
-        chip("a", "dell_smm", {unlabelled(fan, 1)}),
-        chip("b", "macsmc_hwmon",
-             {unlabelled(fan, 1), unlabelled(fan, 2), unlabelled(fanMinimum, 1), unlabelled(fanMinimum, 2)})};
+        chip("a", "dell_smm", {unlabelled(fan, 1), unlabelled(fanName, 1)}),
+        chip("b", "thinkpad",
+             {unlabelled(fan, 1), unlabelled(fan, 2), unlabelled(fanName, 1), unlabelled(fanName, 2)})};
     const KeyPlan fans = plan(chips);
-    EXPECT_EQ(keysOf(fans, chips, 0), Texts{"F0Ac"});
-    EXPECT_EQ(keysOf(fans, chips, 1), (Texts{"F1Ac", "F2Ac", "F1Mn", "F2Mn"}));
+    EXPECT_EQ(keysOf(fans, chips, 0), (Texts{"F0Ac", "F0ID"}));
+    EXPECT_EQ(keysOf(fans, chips, 1), (Texts{"F1Ac", "F2Ac", "F1ID", "F2ID"}));
 }
 
 TEST_F(KeyAssignmentTest, FansOfAppleSiliconAreFloats) {
@@ -632,7 +633,7 @@ TEST_F(KeyAssignmentTest, FansOfAppleSiliconAreFloats) {
 TEST_F(KeyAssignmentTest, AttributesWithoutAKeyAreNotCounted) {
     const Chips chips{
         chip("a", "dell_smm", {unlabelled(fan, 1), unlabelled(fanMinimum, 1), unlabelled(fanTarget, 1)}),
-        chip("b", "applesmc", {unlabelled(fanMinimum, 3)})};
+        chip("b", "applesmc", {unlabelled(fanMinimum, 3), unlabelled(fanName, 3)})};
     const KeyPlan fans = plan(chips);
     EXPECT_EQ(fans.keys.size(), 1U);
     EXPECT_TRUE(fans.unplaced.empty());
@@ -640,36 +641,36 @@ TEST_F(KeyAssignmentTest, AttributesWithoutAKeyAreNotCounted) {
 
 TEST_F(KeyAssignmentTest, FansBeyondTheDigitsHaveKeysWithoutAttributes) {
     std::vector<SensorChannel> channels = unlabelledAll(fan, 12);
-    for (int number = 1; number <= 12; ++number) channels.push_back(unlabelled(fanMinimum, number));
-    const Chips chips{chip("a", "macsmc_hwmon", channels)};
+    for (int number = 1; number <= 12; ++number) channels.push_back(unlabelled(fanName, number));
+    const Chips chips{chip("a", "unknown", channels)};
     const KeyPlan fans = plan(chips);
     const Texts keys = keysOf(fans, chips, 0);
     EXPECT_EQ(keys[9], "F9Ac");
     EXPECT_EQ(keys[10], "Fan0");
     EXPECT_EQ(keys[11], "Fan1");
-    EXPECT_EQ(keys[12 + 9], "F9Mn");
+    EXPECT_EQ(keys[12 + 9], "F9ID");
     EXPECT_EQ(keys[12 + 10], "");
     EXPECT_EQ(keys[12 + 11], "");
     EXPECT_TRUE(fans.unplaced.empty());
 }
 
 TEST_F(KeyAssignmentTest, ControllersFansLeaveTheirDigits) {
-    const Chips chips{chip("a", "macsmc_hwmon", {unlabelled(fan, 1), unlabelled(fanMinimum, 1)})};
-    EXPECT_EQ(keysOf(plan(chips, {"F0Ac", "F0Mn", "F1Mn"}), chips, 0), (Texts{"F1Ac", ""}));
+    const Chips chips{chip("a", "dell_smm", {unlabelled(fan, 1), unlabelled(fanName, 1)})};
+    EXPECT_EQ(keysOf(plan(chips, {"F0Ac", "F0ID", "F1ID"}), chips, 0), (Texts{"F1Ac", ""}));
 }
 
 // Fans of the registry
 
 TEST_F(KeyAssignmentTest, FansOfSensorChipsAreInTheRegistry) {
-    const Chips chips{
-        chip("platform/nct6775.656", "nct6798", {unlabelled(fan, 1), labelled(fan, 2, "CPU Fan")}),
-        chip("platform/asus-ec", "asusec", {labelled(fan, 1, "CPU_Opt RPM")}),
-        chip("platform/dell", "dell_smm", {labelled(fan, 1, "Processor Fan")})};
+    const Chips chips{chip("platform/nct6775.656", "nct6798",
+                           {unlabelled(fan, 1), labelled(fan, 2, "CPU Fan"), unlabelled(fanName, 1)}),
+                      chip("platform/asus-ec", "asusec", {labelled(fan, 1, "CPU_Opt RPM")}),
+                      chip("platform/dell", "dell_smm", {labelled(fan, 1, "Processor Fan")})};
     const KeyPlan fans = plan(chips);
     EXPECT_EQ(registryLabels(fans, chips), (Texts{"fan1", "CPU Fan", "CPU_Opt RPM"}));
     EXPECT_EQ(fans.registryFans[0].className, "HwmonSuperIO");
     EXPECT_EQ(fans.registryFans[2].className, "HwmonACPISensors");
-    EXPECT_EQ(keysOf(fans, chips, 0), (Texts{"", ""}));
+    EXPECT_EQ(keysOf(fans, chips, 0), (Texts{"", "", ""}));
     EXPECT_EQ(keysOf(fans, chips, 1), Texts{""});
     EXPECT_EQ(keysOf(fans, chips, 2), Texts{"F0Ac"});
     EXPECT_TRUE(fans.unplaced.empty());
@@ -693,6 +694,12 @@ TEST_F(KeyAssignmentTest, FansThatShareALabelBecomeKeys) {
     EXPECT_EQ(keysOf(fans, chips, 0), (Texts{"F0Ac", "F1Ac", ""}));
     EXPECT_EQ(keysOf(fans, chips, 1), Texts{""});
     EXPECT_EQ(registryLabels(fans, chips), (Texts{"CPU Fan", "CPU Fan"}));
+}
+
+TEST_F(KeyAssignmentTest, ANameOfAFanIsNoFanOfTheSameLabel) {
+    const Chips chips{chip("platform/nct6775.656", "nct6798",
+                           {labelled(fan, 1, "CPU Fan"), labelled(fanName, 1, "CPU Fan")})};
+    EXPECT_EQ(registryLabels(plan(chips), chips), Texts{"CPU Fan"});
 }
 
 TEST_F(KeyAssignmentTest, TheRegistryHasNoMoreThanEightFans) {
