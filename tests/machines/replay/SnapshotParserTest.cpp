@@ -98,7 +98,9 @@ TEST(SnapshotParser, ReportsEveryKindOfUnusableLineWithItsNumberAndUsesTheRest) 
         "FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531",
         "FAN0\tioreg\tCPU Fan\t-1 RPM\tRAW=1",
         "FAN0\tioreg\tCPU Fan\t1e9 RPM\tRAW=3B9ACA00",
-        "FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA", // no fan by its name
+        "FAN0\tioreg\tCPU Fan\t30000.5 RPM\tRAW=7530",
+        "FAN0\tioreg\t\t1450 RPM\tRAW=5AA",     // no name
+        "zzzz\tioreg\tPump\t1450 RPM\tRAW=5AA", // not in the catalogue
         "N???\tnative\tSomething\t1\tRAW=1",
         "NCOR\tnative\tActive CPU Cores\tmany\tRAW=many",
         "NRAM\tnative\tPhysical Memory\t16.0 GB\tRAW=much",
@@ -144,7 +146,7 @@ TEST(SnapshotParser, ReportsAProcessorModelWithoutText) {
 
 TEST(SnapshotParser, ReportsProblemsInTheOrderOfTheLines) {
     const ReplayResult replay = replayed(
-        joined({"FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA", "junk", goodLine, "F0Ac\tioreg\tno\t1 RPM\tRAW=1",
+        joined({"FAN0\tioreg\t\t1450 RPM\tRAW=5AA", "junk", goodLine, "zzzz\tioreg\tno\t1 RPM\tRAW=1",
                 "TC2C\tsp78\t\t\tRAW=2", "FAN1\tioreg\tCPU Fan\t40000 RPM\tRAW=9C40"}));
     EXPECT_EQ(lineNumbers(replay.problems), (Numbers{1, 2, 4, 5, 6}));
 }
@@ -194,7 +196,7 @@ TEST(SnapshotParser, DoesNotLetAnUnusableKeyLineKeepALaterOneOut) {
 TEST(SnapshotParser, DoesNotLetAnUnusableFanLineKeepALaterOneOut) {
     for (const std::string_view unusable :
          {"FAN0\tioreg\tCPU Fan\t\tRAW=5AA", "FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531",
-          "FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA"}) {
+          "FAN0\tioreg\t\t1450 RPM\tRAW=5AA"}) {
         SCOPED_TRACE(unusable);
         const ReplayResult replay = replayed(joined({unusable, "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"}));
         EXPECT_EQ(lineNumbers(replay.problems), Numbers{1});
@@ -319,9 +321,10 @@ TEST(SnapshotParser, BearsWhiteSpaceAfterALine) {
         EXPECT_TRUE(parsed.problems.empty());
         EXPECT_EQ(keysOf(parsed), Keys{"TC0P"});
         EXPECT_EQ(parsed.machine.facts.physicalMemory, 17179869184U);
-        EXPECT_EQ(exportedReplay(text), std::string(exportedHead) +
-                                            "2\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384\n" +
-                                            std::string(goodLine));
+        std::string fan = "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384";
+        fan.append(blank.substr(0, blank.find('\r'))); // a raw text may end with blanks
+        EXPECT_EQ(exportedReplay(text),
+                  std::string(exportedHead).append("2\n\n").append(fan).append("\n").append(goodLine));
     }
 }
 
@@ -415,16 +418,14 @@ TEST(SnapshotParser, EndsOnAMillionJunkLines) {
 }
 
 TEST(SnapshotParser, EndsOnManyFanLines) {
-    constexpr int count = 50'000;
+    constexpr std::size_t count = 50'000;
     std::string text;
-    for (int number = 0; number < count; ++number) {
-        const std::string digits = std::to_string(100'000 + number).substr(1);
-        text.append("F").append(digits, 2, 3).append("\tioreg\tFan ").append(digits);
-        text.append("\t900 RPM\tRAW=384\n");
+    for (std::size_t number = 0; number < count; ++number) {
+        const char digit = static_cast<char>('0' + number % 4);
+        text.append("F").append(1, digit).append("Ac\tioreg\tFan\t900 RPM\tRAW=384\n");
     }
     const ReplayResult replay = replayed(text);
-    EXPECT_GE(replay.problems.size(), 49'000U);
-    EXPECT_LT(replay.problems.size(), 50'000U);
+    EXPECT_EQ(replay.problems.size(), count - 4) << "the first line of each key counts";
 }
 
 TEST(SnapshotParser, EndsOnOneLineOfManyMebibytes) {

@@ -1,6 +1,5 @@
-#include "machines/linux/naming/KeyAssignment.h"
-
 #include "catalogue/SMCKeyDatabase.h"
+#include "machines/linux/naming/KeyAssignment.h"
 
 #include <algorithm>
 #include <cstddef>
