@@ -24,10 +24,10 @@ TEST(SensorValue, AValueIsPossibleUpToBothEdgesOfItsKind) {
           Edges{fanSafe, 0, 30'000}, Edges{charge, 0, 1'000'000}, Edges{count, 0, 1'000'000},
           Edges{duration, 0, 1'000'000}, Edges{percent, 0, 100}}) {
         SCOPED_TRACE(static_cast<int>(edges.kind));
-        EXPECT_TRUE(possibleRange(edges.kind).contains(edges.lowest));
-        EXPECT_TRUE(possibleRange(edges.kind).contains(edges.highest));
-        EXPECT_FALSE(possibleRange(edges.kind).contains(edges.lowest - 0.001));
-        EXPECT_FALSE(possibleRange(edges.kind).contains(edges.highest + 0.001));
+        EXPECT_TRUE(possibleRange(edges.kind, "").contains(edges.lowest));
+        EXPECT_TRUE(possibleRange(edges.kind, "").contains(edges.highest));
+        EXPECT_FALSE(possibleRange(edges.kind, "").contains(edges.lowest - 0.001));
+        EXPECT_FALSE(possibleRange(edges.kind, "").contains(edges.highest + 0.001));
     }
 }
 
