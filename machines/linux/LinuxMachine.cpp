@@ -15,6 +15,13 @@ namespace kelvinbar {
 
 namespace {
 
+constexpr MachineTexts linuxTexts{.reading = "Reading sensors…",
+                                  .loaded = "sensors",
+                                  .nothingReadable = "No sensor returned a real value",
+                                  .systemFactsOnly = "No sensors; showing what the system knows",
+                                  .scanning = "Scanning sensors…",
+                                  .memoryCard = "Memory sensors"};
+
 std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
                                        const std::shared_ptr<const MonotonicClock>& clock, Log& log) {
     auto keys = std::make_unique<DetectedAppleSMC>([root, &log] { return openAppleSMC(root, log); }, clock);
@@ -35,7 +42,8 @@ Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<cons
         std::make_shared<KernelSensorSource>(root, clock, log, configurationFor(root, log))};
     return {.source = std::make_shared<SourceChain>(std::move(sources)),
             .system = std::make_shared<LinuxSystemInformation>(root),
-            .clock = std::move(clock)};
+            .clock = std::move(clock),
+            .texts = linuxTexts};
 }
 
 } // namespace kelvinbar

@@ -170,6 +170,8 @@ class Recorder {
         if (seenFacts_.contains(code)) return repeatedKey;
         const std::string_view problem =
             takeFact(fields.key, trimmed(fields.raw.empty() ? fields.value : fields.raw));
+        const bool isThermalState = problem.empty() && fields.key == "NTHR" && !fields.name.empty();
+        if (isThermalState) parsed_.machine.facts.thermalStateName = fields.name;
         if (problem.empty()) seenFacts_.insert(code);
         return problem;
     }
@@ -191,7 +193,9 @@ class Recorder {
         } else if (key == "NLPM") {
             if (value != "Enabled" && value != "Disabled") return "not Enabled or Disabled";
             facts.lowPowerMode = value == "Enabled";
-        } else if (key != "NARC") { // the architecture is a fixed text
+        } else if (key == "NARC") {
+            facts.architecture = value;
+        } else {
             return "no system fact has this key";
         }
         return {};
