@@ -1,4 +1,4 @@
-#include "machines/linux/naming/ControllerCoverage.h"
+#include "machines/linux/applesmc/ControllerCoverage.h"
 
 #include <algorithm>
 #include <string>
