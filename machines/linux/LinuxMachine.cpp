@@ -3,6 +3,7 @@
 #include "machines/linux/LinuxSystemInformation.h"
 #include "machines/linux/applesmc/AppleSMCDetection.h"
 #include "machines/linux/applesmc/KeySourceDriver.h"
+#include "machines/linux/libsensors/Libsensors.h"
 #include "machines/linux/sources/KernelSensorSource.h"
 #include "sensors/SourceChain.h"
 #include "smc/SMCBridge.h"
@@ -20,12 +21,18 @@ std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
     return std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
 }
 
+/// libsensors reads the /sys of the running system only.
+std::shared_ptr<SensorConfiguration> configurationFor(const std::filesystem::path& root, Log& log) {
+    return root == "/" ? libsensorsConfiguration(log) : nullptr;
+}
+
 } // namespace
 
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
                          Log& log) {
     std::vector<std::shared_ptr<SensorSource>> sources{
-        appleSMC(root, clock, log), std::make_shared<KernelSensorSource>(root, clock, log)};
+        appleSMC(root, clock, log),
+        std::make_shared<KernelSensorSource>(root, clock, log, configurationFor(root, log))};
     return {.source = std::make_shared<SourceChain>(std::move(sources)),
             .system = std::make_shared<LinuxSystemInformation>(root),
             .clock = std::move(clock)};
