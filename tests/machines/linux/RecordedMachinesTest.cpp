@@ -103,6 +103,16 @@ TEST_P(RecordedMachines, GiveTheSameReadingsWhenTheirChipsAreNumberedAnew) {
     EXPECT_EQ(readingLines(exportedText(machineAt(recorded.root()))), before);
 }
 
+/// On any system: a report from Linux can be replayed elsewhere.
+TEST_P(RecordedMachines, GiveTheSameSnapshotWhenTheirsIsReplayed) {
+    const std::string text = exportedText(machineAt(recorded.root()));
+    if (readingLines(text).empty()) GTEST_SKIP() << "a machine without readings";
+    const ReplayResult replay = replayed(text);
+    EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>());
+    ASSERT_TRUE(replay.machine);
+    EXPECT_EQ(exportedText(*replay.machine), text);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, RecordedMachines, testing::ValuesIn(machineNames()),
                          [](const auto& machine) { return replacedAll(machine.param, "-", "_"); });
 
