@@ -106,11 +106,12 @@ TEST_P(RecordedMachines, GiveTheSameReadingsWhenTheirChipsAreNumberedAnew) {
 /// On any system: a report from Linux can be replayed elsewhere.
 TEST_P(RecordedMachines, GiveTheSameSnapshotWhenTheirsIsReplayed) {
     const std::string text = exportedText(machineAt(recorded.root()));
-    if (readingLines(text).empty()) GTEST_SKIP() << "a machine without readings";
     const ReplayResult replay = replayed(text);
     EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>());
-    ASSERT_TRUE(replay.machine);
-    EXPECT_EQ(exportedText(*replay.machine), text);
+    ASSERT_EQ(replay.machine.has_value(), !readingLines(text).empty());
+    if (replay.machine) {
+        EXPECT_EQ(exportedText(*replay.machine), text);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RecordedMachines, testing::ValuesIn(machineNames()),
