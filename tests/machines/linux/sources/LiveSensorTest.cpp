@@ -56,7 +56,7 @@ class LiveSensorTest : public testing::Test {
     }
 
     LiveSensor sensor(const SensorChannel& channel, std::shared_ptr<const DevicePower> power = nullptr) {
-        return {channel, possibleRange(channel.kind, {}), files, std::move(power), clock};
+        return {channel, possibleRange(channel.kind, ""), files, std::move(power), clock};
     }
 
     /// The number of a channel whose file holds `content`.
