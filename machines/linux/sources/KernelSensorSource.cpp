@@ -10,6 +10,7 @@
 #include "machines/linux/sources/SensorChips.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace kelvinbar {
@@ -181,11 +182,14 @@ std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const st
     }
     std::vector<RawReading> readings;
     readings.reserve(keys.size());
+    std::vector<bool> isDone(sensors->size());
     auto next = sensors->begin(); // keys come in ascending order, nearly always all of them
     for (const std::string& key : keys) {
         if (next == sensors->end() || next->prototype.key != key) next = placeOf(*sensors, key);
         if (next == sensors->end() || next->prototype.key != key) continue;
-        if (!read(*next, readings.emplace_back())) readings.pop_back();
+        auto done = isDone[static_cast<std::size_t>(next - sensors->begin())];
+        if (!done && !read(*next, readings.emplace_back())) readings.pop_back();
+        done = true;
         ++next;
     }
     return readings;

@@ -103,6 +103,17 @@ TEST_P(RecordedMachines, GiveTheSameReadingsWhenTheirChipsAreNumberedAnew) {
     EXPECT_EQ(readingLines(exportedText(machineAt(recorded.root()))), before);
 }
 
+/// On any system: a report from Linux can be replayed elsewhere.
+TEST_P(RecordedMachines, GiveTheSameSnapshotWhenTheirsIsReplayed) {
+    const std::string text = exportedText(machineAt(recorded.root()));
+    const ReplayResult replay = replayed(text);
+    EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>());
+    ASSERT_EQ(replay.machine.has_value(), !readingLines(text).empty());
+    if (replay.machine) {
+        EXPECT_EQ(exportedText(*replay.machine), text);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(All, RecordedMachines, testing::ValuesIn(machineNames()),
                          [](const auto& machine) { return replacedAll(machine.param, "-", "_"); });
 

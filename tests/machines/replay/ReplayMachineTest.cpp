@@ -133,7 +133,7 @@ TEST(ReplaySource, DecodesAKeyAsAControllersBridgeDoes) {
     const std::vector<std::string> wanted{"TC0P"};
     const RawReading expected{.key = "TC0P",
                               .type = "sp78",
-                              .value = "40.5",
+                              .value = "40.50",
                               .numericValue = 40.5,
                               .raw = "2880",
                               .size = 2,

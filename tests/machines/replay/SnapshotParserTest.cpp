@@ -1,9 +1,11 @@
 #include "machines/replay/SnapshotParser.h"
 
 #include "smc/SMCKeyText.h"
+#include "tests/fakes/RawReadingText.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -384,6 +386,76 @@ TEST(SnapshotParser, PadsTypesWithZeroBytes) {
     for (const RecordedKey& key : parsed.machine.keys) types.push_back(key.dataType);
     EXPECT_EQ(types,
               (std::vector<std::uint32_t>{0x75693800, 0, 0x61000000, 0x75693820, 0xC3A90000, 0xE282AC78}));
+}
+
+// Sensors of a kernel
+
+TEST(SnapshotParser, HandsSensorsOnAsTheyWereRecorded) {
+    const ParsedSnapshot parsed = parseSnapshot(joined({
+        "k10temp-pci-00c3/temp1\tk10temp\tCPU Tctl\t45.88 °C\tRAW=45875",
+        "amdgpu-pci-0300/fan1\tamdgpu\tGPU Fan\tasleep\tRAW=suspended",
+        "BAT0/status\tbattery\tBattery Status\tNot charging\tRAW=Not charging",
+        "BAT0/cycle_count\tbattery\tBattery Cycles\t112\tRAW=112",
+    }));
+    EXPECT_TRUE(parsed.problems.empty());
+    EXPECT_EQ(parsed.machine.usedLines, 4U);
+    const RawReading temperature{.key = "k10temp-pci-00c3/temp1",
+                                 .type = "k10temp",
+                                 .value = "45.88",
+                                 .numericValue = 45.88,
+                                 .raw = "45875",
+                                 .name = "CPU Tctl",
+                                 .category = "CPU",
+                                 .unit = "°C"};
+    const RawReading fan{.key = "amdgpu-pci-0300/fan1",
+                         .type = "amdgpu",
+                         .value = "asleep",
+                         .numericValue = std::nullopt,
+                         .raw = "suspended",
+                         .name = "GPU Fan",
+                         .category = "Fans",
+                         .unit = ""};
+    const RawReading status{.key = "BAT0/status",
+                            .type = "battery",
+                            .value = "Not charging",
+                            .numericValue = std::nullopt,
+                            .raw = "Not charging",
+                            .name = "Battery Status",
+                            .category = "Battery",
+                            .unit = ""};
+    const RawReading cycles{.key = "BAT0/cycle_count",
+                            .type = "battery",
+                            .value = "112",
+                            .numericValue = 112,
+                            .raw = "112",
+                            .name = "Battery Cycles",
+                            .category = "Battery",
+                            .unit = ""};
+    EXPECT_EQ(parsed.machine.sensors, (std::vector<RawReading>{temperature, fan, status, cycles}));
+}
+
+TEST(SnapshotParser, ReportsSensorsThatItCannotUseWithTheirNumbers) {
+    for (const std::string_view line :
+         {"k10temp-pci-00c3/temp1\tk10temp\t\t45.88 °C\tRAW=45875",
+          "k10temp-pci-00c3/temp1\tk10temp\tCPU\t\tRAW=1", "k10temp-pci-00c3/temp1\tk10temp\tRAW=1",
+          "k10temp-pci-00c3/nothing\tk10temp\tCPU\t45 °C\tRAW=45000",
+          "/temp1\tk10temp\tCPU\t45 °C\tRAW=45000", "k10temp-pci-00c3/\tk10temp\tCPU\t45 °C\tRAW=45000"}) {
+        SCOPED_TRACE(line);
+        const ParsedSnapshot parsed = parseSnapshot(joined({goodLine, line, otherGoodLine}));
+        EXPECT_EQ(lineNumbers(parsed.problems), Numbers{2});
+        EXPECT_TRUE(parsed.machine.sensors.empty());
+    }
+}
+
+TEST(SnapshotParser, UsesTheFirstOfRepeatedSensors) {
+    const ParsedSnapshot parsed = parseSnapshot(joined({
+        "k10temp-pci-00c3/temp1\tk10temp\t\t45 °C\tRAW=45000",
+        "k10temp-pci-00c3/temp1\tk10temp\tCPU Tctl\t46 °C\tRAW=46000",
+        "k10temp-pci-00c3/temp1\tk10temp\tCPU Tctl\t47 °C\tRAW=47000",
+    }));
+    EXPECT_EQ(lineNumbers(parsed.problems), (Numbers{1, 3}));
+    ASSERT_EQ(parsed.machine.sensors.size(), 1U);
+    EXPECT_EQ(parsed.machine.sensors[0].raw, "46000");
 }
 
 TEST(SnapshotParser, ReadsFactsOfTheSystem) {

@@ -147,7 +147,7 @@ TEST_F(KernelSensorSourceTest, AReadingCarriesItsOwnNameCategoryAndUnitAndTheFil
     discovered();
     const RawReading expected{.key = processorKey,
                               .type = "k10temp",
-                              .value = "45.875",
+                              .value = "45.88",
                               .numericValue = 45.875,
                               .raw = "45875",
                               .size = 0,
@@ -456,14 +456,13 @@ TEST_F(KernelSensorSourceTest, ADeviceThatReturnsUnderItsNumberIsReadFromItsNewF
     EXPECT_EQ(numberOf(driveKey), 50);
 }
 
-TEST_F(KernelSensorSourceTest, ASupplyIsNotListedOnceMoreByTheChipThatRepeatsIt) {
-    add("dir sys/class/power_supply/BAT0\ntype Battery\nvoltage_now 12000000\n");
-    add("chip devices/virtual/power_supply/BAT0/hwmon6\nname BAT0\nin0_input 12000\n");
-    EXPECT_EQ(discovered(), Keys{"BAT0/voltage_now"});
-    add("chip devices/virtual/power_supply/BAT0/hwmon7\nname BAT0\ncurr1_input 500\n");
-    const Keys keys = discovered();
-    ASSERT_EQ(keys.size(), 2U) << "what only the chip measures stays";
-    EXPECT_TRUE(std::ranges::any_of(keys, [](const auto& key) { return key.ends_with("/curr1"); }));
+TEST_F(KernelSensorSourceTest, WhatASupplyAndItsChipBothShowIsListedOnce) {
+    const std::string battery = "devices/LNXSYSTM:00/PNP0C0A:00/power_supply/BAT0";
+    add("dir sys/" + battery + "\ntype Battery\nvoltage_now 12000000\ncharge_now 4000000\n");
+    add("link sys/class/power_supply/BAT0 ../../" + battery + "\n");
+    EXPECT_THAT(discovered(), ElementsAre("BAT0/charge_now", "BAT0/voltage_now"));
+    add("chip " + battery + "/hwmon6\nname BAT0\nin0_input 12000\ncurr1_input 500\n");
+    EXPECT_THAT(discovered(), ElementsAre("BAT0-acpi-0/curr1", "BAT0-acpi-0/in0", "BAT0/charge_now"));
 }
 
 // Texts that are none
@@ -524,7 +523,7 @@ TEST_F(KernelSensorSourceTest, WithoutAccessToKeysReadingsHaveTheControllersType
     discovered();
     const RawReading temperature{.key = "TC0P",
                                  .type = "sp78",
-                                 .value = "40.5",
+                                 .value = "40.50",
                                  .numericValue = 40.5,
                                  .raw = "2880",
                                  .size = 2,
