@@ -55,7 +55,15 @@ class KernelSensorSource::ListBuilder {
         }
     }
 
-    std::map<std::string, std::string> takePlaces() { return std::move(places_); }
+    /// Radios of one card share its place: the second is "…#2".
+    std::map<std::string, std::string> takePlaces() {
+        std::map<std::string, int> counts;
+        for (auto& [key, place] : places_) {
+            const int count = ++counts[place];
+            if (count > 1) place.append("#").append(std::to_string(count));
+        }
+        return std::move(places_);
+    }
 
     Sensors finish() && {
         const auto keyOf = [](const Sensor& sensor) -> std::string_view { return sensor.prototype.key; };
