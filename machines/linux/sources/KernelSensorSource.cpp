@@ -55,13 +55,8 @@ class KernelSensorSource::ListBuilder {
         }
     }
 
-    /// Radios of one card share its place: the second is "…#2".
     std::map<std::string, std::string> takePlaces() {
-        std::map<std::string, int> counts;
-        for (auto& [key, place] : places_) {
-            const int count = ++counts[place];
-            if (count > 1) place.append("#").append(std::to_string(count));
-        }
+        makeUnique(places_);
         return std::move(places_);
     }
 
