@@ -2,8 +2,10 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
+#include "machines/linux/applesmc/AppleSMCChannels.h"
 #include "machines/linux/migration/KeyPattern.h"
 #include "machines/linux/migration/SensorRules.h"
+#include "machines/linux/naming/NamedDevices.h"
 #include "smc/RegistryFans.h"
 #include "smc/SMCKeyText.h"
 
@@ -30,14 +32,17 @@ std::optional<int> lastNumber(std::string_view label) {
 
 class Assignment {
   public:
-    Assignment(const std::vector<SensorChip>& chips, const KeySet& controllerKeys)
-        : chips_(chips), controllerKeys_(controllerKeys) {}
+    Assignment(const std::vector<SensorChip>& chips, KeySet controllerKeys)
+        : chips_(chips), controllerKeys_(std::move(controllerKeys)) {}
 
     std::map<std::string, ChannelPlace> make() && {
+        leaveOutController();
+        leaveOutRepeated();
         leaveOutCovered();
         placeRegistryFans();
         for (const SensorRule& rule : sensorRules()) apply(rule);
         for (const FanAttributeRule& rule : fanAttributeRules()) apply(rule);
+        moveToMonitors();
         return std::move(keys_);
     }
 
@@ -66,6 +71,18 @@ class Assignment {
         return !keys_.contains(key) && !controllerKeys_.contains(key);
     }
 
+    /// Apple's controller has keys of its own, also where only the driver's channels are read.
+    void leaveOutController() {
+        for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
+            if (chips_[chip].name != appleSMCChip) continue;
+            for (std::size_t channel = 0; channel < chips_[chip].channels.size(); ++channel) {
+                done_.insert({chip, channel});
+                if (auto key = controllerKeyOf(at({chip, channel})))
+                    controllerKeys_.insert(std::move(key->key));
+            }
+        }
+    }
+
     /// The first rule that fits a channel decided whether the controller measures it already.
     void leaveOutCovered() {
         std::set<ChannelPlace> decided;
@@ -86,6 +103,42 @@ class Assignment {
                                           [](char left, char right) { return left == '?' || left == right; });
             });
         });
+    }
+
+    // Supplies that have a hwmon chip too
+
+    /// The channels of that kind in a chip of the list, in their order.
+    [[nodiscard]] std::vector<ChannelPlace> placesOf(const SensorChip& chip, SensorKind kind) const {
+        std::vector<ChannelPlace> places;
+        for (std::size_t channel = 0; channel < chip.channels.size(); ++channel) {
+            if (chip.channels[channel].kind != kind) continue;
+            places.push_back({static_cast<std::size_t>(&chip - chips_.data()), channel});
+        }
+        return places;
+    }
+
+    /// The supply had the key, and the hwmon chip none.
+    void leaveOutRepeated() {
+        for (const SensorChip& supply : chips_) {
+            for (const SensorChannel& channel : supply.channels) {
+                const SensorChip* const monitor = monitorOf(supply, channel.kind, chips_);
+                if (monitor == nullptr) continue;
+                for (const ChannelPlace place : placesOf(*monitor, channel.kind)) done_.insert(place);
+            }
+        }
+    }
+
+    /// The reading is now the hwmon chip's. Both list the channels of a kind in the same order.
+    void moveToMonitors() {
+        for (auto& [key, place] : keys_) {
+            const SensorKind kind = at(place).kind;
+            const SensorChip* const monitor = monitorOf(chips_[place.chip], kind, chips_);
+            if (monitor == nullptr) continue;
+            const auto own = placesOf(chips_[place.chip], kind);
+            const auto theirs = placesOf(*monitor, kind);
+            const auto index = static_cast<std::size_t>(std::ranges::find(own, place) - own.begin());
+            if (index < theirs.size()) place = theirs[index];
+        }
     }
 
     // Fans of the registry
@@ -164,7 +217,7 @@ class Assignment {
     }
 
     const std::vector<SensorChip>& chips_;
-    const KeySet& controllerKeys_;
+    KeySet controllerKeys_;
     std::set<ChannelPlace> done_;
     std::map<std::string, ChannelPlace> keys_;
 };

@@ -20,8 +20,9 @@ struct ChannelPlace {
     friend auto operator<=>(const ChannelPlace&, const ChannelPlace&) = default;
 };
 
-/// The channel behind each key that version 0.1 gave to one of `chips`. `controllerKeys` are those of a real
-/// controller, which were never given to anything else.
+/// The channel behind each key that version 0.1 gave to one of `chips`; for a power supply that has a hwmon
+/// chip too, the channel of that chip, which has the reading now. `controllerKeys` are those of a real
+/// controller, which were never given to anything else. The channels of such a controller are left out.
 std::map<std::string, ChannelPlace> formerKeys(const std::vector<SensorChip>& chips,
                                                const KeySet& controllerKeys);
 

@@ -247,11 +247,16 @@ bool isMeasured(const SensorChannel& channel) {
     }
 }
 
-bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
-    if (!isSupply(supply)) return false;
+const SensorChip* monitorOf(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
+    if (!isSupply(supply)) return nullptr;
     const std::string name = hwmonNameOf(supply);
-    return std::ranges::any_of(
+    const auto found = std::ranges::find_if(
         chips, [&](const SensorChip& chip) { return chip.name == name && hasKind(chip, kind); });
+    return found == chips.end() ? nullptr : &*found;
+}
+
+bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
+    return monitorOf(supply, kind, chips) != nullptr;
 }
 
 std::string keyText(std::string_view text) {

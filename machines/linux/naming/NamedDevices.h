@@ -30,8 +30,11 @@ std::vector<NamedDevice> namedDevices(const std::vector<SensorChip>& chips);
 /// Whether the channel is a measurement or a state rather than a limit, a target or a name of a fan.
 bool isMeasured(const SensorChannel& channel);
 
-/// Whether `supply` is a power supply for which the kernel made a hwmon chip with channels of that kind.
-/// Those are kept: other tools know them by their keys.
+/// The hwmon chip with channels of that kind that the kernel made for a power supply; null when there is
+/// none, and for a chip that is no supply. Points into `chips`.
+const SensorChip* monitorOf(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips);
+
+/// Whether such a hwmon chip repeats the supply. It is kept instead: other tools know it by its keys.
 bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips);
 
 /// The kernel's name of a channel: "temp3".

@@ -58,7 +58,10 @@ class KernelSensorSource::ListBuilder {
         }
     }
 
-    std::map<std::string, std::string> takePlaces() { return std::move(places_); }
+    std::map<std::string, std::string> takePlaces() {
+        makeUnique(places_);
+        return std::move(places_);
+    }
 
     Sensors finish() && {
         const auto keyOf = [](const Sensor& sensor) -> std::string_view { return sensor.prototype.key; };
