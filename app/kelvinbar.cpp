@@ -4,6 +4,5 @@
 #include "machines/Platform.h"
 
 int main(int argc, char** argv) {
-    return kelvinbar::KelvinbarApp::run(
-        argc, argv, kelvinbar::makePlatform, "kelvinbar");
+    return kelvinbar::KelvinbarApp::run(argc, argv, kelvinbar::makePlatform, "kelvinbar");
 }

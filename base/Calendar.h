@@ -3,10 +3,11 @@
 #include <chrono>
 #include <string>
 
+/// Dates for people and for exported files. Independent of the time zone and the locale of the process.
 namespace kelvinbar {
 
-/// `time` as an ISO 8601 internet date-time in UTC, whole seconds (fractions are dropped), for example
-/// "2026-03-01T14:05:09Z".
+/// `time` as an ISO 8601 date and time in UTC, for example "2026-03-01T14:05:09Z". Fractions of a second are
+/// dropped, towards the past. Any thread.
 std::string iso8601Text(std::chrono::system_clock::time_point time);
 
 } // namespace kelvinbar

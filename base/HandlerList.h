@@ -7,10 +7,19 @@
 #include <utility>
 #include <vector>
 
+/// A list of callbacks, the base of observable fields and notifications. What one change triggers often
+/// registers or removes handlers, so the list allows every change to itself while it calls them.
+///
+/// Limits: main thread only; no lock. Handlers must not throw. Adding takes constant time, removing looks at
+/// every handler: meant for tens of handlers, not thousands.
+///
+/// Pitfalls: the registration owns the subscription, so a discarded one ends it at once. A handler must not
+/// keep alive the object that owns its registration, or both live as long as the list. Copies of a list share
+/// their handlers.
 namespace kelvinbar {
 
-/// Keeps a handler registered for as long as it lives. Safe to destroy at any time: while its own handler
-/// runs, from another handler, or after the list it belongs to. Main thread.
+/// Keeps a handler registered as long as it lives. It can be destroyed at any time: by its own handler, by
+/// another handler, or after the list. An empty registration does nothing. Main thread.
 class [[nodiscard]] Registration {
   public:
     Registration() = default;
@@ -32,6 +41,7 @@ class [[nodiscard]] Registration {
 
     ~Registration() { reset(); }
 
+    /// Removes the handler now. Does nothing when repeated.
     void reset() {
         if (const auto cancel = std::exchange(cancel_, nullptr)) cancel();
     }
@@ -40,16 +50,20 @@ class [[nodiscard]] Registration {
     std::function<void()> cancel_;
 };
 
-/// Handlers called in the order of their registration.
+/// Handlers, called in the order of their registration.
 ///
-/// A handler may remove itself or others, add handlers, call the list again, or destroy the list while it is
-/// called: a removed handler is not called any more, an added one is called from the next call on. Main
-/// thread.
+/// While it is called, a handler may:
+/// - remove itself or others; a removed handler is not called again, not even by the call in progress;
+/// - add handlers; the call in progress does not reach them, the next one does;
+/// - call the list again, or destroy it.
+///
+/// Main thread.
 template <typename... Arguments>
 class HandlerList {
   public:
     using Handler = std::function<void(Arguments...)>;
 
+    /// The handler stays registered as long as the result lives.
     Registration add(Handler handler) {
         const std::uint64_t number = ++state_->lastNumber;
         state_->entries.push_back(std::make_unique<Entry>(Entry{number, true, std::move(handler)}));
@@ -58,8 +72,10 @@ class HandlerList {
         });
     }
 
+    /// Calls every handler before it returns. Each receives the same arguments: use references for what is
+    /// expensive to copy.
     void call(Arguments... arguments) const {
-        const std::shared_ptr<State> state = state_; // survives a handler that destroys the list
+        const std::shared_ptr<State> state = state_; // a handler may destroy the list
         const std::size_t count = state->entries.size();
         ++state->depth;
         for (std::size_t index = 0; index < count; ++index) {
@@ -69,19 +85,21 @@ class HandlerList {
         state->sweep();
     }
 
+    /// Whether no handler is registered. A handler removed during a call counts until that call has ended.
     [[nodiscard]] bool empty() const { return state_->entries.empty(); }
 
   private:
     struct Entry {
         std::uint64_t number = 0;
-        bool active = false;
+        bool active = false; ///< false once removed
         Handler handler;
     };
 
+    /// Shared with calls in progress, so that it survives the list; registrations refer to it weakly.
     struct State {
         std::vector<std::unique_ptr<Entry>> entries;
         std::uint64_t lastNumber = 0;
-        std::size_t depth = 0;
+        std::size_t depth = 0; ///< calls in progress, one within the other
         bool hasInactive = false;
 
         void remove(std::uint64_t number) {
@@ -92,7 +110,8 @@ class HandlerList {
             sweep();
         }
 
-        /// A handler that may be running is destroyed only after the outermost call has returned.
+        /// Destroys removed handlers. Waits until the outermost call has ended, because one of them may still
+        /// be running.
         void sweep() {
             if (depth > 0 || !hasInactive) return;
             hasInactive = false;
@@ -100,8 +119,8 @@ class HandlerList {
             for (auto& entry : entries) {
                 if (entry->active) kept.push_back(std::move(entry));
             }
-            // What a handler holds may register or remove others when it goes: the list is consistent by
-            // then.
+            // Destroying a handler destroys what it has captured, which may add or remove handlers. The list
+            // is consistent before that happens.
             entries.swap(kept);
         }
     };

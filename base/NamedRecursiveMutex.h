@@ -5,10 +5,11 @@
 
 namespace kelvinbar {
 
-/// A recursive mutex that a debugger can tell from others by its name.
+/// A recursive mutex with a name, so that a debugger can show which lock a thread waits for. The thread that
+/// holds it may lock it again, and must unlock it as often.
 class NamedRecursiveMutex : public std::recursive_mutex {
   public:
-    /// `name` outlives the mutex.
+    /// `name` is not copied and must outlive the mutex; a string literal does.
     explicit NamedRecursiveMutex(std::string_view name) : name_(name) {}
 
     [[nodiscard]] std::string_view name() const { return name_; }

@@ -9,7 +9,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Takes the run of digits from the front of `text` and gives it without its leading zeros.
+/// Removes the run of digits at the start of `text` and returns it without leading zeros.
 std::string_view takeDigits(std::string_view& text) {
     std::size_t length = 0;
     while (length < text.size() && isDecimalDigit(text[length])) ++length;
@@ -28,8 +28,8 @@ bool isWithin(char32_t character, char32_t first, char32_t last) {
     return character >= first && character <= last;
 }
 
-/// The lower-case form of a Latin letter beyond ASCII, a Greek or a Cyrillic one; other characters as they
-/// are.
+/// The lower-case form of Latin letters beyond ASCII and of Greek and Cyrillic letters. Other characters are
+/// returned unchanged.
 char32_t lowercased(char32_t letter) {
     const bool isEven = letter % 2 == 0;
     if (isWithin(letter, U'À', U'Þ') && letter != U'×') return letter + 32;
@@ -39,7 +39,7 @@ char32_t lowercased(char32_t letter) {
     return isWithin(letter, U'\u0400', U'\u040F') ? letter + 80 : letter;
 }
 
-/// The code point of one character; a byte that belongs to none comes after all of them.
+/// The code point of one character. A byte that is not valid UTF-8 has a number above all code points.
 char32_t codePoint(std::string_view character) {
     constexpr char32_t afterLast = 0x110000;
     const auto bits = [&](std::size_t index, unsigned mask) {
@@ -53,7 +53,7 @@ char32_t codePoint(std::string_view character) {
 }
 
 char32_t takeFoldedCharacter(std::string_view& text) {
-    // Nearly all of it is ASCII.
+    // Fast path: nearly all names are ASCII.
     const bool isAscii = static_cast<unsigned char>(text.front()) < 0x80;
     const std::string_view character = isAscii ? text.substr(0, 1) : firstCharacters(text, 1);
     text.remove_prefix(character.size());
@@ -61,8 +61,8 @@ char32_t takeFoldedCharacter(std::string_view& text) {
     return lowercased(codePoint(character));
 }
 
-/// Drops what both texts begin with: keys of one chip differ at their ends only. Stops at an ASCII character
-/// that is no digit, so that no number and no character is cut.
+/// Removes the common start of both texts, which is long for the keys of one chip. Cuts only after an ASCII
+/// character other than a digit, so that no number and no character is split.
 void dropCommonStart(std::string_view& left, std::string_view& right) {
     const auto [end, ignored] = std::ranges::mismatch(left, right);
     auto length = static_cast<std::size_t>(end - left.begin());

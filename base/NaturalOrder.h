@@ -4,11 +4,13 @@
 
 namespace kelvinbar {
 
-/// Whether `left` comes strictly before `right` in the order in which people list names: runs of decimal
-/// digits compare by value (leading zeros do not count, a run may have any length), other characters by
-/// lower-cased code point (of Latin, Greek and Cyrillic letters), and a text that is a prefix of the other
-/// comes first. A byte that belongs to no character comes last.
-/// A strict weak ordering: "TC0P" and "TC0p", or "7" and "007", come neither before the other.
+/// Whether `left` sorts strictly before `right` in the order that people expect of names, with "Core 2"
+/// before "Core 10". Runs of decimal digits compare by value; they may have any length, and leading zeros do
+/// not count. Other characters compare by code point, ignoring the case of Latin, Greek and Cyrillic letters.
+/// A prefix sorts first, a byte that is not valid UTF-8 sorts last.
+///
+/// A strict weak ordering. Different texts can be equivalent: neither of "7" and "007" sorts before the
+/// other. Does not depend on the locale. Any thread.
 bool comesBeforeNaturally(std::string_view left, std::string_view right);
 
 } // namespace kelvinbar

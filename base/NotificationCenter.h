@@ -8,19 +8,26 @@
 #include <string_view>
 #include <utility>
 
+/// Broadcasts within the process. Sender and receiver share only the name of a notification and the type of
+/// its content; neither knows the other. Use an Observable where the receiver also needs the current value.
+///
+/// Limits: main thread only. Nothing is queued or stored: an observer misses what was posted before it was
+/// added. Pitfall: names are compared as text, so two names with the same text and different content types
+/// would collide; each belongs to the type that is observed first, and the other is ignored.
 namespace kelvinbar {
 
-/// The name of a broadcast inside the process, with the type of what it carries.
+/// The name of a notification with the type of its content.
 template <typename Content>
 struct NotificationName {
-    std::string_view name; ///< outlives every notification centre
+    std::string_view name; ///< must outlive every notification centre; a string literal does
 };
 
-/// Delivers each notification synchronously, in posting order, to the observers of its name in the order of
-/// their registration. Does not keep observers alive: it holds a handler only until its registration goes.
-/// Observers may remove themselves or others while they are called. Main thread.
+/// Delivers each notification to the observers of its name, in the order of their registration. Observers may
+/// add and remove observers and post notifications while they are called; see HandlerList. Main thread.
 class NotificationCenter {
   public:
+    /// The observer stays registered as long as the result lives. The result is empty, and the observer is
+    /// never called, if the name is in use with another content type.
     template <typename Content>
     Registration addObserver(const NotificationName<Content>& name,
                              std::function<void(const Content&)> handler) {
@@ -30,6 +37,7 @@ class NotificationCenter {
         return typed == nullptr ? Registration() : typed->handlers.add(std::move(handler));
     }
 
+    /// Calls the observers before it returns.
     template <typename Content>
     void post(const NotificationName<Content>& name, const Content& content) const {
         const auto found = channels_.find(name.name);

@@ -19,7 +19,7 @@ constexpr int mantissaBits = std::numeric_limits<double>::digits;
 /// `mantissa` / 2^`shift`, rounded to the nearest whole number, ties to even.
 std::uint64_t dividedByPowerOfTwo(std::uint64_t mantissa, int shift) {
     if (shift == 0) return mantissa;
-    if (shift >= 64) return 0; // less than a half: the mantissa has at most 63 bits
+    if (shift >= 64) return 0; // the mantissa has at most 63 bits, so the quotient is below one half
     const std::uint64_t whole = mantissa >> shift;
     const std::uint64_t half = std::uint64_t{1} << (shift - 1);
     const std::uint64_t rest = mantissa & ((half << 1U) - 1);
@@ -27,18 +27,19 @@ std::uint64_t dividedByPowerOfTwo(std::uint64_t mantissa, int shift) {
     return whole + (roundsUp ? 1 : 0);
 }
 
-/// |number| * 10^decimals rounded to a whole number; exact for every |number| below 2^53.
+/// |number| * 10^decimals, rounded to a whole number. |number| must be below 2^53.
 std::uint64_t scaledMagnitude(double number, int decimals) {
     constexpr std::array<std::uint64_t, 4> powersOfTen{1, 10, 100, 1000};
     int exponent = 0;
     const double fraction = std::frexp(std::fabs(number), &exponent);
     const auto mantissa = static_cast<std::uint64_t>(std::ldexp(fraction, mantissaBits));
-    // 53 bits times 1000 stay below 63 bits.
+    // Cannot overflow: 53 bits times 1000 is at most 63 bits.
     const std::uint64_t scaled = mantissa * powersOfTen.at(static_cast<std::size_t>(decimals));
     return dividedByPowerOfTwo(scaled, mantissaBits - exponent);
 }
 
-/// A double of 2^53 or more is a whole number; "%.0f" prints no decimal separator, so no locale shows.
+/// The text of a number of 2^53 or more. Such a double is whole, and "%.0f" prints no decimal separator, so
+/// the locale makes no difference.
 std::string largeNumberText(double number, int decimals) {
     std::array<char, std::numeric_limits<double>::max_exponent10 + 3> buffer{};
     const int length = std::snprintf(buffer.data(), buffer.size(), "%.0f", number);
@@ -47,7 +48,7 @@ std::string largeNumberText(double number, int decimals) {
     return text;
 }
 
-/// The longest prefix of `text` that is a decimal number without white space; empty when there is none.
+/// The longest prefix of `text` that is a decimal number; empty if there is none. Does not skip white space.
 std::string_view numberPrefix(std::string_view text) {
     std::size_t at = 0;
     const auto skipSign = [&] {
@@ -106,7 +107,7 @@ double leadingNumber(std::string_view text) {
     std::istringstream stream{std::string(prefix)};
     stream.imbue(std::locale::classic());
     double number = 0;
-    // A number out of range leaves the largest finite double and the fail bit.
+    // A number out of range sets the fail bit and returns the largest finite double.
     if (!(stream >> number) && std::fabs(number) == std::numeric_limits<double>::max()) {
         return std::copysign(std::numeric_limits<double>::infinity(), number);
     }

@@ -7,29 +7,33 @@
 #include <string_view>
 #include <system_error>
 
-/// Numbers as text and back, the same under every process locale.
+/// Numbers as text and back. A desktop toolkit may set a locale with a decimal comma for the whole process;
+/// everything here uses a decimal point regardless, which printf() and streams do not. Pure functions; any
+/// thread.
 namespace kelvinbar {
 
-/// `number` with exactly `decimals` (0 to 3) digits after a point, correctly rounded from the exact binary
-/// value, ties to the even digit: what C's "%.*f" prints under the "C" locale ("-0", "inf", "-inf" and "nan"
-/// included).
+/// `number` with exactly `decimals` (0 to 3) digits after the point: the output of C's "%.*f" in the "C"
+/// locale, including "-0", "inf", "-inf" and "nan". The exact binary value is rounded, ties to the even
+/// digit: 0.125 becomes "0.12".
 std::string fixedText(double number, int decimals);
 
-/// How far `number` is from the nearest whole number (halves count as away from zero). NaN for infinities.
+/// The distance to the nearest whole number, 0 to 0.5. NaN for infinities and NaN.
 double distanceFromWhole(double number);
 
-/// "%.0f" within 0.005 of a whole number, otherwise "%.2f": the text of a raw controller or registry value.
+/// `number` without decimals if it is within 0.005 of a whole number, otherwise with two. The form in which
+/// values of controllers and registries are displayed unless they have a format of their own.
 std::string plainNumberText(double number);
 
-/// The number at the front of `text`, after white space: sign, decimal digits, point, exponent; what follows
-/// is ignored. 0 when there is no number, plus or minus infinity when it is too large for a double.
+/// The decimal number at the start of `text`, after optional white space: sign, digits, point, exponent. The
+/// rest is ignored. Returns 0 if there is no number, and infinity with its sign if the number is too large
+/// for a double. Does not accept "inf", "nan" or hexadecimal numbers.
 double leadingNumber(std::string_view text);
 
-/// Whether all of `text` is such a number, without white space.
+/// Whether `text` consists of exactly one such number, without white space.
 bool isNumber(std::string_view text);
 
-/// The decimal whole number at the front of `text`, which loses it; nothing when there is none or it does not
-/// fit.
+/// Removes the decimal whole number at the start of `text` and returns it. If there is none or it does not
+/// fit into `Integer`, returns no value and leaves `text` unchanged.
 template <typename Integer>
 std::optional<Integer> takeWholeNumber(std::string_view& text) {
     Integer number = 0;
@@ -39,7 +43,8 @@ std::optional<Integer> takeWholeNumber(std::string_view& text) {
     return number;
 }
 
-/// The decimal whole number that all of `text` is; nothing when it is none or does not fit.
+/// `text` as a decimal whole number. No value if any other character is in it or the number does not fit into
+/// `Integer`. A plus sign is not accepted.
 template <typename Integer>
 std::optional<Integer> wholeNumberIn(std::string_view text) {
     Integer number = 0;
@@ -48,7 +53,7 @@ std::optional<Integer> wholeNumberIn(std::string_view text) {
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-/// Upper-case hexadecimal digits without leading zeros: what C's "%llX" prints.
+/// `number` in upper-case hexadecimal digits without prefix or leading zeros; "0" for 0.
 std::string hexadecimalText(std::uint64_t number);
 
 } // namespace kelvinbar

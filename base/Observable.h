@@ -5,10 +5,18 @@
 #include <functional>
 #include <utility>
 
+/// A value whose changes can be followed, for fields of the store that views display.
+///
+/// Observers are called before the change: they receive the new value, and `value()` still returns the old
+/// one. That lets them compare both. The alternative is a NotificationCenter, for events without a value to
+/// ask for.
+///
+/// Limits: main thread only; the type must be movable and comparable. Pitfalls: an observer that reads the
+/// field through its owner sees the old state. An observer that calls set() on the same field has no lasting
+/// effect, because the outer set() assigns last. A copy shares its observers with the original.
 namespace kelvinbar {
 
-/// A field that tells its observers the new value before it changes; while they are told, `value()` is still
-/// the old one. Assigning an equal value tells nobody. Main thread.
+/// A field with observers. Main thread.
 template <typename T>
 class Observable {
   public:
@@ -18,7 +26,8 @@ class Observable {
 
     [[nodiscard]] const T& value() const { return value_; }
 
-    /// Returns whether the value changed.
+    /// Calls the observers, then assigns. Does neither if the new value equals the old one. Returns whether
+    /// the value changed.
     bool set(T newValue) {
         if (newValue == value_) return false;
         willChange_.call(newValue);
@@ -26,7 +35,7 @@ class Observable {
         return true;
     }
 
-    /// The observer stays registered for as long as the result lives.
+    /// The observer stays registered as long as the result lives. It is not called with the current value.
     Registration observe(Observer observer) const { return willChange_.add(std::move(observer)); }
 
   private:

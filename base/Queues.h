@@ -4,18 +4,24 @@
 #include <functional>
 #include <memory>
 
+/// How work moves between threads. The user interface and the store live on the main thread. Reading hardware
+/// can block for seconds, so it runs on a background queue and posts its result to the main queue.
+///
+/// Limits: work has no priority, delay or return value. Pitfalls: work can run later than its creator lives,
+/// so it captures values, or a weak_ptr to what may be gone. Work must not throw.
 namespace kelvinbar {
 
 /// Port: the queue of the main thread.
 class MainQueue {
   public:
     virtual ~MainQueue() = default;
-    /// Runs `work` on the main thread, later, in posting order. Callable from any thread.
+    /// Runs `work` on the main thread, in posting order and never within this call, even if the caller is on
+    /// the main thread. Returns at once. Any thread.
     virtual void post(std::function<void()> work) = 0;
 };
 
-/// Whether a piece of background work is still wanted. Shared by the one who asked for it and the work.
-/// Callable from any thread.
+/// A flag that asks background work to stop. Copies share one flag, which can be set but not reset. The work
+/// checks it between steps; setting it interrupts nothing and does not wait. Any thread.
 class Cancellation {
   public:
     void cancel() { *cancelled_ = true; }
@@ -26,14 +32,14 @@ class Cancellation {
     std::shared_ptr<std::atomic<bool>> cancelled_ = std::make_shared<std::atomic<bool>>(false);
 };
 
-/// Port: runs work off the main thread at the priority of something a user waits for.
+/// Port: runs work off the main thread, at a priority suited to something that a user waits for.
 class BackgroundQueue {
   public:
     using Work = std::function<void(const Cancellation&)>;
 
     virtual ~BackgroundQueue() = default;
-    /// Starts `work` and returns the handle by which it can be told to stop early; the work itself decides
-    /// where it looks. Two pieces of work may run at once.
+    /// Starts `work` as soon as a thread is free and returns its cancellation flag. Cancelled work that has
+    /// not started is still called, with the flag set. Two pieces of work may run at the same time.
     virtual Cancellation start(Work work) = 0;
 };
 

@@ -10,12 +10,13 @@ namespace {
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
-/// A character at the front of a text: its code point and length, or length 0 when ill-formed.
+/// The character at the start of a text and its length in bytes. The length is 0 if it is ill-formed.
 struct Decoded {
     char32_t codePoint = 0;
     std::size_t length = 0;
 };
 
+/// The length in bytes of a sequence that starts with `lead`; 0 if none does.
 std::size_t announcedLength(unsigned char lead) {
     if (lead < 0x80) return 1;
     if (lead >= 0xC2 && lead <= 0xDF) return 2;
@@ -24,7 +25,7 @@ std::size_t announcedLength(unsigned char lead) {
     return 0;
 }
 
-/// `text` is not empty.
+/// `text` must not be empty.
 Decoded decodeFront(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = announcedLength(lead);
@@ -35,6 +36,7 @@ Decoded decodeFront(std::string_view text) {
         if (!isContinuation(byte)) return {};
         codePoint = (codePoint << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
     }
+    // A longer sequence than necessary could hide a character from checks of its bytes.
     constexpr std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
     const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
     if (codePoint < smallest.at(length) || surrogate || codePoint > 0x10FFFF) return {};
@@ -43,7 +45,7 @@ Decoded decodeFront(std::string_view text) {
 
 std::size_t frontLength(std::string_view text) { return std::max<std::size_t>(decodeFront(text).length, 1); }
 
-/// The length in bytes of the last character of `text`, which is not empty.
+/// The length in bytes of the last character of `text`, which must not be empty.
 std::size_t backLength(std::string_view text) {
     std::size_t length = 1;
     while (length < 4 && length < text.size() && isContinuation(text[text.size() - length])) ++length;
@@ -51,6 +53,7 @@ std::size_t backLength(std::string_view text) {
     return decodeFront(tail).length == length ? length : 1;
 }
 
+/// The characters with Unicode's White_Space property.
 bool isWhiteSpace(char32_t codePoint) {
     return (codePoint >= 0x09 && codePoint <= 0x0D) || codePoint == 0x20 || codePoint == 0x85 ||
            codePoint == 0xA0 || codePoint == 0x1680 || (codePoint >= 0x2000 && codePoint <= 0x200A) ||

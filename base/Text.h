@@ -4,41 +4,48 @@
 #include <string>
 #include <string_view>
 
-/// Helpers for UTF-8 text. A "character" is a code point; a byte that belongs to no well-formed sequence
-/// counts as one character, so that every function ends on any bytes.
+/// Helpers for UTF-8 text. A "character" is a code point. Text from hardware can contain anything, so every
+/// function accepts any bytes: a byte that is not part of a well-formed sequence counts as one character.
+///
+/// Functions that return a view return a part of their argument, which must outlive the result. Case
+/// functions change ASCII letters only. Pure functions; any thread.
 namespace kelvinbar {
 
-/// Whether `text` is well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
+/// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool isValidUtf8(std::string_view text);
 
+/// The number of characters, not of bytes: 2 for "°C". Takes time in proportion to the length.
 std::size_t characterCount(std::string_view text);
 
-/// The first `count` characters of `text`; all of it when it has fewer.
+/// The first `count` characters of `text`, or all of it if it has fewer.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 
-/// `text` without its last character; empty stays empty.
+/// `text` without its last character. An empty text stays empty.
 std::string_view withoutLastCharacter(std::string_view text);
 
-/// `text` without the characters of Unicode's White_Space set at both ends (line ends are among them).
+/// `text` without white space at both ends: all characters with Unicode's White_Space property, such as line
+/// ends and no-break spaces.
 std::string_view trimmed(std::string_view text);
 
-/// `text` with A to Z lower-cased. Enough wherever the other side of a comparison is ASCII.
+/// `text` with A to Z in lower case. Sufficient for comparisons with ASCII words.
 std::string asciiLowercased(std::string_view text);
 
 inline char asciiLowercased(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+/// '0' to '9' only. Unlike std::isdigit, defined for every char.
 inline bool isDecimalDigit(char character) { return character >= '0' && character <= '9'; }
 
-/// The value of a hex digit of either case, or -1.
+/// The value of a hexadecimal digit in upper or lower case; -1 for any other character.
 int hexDigitValue(char character);
 
 inline bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
-/// `text` with every occurrence of `from` replaced by `to`, in one pass from the left. `from` is not empty.
+/// `text` with every occurrence of `from` replaced by `to`, from left to right. Replacements are not searched
+/// again. `from` must not be empty.
 std::string replacedAll(std::string_view text, std::string_view from, std::string_view to);
 
 } // namespace kelvinbar

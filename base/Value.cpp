@@ -25,7 +25,7 @@ void Dictionary::set(std::string_view key, Value value) {
 }
 
 const Value* Dictionary::find(std::string_view key) const {
-    // Most keys of a dictionary differ in length or first letter, which costs less to see than a comparison.
+    // Most keys of a dictionary differ in length or first letter. Checking these first is cheaper.
     const auto found = std::ranges::find_if(entries_, [key](const Entry& entry) {
         const std::string& name = entry.first;
         return name.size() == key.size() && (key.empty() || name.front() == key.front()) && name == key;

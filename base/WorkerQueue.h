@@ -10,13 +10,18 @@
 
 namespace kelvinbar {
 
-/// A BackgroundQueue on a fixed number of threads, made once: a refresh a second for months starts none.
-/// The destructor lets running work end and drops what has not begun.
+/// A BackgroundQueue with a fixed number of threads. They start with the queue and are reused: a program that
+/// refreshes every second for months starts no further threads. Work starts in the order in which it was
+/// submitted; with more than one thread it can finish in any order.
 class WorkerQueue final : public BackgroundQueue {
   public:
+    /// `threadCount` is at least 1: without a thread no work ever starts.
     explicit WorkerQueue(unsigned threadCount);
     WorkerQueue(const WorkerQueue&) = delete;
     WorkerQueue& operator=(const WorkerQueue&) = delete;
+
+    /// Drops work that has not started and waits for running work. It does not cancel running work, so it can
+    /// block for as long as the hardware does. Must not run on one of the queue's own threads.
     ~WorkerQueue() override;
 
     Cancellation start(Work work) override;
@@ -29,7 +34,7 @@ class WorkerQueue final : public BackgroundQueue {
 
     void runJobs();
 
-    std::mutex mutex_;
+    std::mutex mutex_; ///< guards `waiting_` and `stopping_`; not held while work runs
     std::condition_variable wake_;
     std::deque<Job> waiting_;
     bool stopping_ = false;

@@ -1,5 +1,6 @@
 // Catalogue look-ups: a key of the table, one that a rule names, and one that nothing names.
 
+#include "bench/Measuring.h"
 #include "catalogue/SMCKeyDatabase.h"
 
 #include <array>
@@ -12,9 +13,7 @@ namespace kelvinbar::bench {
 namespace {
 
 void lookUp(benchmark::State& state, const std::array<std::string_view, 4>& keys) {
-    std::size_t next = 0;
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(SMCKeyDatabase::hwMonitorDefinition(keys[next++ % keys.size()]));
+    measureInTurn(state, keys, [](std::string_view key) { return SMCKeyDatabase::hwMonitorDefinition(key); });
 }
 
 void tableHit(benchmark::State& state) { lookUp(state, {"TC0P", "F0Ac", "VC0C", "IG0S"}); }

@@ -1,8 +1,10 @@
 // One pass over a machine whose driver answers from memory, and the same driver calls alone as its floor.
 
-#include "bench/MemoryMachine.h"
+#include "bench/Measuring.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 
 #include <benchmark/benchmark.h>
 
@@ -12,10 +14,6 @@ namespace {
 
 constexpr std::size_t maximumCandidates = 1024;
 constexpr std::size_t pinnedKeys = 6;
-
-void setKeys(benchmark::State& state, std::size_t count) {
-    state.counters["keys"] = static_cast<double>(count);
-}
 
 void call(MemoryDriver& driver, SMCCommand command, std::uint32_t key, std::uint32_t index) {
     SMCParamBlock input;
@@ -40,56 +38,60 @@ std::vector<std::uint32_t> packedKeys(const std::vector<std::string>& keys) {
     return codes;
 }
 
-/// A pass that discovers all keys and reads those that one pass may.
-void loadReadingsWithDiscovery(benchmark::State& state) {
-    const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
-    useMemoryMachine(keys);
-    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings({}, true, {}, true));
-    setKeys(state, keys.size());
-}
+/// The driver's calls that a pass makes, without the rest of it.
+struct DriverCalls {
+    explicit DriverCalls(const std::vector<std::string>& keys) : driver(keys), codes(packedKeys(keys)) {}
 
-void driverCallsWithDiscovery(benchmark::State& state) {
-    const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
-    const auto codes = packedKeys(keys);
-    MemoryDriver driver(keys);
-    while (state.KeepRunning()) {
+    void listKeys() {
         readKeyAlone(driver, packedSMCKey("#KEY"));
         for (std::uint32_t index = 0; index < codes.size(); ++index) {
             call(driver, SMCCommand::keyByIndex, 0, index);
         }
-        for (std::size_t index = 0; index < std::min(codes.size(), maximumCandidates); ++index) {
-            readKeyAlone(driver, codes[index]);
+    }
+
+    void readKeys() {
+        for (const std::uint32_t code : std::span(codes).first(std::min(codes.size(), maximumCandidates))) {
+            readKeyAlone(driver, code);
         }
     }
-    setKeys(state, keys.size());
+
+    MemoryDriver driver;
+    std::vector<std::uint32_t> codes;
+};
+
+void measurePass(benchmark::State& state, const std::vector<std::string>& keys, const LoadPass& pass) {
+    const MemoryMachine memory(keys);
+    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings(memory.machine, pass));
+}
+
+/// A pass that discovers all keys and reads those that one pass may.
+void loadReadingsWithDiscovery(benchmark::State& state) {
+    measurePass(state, keysOfArgument(state), discoveringPass());
+}
+
+void driverCallsWithDiscovery(benchmark::State& state) {
+    DriverCalls calls(keysOfArgument(state));
+    while (state.KeepRunning()) {
+        calls.listKeys();
+        calls.readKeys();
+    }
 }
 
 /// A pass between two discoveries.
 void loadReadings(benchmark::State& state) {
-    const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
-    useMemoryMachine(keys);
-    const KeySet known = keySet(keys);
-    while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings({}, false, known, true));
-    setKeys(state, keys.size());
+    const auto keys = keysOfArgument(state);
+    measurePass(state, keys, passOver(keys, true));
 }
 
 void driverCalls(benchmark::State& state) {
-    const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
-    const auto codes = packedKeys(keys);
-    MemoryDriver driver(keys);
-    while (state.KeepRunning()) {
-        for (const std::uint32_t code : codes) readKeyAlone(driver, code);
-    }
-    setKeys(state, keys.size());
+    DriverCalls calls(keysOfArgument(state));
+    while (state.KeepRunning()) calls.readKeys();
 }
 
 void loadPinnedReadings(benchmark::State& state) {
     const auto keys = namedKeys(1000);
-    useMemoryMachine(keys);
-    const KeySet pinned(keys.end() - pinnedKeys, keys.end());
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(kelvinbar::loadReadings(pinned, false, pinned, false));
-    setKeys(state, pinned.size());
+    measurePass(state, keys, passOver({keys.end() - pinnedKeys, keys.end()}, false));
+    reportKeys(state, pinnedKeys);
 }
 
 BENCHMARK(loadReadingsWithDiscovery)->Arg(64)->Arg(512)->Arg(1000)->Arg(2048)->Arg(8192);

@@ -1,8 +1,11 @@
 #include "bench/MemoryMachine.h"
 
 #include "catalogue/SMCKeyDatabase.h"
+#include "smc/SMCBridge.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <set>
 
 namespace kelvinbar::bench {
@@ -97,15 +100,25 @@ ReturnCode MemoryDriver::callStructMethod(Connection /*connection*/, std::uint32
     return kernSuccess;
 }
 
-std::shared_ptr<MemoryDriver> useMemoryMachine(const std::vector<std::string>& keys) {
-    auto driver = std::make_shared<MemoryDriver>(keys);
-    useMachine({.driver = driver,
-                .registry = std::make_shared<EmptyRegistry>(),
-                .system = nullptr,
-                .clock = std::make_shared<StandingClock>()});
-    return driver;
+MemoryMachine::MemoryMachine(const std::vector<std::string>& keys)
+    : driver(std::make_shared<MemoryDriver>(keys)) {
+    const auto clock = std::make_shared<StandingClock>();
+    machine = {.source = std::make_shared<SMCBridge>(driver, std::make_shared<EmptyRegistry>(), clock),
+               .system = nullptr,
+               .clock = clock};
 }
 
-KeySet keySet(const std::vector<std::string>& keys) { return {keys.begin(), keys.end()}; }
+LoadPass discoveringPass() {
+    const auto none = std::make_shared<const KeySet>();
+    return {
+        .fixedCandidates = none, .shouldDiscover = true, .cachedDynamicKeys = none, .readSuperIOFans = true};
+}
+
+LoadPass passOver(const std::vector<std::string>& keys, bool readSuperIOFans) {
+    return {.fixedCandidates = std::make_shared<const KeySet>(),
+            .shouldDiscover = false,
+            .cachedDynamicKeys = std::make_shared<const KeySet>(keys.begin(), keys.end()),
+            .readSuperIOFans = readSuperIOFans};
+}
 
 } // namespace kelvinbar::bench

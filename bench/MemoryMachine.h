@@ -2,18 +2,19 @@
 
 #include "base/Clock.h"
 #include "sensors/Machine.h"
+#include "smc/SMCDriver.h"
 #include "smc/SMCKeyText.h"
 #include "smc/SMCParamBlock.h"
 #include "store/LoadPass.h"
 
-#include <array>
-#include <bit>
-#include <cstring>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace kelvinbar::bench {
@@ -56,9 +57,18 @@ class MemoryDriver final : public SMCDriver {
     std::unordered_map<std::uint32_t, Answers> byKey_;
 };
 
-/// A machine of `count` keys, without registry fans, that becomes the process's own.
-std::shared_ptr<MemoryDriver> useMemoryMachine(const std::vector<std::string>& keys);
+/// A machine of `keys`, without registry fans and system facts, and its driver.
+struct MemoryMachine {
+    explicit MemoryMachine(const std::vector<std::string>& keys);
 
-KeySet keySet(const std::vector<std::string>& keys);
+    std::shared_ptr<MemoryDriver> driver;
+    Machine machine;
+};
+
+/// A pass that discovers all keys, and reads registry fans.
+LoadPass discoveringPass();
+
+/// A pass between two discoveries that reads `keys`.
+LoadPass passOver(const std::vector<std::string>& keys, bool readSuperIOFans);
 
 } // namespace kelvinbar::bench

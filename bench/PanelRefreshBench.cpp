@@ -1,11 +1,10 @@
 // What a refresh costs the main thread while the panel is open: 300 readings, of which some have changed,
 // from the arrival of the result to the last pixel. In processor time, since the thread sleeps in between.
 
-#include "bench/MemoryMachine.h"
+#include "bench/MemoryStore.h"
 #include "panel/PanelWindow.h"
 #include "panel/SensorSections.h"
-#include "store/InMemoryUserDefaults.h"
-#include "store/KelvinbarStore.h"
+#include "shell/LoginItemManager.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
@@ -52,6 +51,22 @@ class ImmediateQueue final : public BackgroundQueue {
     }
 };
 
+/// A desktop that starts nothing at login.
+class NoLoginItemService final : public LoginItemService {
+  public:
+    [[nodiscard]] bool canRegister() const override { return false; }
+
+    [[nodiscard]] bool isRegistered() const override { return false; }
+
+    bool registerItem() override { return false; }
+
+    bool unregisterItem() override { return false; }
+
+    void openLoginItemsSettings() override {}
+
+    void beep() override {}
+};
+
 class OpenPanel {
   public:
     OpenPanel() {
@@ -66,8 +81,8 @@ class OpenPanel {
 
     /// The main thread's time for one refresh in which `changed` readings have another value.
     Milliseconds refresh(const std::vector<std::string>& changed) {
-        for (const std::string& key : changed) driver_->changeValue(key);
-        store_.refresh(false);
+        for (const std::string& key : changed) memory_.driver().changeValue(key);
+        memory_.store().refresh(false);
         const int framesBefore = frames_;
         const Milliseconds before = threadTime();
         mainQueue_.drain();
@@ -79,7 +94,7 @@ class OpenPanel {
     /// The keys of all rows from the top of the list.
     [[nodiscard]] std::vector<std::string> keysOfRows() const {
         std::vector<std::string> keys;
-        const ReadingList visible = visibleReadings(store_.readings().value(), {});
+        const ReadingList visible = visibleReadings(memory_.store().readings().value(), {});
         for (const SensorSectionModel& section : sectionModels(visible)) {
             for (const SMCReading* const reading : section.readings) keys.push_back(reading->key);
         }
@@ -104,21 +119,16 @@ class OpenPanel {
         while (timer.elapsed() < 500) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
 
-    std::shared_ptr<MemoryDriver> driver_ = useMemoryMachine(namedKeys(300));
-    InMemoryUserDefaults defaults_;
-    NotificationCenter notifications_;
     WaitingMainQueue mainQueue_;
     ImmediateQueue backgroundQueue_;
-    SystemWallClock wallClock_;
-    StandingClock clock_;
-    KelvinbarStore store_{{.defaults = defaults_,
-                           .notifications = notifications_,
-                           .mainQueue = mainQueue_,
-                           .backgroundQueue = backgroundQueue_,
-                           .wallClock = wallClock_,
-                           .monotonicClock = clock_}};
-    std::unique_ptr<PanelWindow> panel_ = makePanelWindow(
-        store_, {.close = [] {}, .prefersReducedMotion = [] { return true; }, .systemSymbols = {}});
+    MemoryStore memory_{mainQueue_, backgroundQueue_};
+    NoLoginItemService loginItemService_;
+    LoginItemManager loginItem_{loginItemService_};
+    std::unique_ptr<PanelWindow> panel_ =
+        makePanelWindow(memory_.store(), {.loginItem = loginItem_,
+                                          .close = [] {},
+                                          .prefersReducedMotion = [] { return true; },
+                                          .systemSymbols = {}});
     int frames_ = 0;
 };
 

@@ -2,9 +2,7 @@
 
 #include "base/MainLoopQueue.h"
 #include "base/WorkerQueue.h"
-#include "bench/MemoryMachine.h"
-#include "store/InMemoryUserDefaults.h"
-#include "store/KelvinbarStore.h"
+#include "bench/MemoryStore.h"
 
 #include <fstream>
 #include <string>
@@ -29,32 +27,21 @@ class RunningStore {
     RunningStore() { finishRefresh(); }
 
     void refreshOnce() {
-        store_.refresh(false);
+        memory_.store().refresh(false);
         finishRefresh();
     }
 
   private:
     void finishRefresh() {
-        mainQueue_.runUntil([&] { return store_.statusMessage().value().starts_with("Loaded"); });
+        mainQueue_.runUntil([&] { return memory_.store().statusMessage().value().starts_with("Loaded"); });
     }
 
-    InMemoryUserDefaults defaults_;
-    NotificationCenter notifications_;
     MainLoopQueue mainQueue_;
     WorkerQueue backgroundQueue_{2};
-    SystemWallClock wallClock_;
-    StandingClock clock_;
-
-    KelvinbarStore store_{{.defaults = defaults_,
-                           .notifications = notifications_,
-                           .mainQueue = mainQueue_,
-                           .backgroundQueue = backgroundQueue_,
-                           .wallClock = wallClock_,
-                           .monotonicClock = clock_}};
+    MemoryStore memory_{mainQueue_, backgroundQueue_};
 };
 
 void refreshForDays(benchmark::State& state) {
-    useMemoryMachine(namedKeys(300));
     RunningStore running;
     for (int warmUp = 0; warmUp < 1000; ++warmUp) running.refreshOnce();
     const double memoryBefore = processStatus("VmRSS");

@@ -90,7 +90,7 @@ Result readInPlace(int passes) {
     StandardErrorSink sink;
     Log log(sink);
     std::vector<std::shared_ptr<const SensorFile>> open;
-    for (const SensorChip& chip : sensorChips("/", log)) {
+    for (const SensorChip& chip : sensorChips("/", nullptr, log)) {
         for (const SensorChannel& channel : chip.channels) {
             open.push_back(std::make_shared<const SensorFile>(channel.file));
         }

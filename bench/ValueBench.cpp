@@ -1,13 +1,15 @@
 // The steps of a pass by themselves: decoding, normalising, sorting; printf is the floor of number text.
 
 #include "base/NumberText.h"
-#include "bench/MemoryMachine.h"
+#include "bench/Measuring.h"
 #include "smc/SMCValueDecoding.h"
 #include "store/ReadingOrder.h"
 #include "store/ValueNormalization.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include <benchmark/benchmark.h>
 
@@ -26,37 +28,29 @@ SMCParamBlock block(std::string_view type, std::array<std::uint8_t, 4> bytes, st
 void decodeValue(benchmark::State& state) {
     const std::array blocks{block("sp78", {0x2D, 0x80}, 2), block("flt ", {0x33, 0x33, 0x3D, 0x42}, 4),
                             block("ui16", {0x2D, 0x42}, 2), block("ch8*", {0x6A, 0x31, 0x33, 0x38}, 4)};
-    std::size_t next = 0;
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(dictionaryForKey("TC0P", blocks[next++ % blocks.size()]));
+    measureInTurn(state, blocks, [](const SMCParamBlock& each) { return dictionaryForKey("TC0P", each); });
 }
 
+constexpr std::array numbers{45.5, 1200.25, 3.125, 12500.0};
+
 void normalizeOneValue(benchmark::State& state) {
-    const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
-    std::size_t next = 0;
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(normalizeValue("B0AV", "", numbers[next++ % 4], "V"));
+    measureInTurn(state, numbers, [](double number) { return normalizeValue("B0AV", "", number, "V"); });
 }
 
 void numberText(benchmark::State& state) {
-    const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
-    std::size_t next = 0;
-    while (state.KeepRunning()) benchmark::DoNotOptimize(fixedText(numbers[next++ % 4], 2));
+    measureInTurn(state, numbers, [](double number) { return fixedText(number, 2); });
 }
 
 void numberTextByPrintf(benchmark::State& state) {
-    const std::array numbers{45.5, 1200.25, 3.125, 12500.0};
-    std::size_t next = 0;
     std::array<char, 32> buffer{};
-    while (state.KeepRunning()) {
-        benchmark::DoNotOptimize(std::snprintf(buffer.data(), buffer.size(), "%.2f", numbers[next++ % 4]));
-    }
+    measureInTurn(state, numbers,
+                  [&](double number) { return std::snprintf(buffer.data(), buffer.size(), "%.2f", number); });
 }
 
 void sortReadings(benchmark::State& state) {
-    const auto keys = namedKeys(static_cast<std::size_t>(state.range(0)));
-    useMemoryMachine(keys);
-    const auto readings = kelvinbar::loadReadings({}, false, keySet(keys), false).readings;
+    const auto keys = keysOfArgument(state);
+    const MemoryMachine memory(keys);
+    const auto readings = kelvinbar::loadReadings(memory.machine, passOver(keys, false)).readings;
     while (state.KeepRunning()) {
         state.PauseTiming();
         auto copy = readings;
@@ -64,7 +58,6 @@ void sortReadings(benchmark::State& state) {
         copy = sortedByCategoryAndKey(std::move(copy));
         benchmark::DoNotOptimize(copy);
     }
-    state.counters["keys"] = static_cast<double>(keys.size());
 }
 
 BENCHMARK(decodeValue);

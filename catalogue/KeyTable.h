@@ -6,8 +6,9 @@
 
 namespace kelvinbar {
 
-/// Builds the table of keys known by name: sorted by key in code-unit order, each key once. Where two groups
-/// of rows name the same key, the earlier group wins.
+/// Builds the table of keys known by name from the rows in KnownKey.h: sorted by key in code-unit order, each
+/// key once. Numbered rows become one entry for each digit in their limits. Allocates and sorts the whole
+/// table on every call; SMCKeyDatabase calls it once. Any thread.
 std::vector<SMCKeyDefinition> makeDefinitions();
 
 } // namespace kelvinbar

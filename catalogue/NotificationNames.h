@@ -7,23 +7,30 @@
 #include <optional>
 #include <string>
 
-/// The notifications by which the store tells the shell that something it shows has changed.
+/// The notifications that the store posts when something outside the panel has to follow a change: the
+/// status item, the refresh timer and the panel window. Views in the panel observe the store's fields
+/// instead.
+///
+/// Posted and delivered on the main thread, after the store has changed. See NotificationCenter.
 namespace kelvinbar {
 
+/// What the status item displays has changed.
 struct MenuBarReadingChange {
-    std::optional<std::string> title;   ///< absent: ask the store
-    std::optional<std::string> toolTip; ///< absent: ask the store
+    std::optional<std::string> title;   ///< no value: read it from the store
+    std::optional<std::string> toolTip; ///< no value: read it from the store
 
     friend bool operator==(const MenuBarReadingChange&, const MenuBarReadingChange&) = default;
 };
 
+/// The panel sizes itself in another way, or in dynamic mode has other content to fit.
 struct DisplayModeChange {
     SMCWindowDisplayMode mode = SMCWindowDisplayMode::fixed;
-    std::size_t visibleReadings = 0;
+    std::size_t visibleReadings = 0; ///< readings with a value that are not hidden
 
     friend bool operator==(const DisplayModeChange&, const DisplayModeChange&) = default;
 };
 
+/// The user has set the size of the panel in fixed mode.
 struct ManualSizeChange {
     double width = 0;  ///< points
     double height = 0; ///< points
@@ -31,7 +38,7 @@ struct ManualSizeChange {
     friend bool operator==(const ManualSizeChange&, const ManualSizeChange&) = default;
 };
 
-/// Carries the new rate.
+/// The content is the new rate.
 inline constexpr NotificationName<SMCSamplingRate> kelvinbarSamplingRateChanged{
     "KelvinbarSamplingRateChanged"};
 

@@ -7,7 +7,8 @@
 
 namespace kelvinbar {
 
-/// The panel section that a reading belongs to, in the order of the sections.
+/// The panel section to which a reading belongs, in display order. The order of the enumerators is not stored
+/// anywhere; exported and saved data contain the title.
 enum class SMCCategory : std::uint8_t {
     overview,
     cpu,
@@ -24,6 +25,7 @@ enum class SMCCategory : std::uint8_t {
     unknown,
 };
 
+/// All categories in display order.
 inline constexpr std::array<SMCCategory, 13> allCategories{
     SMCCategory::overview, SMCCategory::cpu,     SMCCategory::gpu,     SMCCategory::memory,
     SMCCategory::fans,     SMCCategory::battery, SMCCategory::power,   SMCCategory::voltages,
@@ -31,10 +33,11 @@ inline constexpr std::array<SMCCategory, 13> allCategories{
     SMCCategory::unknown,
 };
 
-/// The title of the category: its section heading, its identity in lists and its stored form.
+/// The title of the category, for example "GPU / iGPU": section heading, identity in lists and stored form. A
+/// changed title would make saved data unreadable. Lives as long as the program.
 std::string_view rawValue(SMCCategory category);
 
-/// The category with exactly this title (case counts, nothing is trimmed), if there is one.
+/// The category with exactly this title; no value if there is none. Case matters, spaces are not trimmed.
 std::optional<SMCCategory> categoryFromRawValue(std::string_view title);
 
 } // namespace kelvinbar

@@ -9,7 +9,7 @@ namespace kelvinbar {
 std::size_t SMCKeyHash::operator()(std::string_view key) const noexcept {
     std::uint32_t packed = 0;
     for (const char byte : key) packed = (packed << 8U) | static_cast<unsigned char>(byte);
-    // Knuth's multiplicative hashing: the letters' few distinct bits spread over the word.
+    // Knuth's multiplicative hashing: keys differ in few bits, and the product spreads these over the word.
     const std::uint32_t spread = packed * 2654435769U;
     return spread;
 }

@@ -12,13 +12,13 @@ namespace kelvinbar {
 
 namespace {
 
-/// Texts that drivers give in place of a value, lower-cased.
+/// Texts that drivers return in place of a value, in lower case.
 constexpr std::array<std::string_view, 12> placeholders{
     "—", "-", "--", "---", "n/a", "na", "nan", "null", "nil", "unsupported", "unavailable", "no value",
 };
 
-/// Whether `text` itself says that there is no value. "nan" and "inf" count anywhere in it: no driver's
-/// spelling of a missing number may slip through, and no sensor value contains these letters.
+/// Whether `text` says that there is no value. "nan" and "inf" count anywhere in the text: drivers spell
+/// missing numbers in many ways ("-nan", "nan(ind)"), and no sensor value contains these letters.
 bool deniesAValue(std::string_view text) {
     const std::string lower = asciiLowercased(text);
     return lower.empty() || std::ranges::find(placeholders, lower) != placeholders.end() ||

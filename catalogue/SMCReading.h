@@ -10,42 +10,44 @@
 
 namespace kelvinbar {
 
-/// One sensor reading on its way from the access layer to the menu bar and the panel.
+/// One sensor reading, ready for display: a source has read it, and the store has named and formatted it. A
+/// plain value; it does not change when the sensor does.
 struct SMCReading {
-    std::string key; ///< four-character SMC key, or a made-up one; unique in a set of readings
-    std::string name;
+    std::string key;  ///< an SMC key or a key that its source made up; unique among all readings
+    std::string name; ///< for people; not unique
     SMCCategory category = SMCCategory::unknown;
-    std::string type;  ///< SMC data type ("ui16"), "ioreg" or "native"
-    std::string value; ///< formatted, without unit
-    std::optional<double> numericValue;
-    std::string unit;   ///< "°C", "RPM", "W", "V", "A", "mAh", "GB" or empty
-    std::string raw;    ///< the value's bytes as text, possibly empty
-    std::string status; ///< "OK" or another short text, possibly empty
+    std::string type;                   ///< SMC data type ("ui16"), "ioreg" or "native"
+    std::string value;                  ///< formatted, without unit
+    std::optional<double> numericValue; ///< in `unit`; can be NaN or infinite
+    std::string unit;                   ///< "°C", "RPM", "W", "V", "A", "mAh", "GB" or empty
+    std::string raw;                    ///< the value's bytes as text, possibly empty
+    std::string status;                 ///< "OK" or another short text, possibly empty
 
     /// The identity of the reading in lists: its key.
     [[nodiscard]] const std::string& id() const { return key; }
 
-    /// The value with its unit, for people; the unit is not added to a value that ends with it.
+    /// The value with its unit, for people: "45.5 °C". The unit is omitted if the value already ends with it.
     [[nodiscard]] std::string displayValue() const;
 
-    /// Whether the reading shows a real value: no placeholder, no text with "nan" or "inf" in it, a finite
-    /// number, or without a number some raw bytes.
+    /// Whether the reading has a value worth displaying. False if the value is empty, a placeholder such as
+    /// "n/a", or contains "nan" or "inf" in any case; if the number is not finite; or if there is neither a
+    /// number nor raw text.
     [[nodiscard]] bool hasDisplayableValue() const;
 
     friend bool operator==(const SMCReading&, const SMCReading&) = default;
 };
 
-/// `reading` as a keyed record: the field names as keys in the order of the fields, the category by its
-/// title, `numericValue` only when present.
+/// `reading` as a dictionary with the field names as keys, in the order of the fields. The category is stored
+/// as its title. `numericValue` is omitted if it has no value.
 Dictionary encodedReading(const SMCReading& reading);
 
-/// The reading in a keyed record; nothing when a required entry is missing or mistyped or the category's
-/// title is unknown.
+/// The reading stored in `record`. No value if an entry other than `numericValue` is missing, any entry has
+/// the wrong type, or the category is unknown. Ignores further entries.
 std::optional<SMCReading> decodedReading(const Dictionary& record);
 
 } // namespace kelvinbar
 
-/// All nine fields count; negative zero hashes as zero, as it compares.
+/// All nine fields count. Zero and negative zero are equal and therefore have the same hash.
 template <>
 struct std::hash<kelvinbar::SMCReading> {
     std::size_t operator()(const kelvinbar::SMCReading& reading) const noexcept;

@@ -12,7 +12,10 @@ namespace kelvinbar {
 
 PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
                            const SensorListMetrics& metrics, std::function<void()> closeAction)
-    : store_(store), closeAction_(std::move(closeAction)), sensors_(metrics), controls_(store, loginItem) {
+    : store_(store)
+    , closeAction_(std::move(closeAction))
+    , sensors_(metrics, store.texts().memoryCard)
+    , controls_(store, loginItem) {
     secondClickWait_.setSingleShot(true);
     connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::secondClickMayNotComeAnyMore);
     // The open panel holds the pointer, which what opens now needs.
@@ -130,5 +133,7 @@ void PanelContent::whenRowsMayMove(std::function<void()> change) {
         change();
     }
 }
+
+QString PanelContent::scanningText() const { return qtText(store_.texts().scanning); }
 
 } // namespace kelvinbar

@@ -26,6 +26,7 @@ class PanelContent final : public QObject {
     QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(State state READ state NOTIFY stateChanged)
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
+    Q_PROPERTY(QString scanningText READ scanningText CONSTANT)
     Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
     Q_PROPERTY(kelvinbar::PanelControls* controls READ controls CONSTANT)
     /// The height that the content is laid out for at least, in points.
@@ -46,6 +47,8 @@ class PanelContent final : public QObject {
                  std::function<void()> closeAction);
 
     [[nodiscard]] State state() const { return state_; }
+
+    [[nodiscard]] QString scanningText() const;
 
     [[nodiscard]] QString statusMessage() const { return statusMessage_; }
 

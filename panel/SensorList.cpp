@@ -34,7 +34,7 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
     readings_ = readings;
     const ReadingList visible = visibleReadings(readings_, hiddenKeys);
     visibleReadingCount_ = visible.size();
-    sections_ = sectionModels(visible);
+    sections_ = sectionModels(visible, memorySubtitle_);
     std::vector<std::size_t> rowCounts;
     std::ranges::transform(sections_, std::back_inserter(rowCounts),
                            [](const SensorSectionModel& section) { return section.readings.size(); });

@@ -30,7 +30,10 @@ class SensorList final : public QObject {
     Q_PROPERTY(QString currentKey READ currentKey NOTIFY currentKeyChanged)
 
   public:
-    explicit SensorList(const SensorListMetrics& metrics) : metrics_(metrics) {}
+    /// `memorySubtitle` outlives the list.
+    explicit SensorList(const SensorListMetrics& metrics,
+                        std::string_view memorySubtitle = MachineTexts().memoryCard)
+        : metrics_(metrics), memorySubtitle_(memorySubtitle) {}
 
     /// What the list shows from now on.
     void update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
@@ -108,6 +111,7 @@ class SensorList final : public QObject {
     SensorRowsModel& rowsModel(std::string_view sectionId);
 
     SensorListMetrics metrics_;
+    const std::string_view memorySubtitle_;
     std::vector<SMCReading> readings_;         ///< of which the sections are made
     std::vector<SensorSectionModel> sections_; ///< over `readings_`
     std::vector<Span> cardSpans_;

@@ -45,7 +45,7 @@ ReadingList sectionReadings(const ReadingList& visible, std::initializer_list<SM
 struct Section {
     std::string_view id;
     std::string_view title;
-    std::string_view subtitle;
+    std::string_view subtitle; ///< empty where the machine has its own
     std::string_view icon;
     Accent accent;
     ReadingList (*readings)(const ReadingList& visible);
@@ -55,7 +55,7 @@ constexpr std::array sections{
     Section{"cpu", "CPU", "Package, cores, diode, PECI and CPU power", "cpu", Accent::cyan, cpuReadings},
     Section{"graphics", "GRAPHICS", "iGPU / dGPU temperatures and activity", "display", Accent::purple,
             graphicsReadings},
-    Section{"memory", "RAM", "Memory sensors exposed by SMC", "memorychip", Accent::pink, memoryReadings},
+    Section{"memory", "RAM", "", "memorychip", Accent::pink, memoryReadings},
     Section{"storage", "STORAGE", "NVMe / SATA media health keys", "internaldrive", Accent::grey,
             storageReadings},
     Section{"fans", "FANS", "Tachometers and fan targets", "fanblades", Accent::mint, fanReadings},
@@ -115,13 +115,14 @@ int sortPriority(const SMCReading& reading) {
     return found == rankingWords.end() ? lastPriority : static_cast<int>(found - rankingWords.begin());
 }
 
-std::vector<SensorSectionModel> sectionModels(const ReadingList& visible) {
+std::vector<SensorSectionModel> sectionModels(const ReadingList& visible, std::string_view memorySubtitle) {
     std::vector<SensorSectionModel> models;
     for (const Section& section : sections) {
         ReadingList readings = section.readings(visible);
         if (readings.empty()) continue;
+        const auto subtitle = section.subtitle.empty() ? memorySubtitle : section.subtitle;
         models.push_back(
-            {section.id, section.title, section.subtitle, section.icon, section.accent, std::move(readings)});
+            {section.id, section.title, subtitle, section.icon, section.accent, std::move(readings)});
     }
     return models;
 }

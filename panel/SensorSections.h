@@ -3,6 +3,7 @@
 #include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
 #include "panel/PanelColor.h"
+#include "sensors/MachineTexts.h"
 
 #include <string_view>
 #include <vector>
@@ -41,6 +42,8 @@ ReadingList thermalReadings(const ReadingList& visible);
 int sortPriority(const SMCReading& reading);
 
 /// The sections that have rows, in the order of the panel.
-std::vector<SensorSectionModel> sectionModels(const ReadingList& visible);
+/// `memorySubtitle` outlives the result.
+std::vector<SensorSectionModel> sectionModels(const ReadingList& visible,
+                                              std::string_view memorySubtitle = MachineTexts().memoryCard);
 
 } // namespace kelvinbar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "sensors/MachineTexts.h"
 #include "sensors/SensorSource.h"
 #include "sensors/SystemInformation.h"
 
@@ -14,6 +15,7 @@ struct Machine {
     std::shared_ptr<SensorSource> source;
     std::shared_ptr<const SystemInformation> system; ///< null: nothing stands in for the source
     std::shared_ptr<const MonotonicClock> clock;
+    MachineTexts texts{}; ///< of the platform that the program runs on, whichever machine is read
 };
 
 } // namespace kelvinbar

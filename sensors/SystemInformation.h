@@ -22,8 +22,15 @@ class SystemInformation {
     /// In bytes; 0 when unknown.
     [[nodiscard]] virtual std::uint64_t physicalMemory() const = 0;
 
-    /// 0 nominal, 1 fair, 2 serious, 3 critical; anything else is unknown.
-    [[nodiscard]] virtual int thermalState() const = 0;
+    /// The processor's architecture, for people; empty when unknown.
+    [[nodiscard]] virtual std::string architecture() const = 0;
+
+    /// 0 nominal, 1 fair, 2 serious, 3 critical; any other number is unknown. Nothing on a system without
+    /// thermal states.
+    [[nodiscard]] virtual std::optional<int> thermalState() const = 0;
+
+    /// What the thermal state is called.
+    [[nodiscard]] virtual std::string_view thermalStateName() const = 0;
 
     [[nodiscard]] virtual bool isLowPowerModeEnabled() const = 0;
 };

@@ -37,6 +37,13 @@ std::optional<SMCReading> activeCores(int count) {
     return reading;
 }
 
+std::optional<SMCReading> thermalState(const SystemInformation& system) {
+    const auto state = system.thermalState();
+    if (!state) return std::nullopt;
+    return textReading("NTHR", system.thermalStateName(), SMCCategory::thermal,
+                       std::string(thermalStateText(*state)));
+}
+
 std::optional<SMCReading> physicalMemory(std::uint64_t bytes) {
     if (bytes == 0) return std::nullopt;
     const double gibibytes = static_cast<double>(bytes) / 1073741824.0;
@@ -74,11 +81,10 @@ std::vector<SMCReading> NativeMacSupport::readings() const {
         if (reading && reading->hasDisplayableValue()) readings.push_back(*std::move(reading));
     };
     keep(cpuModel());
-    keep(textReading("NARC", "Architecture", SMCCategory::cpu, "Apple Silicon"));
+    keep(textReading("NARC", "Architecture", SMCCategory::cpu, system_.architecture()));
     keep(activeCores(system_.activeProcessorCount()));
     keep(physicalMemory(system_.physicalMemory()));
-    keep(textReading("NTHR", "macOS Thermal State", SMCCategory::thermal,
-                     std::string(thermalStateText(system_.thermalState()))));
+    keep(thermalState(system_));
     keep(textReading("NLPM", "Low Power Mode", SMCCategory::power,
                      system_.isLowPowerModeEnabled() ? "Enabled" : "Disabled"));
     return readings;

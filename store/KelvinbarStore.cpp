@@ -65,7 +65,7 @@ KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
 void KelvinbarStore::refresh(bool forceDiscovery) {
     if (refreshTask_) return;
     isLoading_.set(readings_.value().empty());
-    statusMessage_.set("Reading AppleSMC keys…");
+    statusMessage_.set(std::string(texts().reading));
     refreshTask_ = start({.fixedCandidates = fixedCandidates_,
                           .shouldDiscover = forceDiscovery || isDiscoveryDue(),
                           .cachedDynamicKeys = discoveredCompatibleKeys_,

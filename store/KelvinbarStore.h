@@ -75,6 +75,8 @@ class KelvinbarStore {
 
     void setSearchText(std::string text) { searchText_.set(std::move(text)); }
 
+    [[nodiscard]] const MachineTexts& texts() const { return ports_.machine.texts; }
+
     /// The pinned readings that have something to show, in pin order.
     [[nodiscard]] std::vector<SMCReading> menuBarReadings() const;
     [[nodiscard]] std::string menuBarTitle() const;

@@ -38,13 +38,13 @@ SMCLoadResult withoutSource(const Machine& machine, std::string message) {
     if (machine.system != nullptr) result.readings = NativeMacSupport(*machine.system).readings();
     result.smcAvailable = !result.readings.empty();
     result.statusMessage =
-        result.smcAvailable ? "AppleSMC unavailable; showing native macOS telemetry" : std::move(message);
+        result.smcAvailable ? std::string(machine.texts.systemFactsOnly) : std::move(message);
     return result;
 }
 
-std::string statusText(std::size_t readingCount) {
-    if (readingCount == 0) return "AppleSMC connected, but no compatible sensor key returned a real value";
-    return "Loaded " + std::to_string(readingCount) + " HWMonitorSMC2-compatible keys";
+std::string statusText(std::size_t readingCount, const MachineTexts& texts) {
+    if (readingCount == 0) return std::string(texts.nothingReadable);
+    return "Loaded " + std::to_string(readingCount) + " " + std::string(texts.loaded);
 }
 
 std::vector<SMCReading> readKeys(SensorSource& source, const KeySet& keys, bool readSuperIOFans) {
@@ -76,7 +76,7 @@ SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const C
     const KeySet& dynamicKeys = result.discoveredKeys ? *result.discoveredKeys : *pass.cachedDynamicKeys;
     const KeySet& keys = dynamicKeys.empty() ? *pass.fixedCandidates : dynamicKeys;
     result.readings = readKeys(source, keys, pass.readSuperIOFans);
-    result.statusMessage = statusText(result.readings.size());
+    result.statusMessage = statusText(result.readings.size(), machine.texts);
     return result;
 }
 

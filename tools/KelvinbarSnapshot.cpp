@@ -58,7 +58,9 @@ void reportProblems(const std::string& source, const std::vector<LineProblem>& p
 
 /// The replayed machine, or nothing after saying why. Lines that cannot be used are named and left out.
 std::optional<Machine> replayedMachine(const std::string& source, std::string_view text, Log& log) {
-    ReplayResult replay = makeReplayMachine(text, makePlatform(log).clock);
+    const Machine host = makePlatform(log);
+    ReplayResult replay = makeReplayMachine(text, host.clock);
+    if (replay.machine) replay.machine->texts = host.texts;
     reportProblems(source, replay.problems);
     if (!replay.machine) reportError(source + ": no line of a snapshot in it");
     return std::move(replay.machine);

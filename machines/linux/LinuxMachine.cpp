@@ -3,6 +3,7 @@
 #include "machines/linux/LinuxSystemInformation.h"
 #include "machines/linux/applesmc/AppleSMCDetection.h"
 #include "machines/linux/applesmc/KeySourceDriver.h"
+#include "machines/linux/libsensors/Libsensors.h"
 #include "machines/linux/sources/KernelSensorSource.h"
 #include "sensors/SourceChain.h"
 #include "smc/SMCBridge.h"
@@ -14,10 +15,22 @@ namespace kelvinbar {
 
 namespace {
 
+constexpr MachineTexts linuxTexts{.reading = "Reading sensors…",
+                                  .loaded = "sensors",
+                                  .nothingReadable = "No sensor returned a real value",
+                                  .systemFactsOnly = "No sensors; showing what the system knows",
+                                  .scanning = "Scanning sensors…",
+                                  .memoryCard = "Memory sensors"};
+
 std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
                                        const std::shared_ptr<const MonotonicClock>& clock, Log& log) {
     auto keys = std::make_unique<DetectedAppleSMC>([root, &log] { return openAppleSMC(root, log); }, clock);
     return std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
+}
+
+/// libsensors reads the /sys of the running system only.
+std::shared_ptr<SensorConfiguration> configurationFor(const std::filesystem::path& root, Log& log) {
+    return root == "/" ? libsensorsConfiguration(log) : nullptr;
 }
 
 } // namespace
@@ -25,10 +38,12 @@ std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
                          Log& log) {
     std::vector<std::shared_ptr<SensorSource>> sources{
-        appleSMC(root, clock, log), std::make_shared<KernelSensorSource>(root, clock, log)};
+        appleSMC(root, clock, log),
+        std::make_shared<KernelSensorSource>(root, clock, log, configurationFor(root, log))};
     return {.source = std::make_shared<SourceChain>(std::move(sources)),
             .system = std::make_shared<LinuxSystemInformation>(root),
-            .clock = std::move(clock)};
+            .clock = std::move(clock),
+            .texts = linuxTexts};
 }
 
 } // namespace kelvinbar

@@ -8,8 +8,8 @@
 
 namespace kelvinbar {
 
-/// The machine whose kernel publishes itself in proc/ and sys/ below `root`: Apple's controller where there is
-/// one, then the kernel's sensors for what it does not measure. `log` outlives the machine.
+/// The machine whose kernel publishes itself in proc/ and sys/ below `root`: Apple's controller where there
+/// is one, then the kernel's sensors for what it does not measure. `log` outlives the machine.
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
                          Log& log);
 

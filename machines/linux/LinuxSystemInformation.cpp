@@ -7,6 +7,7 @@
 #include "machines/linux/sources/ThermalZones.h"
 
 #include <charconv>
+#include <sys/utsname.h>
 #include <utility>
 
 namespace kelvinbar {
@@ -59,7 +60,19 @@ std::uint64_t LinuxSystemInformation::physicalMemory() const {
     return trimmed(text) == "kB" ? kibibytes * 1024 : 0;
 }
 
-int LinuxSystemInformation::thermalState() const { return thermalStateOfZones(root_ / "sys/class/thermal"); }
+std::string LinuxSystemInformation::architecture() const {
+    // A kernel before 6.1 has no such file, and uname speaks of this machine alone.
+    const auto named = systemFileLine(root_ / "proc/sys/kernel/arch");
+    utsname name{};
+    if (named || root_ != "/" || ::uname(&name) != 0) return named.value_or("");
+    return static_cast<const char*>(name.machine);
+}
+
+std::optional<int> LinuxSystemInformation::thermalState() const {
+    return thermalStateOfZones(root_ / "sys/class/thermal");
+}
+
+std::string_view LinuxSystemInformation::thermalStateName() const { return "Thermal State"; }
 
 bool LinuxSystemInformation::isLowPowerModeEnabled() const {
     const std::filesystem::path firmware = root_ / "sys/firmware/acpi";

@@ -16,7 +16,9 @@ class LinuxSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
     [[nodiscard]] int activeProcessorCount() const override;
     [[nodiscard]] std::uint64_t physicalMemory() const override;
-    [[nodiscard]] int thermalState() const override;
+    [[nodiscard]] std::string architecture() const override;
+    [[nodiscard]] std::optional<int> thermalState() const override;
+    [[nodiscard]] std::string_view thermalStateName() const override;
     /// Whether the firmware's platform profile, or without one the processor's energy preference, is the one
     /// that saves power.
     [[nodiscard]] bool isLowPowerModeEnabled() const override;

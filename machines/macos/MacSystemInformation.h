@@ -10,7 +10,9 @@ class MacSystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
     [[nodiscard]] int activeProcessorCount() const override;
     [[nodiscard]] std::uint64_t physicalMemory() const override;
-    [[nodiscard]] int thermalState() const override;
+    [[nodiscard]] std::string architecture() const override;
+    [[nodiscard]] std::optional<int> thermalState() const override;
+    [[nodiscard]] std::string_view thermalStateName() const override;
     /// Always false before macOS 12, which has no such mode.
     [[nodiscard]] bool isLowPowerModeEnabled() const override;
 };

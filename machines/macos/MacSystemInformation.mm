@@ -22,7 +22,11 @@ std::uint64_t MacSystemInformation::physicalMemory() const {
     }
 }
 
-int MacSystemInformation::thermalState() const {
+std::string MacSystemInformation::architecture() const { return "Apple Silicon"; }
+
+std::string_view MacSystemInformation::thermalStateName() const { return "macOS Thermal State"; }
+
+std::optional<int> MacSystemInformation::thermalState() const {
     @autoreleasepool {
         return static_cast<int>(NSProcessInfo.processInfo.thermalState);
     }

@@ -24,7 +24,9 @@ struct RecordedFacts {
     std::optional<std::string> processorModel;
     std::optional<int> activeProcessors;
     std::optional<std::uint64_t> physicalMemory; ///< bytes
+    std::string architecture;                    ///< empty where no line says so
     std::optional<int> thermalState;             ///< as in SystemInformation
+    std::string thermalStateName = "macOS Thermal State";
     bool lowPowerMode = false;
 };
 
@@ -38,10 +40,11 @@ struct LineProblem {
 inline constexpr std::string_view repeatedKey = "the key came before; the first line counts";
 
 struct RecordedMachine {
-    std::vector<RecordedKey> keys; ///< in the order of the text, each once
-    std::vector<RawReading> fans;  ///< of the registry, likewise
+    std::vector<RecordedKey> keys;   ///< in the order of the text, each once
+    std::vector<RawReading> fans;    ///< of the registry, likewise
+    std::vector<RawReading> sensors; ///< of the kernel, likewise
     RecordedFacts facts;
-    std::size_t usedLines = 0; ///< lines that hold a key, a fan or a fact
+    std::size_t usedLines = 0; ///< lines that hold a key, a fan, a sensor or a fact
 };
 
 } // namespace kelvinbar

@@ -26,6 +26,7 @@ ReplaySource::ReplaySource(const RecordedMachine& recorded) : fans_(recorded.fan
     for (const RecordedKey& key : recorded.keys) {
         if (auto reading = decoded(key)) add(*std::move(reading));
     }
+    for (const RawReading& sensor : recorded.sensors) add(sensor);
 }
 
 void ReplaySource::add(RawReading reading) {

@@ -15,7 +15,11 @@ int ReplaySystemInformation::activeProcessorCount() const { return facts_.active
 
 std::uint64_t ReplaySystemInformation::physicalMemory() const { return facts_.physicalMemory.value_or(0); }
 
-int ReplaySystemInformation::thermalState() const { return facts_.thermalState.value_or(-1); }
+std::string ReplaySystemInformation::architecture() const { return facts_.architecture; }
+
+std::optional<int> ReplaySystemInformation::thermalState() const { return facts_.thermalState; }
+
+std::string_view ReplaySystemInformation::thermalStateName() const { return facts_.thermalStateName; }
 
 bool ReplaySystemInformation::isLowPowerModeEnabled() const { return facts_.lowPowerMode; }
 

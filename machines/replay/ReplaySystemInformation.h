@@ -13,7 +13,9 @@ class ReplaySystemInformation final : public SystemInformation {
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
     [[nodiscard]] int activeProcessorCount() const override;
     [[nodiscard]] std::uint64_t physicalMemory() const override;
-    [[nodiscard]] int thermalState() const override;
+    [[nodiscard]] std::string architecture() const override;
+    [[nodiscard]] std::optional<int> thermalState() const override;
+    [[nodiscard]] std::string_view thermalStateName() const override;
     [[nodiscard]] bool isLowPowerModeEnabled() const override;
 
   private:

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "catalogue/SMCCategory.h"
 #include "catalogue/SMCKeyDatabase.h"
+#include "machines/linux/naming/SensorMeaning.h"
 #include "smc/NativeMacSupport.h"
 #include "smc/SMCKeyText.h"
 #include "store/SnapshotExport.h"
@@ -97,6 +98,7 @@ class Recorder {
     std::string_view takeLine(std::string_view line) {
         const auto fields = splitFields(line);
         if (!fields) return "not a reading (key, type, name, value and RAW=, separated by tabs)";
+        if (isSensorKey(fields->key)) return takeSensor(*fields);
         if (!isPrintableSMCKey(fields->key)) return "the key is not four printable characters";
         if (fields->type == "ioreg") return takeFan(*fields);
         if (fields->type == "native") return takeFact(*fields);
@@ -142,11 +144,34 @@ class Recorder {
                 .unit = "RPM"};
     }
 
+    std::string_view takeSensor(const Fields& fields) {
+        if (fields.name.empty()) return "the sensor has no name";
+        const auto meaning = meaningOfLine(fields.key, fields.type, fields.name, fields.value);
+        if (!meaning) return "no sensor has this key";
+        std::string_view value = trimmed(fields.value);
+        if (value.ends_with(meaning->unit))
+            value = trimmed(value.substr(0, value.size() - meaning->unit.size()));
+        if (value.empty()) return "the sensor has no value";
+        if (!seenSensors_.emplace(fields.key).second) return repeatedKey;
+        parsed_.machine.sensors.push_back(
+            {.key = std::string(fields.key),
+             .type = std::string(fields.type),
+             .value = std::string(value),
+             .numericValue = isNumber(value) ? std::optional(leadingNumber(value)) : std::nullopt,
+             .raw = std::string(fields.raw),
+             .name = std::string(fields.name),
+             .category = std::string(rawValue(meaning->category)),
+             .unit = meaning->unit});
+        return {};
+    }
+
     std::string_view takeFact(const Fields& fields) {
         const std::uint32_t code = packedSMCKey(fields.key);
         if (seenFacts_.contains(code)) return repeatedKey;
         const std::string_view problem =
             takeFact(fields.key, trimmed(fields.raw.empty() ? fields.value : fields.raw));
+        const bool isThermalState = problem.empty() && fields.key == "NTHR" && !fields.name.empty();
+        if (isThermalState) parsed_.machine.facts.thermalStateName = fields.name;
         if (problem.empty()) seenFacts_.insert(code);
         return problem;
     }
@@ -168,7 +193,9 @@ class Recorder {
         } else if (key == "NLPM") {
             if (value != "Enabled" && value != "Disabled") return "not Enabled or Disabled";
             facts.lowPowerMode = value == "Enabled";
-        } else if (key != "NARC") { // the architecture is a fixed text
+        } else if (key == "NARC") {
+            facts.architecture = value;
+        } else {
             return "no system fact has this key";
         }
         return {};
@@ -176,6 +203,7 @@ class Recorder {
 
     ParsedSnapshot parsed_;
     std::unordered_set<std::uint32_t> seenKeys_;
+    std::unordered_set<std::string> seenSensors_;
     std::unordered_set<std::uint32_t> seenFans_;
     std::unordered_set<std::uint32_t> seenFacts_;
 };

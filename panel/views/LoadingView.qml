@@ -5,6 +5,7 @@ import Kelvinbar.Panel
 Column {
     id: view
 
+    required property string text
     property bool reducedMotion: false
 
     spacing: 12
@@ -18,7 +19,7 @@ Column {
     Text {
         id: label
         anchors.horizontalCenter: parent.horizontalCenter
-        text: "Scanning SMC sensors…"
+        text: view.text
         font: PanelStyle.roundedFont(12, Font.Bold)
         color: PanelStyle.white(0.55)
         Accessible.ignored: true

@@ -52,6 +52,7 @@ FocusScope {
             LoadingView {
                 anchors.centerIn: parent
                 visible: view.content.state === PanelContent.Scanning
+                text: view.content.scanningText
                 reducedMotion: view.content.reducedMotion
             }
             EmptyReadingsView {

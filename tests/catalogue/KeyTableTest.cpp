@@ -400,7 +400,6 @@ SMCKeyDefinition entryFor(std::string_view key) {
 }
 
 TEST(KeyTable, HasThreeHundredAndNinetyNineEntries) {
-    // 405 rows, six of which repeat a key.
     EXPECT_EQ(makeDefinitions().size(), 399U);
 }
 
@@ -446,7 +445,7 @@ TEST(KeyTable, HoldsEachKeyOnce) {
     EXPECT_EQ(std::ranges::count(keys, "TC0T"), 1);
 }
 
-TEST(KeyTable, KeepsTheEarlierRowOfAKeyThatIsNamedTwice) {
+TEST(KeyTable, HasOneNameForAKeyThatTwoFamiliesCouldName) {
     EXPECT_EQ(entryFor("TC0T"), (SMCKeyDefinition{"TC0T", "CPU Package", cpu, "°C"}));
     EXPECT_EQ(entryFor("TCAC"), (SMCKeyDefinition{"TCAC", "Core 10", cpu, "°C"}));
     EXPECT_EQ(entryFor("TCBC"), (SMCKeyDefinition{"TCBC", "Core 11", cpu, "°C"}));

@@ -3,7 +3,9 @@
 #include "sensors/SystemInformation.h"
 
 #include <map>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace kelvinbar::fakes {
 
@@ -12,7 +14,8 @@ struct FakeSystemInformation final : public SystemInformation {
     std::map<std::string, std::string, std::less<>> entries; ///< with their terminating zero
     int processors = 0;
     std::uint64_t memory = 0;
-    int thermal = 0;
+    std::string processorArchitecture = "Apple Silicon";
+    std::optional<int> thermal = 0;
     bool lowPower = false;
 
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override {
@@ -24,7 +27,11 @@ struct FakeSystemInformation final : public SystemInformation {
 
     [[nodiscard]] std::uint64_t physicalMemory() const override { return memory; }
 
-    [[nodiscard]] int thermalState() const override { return thermal; }
+    [[nodiscard]] std::string architecture() const override { return processorArchitecture; }
+
+    [[nodiscard]] std::optional<int> thermalState() const override { return thermal; }
+
+    [[nodiscard]] std::string_view thermalStateName() const override { return "macOS Thermal State"; }
 
     [[nodiscard]] bool isLowPowerModeEnabled() const override { return lowPower; }
 };

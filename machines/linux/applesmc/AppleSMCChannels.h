@@ -23,8 +23,8 @@ struct ControllerKey {
 /// The key behind a channel of the driver's chip; nothing for a channel that has none.
 std::optional<ControllerKey> controllerKeyOf(const SensorChannel& channel);
 
-/// The reading of a number under a key, as the controller itself returns it. Nothing when the type cannot hold
-/// the number.
+/// The reading of a number under a key, as the controller itself returns it. Nothing when the type cannot
+/// hold the number.
 std::optional<RawReading> controllerReading(std::string_view key, std::string_view type, double number);
 
 /// The reading of a fan's name under its own key; nothing for a fan without a label.

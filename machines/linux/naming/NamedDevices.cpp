@@ -260,11 +260,13 @@ bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<S
 }
 
 std::string keyText(std::string_view text) {
-    std::string key(text);
-    const auto isControl = [](char character) {
-        return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
-    };
-    std::ranges::replace_if(key, isControl, '_');
+    std::string key;
+    while (!text.empty()) {
+        const std::string_view character = firstCharacters(text, 1);
+        const bool isControl = static_cast<unsigned char>(character.front()) < ' ' || character == "\x7F";
+        key.append(isControl || !isValidUtf8(character) ? "_" : character);
+        text.remove_prefix(character.size());
+    }
     return key;
 }
 

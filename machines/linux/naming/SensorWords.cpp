@@ -59,7 +59,7 @@ constexpr std::array devices{
     DeviceRow{"ufs*", "UFS Drive", Category::storage, byModel},
 
     // Apple's controller
-    DeviceRow{"macsmc_hwmon", "Mainboard", Category::thermal, byNumber, wholeLabels},
+    DeviceRow{"macsmc_hwmon", mainboardWords, Category::thermal, byNumber, wholeLabels},
 
     // Batteries and chargers
     DeviceRow{"hid*battery*|peripheral", "Device Battery", Category::battery},
@@ -79,13 +79,13 @@ constexpr std::array devices{
     DeviceRow{"power_meter", "System Power", Category::power},
 
     // Mainboards and notebooks
-    DeviceRow{superIO, "Mainboard"},
+    DeviceRow{superIO, mainboardWords},
     DeviceRow{"asus_wmi_sensors|asus_wmi_ec_sensors|asus-ec-sensors|asusec|atk0110|abituguru*|hp_wmi_sensors",
-              "Mainboard", Category::thermal, byNumber, wholeLabels},
+              mainboardWords, Category::thermal, byNumber, wholeLabels},
     DeviceRow{"gigabyte_wmi|msi_wmi_platform|lm85*|adt746?|w83l*|f75*|lm87|lm93|lm96*|fsc*|"
               "ftsteutates|"
               "adm1???|gl5*|aem*|ibm*|aspeed*|cgbc*|qnap*|nsa320",
-              "Mainboard"},
+              mainboardWords},
     DeviceRow{"thinkpad", "ThinkPad"},
     DeviceRow{"dell_smm|dell_ddv|i8k", "Dell"},
     DeviceRow{"asus|asus_custom_fan_curve", "ASUS"},

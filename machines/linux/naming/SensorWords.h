@@ -21,6 +21,9 @@ enum class TellApart : std::uint8_t {
     bySlot,      ///< "Memory DIMM 2": the same, but the number stands in the name of every device
 };
 
+/// What the controllers of a mainboard are called.
+inline constexpr std::string_view mainboardWords = "Mainboard";
+
 /// What a device is called, and where its readings belong.
 struct DeviceRow {
     std::string_view chips; ///< pattern of the type: the driver's name of the chip, "battery", "charger", …

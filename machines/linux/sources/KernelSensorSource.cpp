@@ -3,12 +3,14 @@
 #include "base/NumberText.h"
 #include "machines/linux/applesmc/AppleSMCChannels.h"
 #include "machines/linux/applesmc/ControllerCoverage.h"
+#include "machines/linux/libsensors/ConfiguredChips.h"
 #include "machines/linux/migration/FormerKeys.h"
 #include "machines/linux/naming/SensorNames.h"
 #include "machines/linux/naming/SensorPlaces.h"
 #include "machines/linux/sources/SensorChips.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace kelvinbar {
@@ -26,8 +28,9 @@ auto placeOf(const Sensors& sensors, std::string_view key) {
 /// Opens the files of everything that has a reading.
 class KernelSensorSource::ListBuilder {
   public:
-    ListBuilder(const Sensors& earlier, SensorFiles& files, std::shared_ptr<const MonotonicClock> clock)
-        : earlier_(earlier), files_(files), clock_(std::move(clock)) {}
+    ListBuilder(const Sensors& earlier, const SensorConfiguration* configuration, SensorFiles& files,
+                std::shared_ptr<const MonotonicClock> clock)
+        : earlier_(earlier), configuration_(configuration), files_(files), clock_(std::move(clock)) {}
 
     void add(const SensorChip& chip, const std::vector<std::optional<SensorName>>& names,
              const KeySet& controllerKeys) {
@@ -37,7 +40,7 @@ class KernelSensorSource::ListBuilder {
             if (!names[index] || isMeasuredByController(chip, channel, controllerKeys)) continue;
             if (auto place = sensorPlace(chip, channel))
                 places_.emplace(names[index]->key, *std::move(place));
-            append(prototypeOf(*names[index]), {}, channel, power);
+            append(prototypeOf(*names[index]), {}, channel, power, configured(chip, channel));
         }
     }
 
@@ -48,7 +51,7 @@ class KernelSensorSource::ListBuilder {
             if (!key) continue;
             RawReading prototype;
             prototype.key = std::move(key->key);
-            append(std::move(prototype), key->type, channel, power);
+            append(std::move(prototype), key->type, channel, power, nullptr);
             const bool isFan = channel.kind == SensorKind::fan;
             auto name = isFan ? fanNameReading(channel) : std::nullopt;
             if (name) sensors_.push_back({*std::move(name), {}, std::nullopt});
@@ -84,9 +87,16 @@ class KernelSensorSource::ListBuilder {
         return std::make_shared<DevicePower>(chip.powerStates, files_, clock_);
     }
 
+    [[nodiscard]] std::shared_ptr<const ConfiguredValue> configured(const SensorChip& chip,
+                                                                    const SensorChannel& channel) const {
+        return configuration_ == nullptr ? nullptr : configuredValue(*configuration_, chip, channel);
+    }
+
     void append(RawReading prototype, std::string_view controllerType, const SensorChannel& channel,
-                const std::shared_ptr<const DevicePower>& power) {
-        LiveSensor live(channel, possibleRange(channel.kind), files_, power, clock_);
+                const std::shared_ptr<const DevicePower>& power,
+                std::shared_ptr<const ConfiguredValue> configured) {
+        LiveSensor live(channel, possibleRange(channel.kind, prototype.type), files_, power, clock_);
+        live.configure(std::move(configured));
         const auto earlier = placeOf(earlier_, prototype.key);
         const bool wasThere = earlier != earlier_.end() && earlier->prototype.key == prototype.key;
         live.meter(wasThere && earlier->live ? &*earlier->live : nullptr);
@@ -94,6 +104,7 @@ class KernelSensorSource::ListBuilder {
     }
 
     const Sensors& earlier_;
+    const SensorConfiguration* configuration_;
     SensorFiles& files_;
     std::shared_ptr<const MonotonicClock> clock_;
     Sensors sensors_;
@@ -101,8 +112,9 @@ class KernelSensorSource::ListBuilder {
 };
 
 KernelSensorSource::KernelSensorSource(std::filesystem::path root,
-                                       std::shared_ptr<const MonotonicClock> clock, Log& log)
-    : root_(std::move(root)), clock_(std::move(clock)), log_(log) {}
+                                       std::shared_ptr<const MonotonicClock> clock, Log& log,
+                                       std::shared_ptr<SensorConfiguration> configuration)
+    : root_(std::move(root)), clock_(std::move(clock)), log_(log), configuration_(std::move(configuration)) {}
 
 SourceStatus KernelSensorSource::status() {
     const std::lock_guard lock(mutex_);
@@ -131,10 +143,10 @@ std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBe
 }
 
 void KernelSensorSource::rebuild(const KeySet& listedBefore) {
-    const std::vector<SensorChip> chips = sensorChips(root_, log_);
+    const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_);
     const auto names = sensorNames(chips);
     controllerKeys_ = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
-    ListBuilder builder(*sensors_, files_, clock_);
+    ListBuilder builder(*sensors_, configuration_.get(), files_, clock_);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
         if (chip.name != appleSMCChip) {
@@ -154,7 +166,8 @@ KeyHistory KernelSensorSource::keyHistory(bool withFormerKeys) {
     const std::lock_guard lock(mutex_);
     KeyHistory history{.places = places_, .formerKeys = std::nullopt};
     if (!withFormerKeys) return history;
-    const std::vector<SensorChip> chips = sensorChips(root_, log_);
+    // Version 0.1 went by the kernel's labels.
+    const std::vector<SensorChip> chips = sensorChips(root_, nullptr, log_);
     const auto names = sensorNames(chips);
     history.formerKeys.emplace();
     for (const auto& [key, place] : formerKeys(chips, controllerKeys_)) {
@@ -172,11 +185,14 @@ std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const st
     }
     std::vector<RawReading> readings;
     readings.reserve(keys.size());
+    std::vector<bool> isDone(sensors->size());
     auto next = sensors->begin(); // keys come in ascending order, nearly always all of them
     for (const std::string& key : keys) {
         if (next == sensors->end() || next->prototype.key != key) next = placeOf(*sensors, key);
         if (next == sensors->end() || next->prototype.key != key) continue;
-        if (!read(*next, readings.emplace_back())) readings.pop_back();
+        auto done = isDone[static_cast<std::size_t>(next - sensors->begin())];
+        if (!done && !read(*next, readings.emplace_back())) readings.pop_back();
+        done = true;
         ++next;
     }
     return readings;

@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "base/Log.h"
 #include "machines/linux/files/SensorFile.h"
+#include "machines/linux/libsensors/SensorConfiguration.h"
 #include "machines/linux/sources/LiveSensor.h"
 #include "sensors/SensorSource.h"
 
@@ -25,8 +26,10 @@ namespace kelvinbar {
 /// controller's own keys.
 class KernelSensorSource final : public SensorSource {
   public:
-    /// `root` is the directory that holds sys/; `log` outlives the source.
-    KernelSensorSource(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock, Log& log);
+    /// `root` is the directory that holds sys/; `log` outlives the source. `configuration` is the user's, for
+    /// the chips below that root; null without one.
+    KernelSensorSource(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock, Log& log,
+                       std::shared_ptr<SensorConfiguration> configuration = nullptr);
 
     /// Available when there is a sensor. Looks for sensors unless some were found before.
     SourceStatus status() override;
@@ -60,7 +63,8 @@ class KernelSensorSource final : public SensorSource {
     const std::shared_ptr<const MonotonicClock> clock_;
     Log& log_;
 
-    std::mutex mutex_; ///< guards what follows
+    std::mutex mutex_;                                         ///< guards what follows
+    const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
     SensorFiles files_;
     std::shared_ptr<const Sensors> sensors_ = std::make_shared<const Sensors>();
     std::map<std::string, std::string> places_; ///< of the last list, as in KeyHistory

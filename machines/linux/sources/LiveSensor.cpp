@@ -72,13 +72,32 @@ LiveSensor::LiveSensor(const SensorChannel& channel, ValueRange range, SensorFil
     meter_ = std::make_shared<PowerMeter>(static_cast<double>(wrap.value_or(0)) / countsPerUnit_);
 }
 
+void LiveSensor::configure(std::shared_ptr<const ConfiguredValue> configured) {
+    configured_ = std::move(configured);
+    if (configured_ == nullptr || configured_->isDecided()) return;
+    if (power_ != nullptr && power_->isAsleep()) return;
+    if (const auto value = fileValue()) static_cast<void>(configuredValue(*value));
+}
+
+/// The file's number in the unit of the kind.
+std::optional<double> LiveSensor::fileValue() const {
+    const auto counts = file_->number();
+    return counts ? std::optional(static_cast<double>(*counts) / countsPerUnit_) : std::nullopt;
+}
+
+std::optional<double> LiveSensor::configuredValue(double fromFile) const {
+    if (configured_ == nullptr) return fromFile;
+    return configured_->value(fromFile, [this] { return fileValue(); });
+}
+
 void LiveSensor::meter(const LiveSensor* earlier) {
     if (meter_ == nullptr) return;
     if (earlier != nullptr && earlier->meter_ != nullptr) {
         meter_ = earlier->meter_;
     } else if (power_ == nullptr || !power_->isAsleep()) {
-        const auto counts = file_->number();
-        if (counts) meter_->powerAt(static_cast<double>(*counts) / countsPerUnit_, clock_->now());
+        const auto fromFile = fileValue();
+        const auto joules = fromFile ? configuredValue(*fromFile) : std::nullopt;
+        if (joules) meter_->powerAt(*joules, clock_->now());
     }
 }
 
@@ -111,8 +130,8 @@ std::optional<SensorSample> LiveSensor::readText(std::string_view line) {
 std::optional<SensorSample> LiveSensor::readNumber(std::string_view line) const {
     const auto counts = numberInLine(line);
     if (!counts) return std::nullopt;
-    std::optional<double> number = static_cast<double>(*counts) / countsPerUnit_;
-    if (meter_ != nullptr) number = meter_->powerAt(*number, clock_->now());
+    auto number = configuredValue(static_cast<double>(*counts) / countsPerUnit_);
+    if (meter_ != nullptr && number) number = meter_->powerAt(*number, clock_->now());
     if (!number || !range_.contains(*number)) return std::nullopt;
     return SensorSample{.number = number, .text = {}, .raw = std::string(trimmed(line))};
 }

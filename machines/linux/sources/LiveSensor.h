@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "machines/linux/files/SensorFile.h"
+#include "machines/linux/libsensors/ConfiguredValue.h"
 #include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/sources/SensorValue.h"
 
@@ -86,6 +87,11 @@ class LiveSensor {
     /// up to 20 ms.
     [[nodiscard]] std::optional<SensorSample> read() const;
 
+    /// From now on, values are what the configuration makes of the file's; null changes nothing. Reads the
+    /// channel once if it is not known yet whether the configuration computes its value, unless the device
+    /// sleeps: then the first value after that decides. Called before `meter`.
+    void configure(std::shared_ptr<const ConfiguredValue> configured);
+
     /// Begins to meter an energy counter, or continues with the meter of `earlier`, which may be null.
     void meter(const LiveSensor* earlier);
 
@@ -93,6 +99,8 @@ class LiveSensor {
     [[nodiscard]] bool isFaulty() const;
     [[nodiscard]] static std::optional<SensorSample> readText(std::string_view line);
     [[nodiscard]] std::optional<SensorSample> readNumber(std::string_view line) const;
+    [[nodiscard]] std::optional<double> fileValue() const;
+    [[nodiscard]] std::optional<double> configuredValue(double fromFile) const;
     void waitForFirstPower() const;
 
     SensorKind kind_;
@@ -102,7 +110,8 @@ class LiveSensor {
     std::shared_ptr<const SensorFile> fault_; ///< null without one
     std::shared_ptr<const DevicePower> power_;
     std::shared_ptr<const MonotonicClock> clock_;
-    std::shared_ptr<PowerMeter> meter_; ///< of an energy counter only
+    std::shared_ptr<PowerMeter> meter_;                 ///< of an energy counter only
+    std::shared_ptr<const ConfiguredValue> configured_; ///< null for a channel without configuration
 };
 
 } // namespace kelvinbar

@@ -1,6 +1,7 @@
 #include "machines/linux/sources/SensorChips.h"
 
 #include "machines/linux/files/SystemFile.h"
+#include "machines/linux/libsensors/ConfiguredChips.h"
 #include "machines/linux/sources/HwmonChips.h"
 #include "machines/linux/sources/HybridCores.h"
 #include "machines/linux/sources/PowerSupplies.h"
@@ -36,8 +37,11 @@ void dropUnreadableCounters(std::vector<SensorChip>& chips, Log& log) {
 
 } // namespace
 
-std::vector<SensorChip> sensorChips(const std::filesystem::path& root, Log& log) {
+std::vector<SensorChip> sensorChips(const std::filesystem::path& root, SensorConfiguration* configuration,
+                                    Log& log) {
     std::vector<SensorChip> chips = hwmonChips(root);
+    // First, while the labels are the driver's: a core that the user names keeps that name.
+    if (configuration != nullptr) applyConfiguration(chips, *configuration);
     std::ranges::move(powerSupplyChips(root), std::back_inserter(chips));
     std::ranges::move(processorPowerChips(root), std::back_inserter(chips));
     dropUnreadableCounters(chips, log);

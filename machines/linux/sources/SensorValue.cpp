@@ -1,8 +1,11 @@
 #include "machines/linux/sources/SensorValue.h"
 
+#include "machines/linux/naming/SensorWords.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace kelvinbar {
@@ -26,9 +29,23 @@ constexpr std::array<std::pair<SensorKind, ValueRange>, 14> ranges{{
     {SensorKind::percent, {0, 100}},
 }};
 
+/// No silicon that works is outside. Thermistor inputs of a mainboard's controller return anything near the
+/// ends of their scale when nothing is connected, most often -62, -55, 0 or 127 °C.
+std::optional<ValueRange> temperatureRange(std::string_view type) {
+    const DeviceRow* const device = deviceRowOf(type);
+    if (device == nullptr) return std::nullopt;
+    if (device->words == mainboardWords) return ValueRange{1, 120};
+    const bool isSilicon = device->category == SMCCategory::cpu || device->category == SMCCategory::gpu ||
+                           device->category == SMCCategory::storage;
+    return isSilicon ? std::optional(ValueRange{-20, 150}) : std::nullopt;
+}
+
 } // namespace
 
-ValueRange possibleRange(SensorKind kind) {
+ValueRange possibleRange(SensorKind kind, std::string_view type) {
+    if (kind == SensorKind::temperature) {
+        if (const auto range = temperatureRange(type)) return *range;
+    }
     constexpr double any = std::numeric_limits<double>::max();
     const auto* const found = std::ranges::find(ranges, kind, &std::pair<SensorKind, ValueRange>::first);
     return found == ranges.end() ? ValueRange{-any, any} : found->second;

@@ -21,9 +21,9 @@ int stateAtTripPoint(const std::string& type) {
     return 0;
 }
 
-int thermalStateOfZone(const std::filesystem::path& zone) {
+std::optional<int> thermalStateOfZone(const std::filesystem::path& zone) {
     const auto temperature = systemFileNumber(zone / "temp");
-    if (!temperature) return -1;
+    if (!temperature) return std::nullopt;
     int state = 0;
     for (int index = 0;; ++index) {
         const std::string point = "trip_point_" + std::to_string(index);
@@ -37,8 +37,8 @@ int thermalStateOfZone(const std::filesystem::path& zone) {
 
 } // namespace
 
-int thermalStateOfZones(const std::filesystem::path& zones) {
-    int state = -1;
+std::optional<int> thermalStateOfZones(const std::filesystem::path& zones) {
+    std::optional<int> state; // less than any number while there is none
     std::error_code error;
     for (std::filesystem::directory_iterator entry(zones, error), end; !error && entry != end;
          entry.increment(error)) {

@@ -1,11 +1,14 @@
 #include "machines/linux/LinuxMachine.h"
 
-#include "machines/linux/BootTimeClock.h"
-#include "smc/SMCBridge.h"
-#include "tests/machines/linux/TemporaryTree.h"
-#include "tools/SnapshotTaker.h"
+#include "base/Text.h"
+#include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/RecordingLog.h"
+#include "tests/machines/linux/RecordedTree.h"
+#include "tests/machines/linux/SystemCalls.h"
+#include "tests/machines/replay/Exporting.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <sstream>
@@ -22,231 +25,265 @@ namespace kelvinbar {
 namespace {
 
 namespace fs = std::filesystem;
+using fakes::SystemCalls;
+using fakes::systemCallsOf;
 using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
+using namespace std::chrono_literals;
+
+/// Five chips, two of them of one kind.
+constexpr std::string_view computer = "chip devices/platform/coretemp.0/hwmon/hwmon0\n"
+                                      "name coretemp\n"
+                                      "temp1_label Package id 0\n"
+                                      "temp1_input 45000\n"
+                                      "temp2_label Core 0\n"
+                                      "temp2_input 44000\n"
+                                      "chip devices/pci0000:00/0000:01:00.0/hwmon/hwmon1\n"
+                                      "name nvme\n"
+                                      "temp1_label Composite\n"
+                                      "temp1_input 38850\n"
+                                      "chip devices/pci0000:00/0000:02:00.0/hwmon/hwmon2\n"
+                                      "name nvme\n"
+                                      "temp1_label Composite\n"
+                                      "temp1_input 51850\n"
+                                      "chip devices/platform/nct6775.656/hwmon/hwmon3\n"
+                                      "name nct6798\n"
+                                      "fan1_label CPU Fan\n"
+                                      "fan1_input 1200\n"
+                                      "in8_input 3104\n"
+                                      "chip devices/platform/thinkpad_hwmon/hwmon/hwmon4\n"
+                                      "name thinkpad\n"
+                                      "fan1_input 2500\n";
+
+/// The driver of Apple's controller with one key that can be chosen, and the channels that it shows to all.
+constexpr std::string_view controller = "chip devices/platform/applesmc.768\n"
+                                        "name applesmc\n"
+                                        "temp1_label TC0P\n"
+                                        "temp1_input 40500\n"
+                                        "fan1_input 2156\n"
+                                        "key_count 2\n"
+                                        "key_at_index 0\n"
+                                        "key_at_index_name TC0P\n"
+                                        "key_at_index_type sp78\n"
+                                        "key_at_index_data_length 2\n"
+                                        "key_at_index_data (\x80\n";
 
 class LinuxMachineTest : public testing::Test {
   protected:
-    ~LinuxMachineTest() override { useMachine({}); }
+    void add(std::string_view lines) { recorded.add(std::string(lines)); }
 
-    Machine machine() {
-        return makeLinuxMachine(tree.root(), std::make_shared<BootTimeClock>(),
-                                [this](const std::string& message) { messages.push_back(message); });
-    }
+    void write(const fs::path& file, std::string_view content) { recorded.tree().write(file, content); }
 
-    static fs::path chipFolder(int number) {
-        return fs::path("sys/class/hwmon") / std::string("hwmon").append(std::to_string(number));
-    }
+    [[nodiscard]] Machine makeMachine() { return makeLinuxMachine(recorded.root(), clock, log.log); }
 
-    void addChip(int number, std::string_view name, std::string_view device) {
-        tree.write(chipFolder(number) / "name", std::string(name).append("\n"));
-        tree.write(chipFolder(number) / "device/uevent", std::string("DEVICE=").append(device).append("\n"));
-    }
-
-    void addTemperature(int chip, int number, std::string_view label, std::string_view value) {
-        const std::string stem = std::string("temp").append(std::to_string(number));
-        tree.write(chipFolder(chip) / (stem + "_label"), std::string(label).append("\n"));
-        tree.write(chipFolder(chip) / (stem + "_input"), std::string(value).append("\n"));
-    }
-
-    /// Five chips, two of them of one kind.
-    void fillTree() {
-        addChip(0, "coretemp", "coretemp.0");
-        addTemperature(0, 1, "Package id 0", "45000");
-        addTemperature(0, 2, "Core 0", "44000");
-        addChip(1, "nvme", "0000:01:00.0");
-        addTemperature(1, 1, "Composite", "38850");
-        addChip(2, "nvme", "0000:02:00.0");
-        addTemperature(2, 1, "Composite", "51850");
-        addChip(3, "nct6798", "nct6775.656");
-        tree.write(chipFolder(3) / "fan1_input", "1200\n");
-        tree.write(chipFolder(3) / "fan1_label", "CPU Fan\n");
-        tree.write(chipFolder(3) / "in8_input", "3104\n");
-        addChip(4, "thinkpad", "thinkpad_hwmon");
-        tree.write(chipFolder(4) / "fan1_input", "2500\n");
-    }
-
-    /// The snapshot's lines without that of the time.
+    /// The snapshot's lines, each a reading.
     static std::vector<std::string> snapshotLines(const Machine& machine) {
-        std::istringstream stream(takeSnapshot(machine));
+        std::istringstream stream(exportedText(machine));
         std::vector<std::string> lines;
         for (std::string line; std::getline(stream, line);) {
-            if (!line.starts_with("Generated:")) lines.push_back(line);
+            if (contains(line, "\t")) lines.push_back(line);
         }
         return lines;
     }
 
-    static std::vector<std::string> keysIn(const std::vector<SMCKeyResult>& results) {
+    static std::vector<std::string> keysIn(const std::vector<RawReading>& readings) {
         std::vector<std::string> keys;
-        keys.reserve(results.size());
-        for (const SMCKeyResult& result : results) keys.push_back(result.textOr("key", ""));
+        for (const RawReading& reading : readings) keys.push_back(reading.key);
         return keys;
     }
 
-    static bool isControllerAvailable() {
-        const auto status = SMCBridge::status();
-        const bool* const available = status.find<bool>("available");
-        return available != nullptr && *available;
-    }
-
-    fakes::TemporaryTree tree;
-    std::vector<std::string> messages;
+    fakes::RecordedTree recorded;
+    fakes::RecordingLog log;
+    std::shared_ptr<fakes::FakeMonotonicClock> clock = std::make_shared<fakes::FakeMonotonicClock>();
 };
 
-// Whether there is a controller
+// Whether there is anything to read
 
-TEST_F(LinuxMachineTest, AnEmptyTreeHasNoControllerAndStillItsSystemsReadings) {
-    const Machine empty = machine();
-    useMachine(empty);
-    EXPECT_FALSE(isControllerAvailable());
-    EXPECT_THAT(SMCBridge::discoverKeys(), IsEmpty());
-    EXPECT_THAT(SMCBridge::readSMCSuperIOFans(), IsEmpty());
-    tree.write("proc/meminfo", "MemTotal:       16777216 kB\n");
-    EXPECT_THAT(snapshotLines(empty), testing::Contains(HasSubstr("NRAM\tnative")));
-    EXPECT_THAT(messages, IsEmpty());
+TEST_F(LinuxMachineTest, AnEmptyTreeHasNoSensorsAndStillItsSystemsReadings) {
+    const Machine machine = makeMachine();
+    EXPECT_FALSE(machine.source->status().isAvailable);
+    EXPECT_THAT(machine.source->discoverKeys({}), IsEmpty());
+    EXPECT_THAT(machine.source->readSMCSuperIOFans(), IsEmpty());
+    write("proc/meminfo", "MemTotal:       16777216 kB\n");
+    EXPECT_THAT(snapshotLines(machine), Contains(HasSubstr("NRAM\tnative")));
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(LinuxMachineTest, ChipsWithoutChannelsMakeNoController) {
-    addChip(0, "acpitz", "thermal");
-    useMachine(machine());
-    EXPECT_FALSE(isControllerAvailable());
+TEST_F(LinuxMachineTest, OneTemperatureIsEnoughToBeRead) {
+    add("chip devices/pci0000:00/0000:01:00.0/hwmon/hwmon1\nname nvme\ntemp1_input 38850\n");
+    const Machine machine = makeMachine();
+    EXPECT_TRUE(machine.source->status().isAvailable);
+    EXPECT_THAT(machine.source->discoverKeys({}), ElementsAre("nvme-pci-0100/temp1"));
 }
 
-TEST_F(LinuxMachineTest, OneTemperatureIsEnoughForAController) {
-    addChip(0, "coretemp", "coretemp.0");
-    addTemperature(0, 1, "Package id 0", "45000");
-    useMachine(machine());
-    EXPECT_TRUE(isControllerAvailable());
-    EXPECT_THAT(SMCBridge::discoverKeys(), ElementsAre("TC0T"));
-}
-
-TEST_F(LinuxMachineTest, FansOfTheRegistryAloneAreEnoughForAController) {
-    addChip(0, "nct6798", "nct6775.656");
-    tree.write(chipFolder(0) / "fan1_input", "1200\n");
-    useMachine(machine());
-    EXPECT_TRUE(isControllerAvailable());
-    EXPECT_THAT(keysIn(SMCBridge::readSMCSuperIOFans()), ElementsAre("FAN0"));
-}
-
-TEST_F(LinuxMachineTest, AControllerIsFoundOnceADeviceAppears) {
-    useMachine(machine());
-    EXPECT_FALSE(isControllerAvailable());
-    fillTree();
-    EXPECT_TRUE(isControllerAvailable());
+TEST_F(LinuxMachineTest, ADeviceThatAppearsMakesTheMachineReadable) {
+    const Machine machine = makeMachine();
+    EXPECT_FALSE(machine.source->status().isAvailable);
+    add(computer);
+    EXPECT_TRUE(machine.source->status().isAvailable);
 }
 
 // Readings
 
 TEST_F(LinuxMachineTest, AFilledTreeGivesItsReadings) {
-    fillTree();
-    const auto lines = snapshotLines(machine());
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("TC0T\tflt "), HasSubstr("\t45 °C"))));
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("TC0C\tflt "), HasSubstr("\t44 °C"))));
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("TN0P\tflt "), HasSubstr("38.85 °C"))));
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("TN1P\tflt "), HasSubstr("51.85 °C"))));
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("CPU Fan"), HasSubstr("1200 RPM"))));
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("F0Ac\tui16"), HasSubstr("2500 RPM"))));
-    EXPECT_THAT(lines, testing::Contains(AllOf(HasSubstr("VBAT\tflt "), HasSubstr("3.104 V"))));
+    add(computer);
+    const auto lines = snapshotLines(makeMachine());
+    for (const std::string_view line :
+         {"coretemp-isa-0000/temp1\tcoretemp\tCPU Package\t45 °C\tRAW=45000",
+          "coretemp-isa-0000/temp2\tcoretemp\tCore 0\t44 °C\tRAW=44000",
+          "nct6798-isa-0290/fan1\tnct6798\tMainboard CPU Fan\t1200 RPM\tRAW=1200"}) {
+        EXPECT_THAT(lines, Contains(line));
+    }
+    EXPECT_THAT(lines, Contains(AllOf(StartsWith("nvme-pci-0100/temp1\tnvme\t"), HasSubstr("\t38.85 °C\t"))));
+    EXPECT_THAT(lines, Contains(AllOf(StartsWith("nvme-pci-0200/temp1\tnvme\t"), HasSubstr("\t51.85 °C\t"))));
+    EXPECT_THAT(lines, Contains(AllOf(StartsWith("nct6798-isa-0290/in8\t"), HasSubstr("\t3.104 V\t"))));
+    EXPECT_THAT(lines, Contains(AllOf(StartsWith("thinkpad-isa-0000/fan1\t"), HasSubstr("\t2500 RPM\t"))));
+    EXPECT_EQ(lines.size(), 7U);
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(LinuxMachineTest, TheReadingsStayWhenTheKernelNumbersItsChipsAnew) {
-    fillTree();
-    const auto before = snapshotLines(machine());
-    for (const auto& [from, to] : {std::pair{0, 14}, {1, 13}, {2, 11}, {3, 12}, {4, 10}}) {
-        fs::rename(tree.root() / chipFolder(from), tree.root() / chipFolder(to));
+    add(computer);
+    const auto before = snapshotLines(makeMachine());
+    const fs::path chips = recorded.root() / "sys/class/hwmon";
+    for (const auto& [from, to] : {std::pair{"hwmon0", "hwmon14"},
+                                   {"hwmon1", "hwmon13"},
+                                   {"hwmon2", "hwmon11"},
+                                   {"hwmon3", "hwmon12"},
+                                   {"hwmon4", "hwmon10"}}) {
+        fs::rename(chips / from, chips / to);
     }
-    EXPECT_EQ(snapshotLines(machine()), before);
-    EXPECT_GE(before.size(), 7U);
+    EXPECT_EQ(snapshotLines(makeMachine()), before);
+    EXPECT_EQ(before.size(), 7U);
 }
 
 TEST_F(LinuxMachineTest, FilesThatVanishAfterDiscoveryLoseOnlyTheirOwnReadings) {
-    fillTree();
-    useMachine(machine());
-    const auto keys = SMCBridge::discoverKeys();
-    const auto before = keysIn(SMCBridge::readCandidateKeys(keys));
-    ASSERT_EQ(std::ranges::count(before, "TN0P"), 1);
-    ASSERT_EQ(std::ranges::count(before, "TC0C"), 1);
-    tree.write(chipFolder(1) / "temp1_input", "");
-    tree.write(chipFolder(0) / "temp2_input", "");
+    add(computer);
+    const Machine machine = makeMachine();
+    const auto keys = machine.source->discoverKeys({});
+    const auto before = keysIn(machine.source->readCandidateKeys(keys));
+    EXPECT_EQ(before, keys);
+    write("sys/class/hwmon/hwmon1/temp1_input", "");
+    write("sys/class/hwmon/hwmon0/temp2_input", "");
     auto expected = before;
-    std::erase(expected, "TN0P");
-    std::erase(expected, "TC0C");
-    EXPECT_EQ(keysIn(SMCBridge::readCandidateKeys(keys)), expected);
+    EXPECT_EQ(std::erase(expected, "nvme-pci-0100/temp1"), 1U);
+    EXPECT_EQ(std::erase(expected, "coretemp-isa-0000/temp2"), 1U);
+    EXPECT_EQ(keysIn(machine.source->readCandidateKeys(keys)), expected);
 }
 
-TEST_F(LinuxMachineTest, WholeDevicesThatVanishAreGoneAtTheNextDiscovery) {
-    fillTree();
-    useMachine(machine());
-    const auto before = SMCBridge::discoverKeys();
-    tree.remove(chipFolder(1));
-    tree.remove(chipFolder(3));
-    auto expected = before;
-    std::erase(expected, "TN0P");
-    std::erase(expected, "VBAT");
-    ASSERT_EQ(before.size(), expected.size() + 2);
-    EXPECT_EQ(SMCBridge::discoverKeys(), expected);
-    EXPECT_EQ(keysIn(SMCBridge::readAllKeys()), expected);
-    EXPECT_THAT(SMCBridge::readSMCSuperIOFans(), IsEmpty());
+TEST_F(LinuxMachineTest, AChannelOfAKindThatHasNoOtherReadingIsListed) {
+    add("chip devices/pci0000:00/0000:03:00.0/hwmon/hwmon0\nname amdgpu\nfreq1_label sclk\n"
+        "freq1_input 500000000\n");
+    add("chip devices/i2c-1/1-0040/hwmon1\nname sht3x\nhumidity1_input 45200\n");
+    const auto lines = snapshotLines(makeMachine());
+    EXPECT_THAT(lines, Contains(AllOf(StartsWith("amdgpu-pci-0300/freq1\t"), HasSubstr("\t500 MHz\t"))));
+    EXPECT_THAT(lines, Contains(AllOf(HasSubstr("/humidity1\t"), HasSubstr("\t45.20 %\t"))));
 }
 
-// What is left out
-
-TEST_F(LinuxMachineTest, ChannelsWithoutAKeyAreCountedAndSpokenOfOnce) {
-    addChip(0, "amdgpu", "0000:03:00.0");
-    addTemperature(0, 1, "edge", "50000");
-    tree.write(chipFolder(0) / "freq1_input", "500000000\n");
-    tree.write(chipFolder(0) / "freq1_label", "sclk\n");
-    useMachine(machine());
-    for (int pass = 0; pass < 3; ++pass) EXPECT_THAT(SMCBridge::discoverKeys(), ElementsAre("TG0D"));
-    EXPECT_THAT(messages,
-                ElementsAre(AllOf(HasSubstr("1 channel "), HasSubstr("sclk"), HasSubstr("amdgpu"))));
+TEST_F(LinuxMachineTest, IllFormedTextNeverReachesASnapshot) {
+    add(replacedAll(computer, "Core 0", "K\xE4rn 0"));
+    add("dir sys/devices/pci0000:00/0000:01:00.0\nmodel Gr\xF6\xDF"
+        "e\n");
+    write("sys/class/dmi/id/product_name", "Ger\xE4t\n");
+    write("proc/cpuinfo", "model name\t: Prozessor \xFF\n");
+    const std::string text = exportedText(makeMachine());
+    EXPECT_TRUE(isValidUtf8(text)) << text;
+    EXPECT_TRUE(contains(text, "coretemp-isa-0000/temp2\t"));
+    recorded.tree().remove("sys/class/hwmon");
+    const std::string native = exportedText(makeMachine());
+    EXPECT_TRUE(isValidUtf8(native)) << native;
+    EXPECT_TRUE(contains(native, "NARC\tnative"));
 }
 
-TEST_F(LinuxMachineTest, SeveralChannelsWithoutAKeyAreCountedInOneMessage) {
-    addChip(0, "amdgpu", "0000:03:00.0");
-    for (const std::string_view file : {"freq1_input", "freq2_input", "humidity1_input"}) {
-        tree.write(chipFolder(0) / file, "1\n");
+// Cost
+
+TEST_F(LinuxMachineTest, APassIsOneReadASensorAndNoOtherSystemCallOnFiles) {
+    add(computer);
+    const Machine machine = makeMachine();
+    machine.source->status();
+    const auto keys = machine.source->discoverKeys({});
+    for (int pass = 0; pass < 3; ++pass) {
+        clock->advance(3s);
+        EXPECT_EQ(systemCallsOf([&] {
+                      EXPECT_TRUE(machine.source->status().isAvailable);
+                      EXPECT_EQ(machine.source->readCandidateKeys(keys).size(), 7U);
+                      EXPECT_THAT(machine.source->readSMCSuperIOFans(), IsEmpty());
+                  }),
+                  (SystemCalls{.reads = 7}));
     }
-    useMachine(machine());
-    static_cast<void>(SMCBridge::discoverKeys());
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("3 channels")));
 }
 
-TEST_F(LinuxMachineTest, EnergyCountersThatCannotBeReadAreLeftOutAndSpokenOfOnce) {
-    addChip(0, "coretemp", "coretemp.0");
-    addTemperature(0, 1, "Package id 0", "45000");
-    for (const std::string_view zone : {"intel-rapl:0", "intel-rapl:0:0"}) {
-        const fs::path folder = fs::path("sys/class/powercap") / zone;
-        tree.write(folder / "name", zone == "intel-rapl:0" ? "package-0\n" : "core\n");
-        tree.makeDirectory(folder / "energy_uj");
+TEST_F(LinuxMachineTest, AComputerSearchesForAppleControllersOnceAMinute) {
+    add(computer);
+    const Machine machine = makeMachine();
+    machine.source->status();
+    machine.source->discoverKeys({});
+    clock->advance(59s);
+    EXPECT_EQ(systemCallsOf([&] { machine.source->status(); }), SystemCalls{});
+    clock->advance(1s);
+    EXPECT_NE(systemCallsOf([&] { machine.source->status(); }), SystemCalls{});
+    EXPECT_EQ(systemCallsOf([&] { machine.source->status(); }), SystemCalls{});
+}
+
+// Apple's controller
+
+TEST_F(LinuxMachineTest, TheControllersKeysComeFirstAndTheKernelsSensorsFollow) {
+    add(controller);
+    add(computer);
+    const Machine machine = makeMachine();
+    EXPECT_EQ(machine.source->status(), (SourceStatus{.isAvailable = true, .message = "AppleSMC connected"}));
+    EXPECT_THAT(machine.source->discoverKeys({}),
+                ElementsAre("TC0P", "coretemp-isa-0000/temp1", "coretemp-isa-0000/temp2",
+                            "nct6798-isa-0290/fan1", "nct6798-isa-0290/in8", "nvme-pci-0100/temp1",
+                            "nvme-pci-0200/temp1", "thinkpad-isa-0000/fan1"))
+        << "and the channels of the controller's chip are left out";
+}
+
+TEST_F(LinuxMachineTest, AKeyIsReadFromTheControllerAndTheRestFromTheKernel) {
+    add(controller);
+    add(computer);
+    const auto lines = snapshotLines(makeMachine());
+    EXPECT_THAT(lines, Contains("TC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880"));
+    EXPECT_THAT(lines, Contains(StartsWith("coretemp-isa-0000/temp1\t")));
+    EXPECT_EQ(lines.size(), 8U);
+}
+
+TEST_F(LinuxMachineTest, AUserWhoMayNotChooseKeysIsToldSoAndHasTheControllersChannels) {
+    add(controller);
+    add(computer);
+    const fs::path file = "sys/devices/platform/applesmc.768/key_at_index";
+    recorded.tree().remove(file);
+    recorded.tree().makeDirectory(file); // which even the administrator cannot write
+    const Machine machine = makeMachine();
+    for (int pass = 0; pass < 2; ++pass) {
+        const auto lines = snapshotLines(machine);
+        EXPECT_THAT(lines, Contains("TC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880"));
+        EXPECT_THAT(lines, Contains("F0Ac\tfpe2\tFan 0\t2156 RPM\tRAW=21B0"));
+        EXPECT_EQ(lines.size(), 9U);
+        clock->advance(5min);
     }
-    useMachine(machine());
-    for (int pass = 0; pass < 3; ++pass) EXPECT_THAT(SMCBridge::discoverKeys(), ElementsAre("TC0T"));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("energy counters")));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("key_at_index")));
 }
 
-TEST_F(LinuxMachineTest, EnergyCountersThatCanBeReadAreKeysAndNotSpokenOf) {
-    tree.write("sys/class/powercap/intel-rapl:0/name", "package-0\n");
-    tree.write("sys/class/powercap/intel-rapl:0/energy_uj", "1000000\n");
-    tree.write("sys/class/powercap/intel-rapl:0/max_energy_range_uj", "262143328850\n");
-    useMachine(machine());
-    EXPECT_THAT(SMCBridge::discoverKeys(), ElementsAre("PCPR"));
-    EXPECT_THAT(messages, IsEmpty());
-}
-
-TEST_F(LinuxMachineTest, ASupplyIsNotShownOnceMoreByTheMonitorThatRepeatsIt) {
-    tree.write("sys/class/power_supply/BAT0/type", "Battery\n");
-    tree.write("sys/class/power_supply/BAT0/voltage_now", "12000000\n");
-    addChip(0, "BAT0", "BAT0");
-    tree.write(chipFolder(0) / "in0_input", "12000\n");
-    useMachine(machine());
-    EXPECT_THAT(SMCBridge::discoverKeys(), ElementsAre("B0AV"));
-    addChip(1, "BAT0", "BAT0");
-    tree.write(chipFolder(0) / "curr1_input", "500\n");
-    EXPECT_THAT(SMCBridge::discoverKeys(), ElementsAre("B0AV", "B0Am"))
-        << "what only the monitor tells stays";
+TEST_F(LinuxMachineTest, WhenTheControllerGoesItsKeysGoAndTheSensorsRemain) {
+    add(controller);
+    add(computer);
+    const Machine machine = makeMachine();
+    machine.source->status();
+    EXPECT_EQ(machine.source->discoverKeys({}).size(), 8U);
+    write("sys/devices/platform/applesmc.768/key_count", ""); // as a file that is open and gone
+    recorded.tree().remove("sys/class/hwmon/applesmc.768");
+    recorded.tree().remove("sys/devices/platform/applesmc.768");
+    EXPECT_EQ(machine.source->discoverKeys({}).size(), 7U);
+    EXPECT_TRUE(machine.source->status().isAvailable);
+    add(controller);
+    clock->advance(60s);
+    EXPECT_TRUE(machine.source->status().isAvailable);
+    EXPECT_EQ(machine.source->discoverKeys({}).size(), 8U);
 }
 
 } // namespace

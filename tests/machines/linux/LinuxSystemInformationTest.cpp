@@ -1,11 +1,9 @@
 #include "machines/linux/LinuxSystemInformation.h"
 
-#include "sensors/Machine.h"
 #include "smc/NativeMacSupport.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -229,20 +227,16 @@ TEST_F(LinuxSystemInformationTest, AFilledTreeGivesTheNativeReadings) {
     tree.write("sys/devices/system/cpu/online", "0-7\n");
     tree.write("sys/class/thermal/thermal_zone0/temp", "45000\n");
     tree.write("sys/firmware/acpi/platform_profile", "low-power\n");
-    NativeMacSupport::useSystem(std::make_shared<LinuxSystemInformation>(tree.root()));
     std::vector<std::string> values;
-    for (const SMCReading& reading : NativeMacSupport::readings())
+    for (const SMCReading& reading : NativeMacSupport(system).readings())
         values.push_back(reading.key + " " + reading.value);
-    NativeMacSupport::useSystem(nullptr);
     EXPECT_THAT(values, ElementsAre("NCPU Some Processor", "NARC Apple Silicon", "NCOR 8", "NRAM 16.0",
                                     "NTHR Nominal", "NLPM Enabled"));
 }
 
 TEST_F(LinuxSystemInformationTest, ADeviceTreeModelIsReadWithoutItsZeroByte) {
     tree.write("proc/device-tree/model", "Some Board Rev 1.1\0"s);
-    NativeMacSupport::useSystem(std::make_shared<LinuxSystemInformation>(tree.root()));
-    EXPECT_EQ(NativeMacSupport::sysctlString("hw.model"), "Some Board Rev 1.1");
-    NativeMacSupport::useSystem(nullptr);
+    EXPECT_EQ(NativeMacSupport(system).sysctlString("hw.model"), "Some Board Rev 1.1");
 }
 
 TEST_F(LinuxSystemInformationTest, FirmwareWithoutALowPowerProfileSavesPowerByAQuietOne) {

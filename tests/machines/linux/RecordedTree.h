@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <istream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -15,12 +17,18 @@ namespace kelvinbar::fakes {
 /// A machine's tree of /sys, built from its description (tests/fixtures/linux/README.md has the format).
 class RecordedTree {
   public:
+    RecordedTree() = default;
+
     explicit RecordedTree(const std::filesystem::path& description) {
         std::ifstream stream(description);
         if (!stream) throw std::runtime_error("cannot read " + description.string());
-        for (std::string line; std::getline(stream, line);) {
-            if (!line.empty() && line.front() != '#') take(line);
-        }
+        add(stream);
+    }
+
+    /// Adds what further lines of the format describe.
+    void add(const std::string& lines) {
+        std::istringstream stream(lines);
+        add(stream);
     }
 
     [[nodiscard]] const std::filesystem::path& root() const { return tree_.root(); }
@@ -28,6 +36,12 @@ class RecordedTree {
     [[nodiscard]] TemporaryTree& tree() { return tree_; }
 
   private:
+    void add(std::istream& stream) {
+        for (std::string line; std::getline(stream, line);) {
+            if (!line.empty() && line.front() != '#') take(line);
+        }
+    }
+
     using Words = std::pair<std::string, std::string>;
 
     /// The first word and what follows the blank after it.

@@ -1,6 +1,13 @@
 // The real machine, on a Mac: what every one of them has.
 
 #include "machines/Platform.h"
+#include "machines/macos/IOKitRegistry.h"
+#include "machines/macos/IOKitSMCDriver.h"
+#include "tests/fakes/RecordingLog.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +17,10 @@ namespace {
 
 class MacPlatform : public testing::Test {
   protected:
-    Machine machine = makePlatform();
+    fakes::RecordingLog log;
+    Machine machine = makePlatform(log.log);
+    IOKitRegistry registry;
+    IOKitSMCDriver driver;
 };
 
 TEST_F(MacPlatform, KnowsItsModelProcessorsAndMemory) {
@@ -29,7 +39,7 @@ TEST_F(MacPlatform, ItsClockNeverRunsBackwards) {
 }
 
 TEST_F(MacPlatform, ItsRegistryHasEntriesWithClassAndName) {
-    const auto walk = machine.registry->iterateRecursively("IOService");
+    const auto walk = registry.iterateRecursively("IOService");
     ASSERT_NE(walk, nullptr);
     std::size_t count = 0;
     std::size_t withProperties = 0;
@@ -44,19 +54,26 @@ TEST_F(MacPlatform, ItsRegistryHasEntriesWithClassAndName) {
 }
 
 TEST_F(MacPlatform, HasNoPlaneOfAnotherName) {
-    EXPECT_EQ(machine.registry->iterateRecursively("NoSuchPlane"), nullptr);
+    EXPECT_EQ(registry.iterateRecursively("NoSuchPlane"), nullptr);
 }
 
 TEST_F(MacPlatform, AControllerIsOpenedAndClosedOrNotThere) {
-    const auto service = machine.driver->findService("AppleSMC");
+    const auto service = driver.findService("AppleSMC");
     if (!service) GTEST_SKIP() << "a virtual machine has none";
-    const auto opened = machine.driver->open(*service);
+    const auto opened = driver.open(*service);
     if (opened.code == kernSuccess) EXPECT_NE(opened.connection, 0U);
-    if (opened.connection != 0) machine.driver->close(opened.connection);
+    if (opened.connection != 0) driver.close(opened.connection);
+}
+
+TEST_F(MacPlatform, ItsSourceListsWhatItCanRead) {
+    if (!machine.source->status().isAvailable) GTEST_SKIP() << "a virtual machine has no controller";
+    const auto keys = machine.source->discoverKeys({});
+    EXPECT_FALSE(machine.source->readCandidateKeys(keys).empty());
+    machine.source->close();
 }
 
 TEST_F(MacPlatform, HasNoServiceOfAnotherName) {
-    EXPECT_EQ(machine.driver->findService("NoSuchService"), std::nullopt);
+    EXPECT_EQ(driver.findService("NoSuchService"), std::nullopt);
 }
 
 } // namespace

@@ -2,13 +2,23 @@
 
 #include "machines/macos/IOKitRegistry.h"
 #include "machines/macos/IOKitSMCDriver.h"
+#include "machines/replay/ReplaySystemInformation.h"
+#include "machines/replay/SnapshotParser.h"
+#include "smc/SMCBridge.h"
 #include "tests/FileContent.h"
+#include "tests/fakes/RecordedSMCDriver.h"
 #include "tests/machines/macos/FakeIOKit.h"
 #include "tests/machines/replay/Exporting.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
-#include <utility>
-#include <variant>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -18,28 +28,7 @@ namespace {
 
 using fakes::FakeIOKit;
 using fakes::FakeNumber;
-using fakes::FakeValue;
-
-/// The properties of recorded machines are ASCII.
-std::u16string wideText(const std::string& text) { return {text.begin(), text.end()}; }
-
-FakeValue fakeValue(const Value& value) {
-    if (const auto* whole = std::get_if<std::int64_t>(&value)) return FakeNumber(*whole);
-    if (const auto* real = std::get_if<double>(&value)) return FakeNumber(*real);
-    if (const auto* text = std::get_if<std::string>(&value)) return wideText(*text);
-    if (const auto* data = std::get_if<Data>(&value)) return *data;
-    ADD_FAILURE() << "a property of another type";
-    return fakes::OtherObject{};
-}
-
-fakes::FakeRegistryEntry fakeEntry(const IORegistryEntry& entry) {
-    fakes::FakeRegistryEntry fake{.className = entry.className(), .name = entry.name(), .properties = {}};
-    const auto properties = entry.properties();
-    for (const auto& [name, value] : *properties) {
-        fake.properties.emplace_back(wideText(name), fakeValue(value));
-    }
-    return fake;
-}
+using fakes::FakeSMCDriver;
 
 class ReplayThroughIOKit : public testing::Test {
   protected:
@@ -47,30 +36,40 @@ class ReplayThroughIOKit : public testing::Test {
 
     void TearDown() override { EXPECT_EQ(fake.liveCount(), 0U) << "something was not released"; }
 
-    /// The machine, served by I/O Kit.
-    Machine served(const Machine& machine) {
-        if (!machine.driver->findService("AppleSMC")) fake.serviceClass.clear();
-        fake.call = [driver = machine.driver, this](std::uint32_t selector, const void* input,
-                                                    std::size_t inputSize, void* output,
-                                                    std::size_t* outputSize) {
+    /// Lets I/O Kit answer as the controller does.
+    void serve(const std::shared_ptr<FakeSMCDriver>& controller) {
+        fake.call = [controller, this](std::uint32_t selector, const void* input, std::size_t inputSize,
+                                       void* output, std::size_t* outputSize) {
             if (++calls == failingCall) return static_cast<kern_return_t>(0xE00002BC);
             const std::span in(static_cast<const std::byte*>(input), inputSize);
             const std::span out(static_cast<std::byte*>(output), *outputSize);
-            const ReturnCode code = driver->callStructMethod(1, selector, in, out, *outputSize);
+            const ReturnCode code = controller->callStructMethod(1, selector, in, out, *outputSize);
             if (wrongOutputSize) *outputSize = *wrongOutputSize;
             return static_cast<kern_return_t>(code);
         };
-        const auto walk = machine.registry->iterateRecursively("IOService");
-        while (const IORegistryEntry* const entry = walk->next()) fake.entries.push_back(fakeEntry(*entry));
-        return {.driver = std::make_shared<IOKitSMCDriver>(),
-                .registry = std::make_shared<IOKitRegistry>(),
-                .system = machine.system,
-                .clock = machine.clock};
     }
 
+    /// The snapshot of a recorded machine whose controller and registry are I/O Kit's.
     std::string servedExport(std::string_view recording) {
-        const ReplayResult replay = replayed(recording);
-        return exportedText(served(replay.machine.value()));
+        const RecordedMachine recorded = parseSnapshot(recording).machine;
+        const auto controller = std::make_shared<FakeSMCDriver>();
+        fakes::addRecordedKeys(*controller, recorded.keys);
+        serve(controller);
+        if (recorded.keys.empty()) fake.serviceClass.clear();
+        const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
+        return exportedText(
+            Machine{.source = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
+                                                          std::make_shared<IOKitRegistry>(), clock),
+                    .system = std::make_shared<ReplaySystemInformation>(recorded.facts),
+                    .clock = clock});
+    }
+
+    /// The entry of a sensor driver whose fans are those of `fansAndKeys`.
+    static fakes::FakeRegistryEntry fanEntry() {
+        return {.className = "SMCSuperIO",
+                .name = "chip",
+                .properties = {{u"CPU Fan", FakeNumber(std::int64_t{900})},
+                               {u"Fan 1", FakeNumber(std::int64_t{1450})}}};
     }
 
     FakeIOKit& fake = FakeIOKit::shared();
@@ -85,7 +84,7 @@ constexpr std::string_view fansAndKeys = "TC0P\tsp78\tCPU\t45.5 °C\tRAW=2D80\n"
                                          "FAN1\tioreg\tFan 1\t1450 RPM\tRAW=5AA\n"
                                          "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384\n";
 
-TEST_F(ReplayThroughIOKit, EveryRecordedMachineGivesTheSameSnapshotAsThroughTheReplayPort) {
+TEST_F(ReplayThroughIOKit, EveryRecordedMachineGivesTheSameSnapshotAsItsReplay) {
     std::size_t count = 0;
     for (const auto& file :
          std::filesystem::directory_iterator(std::filesystem::path(KELVINBAR_FIXTURES) / "smc/expected")) {
@@ -101,6 +100,7 @@ TEST_F(ReplayThroughIOKit, FansOfTheRegistryAreTheSame) {
     const std::string expected = exportedReplay(fansAndKeys);
     EXPECT_NE(expected.find("FAN1"), std::string::npos);
     EXPECT_NE(expected.find("CPU Fan"), std::string::npos);
+    fake.entries = {fanEntry()};
     EXPECT_EQ(servedExport(fansAndKeys), expected);
 }
 
@@ -112,12 +112,14 @@ TEST_F(ReplayThroughIOKit, AMachineWithoutAControllerShowsWhatItsSystemKnows) {
 }
 
 TEST_F(ReplayThroughIOKit, ACallThatFailsLosesNoMoreThanItsKey) {
+    fake.entries = {fanEntry()};
     const std::string whole = servedExport(fansAndKeys);
     const std::size_t callsOfAPass = calls;
     ASSERT_GT(callsOfAPass, 3U);
     std::size_t changed = 0;
     for (std::size_t call = 1; call <= callsOfAPass; ++call) {
         fake.reset();
+        fake.entries = {fanEntry()};
         calls = 0;
         failingCall = call;
         const std::string text = servedExport(fansAndKeys);
@@ -132,6 +134,7 @@ TEST_F(ReplayThroughIOKit, AnOutputOfAnotherSizeIsTakenAsItIs) {
     const std::string expected = exportedReplay(fansAndKeys);
     for (const std::size_t size : {0U, 40U, 81U, 4096U}) {
         fake.reset();
+        fake.entries = {fanEntry()};
         wrongOutputSize = size;
         EXPECT_EQ(servedExport(fansAndKeys), expected) << size;
     }

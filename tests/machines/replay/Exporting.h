@@ -5,7 +5,6 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
-#include "tests/fakes/FakeMachine.h"
 #include "tests/fakes/ManualQueues.h"
 
 #include <algorithm>
@@ -17,40 +16,30 @@
 
 namespace kelvinbar {
 
-/// The header of every snapshot that exportedText gives, without the number of keys.
+/// The header of every snapshot that exportedText returns, without the number of keys.
 inline constexpr std::string_view exportedHead =
     "Kelvinbar snapshot\nGenerated: 2026-03-01T14:05:09Z\nActive keys: ";
 
 /// The snapshot of `machine`, taken on one thread and always at the same time of day.
 inline std::string exportedText(const Machine& machine) {
     using namespace std::chrono;
-    useMachine(machine);
     InMemoryUserDefaults defaults;
     NotificationCenter notifications;
     fakes::ManualMainQueue mainQueue;
     fakes::ManualBackgroundQueue backgroundQueue;
     fakes::FakeWallClock wallClock;
     wallClock.time = sys_days(2026y / March / 1) + 14h + 5min + 9s;
-    KelvinbarStore store({.defaults = defaults,
+    KelvinbarStore store({.machine = machine,
+                          .defaults = defaults,
                           .notifications = notifications,
                           .mainQueue = mainQueue,
                           .backgroundQueue = backgroundQueue,
-                          .wallClock = wallClock,
-                          .monotonicClock = *machine.clock});
+                          .wallClock = wallClock});
     backgroundQueue.runAll();
     mainQueue.drain();
     std::string text = store.exportText();
     store.shutdown();
-    useMachine({});
     return text;
-}
-
-/// The snapshot of a machine of fakes.
-inline std::string exportedText(const fakes::FakeMachine& machine) {
-    return exportedText(Machine{.driver = machine.driver,
-                                .registry = machine.registry,
-                                .system = machine.system,
-                                .clock = machine.clock});
 }
 
 inline ReplayResult replayed(std::string_view text) {

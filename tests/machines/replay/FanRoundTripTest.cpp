@@ -1,6 +1,7 @@
 // Registries of every form that the walk for fans takes: exported, replayed and exported again, the snapshot
 // is the same.
 
+#include "tests/fakes/FakeMachine.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <array>
@@ -30,7 +31,7 @@ void expectStable(const std::string& first) {
 
 /// The lines of the fans in the export of `machine`, after checking that its replay exports the same.
 std::string stableFanLines(const FakeMachine& machine) {
-    const std::string first = exportedText(machine);
+    const std::string first = exportedText(machine.machine());
     expectStable(first);
     const std::size_t lines = first.find("\n\n");
     return lines == std::string::npos ? std::string() : first.substr(lines + 2);
@@ -368,7 +369,7 @@ int fansKeptByRandomMachines(std::span<const std::string_view> names) {
         SCOPED_TRACE(seed);
         const FakeMachine machine;
         RandomMachine(seed).fill(machine, names);
-        const std::string first = exportedText(machine);
+        const std::string first = exportedText(machine.machine());
         if (first.find("\tRAW=") == std::string::npos) continue;
         expectStable(first);
         if (first.find("\tioreg\t") != std::string::npos) ++withFans;

@@ -1,5 +1,8 @@
 #include "base/Text.h"
+#include "machines/replay/SnapshotParser.h"
 #include "tests/FileContent.h"
+#include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/RecordedSMCDriver.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <algorithm>
@@ -52,6 +55,13 @@ TEST_P(FixtureRoundTrip, EveryLineOfTheFixtureIsUsed) {
 
 TEST_P(FixtureRoundTrip, TheExportIsTheIndependentlyCalculatedOne) {
     EXPECT_EQ(exportedReplay(fixture()), expectedExport());
+}
+
+/// The way of the bytes through the controller's protocol changes nothing.
+TEST_P(FixtureRoundTrip, TheRecordedControllerGivesTheSameExport) {
+    const fakes::FakeMachine machine;
+    fakes::addRecordedKeys(*machine.driver, parseSnapshot(fixture()).machine.keys);
+    EXPECT_EQ(exportedText(machine.machine()), expectedExport());
 }
 
 TEST_P(FixtureRoundTrip, ReplayingTheExportGivesTheSameExport) {

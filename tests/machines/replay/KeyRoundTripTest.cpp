@@ -1,5 +1,6 @@
 // Controllers of every odd kind: exported, replayed and exported again, the snapshot is the same.
 
+#include "tests/fakes/FakeMachine.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <cstdint>
@@ -24,7 +25,7 @@ void addKeyCount(FakeMachine& machine) {
 /// The export of `machine`, after checking that its replay exports the same.
 std::string stableExport(FakeMachine& machine) {
     addKeyCount(machine);
-    std::string first = exportedText(machine);
+    std::string first = exportedText(machine.machine());
     const ReplayResult replay = replayed(first);
     EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>()) << first;
     EXPECT_TRUE(replay.machine) << first;

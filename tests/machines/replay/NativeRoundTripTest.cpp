@@ -1,5 +1,6 @@
 // Machines without a controller: what the operating system told survives a replay.
 
+#include "tests/fakes/FakeMachine.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <cstdint>
@@ -23,7 +24,7 @@ constexpr std::string_view architectureLine =
 /// The export of `machine` without a controller, after checking that its replay exports the same.
 std::string stableExport(FakeMachine& machine) {
     machine.driver->hasService = false;
-    std::string first = exportedText(machine);
+    std::string first = exportedText(machine.machine());
     const ReplayResult replay = replayed(first);
     EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>()) << first;
     EXPECT_TRUE(replay.machine) << first;

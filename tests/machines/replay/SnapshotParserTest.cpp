@@ -1,9 +1,11 @@
 #include "machines/replay/SnapshotParser.h"
 
 #include "smc/SMCKeyText.h"
+#include "tests/fakes/RawReadingText.h"
 #include "tests/machines/replay/Exporting.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -98,7 +100,9 @@ TEST(SnapshotParser, ReportsEveryKindOfUnusableLineWithItsNumberAndUsesTheRest) 
         "FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531",
         "FAN0\tioreg\tCPU Fan\t-1 RPM\tRAW=1",
         "FAN0\tioreg\tCPU Fan\t1e9 RPM\tRAW=3B9ACA00",
-        "FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA", // no fan by its name
+        "FAN0\tioreg\tCPU Fan\t30000.5 RPM\tRAW=7530",
+        "FAN0\tioreg\t\t1450 RPM\tRAW=5AA",     // no name
+        "zzzz\tioreg\tPump\t1450 RPM\tRAW=5AA", // not in the catalogue
         "N???\tnative\tSomething\t1\tRAW=1",
         "NCOR\tnative\tActive CPU Cores\tmany\tRAW=many",
         "NRAM\tnative\tPhysical Memory\t16.0 GB\tRAW=much",
@@ -144,7 +148,7 @@ TEST(SnapshotParser, ReportsAProcessorModelWithoutText) {
 
 TEST(SnapshotParser, ReportsProblemsInTheOrderOfTheLines) {
     const ReplayResult replay = replayed(
-        joined({"FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA", "junk", goodLine, "F0Ac\tioreg\tno\t1 RPM\tRAW=1",
+        joined({"FAN0\tioreg\t\t1450 RPM\tRAW=5AA", "junk", goodLine, "zzzz\tioreg\tno\t1 RPM\tRAW=1",
                 "TC2C\tsp78\t\t\tRAW=2", "FAN1\tioreg\tCPU Fan\t40000 RPM\tRAW=9C40"}));
     EXPECT_EQ(lineNumbers(replay.problems), (Numbers{1, 2, 4, 5, 6}));
 }
@@ -194,7 +198,7 @@ TEST(SnapshotParser, DoesNotLetAnUnusableKeyLineKeepALaterOneOut) {
 TEST(SnapshotParser, DoesNotLetAnUnusableFanLineKeepALaterOneOut) {
     for (const std::string_view unusable :
          {"FAN0\tioreg\tCPU Fan\t\tRAW=5AA", "FAN0\tioreg\tCPU Fan\t30001 RPM\tRAW=7531",
-          "FAN0\tioreg\tPump\t1450 RPM\tRAW=5AA"}) {
+          "FAN0\tioreg\t\t1450 RPM\tRAW=5AA"}) {
         SCOPED_TRACE(unusable);
         const ReplayResult replay = replayed(joined({unusable, "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"}));
         EXPECT_EQ(lineNumbers(replay.problems), Numbers{1});
@@ -319,9 +323,10 @@ TEST(SnapshotParser, BearsWhiteSpaceAfterALine) {
         EXPECT_TRUE(parsed.problems.empty());
         EXPECT_EQ(keysOf(parsed), Keys{"TC0P"});
         EXPECT_EQ(parsed.machine.facts.physicalMemory, 17179869184U);
-        EXPECT_EQ(exportedReplay(text), std::string(exportedHead) +
-                                            "2\n\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384\n" +
-                                            std::string(goodLine));
+        std::string fan = "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384";
+        fan.append(blank.substr(0, blank.find('\r'))); // a raw text may end with blanks
+        EXPECT_EQ(exportedReplay(text),
+                  std::string(exportedHead).append("2\n\n").append(fan).append("\n").append(goodLine));
     }
 }
 
@@ -383,6 +388,76 @@ TEST(SnapshotParser, PadsTypesWithZeroBytes) {
               (std::vector<std::uint32_t>{0x75693800, 0, 0x61000000, 0x75693820, 0xC3A90000, 0xE282AC78}));
 }
 
+// Sensors of a kernel
+
+TEST(SnapshotParser, HandsSensorsOnAsTheyWereRecorded) {
+    const ParsedSnapshot parsed = parseSnapshot(joined({
+        "k10temp-pci-00c3/temp1\tk10temp\tCPU Tctl\t45.88 °C\tRAW=45875",
+        "amdgpu-pci-0300/fan1\tamdgpu\tGPU Fan\tasleep\tRAW=suspended",
+        "BAT0/status\tbattery\tBattery Status\tNot charging\tRAW=Not charging",
+        "BAT0/cycle_count\tbattery\tBattery Cycles\t112\tRAW=112",
+    }));
+    EXPECT_TRUE(parsed.problems.empty());
+    EXPECT_EQ(parsed.machine.usedLines, 4U);
+    const RawReading temperature{.key = "k10temp-pci-00c3/temp1",
+                                 .type = "k10temp",
+                                 .value = "45.88",
+                                 .numericValue = 45.88,
+                                 .raw = "45875",
+                                 .name = "CPU Tctl",
+                                 .category = "CPU",
+                                 .unit = "°C"};
+    const RawReading fan{.key = "amdgpu-pci-0300/fan1",
+                         .type = "amdgpu",
+                         .value = "asleep",
+                         .numericValue = std::nullopt,
+                         .raw = "suspended",
+                         .name = "GPU Fan",
+                         .category = "Fans",
+                         .unit = ""};
+    const RawReading status{.key = "BAT0/status",
+                            .type = "battery",
+                            .value = "Not charging",
+                            .numericValue = std::nullopt,
+                            .raw = "Not charging",
+                            .name = "Battery Status",
+                            .category = "Battery",
+                            .unit = ""};
+    const RawReading cycles{.key = "BAT0/cycle_count",
+                            .type = "battery",
+                            .value = "112",
+                            .numericValue = 112,
+                            .raw = "112",
+                            .name = "Battery Cycles",
+                            .category = "Battery",
+                            .unit = ""};
+    EXPECT_EQ(parsed.machine.sensors, (std::vector<RawReading>{temperature, fan, status, cycles}));
+}
+
+TEST(SnapshotParser, ReportsSensorsThatItCannotUseWithTheirNumbers) {
+    for (const std::string_view line :
+         {"k10temp-pci-00c3/temp1\tk10temp\t\t45.88 °C\tRAW=45875",
+          "k10temp-pci-00c3/temp1\tk10temp\tCPU\t\tRAW=1", "k10temp-pci-00c3/temp1\tk10temp\tRAW=1",
+          "k10temp-pci-00c3/nothing\tk10temp\tCPU\t45 °C\tRAW=45000",
+          "/temp1\tk10temp\tCPU\t45 °C\tRAW=45000", "k10temp-pci-00c3/\tk10temp\tCPU\t45 °C\tRAW=45000"}) {
+        SCOPED_TRACE(line);
+        const ParsedSnapshot parsed = parseSnapshot(joined({goodLine, line, otherGoodLine}));
+        EXPECT_EQ(lineNumbers(parsed.problems), Numbers{2});
+        EXPECT_TRUE(parsed.machine.sensors.empty());
+    }
+}
+
+TEST(SnapshotParser, UsesTheFirstOfRepeatedSensors) {
+    const ParsedSnapshot parsed = parseSnapshot(joined({
+        "k10temp-pci-00c3/temp1\tk10temp\t\t45 °C\tRAW=45000",
+        "k10temp-pci-00c3/temp1\tk10temp\tCPU Tctl\t46 °C\tRAW=46000",
+        "k10temp-pci-00c3/temp1\tk10temp\tCPU Tctl\t47 °C\tRAW=47000",
+    }));
+    EXPECT_EQ(lineNumbers(parsed.problems), (Numbers{1, 3}));
+    ASSERT_EQ(parsed.machine.sensors.size(), 1U);
+    EXPECT_EQ(parsed.machine.sensors[0].raw, "46000");
+}
+
 TEST(SnapshotParser, ReadsFactsOfTheSystem) {
     const ParsedSnapshot parsed = parseSnapshot(joined({
         "NARC\tnative\tArchitecture\tApple Silicon\tRAW=Apple Silicon",
@@ -415,16 +490,14 @@ TEST(SnapshotParser, EndsOnAMillionJunkLines) {
 }
 
 TEST(SnapshotParser, EndsOnManyFanLines) {
-    constexpr int count = 50'000;
+    constexpr std::size_t count = 50'000;
     std::string text;
-    for (int number = 0; number < count; ++number) {
-        const std::string digits = std::to_string(100'000 + number).substr(1);
-        text.append("F").append(digits, 2, 3).append("\tioreg\tFan ").append(digits);
-        text.append("\t900 RPM\tRAW=384\n");
+    for (std::size_t number = 0; number < count; ++number) {
+        const char digit = static_cast<char>('0' + number % 4);
+        text.append("F").append(1, digit).append("Ac\tioreg\tFan\t900 RPM\tRAW=384\n");
     }
     const ReplayResult replay = replayed(text);
-    EXPECT_GE(replay.problems.size(), 49'000U);
-    EXPECT_LT(replay.problems.size(), 50'000U);
+    EXPECT_EQ(replay.problems.size(), count - 4) << "the first line of each key counts";
 }
 
 TEST(SnapshotParser, EndsOnOneLineOfManyMebibytes) {

@@ -1,5 +1,6 @@
 #include "machines/linux/files/SensorFile.h"
 
+#include "tests/machines/linux/SystemCalls.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <algorithm>
@@ -8,13 +9,15 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
-#include <utility>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -139,13 +142,6 @@ TEST_F(SensorFileTest, ALineOfSixtyFourCharactersIsNoNumber) {
     EXPECT_EQ(numberIn(std::string(39, '0').append("7\n")), 7);
 }
 
-TEST_F(SensorFileTest, WithoutAFileThereIsNothingToRead) {
-    const SensorFile none;
-    EXPECT_FALSE(none.isOpen());
-    EXPECT_EQ(none.number(), std::nullopt);
-    EXPECT_EQ(lineOf(none, 64), std::nullopt);
-}
-
 TEST_F(SensorFileTest, MissingFilesAndDirectoriesAreNotOpened) {
     for (const fs::path& path : {tree.root() / "missing", tree.makeDirectory("directory"), fs::path()}) {
         SCOPED_TRACE(path);
@@ -221,110 +217,159 @@ TEST_F(SensorFileTest, AFileIsClosedWithItsObject) {
     EXPECT_TRUE(descriptorsOf(path).empty());
 }
 
-TEST_F(SensorFileTest, AMovedFileIsReadAtItsNewPlaceAlone) {
+TEST_F(SensorFileTest, AFileThatReturnsIsNotTheOneThatIsOpen) {
     const fs::path path = fileWith("42\n");
-    SensorFile first(path);
-    const SensorFile second(std::move(first));
-    EXPECT_EQ(second.number(), 42);
-    EXPECT_FALSE(first.isOpen()); // NOLINT(bugprone-use-after-move)
-    EXPECT_EQ(first.number(), std::nullopt);
-    EXPECT_EQ(descriptorsOf(path).size(), 1U);
+    const SensorFile file(path);
+    EXPECT_TRUE(file.isStillAt(path));
+    fileWith("43\n");
+    EXPECT_TRUE(file.isStillAt(path)) << "another content, the same file";
+    fs::rename(tree.write("new", "44\n"), path);
+    EXPECT_FALSE(file.isStillAt(path));
+    fs::remove(path);
+    EXPECT_FALSE(file.isStillAt(path));
+    EXPECT_FALSE(SensorFile(path).isStillAt(path)) << "a file that never was there";
 }
 
-TEST_F(SensorFileTest, AnAssignedFileReplacesTheOneBefore) {
-    const fs::path before = tree.write("before", "1\n");
-    const fs::path after = tree.write("after", "2\n");
-    SensorFile file(before);
-    file = SensorFile(after);
-    EXPECT_EQ(file.number(), 2);
-    EXPECT_TRUE(descriptorsOf(before).empty());
-    EXPECT_EQ(descriptorsOf(after).size(), 1U);
-    file = SensorFile();
-    EXPECT_FALSE(file.isOpen());
-    EXPECT_TRUE(descriptorsOf(after).empty());
+TEST_F(SensorFileTest, AReadingIsOneSystemCall) {
+    const SensorFile file(fileWith("42\n"));
+    EXPECT_EQ(fakes::systemCallsOf([&] { EXPECT_EQ(file.number(), 42); }), (fakes::SystemCalls{.reads = 1}));
 }
 
-// More files than may stay open
+TEST_F(SensorFileTest, TwoThreadsMayReadAtOnce) {
+    const SensorFile file(fileWith("42000\n"));
+    const auto readOften = [&] {
+        for (int round = 0; round < 10'000; ++round) ASSERT_EQ(file.number(), 42000);
+    };
+    std::thread other(readOften);
+    readOften();
+    other.join();
+}
 
-class ManySensorFiles : public SensorFileTest {
+// The files of a machine
+
+class SensorFilesTest : public SensorFileTest {
   protected:
+    static constexpr int limit = 30;
     static constexpr int excess = 20;
 
-    fs::path path = fileWith("42\n");
-    std::vector<SensorFile> files;
-
-    void openMoreThanMayStayOpen() {
-        for (int count = 0; count < SensorFile::mostOpenFiles + excess; ++count) files.emplace_back(path);
+    /// Opens more different files than may stay open.
+    void openTooMany() {
+        paths.clear();
+        for (int number = 0; number < limit + excess; ++number) {
+            const fs::path path = tree.write("temp" + std::to_string(number) + "_input", "42\n");
+            paths.push_back(path);
+            opened.push_back(files.open(path));
+        }
     }
+
+    /// The files of the tree that this process has open.
+    [[nodiscard]] std::size_t openCount() const {
+        const std::string root = fs::canonical(tree.root()).string() + "/";
+        std::size_t count = 0;
+        for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+            std::error_code error;
+            if (fs::read_symlink(entry.path(), error).string().starts_with(root)) ++count;
+        }
+        return count;
+    }
+
+    /// Whether all of the files hold `number`.
+    [[nodiscard]] bool allHold(std::optional<std::int64_t> number) const {
+        return std::ranges::all_of(opened, [&](const auto& file) { return file->number() == number; });
+    }
+
+    void writeAll(std::string_view content) const {
+        for (const fs::path& path : paths) std::ofstream(path, std::ios::trunc) << content;
+    }
+
+    SensorFiles files{limit};
+    std::vector<fs::path> paths;
+    std::vector<std::shared_ptr<const SensorFile>> opened;
 };
 
-TEST_F(ManySensorFiles, AllAreReadThoughABoundedNumberStaysOpen) {
-    openMoreThanMayStayOpen();
-    EXPECT_EQ(descriptorsOf(path).size(), static_cast<std::size_t>(SensorFile::mostOpenFiles));
-    const auto allGive = [this](std::optional<std::int64_t> number) {
-        return std::ranges::all_of(files, [&](const SensorFile& file) { return file.number() == number; });
-    };
-    EXPECT_TRUE(std::ranges::all_of(files, &SensorFile::isOpen));
-    EXPECT_TRUE(allGive(42));
-    fileWith("-7\n");
-    EXPECT_TRUE(allGive(-7));
-    fileWith("");
-    EXPECT_TRUE(allGive(std::nullopt));
-    EXPECT_EQ(descriptorsOf(path).size(), static_cast<std::size_t>(SensorFile::mostOpenFiles));
-}
-
-TEST_F(ManySensorFiles, ThoseThatAreGoneMakeRoomForOthers) {
-    openMoreThanMayStayOpen();
-    files.clear();
-    EXPECT_TRUE(descriptorsOf(path).empty());
-    openMoreThanMayStayOpen();
-    EXPECT_EQ(descriptorsOf(path).size(), static_cast<std::size_t>(SensorFile::mostOpenFiles));
-}
-
-TEST_F(ManySensorFiles, MovesAndFilesThatAreNotThereTakeNoRoom) {
-    for (int count = 0; count < SensorFile::mostOpenFiles; ++count) {
-        SensorFile file(path);
-        const SensorFile moved(std::move(file));
-        const SensorFile missing(tree.root() / "missing");
-    }
-    openMoreThanMayStayOpen();
-    EXPECT_EQ(descriptorsOf(path).size(), static_cast<std::size_t>(SensorFile::mostOpenFiles));
-}
-
-TEST_F(ManySensorFiles, OneThatIsOpenedForEachReadingMayBeMoved) {
-    openMoreThanMayStayOpen();
-    SensorFile beyond(std::move(files.back()));
-    EXPECT_EQ(beyond.number(), 42);
-    EXPECT_FALSE(files.back().isOpen());
-    files.back() = std::move(beyond);
-    EXPECT_EQ(files.back().number(), 42);
-}
-
-TEST_F(ManySensorFiles, OneThatIsOpenedForEachReadingDoesNotStallOnAPipe) {
-    openMoreThanMayStayOpen();
-    fs::remove(path);
-    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-    EXPECT_EQ(files.back().number(), std::nullopt);
-    fs::remove(path);
-    EXPECT_EQ(files.back().number(), std::nullopt);
-}
-
-TEST_F(SensorFileTest, AFileIsOpenOnceForAllWhoShareIt) {
-    tree.write("shared", "1\n");
-    const auto first = SensorFile::shared(tree.root() / "shared");
-    EXPECT_EQ(SensorFile::shared(tree.root() / "shared"), first);
-    // Another file in its place is another file.
-    tree.write("other", "2\n");
-    fs::rename(tree.root() / "other", tree.root() / "shared");
-    const auto second = SensorFile::shared(tree.root() / "shared");
-    EXPECT_NE(second, first);
+TEST_F(SensorFilesTest, AFileIsOpenOnceForAllWhoShareIt) {
+    const fs::path path = fileWith("1\n");
+    const auto first = files.open(path);
+    EXPECT_EQ(files.open(path), first);
+    EXPECT_EQ(descriptorsOf(path).size(), 1U);
+    fs::rename(tree.write("other", "2\n"), path);
+    const auto second = files.open(path);
+    EXPECT_NE(second, first) << "another file in its place";
     EXPECT_EQ(second->number(), 2);
 }
 
-TEST_F(SensorFileTest, AMissingFileIsSharedAsNone) {
-    EXPECT_FALSE(SensorFile::shared(tree.root() / "missing")->isOpen());
+TEST_F(SensorFilesTest, AFileIsClosedWhenNobodyUsesItAnyMore) {
+    const fs::path path = fileWith("1\n");
+    auto first = files.open(path);
+    auto second = files.open(path);
+    first = nullptr;
+    EXPECT_EQ(second->number(), 1);
+    second = nullptr;
+    EXPECT_TRUE(descriptorsOf(path).empty());
+    EXPECT_EQ(files.open(path)->number(), 1);
+}
+
+TEST_F(SensorFilesTest, AMissingFileIsLookedForEachTimeItIsOpened) {
+    const fs::path path = tree.root() / "missing";
+    EXPECT_FALSE(files.open(path)->isOpen());
     tree.write("missing", "3\n");
-    EXPECT_EQ(SensorFile::shared(tree.root() / "missing")->number(), 3);
+    EXPECT_EQ(files.open(path)->number(), 3);
+}
+
+TEST_F(SensorFilesTest, AllAreReadThoughABoundedNumberStaysOpen) {
+    openTooMany();
+    EXPECT_EQ(openCount(), std::size_t{limit});
+    EXPECT_TRUE(std::ranges::all_of(opened, [](const auto& file) { return file->isOpen(); }));
+    EXPECT_TRUE(allHold(42));
+    writeAll("-7\n");
+    EXPECT_TRUE(allHold(-7));
+    writeAll("");
+    EXPECT_TRUE(allHold(std::nullopt));
+    EXPECT_EQ(openCount(), std::size_t{limit});
+}
+
+TEST_F(SensorFilesTest, HalfOfTheFilesThatAProcessMayOpenAreTheLimit) {
+    EXPECT_EQ(SensorFiles::mostOpenFiles, 512);
+    SensorFiles unlimited;
+    for (int number = 0; number < SensorFiles::mostOpenFiles + excess; ++number) {
+        const fs::path path = tree.write(std::to_string(number), "42\n");
+        paths.push_back(path);
+        opened.push_back(unlimited.open(path));
+    }
+    EXPECT_EQ(openCount(), std::size_t{SensorFiles::mostOpenFiles});
+    EXPECT_TRUE(allHold(42));
+}
+
+TEST_F(SensorFilesTest, ThoseThatAreGoneMakeRoomForOthers) {
+    openTooMany();
+    opened.clear();
+    EXPECT_EQ(openCount(), 0U);
+    openTooMany();
+    EXPECT_EQ(openCount(), std::size_t{limit});
+    EXPECT_TRUE(allHold(42));
+}
+
+TEST_F(SensorFilesTest, FilesThatAreNotThereTakeNoRoom) {
+    for (int number = 0; number < 2 * limit; ++number) {
+        opened.push_back(files.open(tree.root() / ("missing" + std::to_string(number))));
+    }
+    openTooMany();
+    EXPECT_EQ(openCount(), std::size_t{limit});
+}
+
+TEST_F(SensorFilesTest, OneThatIsOpenedForEachReadingDoesNotStallOnAPipe) {
+    openTooMany();
+    fs::remove(paths.back());
+    ASSERT_EQ(::mkfifo(paths.back().c_str(), 0600), 0);
+    EXPECT_EQ(opened.back()->number(), std::nullopt);
+    fs::remove(paths.back());
+    EXPECT_EQ(opened.back()->number(), std::nullopt);
+}
+
+TEST_F(SensorFilesTest, ThousandsThatCameAndWentAreForgotten) {
+    const auto kept = files.open(fileWith("42\n"));
+    for (int number = 0; number < 5000; ++number) files.open(tree.root() / std::to_string(number));
+    EXPECT_EQ(files.open(tree.root() / "temp1_input"), kept);
 }
 
 } // namespace

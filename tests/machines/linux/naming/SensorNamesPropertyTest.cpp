@@ -65,8 +65,8 @@ constexpr std::array<std::string_view, 24> labels{
     "T\xB0 in",     "Temperature", "Temperature 2",
     "loc1",         "fan",         "a label that is much longer than a name may ever be in the list"};
 
-constexpr std::array kinds{temperature, voltage,   current,  power,      energy,
-                           fan,         frequency, humidity, fanMinimum, fanName};
+constexpr std::array kinds{temperature, voltage,   current,  power,     energy,
+                           fan,         frequency, humidity, fanMinimum};
 
 constexpr std::array<std::string_view, 5> models{"", "Samsung SSD 980", "Samsung SSD 980",
                                                  "WD_BLACK SN850X 2000GB",

@@ -129,14 +129,13 @@ TEST(SensorNames, AChipWithoutANameHasAKey) {
 // Which channels have readings
 
 TEST(SensorNames, LimitsAndTargetsOfAFanHaveNoReading) {
-    const auto entries =
-        sensorNames({chip("macsmc_hwmon-isa-0000", "a",
-                          {plain(fanMinimum, 1), plain(fanMaximum, 1), plain(fanTarget, 1), plain(fanSafe, 1),
-                           plain(fanMode, 1), plain(fanName, 1), plain(fan, 1)})});
+    const auto entries = sensorNames({chip("macsmc_hwmon-isa-0000", "a",
+                                           {plain(fanMinimum, 1), plain(fanMaximum, 1), plain(fanTarget, 1),
+                                            plain(fanSafe, 1), plain(fanMode, 1), plain(fan, 1)})});
     ASSERT_EQ(entries.size(), 1U);
-    ASSERT_EQ(entries[0].size(), 7U);
-    for (std::size_t index = 0; index < 6; ++index) EXPECT_FALSE(entries[0][index]);
-    EXPECT_TRUE(entries[0][6]);
+    ASSERT_EQ(entries[0].size(), 6U);
+    for (std::size_t index = 0; index < 5; ++index) EXPECT_FALSE(entries[0][index]);
+    EXPECT_TRUE(entries[0][5]);
 }
 
 TEST(SensorNames, ApplesControllerHasKeysOfItsOwnAndNoneHere) {

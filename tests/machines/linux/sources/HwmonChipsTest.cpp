@@ -87,9 +87,9 @@ TEST_F(HwmonChipsTest, EveryKindOfChannelIsFoundWithItsScale) {
     }
 }
 
-TEST_F(HwmonChipsTest, AFanIsFoundInRoundsAMinuteWithANameBesideIt) {
+TEST_F(HwmonChipsTest, AFanIsFoundInRoundsAMinute) {
     const fs::path file = write("fan2_input", "1200\n");
-    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 2}, {fanName, 2}}));
+    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 2}}));
     EXPECT_EQ(onlyChannel(fan).countsPerUnit, 1);
     EXPECT_EQ(onlyChannel(fan).file, file);
 }
@@ -127,7 +127,7 @@ TEST_F(HwmonChipsTest, WhereAFanIsMeasuredOutputsAreNoChannels) {
     write("fan1_input", "1200\n");
     write("pwm1", "128\n");
     write("pwm2", "128\n");
-    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 1}, {fanName, 1}}));
+    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 1}}));
 }
 
 // What a chip is named after
@@ -315,27 +315,6 @@ TEST_F(HwmonChipsTest, TheFileThatTellsOfAFaultBelongsToTheMeasurement) {
     EXPECT_EQ(onlyChannel(fan).fault, fault);
     EXPECT_EQ(onlyChannel(fanMinimum).fault, "") << "a limit is no measurement";
     EXPECT_EQ(onlyChannel(temperature).fault, "");
-}
-
-// Names of fans
-
-TEST_F(HwmonChipsTest, TheNameOfAFanIsItsLabelOrElseTheChips) {
-    write("name", "thinkpad\n");
-    write("fan1_input", "1200\n");
-    EXPECT_EQ(onlyChannel(fanName).text, "thinkpad");
-    EXPECT_EQ(onlyChannel(fanName).file, "");
-    write("fan1_label", "CPU Fan\n");
-    EXPECT_EQ(onlyChannel(fanName).text, "CPU Fan");
-    EXPECT_EQ(onlyChannel(fanName).number, 1);
-}
-
-TEST_F(HwmonChipsTest, FansOfApplesControllerHaveANameOnlyWithALabel) {
-    write("device/name", "applesmc\n");
-    write("device/fan1_input", "1200\n");
-    write("device/fan2_input", "1300\n");
-    write("device/fan2_label", "Right side\n");
-    EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 1}, {fan, 2}, {fanName, 2}}));
-    EXPECT_EQ(onlyChannel(fanName).text, "Right side");
 }
 
 // Chips

@@ -1,344 +1,611 @@
-#include "machines/linux/sources/LinuxKeys.h"
+#include "machines/linux/sources/KernelSensorSource.h"
 
-#include "smc/SMCKeyText.h"
+#include "base/Text.h"
 #include "tests/fakes/FakeClocks.h"
-#include "tests/machines/linux/TemporaryTree.h"
-#include "tests/machines/linux/applesmc/FakeAppleSMC.h"
+#include "tests/fakes/RawReadingText.h"
+#include "tests/fakes/RecordingLog.h"
+#include "tests/machines/linux/RecordedTree.h"
+#include "tests/machines/linux/SystemCalls.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace kelvinbar {
 
 namespace {
 
 namespace fs = std::filesystem;
+using fakes::SystemCalls;
+using fakes::systemCallsOf;
+using testing::Each;
 using testing::ElementsAre;
+using testing::Field;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using namespace std::chrono_literals;
 
-class LinuxKeysTest : public testing::Test {
+using Keys = std::vector<std::string>;
+
+/// Trees of chips; the lines have the format of recorded machines.
+constexpr std::string_view processor = "chip devices/pci0000:00/0000:00:18.3/hwmon/hwmon0\n"
+                                       "name k10temp\n"
+                                       "temp1_label Tctl\n"
+                                       "temp1_input 45875\n";
+constexpr std::string_view drive = "chip devices/pci0000:00/0000:01:00.0/nvme/nvme0/hwmon1\n"
+                                   "name nvme\n"
+                                   "temp1_label Composite\n"
+                                   "temp1_input 38850\n"
+                                   "dir sys/devices/pci0000:00/0000:01:00.0/nvme/nvme0\n"
+                                   "model Fast Drive 980\n";
+constexpr std::string_view card = "chip devices/pci0000:00/0000:03:00.0/hwmon/hwmon2\n"
+                                  "name amdgpu\n"
+                                  "temp1_label edge\n"
+                                  "temp1_input 50000\n"
+                                  "temp1_enable 0\n"
+                                  "power1_label PPT\n"
+                                  "power1_input 12500000\n"
+                                  "fan1_input 900\n"
+                                  "dir sys/devices/pci0000:00/0000:03:00.0/power\n"
+                                  "runtime_status active\n";
+constexpr std::string_view counter = "dir sys/class/powercap/intel-rapl:0\n"
+                                     "name package-0\n"
+                                     "energy_uj 1000000\n"
+                                     "max_energy_range_uj 262143328850\n";
+
+constexpr const char* processorKey = "k10temp-pci-00c3/temp1";
+constexpr const char* driveKey = "nvme-pci-0100/temp1";
+constexpr const char* counterKey = "intel-rapl-0/energy";
+
+class KernelSensorSourceTest : public testing::Test {
   protected:
-    void addController() {
-        hasController = true;
-        controller.add("TC0P", "sp78", {0x28, 0x80});
-        controller.add("FNum", "ui8", {2});
+    void add(std::string_view lines) { recorded.add(std::string(lines)); }
+
+    void write(const fs::path& file, std::string_view content) {
+        recorded.tree().write("sys" / file, std::string(content) + "\n");
     }
 
-    /// A chip with one temperature of 45 °C, and the file of that.
-    fs::path addChip(int number, std::string_view name, std::string_view label, std::string_view device) {
-        const fs::path folder =
-            fs::path("sys/class/hwmon") / std::string("hwmon").append(std::to_string(number));
-        tree.write(folder / "name", std::string(name).append("\n"));
-        tree.write(folder / "device/uevent", std::string("DEVICE=").append(device).append("\n"));
-        tree.write(folder / "temp1_label", std::string(label).append("\n"));
-        return tree.write(folder / "temp1_input", "45000\n");
+    Keys discovered(const KeySet& listedBefore = {}) { return source.discoverKeys(listedBefore); }
+
+    std::vector<RawReading> read(const Keys& keys) { return source.readCandidateKeys(keys); }
+
+    std::optional<RawReading> read(const char* key) {
+        auto readings = read(Keys{key});
+        return readings.empty() ? std::nullopt : std::optional(std::move(readings.front()));
     }
 
-    fs::path addPackage() { return addChip(0, "coretemp", "Package id 0", "coretemp.0"); }
-
-    fs::path addDrive() { return addChip(1, "nvme", "Composite", "0000:01:00.0"); }
-
-    /// The driver's chip of a controller whose keys can be listed or not.
-    void addDriver(std::string_view folder) {
-        const fs::path place = "sys/class/hwmon/hwmon5" / fs::path(folder);
-        tree.write(place / "name", "applesmc\n");
-        tree.write(place / "temp1_label", "TC0P\n");
-        tree.write(place / "temp1_input", "40500\n");
-        tree.write(place / "key_count", "1\n");
-        tree.write(place / "key_at_index", "0\n");
-        tree.write(place / "key_at_index_name", "TC0P\n");
-        tree.write(place / "key_at_index_type", "sp78\n");
-        tree.write(place / "key_at_index_data_length", "2\n");
-        tree.write(place / "key_at_index_data", "\x28\x80");
+    std::optional<double> numberOf(const char* key) {
+        const auto reading = read(key);
+        return reading ? reading->numericValue : std::nullopt;
     }
 
-    /// The keys by index, as many as were counted.
-    std::vector<std::string> listed(LinuxKeys& source) {
-        std::vector<std::string> names;
-        const std::size_t count = source.keyCount();
-        for (std::uint32_t index = 0; index < count; ++index) {
-            const auto code = source.keyAtIndex(index);
-            names.push_back(code ? fourCharString(*code) : "(none)");
+    static Keys keysIn(const std::vector<RawReading>& readings) {
+        Keys keys;
+        for (const RawReading& reading : readings) keys.push_back(reading.key);
+        return keys;
+    }
+
+    /// The files of the tree that this process has open.
+    [[nodiscard]] std::size_t openFileCount() const {
+        const std::string root = fs::canonical(recorded.root()).string() + "/";
+        std::size_t count = 0;
+        for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+            std::error_code error;
+            if (fs::read_symlink(entry.path(), error).string().starts_with(root)) ++count;
         }
-        EXPECT_EQ(source.keyAtIndex(static_cast<std::uint32_t>(count)), std::nullopt);
-        return names;
+        return count;
     }
 
-    static std::optional<SMCBytes> read(LinuxKeys& source, std::string_view key) {
-        SMCBytes bytes{};
-        const bool isRead = source.readBytes(packedSMCKey(key), bytes) == smcresult::success;
-        return isRead ? std::optional(bytes) : std::nullopt;
+    /// A chip with that many temperatures.
+    void addLargeChip(int channels) {
+        std::string lines = "chip devices/pci0000:00/0000:09:00.0/hwmon/hwmon9\nname large\n";
+        for (int number = 1; number <= channels; ++number) {
+            lines.append("temp" + std::to_string(number) + "_input 45000\n");
+        }
+        add(lines);
     }
 
-    static bool isKnown(LinuxKeys& source, std::string_view key) {
-        return source.keyInfo(packedSMCKey(key)).has_value();
-    }
-
-    /// Keys whose controller is the driver's in the tree.
-    LinuxKeys keysOfTree() {
-        return {inventory, [this] { return openAppleSMC(*inventory); }};
-    }
-
-    static constexpr SMCBytes degrees45{0x00, 0x00, 0x34, 0x42}; ///< 45 as a little-endian float
-
-    fakes::TemporaryTree tree;
-    fakes::FakeAppleSMC controller;
-    bool hasController = false;
-    int openCount = 0;
-    std::vector<std::string> messages;
-    std::shared_ptr<SensorInventory> inventory = std::make_shared<SensorInventory>(
-        tree.root(), std::make_shared<fakes::FakeMonotonicClock>(),
-        [this](const std::string& message) { messages.push_back(message); });
-    LinuxKeys keys{inventory, [this]() -> std::unique_ptr<AppleSMCRegisters> {
-                       ++openCount;
-                       if (!hasController) return nullptr;
-                       return std::make_unique<fakes::FakeAppleSMCRegisters>(controller);
-                   }};
+    fakes::RecordedTree recorded;
+    fakes::RecordingLog log{"debug"};
+    std::shared_ptr<fakes::FakeMonotonicClock> clock = std::make_shared<fakes::FakeMonotonicClock>();
+    KernelSensorSource source{recorded.root(), clock, log.log};
 };
 
-// Both sources
+// Availability
 
-TEST_F(LinuxKeysTest, TheControllersKeysComeFirstAndTheSensorsFollowInAscendingOrder) {
-    addController();
-    addDrive();
-    addPackage();
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "FNum", "TC0T", "TN0P"));
+TEST_F(KernelSensorSourceTest, IsAvailableOnceThereIsASensor) {
+    EXPECT_EQ(source.status(), (SourceStatus{.isAvailable = false, .message = "No sensors"}));
+    EXPECT_THAT(discovered(), IsEmpty());
+    add("chip devices/virtual/thermal/thermal_zone0/hwmon5\nname acpitz\n");
+    EXPECT_FALSE(source.status().isAvailable) << "a chip without a channel";
+    add(processor);
+    EXPECT_EQ(source.status(), (SourceStatus{.isAvailable = true, .message = "Sensors of the kernel"}));
 }
 
-TEST_F(LinuxKeysTest, EitherSourceWillDo) {
-    EXPECT_FALSE(keys.isPresent());
-    EXPECT_THAT(listed(keys), IsEmpty());
-    addPackage();
-    EXPECT_TRUE(keys.isPresent());
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T"));
-    tree.remove("sys");
-    addController();
-    EXPECT_TRUE(keys.isPresent());
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "FNum"));
+TEST_F(KernelSensorSourceTest, HasNoFansOfARegistry) {
+    add(card);
+    discovered();
+    EXPECT_THAT(source.readSMCSuperIOFans(), IsEmpty());
 }
 
-TEST_F(LinuxKeysTest, InformationAndBytesComeFromTheSourceThatHasTheKey) {
-    addController();
-    addPackage();
-    keys.keyCount();
-    ASSERT_TRUE(isKnown(keys, "TC0P"));
-    EXPECT_EQ(keys.keyInfo(packedSMCKey("TC0P"))->dataSize, 2U);
-    EXPECT_EQ(keys.keyInfo(packedSMCKey("TC0P"))->dataType, packedSMCKey("sp78"));
-    EXPECT_EQ(read(keys, "TC0P"), (SMCBytes{0x28, 0x80}));
-    ASSERT_TRUE(isKnown(keys, "TC0T"));
-    EXPECT_EQ(keys.keyInfo(packedSMCKey("TC0T"))->dataSize, 4U);
-    EXPECT_EQ(keys.keyInfo(packedSMCKey("TC0T"))->dataType, packedSMCKey("flt "));
-    EXPECT_EQ(read(keys, "TC0T"), degrees45);
+// Readings
+
+TEST_F(KernelSensorSourceTest, AReadingCarriesItsOwnNameCategoryAndUnitAndTheFilesNumber) {
+    add(processor);
+    discovered();
+    const RawReading expected{.key = processorKey,
+                              .type = "k10temp",
+                              .value = "45.88",
+                              .numericValue = 45.875,
+                              .raw = "45875",
+                              .size = 0,
+                              .status = "OK",
+                              .name = "CPU Tctl",
+                              .category = "CPU",
+                              .unit = "°C"};
+    EXPECT_EQ(read(processorKey), expected);
 }
 
-TEST_F(LinuxKeysTest, KeysOfNeitherSourceAreNotFound) {
-    SMCBytes bytes{};
-    addPackage();
-    keys.keyCount();
-    EXPECT_FALSE(isKnown(keys, "TC9P"));
-    EXPECT_EQ(keys.readBytes(packedSMCKey("TC9P"), bytes), smcresult::keyNotFound);
-    addController();
-    keys.keyCount();
-    EXPECT_FALSE(isKnown(keys, "TC9P"));
-    EXPECT_EQ(keys.readBytes(packedSMCKey("TC9P"), bytes), smcresult::keyNotFound);
+TEST_F(KernelSensorSourceTest, ListsItsKeysInAscendingOrder) {
+    add(drive);
+    add(card);
+    add(processor);
+    const Keys keys = discovered();
+    EXPECT_THAT(keys, ElementsAre("amdgpu-pci-0300/fan1", "amdgpu-pci-0300/power1", "amdgpu-pci-0300/temp1",
+                                  processorKey, driveKey));
 }
 
-TEST_F(LinuxKeysTest, KeysCanBeReadInAnyOrder) {
-    addPackage();
-    addDrive();
-    addChip(2, "coretemp", "Core 0", "coretemp.0");
-    EXPECT_THAT(listed(keys), ElementsAre("TC0C", "TC0T", "TN0P"));
-    for (const std::string_view key : {"TN0P", "TC0C", "TC0T", "TC0T", "TC0C", "TN0P", "TN0P"}) {
-        SCOPED_TRACE(key);
-        EXPECT_TRUE(isKnown(keys, key));
-        EXPECT_EQ(read(keys, key), degrees45);
-        EXPECT_FALSE(isKnown(keys, "TC9P"));
+TEST_F(KernelSensorSourceTest, ReadsTheKeysThatItIsAskedForInTheirOrderAndEachOnce) {
+    add(processor);
+    add(drive);
+    discovered();
+    EXPECT_THAT(keysIn(read(Keys{driveKey, "TC0P", processorKey, "", "nvme-pci-0100/temp9", driveKey})),
+                ElementsAre(driveKey, processorKey));
+    EXPECT_THAT(keysIn(read(Keys{driveKey, driveKey, processorKey, processorKey})),
+                ElementsAre(driveKey, processorKey));
+    EXPECT_THAT(read(Keys{}), IsEmpty());
+}
+
+TEST_F(KernelSensorSourceTest, LeavesOutWhatCannotBeRead) {
+    add(processor);
+    add(drive);
+    const Keys keys = discovered();
+    for (const std::string_view content : {"", "text", "-128000", "999000"}) {
+        SCOPED_TRACE(content);
+        write("class/hwmon/hwmon1/temp1_input", content);
+        EXPECT_THAT(keysIn(read(keys)), ElementsAre(processorKey));
+    }
+    write("class/hwmon/hwmon1/temp1_input", "38850");
+    EXPECT_THAT(keysIn(read(keys)), ElementsAre(processorKey, driveKey));
+}
+
+TEST_F(KernelSensorSourceTest, LeavesOutAFaultyChannelForAsLongAsItIsFaulty) {
+    add(processor);
+    add("chip devices/platform/nct6775.656/hwmon/hwmon3\nname nct6798\ntemp1_input 30000\ntemp1_fault 1\n");
+    const Keys keys = discovered();
+    EXPECT_EQ(keys.size(), 2U);
+    EXPECT_THAT(keysIn(read(keys)), ElementsAre(processorKey));
+    write("class/hwmon/hwmon3/temp1_fault", "0");
+    EXPECT_EQ(read(keys).size(), 2U);
+}
+
+TEST_F(KernelSensorSourceTest, ReadsNothingBeforeADiscoveryAndNothingAfterItWasClosed) {
+    add(processor);
+    EXPECT_EQ(read(processorKey), std::nullopt);
+    discovered();
+    EXPECT_NE(read(processorKey), std::nullopt);
+    EXPECT_EQ(openFileCount(), 1U);
+    source.close();
+    EXPECT_EQ(openFileCount(), 0U);
+    EXPECT_EQ(read(processorKey), std::nullopt);
+    EXPECT_TRUE(source.status().isAvailable);
+    EXPECT_NE(read(processorKey), std::nullopt);
+}
+
+// Cost
+
+TEST_F(KernelSensorSourceTest, APassIsOneReadASensorAndNoOtherSystemCallOnFiles) {
+    addLargeChip(200);
+    const Keys keys = discovered();
+    ASSERT_EQ(keys.size(), 200U);
+    for (int pass = 0; pass < 3; ++pass) {
+        EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(read(keys).size(), 200U); }), (SystemCalls{.reads = 200}));
     }
 }
 
-TEST_F(LinuxKeysTest, WhatTheControllerTellsIsNotToldOnceMoreByASensor) {
-    addController();
-    controller.add("TW0P", "sp78", {0x29, 0x00});
-    addChip(0, "iwlwifi_1", "temp1", "0000:02:00.0");
-    addDrive();
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "FNum", "TW0P", "TN0P"));
-    EXPECT_EQ(read(keys, "TW0P"), (SMCBytes{0x29, 0x00}));
-    EXPECT_THAT(messages, IsEmpty());
+TEST_F(KernelSensorSourceTest, TheStatusOfAnAvailableSourceIsKnownWithoutASystemCall) {
+    add(processor);
+    discovered();
+    EXPECT_EQ(systemCallsOf([&] { EXPECT_TRUE(source.status().isAvailable); }), SystemCalls{});
 }
 
-TEST_F(LinuxKeysTest, ASensorGetsAnotherKeyThanTheOneThatTheControllerHas) {
-    addController();
-    controller.add("TC0T", "sp78", {0x30, 0x00});
-    addPackage();
-    const auto names = listed(keys);
-    ASSERT_EQ(names.size(), 4U);
-    EXPECT_EQ(std::ranges::count(names, "TC0T"), 1);
-    EXPECT_EQ(read(keys, "TC0T"), (SMCBytes{0x30, 0x00}));
-    EXPECT_EQ(read(keys, names[3]), degrees45);
+TEST_F(KernelSensorSourceTest, TheFirstPassLooksForSensorsOnce) {
+    add(processor);
+    EXPECT_NE(systemCallsOf([&] { EXPECT_TRUE(source.status().isAvailable); }), SystemCalls{});
+    EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(discovered(), Keys{processorKey}); }), SystemCalls{});
 }
 
-TEST_F(LinuxKeysTest, TheDriversOwnChannelsAreLeftOutBesideTheController) {
-    addController();
-    addDriver("device");
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "FNum"));
+TEST_F(KernelSensorSourceTest, EveryOtherDiscoveryLooksForSensorsAgain) {
+    add(processor);
+    source.status();
+    discovered();
+    add(drive);
+    EXPECT_THAT(discovered(), ElementsAre(processorKey, driveKey));
+    source.close();
+    source.status();
+    recorded.tree().remove("sys/class/hwmon/hwmon1");
+    clock->advance(1001ms);
+    EXPECT_EQ(discovered(), Keys{processorKey}) << "what the status found is too old";
+}
+
+TEST_F(KernelSensorSourceTest, AFileStaysOpenOverDiscoveriesAndIsOpenOnce) {
+    add(processor);
+    add(card);
+    discovered();
+    const std::size_t open = openFileCount();
+    EXPECT_EQ(open, 4U) << "three inputs, for one is switched off, and the state of the card";
+    for (int pass = 0; pass < 3; ++pass) discovered();
+    EXPECT_EQ(openFileCount(), open);
+    recorded.tree().remove("sys/class/hwmon/hwmon2");
+    discovered();
+    EXPECT_EQ(openFileCount(), 1U);
+}
+
+TEST_F(KernelSensorSourceTest, NoMoreFilesStayOpenThanAProcessCanSpare) {
+    addLargeChip(SensorFiles::mostOpenFiles + 100);
+    const Keys keys = discovered();
+    ASSERT_EQ(keys.size(), std::size_t{SensorFiles::mostOpenFiles + 100});
+    EXPECT_EQ(openFileCount(), std::size_t{SensorFiles::mostOpenFiles});
+    EXPECT_EQ(read(keys).size(), keys.size());
+    discovered();
+    EXPECT_EQ(openFileCount(), std::size_t{SensorFiles::mostOpenFiles});
+    EXPECT_EQ(read(keys).size(), keys.size());
+}
+
+// Sleeping devices
+
+class SleepingCard : public KernelSensorSourceTest {
+  protected:
+    SleepingCard() {
+        add(card);
+        write("devices/pci0000:00/0000:03:00.0/power/runtime_status", "suspended");
+    }
+
+    void wake() {
+        write("devices/pci0000:00/0000:03:00.0/power/runtime_status", "active");
+        clock->advance(DevicePower::validity + 1ms);
+    }
+};
+
+TEST_F(SleepingCard, KeepsItsReadingsAsAText) {
+    const Keys keys = discovered();
+    const auto readings = read(keys);
+    ASSERT_EQ(readings.size(), 3U);
+    EXPECT_THAT(readings, Each(Field(&RawReading::value, "asleep")));
+    EXPECT_THAT(readings, Each(Field(&RawReading::numericValue, std::nullopt)));
+    EXPECT_THAT(readings, Each(Field(&RawReading::unit, "")));
+    EXPECT_THAT(readings, Each(Field(&RawReading::raw, "suspended")));
+    EXPECT_THAT(readings, Each(Field(&RawReading::type, "amdgpu")));
+    EXPECT_EQ(readings[0].name, "GPU Fan");
+    EXPECT_EQ(readings[0].category, "Fans");
+}
+
+TEST_F(SleepingCard, IsNotReadAndAskedForItsStateOnceAPass) {
+    const Keys keys = discovered();
+    clock->advance(DevicePower::validity + 1ms);
+    EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(read(keys).size(), 3U); }), (SystemCalls{.reads = 1}));
+}
+
+/// The switch of a channel is not asked for: that would wake the card. It stands at off here.
+TEST_F(SleepingCard, IsNotWokenByADiscovery) {
+    EXPECT_EQ(discovered().size(), 3U);
+    EXPECT_NE(read("amdgpu-pci-0300/temp1"), std::nullopt);
+    wake();
+    EXPECT_EQ(discovered().size(), 3U) << "the key stays";
+    EXPECT_EQ(read("amdgpu-pci-0300/temp1"), std::nullopt) << "and cannot be read";
+}
+
+TEST_F(SleepingCard, HasNumbersAgainOnceItWakes) {
+    const Keys keys = discovered();
+    read(keys);
+    wake();
+    const auto fan = read("amdgpu-pci-0300/fan1");
+    ASSERT_TRUE(fan);
+    EXPECT_EQ(fan->numericValue, 900);
+    EXPECT_EQ(fan->unit, "RPM");
+    EXPECT_EQ(fan->raw, "900");
+    clock->advance(DevicePower::validity + 1ms);
+    EXPECT_EQ(systemCallsOf([&] { read(keys); }), (SystemCalls{.reads = 4})) << "its state and three inputs";
+}
+
+// Energy counters
+
+class EnergyCounters : public KernelSensorSourceTest {
+  protected:
+    EnergyCounters() { add(counter); }
+
+    void count(std::string_view microjoules) { write("class/powercap/intel-rapl:0/energy_uj", microjoules); }
+};
+
+TEST_F(EnergyCounters, ShowThePowerSinceTheLastReading) {
+    EXPECT_EQ(discovered(), Keys{counterKey});
+    clock->advance(2s);
+    count("31000000");
+    const auto power = read(counterKey);
+    ASSERT_TRUE(power);
+    EXPECT_EQ(power->numericValue, 15);
+    EXPECT_EQ(power->value, "15");
+    EXPECT_EQ(power->unit, "W");
+    EXPECT_EQ(power->raw, "31000000");
+    EXPECT_EQ(power->category, "Power");
+    clock->advance(1s);
+    count("41000000");
+    EXPECT_EQ(numberOf(counterKey), 10);
+}
+
+TEST_F(EnergyCounters, AreMeteredOnOverAnotherDiscovery) {
+    discovered();
+    clock->advance(1s);
+    count("6000000");
+    discovered();
+    clock->advance(1s);
+    count("11000000");
+    EXPECT_EQ(numberOf(counterKey), 5) << "the mean of both seconds";
+}
+
+TEST_F(EnergyCounters, BeginAnewAtTheirRangeAndAfterAReset) {
+    count("262143328000");
+    discovered();
+    clock->advance(1s);
+    count("4999150");
+    EXPECT_NEAR(numberOf(counterKey).value_or(0), 5, 1e-6);
+    clock->advance(1s);
+    count("1000000000");
+    ASSERT_NE(numberOf(counterKey), std::nullopt);
+    clock->advance(1s);
+    count("1000");
+    EXPECT_EQ(read(counterKey), std::nullopt) << "after hibernation, which is no turn of the counter";
+    clock->advance(1s);
+    count("3001000");
+    EXPECT_NEAR(numberOf(counterKey).value_or(0), 3, 1e-6);
+}
+
+TEST_F(EnergyCounters, ThatCannotBeReadAreLeftOutAndLoggedOnce) {
+    add("dir sys/class/powercap/intel-rapl:0:0\nname core\n");
+    for (const std::string_view zone : {"intel-rapl:0", "intel-rapl:0:0"}) {
+        const fs::path file = fs::path("sys/class/powercap") / zone / "energy_uj";
+        recorded.tree().remove(file);
+        recorded.tree().makeDirectory(file); // which nobody can read as a file
+    }
+    add(processor);
+    for (int pass = 0; pass < 3; ++pass) EXPECT_EQ(discovered(), Keys{processorKey});
+    EXPECT_THAT(log.lines(),
+                testing::Contains(AllOf(HasSubstr("info"), HasSubstr("energy counters"))).Times(1));
+}
+
+TEST_F(EnergyCounters, MayBeReadWhileAnotherThreadLooksForSensors) {
+    addLargeChip(50);
+    const Keys keys = discovered();
+    std::thread other([&] {
+        for (int pass = 0; pass < 50; ++pass) EXPECT_EQ(source.discoverKeys({}), keys);
+    });
+    for (int pass = 0; pass < 200; ++pass) {
+        clock->advance(1s);
+        EXPECT_EQ(read(keys).size(), keys.size());
+    }
+    other.join();
+    EXPECT_EQ(numberOf(counterKey), 0);
 }
 
 // Devices that come and go
 
-TEST_F(LinuxKeysTest, ADeviceThatAppearsIsFoundWhenTheKeysAreCountedNext) {
-    addPackage();
-    EXPECT_EQ(keys.keyCount(), 1U);
-    addDrive();
-    EXPECT_FALSE(isKnown(keys, "TN0P"));
-    EXPECT_EQ(keys.keyAtIndex(1), std::nullopt);
-    EXPECT_EQ(keys.keyCount(), 2U);
-    EXPECT_EQ(read(keys, "TN0P"), degrees45);
+TEST_F(KernelSensorSourceTest, ADeviceThatAppearsIsFoundAtTheNextDiscovery) {
+    add(processor);
+    EXPECT_EQ(discovered(), Keys{processorKey});
+    add(drive);
+    EXPECT_EQ(read(driveKey), std::nullopt);
+    EXPECT_THAT(discovered(), ElementsAre(processorKey, driveKey));
+    EXPECT_EQ(numberOf(driveKey), 38.85);
 }
 
-TEST_F(LinuxKeysTest, AKeyWhoseDeviceHasGoneIsRefusedAtOnceAndUnknownAfterTheNextCount) {
-    addPackage();
-    addDrive();
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T", "TN0P"));
-    tree.write("sys/class/hwmon/hwmon1/temp1_input", "");
-    SMCBytes bytes{};
-    EXPECT_NE(keys.readBytes(packedSMCKey("TN0P"), bytes), smcresult::success);
-    EXPECT_EQ(bytes, SMCBytes{});
-    EXPECT_EQ(read(keys, "TC0T"), degrees45);
-    tree.remove("sys/class/hwmon/hwmon1");
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T"));
-    EXPECT_FALSE(isKnown(keys, "TN0P"));
-    EXPECT_EQ(keys.readBytes(packedSMCKey("TN0P"), bytes), smcresult::keyNotFound);
+TEST_F(KernelSensorSourceTest, ADeviceThatHasGoneIsNoLongerListedAtTheNextDiscovery) {
+    add(processor);
+    add(drive);
+    discovered();
+    recorded.tree().remove("sys/class/hwmon/hwmon1");
+    recorded.tree().remove("sys/devices/pci0000:00/0000:01:00.0");
+    EXPECT_EQ(discovered(), Keys{processorKey});
+    EXPECT_EQ(read(driveKey), std::nullopt);
+    EXPECT_EQ(numberOf(processorKey), 45.875);
 }
 
-TEST_F(LinuxKeysTest, ADeviceThatReturnsUnderAnotherNumberHasItsKeyBack) {
-    addPackage();
-    addDrive();
-    addChip(2, "nvme", "Composite", "0000:02:00.0");
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T", "TN0P", "TN1P"));
-    tree.remove("sys/class/hwmon/hwmon1");
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T", "TN1P"));
-    addChip(7, "nvme", "Composite", "0000:01:00.0");
-    tree.write("sys/class/hwmon/hwmon2/temp1_input", "");
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T", "TN0P", "TN1P"));
-    EXPECT_EQ(read(keys, "TN0P"), degrees45);
-    EXPECT_EQ(read(keys, "TN1P"), std::nullopt);
+TEST_F(KernelSensorSourceTest, ADeviceThatReturnsUnderAnotherNumberHasItsKeyAndNameAgain) {
+    add(processor);
+    add(drive);
+    discovered();
+    const auto before = read(driveKey);
+    ASSERT_TRUE(before);
+    recorded.tree().remove("sys/class/hwmon/hwmon1");
+    recorded.tree().remove("sys/devices/pci0000:00/0000:01:00.0");
+    discovered();
+    add(replacedAll(drive, "hwmon1", "hwmon17"));
+    EXPECT_THAT(discovered(), ElementsAre(processorKey, driveKey));
+    EXPECT_EQ(read(driveKey), before);
 }
 
-TEST_F(LinuxKeysTest, CountingRightAfterFindingDoesNotLookForDevicesOnceMore) {
-    addPackage();
-    EXPECT_TRUE(keys.isPresent());
-    EXPECT_EQ(openCount, 1);
-    addDrive();
-    EXPECT_EQ(keys.keyCount(), 1U);
-    EXPECT_EQ(openCount, 1);
-    EXPECT_EQ(keys.keyCount(), 2U) << "the count after that looks again";
-    EXPECT_EQ(openCount, 2);
+/// The files of a device that returns are other files, though their paths are the same.
+TEST_F(KernelSensorSourceTest, ADeviceThatReturnsUnderItsNumberIsReadFromItsNewFiles) {
+    add(drive);
+    discovered();
+    recorded.tree().remove("sys/class/hwmon/hwmon1");
+    recorded.tree().remove("sys/devices/pci0000:00/0000:01:00.0");
+    add(replacedAll(drive, "38850", "50000"));
+    EXPECT_EQ(discovered(), Keys{driveKey});
+    EXPECT_EQ(numberOf(driveKey), 50);
 }
 
-// A controller that comes and goes
-
-TEST_F(LinuxKeysTest, AControllerThatIsOpenIsNotOpenedOnceMore) {
-    addController();
-    EXPECT_TRUE(keys.isPresent());
-    keys.keyCount();
-    keys.keyCount();
-    EXPECT_EQ(openCount, 1);
+TEST_F(KernelSensorSourceTest, WhatASupplyAndItsChipBothShowIsListedOnce) {
+    const std::string battery = "devices/LNXSYSTM:00/PNP0C0A:00/power_supply/BAT0";
+    add("dir sys/" + battery + "\ntype Battery\nvoltage_now 12000000\ncharge_now 4000000\n");
+    add("link sys/class/power_supply/BAT0 ../../" + battery + "\n");
+    EXPECT_THAT(discovered(), ElementsAre("BAT0/charge_now", "BAT0/voltage_now"));
+    add("chip " + battery + "/hwmon6\nname BAT0\nin0_input 12000\ncurr1_input 500\n");
+    EXPECT_THAT(discovered(), ElementsAre("BAT0-acpi-0/curr1", "BAT0-acpi-0/in0", "BAT0/charge_now"));
 }
 
-TEST_F(LinuxKeysTest, WhenTheControllerGoesItsDriversChannelsAndTheSensorsRemain) {
-    addController();
-    addDriver("device");
-    addDrive();
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "FNum", "TN0P"));
-    controller.announcedCount = 0;
-    hasController = false;
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "TN0P"));
-    EXPECT_EQ(read(keys, "TC0P"), (SMCBytes{0x28, 0x80})) << "40.5 °C in the controller's own type";
-    EXPECT_FALSE(isKnown(keys, "FNum"));
-    EXPECT_TRUE(keys.isPresent());
-}
+// Texts that are none
 
-TEST_F(LinuxKeysTest, AControllerThatReturnsIsFoundWhenTheKeysAreCountedNext) {
-    addController();
-    keys.keyCount();
-    controller.announcedCount = 0;
-    EXPECT_EQ(keys.keyCount(), 0U);
-    EXPECT_FALSE(isKnown(keys, "TC0P"));
-    controller.announcedCount.reset();
-    EXPECT_THAT(listed(keys), ElementsAre("TC0P", "FNum"));
-    EXPECT_EQ(read(keys, "TC0P"), (SMCBytes{0x28, 0x80}));
-    EXPECT_GE(openCount, 2);
-}
-
-TEST_F(LinuxKeysTest, AControllerWithoutKeysIsNone) {
-    hasController = true;
-    EXPECT_FALSE(keys.isPresent());
-    addPackage();
-    EXPECT_TRUE(keys.isPresent());
-    EXPECT_THAT(listed(keys), ElementsAre("TC0T"));
-}
-
-// The driver's files
-
-TEST_F(LinuxKeysTest, TheDriversFilesAreFoundOnTheChipOrOnItsDevice) {
-    for (const std::string_view folder : {"", "device"}) {
-        SCOPED_TRACE(folder);
-        tree.remove("sys");
-        addDriver(folder);
-        LinuxKeys source = keysOfTree();
-        EXPECT_THAT(listed(source), ElementsAre("TC0P"));
-        EXPECT_EQ(source.keyInfo(packedSMCKey("TC0P"))->dataType, packedSMCKey("sp78"));
-        EXPECT_EQ(read(source, "TC0P"), (SMCBytes{0x28, 0x80}));
+TEST_F(KernelSensorSourceTest, IllFormedTextNeverReachesAReading) {
+    add("chip devices/pci0000:00/0000:01:00.0/nvme/nvme0/hwmon1\n"
+        "name nv\xFFme\n"
+        "temp1_label K\xFChler\n"
+        "temp1_input 38850\n"
+        "temp2_label \xC3\n"
+        "temp2_input 39850\n"
+        "dir sys/devices/pci0000:00/0000:01:00.0/nvme/nvme0\n"
+        "model Gr\xF6\xDF"
+        "e 980\n");
+    add("dir sys/class/power_supply/BAT\xE4\ntype Battery\nstatus Entl\xE4"
+        "dt\nvoltage_now 12000000\n");
+    const auto readings = read(discovered());
+    EXPECT_GE(readings.size(), 3U);
+    for (const RawReading& reading : readings) {
+        for (const std::string& text : {reading.key, reading.type, reading.value, reading.raw,
+                                        reading.name.value_or(""), reading.unit.value_or("")}) {
+            EXPECT_TRUE(isValidUtf8(text)) << reading.key << ": " << text;
+        }
+        EXPECT_FALSE(reading.name.value_or("").empty()) << reading.key;
     }
-    EXPECT_THAT(messages, IsEmpty());
 }
 
-TEST_F(LinuxKeysTest, FilesOfTheSameNameOnAnotherChipAreNotTheControllers) {
-    addDriver("device");
-    tree.write("sys/class/hwmon/hwmon5/device/name", "another\n");
-    EXPECT_EQ(openAppleSMC(*inventory), nullptr);
-    EXPECT_THAT(messages, IsEmpty());
+// Apple's controller
+
+/// The driver's chip, which shows temperatures and fans to everyone.
+constexpr std::string_view controllerChip = "chip devices/platform/applesmc.768\n"
+                                            "name applesmc\n"
+                                            "temp1_label TC0P\n"
+                                            "temp1_input 40500\n"
+                                            "temp2_label TW0P\n"
+                                            "temp2_input 41000\n"
+                                            "fan1_label Left side \n"
+                                            "fan1_input 2156\n"
+                                            "fan1_min 2000\n"
+                                            "fan1_max 6000\n"
+                                            "fan1_safe 0\n"
+                                            "fan1_output 2160\n"
+                                            "fan1_manual 0\n"
+                                            "fan2_input 2157\n";
+constexpr std::string_view wireless = "chip devices/virtual/thermal/thermal_zone1/hwmon8\n"
+                                      "name iwlwifi_1\n"
+                                      "temp1_input 41000\n";
+
+TEST_F(KernelSensorSourceTest, WithoutAccessToKeysTheControllersChannelsKeepItsKeys) {
+    add(controllerChip);
+    add(processor);
+    EXPECT_THAT(discovered(), ElementsAre("F0Ac", "F0ID", "F0Md", "F0Mn", "F0Mx", "F0Sf", "F0Tg", "F1Ac",
+                                          "TC0P", "TW0P", processorKey));
 }
 
-TEST_F(LinuxKeysTest, KeysThatCannotBeListedAreSpokenOfOnce) {
-    addDriver("device");
-    tree.remove("sys/class/hwmon/hwmon5/device/key_at_index");
-    tree.makeDirectory("sys/class/hwmon/hwmon5/device/key_at_index");
-    LinuxKeys source = keysOfTree();
-    for (int pass = 0; pass < 3; ++pass) {
-        EXPECT_TRUE(source.isPresent());
-        EXPECT_THAT(listed(source), ElementsAre("TC0P"));
-    }
-    EXPECT_EQ(source.keyCount(), 1U);
-    EXPECT_EQ(read(source, "TC0P"), (SMCBytes{0x28, 0x80}));
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("key_at_index")));
+TEST_F(KernelSensorSourceTest, WithoutAccessToKeysReadingsHaveTheControllersTypesAndBytes) {
+    add(controllerChip);
+    discovered();
+    const RawReading temperature{.key = "TC0P",
+                                 .type = "sp78",
+                                 .value = "40.50",
+                                 .numericValue = 40.5,
+                                 .raw = "2880",
+                                 .size = 2,
+                                 .name = {},
+                                 .category = {},
+                                 .unit = {}};
+    EXPECT_EQ(read("TC0P"), temperature);
+    const RawReading fan{.key = "F0Ac",
+                         .type = "fpe2",
+                         .value = "2156",
+                         .numericValue = 2156,
+                         .raw = "21B0",
+                         .size = 2,
+                         .name = {},
+                         .category = {},
+                         .unit = {}};
+    EXPECT_EQ(read("F0Ac"), fan);
+    const auto mode = read("F0Md");
+    ASSERT_TRUE(mode);
+    EXPECT_EQ(mode->type, "ui8 ");
+    EXPECT_EQ(mode->raw, "00");
 }
 
-TEST_F(LinuxKeysTest, AUserWhoMayNotChooseKeysIsToldSo) {
-    if (::geteuid() == 0) GTEST_SKIP() << "the administrator may write everything";
-    addDriver("device");
-    fs::permissions(tree.root() / "sys/class/hwmon/hwmon5/device/key_at_index", fs::perms::owner_read);
-    EXPECT_EQ(openAppleSMC(*inventory), nullptr);
-    EXPECT_THAT(messages, ElementsAre(HasSubstr("key_at_index")));
+TEST_F(KernelSensorSourceTest, WithoutAccessToKeysAFansLabelIsReadUnderItsOwnKey) {
+    add(controllerChip);
+    discovered();
+    const auto name = read("F0ID");
+    ASSERT_TRUE(name);
+    EXPECT_EQ(name->type, "ch8*");
+    EXPECT_EQ(name->value, "Left side");
+    EXPECT_EQ(name->size, 32U);
+    EXPECT_EQ(name->numericValue, std::nullopt);
+    EXPECT_EQ(read("F1ID"), std::nullopt) << "a fan without a label";
 }
 
-TEST_F(LinuxKeysTest, ADriverThatShowsNoKeysIsNotSpokenOf) {
-    tree.write("sys/class/hwmon/hwmon5/device/name", "applesmc\n");
-    EXPECT_EQ(openAppleSMC(*inventory), nullptr);
-    tree.remove("sys");
-    EXPECT_EQ(openAppleSMC(*inventory), nullptr);
-    EXPECT_THAT(messages, IsEmpty());
+TEST_F(KernelSensorSourceTest, WhatTheControllersTypeCannotHoldIsLeftOut) {
+    add(controllerChip);
+    discovered();
+    write("class/hwmon/applesmc.768/temp1_input", "150000");
+    write("class/hwmon/applesmc.768/fan1_input", "20000");
+    EXPECT_EQ(read("TC0P"), std::nullopt) << "an sp78 ends at 128";
+    EXPECT_EQ(read("F0Ac"), std::nullopt) << "an fpe2 ends at 16384";
+}
+
+TEST_F(KernelSensorSourceTest, WhatTheControllersChannelsMeasureIsNotListedOnceMore) {
+    add(wireless);
+    EXPECT_EQ(discovered().size(), 1U);
+    add(controllerChip);
+    const Keys keys = discovered();
+    EXPECT_EQ(std::ranges::count(keys, "TW0P"), 1);
+    EXPECT_TRUE(std::ranges::none_of(keys, [](const auto& key) { return key.starts_with("iwlwifi"); }));
+}
+
+TEST_F(KernelSensorSourceTest, BesideAListOfKeysTheControllersChannelsAreLeftOut) {
+    add(controllerChip);
+    add(processor);
+    EXPECT_EQ(discovered({"TC0P", "FNum"}), Keys{processorKey});
+}
+
+TEST_F(KernelSensorSourceTest, WhatTheListedKeysMeasureIsLeftOut) {
+    add(wireless);
+    add(processor);
+    EXPECT_EQ(discovered({"TC0P"}).size(), 2U);
+    EXPECT_EQ(discovered({"TC0P", "TW0P"}), Keys{processorKey});
+    EXPECT_EQ(discovered({}).size(), 2U);
+}
+
+// What was looked for before a controller's keys were known counts for nothing.
+TEST_F(KernelSensorSourceTest, TheKeysOfTheStatusAreNotThoseBesideAController) {
+    add(wireless);
+    add(processor);
+    EXPECT_TRUE(source.status().isAvailable);
+    EXPECT_EQ(discovered({"TW0P"}), Keys{processorKey});
+}
+
+// The log
+
+TEST_F(KernelSensorSourceTest, LogsHowManySensorsWereFound) {
+    add(processor);
+    add(drive);
+    discovered();
+    EXPECT_THAT(log.lines(), ElementsAre(AllOf(HasSubstr("debug"), HasSubstr("2 sensors found"))));
 }
 
 } // namespace

@@ -2,9 +2,10 @@
 
 #include "machines/linux/sources/SensorValue.h"
 #include "tests/fakes/FakeClocks.h"
+#include "tests/machines/linux/SystemCalls.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
-#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -23,24 +25,27 @@ namespace {
 
 namespace fs = std::filesystem;
 using fakes::FakeMonotonicClock;
+using fakes::SystemCalls;
+using fakes::systemCallsOf;
 using fakes::TemporaryTree;
 using namespace std::chrono_literals;
 
-SMCBytes bytesOf(const std::vector<std::uint8_t>& front) {
-    SMCBytes bytes{};
-    std::ranges::copy(front, bytes.begin());
-    return bytes;
+/// The number of the next reading; nothing without one.
+std::optional<double> numberOf(const LiveSensor& live) {
+    const auto sample = live.read();
+    return sample ? sample->number : std::nullopt;
 }
 
-SMCBytes bytesOf(std::string_view text) {
-    SMCBytes bytes{};
-    std::ranges::copy(text, bytes.begin());
-    return bytes;
+/// The text of the next reading; nothing without one.
+std::optional<std::string> textOf(const LiveSensor& live) {
+    auto sample = live.read();
+    return sample ? std::optional(std::move(sample->text)) : std::nullopt;
 }
 
 class LiveSensorTest : public testing::Test {
   protected:
     TemporaryTree tree;
+    SensorFiles files;
     std::shared_ptr<FakeMonotonicClock> clock = std::make_shared<FakeMonotonicClock>();
 
     SensorChannel channel(SensorKind kind, double countsPerUnit, std::string_view content) {
@@ -51,12 +56,12 @@ class LiveSensorTest : public testing::Test {
     }
 
     LiveSensor sensor(const SensorChannel& channel, std::shared_ptr<const DevicePower> power = nullptr) {
-        return {channel, std::move(power), clock};
+        return {channel, possibleRange(channel.kind, ""), files, std::move(power), clock};
     }
 
-    /// The value of a channel whose file holds `content`.
+    /// The number of a channel whose file holds `content`.
     std::optional<double> valueOf(SensorKind kind, double countsPerUnit, std::string_view content) {
-        return sensor(channel(kind, countsPerUnit, content)).value();
+        return numberOf(sensor(channel(kind, countsPerUnit, content)));
     }
 };
 
@@ -74,41 +79,49 @@ TEST_F(LiveSensorTest, AValueIsTheFilesNumberInTheUnitOfItsKind) {
 
 TEST_F(LiveSensorTest, AValueFollowsTheFile) {
     const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "45000\n"));
-    EXPECT_EQ(live.value(), 45);
+    EXPECT_EQ(numberOf(live), 45);
     tree.write("input", "46500\n");
-    EXPECT_EQ(live.value(), 46.5);
+    EXPECT_EQ(numberOf(live), 46.5);
     tree.write("input", "");
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
 }
 
-TEST_F(LiveSensorTest, BytesAreThoseOfTheValue) {
-    const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "42500\n"));
-    EXPECT_EQ(live.bytes(sensorType("flt ")), bytesOf({0x00, 0x00, 0x2A, 0x42}));
-    EXPECT_EQ(live.bytes(sensorType("sp78")), bytesOf({0x2A, 0x80}));
-    tree.write("input", "text\n");
-    EXPECT_EQ(live.bytes(sensorType("flt ")), std::nullopt);
+TEST_F(LiveSensorTest, TheRawTextIsTheFilesOwnNumber) {
+    for (const std::string_view content : {"45750\n", "  45750 \n"}) {
+        const auto sample = sensor(channel(SensorKind::temperature, 1e3, content)).read();
+        ASSERT_TRUE(sample);
+        EXPECT_EQ(sample->raw, "45750");
+        EXPECT_EQ(sample->text, "");
+        EXPECT_FALSE(sample->isAsleep);
+    }
 }
 
-TEST_F(LiveSensorTest, AValueThatTheTypeCannotHoldHasNoBytes) {
-    const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "150000\n"));
-    EXPECT_EQ(live.value(), 150);
-    EXPECT_EQ(live.bytes(sensorType("sp78")), std::nullopt);
+TEST_F(LiveSensorTest, WhatIsNoNumberHasNoReading) {
+    for (const std::string_view content : {"text\n", "\n", "45,75\n", "4e3\n", "99999999999999999999\n"}) {
+        SCOPED_TRACE(content);
+        EXPECT_FALSE(sensor(channel(SensorKind::temperature, 1e3, content)).read());
+    }
 }
 
-TEST_F(LiveSensorTest, AValueThatItsKindCannotHaveIsNone) {
+TEST_F(LiveSensorTest, AValueOutsideTheRangeHasNoReading) {
     EXPECT_EQ(valueOf(SensorKind::temperature, 1e3, "-128000\n"), std::nullopt);
     EXPECT_EQ(valueOf(SensorKind::temperature, 1e3, "-127000\n"), std::nullopt);
     EXPECT_EQ(valueOf(SensorKind::fan, 1, "65535\n"), std::nullopt);
     EXPECT_EQ(valueOf(SensorKind::percent, 1, "101\n"), std::nullopt);
+    const LiveSensor narrow(channel(SensorKind::temperature, 1e3, "45000\n"), {.lowest = 46, .highest = 47},
+                            files, nullptr, clock);
+    EXPECT_FALSE(narrow.read());
+    tree.write("input", "46000\n");
+    EXPECT_EQ(numberOf(narrow), 46);
 }
 
-TEST_F(LiveSensorTest, WithoutItsFileASensorHasNoValue) {
+TEST_F(LiveSensorTest, WithoutItsFileASensorHasNoReading) {
     SensorChannel missing(SensorKind::temperature, 1);
     missing.file = tree.root() / "missing";
-    EXPECT_EQ(sensor(missing).value(), std::nullopt);
+    EXPECT_EQ(numberOf(sensor(missing)), std::nullopt);
     const SensorChannel switchedOff(SensorKind::temperature, 1);
-    EXPECT_EQ(sensor(switchedOff).value(), std::nullopt);
-    EXPECT_EQ(sensor(switchedOff).bytes(sensorType("flt ")), std::nullopt);
+    EXPECT_EQ(numberOf(sensor(switchedOff)), std::nullopt);
+    EXPECT_FALSE(sensor(switchedOff).read());
 }
 
 // Faults
@@ -117,12 +130,12 @@ TEST_F(LiveSensorTest, AFaultyValueIsNotTrustedForAsLongAsItIsFaulty) {
     SensorChannel faulty = channel(SensorKind::temperature, 1e3, "45000\n");
     faulty.fault = tree.write("fault", "1\n");
     const LiveSensor live = sensor(faulty);
-    EXPECT_EQ(live.value(), std::nullopt);
-    EXPECT_EQ(live.bytes(sensorType("flt ")), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
+    EXPECT_FALSE(live.read());
     tree.write("fault", "0\n");
-    EXPECT_EQ(live.value(), 45);
+    EXPECT_EQ(numberOf(live), 45);
     tree.write("fault", "1\n");
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
 }
 
 TEST_F(LiveSensorTest, AFaultThatTellsNothingIsNoReasonToTrust) {
@@ -132,14 +145,14 @@ TEST_F(LiveSensorTest, AFaultThatTellsNothingIsNoReasonToTrust) {
     for (const std::string_view content : {"", "text\n", "0"}) {
         SCOPED_TRACE(content);
         tree.write("fault", content);
-        EXPECT_EQ(live.value(), std::nullopt);
+        EXPECT_EQ(numberOf(live), std::nullopt);
     }
 }
 
 TEST_F(LiveSensorTest, AFaultFileThatIsNotThereTellsOfNoFault) {
     SensorChannel sound = channel(SensorKind::temperature, 1e3, "45000\n");
     sound.fault = tree.root() / "missing";
-    EXPECT_EQ(sensor(sound).value(), 45);
+    EXPECT_EQ(numberOf(sensor(sound)), 45);
 }
 
 // Sleeping devices
@@ -153,33 +166,31 @@ class SleepingDevice : public LiveSensorTest {
     }
 
     std::shared_ptr<const DevicePower> power() {
-        return std::make_shared<const DevicePower>(std::vector{status}, clock);
+        return std::make_shared<const DevicePower>(std::vector{status}, files, clock);
     }
 };
 
-TEST_F(SleepingDevice, IsAsleepWhileItIsSuspendedOrOnItsWayThere) {
-    for (const std::string_view state : {"suspended", "suspending"}) {
-        SCOPED_TRACE(state);
-        become(state);
-        EXPECT_TRUE(power()->isAsleep());
-    }
-    for (const std::string_view state : {"active", "resuming", "unsupported", "error", ""}) {
+TEST_F(SleepingDevice, IsAsleepOnlyWhileItIsSuspended) {
+    become("suspended");
+    EXPECT_TRUE(power()->isAsleep());
+    for (const std::string_view state :
+         {"active", "suspending", "resuming", "unsupported", "error", "", "suspended too"}) {
         SCOPED_TRACE(state);
         become(state);
         EXPECT_FALSE(power()->isAsleep());
     }
 }
 
-TEST_F(SleepingDevice, IsAsleepWhenOneOfItsStatesSaysSo) {
+TEST_F(SleepingDevice, IsAsleepWhenOneOfItsStatesIs) {
     const fs::path parent = tree.write("parent/runtime_status", "suspended\n");
-    EXPECT_TRUE(DevicePower({status, parent}, clock).isAsleep());
-    EXPECT_TRUE(DevicePower({parent, status}, clock).isAsleep());
-    EXPECT_FALSE(DevicePower({status}, clock).isAsleep());
+    EXPECT_TRUE(DevicePower({status, parent}, files, clock).isAsleep());
+    EXPECT_TRUE(DevicePower({parent, status}, files, clock).isAsleep());
+    EXPECT_FALSE(DevicePower({status}, files, clock).isAsleep());
 }
 
 TEST_F(SleepingDevice, IsAwakeWhereTheKernelTellsNothing) {
-    EXPECT_FALSE(DevicePower({}, clock).isAsleep());
-    EXPECT_FALSE(DevicePower({tree.root() / "missing"}, clock).isAsleep());
+    EXPECT_FALSE(DevicePower({}, files, clock).isAsleep());
+    EXPECT_FALSE(DevicePower({tree.root() / "missing"}, files, clock).isAsleep());
 }
 
 TEST_F(SleepingDevice, IsAskedForOnceInAWhile) {
@@ -197,66 +208,108 @@ TEST_F(SleepingDevice, IsAskedForOnceInAWhile) {
     EXPECT_FALSE(device->isAsleep());
 }
 
-TEST_F(SleepingDevice, HasNoValueUntilItWakes) {
+TEST_F(SleepingDevice, IsReadAsATextWithoutANumberUntilItWakes) {
     become("suspended");
     const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "45000\n"), power());
-    EXPECT_EQ(live.value(), std::nullopt);
-    EXPECT_EQ(live.bytes(sensorType("flt ")), std::nullopt);
+    const auto asleep = live.read();
+    ASSERT_TRUE(asleep);
+    EXPECT_TRUE(asleep->isAsleep);
+    EXPECT_EQ(asleep->number, std::nullopt);
+    EXPECT_EQ(asleep->text, "asleep");
+    EXPECT_EQ(asleep->raw, "suspended");
     become("active");
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(textOf(live), "asleep");
     clock->advance(DevicePower::validity + 1ns);
-    EXPECT_EQ(live.value(), 45);
+    EXPECT_EQ(numberOf(live), 45);
+    EXPECT_FALSE(live.read()->isAsleep);
 }
 
-TEST_F(SleepingDevice, TellsNoTextEither) {
+TEST_F(SleepingDevice, ReadsAsAsleepForTextsToo) {
     become("suspended");
     const LiveSensor live = sensor(channel(SensorKind::text, 1, "Full\n"), power());
-    EXPECT_EQ(live.bytes(sensorType("ch8*")), std::nullopt);
+    EXPECT_EQ(textOf(live), "asleep");
     become("active");
     clock->advance(DevicePower::validity + 1ns);
-    EXPECT_EQ(live.bytes(sensorType("ch8*")), bytesOf("Full"));
+    EXPECT_EQ(textOf(live), "Full");
+}
+
+TEST_F(SleepingDevice, IsAskedForItsStateAndNotForAnythingElse) {
+    SensorChannel channel = this->channel(SensorKind::energy, 1e6, "45000\n");
+    channel.fault = tree.write("fault", "0\n");
+    const auto device = power();
+    LiveSensor live = sensor(channel, device);
+    become("suspended");
+    clock->advance(DevicePower::validity + 1ns);
+    EXPECT_EQ(systemCallsOf([&] { live.meter(nullptr); }), (SystemCalls{.reads = 1})) << "its state alone";
+    EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(textOf(live), "asleep"); }), SystemCalls{});
+    clock->advance(DevicePower::validity + 1ns);
+    EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(textOf(live), "asleep"); }), (SystemCalls{.reads = 1}));
 }
 
 TEST_F(SleepingDevice, SharesItsAnswerAmongItsChannels) {
     const auto device = power();
     const LiveSensor first = sensor(channel(SensorKind::temperature, 1e3, "45000\n"), device);
     const LiveSensor second = sensor(channel(SensorKind::temperature, 1e3, "46000\n"), device);
-    ASSERT_TRUE(first.value().has_value());
+    ASSERT_TRUE(numberOf(first).has_value());
     become("suspended");
-    EXPECT_EQ(second.value(), 46);
+    EXPECT_EQ(numberOf(second), 46);
     clock->advance(DevicePower::validity + 1ns);
-    EXPECT_EQ(second.value(), std::nullopt);
-    EXPECT_EQ(first.value(), std::nullopt);
+    EXPECT_EQ(textOf(second), "asleep");
+    EXPECT_EQ(textOf(first), "asleep");
 }
 
 // Texts
 
 TEST_F(LiveSensorTest, ATextIsTheWordInTheFile) {
     const LiveSensor live = sensor(channel(SensorKind::text, 1, "Discharging\n"));
-    EXPECT_EQ(live.bytes(sensorType("ch8*")), bytesOf("Discharging"));
+    const auto sample = live.read();
+    ASSERT_TRUE(sample);
+    EXPECT_EQ(sample->text, "Discharging");
+    EXPECT_EQ(sample->raw, "Discharging");
+    EXPECT_EQ(sample->number, std::nullopt);
+    EXPECT_FALSE(sample->isAsleep);
     tree.write("input", " Not charging \n");
-    EXPECT_EQ(live.bytes(sensorType("ch8*")), bytesOf("Not charging"));
+    EXPECT_EQ(textOf(live), "Not charging");
+    tree.write("input", "42\n");
+    EXPECT_EQ(textOf(live), "42");
+    EXPECT_EQ(numberOf(live), std::nullopt);
 }
 
-TEST_F(LiveSensorTest, ATextThatCannotBeReadHasNoBytes) {
+TEST_F(LiveSensorTest, ATextThatCannotBeReadHasNoReading) {
     const LiveSensor live = sensor(channel(SensorKind::text, 1, "Full\n"));
-    for (const std::string& content : {std::string(), std::string("Full"), std::string(4096, 'x') + "\n"}) {
+    for (const std::string& content : {std::string(), std::string("Full"), std::string("\n"),
+                                       std::string("  \n"), std::string(4096, 'x') + "\n",
+                                       std::string("Gr\xF6\xDF"
+                                                   "e\n")}) {
         SCOPED_TRACE(content.size());
         tree.write("input", content);
-        EXPECT_EQ(live.bytes(sensorType("ch8*")), std::nullopt);
+        EXPECT_FALSE(live.read());
     }
 }
 
-TEST_F(LiveSensorTest, ALongTextIsCutToWhatItsKeyHolds) {
-    const std::string text = "abcdefghijklmnopqrstuvwxyz0123456789ABCD";
-    const LiveSensor live = sensor(channel(SensorKind::text, 1, text + "\n"));
-    EXPECT_EQ(live.bytes(sensorType("ch8*")), bytesOf(text.substr(0, 32)));
+// System calls
+
+TEST_F(LiveSensorTest, AReadingIsOneReadOfItsFile) {
+    const LiveSensor live = sensor(channel(SensorKind::temperature, 1e3, "45000\n"));
+    for (int pass = 0; pass < 3; ++pass) {
+        EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(numberOf(live), 45); }), (SystemCalls{.reads = 1}));
+    }
 }
 
-TEST_F(LiveSensorTest, AFansNameIsItsTextWithoutAFile) {
-    SensorChannel name(SensorKind::fanName, 1);
-    name.text = "CPU Fan";
-    EXPECT_EQ(sensor(name).bytes(sensorType("ch8*")), bytesOf("CPU Fan"));
+TEST_F(LiveSensorTest, AReadingOfAChannelThatMayBeFaultyIsTwo) {
+    SensorChannel doubtful = channel(SensorKind::temperature, 1e3, "45000\n");
+    doubtful.fault = tree.write("fault", "0\n");
+    const LiveSensor live = sensor(doubtful);
+    EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(numberOf(live), 45); }), (SystemCalls{.reads = 2}));
+}
+
+TEST_F(LiveSensorTest, ChannelsOfOneFileShareIt) {
+    const SensorChannel shared = channel(SensorKind::temperature, 1e3, "45000\n");
+    const LiveSensor first = sensor(shared);
+    const auto calls = systemCallsOf([&] { EXPECT_EQ(numberOf(sensor(shared)), 45); });
+    EXPECT_EQ(calls, (SystemCalls{.reads = 1, .others = 1}))
+        << "whether the file is still the one that is open";
+    EXPECT_EQ(numberOf(first), 45);
 }
 
 // Energy
@@ -340,18 +393,19 @@ TEST_F(EnergyCounter, ShowsThePowerByWhichItGrows) {
     live.meter(nullptr);
     clock->advance(2s);
     count("35000000\n");
-    EXPECT_EQ(live.value(), 15);
+    EXPECT_EQ(numberOf(live), 15);
     clock->advance(1s);
     count("35500000\n");
-    EXPECT_EQ(live.bytes(sensorType("flt ")), bytesOf({0x00, 0x00, 0x00, 0x3F}));
+    EXPECT_EQ(numberOf(live), 0.5);
+    EXPECT_EQ(live.read()->raw, "35500000") << "the counter, which the file holds";
 }
 
 TEST_F(EnergyCounter, HasNoPowerAtItsFirstReading) {
     const LiveSensor live = sensor(counter("5000000\n"));
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
     clock->advance(1s);
     count("6000000\n");
-    EXPECT_EQ(live.value(), 1);
+    EXPECT_EQ(numberOf(live), 1);
 }
 
 TEST_F(EnergyCounter, KeepsItsPowerBetweenCloseReadings) {
@@ -359,10 +413,10 @@ TEST_F(EnergyCounter, KeepsItsPowerBetweenCloseReadings) {
     live.meter(nullptr);
     clock->advance(1s);
     count("8000000\n");
-    ASSERT_EQ(live.value(), 8);
+    ASSERT_EQ(numberOf(live), 8);
     clock->advance(PowerMeter::shortestTime / 2);
     count("9000000\n");
-    EXPECT_EQ(live.value(), 8);
+    EXPECT_EQ(numberOf(live), 8);
 }
 
 TEST_F(EnergyCounter, CountsOnWhereItBeginsAnewAtItsRange) {
@@ -372,7 +426,7 @@ TEST_F(EnergyCounter, CountsOnWhereItBeginsAnewAtItsRange) {
     live.meter(nullptr);
     clock->advance(1s);
     count("4000000\n");
-    EXPECT_EQ(live.value(), 5);
+    EXPECT_EQ(numberOf(live), 5);
 }
 
 TEST_F(EnergyCounter, TellsNothingWhereItGoesBackWithoutARange) {
@@ -380,10 +434,10 @@ TEST_F(EnergyCounter, TellsNothingWhereItGoesBackWithoutARange) {
     live.meter(nullptr);
     clock->advance(1s);
     count("4000000\n");
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
     clock->advance(1s);
     count("6000000\n");
-    EXPECT_EQ(live.value(), 2);
+    EXPECT_EQ(numberOf(live), 2);
 }
 
 TEST_F(EnergyCounter, TellsNothingWhileItCannotBeRead) {
@@ -391,10 +445,10 @@ TEST_F(EnergyCounter, TellsNothingWhileItCannotBeRead) {
     live.meter(nullptr);
     clock->advance(1s);
     count("");
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
     clock->advance(1s);
     count("6000000\n");
-    EXPECT_EQ(live.value(), 3);
+    EXPECT_EQ(numberOf(live), 3);
 }
 
 TEST_F(EnergyCounter, IsNotShownWithAPowerThatNothingHas) {
@@ -402,7 +456,7 @@ TEST_F(EnergyCounter, IsNotShownWithAPowerThatNothingHas) {
     live.meter(nullptr);
     clock->advance(1s);
     count("200000000000\n");
-    EXPECT_EQ(live.value(), std::nullopt);
+    EXPECT_EQ(numberOf(live), std::nullopt);
 }
 
 TEST_F(EnergyCounter, GoesOnWithTheMeterOfAnEarlierSensor) {
@@ -411,10 +465,10 @@ TEST_F(EnergyCounter, GoesOnWithTheMeterOfAnEarlierSensor) {
     clock->advance(1s);
     LiveSensor later = sensor(counter("4000000\n"));
     later.meter(&earlier);
-    EXPECT_EQ(later.value(), 4);
+    EXPECT_EQ(numberOf(later), 4);
     clock->advance(PowerMeter::shortestTime / 2);
     count("90000000\n");
-    EXPECT_EQ(earlier.value(), 4);
+    EXPECT_EQ(numberOf(earlier), 4);
 }
 
 TEST_F(EnergyCounter, BeginsItsOwnMeterAfterASensorThatHasNone) {
@@ -425,15 +479,35 @@ TEST_F(EnergyCounter, BeginsItsOwnMeterAfterASensorThatHasNone) {
     live.meter(&other);
     clock->advance(1s);
     count("4000000\n");
-    EXPECT_EQ(live.value(), 4);
+    EXPECT_EQ(numberOf(live), 4);
+}
+
+/// The counter grows by a joule a millisecond of the fake clock, whoever looks: nobody may see another power.
+TEST(PowerMeter, MayBeAskedByTwoThreadsAtOnce) {
+    PowerMeter meter(0);
+    std::atomic<std::int64_t> milliseconds{0};
+    std::atomic<int> powers{0};
+    const auto ask = [&] {
+        for (int round = 0; round < 20'000; ++round) {
+            const auto now = std::chrono::milliseconds(++milliseconds);
+            const auto power = meter.powerAt(static_cast<double>(now.count()), now);
+            if (!power) continue;
+            ++powers;
+            EXPECT_NEAR(*power, 1000, 1e-6);
+        }
+    };
+    std::thread other(ask);
+    ask();
+    other.join();
+    EXPECT_GT(powers, 10'000);
 }
 
 TEST_F(LiveSensorTest, OnlyEnergyIsMetered) {
     LiveSensor live = sensor(channel(SensorKind::power, 1e6, "12500000\n"));
     live.meter(nullptr);
-    EXPECT_EQ(live.value(), 12.5);
+    EXPECT_EQ(numberOf(live), 12.5);
     clock->advance(1s);
-    EXPECT_EQ(live.value(), 12.5);
+    EXPECT_EQ(numberOf(live), 12.5);
 }
 
 /// After hibernation a counter begins at 0, which is no turn of it.

@@ -2,15 +2,17 @@
 
 #include "base/MainLoopQueue.h"
 #include "base/NotificationCenter.h"
+#include "base/Text.h"
 #include "base/WorkerQueue.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/LinuxMachine.h"
 #include "machines/linux/applesmc/KeySourceDriver.h"
+#include "smc/SMCBridge.h"
 #include "smc/SMCKeyText.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
-#include "tests/fakes/FakeIORegistry.h"
 #include "tests/fakes/FakeSystemInformation.h"
+#include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/TemporaryTree.h"
 #include "tests/machines/replay/Exporting.h"
 
@@ -56,23 +58,22 @@ class StalledKey final : public SMCKeySource {
 TEST(StalledSensor, LeavesTheMainThreadFree) {
     std::promise<void> begun;
     std::promise<void> goOn;
-    useMachine(
-        {.driver = std::make_shared<KeySourceDriver>(std::make_unique<StalledKey>(begun, goOn.get_future())),
-         .registry = std::make_shared<fakes::FakeIORegistry>(),
-         .system = std::make_shared<fakes::FakeSystemInformation>(),
-         .clock = std::make_shared<BootTimeClock>()});
+    const auto clock = std::make_shared<BootTimeClock>();
+    auto driver = std::make_shared<KeySourceDriver>(std::make_unique<StalledKey>(begun, goOn.get_future()));
+    const Machine machine{.source = std::make_shared<SMCBridge>(std::move(driver), nullptr, clock),
+                          .system = std::make_shared<fakes::FakeSystemInformation>(),
+                          .clock = clock};
     InMemoryUserDefaults defaults;
     NotificationCenter notifications;
     MainLoopQueue mainQueue;
     WorkerQueue backgroundQueue(1);
     const SystemWallClock wallClock;
-    const BootTimeClock clock;
-    KelvinbarStore store({.defaults = defaults,
+    KelvinbarStore store({.machine = machine,
+                          .defaults = defaults,
                           .notifications = notifications,
                           .mainQueue = mainQueue,
                           .backgroundQueue = backgroundQueue,
-                          .wallClock = wallClock,
-                          .monotonicClock = clock});
+                          .wallClock = wallClock});
     begun.get_future().wait();
 
     // All of this returns while the chip has not answered.
@@ -86,7 +87,6 @@ TEST(StalledSensor, LeavesTheMainThreadFree) {
     ASSERT_EQ(store.readings().value().size(), 1U);
     EXPECT_EQ(store.readings().value().front().key, "TC0P");
     store.shutdown();
-    useMachine({});
 }
 
 /// Opening a pipe waits for someone to write into it.
@@ -96,9 +96,11 @@ TEST(StalledSensor, IsNotMadeByAPipeInPlaceOfAFile) {
     tree.write("sys/class/hwmon/hwmon0/temp1_input", "42000\n");
     ASSERT_EQ(mkfifo((tree.root() / "sys/class/hwmon/hwmon0/temp2_input").c_str(), 0600), 0);
     ASSERT_EQ(mkfifo((tree.root() / "sys/class/hwmon/hwmon0/temp2_label").c_str(), 0600), 0);
-    const std::string snapshot = exportedText(
-        makeLinuxMachine(tree.root(), std::make_shared<BootTimeClock>(), [](const std::string&) {}));
-    EXPECT_TRUE(snapshot.ends_with("Active keys: 1\n\nTA00\tflt \tTA00\t42 °C\tRAW=00002842")) << snapshot;
+    fakes::RecordingLog log;
+    const std::string snapshot =
+        exportedText(makeLinuxMachine(tree.root(), std::make_shared<BootTimeClock>(), log.log));
+    EXPECT_TRUE(contains(snapshot, "Active keys: 1\n\nsomechip-virtual-0/temp1\tsomechip\t")) << snapshot;
+    EXPECT_TRUE(snapshot.ends_with("\t42 °C\tRAW=42000")) << snapshot;
 }
 
 } // namespace

@@ -1,0 +1,55 @@
+#include "machines/linux/libsensors/ConfigurationFiles.h"
+
+#include <algorithm>
+#include <sys/stat.h>
+#include <system_error>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> filesIn(const fs::path& folder) {
+    std::vector<fs::path> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (!entry->path().filename().native().starts_with('.')) files.push_back(entry->path());
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+void append(std::string& stamp, const timespec& time) {
+    stamp.append(std::to_string(time.tv_sec)).append(".").append(std::to_string(time.tv_nsec)).append(" ");
+}
+
+} // namespace
+
+std::vector<fs::path> configurationFiles(const fs::path& directory) {
+    std::vector<fs::path> files = filesIn(directory / "sensors.d");
+    std::error_code error;
+    for (const char* const name : {"sensors3.conf", "sensors.conf"}) {
+        if (!fs::exists(directory / name, error)) continue;
+        files.insert(files.begin(), directory / name);
+        break;
+    }
+    return files;
+}
+
+std::string stampOf(const std::vector<fs::path>& files) {
+    std::string stamp;
+    for (const fs::path& file : files) {
+        struct stat status {};
+
+        if (::stat(file.c_str(), &status) != 0) continue;
+        stamp.append(file.native()).append(" ");
+        append(stamp, status.st_mtim);
+        append(stamp, status.st_ctim);
+        stamp.append(std::to_string(status.st_ino)).append(" ");
+        stamp.append(std::to_string(status.st_size)).append("\n");
+    }
+    return stamp;
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,126 @@
+#include "machines/linux/libsensors/Libsensors.h"
+
+#include "machines/linux/libsensors/ConfigurationFiles.h"
+#include "machines/linux/libsensors/LibsensorsLibrary.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A value that the library reads and computes.
+class LibraryValue final : public ComputedValue {
+  public:
+    LibraryValue(std::shared_ptr<const LibsensorsLibrary> library, const sensors_chip_name* chip, int number)
+        : library_(std::move(library)), generation_(library_->generation()), chip_(chip), number_(number) {}
+
+    [[nodiscard]] std::optional<double> read() const override {
+        return library_->value(generation_, chip_, number_);
+    }
+
+  private:
+    std::shared_ptr<const LibsensorsLibrary> library_;
+    std::uint64_t generation_;
+    const sensors_chip_name* chip_;
+    int number_;
+};
+
+/// Differs when chips or their features came or went.
+std::string stampOf(const std::vector<SensorChip>& chips) {
+    std::string stamp;
+    for (const SensorChip& chip : chips) {
+        stamp.append(chip.folder.native()).append(" ").append(chip.sensorsName);
+        for (const SensorChannel& channel : chip.channels) stamp.append(" ").append(channel.feature);
+        stamp.append("\n");
+    }
+    return stamp;
+}
+
+std::string listText(const std::vector<fs::path>& files) {
+    std::string text;
+    for (const fs::path& file : files) text.append(text.empty() ? "" : ", ").append(file.native());
+    return text.empty() ? "no configuration" : text;
+}
+
+class LibsensorsConfiguration final : public SensorConfiguration {
+  public:
+    LibsensorsConfiguration(Log& log, LibsensorsPlace place) : log_(log), place_(std::move(place)) {}
+
+    void refresh(const std::vector<SensorChip>& chips) override {
+        if (!isLoaded()) return;
+        const auto files = configurationFiles(place_.configuration);
+        std::string stamp = kelvinbar::stampOf(files).append(stampOf(chips));
+        if (stamp == stamp_) return;
+        stamp_ = std::move(stamp);
+        start(files);
+    }
+
+    [[nodiscard]] const ConfiguredChip* find(const SensorChip& chip) const override {
+        const auto found = chips_.find(chip.folder.native());
+        return found == chips_.end() ? nullptr : &found->second;
+    }
+
+  private:
+    bool isLoaded() {
+        if (library_ != nullptr || isMissing_) return library_ != nullptr;
+        std::string reason;
+        library_ = LibsensorsLibrary::load(place_.library, reason);
+        isMissing_ = library_ == nullptr;
+        if (isMissing_) writeLine(std::string("libsensors is not used: ").append(reason));
+        return !isMissing_;
+    }
+
+    void start(const std::vector<fs::path>& files) {
+        chips_.clear();
+        if (const auto error = library_->start(log_)) {
+            writeLine(std::string("libsensors is not used: ").append(*error));
+            return;
+        }
+        const std::string version = library_->version();
+        writeLine(std::string("libsensors ")
+                      .append(version)
+                      .append(version.empty() ? "" : " ")
+                      .append("is used with ")
+                      .append(listText(files)));
+        for (const LibraryChip& chip : library_->chips()) chips_[chip.folder] = configured(chip);
+    }
+
+    [[nodiscard]] ConfiguredChip configured(const LibraryChip& chip) const {
+        ConfiguredChip configured;
+        for (const LibraryFeature& feature : chip.features) {
+            std::shared_ptr<const ConfiguredValue> value;
+            if (feature.valueNumber) {
+                value = std::make_shared<const ConfiguredValue>(
+                    std::make_unique<LibraryValue>(library_, chip.name, *feature.valueNumber));
+            }
+            configured[feature.name] = {feature.label, std::move(value)};
+        }
+        return configured;
+    }
+
+    void writeLine(const std::string& text) {
+        log_.write(LogCategory::sourceKernel, LogLevel::info, [&] { return text; });
+    }
+
+    Log& log_;
+    const LibsensorsPlace place_;
+    bool isMissing_ = false;
+    std::shared_ptr<LibsensorsLibrary> library_; ///< null until it is loaded
+    std::string stamp_;                          ///< of the files and chips that the library was started with
+    std::unordered_map<std::string, ConfiguredChip> chips_; ///< by folder
+};
+
+} // namespace
+
+std::shared_ptr<SensorConfiguration> libsensorsConfiguration(Log& log, const LibsensorsPlace& place) {
+    return std::make_shared<LibsensorsConfiguration>(log, place);
+}
+
+} // namespace kelvinbar

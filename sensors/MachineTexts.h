@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+namespace kelvinbar {
+
+/// Texts that name what a machine is read through. The defaults are those of macOS, where that is the SMC.
+struct MachineTexts {
+    std::string_view reading = "Reading AppleSMC keys…";
+    std::string_view loaded = "HWMonitorSMC2-compatible keys"; ///< after "Loaded" and a number
+    std::string_view nothingReadable =
+        "AppleSMC connected, but no compatible sensor key returned a real value";
+    std::string_view systemFactsOnly = "AppleSMC unavailable; showing native macOS telemetry";
+    std::string_view scanning = "Scanning SMC sensors…";
+    std::string_view memoryCard = "Memory sensors exposed by SMC"; ///< the subtitle of the memory card
+};
+
+} // namespace kelvinbar

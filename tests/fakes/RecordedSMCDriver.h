@@ -1,0 +1,23 @@
+#pragma once
+
+#include "machines/replay/RecordedMachine.h"
+#include "smc/SMCKeyText.h"
+#include "tests/fakes/FakeSMCDriver.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kelvinbar::fakes {
+
+/// Adds the controller's keys of a recorded machine. "#KEY" becomes the number of keys that are listed, since
+/// a recording need not hold all keys of its controller.
+inline void addRecordedKeys(FakeSMCDriver& driver, const std::vector<RecordedKey>& recorded) {
+    for (const RecordedKey& key : recorded) {
+        const std::string name = fourCharString(key.code);
+        if (name != "#KEY") driver.add(name, fourCharString(key.dataType), key.bytes);
+    }
+    driver.addKeyCount(static_cast<std::uint32_t>(driver.keys.size()) + 1);
+}
+
+} // namespace kelvinbar::fakes

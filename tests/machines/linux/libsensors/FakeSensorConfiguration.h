@@ -1,0 +1,61 @@
+#pragma once
+
+#include "machines/linux/libsensors/SensorConfiguration.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar::fakes {
+
+/// A value that a test sets, and how often it was read.
+struct FakeComputation {
+    std::optional<double> value;
+    int reads = 0;
+};
+
+class FakeComputedValue final : public ComputedValue {
+  public:
+    explicit FakeComputedValue(FakeComputation& computation) : computation_(computation) {}
+
+    [[nodiscard]] std::optional<double> read() const override {
+        ++computation_.reads;
+        return computation_.value;
+    }
+
+  private:
+    FakeComputation& computation_;
+};
+
+/// A configuration whose chips a test fills in, by their libsensors names.
+class FakeSensorConfiguration final : public SensorConfiguration {
+  public:
+    void refresh(const std::vector<SensorChip>& machine) override {
+        refreshed.clear();
+        for (const SensorChip& chip : machine) refreshed.push_back(chip.sensorsName);
+    }
+
+    [[nodiscard]] const ConfiguredChip* find(const SensorChip& chip) const override {
+        const auto found = chips.find(chip.sensorsName);
+        return found == chips.end() ? nullptr : &found->second;
+    }
+
+    /// Lists a feature, whose value is that of the computation where there is one.
+    void add(const std::string& chip, const std::string& feature, const std::string& label,
+             FakeComputation* computation = nullptr) {
+        std::shared_ptr<const ConfiguredValue> value;
+        if (computation != nullptr) {
+            value =
+                std::make_shared<const ConfiguredValue>(std::make_unique<FakeComputedValue>(*computation));
+        }
+        chips[chip][feature] = {label, std::move(value)};
+    }
+
+    std::map<std::string, ConfiguredChip> chips;
+    std::vector<std::string> refreshed; ///< the chips of the last refresh
+};
+
+} // namespace kelvinbar::fakes
