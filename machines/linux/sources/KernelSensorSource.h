@@ -31,7 +31,10 @@ class KernelSensorSource final : public SensorSource {
     KernelSensorSource(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock, Log& log,
                        std::shared_ptr<SensorConfiguration> configuration = nullptr);
 
-    /// Available when there is a sensor. Looks for sensors unless some were found before.
+    /// How often `status` looks for sensors on a machine that has none, such as a virtual one.
+    static constexpr std::chrono::seconds searchInterval{15};
+
+    /// Available when there is a sensor. Looks for sensors while none are known.
     SourceStatus status() override;
 
     /// Leaves out what a controller measures already, going by the keys it listed.
@@ -56,7 +59,7 @@ class KernelSensorSource final : public SensorSource {
     /// Fills in `reading`; false when there is none.
     static bool read(const Sensor& sensor, RawReading& reading);
     static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
-    void rebuild(const KeySet& listedBefore);
+    void rebuild(KeySet listedBefore);
     [[nodiscard]] bool isCurrent(const KeySet& listedBefore) const;
 
     const std::filesystem::path root_;
@@ -67,9 +70,10 @@ class KernelSensorSource final : public SensorSource {
     const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
     SensorFiles files_;
     std::shared_ptr<const Sensors> sensors_ = std::make_shared<const Sensors>();
-    std::map<std::string, std::string> places_; ///< of the last list, as in KeyHistory
-    KeySet controllerKeys_;                     ///< of the sources before this one, when it was made
-    std::chrono::nanoseconds builtAt_{0};
+    std::map<std::string, std::string> places_;       ///< of the last list, as in KeyHistory
+    KeySet controllerKeys_;                           ///< of the sources before this one, when it was made
+    std::optional<std::chrono::nanoseconds> builtAt_; ///< nothing before the first list and after `close`
+    KeySet listedBefore_;                             ///< when the last list was made
     bool isUnlisted_ = false; ///< the sensors were found by `status` and not listed since
 };
 
