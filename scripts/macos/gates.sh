@@ -32,7 +32,7 @@ compiles_over_toolkit() {
   # shellcheck disable=SC2016
   printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 1 bash -euc '"$@" -o "$0/$(basename "${@: -1}").o"' "$work/objects" \
     "${compiler[@]}" -isystem "$headers" "${modules[@]/#/-isystem$headers/}" -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 \
-    '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' -c
+    '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' '-DKELVINBAR_VERSION=""' -c
 }
 
 # compiles_test SOURCE

@@ -123,8 +123,4 @@ std::vector<SensorChip> powerSupplyChips(const fs::path& root) {
     return chips;
 }
 
-std::string hwmonNameOfSupply(const SensorChip& supply) {
-    return replacedAll(supply.folder.filename().string(), "-", "_");
-}
-
 } // namespace kelvinbar

@@ -19,7 +19,4 @@ inline constexpr std::string_view chargerChipPrefix = "charger:";
 /// that are connected to it. `root` is the directory that holds sys/.
 std::vector<SensorChip> powerSupplyChips(const std::filesystem::path& root);
 
-/// The name under which the hardware-monitoring class repeats the supply of such a chip.
-std::string hwmonNameOfSupply(const SensorChip& supply);
-
 } // namespace kelvinbar

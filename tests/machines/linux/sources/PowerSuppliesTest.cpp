@@ -229,16 +229,6 @@ TEST_F(PowerSuppliesTest, ChargeIsPreferredToTheEnergyThatTellsTheSame) {
     EXPECT_THAT(labels(), UnorderedElementsAre("charge_now", "energy_full"));
 }
 
-// The class of hardware monitors
-
-TEST_F(PowerSuppliesTest, TheMonitorOfASupplyHasUnderscoresForHyphens) {
-    SensorChip supply;
-    supply.folder = "/sys/class/power_supply/macsmc-battery-0";
-    EXPECT_EQ(hwmonNameOfSupply(supply), "macsmc_battery_0");
-    supply.folder = "/sys/class/power_supply/BAT0";
-    EXPECT_EQ(hwmonNameOfSupply(supply), "BAT0");
-}
-
 } // namespace
 
 } // namespace kelvinbar
