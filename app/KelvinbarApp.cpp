@@ -1,7 +1,6 @@
 #include "app/KelvinbarApp.h"
 
 #include "app/LazyPanel.h"
-#include "app/ProgramOptions.h"
 #include "base/WorkerQueue.h"
 #include "desktop/Desktop.h"
 #include "desktop/qt/QtMainQueue.h"
@@ -12,6 +11,8 @@
 #include "store/MenuBarText.h"
 
 #include <QGuiApplication>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace kelvinbar {
@@ -30,7 +31,11 @@ std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
 }
 
 /// The program as the system starts it again at login.
-std::vector<std::string> startCommand() { return {QCoreApplication::applicationFilePath().toStdString()}; }
+std::vector<std::string> startCommand(const std::optional<std::string>& machineName) {
+    std::vector<std::string> command{QCoreApplication::applicationFilePath().toStdString()};
+    if (machineName) command.push_back(*machineName);
+    return command;
+}
 
 /// The parts that live as long as the program, in the order in which they need each other.
 struct Parts {
@@ -72,22 +77,25 @@ struct Parts {
 
 } // namespace
 
-int KelvinbarApp::run(int& argc, char** argv, const MachineMaker& makeMachine, const std::string& name) {
-    const ProgramOptions options = programOptions(argc, argv);
-    if (const auto status = answeredOptions(options, name)) return *status;
+int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
+                      const MachineMaker& makeMachine) {
+    ProgramOptions options = programOptions(argc, argv);
+    if (const auto status = answeredOptions(options, program)) return *status;
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
     const auto application = makeApplication(argc, argv, log);
-    if (const auto status = refusedArguments(programOptions(argc, argv), name)) return *status;
-    QGuiApplication::setApplicationName(QString::fromStdString(name));
+    options = programOptions(argc, argv);
+    if (const auto status = refusedArguments(options, program)) return *status;
+    const auto machineName = chosenMachineName(options);
+    QGuiApplication::setApplicationName(QString::fromStdString(program.name));
     QGuiApplication::setDesktopFileName("org.kelvinbar.Kelvinbar");
-    const auto desktop = makeDesktop(name, startCommand(), log);
+    const auto desktop = makeDesktop(program.name, startCommand(machineName), log);
     if (desktop->handOverToRunningInstance()) {
         log.write(LogCategory::panel, LogLevel::info, "another instance runs and opens its panel");
         return 0;
     }
 
-    const Machine machine = makeMachine(log);
+    const Machine machine = makeMachine(machineName ? *machineName : program.usualMachineName, log);
     Parts parts(*desktop, machine, log);
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },

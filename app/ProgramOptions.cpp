@@ -20,8 +20,21 @@ constexpr std::string_view optionsHelp =
     "The environment variable KELVINBAR_LOG chooses what is logged by category, as in tray=debug,keys=info.\n"
     "Exit status: 0, 2 for a wrong option.\n";
 
-std::string usage(const std::string& program) {
-    return "Usage: " + program + " [--verbose] [--help] [--version]\n";
+std::string usage(const ProgramDescription& program) {
+    const std::string_view machine = program.machineNames.empty() ? "" : " [NAME]";
+    return "Usage: " + program.name + " [--verbose] [--help] [--version]" + std::string(machine) + "\n";
+}
+
+std::string joinedNames(const std::vector<std::string_view>& names) {
+    std::string text;
+    for (const std::string_view name : names) text.append(text.empty() ? "" : ", ").append(name);
+    return text;
+}
+
+std::string machinesHelp(const ProgramDescription& program) {
+    if (program.machineNames.empty()) return {};
+    return "\nNAME is the made-up machine to show: " + joinedNames(program.machineNames) + ".\nWithout it, " +
+           std::string(program.usualMachineName) + " is shown.\n";
 }
 
 /// Whether `word` is one or more "v" after a dash, as in -v or -vv.
@@ -43,8 +56,14 @@ void note(ProgramOptions& options, std::string_view word) {
     }
 }
 
-int refused(const std::string& argument, const std::string& program) {
-    std::cerr << program + ": unknown argument \"" + argument + "\"\n" + usage(program);
+int refused(const std::string& argument, const ProgramDescription& program) {
+    std::cerr << program.name + ": unknown argument \"" + argument + "\"\n" + usage(program);
+    return usageErrorExit;
+}
+
+int refusedMachine(const std::string& machine, const ProgramDescription& program) {
+    std::cerr << program.name + ": unknown machine \"" + machine + "\"; there are " +
+                     joinedNames(program.machineNames) + "\n";
     return usageErrorExit;
 }
 
@@ -56,21 +75,31 @@ ProgramOptions programOptions(int argc, const char* const* argv) {
     return options;
 }
 
-std::optional<int> answeredOptions(const ProgramOptions& options, const std::string& program) {
+std::optional<int> answeredOptions(const ProgramOptions& options, const ProgramDescription& program) {
     const auto unknown = std::ranges::find_if(
         options.others, [](const std::string& argument) { return argument.starts_with("--"); });
     if (unknown != options.others.end()) return refused(*unknown, program);
     if (options.wantsHelp) {
-        std::cout << usage(program) << optionsHelp << std::flush;
+        std::cout << usage(program) << optionsHelp << machinesHelp(program) << std::flush;
     } else if (options.wantsVersion) {
-        std::cout << program + " " KELVINBAR_VERSION "\n" << std::flush;
+        std::cout << program.name + " " KELVINBAR_VERSION "\n" << std::flush;
     }
     return options.wantsHelp || options.wantsVersion ? std::optional(0) : std::nullopt;
 }
 
-std::optional<int> refusedArguments(const ProgramOptions& options, const std::string& program) {
-    if (options.others.empty()) return std::nullopt;
-    return refused(options.others.front(), program);
+std::optional<int> refusedArguments(const ProgramOptions& options, const ProgramDescription& program) {
+    const std::vector<std::string>& others = options.others;
+    const auto isOption = [](const std::string& argument) { return argument.starts_with('-'); };
+    const auto option = std::ranges::find_if(others, isOption);
+    if (option != others.end()) return refused(*option, program);
+    const std::size_t allowed = program.machineNames.empty() ? 0 : 1;
+    if (others.size() > allowed) return refused(others[allowed], program);
+    if (others.empty() || std::ranges::count(program.machineNames, others.front()) > 0) return std::nullopt;
+    return refusedMachine(others.front(), program);
+}
+
+std::optional<std::string> chosenMachineName(const ProgramOptions& options) {
+    return options.others.empty() ? std::nullopt : std::optional(options.others.front());
 }
 
 } // namespace kelvinbar

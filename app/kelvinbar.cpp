@@ -3,6 +3,10 @@
 #include "app/KelvinbarApp.h"
 #include "machines/Platform.h"
 
+#include <string_view>
+
 int main(int argc, char** argv) {
-    return kelvinbar::KelvinbarApp::run(argc, argv, kelvinbar::makePlatform, "kelvinbar");
+    return kelvinbar::KelvinbarApp::run(
+        argc, argv, {.name = "kelvinbar", .machineNames = {}, .usualMachineName = {}},
+        [](std::string_view /*name*/, kelvinbar::Log& log) { return kelvinbar::makePlatform(log); });
 }

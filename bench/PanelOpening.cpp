@@ -2,7 +2,7 @@
 // program, from outside. The click comes over the bus as from a tray; the screen is looked at every
 // millisecond.
 //
-// usage: kelvinbar_panel_opening PROGRAM
+// usage: kelvinbar_panel_opening PROGRAM [ARGUMENTS OF IT]
 
 #include <QDBusConnection>
 #include <QDBusInterface>
@@ -36,9 +36,9 @@ QImage cornerOfScreen() {
 
 class Program {
   public:
-    explicit Program(const QString& path) {
+    Program(const QString& path, const QStringList& arguments) {
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process_.start(path, QStringList());
+        process_.start(path, arguments);
         process_.waitForStarted();
     }
 
@@ -89,7 +89,8 @@ void rest(std::chrono::milliseconds time) { QThread::msleep(static_cast<unsigned
 
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
-    Program program(QString::fromLocal8Bit(argv[1]));
+    const QStringList arguments = QGuiApplication::arguments();
+    Program program(arguments.at(1), arguments.mid(2));
     rest(4s);
     const double closed = program.residentMiB();
     const auto first = program.clickUntilTheScreenChanges();

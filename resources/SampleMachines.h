@@ -11,7 +11,8 @@ struct SampleMachine {
     std::string_view text;
 };
 
-/// An Intel notebook, an Apple Silicon desktop, and an AMD PC with an SMC emulator and registry fans.
+/// An Intel notebook, an Apple Silicon desktop, an AMD PC with an SMC emulator and registry fans, and an AMD
+/// PC under Linux with a drive that sleeps.
 std::span<const SampleMachine> sampleMachines();
 
 } // namespace kelvinbar

@@ -41,9 +41,9 @@ xvfb-run --auto-servernum dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/
   printf '%-34s %8s %14s %12s %14s\n' "panel closed" "RSS MiB" "CPU ms/minute" "main wakes/s" "others wakes/s"
   measure "a Qt program that does nothing" "$build/bench/kelvinbar_bare_qt_program"
   preferences KelvinbarSamplingRate=fast
-  measure "nothing pinned" "$build/app/kelvinbar-demo"
+  measure "nothing pinned" "$build/app/kelvinbar-demo" intel-notebook
   preferences 'KelvinbarMenuBarKeys=TC0P, F0Ac, PC0R, TC0C, TC1C, TG0D' KelvinbarSamplingRate=fast
-  measure "six pinned, fast, no tray" "$build/app/kelvinbar-demo"
+  measure "six pinned, fast, no tray" "$build/app/kelvinbar-demo" intel-notebook
   export XDG_CURRENT_DESKTOP=MATE
-  measure "the same where labels are shown" "$build/app/kelvinbar-demo"
+  measure "the same where labels are shown" "$build/app/kelvinbar-demo" intel-notebook
 EOS

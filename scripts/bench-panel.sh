@@ -22,7 +22,7 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
   until gdbus call --session --dest org.kde.StatusNotifierWatcher --object-path / --method org.freedesktop.DBus.Peer.Ping; do
     sleep 0.2
   done >/dev/null
-  "$build/bench/kelvinbar_panel_opening" "$build/app/kelvinbar-demo"
+  "$build/bench/kelvinbar_panel_opening" "$build/app/kelvinbar-demo" intel-notebook
   kill $host
 EOS
 echo

@@ -5,7 +5,7 @@ set -euo pipefail
 mkdir -p "$FOLDER"
 export PROGRAM FOLDER
 source "$(dirname "$0")/empty-home.sh"
-preferences 'KelvinbarMenuBarKeys=TC0P, F0Ac'
+preferences 'KelvinbarMenuBarKeys=k10temp-pci-00c3/temp1, amdgpu-pci-0300/fan1'
 
 xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-session -- bash -euo pipefail <<'EOS'
   # wait_for SECONDS WHAT COMMAND…
@@ -25,7 +25,7 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
   panel() { xdotool search --onlyvisible --name '^Kelvinbar$' | tail -1; }
   is_open() { [[ $(xdotool getwindowgeometry "$(panel)") == *462x690* ]]; }
   # The third control from the end is Copy.
-  copied() { xclip -o -selection clipboard | grep -F 'CPU Proximity'; }
+  copied() { xclip -o -selection clipboard | grep -F 'CPU Tctl'; }
 
   "$PROGRAM" & program=$!
   trap 'kill $program 2>/dev/null || true' EXIT

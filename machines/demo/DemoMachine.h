@@ -2,12 +2,17 @@
 
 #include "sensors/Machine.h"
 
-#include <memory>
+#include <string_view>
+#include <vector>
 
 namespace kelvinbar {
 
-/// A made-up Intel notebook at work, for those who have no sensors, for pictures and for tests. The same
-/// clock gives the same values.
-Machine makeDemoMachine(std::shared_ptr<const MonotonicClock> clock);
+/// The machines that can be made, for options and messages.
+std::vector<std::string_view> demoMachineNames();
+
+/// A made-up machine at work, for those who have no sensors, for pictures and for tests. It has the clock and
+/// the texts of `host`. The same time gives the same values. `name` is one of demoMachineNames(); any other
+/// name makes a machine without a source.
+Machine makeDemoMachine(std::string_view name, const Machine& host);
 
 } // namespace kelvinbar

@@ -1,7 +1,9 @@
 #include "machines/demo/DemoSource.h"
 
+#include "base/NumberText.h"
 #include "catalogue/SMCKeyDatabase.h"
 #include "machines/demo/Load.h"
+#include "machines/linux/naming/SensorMeaning.h"
 #include "smc/SMCKeyText.h"
 #include "smc/SMCValueDecoding.h"
 
@@ -54,12 +56,49 @@ bool scale(Bytes& bytes, std::string_view type, double factor) {
     return true;
 }
 
+std::string_view featureOfKey(std::string_view key) { return key.substr(key.rfind('/') + 1); }
+
+/// Spreads keys that differ in one character only.
+std::uint32_t noiseSeed(std::string_view key) {
+    std::uint32_t seed = 0;
+    for (const char character : key) seed = seed * 31 + static_cast<unsigned char>(character);
+    return seed;
+}
+
+/// A number that was recorded without a fraction comes from a sensor without one.
+std::int64_t stepOf(std::int64_t counts, double number) {
+    if (distanceFromWhole(number) != 0) return 1;
+    const auto units = static_cast<std::int64_t>(number);
+    return counts % units == 0 ? counts / units : 1;
+}
+
 } // namespace
 
 DemoSource::DemoSource(std::shared_ptr<SensorSource> recorded, std::shared_ptr<const MonotonicClock> clock)
     : recorded_(std::move(recorded)), clock_(std::move(clock)) {}
 
-DemoSource::Motion DemoSource::motionOf(const std::string& key) {
+/// An energy counter stays: its raw text grows with time and not with the power that it stands for.
+DemoSource::Motion DemoSource::motionOfSensor(std::string_view key) {
+    const auto kind = kindOfFeature(featureOfKey(key));
+    if (!kind) return Motion::none;
+    switch (*kind) {
+    case SensorKind::temperature:
+        return Motion::heat;
+    case SensorKind::fan:
+        return Motion::fan;
+    case SensorKind::power:
+    case SensorKind::current:
+        return Motion::work;
+    case SensorKind::frequency:
+        return Motion::clock;
+    case SensorKind::voltage:
+        return Motion::rail;
+    default:
+        return Motion::none;
+    }
+}
+
+DemoSource::Motion DemoSource::motionOfControllerKey(const std::string& key) {
     const auto definition = SMCKeyDatabase::hwMonitorDefinition(key);
     if (!definition) return Motion::none;
     if (definition->unit == "°C") return Motion::heat;
@@ -69,26 +108,41 @@ DemoSource::Motion DemoSource::motionOf(const std::string& key) {
     return key.ends_with("Ac") || key.ends_with("Tg") ? Motion::fan : Motion::none;
 }
 
-double DemoSource::factor(Motion motion, std::uint32_t code) const {
+double DemoSource::factor(Motion motion, std::uint32_t seed) const {
     const auto now = clock_->now();
     switch (motion) {
     case Motion::heat:
-        return 0.82 + 0.5 * laggingLoadAt(now, 12s) + 0.006 * noiseAt(now, code);
+        return 0.82 + 0.5 * laggingLoadAt(now, 12s) + 0.006 * noiseAt(now, seed);
     case Motion::fan:
-        return 0.95 + 0.45 * laggingLoadAt(now, 40s) + 0.004 * noiseAt(now, code);
+        return 0.95 + 0.45 * laggingLoadAt(now, 40s) + 0.004 * noiseAt(now, seed);
     case Motion::work:
-        return 0.35 + 1.8 * loadAt(now) + 0.03 * noiseAt(now, code);
+        return 0.35 + 1.8 * loadAt(now) + 0.03 * noiseAt(now, seed);
+    case Motion::clock:
+        return 0.55 + 0.9 * loadAt(now) + 0.01 * noiseAt(now, seed);
     case Motion::rail:
-        return 1 + 0.003 * noiseAt(now, code);
+        return 1 + 0.003 * noiseAt(now, seed);
     case Motion::none:
         break;
     }
     return 1;
 }
 
+void DemoSource::moveSensor(RawReading& reading) const {
+    const Motion motion = motionOfSensor(reading.key);
+    const double number = reading.numericValue.value_or(0);
+    const auto counts = wholeNumberIn<std::int64_t>(reading.raw);
+    if (motion == Motion::none || number == 0 || !counts || *counts == 0) return;
+    const std::int64_t step = motion == Motion::rail ? 1 : stepOf(*counts, number);
+    const double wanted = static_cast<double>(*counts) * factor(motion, noiseSeed(reading.key));
+    const std::int64_t moved = std::llround(wanted / static_cast<double>(step)) * step;
+    reading.raw = std::to_string(moved);
+    reading.numericValue = number * static_cast<double>(moved) / static_cast<double>(*counts);
+    reading.value = plainNumberText(*reading.numericValue);
+}
+
 /// The controller's bytes are scaled, not the number: so the raw text moves with the value.
-void DemoSource::move(RawReading& reading) const {
-    const Motion motion = motionOf(reading.key);
+void DemoSource::moveControllerKey(RawReading& reading) const {
+    const Motion motion = motionOfControllerKey(reading.key);
     auto bytes = bytesOfHexString(reading.raw);
     if (motion == Motion::none || !reading.numericValue || !bytes) return;
     if (!scale(*bytes, reading.type, factor(motion, packedSMCKey(reading.key)))) return;
@@ -101,7 +155,13 @@ void DemoSource::move(RawReading& reading) const {
 
 std::vector<RawReading> DemoSource::readCandidateKeys(std::span<const std::string> keys) {
     std::vector<RawReading> readings = recorded_->readCandidateKeys(keys);
-    for (RawReading& reading : readings) move(reading);
+    for (RawReading& reading : readings) {
+        if (isSelfNamedKey(reading.key)) {
+            moveSensor(reading);
+        } else {
+            moveControllerKey(reading);
+        }
+    }
     return readings;
 }
 

@@ -8,4 +8,6 @@ namespace kelvinbar {
 
 Machine makePlatform(Log& log) { return makeLinuxMachine("/", std::make_shared<BootTimeClock>(), log); }
 
+std::string_view usualDemoMachine() { return "linux-pc"; }
+
 } // namespace kelvinbar

@@ -17,4 +17,6 @@ Machine makePlatform(Log& /*log*/) {
             .clock = clock};
 }
 
+std::string_view usualDemoMachine() { return "intel-notebook"; }
+
 } // namespace kelvinbar

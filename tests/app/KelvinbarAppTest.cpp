@@ -51,13 +51,43 @@ TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
 }
 
 TEST(KelvinbarApp, RefusesWhatTheToolkitDoesNotKnowEither) {
-    for (const char* const argument : {"-verbose", "-x", "file", "-"}) {
-        const Outcome outcome =
-            outcomeOf({KELVINBAR_DEMO, "-platform", "offscreen", argument}, {}, hiddenScreen);
+    for (const char* const argument : {"-verbose", "-x", "file", "linux-pc", "-"}) {
+        const Outcome outcome = outcomeOf({KELVINBAR, "-platform", "offscreen", argument}, {}, hiddenScreen);
         EXPECT_EQ(outcome.status, 2) << argument;
         EXPECT_TRUE(
-            contains(outcome.errors, std::string("kelvinbar-demo: unknown argument \"") + argument + "\"\n"))
+            contains(outcome.errors, std::string("kelvinbar: unknown argument \"") + argument + "\"\n"))
             << outcome.errors;
+    }
+}
+
+TEST(KelvinbarDemo, ListsItsMachinesInItsHelp) {
+    const Outcome outcome = outcomeOf({KELVINBAR_DEMO, "--help"}, {}, noDisplay);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(outcome.output.starts_with("Usage: kelvinbar-demo [--verbose] [--help] [--version] [NAME]\n"))
+        << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "intel-notebook, apple-silicon-desktop, amd-pc, linux-pc"))
+        << outcome.output;
+    EXPECT_FALSE(contains(outcomeOf({KELVINBAR, "--help"}, {}, noDisplay).output, "NAME"));
+}
+
+TEST(KelvinbarDemo, RefusesAnUnknownMachineAndListsThoseThereAre) {
+    for (const char* const name : {"toaster", "LINUX-PC", ""}) {
+        const Outcome outcome = outcomeOf({KELVINBAR_DEMO, name}, {}, hiddenScreen);
+        EXPECT_EQ(outcome.status, 2) << name;
+        const std::string message = std::string("kelvinbar-demo: unknown machine \"") + name +
+                                    "\"; there are intel-notebook, apple-silicon-desktop, amd-pc, linux-pc\n";
+        EXPECT_TRUE(outcome.errors.ends_with(message)) << outcome.errors;
+    }
+}
+
+TEST(KelvinbarDemo, RefusesASecondMachineAndUnknownOptions) {
+    for (const Words& arguments :
+         {Words{"linux-pc", "amd-pc"}, Words{"linux-pc", "-x"}, Words{"-x", "toaster"}}) {
+        Words words{KELVINBAR_DEMO};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        const Outcome outcome = outcomeOf(words, {}, hiddenScreen);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_TRUE(contains(outcome.errors, "kelvinbar-demo: unknown argument \"")) << outcome.errors;
     }
 }
 
@@ -84,6 +114,18 @@ std::string logUntil(const std::string& text, const Words& options, const Words&
     EXPECT_EQ(program.status(), 0);
     for (const int end : pipe) ::close(end);
     return log;
+}
+
+TEST(KelvinbarDemo, ShowsTheMachineThatTheUserNames) {
+    for (const std::string name : {"intel-notebook", "apple-silicon-desktop", "amd-pc", "linux-pc"}) {
+        const std::string line = "kelvinbar: keys info: reading the sample " + name + "\n";
+        EXPECT_TRUE(contains(logUntil(line, {name}, {"KELVINBAR_LOG=keys=info"}), line)) << name;
+    }
+}
+
+TEST(KelvinbarDemo, ShowsAMachineOfThePlatformWithoutAName) {
+    const std::string line = "kelvinbar: keys info: reading the sample " KELVINBAR_USUAL_DEMO "\n";
+    EXPECT_TRUE(contains(logUntil(line, {}, {"KELVINBAR_LOG=keys=info"}), line));
 }
 
 TEST(KelvinbarApp, LogsItsStartWithVerbose) {

@@ -35,8 +35,9 @@ source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/demo-preferences.sh"
 
 picture() { import -window root "$ARTEFACTS/$scenario-$1.png"; }
 
+# The scenarios look for readings of this machine.
 start_program() {
-  "$PROGRAM" &
+  "$PROGRAM" intel-notebook &
   program=$!
   wait_until 10 "the item on the bus" item_property Title
 }

@@ -87,7 +87,7 @@ prefers KelvinbarSamplingRate medium || fail "rate: $(preference KelvinbarSampli
 press_pointer_at Login
 wait_until 3 "the mark" has_state Login checked
 autostart=$XDG_CONFIG_HOME/autostart/org.kelvinbar.Demo.desktop
-grep -q "^Exec=.*kelvinbar-demo" "$autostart" || fail "nothing starts at login"
+grep -q "^Exec=.*kelvinbar-demo.*intel-notebook" "$autostart" || fail "nothing starts at login"
 picture login
 press_pointer_at Login
 wait_until 3 "no mark" has_not_state Login checked

@@ -1,13 +1,18 @@
 #include "machines/demo/DemoMachine.h"
 
+#include "base/NumberText.h"
+#include "machines/demo/DemoSource.h"
+#include "machines/replay/ReplayMachine.h"
 #include "store/LoadPass.h"
 #include "tests/fakes/FakeClocks.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -24,9 +29,11 @@ using namespace std::chrono_literals;
 
 using Readings = std::map<std::string, SMCReading>;
 
+/// The Intel notebook.
 struct DemoMachine : testing::Test {
     std::shared_ptr<fakes::FakeMonotonicClock> clock = std::make_shared<fakes::FakeMonotonicClock>();
-    Machine machine = makeDemoMachine(clock);
+    Machine host{.source = nullptr, .system = nullptr, .clock = clock};
+    Machine machine = makeDemoMachine("intel-notebook", host);
 
     [[nodiscard]] Readings read() const { return readingsOf(machine); }
 
@@ -97,7 +104,7 @@ TEST_F(DemoMachine, GivesTheSameValuesAtTheSameTime) {
     clock->advance(100s);
     const Readings later = read();
     EXPECT_NE(later, first);
-    EXPECT_EQ(readingsOf(makeDemoMachine(clock)), later);
+    EXPECT_EQ(readingsOf(makeDemoMachine("intel-notebook", host)), later);
 }
 
 /// Pictures of the panel show these values.
@@ -223,6 +230,165 @@ TEST_F(DemoMachine, LimitsNamesAndCountsDoNotMove) {
     for (const auto& [key, first] : hour.front()) {
         for (const Readings& readings : hour) ASSERT_EQ(readings.at(key).name, first.name) << key;
     }
+}
+
+TEST_F(DemoMachine, HasTheClockAndTheTextsOfItsHost) {
+    host.texts.reading = "Reading";
+    const Machine made = makeDemoMachine("linux-pc", host);
+    EXPECT_EQ(made.clock, clock);
+    EXPECT_EQ(made.texts.reading, "Reading");
+}
+
+TEST_F(DemoMachine, IsThereUnderEachNameAndUnderNoOther) {
+    const std::vector<std::string_view> names = demoMachineNames();
+    EXPECT_EQ(names.size(), 4U);
+    for (const std::string_view name : names) {
+        EXPECT_GE(readingsOf(makeDemoMachine(name, host)).size(), 50U) << name;
+    }
+    EXPECT_EQ(makeDemoMachine("toaster", host).source, nullptr);
+    EXPECT_EQ(makeDemoMachine("", host).source, nullptr);
+}
+
+/// Machines whose sensors have names of their own.
+struct DemoPC : DemoMachine {
+    DemoPC() { machine = makeDemoMachine("linux-pc", host); }
+
+    /// The lowest and the highest value of a reading within an hour.
+    static std::pair<double, double> rangeOf(const std::vector<Readings>& hour, const std::string& key) {
+        double lowest = numberOf(hour.front(), key);
+        double highest = lowest;
+        for (const Readings& readings : hour) {
+            lowest = std::min(lowest, numberOf(readings, key));
+            highest = std::max(highest, numberOf(readings, key));
+        }
+        return {lowest, highest};
+    }
+};
+
+TEST_F(DemoPC, LosesNoKeyInAnHour) {
+    const std::set<std::string> expected = keysOf(read());
+    ASSERT_EQ(expected.size(), 50U);
+    for (const Readings& readings : readAnHour()) ASSERT_EQ(keysOf(readings), expected);
+}
+
+TEST_F(DemoPC, TemperaturesFansPowerAndClocksMoveAndStayPlausible) {
+    struct Limits {
+        std::string unit;
+        double lowest;
+        double highest;
+        double leastMotion;
+    };
+
+    const std::vector<Readings> hour = readAnHour();
+    for (const Limits& limits : {Limits{"°C", 20, 95, 5}, Limits{"RPM", 500, 3500, 100},
+                                 Limits{"W", 10, 250, 50}, Limits{"MHz", 300, 2600, 300}}) {
+        const Readings readings = withUnit(hour.front(), limits.unit);
+        EXPECT_FALSE(readings.empty()) << limits.unit;
+        for (const auto& [key, reading] : readings) {
+            const auto [lowest, highest] = rangeOf(hour, key);
+            EXPECT_GE(lowest, limits.lowest) << key;
+            EXPECT_LE(highest, limits.highest) << key;
+            EXPECT_GE(highest - lowest, limits.leastMotion) << key;
+        }
+    }
+}
+
+TEST_F(DemoPC, VoltagesWaverByLessThanOnePercent) {
+    const std::vector<Readings> hour = readAnHour();
+    const Readings voltages = withUnit(hour.front(), "V");
+    EXPECT_EQ(voltages.size(), 16U);
+    for (const auto& [key, reading] : voltages) {
+        const auto [lowest, highest] = rangeOf(hour, key);
+        EXPECT_LT(lowest, highest) << key;
+        EXPECT_LE(highest - lowest, lowest * 0.01) << key;
+    }
+}
+
+/// As many counts as the kernel has for one unit.
+double countsPerUnit(const std::string& unit) {
+    if (unit == "RPM") return 1;
+    return unit == "W" || unit == "MHz" ? 1e6 : 1e3;
+}
+
+TEST_F(DemoPC, TheRawTextIsTheValueInTheKernelsCounts) {
+    for (const Readings& readings : readAnHour()) {
+        for (const auto& [key, reading] : readings) {
+            if (!reading.numericValue) continue;
+            const auto counts = wholeNumberIn<std::int64_t>(reading.raw);
+            ASSERT_TRUE(counts) << key << " " << reading.raw;
+            const double value = static_cast<double>(*counts) / countsPerUnit(reading.unit);
+            ASSERT_NEAR(*reading.numericValue, value, 0.01) << key;
+        }
+    }
+}
+
+TEST_F(DemoPC, SensorsWithoutAFractionKeepNone) {
+    for (const Readings& readings : readAnHour()) {
+        for (const std::string key : {"amdgpu-pci-0300/temp1", "amdgpu-pci-0300/power1",
+                                      "amdgpu-pci-0300/freq1", "nct6798-isa-0290/temp1"}) {
+            ASSERT_LE(distanceFromWhole(numberOf(readings, key)), 1e-9) << key;
+        }
+    }
+}
+
+TEST_F(DemoPC, TheDriveStaysAsleep) {
+    for (const Readings& readings : readAnHour()) {
+        const SMCReading& drive = readings.at("drivetemp-scsi-1-0/temp1");
+        ASSERT_EQ(drive.value, "asleep");
+        ASSERT_EQ(drive.raw, "suspended");
+        ASSERT_EQ(drive.numericValue, std::nullopt);
+        ASSERT_EQ(drive.unit, "");
+    }
+}
+
+TEST_F(DemoPC, NeighboursDoNotMoveAsOne) {
+    const std::vector<Readings> hour = readAnHour();
+    const auto together = std::ranges::count_if(hour, [&](const Readings& readings) {
+        const auto shareOf = [&](const std::string& key) {
+            return numberOf(readings, key) / numberOf(hour.front(), key);
+        };
+        return std::fabs(shareOf("k10temp-pci-00c3/temp3") - shareOf("k10temp-pci-00c3/temp4")) < 1e-4;
+    });
+    EXPECT_LT(together, 20);
+}
+
+TEST_F(DemoPC, HasTheSameValuesAtTheSameTime) {
+    clock->advance(99s);
+    const Readings readings = read();
+    EXPECT_EQ(readingsOf(makeDemoMachine("linux-pc", host)), readings);
+    clock->advance(1s);
+    EXPECT_NE(read(), readings);
+}
+
+/// The readings of one line at a moment under load.
+RawReading movedLine(const std::string& line) {
+    const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
+    clock->advance(99s);
+    DemoSource source(makeReplayMachine("Kelvinbar snapshot\n" + line, clock).machine->source, clock);
+    return source.readCandidateKeys(source.discoverKeys({})).front();
+}
+
+TEST(DemoSource, CurrentsFollowTheLoad) {
+    const RawReading moved = movedLine("asusec-isa-0000/curr1\tasusec\tCPU Current\t33.50 A\tRAW=33500");
+    EXPECT_NE(moved.raw, "33500");
+    EXPECT_NEAR(*moved.numericValue, leadingNumber(moved.raw) / 1000, 1e-6);
+}
+
+TEST(DemoSource, WhatDoesNotFollowALoadStaysAsItWasRecorded) {
+    for (const std::string line : {"BAT0/charge_now\tbattery\tBattery Charge\t4000 mAh\tRAW=4000000",
+                                   "BAT0/status\tbattery\tBattery Status\tFull\tRAW=Full",
+                                   "intel-rapl-0/energy\trapl\tCPU Package Power\t9.50 W\tRAW=99123456",
+                                   "sht4x-i2c-1-44/humidity1\tsht4x\tHumidity\t45.50 %\tRAW=45500",
+                                   "nct6798-isa-0290/fan3\tnct6798\tMainboard Fan 3\t0 RPM\tRAW=0"}) {
+        const RawReading moved = movedLine(line);
+        EXPECT_EQ(moved.raw, line.substr(line.rfind('=') + 1));
+    }
+}
+
+TEST(DemoSource, AValueThatWasComputedKeepsItsRatioToTheRawText) {
+    const RawReading moved = movedLine("nct6798-isa-0290/in5\tnct6798\tMainboard +12V\t12.12 V\tRAW=1010");
+    EXPECT_NEAR(*moved.numericValue, leadingNumber(moved.raw) * 0.012, 1e-9);
+    EXPECT_NE(moved.raw, "1010");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "tests/panel/pictures/PanelPictures.h"
 
+#include "base/Log.h"
+#include "machines/Platform.h"
 #include "machines/demo/DemoMachine.h"
 #include "tests/panel/EmptyMachine.h"
 #include "tests/panel/pictures/PanelStage.h"
@@ -7,15 +9,34 @@
 #include <QQuickWindow>
 #include <QTest>
 #include <array>
+#include <memory>
+#include <utility>
 
 namespace kelvinbar {
 
 namespace {
 
-/// The demo machine with a few readings pinned, at rest.
+using Clock = std::shared_ptr<const MonotonicClock>;
+
+/// With the texts of a Mac on every platform.
+Machine intelNotebook(Clock clock) {
+    return makeDemoMachine("intel-notebook",
+                           {.source = nullptr, .system = nullptr, .clock = std::move(clock)});
+}
+
+/// With the texts of the platform that the pictures are drawn on.
+Machine linuxPC(Clock clock) {
+    StandardErrorSink standardError;
+    Log log(standardError, {});
+    Machine host = makePlatform(log);
+    host.clock = std::move(clock);
+    return makeDemoMachine("linux-pc", host);
+}
+
+/// The Intel notebook with a few readings pinned, at rest.
 class DemoStage : public PanelStage {
   public:
-    DemoStage() : PanelStage(makeDemoMachine) {
+    DemoStage() : PanelStage(intelNotebook) {
         finishRefresh();
         store().setMenuBarKeys({"TC0P", "F0Ac"});
     }
@@ -23,6 +44,14 @@ class DemoStage : public PanelStage {
 
 QImage fixedPanel() {
     DemoStage stage;
+    stage.open();
+    return stage.picture();
+}
+
+QImage panelOfALinuxPC() {
+    PanelStage stage(linuxPC);
+    stage.finishRefresh();
+    stage.store().setMenuBarKeys({"k10temp-pci-00c3/temp1", "amdgpu-pci-0300/fan1"});
     stage.open();
     return stage.picture();
 }
@@ -66,7 +95,7 @@ QImage aboutPanel() {
 }
 
 QImage scanning() {
-    PanelStage stage(makeDemoMachine);
+    PanelStage stage(intelNotebook);
     stage.open();
     return stage.picture();
 }
@@ -82,6 +111,7 @@ QImage emptyPanel(bool hasController) {
 
 constexpr std::array pictures{
     PanelPicture{"fixed", fixedPanel},
+    PanelPicture{"linux-pc", panelOfALinuxPC},
     PanelPicture{"narrow", narrowPanel},
     PanelPicture{"dynamic", dynamicPanel},
     PanelPicture{"hovered-row", hoveredRow},

@@ -113,7 +113,8 @@ void ViewStage::enter(std::unique_ptr<Scene> scene) {
 
 void ViewStage::startScanning() {
     const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
-    enter(std::make_unique<Scene>(clock, makeDemoMachine(clock), loginItem_));
+    const Machine host{.source = nullptr, .system = nullptr, .clock = clock};
+    enter(std::make_unique<Scene>(clock, makeDemoMachine("intel-notebook", host), loginItem_));
 }
 
 void ViewStage::start() {
