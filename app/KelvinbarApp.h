@@ -8,15 +8,16 @@
 
 namespace kelvinbar {
 
-/// The program: everything it is made of, put together. It has no window of its own but the panel.
+/// The composition root of the desktop programs: creates the machine, the desktop and the delegate, connects
+/// them, and runs the event loop.
 class KelvinbarApp {
   public:
-    /// Makes the machine, whose sources may keep the log.
+    /// Creates the machine. Its sources may keep the reference to the log.
     using MachineMaker = std::function<Machine(Log&)>;
 
-    /// Runs the program over a machine until it is told to end, answers an option such as --help, or hands
-    /// over to the instance that runs already. The exit status. `name` is the program's, as its files have
-    /// it.
+    /// Runs the program until it is asked to quit. Returns earlier if an option such as --help has been
+    /// answered, or if another instance runs, which then opens its panel. Returns the exit status. `name` is
+    /// the program's file name. Main thread.
     static int run(int& argc, char** argv, const MachineMaker& makeMachine, const std::string& name);
 };
 
