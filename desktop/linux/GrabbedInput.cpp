@@ -40,7 +40,7 @@ bool GrabbedInput::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() != QEvent::MouseButtonRelease || !std::exchange(isPressedElsewhere_, false))
         return false;
-    const auto elsewhere = onElsewhere_; // which may end in another one's taking the input
+    const auto elsewhere = onElsewhere_; // a copy: the call may replace onElsewhere_
     elsewhere();
     return true;
 }

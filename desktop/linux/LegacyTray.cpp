@@ -18,7 +18,7 @@ LegacyTrayModule& loadedModule() {
 }
 
 bool isWatcherRunning() {
-    // A connection of its own: the shared one belongs to the application, which is not there yet.
+    // Not the shared connection: that belongs to the application object, which does not exist yet.
     const QString name = "kelvinbar-probe";
     const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
     const bool isRunning =

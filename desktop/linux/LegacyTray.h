@@ -8,12 +8,17 @@
 
 class QGuiApplication;
 
+/// Icons in trays that use the XEmbed protocol, which embeds a window of the program. Used only if no tray
+/// uses StatusNotifierItem (see StatusNotifierItem.h): XEmbed trays show neither labels nor our menu.
+///
+/// The implementation is in a module, because it needs Qt Widgets and a QApplication, which cost memory.
+/// Limit: the choice is made when the application object is created. A program started while a
+/// StatusNotifierItem tray runs has no icon in an XEmbed tray later.
 namespace kelvinbar {
 
 class Log;
 
-/// An icon in a tray of the older kind, which embeds windows. Its module is loaded only where no tray speaks
-/// the newer protocol: it takes another kind of application, and memory. Main thread.
+/// An icon in an XEmbed tray. The destructor removes it. Main thread.
 class LegacyTrayIcon {
   public:
     virtual ~LegacyTrayIcon() = default;
@@ -22,18 +27,20 @@ class LegacyTrayIcon {
     virtual void setShown(bool isShown) = 0;
 };
 
-/// What the module gives.
+/// The functions of the module. Null if it is not loaded.
 struct LegacyTrayModule {
-    /// The application object with which such icons work; the caller owns it.
+    /// Creates an application object that supports these icons. The caller owns it.
     QGuiApplication* (*makeApplication)(int& argc, char** argv) = nullptr;
-    /// `onActivated` gets the icon's place on the screen. The caller owns the result.
+    /// Creates an icon, hidden at first. A click calls `onActivated` with the icon's frame on the screen. The
+    /// caller owns the result.
     LegacyTrayIcon* (*makeIcon)(std::function<void(QRect)> onActivated) = nullptr;
 };
 
-/// The program's application object: of the kind for older trays where no newer one runs now.
+/// Creates the program's application object. It supports XEmbed trays if no StatusNotifierItem tray runs at
+/// the moment.
 std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log);
 
-/// An icon in an older tray; null where the application is not of its kind.
+/// Creates an icon. Null if the application object does not support XEmbed trays.
 std::unique_ptr<LegacyTrayIcon> makeLegacyTrayIcon(std::function<void(QRect)> onActivated);
 
 } // namespace kelvinbar

@@ -16,7 +16,7 @@ constexpr const char* portalService = "org.freedesktop.portal.Desktop";
 constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 
-/// A desktop's setting, and what it says when the user wants less motion.
+/// A setting, and how to tell from its value that reduced motion is enabled.
 struct MotionSetting {
     const char* group;
     const char* name;
@@ -35,7 +35,7 @@ const std::array motionSettings{
                   }},
 };
 
-/// A value may be wrapped once more than its signal says.
+/// Portals wrap values in more variants than the signature has.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     return value;
@@ -46,7 +46,7 @@ QVariant unwrapped(QVariant value) {
 MotionPreference::MotionPreference(QDBusConnection bus) : bus_(std::move(bus)) {
     bus_.connect(portalService, portalPath, settingsInterface, "SettingChanged", this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
-    // At login, the program may be there before the portal is.
+    // At login, the program may start before the portal.
     auto* const arrival =
         new QDBusServiceWatcher(portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
     connect(arrival, &QDBusServiceWatcher::serviceRegistered, this, &MotionPreference::askAll);
@@ -61,7 +61,7 @@ void MotionPreference::ask(const Setting& setting) {
     QDBusMessage question =
         QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, "Read");
     question << setting.first << setting.second;
-    question.setAutoStartService(false); // a desktop that has a portal runs it
+    question.setAutoStartService(false); // desktops start their portal themselves
     auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, setting, answer] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;

@@ -13,13 +13,13 @@ namespace kelvinbar {
 
 namespace {
 
-/// How long to wait for another process that writes, in milliseconds.
+/// How long to wait for another process to finish writing, in milliseconds.
 constexpr int longestTurn = 1000;
 
 } // namespace
 
 PreferencesFile::PreferencesFile(const QString& name, Log& log) : QtUserDefaults("kelvinbar", name, log) {
-    const QStringList keys = settings().allKeys(); // a section is read when it is first asked for
+    const QStringList keys = settings().allKeys(); // also makes QSettings read the file
     log.write(LogCategory::preferences, LogLevel::info, [&] {
         return settings().fileName().toStdString() + " holds " + std::to_string(keys.size()) + " values";
     });
@@ -36,8 +36,8 @@ void PreferencesFile::change(const std::function<void()>& make) {
     QtUserDefaults::change(make);
 }
 
-/// What another process has written is seen by the file's size and time. Two changes within the grain of that
-/// time might look like one.
+/// QSettings detects changes of other processes by the file's size and modification time. Two changes within
+/// the resolution of that time could look like one.
 void PreferencesFile::waitForAnotherTimeStamp() {
     constexpr std::chrono::milliseconds grain{10};
     const QDateTime changed = QFileInfo(settings().fileName()).lastModified();

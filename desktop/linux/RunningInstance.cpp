@@ -13,7 +13,7 @@ RunningInstance::RunningInstance(QDBusConnection bus, const QString& name, std::
     new RunningInstanceAdaptor(
         *this); // NOLINT(cppcoreguidelines-owning-memory): the object owns its adaptors
     if (!bus_.isConnected()) return;
-    // The object first: who finds the name finds it too.
+    // Register the object before the name, so that whoever sees the name can call it.
     bus_.registerObject(path_, this);
     isThisOne_ = bus_.registerService(name_);
 }

@@ -15,8 +15,7 @@ ActiveInput::~ActiveInput() { QObject::disconnect(state_); }
 
 void ActiveInput::prepare(QWindow& window) {
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    // The system takes some time to bring the program to the front; such a window would not be seen until
-    // then.
+    // Activation takes a while. Without this, a tool window would stay invisible until then.
     window.setProperty("_q_macAlwaysShowToolWindow", true);
     requests_.activate();
 }
@@ -31,9 +30,9 @@ void ActiveInput::take(QWindow& window, std::function<void()> onElsewhere) {
 void ActiveInput::giveBack(QWindow& window) {
     window_ = nullptr;
     presses_ = nullptr;
-    // The user who turned to another program is there already.
+    // If the user has activated another program, there is nothing to hide.
     if (!isActive_) return;
-    // A window that is hidden together with its program would come back with it.
+    // A window that is hidden only with its program would reappear with it.
     window.hide();
     isHiding_ = true;
     requests_.hide();
@@ -51,7 +50,7 @@ void ActiveInput::stateChanged(Qt::ApplicationState state) {
 
 void ActiveInput::turnElsewhere() const {
     if (window_ == nullptr) return;
-    const auto elsewhere = onElsewhere_; // which gives the input back
+    const auto elsewhere = onElsewhere_; // a copy: the call may replace onElsewhere_
     elsewhere();
 }
 

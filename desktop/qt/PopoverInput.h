@@ -5,16 +5,17 @@
 
 namespace kelvinbar {
 
-/// Port: how the window of a popover stands above others and gets the user's input. Main thread.
+/// Port: keeps the window of a popover above others, gives it the user's input, and detects when the user
+/// dismisses it. Main thread.
 class PopoverInput {
   public:
     virtual ~PopoverInput() = default;
-    /// Before the window is shown.
+    /// Sets the window's flags. Call before it is shown.
     virtual void prepare(QWindow& window) = 0;
-    /// Gives the window, which is on the screen, keyboard and pointer, also when it has them already.
-    /// `onElsewhere` is called when the user then turns to something else.
+    /// Gives the window keyboard and pointer input. Call when it is exposed; repeated calls are allowed.
+    /// Calls `onElsewhere` when the user clicks outside or turns to another program.
     virtual void take(QWindow& window, std::function<void()> onElsewhere) = 0;
-    /// Before the window goes.
+    /// Releases the input. Call before the window is hidden.
     virtual void giveBack(QWindow& window) = 0;
 };
 

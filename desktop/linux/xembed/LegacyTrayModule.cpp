@@ -1,4 +1,4 @@
-// Icons in trays of the older kind, as a module that the program loads where no newer tray runs.
+// Icons in XEmbed trays, as a module that is loaded if no StatusNotifierItem tray runs.
 
 #include "desktop/linux/LegacyTray.h"
 
