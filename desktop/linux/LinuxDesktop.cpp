@@ -1,7 +1,7 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
 #include "desktop/linux/GrabbedInput.h"
-#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"

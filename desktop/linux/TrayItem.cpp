@@ -65,8 +65,8 @@ TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHan
               activate({place, QSize(1, 1)});
           },
           log)
-    , legacyIcon_(makeLegacyTrayIcon([this](QRect place) { activate(place); })) {
-    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishLegacyIcon(); });
+    , xembedIcon_(makeXEmbedTrayIcon([this](QRect place) { activate(place); })) {
+    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishXEmbedIcon(); });
     log_.write(LogCategory::tray, LogLevel::debug, [style] { return describedStyle(style); });
     content_.title = "Kelvinbar";
     content_.toolTipTitle = "Kelvinbar";
@@ -104,7 +104,7 @@ void TrayItem::publish() {
     const auto pinned = handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
     content_.iconPixmaps = iconPixmaps(pinned);
     item_.setContent(content_);
-    publishLegacyIcon();
+    publishXEmbedIcon();
     publishMenu(pinned);
 }
 
@@ -117,17 +117,17 @@ StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pi
 }
 
 /// Shows the XEmbed icon only while no watcher runs, so that the item is in one tray at a time.
-void TrayItem::publishLegacyIcon() {
-    if (legacyIcon_ == nullptr) return;
+void TrayItem::publishXEmbedIcon() {
+    if (xembedIcon_ == nullptr) return;
     const bool isNeeded = !item_.hasWatcher() && !content_.iconPixmaps.isEmpty();
-    if (isNeeded && std::exchange(legacyPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
+    if (isNeeded && std::exchange(xembedPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
         QList<QImage> sizes;
         for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
-        legacyIcon_->setIcon(sizes);
+        xembedIcon_->setIcon(sizes);
     }
-    if (isNeeded) legacyIcon_->setToolTip(content_.toolTipText);
-    legacyIcon_->setShown(isNeeded);
-    if (std::exchange(isInLegacyTray_, isNeeded) == isNeeded) return;
+    if (isNeeded) xembedIcon_->setToolTip(content_.toolTipText);
+    xembedIcon_->setShown(isNeeded);
+    if (std::exchange(isInXEmbedTray_, isNeeded) == isNeeded) return;
     log_.write(LogCategory::tray, LogLevel::info,
                isNeeded ? "the icon is offered to an XEmbed tray"
                         : "the icon is taken out of the XEmbed tray");

@@ -2,7 +2,7 @@
 
 #include "base/Log.h"
 #include "desktop/Desktop.h"
-#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/ReadingIcon.h"
 #include "desktop/linux/StatusMenu.h"
 #include "desktop/linux/StatusNotifierItem.h"
@@ -61,7 +61,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void publishSoon();
     void publish();
     void publishMenu(const std::vector<PinnedReading>& pinned);
-    void publishLegacyIcon();
+    void publishXEmbedIcon();
     [[nodiscard]] StatusNotifierPixmaps iconPixmaps(const std::vector<PinnedReading>& pinned);
 
     TrayStyle style_;
@@ -74,12 +74,12 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierPixmaps ownIcon_;
     QString drawnText_;
     StatusNotifierPixmaps drawnIcon_;
-    StatusNotifierPixmaps legacyPixmaps_; ///< content of `legacyIcon_`
+    StatusNotifierPixmaps xembedPixmaps_; ///< content of `xembedIcon_`
     bool isPublishPosted_ = false;
-    bool isInLegacyTray_ = false;
+    bool isInXEmbedTray_ = false;
     StatusMenu menu_;
     StatusNotifierItem item_;
-    std::unique_ptr<LegacyTrayIcon> legacyIcon_; ///< null if XEmbed trays are not supported
+    std::unique_ptr<XEmbedTrayIcon> xembedIcon_; ///< null if XEmbed trays are not supported
 };
 
 /// Creates items in the desktop's tray. Main thread.

@@ -19,21 +19,22 @@ namespace kelvinbar {
 class Log;
 
 /// An icon in an XEmbed tray. The destructor removes it. Main thread.
-class LegacyTrayIcon {
+class XEmbedTrayIcon {
   public:
-    virtual ~LegacyTrayIcon() = default;
+    virtual ~XEmbedTrayIcon() = default;
+    /// The same image in several sizes.
     virtual void setIcon(const QList<QImage>& sizes) = 0;
     virtual void setToolTip(const QString& text) = 0;
     virtual void setShown(bool isShown) = 0;
 };
 
 /// The functions of the module. Null if it is not loaded.
-struct LegacyTrayModule {
+struct XEmbedTrayModule {
     /// Creates an application object that supports these icons. The caller owns it.
     QGuiApplication* (*makeApplication)(int& argc, char** argv) = nullptr;
     /// Creates an icon, hidden at first. A click calls `onActivated` with the icon's frame on the screen. The
     /// caller owns the result.
-    LegacyTrayIcon* (*makeIcon)(std::function<void(QRect)> onActivated) = nullptr;
+    XEmbedTrayIcon* (*makeIcon)(std::function<void(QRect)> onActivated) = nullptr;
 };
 
 /// Creates the program's application object. It supports XEmbed trays if no StatusNotifierItem tray runs at
@@ -41,6 +42,6 @@ struct LegacyTrayModule {
 std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log);
 
 /// Creates an icon. Null if the application object does not support XEmbed trays.
-std::unique_ptr<LegacyTrayIcon> makeLegacyTrayIcon(std::function<void(QRect)> onActivated);
+std::unique_ptr<XEmbedTrayIcon> makeXEmbedTrayIcon(std::function<void(QRect)> onActivated);
 
 } // namespace kelvinbar

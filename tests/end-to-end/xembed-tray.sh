@@ -1,5 +1,5 @@
 # The program in a tray of the older kind, which embeds windows.
-scenario=legacy-tray
+scenario=xembed-tray
 source "$(dirname "$0")/desktop.sh"
 source "$(dirname "$0")/hosts.sh"
 
