@@ -29,8 +29,8 @@ bool containsAny(std::string_view text, std::span<const std::string_view> parts)
 
 /// `name` cut to what fits into the registry's 128-byte name buffer with its terminating zero.
 std::string nameBufferText(const std::string& name) {
-    constexpr std::size_t room = 127;
-    return name.substr(0, std::min(name.find('\0'), room));
+    constexpr std::size_t capacity = 127;
+    return name.substr(0, std::min(name.find('\0'), capacity));
 }
 
 /// The parts of an entry that all its properties share. Read once per entry.

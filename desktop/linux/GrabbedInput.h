@@ -12,14 +12,14 @@ namespace kelvinbar {
 class GrabbedInput final : public QObject, public PopoverInput {
   public:
     void prepare(QWindow& window) override;
-    void take(QWindow& window, std::function<void()> onElsewhere) override;
-    void giveBack(QWindow& window) override;
+    void acquire(QWindow& window, std::function<void()> onDismissed) override;
+    void release(QWindow& window) override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    std::function<void()> onElsewhere_;
-    bool isPressedElsewhere_ = false;
+    std::function<void()> onDismissed_;
+    bool isPressedOutside_ = false;
 };
 
 } // namespace kelvinbar

@@ -26,12 +26,12 @@ class MotionPreference final : public QObject {
   private:
     using Setting = std::pair<QString, QString>; ///< group and name
 
-    void askAll();
-    void ask(const Setting& setting);
-    void note(const Setting& setting, QVariant value);
+    void readAll();
+    void read(const Setting& setting);
+    void update(const Setting& setting, QVariant value);
 
     QDBusConnection bus_;
-    std::map<Setting, bool> asksForLess_; ///< only settings that the desktop has
+    std::map<Setting, bool> isReduced_; ///< only settings that the desktop has
 
   private slots: // NOLINT(readability-redundant-access-specifiers)
     void settingChanged(const QString& group, const QString& name, const QDBusVariant& value);

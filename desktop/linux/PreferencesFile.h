@@ -18,7 +18,7 @@ class PreferencesFile final : public QtUserDefaults {
     void change(const std::function<void()>& make) override;
 
   private:
-    void waitForAnotherTimeStamp();
+    void waitForDistinctTimeStamp();
     bool keepDamagedFileAside();
 
     bool isDamaged_ = false;

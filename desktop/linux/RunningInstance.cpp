@@ -28,8 +28,8 @@ void RunningInstance::activateOther() const {
     QDBusMessage call =
         QDBusMessage::createMethodCall(name_, path_, "org.freedesktop.Application", "Activate");
     call << QVariantMap();
-    constexpr int patience = 5000; // milliseconds
-    bus_.call(call, QDBus::Block, patience);
+    constexpr int timeout = 5000; // milliseconds
+    bus_.call(call, QDBus::Block, timeout);
 }
 
 } // namespace kelvinbar

@@ -20,14 +20,14 @@ void ActiveInput::prepare(QWindow& window) {
     requests_.activate();
 }
 
-void ActiveInput::take(QWindow& window, std::function<void()> onElsewhere) {
+void ActiveInput::acquire(QWindow& window, std::function<void()> onDismissed) {
     window_ = &window;
-    onElsewhere_ = std::move(onElsewhere);
-    if (presses_ == nullptr) presses_ = requests_.watchPresses([this] { turnElsewhere(); });
+    onDismissed_ = std::move(onDismissed);
+    if (presses_ == nullptr) presses_ = requests_.watchPresses([this] { dismiss(); });
     if (!window.isActive()) window.requestActivate();
 }
 
-void ActiveInput::giveBack(QWindow& window) {
+void ActiveInput::release(QWindow& window) {
     window_ = nullptr;
     presses_ = nullptr;
     // If the user has activated another program, there is nothing to hide.
@@ -44,14 +44,14 @@ void ActiveInput::stateChanged(Qt::ApplicationState state) {
     if (isActive_) {
         if (window_ != nullptr) window_->requestActivate();
     } else if (!isOwnDoing) {
-        turnElsewhere();
+        dismiss();
     }
 }
 
-void ActiveInput::turnElsewhere() const {
+void ActiveInput::dismiss() const {
     if (window_ == nullptr) return;
-    const auto elsewhere = onElsewhere_; // a copy: the call may replace onElsewhere_
-    elsewhere();
+    const auto dismissed = onDismissed_; // a copy: the call may replace onDismissed_
+    dismissed();
 }
 
 } // namespace kelvinbar

@@ -30,17 +30,17 @@ class ActiveInput final : public PopoverInput {
     ~ActiveInput() override;
 
     void prepare(QWindow& window) override;
-    void take(QWindow& window, std::function<void()> onElsewhere) override;
-    void giveBack(QWindow& window) override;
+    void acquire(QWindow& window, std::function<void()> onDismissed) override;
+    void release(QWindow& window) override;
 
   private:
     void stateChanged(Qt::ApplicationState state);
-    void turnElsewhere() const;
+    void dismiss() const;
 
     Requests requests_;
     QMetaObject::Connection state_;
     QPointer<QWindow> window_; ///< null while no window has the input
-    std::function<void()> onElsewhere_;
+    std::function<void()> onDismissed_;
     std::shared_ptr<void> presses_;
     bool isActive_;         ///< whether the program is active, as last reported by the system
     bool isHiding_ = false; ///< hiding was requested and has not taken effect

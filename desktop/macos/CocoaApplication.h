@@ -19,7 +19,7 @@ bool systemPrefersReducedMotion();
 
 /// Calls `onPress` on the main thread for every mouse press in another program as long as the result lives.
 /// Null if the system refuses. Main thread.
-std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress);
+std::shared_ptr<void> watchPressesInOtherPrograms(std::function<void()> onPress);
 
 /// If an older instance of the same application runs for this user, notifies its ReopenObserver and returns
 /// true. Main thread.

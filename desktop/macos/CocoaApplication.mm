@@ -94,14 +94,14 @@ bool systemPrefersReducedMotion() {
     }
 }
 
-std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress) {
+std::shared_ptr<void> watchPressesInOtherPrograms(std::function<void()> onPress) {
     @autoreleasepool {
         id const monitor = [NSEvent addGlobalMonitorForEventsMatchingMask:anyPress
                                                                   handler:^(NSEvent*) {
                                                                     // It may remove the monitor and this
                                                                     // block.
-                                                                    const auto tell = onPress;
-                                                                    tell();
+                                                                    const auto handler = onPress;
+                                                                    handler();
                                                                   }];
         if (monitor == nil) return nullptr;
         return {const_cast<void*>(CFBridgingRetain(monitor)), [](void* kept) {

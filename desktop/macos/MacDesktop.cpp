@@ -59,8 +59,9 @@ class MacDesktop final : public Desktop {
     AccessoryApplication application_;
     CocoaStatusBar statusBar_;
     MainAppLoginItem loginItem_;
-    ActiveInput popoverInput_{
-        {.activate = activateApplication, .hide = hideApplication, .watchPresses = watchPressesElsewhere}};
+    ActiveInput popoverInput_{{.activate = activateApplication,
+                               .hide = hideApplication,
+                               .watchPresses = watchPressesInOtherPrograms}};
     QtUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;

@@ -13,10 +13,10 @@ class PopoverInput {
     /// Sets the window's flags. Call before it is shown.
     virtual void prepare(QWindow& window) = 0;
     /// Gives the window keyboard and pointer input. Call when it is exposed; repeated calls are allowed.
-    /// Calls `onElsewhere` when the user clicks outside or turns to another program.
-    virtual void take(QWindow& window, std::function<void()> onElsewhere) = 0;
+    /// Calls `onDismissed` when the user clicks outside or turns to another program.
+    virtual void acquire(QWindow& window, std::function<void()> onDismissed) = 0;
     /// Releases the input. Call before the window is hidden.
-    virtual void giveBack(QWindow& window) = 0;
+    virtual void release(QWindow& window) = 0;
 };
 
 } // namespace kelvinbar

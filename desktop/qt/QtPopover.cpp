@@ -81,7 +81,7 @@ void QtPopover::performClose() {
     if (!std::exchange(isShown_, false)) return;
     log_.write(LogCategory::panel, LogLevel::info, "closed");
     if (window_ != nullptr) {
-        input_.giveBack(*window_);
+        input_.release(*window_);
         window_->hide();
         window_->removeEventFilter(this);
     }
@@ -92,7 +92,7 @@ bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
     if (watched != window_ || !isShown_) return false;
     // Only an exposed window can grab the pointer.
     if (event->type() == QEvent::Expose && window_->isExposed()) {
-        input_.take(*window_, [this] {
+        input_.acquire(*window_, [this] {
             if (isTransient_) performClose();
         });
     }
