@@ -15,15 +15,15 @@
 
 namespace kelvinbar::fakes {
 
-/// A controller that answers from a list of keys and counts what it is asked. `intercept` may change any
-/// answer or give another return code.
+/// A controller with a list of keys. Records every call. `intercept` can change any reply or return another
+/// code.
 class FakeSMCDriver final : public SMCDriver {
   public:
     struct Key {
         std::string name;
         std::string type;
         std::vector<std::uint8_t> bytes;
-        std::uint32_t announcedSize = 0; ///< instead of the number of bytes, unless 0
+        std::uint32_t announcedSize = 0; ///< reported size; 0 for the number of bytes
         std::uint8_t infoResult = 0;
         std::uint8_t readResult = 0;
         std::uint8_t attributes = 0;
@@ -43,14 +43,14 @@ class FakeSMCDriver final : public SMCDriver {
     ReturnCode openCode = kernSuccess;
     Connection openConnection = 7;
     std::vector<Key> keys;
-    Intercept intercept; ///< called with the fake's answer; a code it gives is returned instead of success
+    Intercept intercept; ///< called with the fake's reply; its code, if any, replaces success
 
     std::vector<std::string> searchedClasses;
     int openCount = 0;
     std::vector<Connection> closed;
     std::vector<Call> calls;
 
-    /// Adds `name` with its bytes; "#KEY" is not made up but added like any other.
+    /// Adds a key. "#KEY" must be added like any other.
     FakeSMCDriver& add(std::string name, std::string type, std::vector<std::uint8_t> bytes) {
         keys.push_back({std::move(name), std::move(type), std::move(bytes)});
         return *this;
