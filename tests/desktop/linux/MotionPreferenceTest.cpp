@@ -43,7 +43,7 @@ class FakeSettingsPortal final : public QObject, protected QDBusContext {
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
-    /// Portals wrap the value twice.
+    /// Wraps the value in two variants, as portals do.
     QDBusVariant Read(const QString& group, const QString& name) {
         ++readCount_;
         const auto found = settings_.find({group, name});

@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 class StatusMenuTest : public testing::Test {
   protected:
-    /// An entry whose action notes its text.
+    /// An entry whose action records its text.
     StatusMenuEntry entry(const QString& text) {
         return {text, [this, text] { done_.push_back(text.toStdString()); }};
     }

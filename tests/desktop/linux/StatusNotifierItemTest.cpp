@@ -40,7 +40,7 @@ StatusNotifierContent sampleContent() {
 class StatusNotifierItemTest : public testing::Test {
   protected:
     StatusNotifierItem& makeItem() {
-        item_ = nullptr; // of two items on one connection, the first would take the second's place with it
+        item_ = nullptr; // otherwise the old item would unregister the new one
         item_ = std::make_unique<StatusNotifierItem>(
             bus_.connection(), [this](QPoint place) { places_.push_back(place); }, recording_.log);
         return *item_;
@@ -52,7 +52,7 @@ class StatusNotifierItemTest : public testing::Test {
         return waitFor([&] { return watcher_.items().size() >= count; });
     }
 
-    /// What the host hears of each signal when the content changes from the sample's.
+    /// How often the host receives each signal when the content changes from the sample.
     std::vector<qsizetype> signalsFor(const StatusNotifierContent& content) {
         StatusNotifierItem& item = makeItem();
         item.setContent(sampleContent());
@@ -275,7 +275,7 @@ TEST_F(StatusNotifierItemTest, LogsWatchersAndItsRegistration) {
 TEST_F(StatusNotifierItemTest, WarnsOfAWatcherThatRefusesIt) {
     const PrivateBus other;
     auto bus = other.connection();
-    ASSERT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher")); // without the object that is called
+    ASSERT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher")); // without its object
     makeItem();
     ASSERT_TRUE(waitFor([&] { return recording_.lines().size() >= 2; }));
     EXPECT_THAT(recording_.lines().back(), StartsWith("kelvinbar: the tray refuses the status item: "));

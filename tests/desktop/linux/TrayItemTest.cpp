@@ -24,7 +24,7 @@ using testing::ElementsAreArray;
 constexpr TrayStyle withLabels{.showsLabels = true, .isDark = true};
 constexpr TrayStyle withoutLabels{.showsLabels = false, .isDark = true};
 
-/// A tray item as its host sees it.
+/// A tray item and its host.
 class Tray {
   public:
     explicit Tray(TrayStyle style)
@@ -43,7 +43,7 @@ class Tray {
 
     void setTitle(const std::string& text) {
         item.setTitle({text, {}});
-        QCoreApplication::processEvents(); // which publishes it
+        QCoreApplication::processEvents(); // publishes it
     }
 
     void setOwnIcon() {
@@ -232,7 +232,7 @@ TEST(TrayItem, TellsOfTitleAndToolTipTogether) {
     tray.item.setTitle({"50°", {}});
     tray.item.setToolTip("CPU: 50 °C");
     EXPECT_EQ(questions, 0);
-    QCoreApplication::processEvents(); // which publishes both
+    QCoreApplication::processEvents(); // publishes both
     EXPECT_EQ(tray.host.heard("XAyatanaNewLabel").size(), 1);
     EXPECT_EQ(tray.host.heard("NewToolTip").size(), 1);
     EXPECT_EQ(questions, 1);
