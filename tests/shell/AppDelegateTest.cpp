@@ -35,7 +35,7 @@ using namespace std::chrono_literals;
 
 constexpr std::string_view toolTipWithoutPins = "Kelvinbar - double-click up to 6 sensors to show them here";
 
-/// Writes down in the shell's journal which passes over the machine begin.
+/// Records in the shell's journal when a pass starts.
 class JournalingBackgroundQueue final : public BackgroundQueue {
   public:
     JournalingBackgroundQueue(ShellJournal& journal, BackgroundQueue& queue)
@@ -69,7 +69,7 @@ struct AppDelegateTest : StoreFixture {
 
     void pin(const Keys& keys) { defaults.values.setTextList("KelvinbarMenuBarKeys", keys); }
 
-    /// Makes the delegate, whose store's first refresh then waits.
+    /// Creates the delegate. The store's first refresh then waits in the queue.
     void makeDelegate() {
         delegate = std::make_unique<AppDelegate>(shell.ports(mainQueue, notifications),
                                                  StorePorts{.machine = machineOfStore,
@@ -80,7 +80,7 @@ struct AppDelegateTest : StoreFixture {
                                                             .wallClock = wallClock});
     }
 
-    /// Launches, and lets the store's first refresh end before.
+    /// Launches after the store's first refresh has ended.
     void launch() {
         makeDelegate();
         finishPasses();
@@ -88,7 +88,7 @@ struct AppDelegateTest : StoreFixture {
         delegate->applicationDidFinishLaunching();
     }
 
-    /// The same, and forgets what was done by then.
+    /// The same, and clears the journal.
     void launchAndForget() {
         launch();
         forget();
@@ -115,7 +115,7 @@ struct AppDelegateTest : StoreFixture {
         mainQueue.drain();
     }
 
-    /// What the passes that wait ask the controller for.
+    /// Runs the waiting passes and returns the keys that they read.
     [[nodiscard]] Keys keysAskedByPasses() {
         driver().calls.clear();
         finishPasses();
@@ -132,7 +132,7 @@ struct AppDelegateTest : StoreFixture {
 
     [[nodiscard]] Entries taken() { return shell.journal.taken(); }
 
-    /// The entries so far that begin so.
+    /// Clears the journal and returns its entries that begin with `beginning`.
     [[nodiscard]] Entries takenOf(std::string_view beginning) {
         Entries entries = shell.journal.taken();
         std::erase_if(entries, [&](const auto& entry) { return !entry.starts_with(beginning); });
@@ -153,7 +153,7 @@ const std::string pinnedToolTip = "Kelvinbar • TC0P • CPU Proximity: 40 °C"
 const std::string launchTimer = "timer: started, every 3000 ms, tolerance 100 ms";
 const std::string fastTimer = "timer: started, every 1000 ms, tolerance 20 ms";
 
-/// What gives the shown panel a size.
+/// The calls that resize the shown panel.
 Entries sizeOfShownPanel(const std::string& size) {
     return {"popover: content size " + size, "content: view size " + size, "content: needs layout",
             "content: window size " + size};

@@ -71,7 +71,7 @@ TEST_F(LoginItem, ARegistrationThatAwaitsApprovalIsNotEnabledAndDoesNotSound) {
 
 TEST_F(LoginItem, TheServiceIsAskedAnewEachTime) {
     EXPECT_TRUE(manager.setEnabled(true));
-    service.registered = false; // the user, in the system's settings
+    service.registered = false; // by the user, in the system's settings
     EXPECT_FALSE(manager.isEnabled());
     EXPECT_TRUE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, (Entries{"login item: register", "login item: register"}));
