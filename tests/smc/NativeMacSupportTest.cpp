@@ -51,7 +51,7 @@ class NativeMacSupportTest : public testing::Test {
     }
 };
 
-// Entries of the system information
+// sysctl entries
 
 TEST_F(NativeMacSupportTest, ASystemTextEndsAtItsZeroByte) {
     system.entries["hw.model"] = "Model1,1\0behind\0"s;

@@ -28,7 +28,7 @@ const SourceStatus unavailable{.isAvailable = false,
                                .message = "AppleSMC service not available. This app is intended for "
                                           "Hackintosh/macOS systems with SMC emulation."};
 
-/// The four-character key of a number, different for each below 10000.
+/// A four-character key for a number below 10000, different for each.
 std::string numberedKey(std::uint32_t number) {
     const std::string digits = std::to_string(number);
     return std::string(4 - digits.size(), '0') + digits;
@@ -57,7 +57,7 @@ class SMCBridgeTest : public testing::Test {
         });
     }
 
-    /// Makes every key a readable one of one byte.
+    /// Makes every key readable, with one byte.
     void answerEveryKey() {
         driver.intercept = [](const SMCParamBlock& input, SMCParamBlock& output) {
             output = {};

@@ -72,13 +72,13 @@ TEST(SMCKeyText, BytesAfterTheZeroByteDoNotCountAsText) { EXPECT_EQ(fourCharStri
 
 TEST(SMCKeyText, AFourCharCodeThatIsNotUtf8IsEmpty) {
     for (const std::uint32_t code : {
-             0xFFFE4142U, // no lead byte
-             0x80414243U, // a continuation byte alone
-             0x616263C3U, // cut off in a character
+             0xFFFE4142U, // invalid lead byte
+             0x80414243U, // continuation byte without a lead byte
+             0x616263C3U, // incomplete character
              0xC0AF4142U, // overlong
              0xEDA08041U, // a surrogate
              0xF5808080U, // above U+10FFFF
-             0xC3004142U, // the zero byte cuts the character off
+             0xC3004142U, // character cut by the zero byte
          }) {
         SCOPED_TRACE(code);
         EXPECT_EQ(fourCharString(code), "");

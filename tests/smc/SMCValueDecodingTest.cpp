@@ -21,7 +21,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using namespace std::string_view_literals;
 
-/// The code of a type of up to four bytes, zero bytes behind shorter ones.
+/// The code of a type of up to four bytes, padded with zero bytes.
 std::uint32_t typeCode(std::string_view type) {
     std::string padded(type);
     padded.resize(4, '\0');
@@ -39,7 +39,7 @@ SMCParamBlock blockOf(std::string_view type, const Bytes& bytes) {
     return block;
 }
 
-/// The decoded reading; an empty one, which no value decodes to, when there is none.
+/// The decoded reading. An empty one, which no value decodes to, if decoding fails.
 RawReading decoded(std::string_view type, const Bytes& bytes) {
     const auto reading = dictionaryForKey("TC0P", blockOf(type, bytes));
     EXPECT_TRUE(reading.has_value());
@@ -67,7 +67,7 @@ void expectHex(std::string_view type, const Bytes& bytes) { expectText(type, byt
 
 Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 
-/// The value of a hex digit, or nothing; apart from the code under test.
+/// The value of a hex digit. Independent of the code under test.
 std::optional<int> hexDigit(char character) {
     const auto at = "0123456789abcdef"sv.find(
         static_cast<char>(character >= 'A' && character <= 'F' ? character + ('a' - 'A') : character));
@@ -80,8 +80,8 @@ std::string printableCharacters() {
     return characters;
 }
 
-/// Expects that the bytes 80 01, which are the whole number `whole`, are that many times 2^-`bits` under
-/// `type`, or hex where there are no bits.
+/// Expects that the bytes 80 01, the integer `whole`, decode to `whole` * 2^-`bits` as `type`, or to hex if
+/// there is no value for `bits`.
 void expectFraction(std::string_view type, int whole, std::optional<int> bits) {
     const RawReading reading = decoded(type, {0x80, 0x01});
     EXPECT_EQ(reading.numericValue, bits ? std::optional(std::ldexp(whole, -*bits)) : std::nullopt);
