@@ -28,7 +28,7 @@ struct StoreShutdown : StoreFixture {
 
 struct StoreDestruction : StoreFixture {
     void SetUp() override {
-        // Pins and hidden keys that a result would drop, and so write.
+        // Pins and hidden keys that applying a result would remove from the preferences.
         defaults.values.setTextList("KelvinbarMenuBarKeys", {"TG0D", "TC0P"});
         defaults.values.setTextList("KelvinbarHiddenKeys", {"TM0P"});
         setKeys(driver(), {temperatureKey("TC0P", 40)});

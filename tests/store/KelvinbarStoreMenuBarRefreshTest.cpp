@@ -230,7 +230,7 @@ TEST_F(StoreMenuBarRefresh, LeavesStatusHiddenKeysAndDisplayModeAlone) {
     forgetHistory();
     wallClock.time += 1s;
     refreshMenuBarOnly();
-    // One visible reading more, and the hidden one was not among the results.
+    // One more visible reading. The hidden one is not in the results.
     EXPECT_EQ(events, (Events{"readings: TC0P=40 TG0D=50 TC1C=41", "lastUpdated: now",
                               "post: KelvinbarMenuBarReadingChanged"}));
     EXPECT_EQ(store->hiddenKeys().value(), KeySet{"TG0D"});

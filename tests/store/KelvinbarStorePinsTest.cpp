@@ -37,7 +37,7 @@ struct StorePins : StoreFixture {
 
 struct StoreMenuBar : StorePins {};
 
-/// Over a source that names its own readings.
+/// A store over a source that names its own readings.
 struct StoreSelfNamedKeys : StoreFixture {
     const std::string processor = "k10temp-pci-00c3/temp1";
     const std::string drive = "nvme-pci-0100/temp1";

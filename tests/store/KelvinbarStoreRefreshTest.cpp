@@ -28,7 +28,7 @@ using namespace std::chrono_literals;
 struct StoreConstruction : StoreFixture {};
 
 struct StoreRefresh : StoreFixture {
-    /// The service goes; the connection is closed, or it would go on to serve.
+    /// Removes the service and closes the connection, which would otherwise still work.
     void removeController() {
         store->shutdown();
         driver().hasService = false;
@@ -38,7 +38,7 @@ struct StoreRefresh : StoreFixture {
 struct StoreDiscovery : StoreRefresh {
     void SetUp() override { makeRefreshedStore({temperatureKey("TC0P", 40)}); }
 
-    /// How many discoveries a refresh makes now.
+    /// Refreshes and returns how often that discovered keys.
     [[nodiscard]] std::size_t discoveriesOfARefresh() {
         const std::size_t before = discoveryCount(driver());
         refresh();
@@ -355,7 +355,7 @@ TEST_F(StoreResult, AnUnchangedOneTellsNobodyButTheTimeAndTheStatus) {
 TEST_F(StoreResult, ADifferenceInAnyFieldOfAReadingCounts) {
     makeRefreshedStore({{.name = "VC0C", .type = "fp88", .bytes = {1, 0x80}}});
     recordEvents();
-    // The same value and number in other bytes.
+    // The same value and number with other bytes.
     setKeys(driver(), {{.name = "VC0C", .type = "fp88", .bytes = {1, 0x80, 0}}});
     refresh();
     EXPECT_EQ(events.at(1), "readings: VC0C=1.5");

@@ -33,7 +33,7 @@ using Keys = std::vector<std::string>;
 constexpr std::string_view nothingReadable =
     "AppleSMC connected, but no compatible sensor key returned a real value";
 
-/// A fixed list that shows whether it was read.
+/// A fixed list that differs from all other lists, to detect that it was read.
 const KeySet fixedKeys{"TM0P", "TG0D"};
 
 ControllerKey floatKey(std::string name, std::vector<std::uint8_t> littleEndian) {
@@ -68,7 +68,7 @@ struct LoadPassReadings : testing::Test {
 
     [[nodiscard]] std::size_t registryWalks() const { return machine.registry->walkedPlanes.size(); }
 
-    /// A pass that discovers, where `known` was found before; with registry fans.
+    /// Runs a pass that discovers, with registry fans. `known` was found before.
     [[nodiscard]] SMCLoadResult discover(const KeySet& known) const { return read(true, known, true); }
 
     /// The same without registry fans.
@@ -295,7 +295,7 @@ TEST_F(LoadPassCancellation, DuringDiscoveryTheWalkEndsAndNoKeyIsRead) {
     EXPECT_EQ(result.discoveredKeys, (KeySet{"TC0P", "TC1C"}));
     EXPECT_EQ(result.statusMessage, "Refresh cancelled");
     EXPECT_EQ(askedKeys(driver()), Keys{});
-    // The number of keys takes two calls, each of the three listed keys one.
+    // Two calls for the number of keys, one for each of the three listed keys.
     EXPECT_EQ(driver().calls.size(), 5U);
     EXPECT_EQ(registryWalks(), 0U);
 }

@@ -15,7 +15,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// What a controller returns for CPU Proximity.
+/// The result of a controller for CPU Proximity.
 RawReading controllerResult() {
     return {.key = "TC0P",
             .type = "sp78",
