@@ -32,7 +32,7 @@ struct KeyHistory {
 
 /// Port: something that sensor values come from, such as a controller, the kernel or a recorded snapshot.
 ///
-/// The store asks in this order: `status`, now and then `discoverKeys`, then `readCandidateKeys`. All
+/// The store calls, in this order: `status`, now and then `discoverKeys`, then `readCandidateKeys`. All
 /// functions block until the hardware has answered. They may be called from any thread, also from two
 /// threads at once; each source has its own lock. Nothing throws: what cannot be read is left out.
 class SensorSource {

@@ -77,7 +77,7 @@ QList<int> StatusMenuAdaptor::EventGroup(const QList<StatusMenuEvent>& events) {
     return {};
 }
 
-// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
+// NOLINTBEGIN(readability-convert-member-functions-to-static): D-Bus calls them on the object
 bool StatusMenuAdaptor::AboutToShow(int /*id*/) { return false; }
 
 QList<int> StatusMenuAdaptor::AboutToShowGroup(const QList<int>& /*ids*/, QList<int>& /*idErrors*/) {
