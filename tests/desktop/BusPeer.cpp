@@ -58,7 +58,7 @@ QVariantMap BusPeer::properties() {
     return reply.isValid() ? reply.value() : QVariantMap();
 }
 
-QList<QVariantList> BusPeer::heard(const QString& signal) {
+QList<QVariantList> BusPeer::received(const QString& signal) {
     // Messages arrive in order, so all signals sent before the reply have been received with it.
     static_cast<void>(callInterface("org.freedesktop.DBus.Peer", "Ping", {}));
     QList<QVariantList> found;

@@ -43,7 +43,7 @@ class BusPeer final : public QObject {
     QVariantMap properties();
 
     /// The arguments of each received `signal`, including those sent just before this call.
-    QList<QVariantList> heard(const QString& signal);
+    QList<QVariantList> received(const QString& signal);
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 

@@ -193,7 +193,7 @@ class FakePopoverContentFactory final : public PopoverContentFactory {
         std::function<void()> completion;
     };
 
-    bool givesWindows = true;
+    bool hasWindows = true;
     std::vector<const KelvinbarStore*> stores;
     std::vector<std::function<void()>> closeActions;
     std::vector<Animation> animations; ///< started; the test completes them
@@ -218,7 +218,7 @@ class FakePopoverContentFactory final : public PopoverContentFactory {
         void setViewNeedsLayout() override { add("content: needs layout"); }
 
         [[nodiscard]] bool hasWindow() const override {
-            return factory_.givesWindows && factory_.popover_.isShown();
+            return factory_.hasWindows && factory_.popover_.isShown();
         }
 
         void setWindowContentSize(Size size) override { add("content: window size " + sizeText(size)); }
@@ -306,7 +306,7 @@ class FakeScreens final : public Screens {
 
 class FakeLoginItemService final : public LoginItemService {
   public:
-    bool letsRegister = true;
+    bool allowsRegistration = true;
     bool registered = false;
     bool succeeds = true;
     bool needsApproval = false; ///< registering succeeds, but does not enable the item
@@ -316,13 +316,13 @@ class FakeLoginItemService final : public LoginItemService {
     /// Restores the initial state and clears the journal.
     void reset() {
         journal_.entries.clear();
-        letsRegister = true;
+        allowsRegistration = true;
         registered = false;
         succeeds = true;
         needsApproval = false;
     }
 
-    [[nodiscard]] bool canRegister() const override { return letsRegister; }
+    [[nodiscard]] bool canRegister() const override { return allowsRegistration; }
 
     [[nodiscard]] bool isRegistered() const override { return registered; }
 

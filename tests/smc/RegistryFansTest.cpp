@@ -244,7 +244,7 @@ TEST_F(RegistryFansTest, ADriverWordCountsNowhereElse) {
     }
 }
 
-TEST_F(RegistryFansTest, ThePartsOfTheDescriptionAreJoinedByOneBlank) {
+TEST_F(RegistryFansTest, ThePartsOfTheDescriptionAreJoinedByOneSpace) {
     // The parts are joined by spaces, which no word contains. Joined directly, they would form a word.
     Dictionary properties = usualFan("CPU Fan");
     properties.set("compatible", "virtual");
@@ -538,19 +538,19 @@ TEST_F(RegistryFansTest, AnotherClassNameOrPropertyOrSpeedMakesAnotherFan) {
     EXPECT_THAT(registryFans.read(), SizeIs(5));
 }
 
-TEST_F(RegistryFansTest, TheLettersOfClassNameAndNameMakeDifferentFansWhenSplitElsewhere) {
+TEST_F(RegistryFansTest, TheSameLettersSplitDifferentlyIntoClassNameAndNameAreDifferentFans) {
     registry.add("VirtualSMCa", "b", property("CPU Fan", 1450.0));
     registry.add("VirtualSMC", "ab", property("CPU Fan", 1450.0));
     EXPECT_THAT(registryFans.read(), SizeIs(2));
 }
 
-TEST_F(RegistryFansTest, TheLettersOfNameAndPropertyMakeDifferentFansWhenSplitElsewhere) {
+TEST_F(RegistryFansTest, TheSameLettersSplitDifferentlyIntoNameAndPropertyAreDifferentFans) {
     registry.add("VirtualSMC", "a", property("bFan", 1450.0));
     registry.add("VirtualSMC", "ab", property("Fan", 1450.0));
     EXPECT_THAT(namesOf(registryFans.read()), ElementsAre("bFan", "Fan"));
 }
 
-TEST_F(RegistryFansTest, TheDigitsOfPropertyAndSpeedMakeDifferentFansWhenSplitElsewhere) {
+TEST_F(RegistryFansTest, TheSameDigitsSplitDifferentlyIntoPropertyAndSpeedAreDifferentFans) {
     addDriver(property("Fan 1", 450.0));
     addDriver(property("Fan ", 1450.0));
     EXPECT_THAT(registryFans.read(), SizeIs(2));

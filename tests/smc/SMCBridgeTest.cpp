@@ -183,7 +183,7 @@ TEST_F(SMCBridgeTest, DiscoveryListsARepeatedKeyOnceWhereItCameFirst) {
     EXPECT_THAT(bridge.discoverKeys(), ElementsAre("#KEY", "TC0P", "TC1P"));
 }
 
-TEST_F(SMCBridgeTest, DiscoveryTellsKeysApartByCase) {
+TEST_F(SMCBridgeTest, DiscoveryIsCaseSensitive) {
     driver.addKeyCount(3).add("TC0P", "sp78", {1, 2}).add("TC0p", "sp78", {1, 2});
     EXPECT_THAT(bridge.discoverKeys(), ElementsAre("#KEY", "TC0P", "TC0p"));
 }
@@ -295,7 +295,7 @@ TEST_F(SMCBridgeTest, ReadingAllKeysIsEmptyWithoutAConnection) {
 
 // Candidates
 
-TEST_F(SMCBridgeTest, CandidatesAreReadInTheGivenOrder) {
+TEST_F(SMCBridgeTest, CandidatesAreReadInTheOrderOfTheArgument) {
     driver.add("TC0P", "sp78", {0x28, 0x80}).add("VTT ", "ui8 ", {9}).add("#KEY", "ui32", {0, 0, 0, 3});
     const std::vector<std::string> keys{"VTT ", "#KEY", "TC0P"};
     const auto results = bridge.readCandidateKeys(keys);

@@ -446,7 +446,7 @@ TEST_F(SMCConnectionTest, TheDriversCodeCountsBeforeTheControllersResult) {
     expectFailedRead("TC0P", noResponse);
 }
 
-TEST_F(SMCConnectionTest, AKeyKeepsItsTrailingBlankInTheCall) {
+TEST_F(SMCConnectionTest, AKeyKeepsItsTrailingSpaceInTheCall) {
     driver.add("VTT ", "sp78", {1, 2});
     ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block;

@@ -49,9 +49,9 @@ class CrowdedDriver final : public SMCDriver {
                                 std::size_t& /*outputSize*/) override {
         const Presence presence(*this);
         ++calls;
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        const SMCParamBlock reply = answerTo(question);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        const SMCParamBlock reply = answerTo(request);
         std::memcpy(output.data(), &reply, sizeof(reply));
         return kernSuccess;
     }
@@ -78,14 +78,14 @@ class CrowdedDriver final : public SMCDriver {
         CrowdedDriver& driver_;
     };
 
-    static SMCParamBlock answerTo(const SMCParamBlock& question) {
+    static SMCParamBlock answerTo(const SMCParamBlock& request) {
         SMCParamBlock reply;
-        if (question.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
-            reply.dataSize = sizeOfKey(question.key);
-            reply.dataType = ~question.key;
+        if (request.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
+            reply.dataSize = sizeOfKey(request.key);
+            reply.dataType = ~request.key;
         } else {
-            for (std::size_t index = 0; index < question.dataSize; ++index) {
-                reply.bytes.at(index) = byteOfKey(question.key, index);
+            for (std::size_t index = 0; index < request.dataSize; ++index) {
+                reply.bytes.at(index) = byteOfKey(request.key, index);
             }
         }
         return reply;
@@ -187,9 +187,9 @@ class InterruptedDriver final : public SMCDriver {
     ReturnCode callStructMethod(Connection /*connection*/, std::uint32_t /*selector*/,
                                 std::span<const std::byte> input, std::span<std::byte> output,
                                 std::size_t& /*outputSize*/) override {
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        const auto command = static_cast<SMCCommand>(question.command);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        const auto command = static_cast<SMCCommand>(request.command);
         if (command == SMCCommand::readBytes && previous_ == SMCCommand::keyByIndex) wasInterrupted = true;
         previous_ = command;
         SMCParamBlock reply;

@@ -11,7 +11,7 @@ namespace kelvinbar {
 
 namespace {
 
-TEST(SMCKeyText, FourCharactersFromBlankToTildeArePrintable) {
+TEST(SMCKeyText, FourCharactersFromSpaceToTildeArePrintable) {
     for (const std::string_view key : {"TC0P", "#KEY", "VTT ", "    ", "~~~~", " ~ ~"}) {
         SCOPED_TRACE(key);
         EXPECT_TRUE(isPrintableSMCKey(key));
@@ -46,7 +46,7 @@ TEST(SMCKeyText, TheFirstCharacterOfAKeyIsPackedIntoTheMostSignificantByte) {
     EXPECT_EQ(packedSMCKey("#KEY"), 0x234B4559U);
 }
 
-TEST(SMCKeyText, ShortTextsArePackedWithBlanksBehind) {
+TEST(SMCKeyText, ShortTextsArePaddedWithSpaces) {
     EXPECT_EQ(packedSMCKey("TC0"), 0x54433020U);
     EXPECT_EQ(packedSMCKey("T"), 0x54202020U);
     EXPECT_EQ(packedSMCKey(""), 0x20202020U);
@@ -90,7 +90,7 @@ TEST(SMCKeyText, AFourCharCodeMayHoldCharactersOfSeveralBytes) {
     EXPECT_EQ(fourCharString(0xF09F9880U), "\U0001F600");
 }
 
-TEST(SMCKeyText, PackingAndUnpackingAKeyGivesTheKey) {
+TEST(SMCKeyText, PackingAndUnpackingAKeyReturnsTheKey) {
     for (const std::string_view key : {"TC0P", "VTT ", "    ", "~!#$"}) {
         SCOPED_TRACE(key);
         EXPECT_EQ(fourCharString(packedSMCKey(key)), key);

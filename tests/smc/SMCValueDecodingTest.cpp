@@ -148,7 +148,7 @@ TEST(SMCValueDecoding, BytesBeyondTheSizeAreIgnored) {
     EXPECT_EQ(reading->size, 2U);
 }
 
-TEST(SMCValueDecoding, TheKeyIsTheGivenOneNotTheBlocks) {
+TEST(SMCValueDecoding, TheKeyIsTheArgumentNotTheBlocks) {
     SMCParamBlock block = blockOf("ui8 ", {1});
     block.key = packedSMCKey("XXXX");
     EXPECT_EQ(dictionaryForKey("TC0P", block).value_or(RawReading()).key, "TC0P");
@@ -156,7 +156,7 @@ TEST(SMCValueDecoding, TheKeyIsTheGivenOneNotTheBlocks) {
 
 // Types as text
 
-TEST(SMCValueDecoding, TheTypeKeepsItsTrailingBlanksAndEndsAtAZeroByte) {
+TEST(SMCValueDecoding, TheTypeKeepsItsTrailingSpacesAndEndsAtAZeroByte) {
     EXPECT_EQ(decoded("flt ", {1}).type, "flt ");
     EXPECT_EQ(decoded("ui8\0"sv, {1}).type, "ui8");
     EXPECT_EQ(decoded("ui\0008"sv, {1}).type, "ui");
@@ -411,7 +411,7 @@ TEST(SMCValueDecoding, OtherTypesAreNeverShownAsText) {
     }
 }
 
-TEST(SMCValueDecoding, TextIsTrimmedOfZeroBytesBlanksTabsAndLineEndsAtBothEnds) {
+TEST(SMCValueDecoding, ZeroBytesSpacesTabsAndLineEndsAreTrimmedAtBothEndsOfAText) {
     expectText("ch8*", bytesOf(" \n\r\t\0AB C\t \r\n\0"sv), "AB C");
     for (const char padding : {'\0', ' ', '\n', '\r', '\t'}) {
         SCOPED_TRACE(static_cast<int>(padding));

@@ -37,7 +37,7 @@ inline void setKeys(FakeSMCDriver& driver, const std::vector<ControllerKey>& key
 }
 
 /// The keys that were read, in order, without "#KEY".
-inline std::vector<std::string> askedKeys(const FakeSMCDriver& driver) {
+inline std::vector<std::string> keysRead(const FakeSMCDriver& driver) {
     std::vector<std::string> keys;
     for (const FakeSMCDriver::Call& call : driver.calls) {
         if (call.command == SMCCommand::readKeyInfo && call.key != "#KEY") keys.push_back(call.key);

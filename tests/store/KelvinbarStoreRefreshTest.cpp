@@ -13,8 +13,8 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::askedKeys;
 using fakes::discoveryCount;
+using fakes::keysRead;
 using fakes::setKeys;
 using fakes::StoreFixture;
 using fakes::temperatureKey;
@@ -161,12 +161,12 @@ TEST_F(StoreRefresh, WithoutReadingsItShowsThatItIsLoading) {
 
 TEST_F(StoreRefresh, ReadsTheCatalogueOnlyWhileNothingIsDiscovered) {
     makeRefreshedStore({});
-    EXPECT_EQ(askedKeys(driver()), Keys(SMCKeyDatabase::allKeys().begin(), SMCKeyDatabase::allKeys().end()));
+    EXPECT_EQ(keysRead(driver()), Keys(SMCKeyDatabase::allKeys().begin(), SMCKeyDatabase::allKeys().end()));
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     refresh();
     forgetHistory();
     refresh();
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
 }
 
 TEST_F(StoreRefresh, ReadsRegistryFans) {
@@ -324,7 +324,7 @@ TEST_F(StoreResult, IsAppliedOnlyOnTheMainThread) {
     EXPECT_EQ(readingKeys(), Keys{"TC0P"});
 }
 
-TEST_F(StoreResult, ObserversSeeTheOldValueWhileTheyAreTold) {
+TEST_F(StoreResult, ObserversSeeTheOldValueWhileTheyAreCalled) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     makeStore();
     std::size_t before = 99;
@@ -339,7 +339,7 @@ TEST_F(StoreResult, ObserversSeeTheOldValueWhileTheyAreTold) {
     EXPECT_EQ(after, 1U);
 }
 
-TEST_F(StoreResult, AnUnchangedOneTellsNobodyButTheTimeAndTheStatus) {
+TEST_F(StoreResult, AnUnchangedResultReportsOnlyTheTimeAndTheStatus) {
     defaults.values.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
     defaults.values.setTextList("KelvinbarHiddenKeys", {"TC0P"});
     makeRefreshedStore({temperatureKey("TC0P", 40)});
@@ -453,13 +453,13 @@ TEST_F(StoreResult, ANewRefreshMayStartFromItsNotifications) {
 TEST_F(StoreResult, TheRefreshStillRunsWhileItsFieldsAreAssigned) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     makeStore();
-    int told = 0;
+    int calls = 0;
     const Registration registration = store->isLoading().observe([&](bool /*isLoading*/) {
-        ++told;
+        ++calls;
         store->refresh(true);
     });
     finishPasses();
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
     EXPECT_EQ(backgroundQueue.startedCount, 1U);
 }
 

@@ -50,7 +50,7 @@ TEST_F(KeyContinuityTest, AFormerKeyBecomesTheKeyOfToday) {
     EXPECT_EQ(continuity.currentKey("TC0T"), "cpu/temp1");
 }
 
-TEST_F(KeyContinuityTest, AKeyThatWasNeverGivenToAnythingElseIsLeftAlone) {
+TEST_F(KeyContinuityTest, AKeyThatNoOtherSensorHadIsKept) {
     continuity.learn({.places = {}, .formerKeys = Keys{{"TC0T", "cpu/temp1"}}});
     EXPECT_EQ(continuity.currentKey("TC0P"), "TC0P");
     EXPECT_EQ(continuity.currentKey("cpu/temp1"), "cpu/temp1");

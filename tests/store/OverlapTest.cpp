@@ -61,7 +61,7 @@ std::optional<std::size_t> indexOfKey(std::string_view key) {
     return static_cast<std::size_t>(found - controllerKeys.begin());
 }
 
-void giveWay(std::size_t times) {
+void yieldThread(std::size_t times) {
     for (std::size_t time = 0; time < times; ++time) std::this_thread::yield();
 }
 
@@ -106,9 +106,9 @@ class UnreliableDriver final : public SMCDriver {
         ++keyCalls_;
         if (!open_.contains(connection)) ++callsWithoutConnection_;
         if (fails(16)) return 0xE00002BC;
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        const SMCParamBlock reply = answer(question);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        const SMCParamBlock reply = answer(request);
         std::memcpy(output.data(), &reply, sizeof(reply));
         return kernSuccess;
     }
@@ -125,7 +125,7 @@ class UnreliableDriver final : public SMCDriver {
       public:
         explicit Visit(UnreliableDriver& driver) : driver_(driver) {
             if (driver_.busy_.exchange(true, std::memory_order_relaxed)) ++driver_.callsAtOnce_;
-            giveWay(driver_.random_() % 3);
+            yieldThread(driver_.random_() % 3);
         }
 
         Visit(const Visit&) = delete;
@@ -142,13 +142,13 @@ class UnreliableDriver final : public SMCDriver {
         return random_() % times == 0 && !reliable.load(std::memory_order_relaxed);
     }
 
-    SMCParamBlock answer(const SMCParamBlock& question) {
+    SMCParamBlock answer(const SMCParamBlock& request) {
         SMCParamBlock reply;
         if (fails(16)) {
             reply.result = 0x85;
-        } else if (question.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex)) {
-            reply.key = packedSMCKey(controllerKeys.at(question.data32 % controllerKeys.size()));
-        } else if (const std::string key = fourCharString(question.key); key == "#KEY") {
+        } else if (request.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex)) {
+            reply.key = packedSMCKey(controllerKeys.at(request.data32 % controllerKeys.size()));
+        } else if (const std::string key = fourCharString(request.key); key == "#KEY") {
             reply.dataSize = 4;
             reply.dataType = packedSMCKey("ui32");
             reply.bytes[3] = controllerKeys.size();
@@ -182,7 +182,7 @@ class SharedRegistry final : public IORegistry {
 
     std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view /*plane*/) override {
         if (meetingPoint != nullptr) meetingPoint->arrive_and_wait();
-        giveWay(3);
+        yieldThread(3);
         return std::make_unique<Iterator>(fan_);
     }
 
@@ -369,7 +369,7 @@ class RandomUser {
             replaceStore();
             break;
         default:
-            giveWay(random_() % 64);
+            yieldThread(random_() % 64);
             break;
         }
         if (random_() % 2 == 0) program_.runWaitingResults();
@@ -389,7 +389,7 @@ class RandomUser {
     void replaceStore() {
         if (random_() % 2 == 0) program_.store().shutdown();
         program_.destroyStore();
-        giveWay(random_() % 64);
+        yieldThread(random_() % 64);
         program_.makeStore();
     }
 

@@ -296,7 +296,7 @@ TEST_F(AutostartEntryTest, AnEntryWithoutACommandIsNotRegistered) {
     EXPECT_FALSE(entry().isRegistered());
 }
 
-TEST_F(AutostartEntryTest, BlanksAroundTheEqualsSignDoNotMatter) {
+TEST_F(AutostartEntryTest, SpacesAroundTheEqualsSignDoNotMatter) {
     write("[Desktop Entry]\nType = Application\nName = Kelvinbar\nExec = kelvinbar\nHidden = true\n");
     EXPECT_FALSE(entry().isRegistered());
     EXPECT_TRUE(entry().registerItem());
@@ -406,7 +406,7 @@ TEST_F(AutostartEntryTest, SettingsAndSoundAreTheDesktops) {
 
 // The command
 
-TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneBlank) {
+TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneSpace) {
     EXPECT_EQ(desktopExecValue({"/usr/bin/kelvinbar"}), R"("/usr/bin/kelvinbar")");
     EXPECT_EQ(desktopExecValue({"/opt/my tools/kelvinbar", "--a b"}), R"("/opt/my tools/kelvinbar" "--a b")");
 }
@@ -429,7 +429,7 @@ TEST(DesktopExecValue, StaysOnOneLine) {
     EXPECT_EQ(desktopExecValue({"a\tb"}), R"("a\tb")");
 }
 
-TEST(DesktopExecValue, TellsABackslashBeforeAnNFromTheEndOfALine) {
+TEST(DesktopExecValue, DistinguishesABackslashBeforeAnNFromALineFeed) {
     EXPECT_EQ(desktopExecValue({R"(a\nb)"}), R"("a\\\\nb")");
 }
 

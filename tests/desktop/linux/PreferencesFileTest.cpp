@@ -193,7 +193,7 @@ TEST_F(PreferencesFileTest, FindsANumberInATextThatIsOne) {
     EXPECT_EQ(onDisk()->number("text"), 500.5);
 }
 
-TEST_F(PreferencesFileTest, FindsNothingInWhatIsNoneOfItsTypes) {
+TEST_F(PreferencesFileTest, IgnoresValuesOfOtherTypes) {
     write("[General]\nkey=@ByteArray(abc)\nsize=@Size(4 5)\n");
     const auto defaults = open();
     for (const auto* const key : {"key", "size"}) {
@@ -203,7 +203,7 @@ TEST_F(PreferencesFileTest, FindsNothingInWhatIsNoneOfItsTypes) {
     }
 }
 
-TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithABlank) {
+TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithASpace) {
     auto defaults = open();
     defaults.setText("VTT ", "a");
     defaults.setText("VTT", "b");
@@ -306,7 +306,7 @@ TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
 
 class DamagedUserDefaultsTest : public PreferencesFileTest, public testing::WithParamInterface<QByteArray> {};
 
-TEST_P(DamagedUserDefaultsTest, GivesDefaultsAndReportsOnce) {
+TEST_P(DamagedUserDefaultsTest, ReturnsDefaultsAndReportsOnce) {
     write(GetParam());
     const auto defaults = open();
     const Preferences preferences = loadPreferences(defaults);

@@ -292,7 +292,7 @@ TEST_F(QtPopoverTest, ClosesWithoutAHandler) {
     EXPECT_FALSE(popover_.isShown());
 }
 
-TEST_F(QtPopoverTest, AnAnimationEndsAtItsSizeAndSaysSoOnce) {
+TEST_F(QtPopoverTest, AnAnimationEndsAtItsSizeAndCompletesOnce) {
     popover_.setContentSize({200, 54});
     show();
     int completions = 0;
