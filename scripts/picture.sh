@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Draws docs/snapshot.svg, the README's picture: what kelvinbar-snapshot prints for a sample machine.
+# Draws docs/snapshot.svg for the README: the output of kelvinbar-snapshot for a sample machine.
 # usage: scripts/picture.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
