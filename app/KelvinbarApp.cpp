@@ -19,7 +19,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// A full refresh and one of the pinned readings may run at once.
+/// A full refresh and a refresh of the pinned readings may run at the same time.
 constexpr std::size_t backgroundThreads = 2;
 
 std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
@@ -30,14 +30,14 @@ std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
     return pinned;
 }
 
-/// The program as the system starts it again at login.
+/// The command that starts the program at login.
 std::vector<std::string> startCommand(const std::optional<std::string>& machineName) {
     std::vector<std::string> command{QCoreApplication::applicationFilePath().toStdString()};
     if (machineName) command.push_back(*machineName);
     return command;
 }
 
-/// The parts that live as long as the program, in the order in which they need each other.
+/// The parts that live as long as the program. Each needs those before it.
 struct Parts {
     Parts(Desktop& desktopOfUser, const Machine& machine, Log& ownLog)
         : log(ownLog)

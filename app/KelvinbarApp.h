@@ -9,15 +9,17 @@
 
 namespace kelvinbar {
 
-/// The program: everything it is made of, put together. It has no window of its own but the panel.
+/// The composition root of the desktop programs: creates the machine, the desktop and the delegate, connects
+/// them, and runs the event loop.
 class KelvinbarApp {
   public:
-    /// Makes the machine of that name, whose sources may keep the log. The name is empty for a program
-    /// without a choice of machines.
+    /// Creates the machine of that name, whose sources may keep the reference to the log. The name is empty
+    /// for a program without a choice of machines.
     using MachineMaker = std::function<Machine(std::string_view name, Log& log)>;
 
-    /// Runs the program over a machine until it is told to end, answers an option such as --help, or hands
-    /// over to the instance that runs already. The exit status.
+    /// Runs the program until it is asked to quit. Returns earlier if an option such as --help has been
+    /// answered, or if another instance runs, which then opens its panel. Returns the exit status. Main
+    /// thread.
     static int run(int& argc, char** argv, const ProgramDescription& program,
                    const MachineMaker& makeMachine);
 };

@@ -13,7 +13,7 @@ class LazyPanel final : public QtPopoverContent {
     LazyPanel(KelvinbarStore& store, PanelHandlers handlers, Log& log)
         : store_(store), handlers_(std::move(handlers)), log_(log) {}
 
-    void setViewSize(Size /*size*/) override {} // the view follows its window
+    void setViewSize(Size /*size*/) override {} // the view has the size of its window
 
     void setViewNeedsLayout() override {
         if (QWindow* const own = window()) own->requestUpdate();

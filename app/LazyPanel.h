@@ -9,11 +9,12 @@
 
 namespace kelvinbar {
 
-/// Makes panels that are loaded when they are first shown: a program that only shows its title carries no
-/// view engine.
+/// Creates panels that load the view engine when they are first shown, so that a program whose panel stays
+/// closed does not pay for it. Main thread.
 class LazyPanelFactory final : public PopoverContentFactory {
   public:
-    /// `handlers`: what the panels ask of the program, but for what closes each. The log outlives the panels.
+    /// `handlers` are used for every panel, except for closing, which `make` sets. The log must outlive the
+    /// panels.
     LazyPanelFactory(PanelHandlers handlers, Log& log) : handlers_(std::move(handlers)), log_(log) {}
 
     std::unique_ptr<PopoverContent> make(KelvinbarStore& store, std::function<void()> closeAction) override;

@@ -1,4 +1,4 @@
-// The panel as a module, which is loaded when the panel is first opened.
+// The panel as a module, loaded when it is first opened.
 
 #include "app/PanelMaker.h"
 #include "desktop/qt/Modules.h"

@@ -1,4 +1,4 @@
-// The panel as a part of the program.
+// The panel linked into the program.
 
 #include "app/PanelMaker.h"
 

@@ -5,7 +5,8 @@
 
 namespace kelvinbar {
 
-/// The panel's window over the store, which outlives it. Null when it cannot be loaded, which is logged.
+/// The panel's window over `store`, which must outlive it. Null if the panel cannot be loaded; the reason is
+/// logged. Main thread.
 std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers, Log& log);
 
 } // namespace kelvinbar

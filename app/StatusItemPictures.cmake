@@ -1,4 +1,4 @@
-# The pictures of the status item, in every size that trays ask for.
+# The images of the status item, in every size that trays request.
 set(artwork_folder "${CMAKE_CURRENT_BINARY_DIR}/artwork")
 set(artwork_sides 16 22 24 32 48)
 file(MAKE_DIRECTORY "${artwork_folder}")

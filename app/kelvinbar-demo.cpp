@@ -1,4 +1,4 @@
-// kelvinbar-demo: the same program over a made-up machine.
+// kelvinbar-demo: the same program with the readings of an invented machine.
 
 #include "app/KelvinbarApp.h"
 #include "machines/Platform.h"

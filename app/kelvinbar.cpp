@@ -1,4 +1,4 @@
-// kelvinbar: the readings of this machine in its menu bar or tray.
+// kelvinbar: shows the readings of this machine in the menu bar or tray.
 
 #include "app/KelvinbarApp.h"
 #include "machines/Platform.h"

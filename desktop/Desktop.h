@@ -11,33 +11,43 @@
 
 class QGuiApplication;
 
+/// The desktop that the program runs on. One interface covers Linux and macOS: the build selects the folder
+/// that implements it, and the rest of the program does not know which.
+///
+/// The composition root calls `makeApplication` first, because a desktop needs the toolkit, then
+/// `makeDesktop`, `handOverToRunningInstance` and `setHandlers`. Every reference that a Desktop returns is
+/// valid as long as the Desktop.
+///
+/// Limits: one Desktop per process, main thread only. Pitfall: until `setHandlers` is called, requests of the
+/// desktop, such as those of a second instance, are dropped.
 namespace kelvinbar {
 
 class Log;
 class PopoverInput;
 class UserDefaults;
 
-/// A pinned reading as a status item may show it beside its title.
+/// A pinned reading, for status items that show more than their title, such as a menu.
 struct PinnedReading {
     std::string name;
-    std::string value;        ///< with its unit
-    std::string compactValue; ///< as in the title
+    std::string value;        ///< with unit
+    std::string compactValue; ///< short form, as in the title
 
     friend bool operator==(const PinnedReading&, const PinnedReading&) = default;
 };
 
-/// What the desktop asks of the program. Main thread.
+/// Called by the desktop. Main thread.
 struct DesktopHandlers {
     std::function<std::vector<PinnedReading>()> pinnedReadings;
     std::function<void()> openPanel;
     std::function<void()> quit;
 };
 
-/// What differs from desktop to desktop. Main thread.
+/// The services of a desktop. Main thread.
 class Desktop {
   public:
     virtual ~Desktop() = default;
-    /// Whether another instance of the program runs for this user. That one then opens its panel.
+    /// If another instance runs for this user, asks it to open its panel and returns true. The caller then
+    /// exits.
     virtual bool handOverToRunningInstance() = 0;
     virtual void setHandlers(DesktopHandlers handlers) = 0;
     virtual Application& application() = 0;
@@ -45,19 +55,19 @@ class Desktop {
     virtual LoginItemService& loginItemService() = 0;
     virtual PopoverInput& popoverInput() = 0;
     virtual UserDefaults& userDefaults() = 0;
-    /// Whether the user has asked the desktop for less motion.
+    /// Whether the user has enabled reduced motion.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
 
-    /// Empty for a system without symbols of its own.
+    /// Empty if the system has no symbols.
     [[nodiscard]] virtual SystemSymbols systemSymbols() const { return {}; }
 };
 
-/// The toolkit's application object, as the desktop needs it. Removes the toolkit's options from the
-/// arguments.
+/// Creates the toolkit's application object, of the class that the desktop needs. Removes the toolkit's
+/// options from the arguments. `argc` and `argv` must outlive the result.
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log);
 
-/// The desktop that the program runs on. `name` is the program's; `command` starts it again. The log outlives
-/// the desktop.
+/// `name` is the program's file name, `command` starts the program again at login. The log must outlive the
+/// result.
 std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
                                      Log& log);
 

@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QSize>
 
+/// Conversions between the core's geometry, in points, and Qt's, in device-independent pixels. The two units
+/// are the same. Fractions are rounded to the nearest pixel.
 namespace kelvinbar {
 
 inline Rect rectOf(const QRect& rect) {

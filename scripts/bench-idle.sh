@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What the program costs while its panel is closed: six pinned readings at fast sampling on the demo machine, over
-# real ticks, beside a Qt program that does nothing. usage: scripts/bench-idle.sh [SECONDS]
+# Measures the program with a closed panel: six pinned readings at fast sampling on the demo machine, in real time,
+# compared with a Qt program that does nothing. usage: scripts/bench-idle.sh [SECONDS]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export seconds=${1:-60}
@@ -14,11 +14,11 @@ source scripts/empty-home.sh
 
 xvfb-run --auto-servernum dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null
   source scripts/demo-preferences.sh
-  # Sleeps that a thread ended by itself: how often it woke.
+  # Voluntary context switches: how often the thread woke up.
   wakeups() { awk '/^voluntary/ { sum += $2 } END { print sum }' "$@"; }
   cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
 
-  # measure NAME COMMAND…: the last $seconds of a program that has come to rest.
+  # measure NAME COMMAND…: measures a program for $seconds after it has become idle.
   measure() {
     local name=$1 pid main workers cpu
     shift

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What the panel costs: opening it in the whole program, on a display of its own beside a tray, and a refresh while it
-# is open. usage: scripts/bench-panel.sh
+# Measures opening the panel of the whole program, on a virtual display with a tray, and a refresh while it is open.
+# usage: scripts/bench-panel.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh bench desktop
@@ -15,7 +15,7 @@ preferences 'KelvinbarMenuBarKeys=TC0P, F0Ac'
 
 echo "The whole program on the demo machine"
 xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-session -- bash -euo pipefail <<'EOS' 2>/dev/null
-  # A tray, as every desktop with a status area has one.
+  # Desktops have a tray, so the benchmark has one too.
   screen_width=1280 screen_height=1000 panel_height=28
   source tests/end-to-end/hosts.sh
   start_lxqt_panel

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Reads a made-up /sys of 200 channels through Kelvinbar, through libsensors, and as bare reads in place, all in one
-# run, and prints the processor time and the system calls of a pass, and the time of a discovery. usage: scripts/bench-sensors.sh [CHANNELS]
+# Reads a generated /sys of 200 channels with Kelvinbar, with libsensors, and with plain reads, all in one run. Prints
+# processor time and system calls per pass, and the time of a discovery. usage: scripts/bench-sensors.sh [CHANNELS]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 channels=${1:-200}
@@ -11,7 +11,7 @@ scripts/install-dependencies.sh bench
 } >&2
 export program="$PWD/build/bench/bench/kelvinbar_sensor_bench" channels
 
-# The tree lies over the real one, for this process alone: libsensors looks nowhere else.
+# Mounts the tree over /sys, for this process only: libsensors cannot read another place.
 own_mounts=(unshare --mount)
 [[ $(id -u) -eq 0 ]] || own_mounts=(unshare --user --map-root-user --mount)
 "${own_mounts[@]}" bash -euo pipefail <<'EOS'
@@ -19,7 +19,7 @@ own_mounts=(unshare --mount)
   mkdir /sys/class/hwmon
   "$program" /sys/class/hwmon tree "$channels"
 
-  # The calls of ten passes without those of a start.
+  # The calls of ten passes, without those of starting the program.
   calls() {
     local passes file count=()
     file=$(mktemp)

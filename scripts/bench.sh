@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the benchmarks and prints what docs/performance.md reports: ratios to the floor measured in the same
-# run, and the growth per key. usage: scripts/bench.sh
+# Runs the benchmarks and prints the numbers for docs/performance.md: ratios to the floor measured in the same run, and
+# the growth per key. usage: scripts/bench.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh bench

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Fails when a source is not as clang-format would write it. usage: scripts/check-format.sh [--fix]
+# Checks that all sources are formatted with clang-format, or formats them. usage: scripts/check-format.sh [--fix]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh check

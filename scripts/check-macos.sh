@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Checks the macOS part on a machine that is no Mac: builds it for both architectures against declarations of our own,
-# links it, holds what it takes from the system against lists, runs the analyser and the tests over I/O Kit, and proves
-# that each of these can fail. What stays unproven is in docs/macos.md. usage: scripts/check-macos.sh
+# Checks the macOS part on Linux: builds it for both architectures against our own declarations, links it, compares its
+# imports with lists, runs the analyser and the tests over I/O Kit, and proves that each check can fail. docs/macos.md
+# lists what this cannot check. usage: scripts/check-macos.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
 work=$PWD/build/macos
@@ -14,13 +14,13 @@ fetch_compiler() {
   mkdir -p "$work"
   cmp -s scripts/macos/package-lock.json "$work/fetched" && return
   cp scripts/macos/package.json scripts/macos/package-lock.json "$work/"
-  # npm trusts its own list of authorities; this machine's may know more.
+  # npm has its own list of certificate authorities; that of this machine may be longer.
   export NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
   (cd "$work" && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error)
   cp scripts/macos/package-lock.json "$work/fetched"
 }
 
-# write_program FILE COMMAND…: a program that runs the command with its arguments.
+# write_program FILE COMMAND…: writes a program that runs the command and passes its arguments on.
 write_program() {
   printf '#!/bin/sh\nexec %s "$@"\n' "${*:2}" >"$1"
   chmod +x "$1"
@@ -34,7 +34,7 @@ write_compilers() {
   write_program "$folder/ranlib" "'$toolchain/zig' ranlib"
 }
 
-# The libraries of headers that are needed, apart from what is beside them on this machine.
+# Header-only libraries, separated from the other headers of this machine.
 offer_libraries() {
   local folder=$work/libraries
   mkdir -p "$folder/include" "$folder/lib/cmake/CLI11"
@@ -47,7 +47,7 @@ set_target_properties(CLI11::CLI11 PROPERTIES
 CMAKE
 }
 
-# Sources of the program over the toolkit, a folder's as one: their headers take most of the time.
+# Sources that use the toolkit, joined per folder, because including its headers takes most of the time.
 gather_toolkit_sources() {
   local folder
   mkdir -p "$work/toolkit"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the program, its console programs and its benchmarks; any finding fails. Sources of a target are
-# looked at together, since their headers take most of the time. The tests are held to the same checks, but take a
-# quarter of an hour: name them to have them checked.
+# Runs clang-tidy over the program, the console programs and the benchmarks. Fails on any finding. Sources of a target
+# are checked together, because their headers take most of the time. Tests must pass the same checks, but take a quarter
+# of an hour, so they are checked only on request.
 # usage: scripts/check-tidy.sh [FOLDER …]   (for example: scripts/check-tidy.sh tests/smc)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -11,7 +11,7 @@ folders=("$@")
 scripts/install-dependencies.sh check
 cmake --preset tidy >/dev/null
 pattern=$(IFS='|'; echo "${folders[*]}")
-# The unity sources include other sources on purpose.
+# Unity sources include other sources on purpose.
 run-clang-tidy -quiet -p build/tidy -j "$(nproc)" -checks=-bugprone-suspicious-include \
   -header-filter="^$PWD/(base|catalogue|smc|store|shell|panel|qt|machines|desktop|app|resources|tools|tests|bench|fuzz)/" \
   "^$PWD/($pattern)/" "^$PWD/build/tidy/($pattern)/(?!.*qmlcache).*/Unity/unity_([0-9]+|models)_" 2>/dev/null

@@ -1,3 +1,3 @@
 # shellcheck shell=bash
-# Sourced. preferences LINE …: what the demo finds.
+# Sourced. preferences LINE …: writes the preferences of kelvinbar-demo.
 preferences() { printf '[General]\n%s\n' "$@" >"$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf"; }

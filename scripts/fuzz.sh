@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Runs every fuzz target for SECONDS each, from the seeds in the repository. usage: scripts/fuzz.sh [SECONDS]   (60)
+# Runs each fuzz target for SECONDS, starting with the seeds in the repository.
+# usage: scripts/fuzz.sh [SECONDS]   (default: 60)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that a task needs where their content is missing; with nothing missing it needs
-# no root. usage: scripts/install-dependencies.sh TASK …   (the tasks are the keys of `packages` below)
+# Installs the Debian packages that a task needs and whose content is missing. Needs root only if something is missing.
+# usage: scripts/install-dependencies.sh TASK …   (the tasks are the keys of `packages` below)
 set -euo pipefail
 
-# package -> a program or a file that tells whether its content is here, wherever that came from
+# package -> a program or file that shows that the content is present, even if it did not come from the package
 declare -A evidence=(
   [g++]=g++ [cmake]=cmake [ninja-build]=ninja [libcli11-dev]=/usr/include/CLI/CLI.hpp
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h

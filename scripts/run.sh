@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds Kelvinbar and runs it: in the tray of the desktop, or without a display on a virtual one.
+# Builds Kelvinbar and runs it in the tray of the desktop, or on a virtual display if there is none.
 # usage: scripts/run.sh                                  the program
-#        scripts/run.sh ARGUMENTS OF kelvinbar-snapshot  a snapshot alone, on the console
+#        scripts/run.sh ARGUMENTS OF kelvinbar-snapshot  only a snapshot, on the console
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=build/release
@@ -10,7 +10,7 @@ build() {
   {
     scripts/install-dependencies.sh run "${@:2}"
     cmake --preset release
-    # shellcheck disable=SC2086  # names of targets
+    # shellcheck disable=SC2086  # several target names
     cmake --build --preset release --target $1
   } >&2
 }

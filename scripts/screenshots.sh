@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Draws the README's pictures of the panel: every main state, on the demo machine, for a screen of twice the density,
-# with Inter as the interface font. usage: scripts/screenshots.sh
+# Draws the README's pictures of the panel in its main states: the demo machine, twice the pixel density, Inter as the
+# interface font. usage: scripts/screenshots.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh test pictures

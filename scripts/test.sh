@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs all tests under the address and undefined-behaviour sanitizers, then the whole program, built as
-# users run it, in real panels. usage: scripts/test.sh [PRESET …]   (default: asan desktop)
+# Builds and runs all tests under the address and undefined-behaviour sanitizers, then tests the release build in real
+# panels. usage: scripts/test.sh [PRESET …]   (default: asan desktop)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh test

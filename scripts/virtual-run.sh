@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs PROGRAM on a display that nobody sees, opens its panel by starting it again, and leaves in FOLDER what it shows:
-# the title in the tray, the snapshot that Copy gives, and a picture of the panel. Called by run.sh.
+# Runs PROGRAM on a virtual display, opens the panel by starting it a second time, and writes to FOLDER the title in the
+# tray, the snapshot copied with the Copy button, and a screenshot of the panel. Called by run.sh.
 set -euo pipefail
 mkdir -p "$FOLDER"
 export PROGRAM FOLDER
@@ -24,7 +24,7 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
   has_title() { [[ $(title) == *[0-9]* ]]; }
   panel() { xdotool search --onlyvisible --name '^Kelvinbar$' | tail -1; }
   is_open() { [[ $(xdotool getwindowgeometry "$(panel)") == *462x690* ]]; }
-  # The third control from the end is Copy.
+  # Copy is the third control from the end.
   copied() { xclip -o -selection clipboard | grep -F 'CPU Tctl'; }
 
   "$PROGRAM" & program=$!

@@ -9,13 +9,13 @@
 
 namespace kelvinbar {
 
-/// A machine to read: one platform's, a recorded one, or a test's. A value that is handed on; whoever builds
-/// it decides what is read, and nothing about it is process-wide. Only `system` may be null.
+/// A machine to read: the one that the program runs on, a recorded one or a fake. A plain value without
+/// process-wide state; copies share the source. Only `system` may be null.
 struct Machine {
     std::shared_ptr<SensorSource> source;
-    std::shared_ptr<const SystemInformation> system; ///< null: nothing stands in for the source
+    std::shared_ptr<const SystemInformation> system; ///< null: no facts to show if the source fails
     std::shared_ptr<const MonotonicClock> clock;
-    MachineTexts texts{}; ///< of the platform that the program runs on, whichever machine is read
+    MachineTexts texts{}; ///< always those of the platform, even if a recorded machine is read
 };
 
 } // namespace kelvinbar

@@ -4,7 +4,8 @@
 
 namespace kelvinbar {
 
-/// Texts that name what a machine is read through. The defaults are those of macOS, where that is the SMC.
+/// User-visible texts that name the interface a machine is read through. The defaults are for macOS, where
+/// that is the SMC.
 struct MachineTexts {
     std::string_view reading = "Reading AppleSMC keys…";
     std::string_view loaded = "HWMonitorSMC2-compatible keys"; ///< after "Loaded" and a number

@@ -21,33 +21,34 @@ struct SourceStatus {
 
 /// How keys that were stored earlier relate to the keys that a source lists now.
 struct KeyHistory {
-    /// By key, the device and channel behind it. Only for keys whose text may differ after a restart, such as
-    /// those with the number of a bus.
+    /// By key, its device and channel. Only for keys that may change after a restart, such as those that
+    /// contain the number of a bus.
     std::map<std::string, std::string> places;
 
-    /// By the key that version 0.1 stored, the key of the same reading now. Absent for a source that stored
-    /// the same keys then.
+    /// By the key that version 0.1 stored, the current key of the same reading. No value if the source's keys
+    /// were the same then.
     std::optional<std::map<std::string, std::string>> formerKeys;
 };
 
 /// Port: something that sensor values come from, such as a controller, the kernel or a recorded snapshot.
 ///
-/// The store asks in this order: `status`, now and then `discoverKeys`, then `readCandidateKeys`. All
+/// The store calls, in this order: `status`, now and then `discoverKeys`, then `readCandidateKeys`. All
 /// functions block until the hardware has answered. They may be called from any thread, also from two
-/// threads at once; a source brings its own lock. Nothing throws: what cannot be read is left out.
+/// threads at once; each source has its own lock. Nothing throws: what cannot be read is left out.
 class SensorSource {
   public:
     virtual ~SensorSource() = default;
 
-    /// Opens the source if it is closed, and returns whether that worked. A failure is not remembered.
+    /// Opens the source if it is closed, and returns whether it is open. The next call after a failure tries
+    /// again.
     virtual SourceStatus status() = 0;
 
-    /// The keys that can be read now, each once. `listedBefore` are the keys of the sources that precede this
-    /// one in a chain; a source may leave out what those already measure.
+    /// The keys that can be read now, without duplicates. `listedBefore` are the keys of the sources that
+    /// precede this one in a chain; a source may leave out what those already measure.
     virtual std::vector<std::string> discoverKeys(const KeySet& listedBefore) = 0;
 
-    /// What the last `discoverKeys` found out about stored keys. `withFormerKeys` is false once they have
-    /// been carried over.
+    /// How stored keys relate to those of the last `discoverKeys`. `withFormerKeys` is false once the keys of
+    /// version 0.1 have been migrated.
     virtual KeyHistory keyHistory(bool /*withFormerKeys*/) { return {}; }
 
     /// The readings of `keys`, in their order. Unknown, repeated and unreadable keys are left out.

@@ -46,7 +46,7 @@ KeyHistory SourceChain::keyHistory(bool withFormerKeys) {
     return history;
 }
 
-/// The place of the source that listed every one of `keys`; nothing when there is no such source.
+/// The index of the source that listed all of `keys`. No value if there is none.
 std::optional<std::size_t> SourceChain::commonOwner(const Owners& owners, std::span<const std::string> keys) {
     std::optional<std::size_t> common;
     for (const std::string& key : keys) {
@@ -59,7 +59,7 @@ std::optional<std::size_t> SourceChain::commonOwner(const Owners& owners, std::s
 
 std::vector<RawReading> SourceChain::readCandidateKeys(std::span<const std::string> keys) {
     const auto known = owners();
-    // Most machines have one source with keys: nothing is to be sorted out.
+    // The usual case: one source has all keys, so nothing needs to be distributed.
     if (const auto place = commonOwner(*known, keys)) return sources_[*place]->readCandidateKeys(keys);
     std::vector<RawReading> readings;
     readings.reserve(keys.size());

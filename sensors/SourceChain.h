@@ -9,19 +9,20 @@
 
 namespace kelvinbar {
 
-/// Several sources as one. An earlier source takes precedence: a key that two sources list is read from the
-/// first of them. Any thread.
+/// Several sources as one. Earlier sources take precedence: a key that two of them list is read from the
+/// first. Pitfall: who listed a key is known only after `discoverKeys`. Any thread.
 class SourceChain final : public SensorSource {
   public:
     explicit SourceChain(std::vector<std::shared_ptr<SensorSource>> sources);
 
-    /// Available when one source is, with the message of the first such source, else of the first source.
+    /// Available if at least one source is. The message is that of the first available source, otherwise that
+    /// of the first source with one.
     SourceStatus status() override;
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
     KeyHistory keyHistory(bool withFormerKeys) override;
 
-    /// Reads a key from the source that listed it, and a key that none has listed from the first source that
-    /// can read it. The readings come source by source.
+    /// Reads a key from the source that listed it, and an unlisted key from the first source that can read
+    /// it. The readings are grouped by source.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
     std::vector<RawReading> readSMCSuperIOFans() override;
     void close() override;
@@ -34,8 +35,8 @@ class SourceChain final : public SensorSource {
     [[nodiscard]] std::shared_ptr<const Owners> owners() const;
 
     const std::vector<std::shared_ptr<SensorSource>> sources_;
-    mutable std::mutex mutex_;             ///< guards the pointer below
-    std::shared_ptr<const Owners> owners_; ///< the source that listed each key
+    mutable std::mutex mutex_;             ///< guards `owners_`
+    std::shared_ptr<const Owners> owners_; ///< by key, the index of the source that listed it
 };
 
 } // namespace kelvinbar

@@ -109,7 +109,7 @@ void AppDelegate::installRefreshTimer() {
 void AppDelegate::tick() {
     ports_.mainQueue.post([self = std::weak_ptr(self_)] {
         const auto delegate = self.lock();
-        // A tick may still wait when the program ends.
+        // The program may have ended since the tick was posted.
         if (delegate && (*delegate)->refreshTimer_ != nullptr) (*delegate)->refreshWhatIsShown();
     });
 }
@@ -122,7 +122,7 @@ void AppDelegate::refreshWhatIsShown() {
     }
 }
 
-// What the store tells
+// Notifications of the store
 
 void AppDelegate::observeStore() {
     NotificationCenter& center = ports_.notifications;

@@ -9,25 +9,36 @@
 #include <memory>
 #include <string>
 
+/// The program as a user meets it, on any desktop: a status item with the pinned readings, a panel that drops
+/// down from it, and the timer that drives all sampling. The desktop is reached through the ports in
+/// ShellPorts.h, so that everything here is tested without one.
+///
+/// Sampling follows what is visible. While the panel is open each tick refreshes everything; while it is
+/// closed only pinned readings are read, and without pins nothing is.
+///
+/// Limits: one status item, one panel, one timer. Pitfalls: a tick is posted to the main queue and may arrive
+/// after the timer has ended, and the desktop may close the panel on its own.
 namespace kelvinbar {
 
-/// The program between its model and the desktop: the item in the status bar, the panel that drops down from
-/// it, and the timer that drives all sampling. Main thread only.
+/// Connects the store to the desktop. Callbacks that outlive the delegate do nothing. Main thread only.
 class AppDelegate {
   public:
-    /// Makes the store, whose first refresh begins with that.
+    /// Creates the store and thereby starts its first refresh. Shows nothing yet.
     AppDelegate(const ShellPorts& ports, const StorePorts& storePorts);
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
     ~AppDelegate() = default;
 
+    /// Adds the status item, creates the panel and starts the timer. Call once the event loop can run.
     void applicationDidFinishLaunching();
+
+    /// Undoes the above and shuts the store down. Call once, before the event loop ends.
     void applicationWillTerminate();
 
-    /// The status item's click: opens the panel, or closes it.
+    /// Opens the panel, or closes it if it is open. The action of the status item.
     void togglePopover();
 
-    /// Opens the panel unless it is open: what a second start of the program does.
+    /// Opens the panel unless it is open. Called when the program is started a second time.
     void openPopover();
 
     [[nodiscard]] KelvinbarStore& store() { return store_; }
@@ -64,7 +75,7 @@ class AppDelegate {
     std::string lastStatusToolTip_;
     std::array<Registration, 4> observers_;
 
-    /// Lets a callback find out on the main thread whether the delegate is still there.
+    /// Callbacks hold a weak pointer to it, to check on the main thread whether the delegate still exists.
     std::shared_ptr<AppDelegate*> self_ = std::make_shared<AppDelegate*>(this);
 };
 

@@ -10,7 +10,7 @@ struct Size {
     friend bool operator==(const Size&, const Size&) = default;
 };
 
-/// In points; the origin is the top left corner, and y grows downwards.
+/// In points. The origin is the top left corner of the main screen; y grows downwards.
 struct Rect {
     double x = 0;
     double y = 0;

@@ -2,36 +2,37 @@
 
 namespace kelvinbar {
 
-/// Port: the system's service that starts programs at login, for this program. Main thread.
+/// Port: the system service that starts this program at login. Main thread.
 class LoginItemService {
   public:
     virtual ~LoginItemService() = default;
-    /// Whether the system lets a program register itself; where it does not, the user is sent to its
+    /// Whether a program can register itself on this system. Otherwise only the user can, in the system's
     /// settings.
     [[nodiscard]] virtual bool canRegister() const = 0;
     [[nodiscard]] virtual bool isRegistered() const = 0;
-    /// False when it fails.
+    /// Returns false on failure.
     virtual bool registerItem() = 0;
-    /// False when it fails.
+    /// Returns false on failure.
     virtual bool unregisterItem() = 0;
     virtual void openLoginItemsSettings() = 0;
-    /// The system's alert sound.
+    /// Plays the system's alert sound.
     virtual void beep() = 0;
 };
 
-/// Starts the program at login, or stops doing so. The state is the service's alone. Main thread.
+/// Switches starting at login on and off. Keeps no state: the user can change the service's state at any
+/// time. Main thread.
 class LoginItemManager {
   public:
-    /// `service` outlives the object.
+    /// `service` must outlive the object.
     explicit LoginItemManager(LoginItemService& service) : service_(service) {}
 
     [[nodiscard]] bool isEnabled() const;
 
-    /// Registers or unregisters the program, or opens the system's settings where it cannot register itself.
-    /// Returns whether it is registered afterwards. A failure sounds the alert.
+    /// Registers or unregisters the program, or opens the system's settings if it cannot register itself.
+    /// Returns whether it is registered afterwards. Plays the alert sound on failure.
     bool setEnabled(bool enabled);
 
-    /// Whether the system lets the program register itself.
+    /// See LoginItemService.
     [[nodiscard]] bool canRegister() const { return service_.canRegister(); }
 
   private:

@@ -11,7 +11,7 @@ namespace kelvinbar {
 class KelvinbarStore;
 class StatusItemButton;
 
-/// Port: what a popover shows, with the window that it is in while it is shown. Main thread.
+/// Port: the content of a popover, and the window around it while it is shown. Main thread.
 class PopoverContent {
   public:
     virtual ~PopoverContent() = default;
@@ -20,42 +20,42 @@ class PopoverContent {
     /// Whether there is a window around the content.
     [[nodiscard]] virtual bool hasWindow() const = 0;
     virtual void setWindowContentSize(Size size) = 0;
-    /// Grows or shrinks the window, fast at first and slower towards the end, then calls `completion`.
+    /// Resizes the window with an ease-out animation, then calls `completion`.
     virtual void animateWindowContentSize(Size size, std::chrono::milliseconds duration,
                                           std::function<void()> completion) = 0;
-    /// Gives the window the keyboard.
+    /// Gives the window keyboard focus.
     virtual void makeWindowKey() = 0;
 };
 
-/// Port: makes the content of the panel. Main thread.
+/// Port: creates the content of the panel. Main thread.
 class PopoverContentFactory {
   public:
     virtual ~PopoverContentFactory() = default;
-    /// The view of `store`; what in it closes the panel calls `closeAction`.
+    /// A view of `store`, which must outlive it. Calls `closeAction` for controls that close the panel.
     virtual std::unique_ptr<PopoverContent> make(KelvinbarStore& store,
                                                  std::function<void()> closeAction) = 0;
 };
 
-/// The edge of the button at which a popover appears.
+/// The edge of the button at which a popover opens. The number is the system's on macOS.
 enum class PopoverEdge { minY = 1 };
 
 /// Port: a panel that drops down from the status item. Main thread.
 class Popover {
   public:
     virtual ~Popover() = default;
-    /// Whether a click outside closes it.
+    /// Whether a click outside closes the popover.
     virtual void setTransient(bool isTransient) = 0;
-    /// Whether it animates its opening and closing by itself.
+    /// Whether the popover itself animates opening and closing.
     virtual void setAnimates(bool animates) = 0;
     virtual void setDidCloseHandler(std::function<void()> handler) = 0;
     virtual void setContentSize(Size size) = 0;
     virtual void setContent(std::unique_ptr<PopoverContent> content) = 0;
-    /// Null without content.
+    /// Null if there is no content.
     virtual PopoverContent* content() = 0;
     [[nodiscard]] virtual bool isShown() const = 0;
-    /// Shows the content at `edge` of the whole button, inside the visible frame of its screen.
+    /// Shows the content at `edge` of the button, inside the visible frame of its screen.
     virtual void show(StatusItemButton& button, PopoverEdge edge) = 0;
-    /// Closes it as the user would; nothing happens when it is closed.
+    /// Closes the popover as the user would. Does nothing if it is closed.
     virtual void performClose() = 0;
 };
 

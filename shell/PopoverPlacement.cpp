@@ -19,9 +19,9 @@ struct Point {
 
 Point center(const Rect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
 
-/// The edge of the screen at which the bar is that the anchor is in: the side of the visible frame that the
-/// anchor lies beyond. Where no bar keeps a place free, the nearest edge; those at the top and at the bottom
-/// are the common ones, and win near a corner.
+/// The edge of the screen with the bar that contains the anchor: the side on which the anchor is outside the
+/// visible frame. If no bar reserves space there, the nearest edge. Near a corner the top or bottom edge is
+/// chosen, because most bars are there.
 Edge edgeOfBar(const Rect& anchor, const ScreenFrames& screen) {
     constexpr double highestBar = 64;
     const Rect& visible = screen.visibleFrame;
@@ -38,7 +38,7 @@ Edge edgeOfBar(const Rect& anchor, const ScreenFrames& screen) {
     return isLeft ? Edge::left : Edge::right;
 }
 
-/// `start` moved so that `length` from it ends before `last`, but never before `first`.
+/// `start`, moved so that `start` + `length` does not exceed `last`, but never below `first`.
 double inside(double start, double length, double first, double last) {
     return std::max(first, std::min(start, last - length));
 }

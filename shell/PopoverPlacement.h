@@ -4,7 +4,7 @@
 
 namespace kelvinbar {
 
-/// A screen: all of it, and the part that no bar or dock covers.
+/// A whole screen, and the part of it that no bar or dock covers.
 struct ScreenFrames {
     Rect frame;
     Rect visibleFrame;
@@ -12,9 +12,9 @@ struct ScreenFrames {
     friend bool operator==(const ScreenFrames&, const ScreenFrames&) = default;
 };
 
-/// Where a panel of `size` goes that drops down from `anchor`: below a bar at the top of the screen, above
-/// one at the bottom, beside one at a side, in line with the anchor and inside the visible frame. A panel
-/// that does not fit keeps its top left corner visible.
+/// The frame of a panel of `size` that drops down from `anchor`, an item in a bar. The panel is next to the
+/// bar, whichever side of the screen that is at, and centred on the anchor as far as the visible frame
+/// allows. If it does not fit, its top left corner stays visible. Pure function; any thread.
 Rect placedPopover(const Rect& anchor, Size size, const ScreenFrames& screen);
 
 } // namespace kelvinbar

@@ -10,9 +10,9 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr double screenMargin = 80; ///< of the screen's width and height together
+constexpr double screenMargin = 80; ///< total of both sides, for the width and for the height
 
-/// What the panel holds beside its rows, and what each card and each row adds.
+/// Points that the panel needs without cards, and for each card and each row.
 constexpr long long baseHeight = 246;
 constexpr long long cardHeight = 62;
 constexpr long long rowHeight = 47;

@@ -9,24 +9,25 @@
 
 namespace kelvinbar {
 
-/// The panel as it is made, and the least that it shrinks to, in points.
+/// The initial and the smallest size of the panel, in points.
 inline constexpr Size fixedPopoverSize{standardPopoverSize.width, standardPopoverSize.height};
 inline constexpr Size minimumPopoverSize{420, minimumPopoverHeight};
 
-/// The height of the strip as which it opens.
+/// The height at which the opening animation starts, in points.
 inline constexpr double openingPopoverHeight = 54;
 
-/// What the size of the panel follows.
+/// What the size of the panel depends on.
 struct PopoverSizing {
-    Rect visibleFrame; ///< of the screen that the panel opens on; empty without a screen
+    Rect visibleFrame; ///< of the screen with the panel; empty without a screen
     SMCWindowDisplayMode displayMode = SMCWindowDisplayMode::fixed;
     double manualPopoverHeight = 0; ///< points
     const std::vector<SMCReading>& readings;
     const KeySet& hiddenKeys;
 };
 
-/// The panel's size in points: the user's height, or in dynamic mode the height that the visible readings
-/// need where that is more; never higher than the screen allows nor lower than 560, 420 to 462 wide.
+/// The panel's size in points. The height is the user's, or in dynamic mode the height of all visible
+/// readings if that is more. It is at least 560 and otherwise fits the screen; the width is 420 to 462. Pure
+/// function; any thread.
 Size targetPopoverSize(const PopoverSizing& sizing);
 
 } // namespace kelvinbar

@@ -13,29 +13,29 @@
 
 namespace kelvinbar {
 
-/// Port: a timer that fires on the main thread until it is invalidated or destroyed, whatever else the main
-/// thread is occupied with (an open menu, a panel being scrolled).
+/// Port: a timer that fires until it is invalidated or destroyed, also while the user holds a menu open or
+/// scrolls. Main thread.
 class RepeatingTimer {
   public:
     virtual ~RepeatingTimer() = default;
     virtual void invalidate() = 0;
 };
 
-/// Port: makes timers. Main thread.
+/// Port: creates timers. Main thread.
 class RepeatingTimers {
   public:
     virtual ~RepeatingTimers() = default;
-    /// Each firing may come up to `tolerance` late.
+    /// Calls `block` every `interval`, each time at most `tolerance` late.
     virtual std::unique_ptr<RepeatingTimer> start(std::chrono::milliseconds interval,
                                                   std::chrono::milliseconds tolerance,
                                                   std::function<void()> block) = 0;
 };
 
-/// Port: the screens, by the parts of them that no bar or dock covers. Main thread.
+/// Port: the parts of all screens that no bar or dock covers. Main thread.
 class Screens {
   public:
     virtual ~Screens() = default;
-    /// The main screen's, where there is one.
+    /// No value if there is no main screen.
     [[nodiscard]] virtual std::optional<Rect> mainVisibleFrame() const = 0;
     [[nodiscard]] virtual std::vector<Rect> visibleFrames() const = 0;
 };
@@ -44,11 +44,11 @@ class Screens {
 class Application {
   public:
     virtual ~Application() = default;
-    /// A program that has neither a place among the running applications nor a menu.
+    /// Removes the program from the list of running applications (Dock, taskbar), and its menu.
     virtual void becomeAccessory() = 0;
 };
 
-/// What the delegate works with. All of it outlives the delegate.
+/// What the delegate works with. All references must outlive it.
 struct ShellPorts {
     Application& application;
     StatusBar& statusBar;

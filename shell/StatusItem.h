@@ -13,11 +13,11 @@ namespace kelvinbar {
 struct StatusTitleStyle {
     double pointSize = 10.5;
     bool isSemibold = true;
-    bool hasMonospacedDigits = true; ///< digits of one width: the item does not jitter as values change
-    double baselineOffset = -0.5;    ///< points; below the line
+    bool hasMonospacedDigits = true; ///< the item keeps its width as values change
+    double baselineOffset = -0.5;    ///< in points; negative is below the line
 };
 
-/// A title in the colour of the system's labels.
+/// A title. Its colour is the system's label colour.
 struct StatusTitle {
     std::string text;
     StatusTitleStyle style;
@@ -29,32 +29,31 @@ struct StatusImage {
 
     Source source = Source::resource;
     std::string name;
-    std::optional<Size> size;             ///< the image's own where there is none
-    bool isTemplate = false;              ///< drawn in the colour of the bar, not in its own
-    std::string accessibilityDescription; ///< empty for none
+    std::optional<Size> size;             ///< no value: the image's own size
+    bool isTemplate = false;              ///< drawn in the colour of the bar, not its own
+    std::string accessibilityDescription; ///< may be empty
 };
 
-/// Port: the part of a status item that shows and is clicked. Main thread.
+/// Port: the visible, clickable part of a status item. Main thread.
 class StatusItemButton {
   public:
     virtual ~StatusItemButton() = default;
     virtual void setImageLeftOfTitle(const StatusImage& image) = 0;
     virtual void setTitle(const StatusTitle& title) = 0;
     virtual void setToolTip(const std::string& text) = 0;
-    /// What a click anywhere on the item does.
+    /// Calls `action` for a click anywhere on the item.
     virtual void setAction(std::function<void()> action) = 0;
-    /// Where the button is on the screen, where that is known.
+    /// The button's frame. No value if the desktop does not report it.
     [[nodiscard]] virtual std::optional<Rect> frameOnScreen() const = 0;
-    /// The visible frame of the screen that the button is on, where that is known.
+    /// The visible frame of the button's screen. No value if the desktop does not report it.
     [[nodiscard]] virtual std::optional<Rect> visibleFrameOfScreen() const = 0;
 };
 
-/// Port: an item in the system's status bar, of the width that it needs. Goes away with its owner. Main
-/// thread.
+/// Port: an item in the system's status bar, as wide as its content. The destructor removes it. Main thread.
 class StatusItem {
   public:
     virtual ~StatusItem() = default;
-    /// Null where the system gives the item no button.
+    /// Null if the system has no button for the item.
     virtual StatusItemButton* button() = 0;
 };
 
@@ -63,7 +62,7 @@ class StatusBar {
   public:
     virtual ~StatusBar() = default;
     virtual std::unique_ptr<StatusItem> makeItem() = 0;
-    /// Whether the program ships an image of that name.
+    /// Whether the program contains an image of that name.
     [[nodiscard]] virtual bool hasImageResource(const std::string& name) const = 0;
 };
 

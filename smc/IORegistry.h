@@ -9,16 +9,16 @@
 
 namespace kelvinbar {
 
-/// Port: one entry of the registry of devices and drivers.
+/// Port: one entry of the registry. Belongs to the iterator that returned it.
 class IORegistryEntry {
   public:
     virtual ~IORegistryEntry() = default;
     [[nodiscard]] virtual std::string className() const = 0;
     [[nodiscard]] virtual std::string name() const = 0;
-    /// The property under `name` if it is a text.
+    /// The property `name`, or no value if it is missing or not a text.
     [[nodiscard]] virtual std::optional<std::string> textProperty(std::string_view name) const = 0;
-    /// All properties in the platform's own order: numbers, bytes, texts (others may be left out); nothing
-    /// when they cannot be read. A property without a textual name is left out.
+    /// The properties in the platform's own order, or no value if they cannot be read. Contains at least the
+    /// numbers, bytes and texts; properties whose name is not a text are left out.
     [[nodiscard]] virtual std::optional<Dictionary> properties() const = 0;
 };
 
@@ -26,15 +26,15 @@ class IORegistryEntry {
 class IORegistryIterator {
   public:
     virtual ~IORegistryIterator() = default;
-    /// The next entry, owned by the iterator and valid until the next call; null at the end.
+    /// The next entry, or null at the end. Valid until the next call.
     virtual const IORegistryEntry* next() = 0;
 };
 
-/// Port: the registry of devices and drivers. Callable from any thread.
+/// Port: the operating system's registry of devices and drivers. Any thread.
 class IORegistry {
   public:
     virtual ~IORegistry() = default;
-    /// Walks all entries of `plane` and of everything below them; null when the walk cannot be begun.
+    /// Iterates over all entries of `plane`, at every depth. Null if the iteration cannot start.
     virtual std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view plane) = 0;
 };
 

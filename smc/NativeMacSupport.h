@@ -10,24 +10,24 @@
 
 namespace kelvinbar {
 
-/// The text of a thermal state as in SystemInformation: "Nominal" to "Critical", or "Unknown".
+/// The text of a thermal state (see SystemInformation::thermalState): "Nominal" to "Critical", or "Unknown".
 std::string_view thermalStateText(int state);
 
-/// The thermal state that `text` names, -1 for "Unknown"; nothing for any other text.
+/// The inverse of `thermalStateText`, with -1 for "Unknown". No value for any other text.
 std::optional<int> thermalStateNamed(std::string_view text);
 
-/// The readings that the operating system offers by itself, for machines without a readable source. Any
-/// thread.
+/// The readings shown on a machine whose sensors cannot be read: facts that the operating system reports
+/// without a controller. Any thread.
 class NativeMacSupport {
   public:
-    /// `system` outlives the object.
+    /// `system` must outlive the object.
     explicit NativeMacSupport(const SystemInformation& system) : system_(system) {}
 
-    /// The readings that have a value, in fixed order, of type "native".
+    /// The facts that have a value, in a fixed order. Their type is "native".
     [[nodiscard]] std::vector<SMCReading> readings() const;
 
-    /// The text of the system-information entry `name`, trimmed. Nothing when it is missing, blank or not
-    /// well-formed UTF-8.
+    /// The trimmed text of the sysctl entry `name`. No value if it is missing, empty after trimming or not
+    /// valid UTF-8.
     [[nodiscard]] std::optional<std::string> sysctlString(std::string_view name) const;
 
   private:

@@ -27,13 +27,13 @@ bool containsAny(std::string_view text, std::span<const std::string_view> parts)
     return std::ranges::any_of(parts, [&](std::string_view part) { return contains(text, part); });
 }
 
-/// A name as the registry's fixed buffer of 128 bytes holds it, terminating zero included.
+/// `name` cut to what fits into the registry's 128-byte name buffer with its terminating zero.
 std::string nameBufferText(const std::string& name) {
-    constexpr std::size_t room = 127;
-    return name.substr(0, std::min(name.find('\0'), room));
+    constexpr std::size_t capacity = 127;
+    return name.substr(0, std::min(name.find('\0'), capacity));
 }
 
-/// What is asked of an entry once, however many properties it has.
+/// The parts of an entry that all its properties share. Read once per entry.
 struct EntryIdentity {
     std::string className;
     std::string name;
@@ -58,15 +58,16 @@ EntryIdentity identityOf(const IORegistryEntry& entry) {
     return identity;
 }
 
-/// Whether a property may hold a fan speed by its name. Outside sensor drivers many properties speak of fans
-/// without being speeds.
+/// Whether the name of a property suggests a fan speed. Outside sensor drivers the name must also begin with
+/// "fan": many properties there mention fans without being a speed.
 bool namesAFan(std::string_view property, bool onSensorDriver) {
     if (!stringContainsFanHint(property)) return false;
     return onSensorDriver || property.starts_with("FAN") || property.starts_with("Fan") ||
            property.starts_with("fan");
 }
 
-/// The first two bytes, in the byte order in which they are a likely fan speed; big-endian when neither is.
+/// The two bytes as a speed. Drivers use either byte order, so the one that yields a plausible speed is
+/// chosen, and big-endian if neither or both do.
 double likelySpeed(std::uint8_t first, std::uint8_t second) {
     const unsigned bigEndian = first * 256U + second;
     const unsigned littleEndian = second * 256U + first;
@@ -90,7 +91,7 @@ std::optional<double> candidateSpeed(const Value& value) {
     return numberIn(value);
 }
 
-/// `number` as an unsigned 64-bit integer, for every double: a plain cast is undefined outside the range.
+/// `number` as an unsigned 64-bit integer. A cast alone is undefined for doubles outside the range.
 std::uint64_t wholeBits(double number) {
     constexpr double past = 18446744073709551616.0; // 2^64
     if (number >= past) return std::numeric_limits<std::uint64_t>::max();
@@ -100,14 +101,14 @@ std::uint64_t wholeBits(double number) {
     return static_cast<std::uint64_t>(static_cast<std::int64_t>(std::max(number, lowest)));
 }
 
-/// The speed in RPM that a property's value holds: 0 to 30000; nothing when it holds none.
+/// The speed in a property's value, 0 to 30000 RPM. No value if there is none.
 std::optional<double> fanSpeed(const Value& value) {
     const auto speed = candidateSpeed(value);
     const bool plausible = speed && std::isfinite(*speed) && *speed >= 0 && *speed <= maximumSpeed;
     return plausible ? speed : std::nullopt;
 }
 
-/// The reading of the fan that the walk found as number `index`, from 0.
+/// The reading of the fan at the zero-based `index` in the order found.
 RawReading fanReading(std::string_view property, const Value& value, double speed, std::size_t index) {
     constexpr std::size_t lastNumberedFan = 9;
     const bool nameIsKey = isPrintableSMCKey(property) && property.starts_with('F');
@@ -123,7 +124,7 @@ RawReading fanReading(std::string_view property, const Value& value, double spee
     return fan;
 }
 
-/// One walk over the registry.
+/// One iteration over the registry.
 class FanWalk {
   public:
     [[nodiscard]] bool isFull() const { return fans_.size() >= maximumFans; }

@@ -12,11 +12,11 @@ namespace kelvinbar {
 
 namespace {
 
-/// Bounds on what one pass may cost.
+/// Limits on the cost of one pass.
 constexpr std::uint32_t maximumKeyCount = 8192;
 constexpr std::size_t maximumCandidates = 1024;
 
-/// Tells printable keys that have come before from new ones.
+/// Detects duplicates among printable keys.
 class SeenKeys {
   public:
     explicit SeenKeys(std::size_t expectedCount) { codes_.reserve(expectedCount); }
@@ -33,7 +33,7 @@ SMCBridge::SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegist
                      std::shared_ptr<const MonotonicClock> clock)
     : connection_(std::move(driver)), fans_(std::move(registry), std::move(clock)) {}
 
-/// Calls `visit` with every key of the controller's list, each once.
+/// Calls `visit` for every key of the controller's list. Skips duplicates.
 template <typename Visit>
 void SMCBridge::visitListedKeys(Visit visit) {
     if (connection_.openSMC() != kernSuccess) return;

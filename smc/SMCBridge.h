@@ -9,29 +9,37 @@
 
 #include <memory>
 
+/// Sensor readings of a System Management Controller (SMC), the chip that manages fans, temperatures and
+/// power. The controller names each value by a four-character key. The bridge lists the keys, reads and
+/// decodes them through a driver, and adds the fan speeds that sensor drivers publish in the I/O registry
+/// instead of under a key.
+///
+/// Limits: 8192 listed keys, 1024 keys per read, 32 bytes per value. Reading a key takes two driver calls.
+/// Pitfalls: names and units come from the catalogue, not from here, and the values of one pass were not read
+/// at the same moment.
 namespace kelvinbar {
 
-/// The source over a System Management Controller: its keys, read through a driver, and the fan speeds that
-/// sensor drivers publish in the I/O registry. Any thread. Closes its connection when it is destroyed.
+/// A source over one controller. Any thread. The destructor closes the connection.
 class SMCBridge final : public SensorSource {
   public:
-    /// `registry` is null on a system without an I/O registry.
+    /// `registry` is null on systems without an I/O registry. Opens nothing yet.
     SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegistry> registry,
               std::shared_ptr<const MonotonicClock> clock);
 
     SourceStatus status() override;
 
-    /// The printable keys in the controller's own order, each once. Empty unless it reports 1 to 8192 keys.
-    /// Other sources' keys do not matter.
+    /// The printable keys in the controller's own order, without duplicates. Empty unless the controller
+    /// reports 1 to 8192 keys. Ignores `listedBefore`.
     std::vector<std::string> discoverKeys(const KeySet& listedBefore = {}) override;
 
-    /// As `discoverKeys`, with every key read and decoded; keys that cannot be read are left out.
+    /// Reads and decodes every key that `discoverKeys` lists. Skips keys that cannot be read. For tests and
+    /// diagnosis only: a pass reads the keys it needs.
     std::vector<RawReading> readAllKeys();
 
-    /// Considers the first 1024 of `keys` only.
+    /// Reads only the first 1024 of `keys`.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
 
-    /// Does not need the connection. The result is kept for 15 seconds.
+    /// Works without a connection. The result is cached for 15 seconds.
     std::vector<RawReading> readSMCSuperIOFans() override;
 
     void close() override;

@@ -51,7 +51,7 @@ ReturnCode SMCConnection::callSMC(const SMCParamBlock& input, SMCParamBlock& out
                                      std::as_writable_bytes(std::span(&output, 1)), outputSize);
 }
 
-/// An answer whose result byte is not zero is a failure.
+/// Also fails if the controller's result byte is not zero.
 ReturnCode SMCConnection::callChecked(const SMCParamBlock& input, SMCParamBlock& output) {
     const ReturnCode code = callSMC(input, output);
     if (code != kernSuccess) return code;
@@ -73,7 +73,7 @@ ReturnCode SMCConnection::readKey(std::string_view key, SMCParamBlock& output) {
     SMCParamBlock answer;
     if (const ReturnCode code = callChecked(input, answer); code != kernSuccess) return code;
 
-    // The read command does not return what describes the value.
+    // The reply to the read command contains neither key nor size and type.
     answer.key = input.key;
     answer.dataSize = info.dataSize;
     answer.dataType = info.dataType;
@@ -104,7 +104,8 @@ std::uint32_t SMCConnection::readKeyCount() {
     const std::uint32_t bigEndian = (first << 24U) | (second << 16U) | (third << 8U) | fourth;
     if (fourCharString(block.dataType) == "ui32") return bigEndian;
 
-    // Emulators that report the count under a wrong type: the byte order in which it fits in 16 bits wins.
+    // Some emulators report the count under another type and in either byte order. Use the order in which it
+    // fits in 16 bits.
     if (first == 0 && second == 0 && bigEndian != 0) return bigEndian;
     if (third == 0 && fourth == 0) return first | (second << 8U);
     return 0;

@@ -12,11 +12,11 @@
 
 namespace kelvinbar {
 
-/// The connection to the "AppleSMC" service, and the calls through which every key is read.
+/// The connection to the "AppleSMC" service and the key protocol over it.
 ///
-/// Any thread. Every driver call is made under one lock, which is held for that call only: between the two
-/// calls of `readKey` another thread may make its own. The lock is recursive, so a thread that holds it may
-/// open and call again. Failed key calls leave the connection open.
+/// Any thread. Every driver call holds the lock, but only for that call: another thread may get in between
+/// the two calls of `readKey`. The lock is recursive, so the thread that holds it may open the connection and
+/// call again. A failed call leaves the connection open.
 class SMCConnection {
   public:
     explicit SMCConnection(std::shared_ptr<SMCDriver> driver);
@@ -24,26 +24,26 @@ class SMCConnection {
     SMCConnection& operator=(const SMCConnection&) = delete;
     ~SMCConnection();
 
-    /// Opens the connection unless it is open. Returns 56 when there is no service, else the driver's code. A
-    /// failure is not remembered.
+    /// Opens the connection unless it is open. Returns 56 if there is no service, otherwise the driver's
+    /// code. The next call after a failure tries again.
     ReturnCode openSMC();
 
     /// Closes the connection if it is open. A later `openSMC` opens a new one.
     void close();
 
-    /// Calls the driver's method 2; zeroes `output` first. Returns 4 without a connection, otherwise the
-    /// driver's code. The caller checks the controller's own `result` byte.
+    /// Calls the driver's method 2 and zeroes `output` first. Returns 4 if not connected, otherwise the
+    /// driver's code. Success does not mean that the controller agreed: the caller checks the `result` byte.
     ReturnCode callSMC(const SMCParamBlock& input, SMCParamBlock& output);
 
-    /// Reads the information and then the bytes of `key`, in two calls. Returns 4 for a key that is not
-    /// printable, without a call, and 5 when the controller refuses or announces a size outside 1 to 32
-    /// bytes. Leaves `output` untouched on failure.
+    /// Reads size and type of `key`, then its bytes. Returns 4 without a call if the key is not printable,
+    /// and 5 if the controller refuses it or reports a size outside 1 to 32 bytes. Leaves `output` unchanged
+    /// on failure.
     ReturnCode readKey(std::string_view key, SMCParamBlock& output);
 
-    /// Reads the key at a zero-based index of the controller's list. Leaves `key` untouched on failure.
+    /// Reads the key at a zero-based index of the controller's list. Leaves `key` unchanged on failure.
     ReturnCode readKeyByIndex(std::uint32_t index, std::string& key);
 
-    /// The number of keys that "#KEY" reports; 0 on any failure.
+    /// The number of keys, which the controller reports under "#KEY". 0 on any failure.
     std::uint32_t readKeyCount();
 
   private:
@@ -51,7 +51,7 @@ class SMCConnection {
 
     NamedRecursiveMutex smcLock_{"Kelvinbar.AppleSMC.Lock"}; ///< guards every driver call and the handle
     const std::shared_ptr<SMCDriver> driver_;
-    SMCDriver::Connection smcConnection_ = 0; ///< 0 while closed
+    SMCDriver::Connection smcConnection_ = 0; ///< 0 if closed
 };
 
 } // namespace kelvinbar

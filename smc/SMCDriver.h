@@ -10,29 +10,30 @@
 
 namespace kelvinbar {
 
-/// Port: the driver through which the controller is reached. Calls are made one at a time, from any thread.
+/// Port: the kernel driver of the controller. Called from any thread, but never by two at once: SMCConnection
+/// holds its lock for every call.
 class SMCDriver {
   public:
     using Service = std::uint32_t;
-    /// 0 is no connection.
+    /// A handle; 0 means none.
     using Connection = std::uint32_t;
 
     struct OpenResult {
         ReturnCode code = kernSuccess;
-        Connection connection =
-            0; ///< may be a handle even where `code` says failure; then it is to be closed
+        Connection connection = 0; ///< must be closed unless 0, even if `code` is a failure
     };
 
     virtual ~SMCDriver() = default;
 
-    /// The first service of that class, if there is one. It is to be handed to `open`.
+    /// The first service of the class, or no value if there is none. The caller passes it to `open`, which
+    /// releases it.
     virtual std::optional<Service> findService(std::string_view className) = 0;
 
-    /// Opens a connection of type 0 for this process, and releases `service` whatever the outcome.
+    /// Opens a connection of type 0 for this process. Releases `service` in any case.
     virtual OpenResult open(Service service) = 0;
 
-    /// Calls the connection's method `selector` with `input`; fills `output` and sets `outputSize` to the
-    /// bytes that came back (on entry: the room there is).
+    /// Calls the method `selector` with `input` and fills `output`. `outputSize` is the capacity of `output`
+    /// on entry and the number of returned bytes on exit.
     virtual ReturnCode callStructMethod(Connection connection, std::uint32_t selector,
                                         std::span<const std::byte> input, std::span<std::byte> output,
                                         std::size_t& outputSize) = 0;

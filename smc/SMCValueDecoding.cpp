@@ -28,7 +28,8 @@ double signed16(Bytes bytes) { return static_cast<std::int16_t>(bigEndian16(byte
 
 double dividedByPowerOfTwo(double number, int bits) { return std::ldexp(number, -bits); }
 
-/// "spIF": F fraction bits in hex. "spNs": a sign and N whole bits before the point.
+/// Signed fixed point. The name gives the number of fraction bits: as the hex digit F of "spIF", or as what a
+/// sign and the N integer bits of "spNs" leave of 16.
 std::optional<int> signedFractionBits(std::string_view type) {
     if (type.size() != 4 || !type.starts_with("sp")) return std::nullopt;
     if (const int bits = hexDigitValue(type[3]); bits >= 0) return bits;
@@ -37,7 +38,8 @@ std::optional<int> signedFractionBits(std::string_view type) {
     return 15 - wholeBits;
 }
 
-/// "fpIF": F fraction bits in hex, but "fpef" has 2 by its driver's definition.
+/// Unsigned fixed point. The hex digit F of "fpIF" is the number of fraction bits. "fpef" is an exception:
+/// the driver that uses it defines 2.
 std::optional<int> unsignedFractionBits(std::string_view type) {
     if (type.size() != 4 || !type.starts_with("fp")) return std::nullopt;
     if (type == "fpef") return 2;
@@ -45,7 +47,7 @@ std::optional<int> unsignedFractionBits(std::string_view type) {
     return bits >= 0 ? std::optional(bits) : std::nullopt;
 }
 
-/// An IEEE-754 single in the host's order, unlike all other types.
+/// An IEEE 754 single. The only little-endian type; all others are big-endian.
 MaybeNumber finiteFloat(Bytes bytes) {
     std::uint32_t pattern = 0;
     for (std::size_t index = 4; index > 0; --index) pattern = (pattern << 8U) | bytes[index - 1];
@@ -64,8 +66,8 @@ MaybeNumber wideNumber(std::string_view type, Bytes bytes) {
     return std::nullopt;
 }
 
-/// The number that `bytes` (at least one) hold under `type`; nothing for a type that is no number, for too
-/// few bytes, and for a float that is infinite or NaN. The odd spellings are real drivers'.
+/// Decodes `bytes` (at least one) as a number. No value if the type is not numeric, the bytes are too few or
+/// a float is infinite or NaN. The unusual spellings occur in real drivers.
 MaybeNumber decodedNumber(std::string_view type, Bytes bytes) {
     if (bytes.size() >= 2) {
         if (const MaybeNumber number = wideNumber(type, bytes)) return number;
@@ -83,7 +85,7 @@ std::string numberText(std::string_view type, double number) {
 
 bool isPadding(char c) { return c == '\0' || c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
 
-/// The printable ASCII text that `bytes` hold between padding; empty when there is none.
+/// The printable ASCII text in `bytes` without padding. Empty if there is none.
 std::string printableText(Bytes bytes) {
     std::string text(bytes.begin(), bytes.end());
     const auto first = std::ranges::find_if_not(text, isPadding);

@@ -8,9 +8,9 @@
 
 namespace kelvinbar {
 
-/// Decodes a filled block by its data type. Nothing when the key is not printable or the size is not 1 to 32.
-/// A type that is neither a number nor a text, too few bytes for the type, and a float that is infinite or
-/// NaN become hex digits without a number. Pure; any thread.
+/// Decodes the bytes of a reply by its data type. No value if the key is not printable or the size is not 1
+/// to 32. The value is hex digits without a number if the type is unknown, if the reply is too short for it,
+/// or if a float is infinite or NaN. Pure function; any thread.
 std::optional<RawReading> dictionaryForKey(std::string_view key, const SMCParamBlock& block);
 
 } // namespace kelvinbar

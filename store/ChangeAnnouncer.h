@@ -4,19 +4,19 @@
 
 namespace kelvinbar {
 
-/// The one place that posts the store's notifications. It remembers what was posted last, so that the shell
-/// hears of real changes only. Main thread.
+/// Posts all notifications of the store, and remembers what it posted so that observers are called only for
+/// real changes. Main thread.
 class ChangeAnnouncer {
   public:
-    /// `center` outlives the object.
+    /// `center` must outlive the object.
     explicit ChangeAnnouncer(const NotificationCenter& center) : center_(center) {}
 
     void samplingRateChanged(SMCSamplingRate rate) { center_.post(kelvinbarSamplingRateChanged, rate); }
 
-    /// Posts unless `change` equals the last one; texts count as empty before the first.
+    /// Posts unless `change` equals the last one. Before the first, both texts count as empty.
     void menuBarReadingChanged(const MenuBarReadingChange& change);
 
-    /// Posts unless `change` equals the last one; the first is always posted.
+    /// Posts unless `change` equals the last one. The first is always posted.
     void displayModeChanged(const DisplayModeChange& change);
 
     /// Always posts, so that the panel can apply an unchanged size again.

@@ -7,7 +7,9 @@
 
 namespace kelvinbar {
 
-/// Preferences that begin empty and end with the process: for programs that must not touch the user's.
+/// Preferences that are empty at first and are never saved. For programs and tests that must not change those
+/// of the user. A value of another type than requested counts as absent, as in stored preferences. Main
+/// thread.
 class InMemoryUserDefaults final : public UserDefaults {
   public:
     [[nodiscard]] std::optional<std::string> text(std::string_view key) const override;

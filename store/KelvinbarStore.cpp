@@ -124,7 +124,7 @@ void KelvinbarStore::applyFullResult(SMCLoadResult result) {
     postDisplayModeChanged();
 }
 
-/// A sensor may have another key now than when it was pinned or hidden.
+/// Updates pins and hidden keys whose sensor has got another key.
 void KelvinbarStore::followMovedKeys(KeyHistory history) {
     continuity_.learn(std::move(history));
     std::vector<std::string> pinned;
@@ -136,7 +136,7 @@ void KelvinbarStore::followMovedKeys(KeyHistory history) {
     continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
 }
 
-/// A pass without readings empties both lists: pins and hidden keys name what the machine has.
+/// Unpins and unhides keys that the machine does not have. A pass without readings therefore clears both.
 void KelvinbarStore::dropSelectionsWithoutReading() {
     const auto valid = keysOf(readings_.value());
     if (auto pinned = keptKeys(menuBarKeys_.value(), valid); pinned != menuBarKeys_.value()) {
@@ -153,14 +153,14 @@ void KelvinbarStore::rememberDiscovery(KeySet keys) {
 void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
     auto pinned = keptKeys(menuBarKeys_.value(), keysOf(result.readings));
     patchReadings(std::move(result.readings));
-    // Unlike a full pass, one that returns nothing leaves the pins alone.
+    // Unlike a full pass, a pass without readings keeps the pins.
     if (!pinned.empty() && pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
     menuBarRefreshTask_.reset();
     postMenuBarReadingChanged();
 }
 
-/// Replaces the readings of the same keys where they stand and appends the others.
+/// Replaces readings with the same key in place and appends the others.
 void KelvinbarStore::patchReadings(std::vector<SMCReading> fresh) {
     if (fresh.empty()) return;
     std::vector<SMCReading> patched = readings_.value();
@@ -235,7 +235,7 @@ void KelvinbarStore::setDisplayMode(SMCWindowDisplayMode mode) {
 }
 
 void KelvinbarStore::setManualPopoverHeight(double height) {
-    // The order of the arguments gives the minimum for NaN.
+    // With the arguments in this order, NaN becomes the minimum.
     const PopoverSize size{standardPopoverSize.width,
                            std::min(std::max(minimumPopoverHeight, height), maximumPopoverHeight)};
     if (!areSamePoints(manualPopoverWidth_.value(), size.width) ||
@@ -275,7 +275,7 @@ std::size_t KelvinbarStore::visibleReadingCount() const {
     return static_cast<std::size_t>(count);
 }
 
-// Telling the shell
+// Notifications
 
 void KelvinbarStore::postMenuBarReadingChanged() {
     const std::vector<SMCReading> pinned = menuBarReadings();

@@ -20,10 +20,25 @@
 #include <string_view>
 #include <vector>
 
+/// The model of the program. It owns the current readings and the user's preferences; the status item and the
+/// panel observe it and call it, and nothing else holds state about readings.
+///
+/// Readings come from passes. A full pass reads every known key, and at times discovers keys first; a menu
+/// bar pass reads the pinned keys only. Passes block on hardware, so they run on the background queue. A pass
+/// works on copies of what it needs and posts its result to the main queue, where the store applies it. It
+/// does not keep the store alive: a result that arrives after the store's end is dropped.
+///
+/// Limits: at most one full pass and one menu bar pass run at a time; a request for another is ignored, not
+/// queued. Six pins.
+///
+/// Pitfalls:
+/// - A full pass without readings unpins and unhides everything; a menu bar pass without readings does not.
+/// - Observers run inside the setters and may call the store again.
+/// - `smcAvailable` is also true if only the system's own facts can be shown.
 namespace kelvinbar {
 
-/// What the store works with. The references outlive the store; the main queue outlives the background queue
-/// too.
+/// What the store works with. All references must outlive the store; the main queue must also outlive the
+/// background queue.
 struct StorePorts {
     Machine machine;
     UserDefaults& defaults;
@@ -33,31 +48,30 @@ struct StorePorts {
     const WallClock& wallClock;
 };
 
-/// The one model of the program: the current readings, how they came about, and the user's preferences.
-///
-/// Main thread only. Passes over the machine run on the background queue and hand their result back; they
-/// do not keep the store alive.
+/// Readings, pins, hidden keys and settings, each as an observable field. Main thread only.
 class KelvinbarStore {
   public:
-    /// Age after which the controller's list of keys is read again.
+    /// Age at which the next full refresh discovers keys again.
     static constexpr std::chrono::seconds discoveryInterval{300};
 
-    /// Reads the preferences and starts the first full refresh. Writes and posts nothing.
+    /// Loads the preferences and starts the first full refresh. Stores and posts nothing.
     explicit KelvinbarStore(StorePorts ports);
     KelvinbarStore(const KelvinbarStore&) = delete;
     KelvinbarStore& operator=(const KelvinbarStore&) = delete;
     ~KelvinbarStore() = default;
 
-    /// Starts a full refresh unless one is running. `forceDiscovery` has the list of keys read again.
+    /// Starts a full refresh unless one is running. With `forceDiscovery` it discovers keys even if the last
+    /// discovery is recent.
     void refresh(bool forceDiscovery);
 
-    /// Starts a refresh of the pinned readings alone, unless any refresh is running or nothing is pinned.
+    /// Starts a refresh of the pinned readings, unless a refresh is running or nothing is pinned.
     void refreshMenuBarOnly();
 
-    /// Cancels what is running and closes the connection to the controller.
+    /// Cancels running refreshes and closes the machine's source. Does not wait: a cancelled pass may still
+    /// read, and so open the source again.
     void shutdown();
 
-    /// Pins the reading, the oldest pin giving way to a seventh, or unpins it.
+    /// Pins the reading, or unpins it if it is pinned. A seventh pin replaces the oldest.
     void toggleMenuBarReading(const SMCReading& reading);
 
     /// Hides the reading and unpins it.
@@ -66,9 +80,11 @@ class KelvinbarStore {
 
     void setSamplingRate(SMCSamplingRate rate);
     void setDisplayMode(SMCWindowDisplayMode mode);
+
+    /// Pins `keys`, in this order, after `sanitizedPinnedKeys`.
     void setMenuBarKeys(const std::vector<std::string>& keys);
 
-    /// `height` in points; 560 to 1400 are kept to. The width goes back to its standard.
+    /// `height` in points, clamped to 560 to 1400. Resets the width to the standard.
     void setManualPopoverHeight(double height);
 
     void setSelectedCategory(std::optional<SMCCategory> category) { selectedCategory_.set(category); }
@@ -77,15 +93,15 @@ class KelvinbarStore {
 
     [[nodiscard]] const MachineTexts& texts() const { return ports_.machine.texts; }
 
-    /// The pinned readings that have something to show, in pin order.
+    /// The pinned readings that have a displayable value, in pin order.
     [[nodiscard]] std::vector<SMCReading> menuBarReadings() const;
     [[nodiscard]] std::string menuBarTitle() const;
     [[nodiscard]] std::string menuBarToolTip() const;
 
-    /// All readings, hidden ones included, as a snapshot text.
+    /// All readings, including hidden ones, as the text of a snapshot.
     [[nodiscard]] std::string exportText() const;
 
-    /// The size of the catalogue's fixed list of keys.
+    /// Number of keys in the catalogue.
     [[nodiscard]] std::size_t totalCandidates() const { return fixedCandidates_->size(); }
 
     [[nodiscard]] const Observable<std::vector<SMCReading>>& readings() const { return readings_; }
@@ -163,7 +179,7 @@ class KelvinbarStore {
     std::optional<Cancellation> refreshTask_;
     std::optional<Cancellation> menuBarRefreshTask_;
 
-    /// Lets a result find out on the main thread whether the store is still there.
+    /// Results hold a weak pointer to it, to check on the main thread whether the store still exists.
     std::shared_ptr<KelvinbarStore*> self_ = std::make_shared<KelvinbarStore*>(this);
 };
 

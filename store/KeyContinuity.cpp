@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view keyPlacesKey = "KelvinbarKeyPlaces";
 constexpr std::string_view keysCarriedOverKey = "KelvinbarKeysCarriedOver";
 
-constexpr char separator = '\t'; // no key holds one
+constexpr char separator = '\t'; // not part of any key
 
 } // namespace
 
@@ -40,7 +40,7 @@ std::string KeyContinuity::currentKey(const std::string& key) const {
     return former == history_.formerKeys->end() ? key : former->second;
 }
 
-/// A key whose device is absent keeps the place that was stored for it.
+/// Adds the place of `key`. If its device is absent, keeps the stored one.
 void KeyContinuity::note(Places& places, const std::string& key) const {
     if (const auto now = history_.places.find(key); now != history_.places.end()) {
         places.insert_or_assign(key, now->second);

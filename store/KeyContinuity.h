@@ -10,25 +10,27 @@
 
 namespace kelvinbar {
 
-/// Keeps pinned and hidden keys on the sensors they were chosen for, where the text of a key may change: when
-/// a device gets another number after a restart, and once when keys of version 0.1 are read.
+/// Keeps pins and hidden keys on the sensors they were chosen for when the key of a sensor changes: after a
+/// restart that numbers devices differently, and once when upgrading from version 0.1.
 ///
-/// The place of each such key is stored with the preferences. Main thread.
+/// A place is the device and channel behind a key (see KeyHistory). The places of pinned and hidden keys are
+/// stored with the preferences. Main thread.
 class KeyContinuity {
   public:
-    /// Reads what was stored. `defaults` outlives the object.
+    /// Loads the stored places. `defaults` must outlive the object.
     explicit KeyContinuity(UserDefaults& defaults);
 
-    /// Whether the keys of version 0.1 are still to be carried over.
+    /// Whether keys of version 0.1 still need to be migrated.
     [[nodiscard]] bool needsFormerKeys() const { return !isCarriedOver_; }
 
-    /// Takes what a discovery found. Call before `currentKey`.
+    /// Uses the history of the latest discovery from now on. Call before `currentKey`.
     void learn(KeyHistory history) { history_ = std::move(history); }
 
-    /// The key that the sensor behind a stored key has now; `key` itself when nothing else is known.
+    /// The current key of the sensor that had `key` when it was stored. Returns `key` if nothing else is
+    /// known.
     [[nodiscard]] std::string currentKey(const std::string& key) const;
 
-    /// Stores the places of the chosen keys when they have changed, and that former keys were carried over.
+    /// Stores the places of these keys if they changed, and marks the migration as done.
     void remember(const std::vector<std::string>& pinned, const KeySet& hidden);
 
   private:

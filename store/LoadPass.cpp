@@ -21,11 +21,11 @@ std::vector<SMCReading> displayableReadings(std::vector<RawReading> results) {
     return readings;
 }
 
-/// The keys that the source lists and that have a name; the others are never read.
+/// The keys of the source that have a name. Others are never read.
 KeySet discoveredNamedKeys(SensorSource& source) {
     KeySet named;
     for (std::string& key : source.discoverKeys({})) {
-        // Sources list their keys in ascending order, nearly all of them.
+        // Most sources list their keys in ascending order, so the hint is usually right.
         if (isSelfNamedKey(key) || SMCKeyDatabase::hwMonitorDefinition(key)) {
             named.insert(named.end(), std::move(key));
         }

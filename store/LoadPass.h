@@ -12,26 +12,26 @@
 
 namespace kelvinbar {
 
-/// What one pass over the machine is to read. No set is null.
+/// What one pass reads. No pointer is null.
 struct LoadPass {
-    std::shared_ptr<const KeySet> fixedCandidates; ///< read while discovery has found nothing
+    std::shared_ptr<const KeySet> fixedCandidates; ///< read if no discovery has found any key
     bool shouldDiscover = false;
-    std::shared_ptr<const KeySet> cachedDynamicKeys; ///< what the last discovery found
+    std::shared_ptr<const KeySet> cachedDynamicKeys; ///< found by the last discovery
     bool readSuperIOFans = false;
-    bool carryKeysOver = false; ///< whether the keys of version 0.1 are asked for
+    bool carryKeysOver = false; ///< also ask for the keys of version 0.1
 };
 
-/// What one pass hands to the main thread.
+/// The result of one pass, applied by the store on the main thread.
 struct SMCLoadResult {
-    bool smcAvailable = false; ///< whether there was anything to read: a source, or the system's own facts
+    bool smcAvailable = false;            ///< whether the source or the system's own facts could be read
     std::vector<SMCReading> readings;     ///< sorted, except for native readings
-    std::optional<KeySet> discoveredKeys; ///< present only when the pass was asked to discover
-    std::optional<KeyHistory> keyHistory; ///< present only when the pass discovered
-    std::string statusMessage;            ///< for people
+    std::optional<KeySet> discoveredKeys; ///< only if the pass was to discover
+    std::optional<KeyHistory> keyHistory; ///< only if the pass did discover
+    std::string statusMessage;            ///< user-visible
 };
 
-/// Reads `machine` once. Blocks; touches no store state; any thread. A cancelled pass returns no readings,
-/// but once it has begun to read keys it reads all of them.
+/// Reads `machine` once. Blocks until the hardware has answered. Does not touch the store. A cancelled pass
+/// returns no readings, but does not stop while it reads keys. Any thread.
 SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass,
                            const Cancellation& cancellation = {});
 

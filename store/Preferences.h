@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-/// The stored form of every preference: keys, types and fallbacks.
+/// How each preference is stored: its key, its type, and the default for a missing or invalid value. Main
+/// thread.
 namespace kelvinbar {
 
 /// In points.
@@ -16,7 +17,7 @@ struct PopoverSize {
     double height = 0;
 };
 
-/// The panel's size until the user chooses another height. Its width is fixed.
+/// The panel's size until the user chooses another height. The width is fixed.
 inline constexpr PopoverSize standardPopoverSize{462, 690};
 
 /// The range of the panel's height, in points.
@@ -31,20 +32,20 @@ struct Preferences {
     KeySet hiddenKeys;
 };
 
-/// What is stored, with the defaults above for what is missing or unusable. Writes nothing.
+/// The stored preferences, with the defaults above for missing and invalid values. Stores nothing.
 Preferences loadPreferences(const UserDefaults& defaults);
 
 void storeSamplingRate(UserDefaults& defaults, SMCSamplingRate rate);
 void storeDisplayMode(UserDefaults& defaults, SMCWindowDisplayMode mode);
 void storeManualPopoverSize(UserDefaults& defaults, const PopoverSize& size);
 
-/// Also stores the first key by itself, for older versions that knew one pinned key. Empty removes both.
+/// Also stores the first key alone, for versions that had a single pin. Without keys, removes both entries.
 void storeMenuBarKeys(UserDefaults& defaults, const std::vector<std::string>& keys);
 
-/// Stores the keys in ascending order. Empty removes the entry.
+/// Stores the keys in ascending order. Without keys, removes the entry.
 void storeHiddenKeys(UserDefaults& defaults, const KeySet& keys);
 
-/// The distinct, non-blank elements of `keys`, trimmed.
+/// `keys` trimmed, without empty texts and duplicates.
 KeySet sanitizedHiddenKeys(const std::vector<std::string>& keys);
 
 } // namespace kelvinbar

@@ -20,7 +20,7 @@ bool hasUsableKey(const RawReading& result) {
 
 /// Sorts `results` by key and keeps the last of each.
 void sortByKey(std::vector<RawReading>& results) {
-    // Candidates are read in the order of their keys, each once: nothing is to be done nearly always.
+    // Candidates are read in order and without duplicates, so there is nearly always nothing to do.
     const auto isOutOfOrder =
         std::ranges::adjacent_find(results, std::ranges::greater_equal(), &RawReading::key);
     if (isOutOfOrder == results.end()) return;
@@ -32,7 +32,7 @@ void sortByKey(std::vector<RawReading>& results) {
     results.erase(results.begin(), rest.base());
 }
 
-/// The words that stand in for what the result itself does not bring.
+/// Supplies what the result itself lacks.
 std::optional<SMCKeyDefinition> definitionOf(const RawReading& result) {
     if (!isSelfNamedKey(result.key)) return SMCKeyDatabase::hwMonitorDefinition(result.key);
     if (!result.name || !result.category || !result.unit) return std::nullopt;

@@ -6,17 +6,17 @@
 #include <optional>
 #include <vector>
 
-/// From what sources return to readings. Pure functions; any thread.
+/// Turns the results of sources into readings. Pure functions; any thread.
 namespace kelvinbar {
 
-/// The results with a usable key, the last of each key, in ascending code-unit order of the keys. A registry
-/// fan only fills in a key for which no candidate has a finite number.
+/// The results with a usable key in ascending order of their code units. Of several results for one key the
+/// last is used, but a registry fan only if no candidate has a finite number.
 std::vector<RawReading> mergedResults(std::vector<RawReading> candidates,
                                       std::vector<RawReading> registryFans);
 
-/// The reading made of `result`, with the catalogue's name, category and unit where the result has none.
-/// Nothing for a key of four characters that the catalogue does not know, and for any other key whose result
-/// does not bring all three.
+/// The reading for `result`. The catalogue supplies the name, category and unit that the result lacks. No
+/// value for a four-character key that is not in the catalogue, nor for any other key whose result lacks one
+/// of the three.
 std::optional<SMCReading> buildReading(RawReading result);
 
 } // namespace kelvinbar

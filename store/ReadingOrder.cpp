@@ -15,7 +15,7 @@ bool keyComesBefore(const SMCReading* left, const SMCReading* right) {
     return comesBeforeNaturally(left->key, right->key);
 }
 
-/// The place of each category among the titles in alphabetical order.
+/// The rank of each category when sorted by title.
 std::array<std::size_t, allCategories.size()> titlePlaces() {
     auto byTitle = allCategories;
     std::ranges::sort(byTitle, {}, rawValue);
@@ -36,7 +36,7 @@ bool categoryAndKeyComeBefore(const SMCReading* left, const SMCReading* right) {
 } // namespace
 
 std::vector<SMCReading> sortedByCategoryAndKey(std::vector<SMCReading> readings) {
-    // Pointers are sorted: a reading is large to move at every step.
+    // Sort pointers: readings are expensive to move.
     std::vector<SMCReading*> order;
     order.reserve(readings.size());
     for (SMCReading& reading : readings) order.push_back(&reading);

@@ -8,16 +8,16 @@
 
 namespace kelvinbar {
 
-/// Port: the preferences of this user for this program. A value of another type than asked for counts as
-/// absent. Main thread.
+/// Port: the user's preferences for this program. A value of another type than requested counts as absent.
+/// Setters do not report failures: the program continues with unsaved preferences. Main thread.
 class UserDefaults {
   public:
     virtual ~UserDefaults() = default;
 
     [[nodiscard]] virtual std::optional<std::string> text(std::string_view key) const = 0;
-    /// Nothing as well for a list in which not every element is a text.
+    /// No value if an element of the list is not a text.
     [[nodiscard]] virtual std::optional<TextList> textList(std::string_view key) const = 0;
-    /// 0 when absent.
+    /// 0 if absent.
     [[nodiscard]] virtual double number(std::string_view key) const = 0;
 
     virtual void setText(std::string_view key, const std::string& value) = 0;

@@ -10,9 +10,9 @@ namespace kelvinbar {
 
 namespace {
 
-/// Whether `number` is in thousandths of `unit`. The controllers of some machines report batteries and
-/// chargers this way, and no battery has such voltages or currents. The threshold for power is higher, and
-/// chargers report watts. Sources that name their own readings return whole units.
+/// Whether `number` is in thousandths of `unit`. Some controllers report batteries and chargers that way,
+/// and the thresholds are above what a battery can have. The one for power is higher because chargers report
+/// watts. Sources that name their own readings always use whole units.
 bool isInThousandths(std::string_view key, double number, std::string_view unit) {
     if (isSelfNamedKey(key)) return false;
     const bool isBattery = key.starts_with('B');

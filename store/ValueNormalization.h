@@ -6,7 +6,7 @@
 
 namespace kelvinbar {
 
-/// A result's number if it is finite, otherwise nothing. Any thread.
+/// `number` if it is finite, otherwise no value. Any thread.
 std::optional<double> numericValue(std::optional<double> number);
 
 struct NormalizedValue {
@@ -16,9 +16,9 @@ struct NormalizedValue {
     friend bool operator==(const NormalizedValue&, const NormalizedValue&) = default;
 };
 
-/// The value text and number of a reading. Converts `numeric` from milli-units to `unit` where controllers
-/// are known to report milli-units, and formats it as suits the unit. Returns `rawValue` unchanged when there
-/// is no number. The text has a decimal point in every locale. Any thread.
+/// The value text and number of a reading. Converts `numeric` to `unit` if controllers report it in
+/// thousandths. The text has at most three decimals and a decimal point in every locale; without a number it
+/// is `rawValue` unchanged. Speeds are whole and never negative. Any thread.
 NormalizedValue normalizeValue(std::string_view key, std::string rawValue, std::optional<double> numeric,
                                std::string_view unit);
 

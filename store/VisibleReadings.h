@@ -5,7 +5,8 @@
 
 namespace kelvinbar {
 
-/// Whether the panel counts the reading: it has something to show, and the user has not hidden its key.
+/// Whether the panel shows and counts the reading: it has a displayable value and the user has not hidden it.
+/// Any thread.
 inline bool isVisibleReading(const SMCReading& reading, const KeySet& hiddenKeys) {
     return reading.hasDisplayableValue() && !hiddenKeys.contains(reading.key);
 }

@@ -1,5 +1,5 @@
-// kelvinbar-compile-symbols: turns drawings of symbols into their outlines, one shape each, which the program
-// fills with any colour at any size without a reader of drawings. The build runs it.
+// kelvinbar-compile-symbols: converts the SVG files of symbols to outlines, one shape per symbol. The program
+// fills them with any colour at any size and needs no SVG renderer. Runs during the build.
 //
 // usage: kelvinbar-compile-symbols FOLDER FILE.svg …
 
@@ -19,7 +19,7 @@
 
 namespace {
 
-/// Takes the outlines of what is drawn instead of drawing it.
+/// A paint engine that records outlines instead of drawing.
 class OutlineEngine final : public QPaintEngine {
   public:
     OutlineEngine() : QPaintEngine(AllFeatures) {}
@@ -54,7 +54,7 @@ class OutlineEngine final : public QPaintEngine {
         hasPicture_ = true;
     }
 
-    /// Whether the drawing holds what has no outline.
+    /// Whether the drawing contains an image, which has no outline.
     [[nodiscard]] bool hasPicture() const { return hasPicture_; }
 
   private:
@@ -92,7 +92,7 @@ class OutlineDevice final : public QPaintDevice {
 
   private:
     int side_;
-    mutable OutlineEngine engine_; // the base class asks a constant device for it
+    mutable OutlineEngine engine_; // paintEngine() is const in the base class
 };
 
 bool compile(const QString& drawing, const QString& folder) {

@@ -1,4 +1,4 @@
-// kelvinbar-snapshot: prints the snapshot of a machine on standard output.
+// kelvinbar-snapshot: prints a snapshot of a machine on standard output.
 
 #include "base/Clock.h"
 #include "base/Log.h"
@@ -42,7 +42,8 @@ std::vector<std::string> sampleNames() {
 
 void reportError(const std::string& message) { std::cerr << "kelvinbar-snapshot: " + message + "\n"; }
 
-/// Names the lines that cannot be used. Standard error is not buffered, and there may be millions of them.
+/// Prints the lines that cannot be used. Writes in chunks: there may be millions of lines, and standard error
+/// is not buffered.
 void reportProblems(const std::string& source, const std::vector<LineProblem>& problems) {
     constexpr std::size_t chunk = std::size_t{64} * 1024;
     std::string text;
@@ -56,7 +57,8 @@ void reportProblems(const std::string& source, const std::vector<LineProblem>& p
     std::cerr << text;
 }
 
-/// The replayed machine, or nothing after saying why. Lines that cannot be used are named and left out.
+/// The replayed machine, or no value after printing the reason. Lines that cannot be used are printed and
+/// skipped.
 std::optional<Machine> replayedMachine(const std::string& source, std::string_view text, Log& log) {
     const Machine host = makePlatform(log);
     ReplayResult replay = makeReplayMachine(text, host.clock);
@@ -117,7 +119,7 @@ int run(int argc, char** argv) {
     app.add_flag("-v,--verbose", options.verbosity, "Log what is found and done; twice, every step");
     try {
         app.parse(argc, argv);
-        // An empty text passes as no text at all, and no check is made of it.
+        // CLI11 does not validate an empty value.
         if (demo->count() > 0 && options.sampleName.empty()) {
             throw CLI::ValidationError("--demo", "NAME is empty");
         }

@@ -1,6 +1,5 @@
-// kelvinbar-render-artwork: draws a vector image as a PNG, or in several sizes as rows of 32-bit pixels,
-// alpha first, which is how trays take them. The build runs it, so that the program carries no reader of
-// drawings.
+// kelvinbar-render-artwork: renders an SVG file as a PNG, or in several sizes as rows of 32-bit ARGB pixels,
+// the format of tray icons. Runs during the build, so that the program needs no SVG renderer.
 //
 // usage: kelvinbar-render-artwork FILE.svg FILE.png SIDE
 //        kelvinbar-render-artwork FILE.svg FOLDER SIDE …

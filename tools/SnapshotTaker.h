@@ -6,8 +6,8 @@
 
 namespace kelvinbar {
 
-/// The snapshot of `machine`: builds a store over it with preferences that are never kept, waits for its
-/// first full refresh, exports the readings, and closes the machine's source.
+/// The snapshot of `machine` as text. Waits for the first full refresh of a store with in-memory preferences,
+/// then closes the machine's source. Blocks. Main thread.
 std::string takeSnapshot(const Machine& machine);
 
 } // namespace kelvinbar

@@ -2,7 +2,7 @@
 
 namespace kelvinbar {
 
-/// Whether a person at a terminal reads the program's standard output.
+/// Whether standard output is a terminal.
 bool isStandardOutputTerminal();
 
 } // namespace kelvinbar

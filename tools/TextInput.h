@@ -7,20 +7,20 @@
 
 namespace kelvinbar {
 
-/// More than any snapshot has; a device that never ends stops here.
+/// In bytes. Larger than any snapshot, and a limit for devices that never end.
 inline constexpr std::size_t maximumInputSize = std::size_t{16} * 1024 * 1024;
 
-/// Why a text could not be read, for people.
+/// Why a text could not be read.
 struct InputError {
-    std::string message;
+    std::string message; ///< user-visible
 };
 
 using TextInput = std::variant<std::string, InputError>;
 
-/// All of `file`, or of standard input for "-".
+/// Reads `file`, or standard input if it is "-". Blocks until the end of the input.
 TextInput readTextInput(const std::string& file);
 
-/// All of `stream`.
+/// Reads `stream` to its end.
 TextInput readTextInput(std::istream& stream);
 
 } // namespace kelvinbar

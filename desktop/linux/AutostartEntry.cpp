@@ -25,11 +25,11 @@ using Lines = std::vector<std::string>;
 
 constexpr std::string_view group = "[Desktop Entry]";
 
-/// By which desktops' settings disable an entry without hiding it.
+/// Some desktops disable an entry with their own key instead of Hidden.
 constexpr std::array<std::string_view, 2> enablingKeys{"X-GNOME-Autostart-enabled",
                                                        "X-MATE-Autostart-enabled"};
 
-/// Without these an entry is none.
+/// Mandatory keys of a desktop entry. Added to an entry that lacks them.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 2> requiredValues{{
     {"Name", "Kelvinbar"},
     {"Type", "Application"},
@@ -48,7 +48,7 @@ Lines linesOf(std::string_view text) {
     return lines;
 }
 
-/// The value of a line "Key=value" of that key.
+/// The value of a line "Key=value". No value if the line has another key.
 std::optional<std::string_view> valueIn(std::string_view line, std::string_view key) {
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos || trimmed(line.substr(0, equals)) != key) return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<std::string_view> valueIn(std::string_view line, std::string_view 
 
 bool beginsGroup(std::string_view line) { return trimmed(line).starts_with('['); }
 
-/// The value of a key of the entry's own group; the last one counts.
+/// The value of a key in the group [Desktop Entry]. The last of several wins.
 std::optional<std::string> valueOf(const Lines& lines, std::string_view key) {
     std::optional<std::string> value;
     bool isInGroup = false;
@@ -68,7 +68,7 @@ std::optional<std::string> valueOf(const Lines& lines, std::string_view key) {
     return value;
 }
 
-/// `lines` with one line for the key in the entry's own group.
+/// `lines` with exactly one line for `key` in the group [Desktop Entry].
 Lines withValue(const Lines& lines, std::string_view key, std::string_view value) {
     Lines result;
     bool isInGroup = false;
@@ -83,7 +83,7 @@ Lines withValue(const Lines& lines, std::string_view key, std::string_view value
     return result;
 }
 
-/// Writes `text` so that `file` is either what it was or all of the new.
+/// Replaces the content of `file` atomically.
 bool replaceFile(const fs::path& file, const std::string& text) {
     fs::path temporary = file;
     temporary += ".new";
@@ -100,7 +100,7 @@ bool replaceFile(const fs::path& file, const std::string& text) {
     return isReplaced;
 }
 
-/// An argument in quotes, with the characters escaped that mean something in them; "%" introduces a field.
+/// `argument` in quotes, with reserved characters escaped. "%" introduces a field code and is doubled.
 std::string quotedArgument(std::string_view argument) {
     std::string quoted = "\"";
     for (const char character : argument) {
@@ -111,7 +111,7 @@ std::string quotedArgument(std::string_view argument) {
     return quoted + "\"";
 }
 
-/// The escapes of every text value, which are undone before the quotes are looked at.
+/// Applies the escape sequences of all string values. Desktops resolve them before they parse the quotes.
 std::string escapedText(std::string_view text) {
     std::string escaped = replacedAll(text, "\\", "\\\\");
     escaped = replacedAll(escaped, "\n", "\\n");
@@ -119,8 +119,8 @@ std::string escapedText(std::string_view text) {
     return replacedAll(escaped, "\r", "\\r");
 }
 
-/// The text of the entry; nothing when it cannot be read or is too long for an entry. Opens regular files
-/// only: a pipe would stall the program.
+/// The content of `file`. No value if it cannot be read or is too large for a desktop entry. Opens only
+/// regular files: a pipe would block the program.
 std::optional<std::string> entryText(const fs::path& file) {
     constexpr std::uintmax_t limit = std::uintmax_t{64} * 1024;
     std::error_code error;
@@ -158,14 +158,14 @@ bool AutostartEntry::registerItem() {
     return logged(LogLevel::info, "is written");
 }
 
-/// False for an error, so that it can be returned where it is logged.
+/// Returns false if `level` is error, so that the caller can log and return in one statement.
 bool AutostartEntry::logged(LogLevel level, const char* what) const {
     log_.write(LogCategory::login, level,
                [&] { return "the autostart entry " + file_.string() + " " + what; });
     return level != LogLevel::error;
 }
 
-/// The entry as it is, enabled; nothing when there is one that cannot be read in full.
+/// The existing entry, or a new one, enabled. No value if there is an entry that cannot be read completely.
 std::optional<std::string> AutostartEntry::enabledEntry() const {
     std::error_code error;
     const auto text = entryText(file_);

@@ -12,19 +12,22 @@
 
 namespace kelvinbar {
 
-/// The program's entry among those that the desktop starts at login: a file in the user's autostart folder.
-/// An entry that the user has disabled, by hand or in the desktop's settings, counts as not registered;
-/// registering enables it again and keeps what else is in it.
+/// The program's XDG autostart entry: a desktop file in the user's autostart folder. An entry that the user
+/// has disabled, in an editor or in the desktop's settings, counts as not registered. Registering enables it
+/// and keeps its other lines.
+///
+/// Pitfall: a file that cannot be read completely is not replaced, so registering fails. Main thread.
 class AutostartEntry final : public LoginItemService {
   public:
     struct Actions {
-        /// Opens the desktop's settings of programs that start at login, where it has some.
+        /// Opens the desktop's settings for programs that start at login, if it has any.
         std::function<void()> openSettings;
+        /// Plays the alert sound.
         std::function<void()> beep;
     };
 
-    /// `folder` is the autostart folder, `name` that of the entry in it, and `command` the program with its
-    /// arguments. Changes are logged, failures as errors.
+    /// `folder` is the autostart folder, `name` the entry's file name without ".desktop", and `command` the
+    /// program with its arguments. Logs changes, and failures as errors. The log must outlive the object.
     AutostartEntry(const std::filesystem::path& folder, const std::string& name,
                    std::vector<std::string> command, Actions actions, Log& log);
 
@@ -48,10 +51,11 @@ class AutostartEntry final : public LoginItemService {
     Log& log_;
 };
 
-/// The user's autostart folder by the environment's XDG_CONFIG_HOME and HOME.
+/// The user's autostart folder, from the environment variables XDG_CONFIG_HOME and HOME.
 std::filesystem::path userAutostartFolder();
 
-/// A program and its arguments as the value of a desktop entry's Exec key, whatever characters are in them.
+/// A program and its arguments as the value of a desktop entry's Exec key, with all characters escaped that
+/// need it.
 std::string desktopExecValue(const std::vector<std::string>& command);
 
 } // namespace kelvinbar

@@ -18,30 +18,29 @@ void GrabbedInput::prepare(QWindow& window) {
                     Qt::X11BypassWindowManagerHint);
 }
 
-void GrabbedInput::take(QWindow& window, std::function<void()> onElsewhere) {
-    onElsewhere_ = std::move(onElsewhere);
+void GrabbedInput::acquire(QWindow& window, std::function<void()> onDismissed) {
+    onDismissed_ = std::move(onDismissed);
     window.installEventFilter(this);
     window.requestActivate();
     window.setKeyboardGrabEnabled(true);
     window.setMouseGrabEnabled(true);
 }
 
-void GrabbedInput::giveBack(QWindow& window) {
+void GrabbedInput::release(QWindow& window) {
     window.removeEventFilter(this);
-    isPressedElsewhere_ = false;
+    isPressedOutside_ = false;
     window.setMouseGrabEnabled(false);
     window.setKeyboardGrabEnabled(false);
 }
 
 bool GrabbedInput::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress) {
-        isPressedElsewhere_ = isOutside(*static_cast<QWindow*>(watched), *static_cast<QMouseEvent*>(event));
-        return isPressedElsewhere_;
+        isPressedOutside_ = isOutside(*static_cast<QWindow*>(watched), *static_cast<QMouseEvent*>(event));
+        return isPressedOutside_;
     }
-    if (event->type() != QEvent::MouseButtonRelease || !std::exchange(isPressedElsewhere_, false))
-        return false;
-    const auto elsewhere = onElsewhere_; // which may end in another one's taking the input
-    elsewhere();
+    if (event->type() != QEvent::MouseButtonRelease || !std::exchange(isPressedOutside_, false)) return false;
+    const auto dismissed = onDismissed_; // a copy: the call may replace onDismissed_
+    dismissed();
     return true;
 }
 

@@ -1,7 +1,7 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
 #include "desktop/linux/GrabbedInput.h"
-#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
@@ -21,7 +21,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The programs with which desktops show what starts at login.
+/// Settings programs of the desktops, with the argument that opens the page for programs started at login.
 constexpr std::array<std::pair<const char*, const char*>, 6> autostartSettings{{
     {"gnome-session-properties", ""},
     {"systemsettings", "kcm_autostart"},
@@ -38,7 +38,7 @@ void openAutostartSettings() {
     }
 }
 
-/// The terminal's bell, and nothing where there is no terminal.
+/// Rings the terminal's bell, if there is a terminal.
 void ringBell() {
     if (isatty(STDERR_FILENO) == 1) static_cast<void>(std::fputc('\a', stderr));
 }
@@ -48,12 +48,12 @@ bool hasDarkColors() {
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
-/// The program's name on the session bus and of its desktop entry.
+/// The program's name on the session bus, which is also that of its desktop entry.
 QString busName(const std::string& name) {
     return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
 }
 
-/// A program in a tray has neither a taskbar entry nor windows that keep it running.
+/// A tray program has no taskbar entry, and continues after its last window is closed.
 class TrayApplication final : public Application {
   public:
     void becomeAccessory() override { QGuiApplication::setQuitOnLastWindowClosed(false); }
@@ -117,7 +117,7 @@ class LinuxDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
-    // Windows of a Wayland session cannot place themselves; those of its X server can.
+    // Wayland does not let windows choose their position. Use the session's X server if there is one.
     const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (!isChosen && !qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
     return makeTrayApplication(argc, argv, log);

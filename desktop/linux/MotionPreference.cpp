@@ -16,11 +16,11 @@ constexpr const char* portalService = "org.freedesktop.portal.Desktop";
 constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 
-/// A desktop's setting, and what it says when the user wants less motion.
+/// A setting, and how to tell from its value that reduced motion is enabled.
 struct MotionSetting {
     const char* group;
     const char* name;
-    bool (*asksForLess)(const QVariant& value);
+    bool (*isReducedBy)(const QVariant& value);
 };
 
 const std::array motionSettings{
@@ -35,7 +35,7 @@ const std::array motionSettings{
                   }},
 };
 
-/// A value may be wrapped once more than its signal says.
+/// Portals wrap values in more variants than the signature has.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     return value;
@@ -46,45 +46,44 @@ QVariant unwrapped(QVariant value) {
 MotionPreference::MotionPreference(QDBusConnection bus) : bus_(std::move(bus)) {
     bus_.connect(portalService, portalPath, settingsInterface, "SettingChanged", this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
-    // At login, the program may be there before the portal is.
-    auto* const arrival =
+    // At login, the program may start before the portal.
+    auto* const portalWatcher =
         new QDBusServiceWatcher(portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(arrival, &QDBusServiceWatcher::serviceRegistered, this, &MotionPreference::askAll);
-    askAll();
+    connect(portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &MotionPreference::readAll);
+    readAll();
 }
 
-void MotionPreference::askAll() {
-    for (const MotionSetting& setting : motionSettings) ask({setting.group, setting.name});
+void MotionPreference::readAll() {
+    for (const MotionSetting& setting : motionSettings) read({setting.group, setting.name});
 }
 
-void MotionPreference::ask(const Setting& setting) {
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, "Read");
-    question << setting.first << setting.second;
-    question.setAutoStartService(false); // a desktop that has a portal runs it
-    auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, setting, answer] {
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
-        if (reply.isValid()) note(setting, reply.value().variant());
-        answer->deleteLater();
+void MotionPreference::read(const Setting& setting) {
+    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, "Read");
+    call << setting.first << setting.second;
+    call.setAutoStartService(false); // desktops start their portal themselves
+    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, setting, watcher] {
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        if (reply.isValid()) update(setting, reply.value().variant());
+        watcher->deleteLater();
     });
 }
 
 void MotionPreference::settingChanged(const QString& group, const QString& name, const QDBusVariant& value) {
-    note({group, name}, value.variant());
+    update({group, name}, value.variant());
 }
 
-void MotionPreference::note(const Setting& setting, QVariant value) {
+void MotionPreference::update(const Setting& setting, QVariant value) {
     const auto* const known = std::ranges::find_if(motionSettings, [&](const MotionSetting& candidate) {
         return setting == Setting(candidate.group, candidate.name);
     });
     if (known != motionSettings.end()) {
-        asksForLess_[setting] = known->asksForLess(unwrapped(std::move(value)));
+        isReduced_[setting] = known->isReducedBy(unwrapped(std::move(value)));
     }
 }
 
 bool MotionPreference::prefersReducedMotion() const {
-    return std::ranges::any_of(asksForLess_, [](const auto& entry) { return entry.second; });
+    return std::ranges::any_of(isReduced_, [](const auto& entry) { return entry.second; });
 }
 
 } // namespace kelvinbar

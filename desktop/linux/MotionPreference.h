@@ -9,8 +9,12 @@
 
 namespace kelvinbar {
 
-/// Whether the user has asked the desktop for less motion, as the desktop's settings portal tells and goes on
-/// telling. Desktops without a running portal ask for none. Main thread.
+/// Whether the user has enabled reduced motion. Reads the setting from the desktop's settings portal
+/// (org.freedesktop.portal.Settings) and follows its changes. There is a common setting, and older ones of
+/// single desktops; one of them is enough.
+///
+/// Limits: reads asynchronously, so the result is false until the portal has replied, and stays false on
+/// desktops without a portal. Main thread.
 class MotionPreference final : public QObject {
     Q_OBJECT
 
@@ -20,14 +24,14 @@ class MotionPreference final : public QObject {
     [[nodiscard]] bool prefersReducedMotion() const;
 
   private:
-    using Setting = std::pair<QString, QString>;
+    using Setting = std::pair<QString, QString>; ///< group and name
 
-    void askAll();
-    void ask(const Setting& setting);
-    void note(const Setting& setting, QVariant value);
+    void readAll();
+    void read(const Setting& setting);
+    void update(const Setting& setting, QVariant value);
 
     QDBusConnection bus_;
-    std::map<Setting, bool> asksForLess_; ///< what each setting says that the desktop has
+    std::map<Setting, bool> isReduced_; ///< only settings that the desktop has
 
   private slots: // NOLINT(readability-redundant-access-specifiers)
     void settingChanged(const QString& group, const QString& name, const QDBusVariant& value);

@@ -13,13 +13,13 @@ namespace kelvinbar {
 
 namespace {
 
-/// How long to wait for another process that writes, in milliseconds.
-constexpr int longestTurn = 1000;
+/// How long to wait for another process to finish writing, in milliseconds.
+constexpr int lockTimeout = 1000;
 
 } // namespace
 
 PreferencesFile::PreferencesFile(const QString& name, Log& log) : QtUserDefaults("kelvinbar", name, log) {
-    const QStringList keys = settings().allKeys(); // a section is read when it is first asked for
+    const QStringList keys = settings().allKeys(); // also makes QSettings read the file
     log.write(LogCategory::preferences, LogLevel::info, [&] {
         return settings().fileName().toStdString() + " holds " + std::to_string(keys.size()) + " values";
     });
@@ -30,19 +30,20 @@ PreferencesFile::PreferencesFile(const QString& name, Log& log) : QtUserDefaults
 
 void PreferencesFile::change(const std::function<void()>& make) {
     if (isDamaged_ && !keepDamagedFileAside()) return;
-    QLockFile turn(settings().fileName() + ".turn");
-    turn.tryLock(longestTurn);
-    waitForAnotherTimeStamp();
+    QLockFile lock(settings().fileName() + ".turn");
+    lock.tryLock(lockTimeout);
+    waitForDistinctTimeStamp();
     QtUserDefaults::change(make);
 }
 
-/// What another process has written is seen by the file's size and time. Two changes within the grain of that
-/// time might look like one.
-void PreferencesFile::waitForAnotherTimeStamp() {
-    constexpr std::chrono::milliseconds grain{10};
+/// QSettings detects changes of other processes by the file's size and modification time. Two changes within
+/// the resolution of that time could look like one.
+void PreferencesFile::waitForDistinctTimeStamp() {
+    constexpr std::chrono::milliseconds resolution{10};
     const QDateTime changed = QFileInfo(settings().fileName()).lastModified();
     const std::chrono::milliseconds age(changed.msecsTo(QDateTime::currentDateTime()));
-    if (changed.isValid() && age.count() >= 0 && age < grain) std::this_thread::sleep_for(grain - age);
+    if (changed.isValid() && age.count() >= 0 && age < resolution)
+        std::this_thread::sleep_for(resolution - age);
 }
 
 bool PreferencesFile::keepDamagedFileAside() {

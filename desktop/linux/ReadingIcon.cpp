@@ -18,8 +18,7 @@ bool belongsToNumber(QChar character) {
     return character.isDigit() || character == '.' || character == '-' || character == degreeSign;
 }
 
-/// Characters are drawn by strokes on a grid of 8 units in height, so that no font engine is loaded for four
-/// of them.
+/// Glyphs are drawn as strokes on a grid 8 units high, so that no font engine is loaded for a few characters.
 constexpr qreal strokeWidth = 1.3;
 
 qreal cellWidth(QChar character) {
@@ -28,7 +27,7 @@ qreal cellWidth(QChar character) {
     return character == degreeSign ? 3.2 : 5;
 }
 
-/// A digit as strokes: moves ("M"), lines ("L"), curves ("C") and ellipses ("E", by their rectangle).
+/// Strokes of the digits: M moves, L draws a line, C a cubic curve, E an ellipse in a rectangle.
 constexpr std::array digitStrokes{
     "E .8 .7 3.4 6.6",
     "M 1.2 2.2 L 2.9 .7 L 2.9 7.3",
@@ -44,7 +43,7 @@ constexpr std::array digitStrokes{
     "E .8 .7 3.4 4 M 4.2 2.8 C 4.2 5.6 3.6 7.3 2.3 7.3 C 1.9 7.3 1.5 7.1 1.1 6.8",
 };
 
-/// Reads the numbers of a stroke.
+/// Parses the numbers of a stroke.
 class Strokes {
   public:
     explicit Strokes(const char* text) : words_(QString::fromLatin1(text).split(' ')) {}
@@ -88,17 +87,18 @@ qreal widthOf(const QString& text) {
     return width;
 }
 
-/// The width of the rim around the letters, in pixels.
+/// The width of the outline around the glyphs, in pixels.
 qreal rimOf(int side) { return std::max(1.0, side / 20.0); }
 
-/// The text with an eight for each digit: all numbers of one form have one layout.
+/// The text with all digits replaced by 8. Texts of the same form have the same layout.
 QString formOf(QString text) {
     std::ranges::replace_if(
         text, [](QChar character) { return character.isDigit(); }, QChar('8'));
     return text;
 }
 
-/// Brings the cell at `place` of a text into its place in an icon, the whole text as large as fits.
+/// Maps the glyph at the position `place` of `text` to its position in the icon. The text is centred and as
+/// large as possible.
 QTransform placement(const QString& text, qsizetype place, int side) {
     constexpr qreal height = 8;
     const qreal room = side - 2 * rimOf(side);
@@ -127,7 +127,8 @@ void addCoverage(QImage& sum, const QImage& letter) {
     }
 }
 
-/// How strongly the rim covers a pixel: the strongest letter within the rim's width, weaker at its edge.
+/// The outline's coverage of a pixel: the strongest coverage of a glyph within the outline's width, fading at
+/// its edge.
 int rimAround(const QImage& letters, int x, int y, qreal rim) {
     const int reach = static_cast<int>(std::ceil(rim));
     int strongest = 0;
@@ -141,7 +142,7 @@ int rimAround(const QImage& letters, int x, int y, qreal rim) {
     return strongest;
 }
 
-/// The letters over their rim.
+/// The glyphs over their outline.
 QImage composed(const QImage& letters, bool isOnDark) {
     constexpr int strengthOfRim = 190; // of 255
     const int inkLevel = isOnDark ? 255 : 24;
@@ -170,7 +171,7 @@ QString iconText(const QString& value) {
     qsizetype length = 0;
     while (length < text.size() && belongsToNumber(text[length])) ++length;
     QString number = text.first(length);
-    // Four characters are what one can read in 16 pixels: a fraction is rounded away first.
+    // No more than four characters are legible in 16 pixels. Drop the fraction if there are more.
     if (number.size() > 4 && number.contains('.')) {
         const QString degrees = number.endsWith(degreeSign) ? QString(degreeSign) : QString();
         number = QString::number(qRound(number.chopped(degrees.size()).toDouble())) + degrees;
@@ -179,7 +180,7 @@ QString iconText(const QString& value) {
 }
 
 const QImage& ReadingIcons::letter(const QString& text, int side, qsizetype place) {
-    // What was drawn for texts of other forms is not needed again soon.
+    // Glyphs of texts of another form are not needed again soon.
     constexpr std::size_t mostLetters = 400;
     if (letters_.size() > mostLetters) letters_.clear();
     const QString form = formOf(text);

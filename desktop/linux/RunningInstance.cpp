@@ -13,7 +13,7 @@ RunningInstance::RunningInstance(QDBusConnection bus, const QString& name, std::
     new RunningInstanceAdaptor(
         *this); // NOLINT(cppcoreguidelines-owning-memory): the object owns its adaptors
     if (!bus_.isConnected()) return;
-    // The object first: who finds the name finds it too.
+    // Register the object before the name, so that whoever sees the name can call it.
     bus_.registerObject(path_, this);
     isThisOne_ = bus_.registerService(name_);
 }
@@ -28,8 +28,8 @@ void RunningInstance::activateOther() const {
     QDBusMessage call =
         QDBusMessage::createMethodCall(name_, path_, "org.freedesktop.Application", "Activate");
     call << QVariantMap();
-    constexpr int patience = 5000; // milliseconds
-    bus_.call(call, QDBus::Block, patience);
+    constexpr int timeout = 5000; // milliseconds
+    bus_.call(call, QDBus::Block, timeout);
 }
 
 } // namespace kelvinbar

@@ -9,22 +9,25 @@
 
 namespace kelvinbar {
 
-/// The one instance of the program that runs for a user, by its name on the session bus. A second start, and
-/// the desktop's launcher, reach it through org.freedesktop.Application.
+/// Ensures that one instance of the program runs per user: the one that owns the program's name on the
+/// session bus. Other instances and the desktop's launcher activate it through org.freedesktop.Application.
+/// Main thread.
 class RunningInstance final : public QObject {
     Q_OBJECT
 
   public:
-    /// `name` is the program's on the bus, such as "org.kelvinbar.Kelvinbar".
+    /// `name` is the program's bus name, such as "org.kelvinbar.Kelvinbar". `onActivated` is called when
+    /// another instance or the launcher activates this one.
     RunningInstance(QDBusConnection bus, const QString& name, std::function<void()> onActivated);
     RunningInstance(const RunningInstance&) = delete;
     RunningInstance& operator=(const RunningInstance&) = delete;
     ~RunningInstance() override;
 
-    /// Whether this is the one. Also true without a session bus, where nobody could be asked.
+    /// Whether this instance owns the name. Also true without a session bus, where others cannot be found.
     [[nodiscard]] bool isThisOne() const { return isThisOne_; }
 
-    /// Asks the other one to open its panel.
+    /// Asks the instance that owns the name to open its panel. Blocks until it has replied, at most five
+    /// seconds.
     void activateOther() const;
 
   private:
@@ -37,6 +40,7 @@ class RunningInstance final : public QObject {
     bool isThisOne_ = true;
 };
 
+/// The object on the bus. Launchers may call any of its methods; all do the same.
 class RunningInstanceAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

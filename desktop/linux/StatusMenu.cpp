@@ -25,13 +25,13 @@ void StatusMenu::setEntries(std::vector<StatusMenuEntry> entries) {
     if (!isSame) emit adaptor_->LayoutUpdated(++revision_, rootId);
 }
 
-/// Entries have the numbers from 1.
+/// Ids count from 1.
 QVariantMap StatusMenu::propertiesOf(int id) const {
     if (id == rootId) return {{"children-display", "submenu"}};
     if (id < 1 || static_cast<std::size_t>(id) > entries_.size()) return {};
     const StatusMenuEntry& entry = entries_[static_cast<std::size_t>(id) - 1];
     if (entry.text.isEmpty()) return {{"type", "separator"}};
-    // An underscore marks the letter that chooses the entry; a text has none.
+    // A single underscore would mark the next letter as the access key.
     return {{"label", QString(entry.text).replace('_', "__")}, {"enabled", true}, {"visible", true}};
 }
 
@@ -77,7 +77,7 @@ QList<int> StatusMenuAdaptor::EventGroup(const QList<StatusMenuEvent>& events) {
     return {};
 }
 
-// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
+// NOLINTBEGIN(readability-convert-member-functions-to-static): D-Bus calls them on the object
 bool StatusMenuAdaptor::AboutToShow(int /*id*/) { return false; }
 
 QList<int> StatusMenuAdaptor::AboutToShowGroup(const QList<int>& /*ids*/, QList<int>& /*idErrors*/) {

@@ -17,15 +17,20 @@ namespace kelvinbar {
 
 /// One entry of the menu.
 struct StatusMenuEntry {
-    QString text; ///< empty for a separator
-    std::function<void()> action;
+    QString text;                 ///< empty for a separator
+    std::function<void()> action; ///< may change the entries; not called for a separator
 };
 
-/// The menu that hosts open which show a menu on a click (com.canonical.dbusmenu).
+/// The status item's menu, exported on the session bus as com.canonical.dbusmenu. Hosts open it on a right
+/// click, and some also on a left click, instead of activating the item. A host has its own copy of the menu
+/// and reloads it after LayoutUpdated.
+///
+/// Limits: one level, without icons, check marks and keyboard shortcuts. Main thread.
 class StatusMenu final : public QObject {
     Q_OBJECT
 
   public:
+    /// Of the object on the bus.
     static constexpr auto path = "/StatusMenu";
 
     explicit StatusMenu(QDBusConnection bus);
@@ -33,7 +38,7 @@ class StatusMenu final : public QObject {
     StatusMenu& operator=(const StatusMenu&) = delete;
     ~StatusMenu() override;
 
-    /// Tells hosts only when a text or the number of entries changed.
+    /// Notifies hosts if a text or the number of entries has changed.
     void setEntries(std::vector<StatusMenuEntry> entries);
 
   private:
@@ -48,7 +53,9 @@ class StatusMenu final : public QObject {
     class StatusMenuAdaptor* adaptor_;
 };
 
-// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
+// NOLINTBEGIN(readability-convert-member-functions-to-static): D-Bus calls them on the object
+/// The object on the bus. Names and signatures are those of the protocol; ids count from 1, and 0 is the
+/// root.
 class StatusMenuAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
@@ -80,6 +87,7 @@ class StatusMenuAdaptor final : public QDBusAbstractAdaptor {
     QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
 
   signals:
+    /// The entries below `parent` have changed. Replies to older revisions are outdated.
     void LayoutUpdated(uint revision, int parent);
 
   private:

@@ -16,7 +16,7 @@ QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& value
     return argument;
 }
 
-/// Layouts are only ever sent; the type has to be readable all the same.
+/// Never called: layouts are only sent. Qt D-Bus requires the operator to register the type.
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& value) {
     argument.beginStructure();
     argument >> value.id >> value.properties;

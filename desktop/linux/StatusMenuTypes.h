@@ -7,26 +7,26 @@
 #include <QString>
 #include <QVariantMap>
 
-/// What the menu protocol (com.canonical.dbusmenu) carries.
+/// The types of the menu protocol (com.canonical.dbusmenu) and their D-Bus encoding.
 namespace kelvinbar {
 
-/// An entry and what is below it, as the menu protocol carries it.
+/// An entry and the entries below it: (ia{sv}av).
 struct StatusMenuLayout {
     int id = 0;
     QVariantMap properties;
     QList<StatusMenuLayout> children;
 };
 
-/// The properties of one entry.
+/// The properties of one entry: (ia{sv}).
 struct StatusMenuItemProperties {
     int id = 0;
     QVariantMap properties;
 };
 
-/// An event of one entry.
+/// An event of one entry, such as a click: (isvu).
 struct StatusMenuEvent {
     int id = 0;
-    QString name;
+    QString name; ///< for example "clicked"
     QDBusVariant data;
     uint timestamp = 0;
 };
@@ -38,7 +38,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuItemPro
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& value);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& value);
 
-/// Makes the types known to D-Bus; once before the first use.
+/// Registers the types with Qt D-Bus. Call before their first use; repeated calls do nothing.
 void registerStatusMenuTypes();
 
 } // namespace kelvinbar

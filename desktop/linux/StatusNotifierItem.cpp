@@ -18,7 +18,7 @@ namespace {
 constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
 constexpr auto itemPath = "/StatusNotifierItem";
 
-/// The desktop's part that keeps status items, such as "process 1234 (xfce4-panel)".
+/// The process of the watcher, for the log: "process 1234 (xfce4-panel)".
 std::string watcherProcess(const QDBusConnection& bus) {
     const QString process = QString::number(bus.interface()->servicePid(watcherService).value());
     QFile name("/proc/" + process + "/comm");
@@ -61,7 +61,7 @@ void StatusNotifierItem::watcherAppeared() {
     log_.write(LogCategory::tray, LogLevel::info,
                [this] { return "a watcher runs: " + watcherProcess(bus_); });
     registerWithWatcher();
-    // Some hosts keep what they had of an item that they know.
+    // Some hosts cache the properties of an item that they know from before.
     emit adaptor_->NewTitle();
     emit adaptor_->NewIcon();
     emit adaptor_->XAyatanaNewLabel(content_.label, adaptor_->labelGuide());
@@ -83,7 +83,7 @@ void StatusNotifierItem::registrationEnded(const QDBusError& error) {
     if (!error.isValid()) {
         log_.write(LogCategory::tray, LogLevel::info,
                    [this] { return "registered as " + service_.toStdString(); });
-    } else if (hasWatcher_) { // one that ends leaves calls unanswered
+    } else if (hasWatcher_) { // a watcher that exits does not reply, which is not a failure
         log_.write(LogCategory::tray, LogLevel::warning,
                    [&] { return "the tray refuses the status item: " + error.message().toStdString(); });
     }
@@ -106,7 +106,7 @@ void StatusNotifierItem::setContent(const StatusNotifierContent& content) {
     }
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the bus asks objects
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): D-Bus calls it on the object
 QDBusObjectPath StatusNotifierItemAdaptor::menu() const { return QDBusObjectPath(StatusMenu::path); }
 
 QString StatusNotifierItemAdaptor::labelGuide() const {

@@ -12,42 +12,52 @@
 #include <QString>
 #include <functional>
 
+/// The status item as a tray shows it under Linux, by the StatusNotifierItem protocol. Three processes take
+/// part: the item is an object on the session bus with an icon, a tooltip and a menu; the watcher keeps the
+/// list of items; the host is the panel that displays them and reports clicks. The item registers with the
+/// watcher, and hosts then read its properties and listen for its signals.
+///
+/// Limits: the protocol has no text beside the icon. The label is an extension (XAyatanaLabel) that few hosts
+/// support. Pitfalls: the watcher may start after the program, crash or be replaced, so the item registers
+/// again whenever a watcher appears. Hosts do not report the icon's place, only where it was clicked, and
+/// some report 0, 0.
 namespace kelvinbar {
 
 class Log;
 
-/// What a status item shows, in the words of the protocol.
+/// What a status item shows, with the protocol's names.
 struct StatusNotifierContent {
-    QString title; ///< of the item
-    QString label; ///< text beside the icon, for hosts that show one
+    QString title; ///< name of the item, read by screen readers
+    QString label; ///< text beside the icon, for hosts that support it
     StatusNotifierPixmaps iconPixmaps;
     QString toolTipTitle;
     QString toolTipText;
 };
 
-/// An item in the desktop's tray by the StatusNotifierItem protocol (org.kde.StatusNotifierItem), with the
-/// label extension (XAyatanaLabel). Registers itself with every watcher that appears; hosts hear only of what
-/// changed.
+/// An item on the session bus (org.kde.StatusNotifierItem). Registers with every watcher that appears, until
+/// it is destroyed. One per connection. Main thread.
 class StatusNotifierItem final : public QObject {
     Q_OBJECT
 
   public:
     using Activation = std::function<void(QPoint)>;
 
-    /// `onActivated` gets the place on the screen at which the host was clicked.
+    /// A click calls `onActivated` with its position on the screen. The log must outlive the object.
     StatusNotifierItem(QDBusConnection bus, Activation onActivated, Log& log);
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
     ~StatusNotifierItem() override;
 
+    /// Notifies hosts of the properties that have changed, and only of those.
     void setContent(const StatusNotifierContent& content);
 
     [[nodiscard]] const StatusNotifierContent& content() const { return content_; }
 
-    /// Whether some watcher runs that keeps items.
+    /// Whether a watcher runs. It may have refused the item, or have no host.
     [[nodiscard]] bool hasWatcher() const { return hasWatcher_; }
 
   signals:
+    /// A watcher has appeared or vanished.
     void watcherChanged();
 
   private:
@@ -68,8 +78,8 @@ class StatusNotifierItem final : public QObject {
     class StatusNotifierItemAdaptor* adaptor_;
 };
 
-// NOLINTBEGIN(readability-convert-member-functions-to-static): the bus asks objects
-/// The item as hosts see it.
+// NOLINTBEGIN(readability-convert-member-functions-to-static): D-Bus calls them on the object
+/// The object on the bus. Properties, methods and signals have the names of the protocol.
 class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
@@ -115,21 +125,21 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
         return {{}, {}, item_.content_.toolTipTitle, item_.content_.toolTipText};
     }
 
-    /// A true one would turn the click into the menu.
+    /// False, or hosts would open the menu instead of calling Activate.
     [[nodiscard]] bool itemIsMenu() const { return false; }
 
     [[nodiscard]] QDBusObjectPath menu() const;
 
     [[nodiscard]] QString label() const { return item_.content_.label; }
 
-    /// A text as wide as the label can be with as many digits: hosts keep that much room.
+    /// The widest label with the same number of digits. Hosts reserve that width.
     [[nodiscard]] QString labelGuide() const;
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
     void Activate(int x, int y) { item_.onActivated_({x, y}); }
 
-    // Neither does anything: what they should do, a click and the menu do.
+    // The protocol requires these. A left click and the menu cover what they would do.
     void SecondaryActivate(int /*x*/, int /*y*/) {}
 
     void ContextMenu(int /*x*/, int /*y*/) {}

@@ -7,9 +7,10 @@
 #include <QMetaType>
 #include <QString>
 
+/// The types of the StatusNotifierItem protocol and their D-Bus encoding.
 namespace kelvinbar {
 
-/// An image as the StatusNotifierItem protocol carries it: rows of 32-bit pixels, alpha first, big-endian.
+/// An image: (iiay). Pixels are 32-bit ARGB, big-endian, row by row from the top, not premultiplied.
 struct StatusNotifierPixmap {
     int width = 0;
     int height = 0;
@@ -20,11 +21,13 @@ struct StatusNotifierPixmap {
 
 using StatusNotifierPixmaps = QList<StatusNotifierPixmap>;
 
+/// Conversions to and from images. Any thread.
 StatusNotifierPixmap statusNotifierPixmap(const QImage& image);
 QImage imageOf(const StatusNotifierPixmap& pixmap);
 
+/// A tooltip: (sa(iiay)ss). Hosts may interpret `text` as rich text.
 struct StatusNotifierToolTip {
-    QString iconName;
+    QString iconName; ///< of the icon theme; empty to use the pixmaps
     StatusNotifierPixmaps iconPixmaps;
     QString title;
     QString text;
@@ -35,7 +38,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPix
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& toolTip);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& toolTip);
 
-/// Makes the types known to D-Bus; once before the first use.
+/// Registers the types with Qt D-Bus. Call before their first use; repeated calls do nothing.
 void registerStatusNotifierTypes();
 
 } // namespace kelvinbar

@@ -17,15 +17,15 @@ namespace kelvinbar {
 
 namespace {
 
-/// Desktops whose trays show the label of an item.
+/// Desktops whose trays display labels.
 constexpr std::array<std::string_view, 4> labellingDesktops{"gnome", "unity", "mate", "pantheon"};
 
-/// The image of that name in pixels of a side.
+/// The resource with the image `name`, `side` pixels wide and high.
 QString resourcePath(const std::string& name, int side) {
     return QString(":/artwork/%1-%2.argb").arg(QString::fromStdString(name)).arg(side);
 }
 
-/// The image in every size that hosts ask for.
+/// The image in every size that hosts request.
 StatusNotifierPixmaps imagePixmaps(const std::string& name) {
     StatusNotifierPixmaps pixmaps;
     for (const int side : iconSides) {
@@ -47,8 +47,8 @@ TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
     const std::string name = asciiLowercased(desktopName);
     const bool showsLabels = std::ranges::any_of(
         labellingDesktops, [&](std::string_view desktop) { return contains(name, desktop); });
-    // Only there do panels have the colours of programs; elsewhere they are dark nearly always, and the rim
-    // around the text keeps it legible where they are not.
+    // Only KDE's panel has the colours of programs. Other panels are nearly always dark; on a light one the
+    // outline keeps the text legible.
     const bool followsColors = contains(name, "kde");
     return {.showsLabels = showsLabels, .isDark = !followsColors || hasDarkColors};
 }
@@ -65,8 +65,8 @@ TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHan
               activate({place, QSize(1, 1)});
           },
           log)
-    , legacyIcon_(makeLegacyTrayIcon([this](QRect place) { activate(place); })) {
-    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishLegacyIcon(); });
+    , xembedIcon_(makeXEmbedTrayIcon([this](QRect place) { activate(place); })) {
+    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { publishXEmbedIcon(); });
     log_.write(LogCategory::tray, LogLevel::debug, [style] { return describedStyle(style); });
     content_.title = "Kelvinbar";
     content_.toolTipTitle = "Kelvinbar";
@@ -74,7 +74,7 @@ TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHan
 }
 
 void TrayItem::setImageLeftOfTitle(const StatusImage& image) {
-    // The desktop's own theme has no symbols of these names: ours stand in for them.
+    // Icon themes have no symbols of these names, so the program's own images are used for both sources.
     ownIcon_ = imagePixmaps(image.name);
     publishSoon();
 }
@@ -92,7 +92,7 @@ void TrayItem::setToolTip(const std::string& text) {
 
 void TrayItem::setAction(std::function<void()> action) { action_ = std::move(action); }
 
-/// Title and tooltip change one after the other: hosts are told of both at once.
+/// Publishes from the event loop, because title and tooltip are set one after the other.
 void TrayItem::publishSoon() {
     if (std::exchange(isPublishPosted_, true)) return;
     QMetaObject::invokeMethod(
@@ -104,7 +104,7 @@ void TrayItem::publish() {
     const auto pinned = handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
     content_.iconPixmaps = iconPixmaps(pinned);
     item_.setContent(content_);
-    publishLegacyIcon();
+    publishXEmbedIcon();
     publishMenu(pinned);
 }
 
@@ -116,18 +116,18 @@ StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pi
     return drawnIcon_;
 }
 
-/// In one tray at a time: the older kind only while none of the newer is there.
-void TrayItem::publishLegacyIcon() {
-    if (legacyIcon_ == nullptr) return;
+/// Shows the XEmbed icon only while no watcher runs, so that the item is in one tray at a time.
+void TrayItem::publishXEmbedIcon() {
+    if (xembedIcon_ == nullptr) return;
     const bool isNeeded = !item_.hasWatcher() && !content_.iconPixmaps.isEmpty();
-    if (isNeeded && std::exchange(legacyPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
+    if (isNeeded && std::exchange(xembedPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
         QList<QImage> sizes;
         for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
-        legacyIcon_->setIcon(sizes);
+        xembedIcon_->setIcon(sizes);
     }
-    if (isNeeded) legacyIcon_->setToolTip(content_.toolTipText);
-    legacyIcon_->setShown(isNeeded);
-    if (std::exchange(isInLegacyTray_, isNeeded) == isNeeded) return;
+    if (isNeeded) xembedIcon_->setToolTip(content_.toolTipText);
+    xembedIcon_->setShown(isNeeded);
+    if (std::exchange(isInXEmbedTray_, isNeeded) == isNeeded) return;
     log_.write(LogCategory::tray, LogLevel::info,
                isNeeded ? "the icon is offered to an XEmbed tray"
                         : "the icon is taken out of the XEmbed tray");
@@ -152,7 +152,7 @@ void TrayItem::activate(QRect place) {
     log_.write(LogCategory::tray, LogLevel::debug, [place] {
         return "clicked at " + std::to_string(place.x()) + ", " + std::to_string(place.y());
     });
-    // Some hosts do not know the place and give the origin.
+    // Some hosts do not know the position and report 0, 0.
     if (!place.topLeft().isNull()) lastClick_ = place;
     activateAgain();
 }

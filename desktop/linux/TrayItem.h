@@ -2,7 +2,7 @@
 
 #include "base/Log.h"
 #include "desktop/Desktop.h"
-#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/ReadingIcon.h"
 #include "desktop/linux/StatusMenu.h"
 #include "desktop/linux/StatusNotifierItem.h"
@@ -16,21 +16,29 @@
 #include <utility>
 #include <vector>
 
+/// The status item of a Linux desktop: icon, label, tooltip and menu. A StatusNotifierItem in desktops that
+/// support it, otherwise an icon in an XEmbed tray, never both at a time.
+///
+/// Most trays show no text, so the first pinned reading is drawn into the icon; only trays that support
+/// labels show all pinned readings beside it. The rest is in the tooltip and the menu.
+///
+/// Limits: the place of the icon is unknown until it is clicked, and then only that of the click. Pitfall:
+/// changes are published when control returns to the event loop, together.
 namespace kelvinbar {
 
-/// How the tray of a desktop shows an item.
+/// How the desktop's tray displays items. Trays do not report this; it is derived from the desktop's name.
 struct TrayStyle {
-    bool showsLabels = false; ///< whether it shows text beside the icon
-    bool isDark = true;       ///< whether its background is
+    bool showsLabels = false; ///< displays text beside the icon
+    bool isDark = true;       ///< has a dark background
 };
 
-/// The style of the tray by the desktop's name (XDG_CURRENT_DESKTOP) and the colours of its programs.
+/// `desktopName` is the value of XDG_CURRENT_DESKTOP, `hasDarkColors` whether programs have a dark theme.
 TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors);
 
-/// The status item in the tray of a Linux desktop: label, or where the tray shows none the first pinned
-/// reading drawn into the icon; tooltip; menu.
+/// A status item. The destructor removes it from the tray. Main thread.
 class TrayItem final : public StatusItem, public StatusItemButton {
   public:
+    /// `handlers` and the log must outlive the object.
     TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers, Log& log);
 
     StatusItemButton* button() override { return this; }
@@ -39,20 +47,21 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void setTitle(const StatusTitle& title) override;
     void setToolTip(const std::string& text) override;
     void setAction(std::function<void()> action) override;
+    /// Where the item was last clicked.
     [[nodiscard]] std::optional<Rect> frameOnScreen() const override;
     [[nodiscard]] std::optional<Rect> visibleFrameOfScreen() const override;
 
-    /// What a click at a place on the screen does.
+    /// Handles a click on the item at `place` on the screen.
     void activate(QRect place);
 
-    /// What a click at the last place does.
+    /// Handles a choice in the menu like a click at the last place.
     void activateAgain();
 
   private:
     void publishSoon();
     void publish();
     void publishMenu(const std::vector<PinnedReading>& pinned);
-    void publishLegacyIcon();
+    void publishXEmbedIcon();
     [[nodiscard]] StatusNotifierPixmaps iconPixmaps(const std::vector<PinnedReading>& pinned);
 
     TrayStyle style_;
@@ -65,14 +74,15 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierPixmaps ownIcon_;
     QString drawnText_;
     StatusNotifierPixmaps drawnIcon_;
-    StatusNotifierPixmaps legacyPixmaps_; ///< what the older tray's icon was made of
+    StatusNotifierPixmaps xembedPixmaps_; ///< content of `xembedIcon_`
     bool isPublishPosted_ = false;
-    bool isInLegacyTray_ = false;
+    bool isInXEmbedTray_ = false;
     StatusMenu menu_;
     StatusNotifierItem item_;
-    std::unique_ptr<LegacyTrayIcon> legacyIcon_; ///< null where no older tray can be needed
+    std::unique_ptr<XEmbedTrayIcon> xembedIcon_; ///< null if XEmbed trays are not supported
 };
 
+/// Creates items in the desktop's tray. Main thread.
 class TrayStatusBar final : public StatusBar {
   public:
     TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers, Log& log)

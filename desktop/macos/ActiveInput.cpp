@@ -15,25 +15,24 @@ ActiveInput::~ActiveInput() { QObject::disconnect(state_); }
 
 void ActiveInput::prepare(QWindow& window) {
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    // The system takes some time to bring the program to the front; such a window would not be seen until
-    // then.
+    // Activation takes a while. Without this, a tool window would stay invisible until then.
     window.setProperty("_q_macAlwaysShowToolWindow", true);
     requests_.activate();
 }
 
-void ActiveInput::take(QWindow& window, std::function<void()> onElsewhere) {
+void ActiveInput::acquire(QWindow& window, std::function<void()> onDismissed) {
     window_ = &window;
-    onElsewhere_ = std::move(onElsewhere);
-    if (presses_ == nullptr) presses_ = requests_.watchPresses([this] { turnElsewhere(); });
+    onDismissed_ = std::move(onDismissed);
+    if (presses_ == nullptr) presses_ = requests_.watchPresses([this] { dismiss(); });
     if (!window.isActive()) window.requestActivate();
 }
 
-void ActiveInput::giveBack(QWindow& window) {
+void ActiveInput::release(QWindow& window) {
     window_ = nullptr;
     presses_ = nullptr;
-    // The user who turned to another program is there already.
+    // If the user has activated another program, there is nothing to hide.
     if (!isActive_) return;
-    // A window that is hidden together with its program would come back with it.
+    // A window that is hidden only with its program would reappear with it.
     window.hide();
     isHiding_ = true;
     requests_.hide();
@@ -45,14 +44,14 @@ void ActiveInput::stateChanged(Qt::ApplicationState state) {
     if (isActive_) {
         if (window_ != nullptr) window_->requestActivate();
     } else if (!isOwnDoing) {
-        turnElsewhere();
+        dismiss();
     }
 }
 
-void ActiveInput::turnElsewhere() const {
+void ActiveInput::dismiss() const {
     if (window_ == nullptr) return;
-    const auto elsewhere = onElsewhere_; // which gives the input back
-    elsewhere();
+    const auto dismissed = onDismissed_; // a copy: the call may replace onDismissed_
+    dismissed();
 }
 
 } // namespace kelvinbar

@@ -8,16 +8,19 @@
 
 namespace kelvinbar {
 
-/// The window is a panel above the others, and the program is the active one while it is open. A user turns
-/// elsewhere by making another program active, or by a press in one that does not become active, such as
-/// another item of the menu bar.
+/// Input of a popover on macOS: the window floats above others, and the program is active while it is open.
+/// The user dismisses it by activating another program, or with a mouse press in one that does not become
+/// active, such as another item of the menu bar.
+///
+/// Pitfall: activation and hiding take effect later, so the system's notifications have to be matched with
+/// what was requested. Main thread.
 class ActiveInput final : public PopoverInput {
   public:
-    /// What is asked of the system.
+    /// The calls to the system, replaceable in tests.
     struct Requests {
-        std::function<void()> activate; ///< brings the program to the front
-        std::function<void()> hide;     ///< brings the program to the front that was there before
-        /// Calls `onPress` at every press of a mouse button in another program, while the result is kept.
+        std::function<void()> activate; ///< makes this program active
+        std::function<void()> hide;     ///< makes the previously active program active
+        /// Calls `onPress` for every mouse press in another program as long as the result lives.
         std::function<std::shared_ptr<void>(std::function<void()> onPress)> watchPresses;
     };
 
@@ -27,20 +30,20 @@ class ActiveInput final : public PopoverInput {
     ~ActiveInput() override;
 
     void prepare(QWindow& window) override;
-    void take(QWindow& window, std::function<void()> onElsewhere) override;
-    void giveBack(QWindow& window) override;
+    void acquire(QWindow& window, std::function<void()> onDismissed) override;
+    void release(QWindow& window) override;
 
   private:
     void stateChanged(Qt::ApplicationState state);
-    void turnElsewhere() const;
+    void dismiss() const;
 
     Requests requests_;
     QMetaObject::Connection state_;
     QPointer<QWindow> window_; ///< null while no window has the input
-    std::function<void()> onElsewhere_;
+    std::function<void()> onDismissed_;
     std::shared_ptr<void> presses_;
-    bool isActive_;         ///< whether the program is in front, as far as the system has told
-    bool isHiding_ = false; ///< from a hiding until it has taken effect
+    bool isActive_;         ///< whether the program is active, as last reported by the system
+    bool isHiding_ = false; ///< hiding was requested and has not taken effect
 };
 
 } // namespace kelvinbar

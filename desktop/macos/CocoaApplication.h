@@ -5,28 +5,28 @@
 
 namespace kelvinbar {
 
-/// Neither in the Dock nor with a menu. Main thread.
+/// Removes the program from the Dock, and its menu. Main thread.
 void becomeAccessoryApplication();
 
-/// Brings the program to the front, so that a window of it can have the keyboard. Main thread.
+/// Makes the program active, so that its windows can have keyboard focus. Takes effect later. Main thread.
 void activateApplication();
 
-/// Gives the front back to the program that had it before. Main thread.
+/// Hides the program, which makes the previously active program active. Takes effect later. Main thread.
 void hideApplication();
 
-/// Whether the user has asked the system for less motion. Main thread.
+/// Whether the user has enabled reduced motion in the system's settings. Main thread.
 bool systemPrefersReducedMotion();
 
-/// Calls `onPress` on the main thread at every press of a mouse button in another program, while the result
-/// is kept. Main thread.
-std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress);
+/// Calls `onPress` on the main thread for every mouse press in another program as long as the result lives.
+/// Null if the system refuses. Main thread.
+std::shared_ptr<void> watchPressesInOtherPrograms(std::function<void()> onPress);
 
-/// Whether the program runs already for this user, as the same application. That one is then told that it was
-/// opened again.
+/// If an older instance of the same application runs for this user, notifies its ReopenObserver and returns
+/// true. Main thread.
 bool handOverToRunningApplication();
 
-/// Hears that the program was opened again while it runs: by the user, or by another instance that hands
-/// over. One object at a time, main thread.
+/// Calls `onReopen` when the program is opened again while it runs: by the user, or by another instance that
+/// hands over. Only one object at a time. Main thread.
 class ReopenObserver {
   public:
     explicit ReopenObserver(std::function<void()> onReopen);

@@ -4,7 +4,7 @@
 #import <CoreServices/CoreServices.h>
 #include <utility>
 
-/// What an observer has to be here: an object.
+/// AppKit calls methods of Objective-C objects only.
 @interface KelvinbarReopenTarget : NSObject
 @property(nonatomic) std::function<void()> onReopen;
 - (void)applicationWillFinishLaunching:(NSNotification*)notification;
@@ -14,7 +14,7 @@
 
 @implementation KelvinbarReopenTarget
 
-/// The application's own handlers are in place by then; before, they would replace this one.
+/// Installs the handler. Earlier, the application would replace it by its own.
 - (void)applicationWillFinishLaunching:(NSNotification*)__unused notification {
     [NSAppleEventManager.sharedAppleEventManager setEventHandler:self
                                                      andSelector:@selector(handleReopenEvent:withReplyEvent:)
@@ -38,7 +38,7 @@ namespace kelvinbar {
 namespace {
 
 bool isOlder(NSRunningApplication* one, NSRunningApplication* other) {
-    NSDate* const start = one.launchDate; // which the system does not know of every program
+    NSDate* const start = one.launchDate; // nil for some programs
     NSDate* const otherStart = other.launchDate;
     if (start == nil || otherStart == nil || [start isEqualToDate:otherStart]) {
         return one.processIdentifier < other.processIdentifier;
@@ -46,7 +46,7 @@ bool isOlder(NSRunningApplication* one, NSRunningApplication* other) {
     return [start compare:otherStart] == NSOrderedAscending;
 }
 
-/// Of several instances that start at once, the oldest stays.
+/// If several instances start at the same time, only the oldest continues.
 bool hasOlderInstance(NSRunningApplication* application) {
     NSString* const identifier = application.bundleIdentifier;
     if (identifier == nil) return false;
@@ -57,7 +57,7 @@ bool hasOlderInstance(NSRunningApplication* application) {
     return false;
 }
 
-/// What an instance that hands over tells the others; nil outside a bundle.
+/// The notification that an instance posts when it hands over. Nil outside a bundle.
 NSString* handOverName() {
     return [NSRunningApplication.currentApplication.bundleIdentifier stringByAppendingString:@".open"];
 }
@@ -76,7 +76,7 @@ void becomeAccessoryApplication() {
 void activateApplication() {
     @autoreleasepool {
         NSApplication* const application = NSApplication.sharedApplication;
-        // A window of a hidden program would not come to the screen.
+        // Windows of a hidden program are not displayed.
         if (application.hidden) [application unhideWithoutActivation];
         [application activateIgnoringOtherApps:YES];
     }
@@ -94,13 +94,14 @@ bool systemPrefersReducedMotion() {
     }
 }
 
-std::shared_ptr<void> watchPressesElsewhere(std::function<void()> onPress) {
+std::shared_ptr<void> watchPressesInOtherPrograms(std::function<void()> onPress) {
     @autoreleasepool {
         id const monitor = [NSEvent addGlobalMonitorForEventsMatchingMask:anyPress
                                                                   handler:^(NSEvent*) {
-                                                                    // It may end the watch, and this block.
-                                                                    const auto tell = onPress;
-                                                                    tell();
+                                                                    // It may remove the monitor and this
+                                                                    // block.
+                                                                    const auto handler = onPress;
+                                                                    handler();
                                                                   }];
         if (monitor == nil) return nullptr;
         return {const_cast<void*>(CFBridgingRetain(monitor)), [](void* kept) {

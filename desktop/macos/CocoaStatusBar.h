@@ -4,7 +4,7 @@
 
 namespace kelvinbar {
 
-/// The menu bar's status items. Main thread.
+/// Creates status items in the menu bar of macOS. Main thread.
 class CocoaStatusBar final : public StatusBar {
   public:
     std::unique_ptr<StatusItem> makeItem() override;

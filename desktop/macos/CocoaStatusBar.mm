@@ -5,7 +5,7 @@
 
 #import <AppKit/AppKit.h>
 
-/// What a button's target has to be here: an object.
+/// The target of a button must be an Objective-C object.
 @interface KelvinbarClickTarget : NSObject
 @property(nonatomic) std::function<void()> action;
 - (void)togglePopover:(id)sender;
@@ -24,21 +24,21 @@ namespace kelvinbar {
 namespace {
 
 Rect placeOnScreen(NSRect place) {
-    // The first screen is the one whose corner is the origin.
+    // The origin of system coordinates is a corner of the first screen.
     const NSRect mainScreen = NSScreen.screens.firstObject.frame;
     return fromSystemCoordinates({place.origin.x, place.origin.y, place.size.width, place.size.height},
                                  mainScreen.size.height);
 }
 
-/// Null for a name that neither the program nor this version of the system has.
+/// Nil if neither the program nor this version of the system has the image.
 NSImage* namedImage(const StatusImage& image) {
     NSString* const name = cocoaText(image.name);
     if (image.source == StatusImage::Source::systemSymbol) {
         NSImage* const symbol = [NSImage imageWithSystemSymbolName:name
                                           accessibilityDescription:cocoaText(image.accessibilityDescription)];
         if (symbol != nil) return symbol;
-        // One that came with a later version of the system is among the program's own pictures. A name with a
-        // dot in it needs its extension.
+        // The bundle contains symbols that older versions of the system lack. imageNamed: needs the extension
+        // if the name contains a dot.
         NSImage* const picture = [NSImage imageNamed:cocoaText(image.name + ".png")];
         picture.accessibilityDescription = cocoaText(image.accessibilityDescription);
         return picture;

@@ -5,7 +5,7 @@
 
 namespace kelvinbar {
 
-/// An empty text for bytes that are not UTF-8.
+/// Converts UTF-8. Returns an empty text for invalid bytes, never nil.
 inline NSString* cocoaText(std::string_view text) {
     NSString* const result = [[NSString alloc] initWithBytes:text.data()
                                                       length:text.size()

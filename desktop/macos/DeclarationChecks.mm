@@ -1,4 +1,4 @@
-// What the desktop's part takes for granted of the system's declarations.
+// Static assertions about the system's declarations that this folder relies on.
 
 #import <AppKit/AppKit.h>
 #import <CoreServices/CoreServices.h>

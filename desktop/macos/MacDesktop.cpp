@@ -14,7 +14,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The preferences' domain is then the application's identifier, "org.kelvinbar." and its name.
+/// Makes the domain of the preferences equal to the bundle identifier, "org.kelvinbar." and the name.
 constexpr const char* organization = "kelvinbar.org";
 
 class AccessoryApplication final : public Application {
@@ -59,8 +59,9 @@ class MacDesktop final : public Desktop {
     AccessoryApplication application_;
     CocoaStatusBar statusBar_;
     MainAppLoginItem loginItem_;
-    ActiveInput popoverInput_{
-        {.activate = activateApplication, .hide = hideApplication, .watchPresses = watchPressesElsewhere}};
+    ActiveInput popoverInput_{{.activate = activateApplication,
+                               .hide = hideApplication,
+                               .watchPresses = watchPressesInOtherPrograms}};
     QtUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;
@@ -69,7 +70,7 @@ class MacDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& /*log*/) {
-    // The toolkit would bring the program to the front at its start, where it has no window.
+    // Otherwise Qt activates the program when it starts, although it has no window.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     return std::make_unique<QGuiApplication>(argc, argv);
 }

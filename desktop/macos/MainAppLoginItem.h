@@ -4,8 +4,8 @@
 
 namespace kelvinbar {
 
-/// The program among the login items: by the system's service from macOS 13 on, before that by the user's own
-/// hand in the settings.
+/// The program as a login item. Uses the system's service from macOS 13 on. Before that a program cannot
+/// register itself, and the user adds it in the settings. Main thread.
 class MainAppLoginItem final : public LoginItemService {
   public:
     [[nodiscard]] bool canRegister() const override;

@@ -7,7 +7,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The list of login items, among the settings of users and groups as they were before macOS 13.
+/// The page with the login items in the settings of macOS 11 and 12.
 NSString* const loginItemsSettings =
     @"x-apple.systempreferences:com.apple.preferences.users?startupItemsPref";
 

@@ -31,7 +31,7 @@ NSImage* symbolOfHeight(NSString* name, CGFloat height) {
     return [symbol imageWithSymbolConfiguration:configuration];
 }
 
-/// In the middle of a square, as large as fits.
+/// The frame of `size` scaled to fit into a square of `side` and centred in it.
 NSRect fitted(NSSize size, CGFloat side) {
     const CGFloat scale = side / std::max({size.width, size.height, CGFloat{1}});
     const NSSize drawn = NSMakeSize(size.width * scale, size.height * scale);

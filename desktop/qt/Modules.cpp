@@ -10,8 +10,8 @@ namespace kelvinbar {
 
 namespace {
 
-/// Where modules are, seen from the program's folder: installed, and as built. The application object, which
-/// knows that folder, may not be there yet.
+/// Folders of modules, relative to the program's: installed, and in the build folder. The program's folder is
+/// determined below because the application object, which knows it, may not exist yet.
 constexpr std::array moduleFolders{KELVINBAR_MODULE_FOLDER, "../lib/kelvinbar"};
 
 QDir programFolder() { return QFileInfo(QFileInfo("/proc/self/exe").symLinkTarget()).dir(); }

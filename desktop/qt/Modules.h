@@ -6,8 +6,9 @@
 
 namespace kelvinbar {
 
-/// The function of a module of the program, which is loaded with that: beside the program as it is built, or
-/// where it is installed. Null when it cannot be loaded, which is logged as an error.
+/// Loads a module of the program, from the build folder or from where it is installed, and returns one of its
+/// functions. Null on failure, which is logged as an error. Does not need the application object. Modules are
+/// never unloaded.
 QFunctionPointer moduleFunction(const char* module, const char* function, Log& log, LogCategory category);
 
 } // namespace kelvinbar

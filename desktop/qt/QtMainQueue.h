@@ -6,7 +6,8 @@
 
 namespace kelvinbar {
 
-/// The main thread's event loop as a queue. What is posted after the object is gone is dropped.
+/// Runs posted work in the event loop of the thread that created the queue. Work still waiting when the queue
+/// is destroyed is dropped. `post` may be called on any thread.
 class QtMainQueue final : public MainQueue {
   public:
     void post(std::function<void()> work) override {

@@ -12,7 +12,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// A panel of a program whose item is nowhere on the screen drops down from the top right corner.
+/// The frame of the button. If it is unknown, the top right corner of the screen.
 Rect anchorOf(const StatusItemButton& button, const ScreenFrames& screen) {
     const Rect& visible = screen.visibleFrame;
     return button.frameOnScreen().value_or(Rect{visible.x + visible.width, visible.y, 0, 0});
@@ -81,7 +81,7 @@ void QtPopover::performClose() {
     if (!std::exchange(isShown_, false)) return;
     log_.write(LogCategory::panel, LogLevel::info, "closed");
     if (window_ != nullptr) {
-        input_.giveBack(*window_);
+        input_.release(*window_);
         window_->hide();
         window_->removeEventFilter(this);
     }
@@ -90,9 +90,9 @@ void QtPopover::performClose() {
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
     if (watched != window_ || !isShown_) return false;
-    // Only a window on the screen can hold the pointer.
+    // Only an exposed window can grab the pointer.
     if (event->type() == QEvent::Expose && window_->isExposed()) {
-        input_.take(*window_, [this] {
+        input_.acquire(*window_, [this] {
             if (isTransient_) performClose();
         });
     }

@@ -13,13 +13,14 @@
 
 namespace kelvinbar {
 
-/// Content whose window is one of Qt's. Makers of content give the window; this class sizes, places and
-/// animates it.
+/// Popover content in a Qt window. Subclasses create the window; this class sizes, places and animates it.
+/// Main thread.
 class QtPopoverContent : public PopoverContent {
   public:
     /// Null until the content is first shown.
     [[nodiscard]] virtual QWindow* window() const = 0;
-    /// Makes the window, which may load what only an open panel needs; null when that fails.
+    /// Creates the window unless it exists. May take long: it loads what only an open panel needs. Null on
+    /// failure. The content owns the window.
     virtual QWindow* ensureWindow() = 0;
 
     [[nodiscard]] bool hasWindow() const override;
@@ -28,7 +29,7 @@ class QtPopoverContent : public PopoverContent {
                                   std::function<void()> completion) override;
     void makeWindowKey() override;
 
-    /// Where a window of some size goes.
+    /// `placement` returns the frame for a window size.
     void setPlacement(std::function<QRect(Size)> placement) { placement_ = std::move(placement); }
 
   private:
@@ -36,21 +37,25 @@ class QtPopoverContent : public PopoverContent {
     QVariantAnimation animation_;
 };
 
-/// The panel as a window without a frame. It has the user's input while it is open, and closes when the user
-/// turns to something else. What keys do is for its content to say.
+/// A popover as a frameless window. It has the user's input while it is open and closes when the user
+/// dismisses it. Keys are handled by the content.
+///
+/// Pitfall: `show` returns before the window is on the screen; input is requested when it is exposed. Main
+/// thread.
 class QtPopover final : public QObject, public Popover {
   public:
-    /// `input` and the log outlive it.
+    /// `input` and the log must outlive the popover.
     QtPopover(PopoverInput& input, Log& log) : input_(input), log_(log) {}
 
     void setTransient(bool isTransient) override { isTransient_ = isTransient; }
 
-    void setAnimates(bool /*animates*/) override {} // it has no animation of its own
+    void setAnimates(bool /*animates*/) override {} // windows have no animation of their own
 
     void setDidCloseHandler(std::function<void()> handler) override { didClose_ = std::move(handler); }
 
     void setContentSize(Size size) override { contentSize_ = size; }
 
+    /// `content` must be a QtPopoverContent.
     void setContent(std::unique_ptr<PopoverContent> content) override;
 
     PopoverContent* content() override { return content_.get(); }

@@ -32,7 +32,7 @@ std::vector<Rect> QtScreens::visibleFrames() const {
 ScreenFrames screenAround(const std::optional<Rect>& place) {
     if (!place) return framesOf(QGuiApplication::primaryScreen());
     const QPoint center = qtRect(*place).center();
-    // A place at the very edge may lie outside every screen by a pixel.
+    // A click at the edge may be reported a pixel outside the screen.
     const auto distance = [&](const QScreen* screen) {
         const QRect frame = screen->geometry();
         const QPoint nearest(std::clamp(center.x(), frame.left(), frame.right()),

@@ -5,14 +5,15 @@
 
 namespace kelvinbar {
 
+/// The screens as Qt reports them. Needs the application object. Main thread.
 class QtScreens final : public Screens {
   public:
     [[nodiscard]] std::optional<Rect> mainVisibleFrame() const override;
     [[nodiscard]] std::vector<Rect> visibleFrames() const override;
 };
 
-/// The screen that a place on the desktop is on, or the nearest to it; the main screen for no place. Empty
-/// frames without a screen.
+/// The screen at or nearest to `place`, or the main screen if there is no place. Empty frames if there is no
+/// screen. Main thread.
 ScreenFrames screenAround(const std::optional<Rect>& place);
 
 } // namespace kelvinbar

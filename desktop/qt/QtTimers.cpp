@@ -10,7 +10,7 @@ class QtTimer final : public RepeatingTimer {
   public:
     QtTimer(std::chrono::milliseconds interval, std::chrono::milliseconds tolerance,
             std::function<void()> block) {
-        // A coarse timer of Qt may come a twentieth of its interval late.
+        // A coarse timer may be late by up to a twentieth of its interval.
         const bool mayBeCoarse = interval / 20 <= tolerance;
         timer_.setTimerType(mayBeCoarse ? Qt::CoarseTimer : Qt::PreciseTimer);
         QObject::connect(&timer_, &QTimer::timeout, std::move(block));

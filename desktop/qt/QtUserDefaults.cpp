@@ -13,7 +13,7 @@ QString qtKey(std::string_view key) {
     return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
 }
 
-/// A platform that keeps types may hold a number as any of these; one that keeps texts, as a text.
+/// The types that platforms may return for a stored number. Those without types return a text.
 bool mayBeNumber(const QVariant& value) {
     static const QSet<int> types{QMetaType::QString,  QMetaType::Double,    QMetaType::Float, QMetaType::Int,
                                  QMetaType::LongLong, QMetaType::ULongLong, QMetaType::Bool};
@@ -37,7 +37,7 @@ std::optional<std::string> QtUserDefaults::text(std::string_view key) const {
 }
 
 std::optional<TextList> QtUserDefaults::textList(std::string_view key) const {
-    // A list of one text is stored as that text.
+    // QSettings stores a list of one text as that text.
     const QVariant value = settings_.value(qtKey(key));
     if (value.typeId() != QMetaType::QString && value.typeId() != QMetaType::QStringList) {
         logIgnored(key, value, "list of texts");
@@ -94,7 +94,7 @@ void QtUserDefaults::warnOnce(const char* what) {
 }
 
 void QtUserDefaults::logIgnored(std::string_view key, const QVariant& value, const char* expected) const {
-    if (!value.isValid()) return; // not there
+    if (!value.isValid()) return; // absent
     log_.write(LogCategory::preferences, LogLevel::info,
                [&] { return std::string(key) + " is ignored: its value is not a " + expected; });
 }

@@ -9,12 +9,15 @@
 
 namespace kelvinbar {
 
-/// Preferences where the platform keeps those of its programs. Every change has been handed over when the
-/// call returns, so that nothing is lost however the program ends.
+/// Preferences in the platform's standard location, through QSettings. Every change is written before the
+/// call returns, so that nothing is lost if the program is killed.
+///
+/// Pitfall: some platforms keep types and others only texts, so a stored number may come back as a text. Main
+/// thread.
 class QtUserDefaults : public UserDefaults {
   public:
-    /// The preferences of this user for a program of an organization. Logs once, as a warning, that they
-    /// cannot be read or written; values of another type than the one asked for are logged as info.
+    /// Logs the first failure to read or write as a warning, and values of an unexpected type as info. The
+    /// log must outlive the object.
     QtUserDefaults(const QString& organization, const QString& program, Log& log);
 
     [[nodiscard]] std::optional<std::string> text(std::string_view key) const override;
@@ -27,9 +30,9 @@ class QtUserDefaults : public UserDefaults {
     void remove(std::string_view key) override;
 
   protected:
-    /// Makes a change and hands it over.
+    /// Calls `make`, which changes the settings, and writes them.
     virtual void change(const std::function<void()>& make);
-    /// Logs a warning about the preferences, unless there was one before.
+    /// Logs a warning about the preferences unless one was logged before.
     void warnOnce(const char* what);
 
     [[nodiscard]] Log& log() const { return log_; }

@@ -14,16 +14,17 @@ namespace {
 
 constexpr std::array terminating{SIGTERM, SIGINT, SIGHUP};
 
-/// A handler may do little more than write to a pipe.
+/// Signal handlers may only call async-signal-safe functions, so they write to a pipe that the event loop
+/// reads.
 std::array<int, 2> pipeEnds{-1, -1};
 
 extern "C" void noteSignal(int /*number*/) {
     const char note = 1;
-    // A full pipe holds a note already.
+    // If the pipe is full, a signal is already pending.
     if (::write(pipeEnds[1], &note, 1) < 0) return;
 }
 
-/// Neither inherited by programs that are started, nor waited for.
+/// Makes an end of the pipe non-blocking and closes it in child processes.
 bool prepare(int end) {
     return ::fcntl(end, F_SETFD, FD_CLOEXEC) == 0 && ::fcntl(end, F_SETFL, O_NONBLOCK) == 0;
 }

@@ -6,7 +6,8 @@
 
 namespace kelvinbar {
 
-/// SIGTERM, SIGINT and SIGHUP as events of the main thread. One object at a time.
+/// Calls `onSignal` in the event loop for SIGTERM, SIGINT and SIGHUP. The destructor restores their default
+/// handling. Only one object at a time. Main thread.
 class TerminationSignals {
   public:
     explicit TerminationSignals(std::function<void()> onSignal);

@@ -1,12 +1,12 @@
-# The gates that code for macOS passes on a machine that is no Mac. Each fails with a message; what it looks at is
-# given, so that scripts/macos/prove-gates.sh can show it mistakes.
+# Checks of the code for macOS that run on Linux. Each fails with a message. What it checks is an argument, so that
+# scripts/macos/prove-gates.sh can pass it code with mistakes.
 declarations=tests/macos-declarations
 oldest_system=11.0
 
-# command_for TARGET PATTERN: the last command that fits with which the build for arm64 makes TARGET.
+# command_for TARGET PATTERN: the last command matching PATTERN with which the arm64 build creates TARGET.
 command_for() { ninja -C "$work/arm64/build" -t commands "$1" | grep -E -- "$2" | tail -n 1; }
 
-# compiles TARGET SOURCE [DECLARATIONS]: SOURCE as one of TARGET's in Objective-C++.
+# compiles TARGET SOURCE [DECLARATIONS]: SOURCE compiles as Objective-C++ with the flags of TARGET.
 compiles() {
   local command
   command=$(command_for "$1" ' -c .*\.mm$' | sed "
@@ -15,14 +15,14 @@ compiles() {
   (cd "$work/arm64/build" && bash -c "$command")
 }
 
-# Sets `compiler` to the command with which the build makes the core in C++, without a source.
+# Sets `compiler` to the command that compiles the core's C++ sources, without a source.
 set_compiler() {
   local command
   command=$(command_for kelvinbar_macos ' -c .*\.cxx$')
   eval "compiler=(${command%% -MD *})"
 }
 
-# compiles_over_toolkit SOURCE …: with the toolkit's headers of this machine; nothing is linked.
+# compiles_over_toolkit SOURCE …: the sources compile with this machine's headers of the toolkit. Does not link.
 compiles_over_toolkit() {
   local headers=/usr/include/x86_64-linux-gnu/qt6 modules compiler
   modules=(QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick)
@@ -42,7 +42,7 @@ compiles_test() {
   "${compiler[@]}" -isystem "$work/libraries/include" -c "$1" -o "$work/test.o"
 }
 
-# links LIBRARY STUBS: all of the desktop's part, against the stubs of the system's libraries.
+# links LIBRARY STUBS: the desktop folder links against the stubs of the system's libraries.
 links() {
   local command
   command=$(command_for kelvinbar_cocoa_complete ' -dynamiclib ' | sed "
@@ -52,15 +52,14 @@ links() {
   (cd "$work/arm64/build" && bash -c "$command")
 }
 
-# What a program takes from the frameworks and from the language's runtime: "FRAMEWORK SYMBOL [weak]" a line.
+# The symbols that a program imports from frameworks and the Objective-C runtime, one "FRAMEWORK SYMBOL [weak]" per line.
 imports_of() {
   llvm-nm-14 --undefined-only -m "$1" |
     sed -nE 's/^ *\(undefined\) (weak )?external ([^ ]+) \(from ([^)]*)\)$/\3 \2 \1/p' |
     grep -v '^libSystem ' | sed 's/ *$//' | sort
 }
 
-# imports_are PROGRAM LIST: the imports are those of the list. Lines of the list that end in "(ARCHITECTURE)" are for
-# that one alone.
+# imports_are PROGRAM LIST: the imports equal the list. Lines that end in "(ARCHITECTURE)" are for that one only.
 imports_are() {
   local architecture
   architecture=$(llvm-lipo-14 -archs "$1" | xargs)
@@ -70,7 +69,8 @@ imports_are() {
   }
 }
 
-# loads_as_meant PROGRAM: it is for macOS, from the oldest system on, and loads nothing but the system's libraries.
+# loads_as_meant PROGRAM: the program is for macOS, runs on the oldest supported version, and loads only libraries of
+# the system.
 loads_as_meant() {
   local headers libraries others
   headers=$(llvm-objdump-14 --macho --private-headers "$1")
@@ -94,7 +94,7 @@ has_both_architectures() {
   }
 }
 
-# is_analysed SOURCE …: the analyser finds nothing, also in the counts of references.
+# is_analysed SOURCE …: the analyser has no findings, including reference counts.
 is_analysed() {
   local library=$toolchain/lib
   printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 1 clang++-19 --analyze --target=arm64-apple-macos$oldest_system \
@@ -106,5 +106,5 @@ is_analysed() {
     -Xanalyzer -analyzer-output=text -Xanalyzer -analyzer-werror -Xanalyzer -analyzer-checker=osx,cplusplus
 }
 
-# tests_pass_in_memory FOLDER: those over I/O Kit pass as code for macOS.
+# tests_pass_in_memory FOLDER: the tests over I/O Kit pass, compiled for macOS and linked in memory.
 tests_pass_in_memory() { ZIG="$toolchain/zig" "$1/scripts/macos/run-jit-tests.sh" "$work/jit"; }

@@ -1,7 +1,6 @@
-# Shows every gate a mistake of the kind that it is there for. A mistake that passes, or that fails for another reason,
-# ends the check.
+# Proves that every gate detects a mistake of its kind. Stops if a mistake passes, or fails for another reason.
 
-# A copy of FILE with an edit of sed. usage: mistake FILE EDIT
+# mistake FILE EDIT: prints the path of a copy of FILE, edited with sed.
 mistake() {
   local copy
   copy=$work/mistakes/$(basename "$1")
@@ -10,7 +9,7 @@ mistake() {
   echo "$copy"
 }
 
-# The same in a copy of all that the tests over I/O Kit are made of; prints the folder.
+# The same in a copy of all sources of the tests over I/O Kit. Prints the folder.
 tree_with_mistake() {
   local tree=$work/mistakes/tree
   rm -rf "$tree"
@@ -21,7 +20,7 @@ tree_with_mistake() {
   echo "$tree"
 }
 
-# caught TEXT GATE ARGUMENT …: the gate fails, and its message holds TEXT.
+# caught TEXT GATE ARGUMENT …: the gate fails with a message that contains TEXT.
 caught() {
   local output
   if output=$("${@:2}" 2>&1); then

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs the tests of the back end over I/O Kit as code for macOS on x86-64 Linux: compiled to that system's objects, and
-# linked in memory against a fake I/O Kit. Needs llvm-jitlink-14 (llvm-14) and libc++.so.1 (libc++1-19).
-# usage: ZIG=path-of-zig scripts/macos/run-jit-tests.sh [BUILD_FOLDER]   (build/macos/jit unless told)
+# Runs the tests over I/O Kit as macOS code on x86-64 Linux: compiled to Mach-O objects and linked in memory against a
+# fake I/O Kit. Needs llvm-jitlink-14 (llvm-14) and libc++.so.1 (libc++1-19).
+# usage: ZIG=path-of-zig scripts/macos/run-jit-tests.sh [BUILD_FOLDER]   (default: build/macos/jit)
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 export zig=${ZIG:?is to be the path of the zig program} build=${1:-build/macos/jit}
@@ -16,11 +16,11 @@ rm -rf "$build/objects"
 mkdir "$build/objects"
 export ZIG_GLOBAL_CACHE_DIR=${ZIG_GLOBAL_CACHE_DIR:-$build/cache} ZIG_LOCAL_CACHE_DIR=${ZIG_LOCAL_CACHE_DIR:-$build/cache}
 
-# What looks like a test at all is counted, so that none is left out of the list unseen.
+# Counts everything that looks like a test, so that none can be missing from the list unnoticed.
 sed -nE 's/^TEST(_F)?\((\w+), (\w+)\).*/TEST_CASE(\2, \3)/p' "${tests[@]}" >"$build/TestList.inc"
 count=$(cat "${tests[@]}" | grep -cE '\bTEST(_[FP])?\(') || { echo "There are no tests." >&2; exit 1; }
 
-# Constructors of global objects would not run: they are errors.
+# Constructors of global objects would not run, so they are errors.
 export flags="-target x86_64-macos.11.0 -std=c++20 -O2 -fno-stack-protector -Wall -Wextra -Wpedantic -Wshadow
   -Wconversion -Wsign-conversion -Wglobal-constructors -Werror -I. -Itests/machines/macos/jit
   -isystem tests/macos-declarations -include tests/machines/macos/jit/HostLocks.h"

@@ -1,19 +1,19 @@
-# Builds for macOS on a machine that is no Mac, against the declarations and stubs in tests/macos-declarations.
-# Wants KELVINBAR_COMPILERS (a folder with c++, ar and ranlib for one architecture) and CMAKE_OSX_ARCHITECTURES.
+# Cross-compiles for macOS on Linux, against the declarations and stubs in tests/macos-declarations.
+# Needs KELVINBAR_COMPILERS (a folder with c++, ar and ranlib for one architecture) and CMAKE_OSX_ARCHITECTURES.
 set(CMAKE_SYSTEM_NAME Darwin)
-set(CMAKE_SYSTEM_VERSION 20) # that of macOS 11
+set(CMAKE_SYSTEM_VERSION 20) # the Darwin version of macOS 11
 set(CMAKE_SYSTEM_PROCESSOR "${CMAKE_OSX_ARCHITECTURES}")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KELVINBAR_COMPILERS)
 set(CMAKE_OSX_SYSROOT "" CACHE STRING "")
 
-# The standard library's headers then say, as Apple's do, since which version the system has each function.
+# Makes the standard library's headers mark, as Apple's do, the version that introduced each function.
 set(availability "-U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS")
 foreach(language CXX OBJCXX)
   set(CMAKE_${language}_COMPILER "${KELVINBAR_COMPILERS}/c++")
   set(CMAKE_${language}_FLAGS_INIT
     "-isystem ${CMAKE_CURRENT_LIST_DIR}/../../tests/macos-declarations ${availability} -fno-sanitize=undefined")
 endforeach()
-# The driver asks the compiler for the language twice.
+# The compiler driver passes the language twice.
 string(APPEND CMAKE_OBJCXX_FLAGS_INIT " -Wno-unused-command-line-argument")
 set(CMAKE_AR "${KELVINBAR_COMPILERS}/ar" CACHE FILEPATH "")
 set(CMAKE_RANLIB "${KELVINBAR_COMPILERS}/ranlib" CACHE FILEPATH "")
@@ -23,7 +23,7 @@ foreach(kind EXE SHARED)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT "-F${stubs}/Frameworks -L${stubs}/lib")
 endforeach()
 
-# What is installed here is for another system.
+# Installed packages are for another system.
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

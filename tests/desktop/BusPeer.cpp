@@ -32,7 +32,7 @@ bool PrivateBus::hasOwner(const QString& service) const {
 BusPeer::BusPeer(QString service, QString path, QString interface)
     : service_(std::move(service)), path_(std::move(path)), interface_(std::move(interface)) {
     bus_.connection().connect({}, path_, interface_, {}, this, SLOT(note(QDBusMessage)));
-    // The bus knows what to pass on when it has answered the next question.
+    // Once the bus has replied to a later call, the match rule is in effect.
     static_cast<void>(bus_.hasOwner(service_));
 }
 
@@ -58,8 +58,8 @@ QVariantMap BusPeer::properties() {
     return reply.isValid() ? reply.value() : QVariantMap();
 }
 
-QList<QVariantList> BusPeer::heard(const QString& signal) {
-    // Messages arrive in the order in which they were sent.
+QList<QVariantList> BusPeer::received(const QString& signal) {
+    // Messages arrive in order, so all signals sent before the reply have been received with it.
     static_cast<void>(callInterface("org.freedesktop.DBus.Peer", "Ping", {}));
     QList<QVariantList> found;
     for (const QDBusMessage& message : std::as_const(messages_)) {

@@ -10,7 +10,7 @@
 
 namespace kelvinbar {
 
-/// A connection of its own to the session bus, as another program has one.
+/// A separate connection to the session bus, like that of another program.
 class PrivateBus {
   public:
     PrivateBus();
@@ -29,21 +29,21 @@ class PrivateBus {
     QDBusConnection connection_;
 };
 
-/// Another program on the session bus, which calls an object of ours and hears its signals.
+/// Another program on the session bus. Calls one of our objects and receives its signals.
 class BusPeer final : public QObject {
     Q_OBJECT
 
   public:
     BusPeer(QString service, QString path, QString interface);
 
-    /// Calls the object while the event loop runs; the answer, or the error.
+    /// Calls a method while the event loop runs. Returns the reply or the error.
     QDBusMessage call(const QString& method, const QVariantList& arguments = {});
 
-    /// All properties of the object, as they came over the bus.
+    /// All properties of the object, as received over the bus.
     QVariantMap properties();
 
-    /// What was heard of a signal. What the object sent before this call is among it.
-    QList<QVariantList> heard(const QString& signal);
+    /// The arguments of each received `signal`, including those sent just before this call.
+    QList<QVariantList> received(const QString& signal);
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
@@ -60,7 +60,7 @@ class BusPeer final : public QObject {
     QList<QDBusMessage> messages_;
 };
 
-/// A watcher of tray items, as a desktop's panel has one. Absent until it appears.
+/// A StatusNotifierItem watcher, like that of a desktop's panel. Not on the bus until it appears.
 class FakeWatcher final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -68,10 +68,10 @@ class FakeWatcher final : public QObject {
   public:
     void appear();
     void vanish();
-    /// Appears as soon as the watcher that there is vanishes.
+    /// Appears as soon as the current watcher vanishes.
     void waitInLine();
 
-    /// The services of the items that were registered, oldest first.
+    /// The services of the registered items, oldest first.
     const QStringList& items() const { return items_; }
 
   public slots: // NOLINT(readability-redundant-access-specifiers)

@@ -1,4 +1,4 @@
-// Runs the tests on the session bus that they are started on.
+// Runs the tests on the session bus of the environment.
 
 #include "desktop/linux/PreferencesFile.h"
 #include "tests/QtTests.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// This program as another process that writes preferences: `prefix`0, `prefix`1, … .
+/// Runs in a second process: writes preferences with the keys `prefix`0, `prefix`1, and so on.
 int writePreferences(const char* name, const std::string& prefix, int count) {
     kelvinbar::fakes::RecordingLog recording;
     kelvinbar::PreferencesFile defaults(QString::fromUtf8(name), recording.log);

@@ -7,7 +7,7 @@
 
 namespace kelvinbar {
 
-/// Runs the event loop until `condition` holds; gives up, with false, when `limit` is over.
+/// Runs the event loop until `condition` holds. Returns false if it does not within `limit`.
 template <typename Condition>
 bool waitFor(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
     const QDeadlineTimer deadline(limit);
@@ -21,7 +21,7 @@ bool waitFor(Condition condition, std::chrono::milliseconds limit = std::chrono:
     return true;
 }
 
-/// Runs the event loop for a while, in which something must not happen.
+/// Runs the event loop for `duration`, to check that something does not happen.
 inline void runEventLoop(std::chrono::milliseconds duration) {
     QEventLoop loop;
     QTimer::singleShot(duration, &loop, &QEventLoop::quit);

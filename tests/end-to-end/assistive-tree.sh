@@ -1,4 +1,4 @@
-# What a screen reader is told of the panel: roles, names, values, descriptions, states and order.
+# The panel as screen readers see it: roles, names, values, descriptions, states and order.
 scenario=assistive-tree
 source "$(dirname "$0")/desktop.sh"
 source "$(dirname "$0")/hosts.sh"
@@ -15,7 +15,7 @@ sleep 0.5
 assistive list >"$HOME/tree"
 cp "$HOME/tree" "$ARTEFACTS/$scenario.txt"
 
-# has ROLE NAME DESCRIPTION STATES: an object with all of these; patterns.
+# has ROLE NAME DESCRIPTION STATES: an object matches all of these patterns.
 has() {
   awk -F '\t' -v role="$1" -v name="$2" -v description="$3" -v states="$4" '
     $2 ~ "^" role "$" && $3 ~ "^" name "$" && $4 ~ "^" description "$" && $5 ~ "^" states "$" { found = 1 }
@@ -39,17 +39,17 @@ has 'push button' Copy '' focusable
 has 'push button' ShowAll 'Show all hidden properties again' focusable
 has 'push button' Quit '' focusable
 
-# Nothing that can be reached is without a name, and nothing of another state of the panel shows.
+# Every object that can have focus has a name, and nothing of another state of the panel is visible.
 awk -F '\t' '$5 ~ /focusable/ && $3 == "" { print; bad = 1 } END { exit bad }' "$HOME/tree" || fail "an object without a name"
 ! grep -q 'Scanning' "$HOME/tree" || fail "the panel says that it is scanning"
 
-# The order is that in which the panel is read.
+# The objects are in reading order.
 order=$(awk -F '\t' '$2 == "push button" || $2 == "check box" || $2 == "list" { print $3 }' "$HOME/tree" |
   grep -v Hide | tr '\n' '|')
 [[ $order == 'About|CPU|GRAPHICS|Fast, 1s|Dynamic, vertical|Decrease height|Reset height|Increase height|Login|Refresh|Copy|ShowAll|Quit|' ]] ||
   fail "the order is $order"
 
-# An assistive tool can press what it finds; the descriptions follow.
+# Assistive tools can press controls, and the descriptions are updated.
 assistive press Dynamic
 wait_until 3 "the mark" has_state Dynamic checked
 describes_dynamic() { assistive list | grep 'Expands only the window height'; }

@@ -1,11 +1,11 @@
-# What an assistive tool sees of the program, and where.
+# Reads and presses the program's controls through the accessibility interface.
 #
-# usage: assistive.py list                 every object that shows: depth, role, name, description, states
-#        assistive.py place NAME           the middle of the object of that name on the screen: x y
+# usage: assistive.py list                 every visible object: depth, role, name, description, states
+#        assistive.py place NAME           the centre of the object on the screen: x y
 #        assistive.py states NAME          its states
 #        assistive.py press NAME           presses it
 #
-# A name may be followed by ", " and a value. Fails when there is no such object.
+# Also finds names that are followed by ", " and a value. Fails if there is no such object.
 import sys
 
 import pyatspi
@@ -25,7 +25,7 @@ def showing(thing):
 
 
 def objects(thing, depth=0):
-    """The objects that show, in reading order, each with its depth."""
+    """The visible objects in reading order, each with its depth."""
     yield thing, depth
     for child in thing:
         if child is not None and showing(child):

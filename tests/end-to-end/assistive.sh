@@ -1,4 +1,4 @@
-# Functions that find the program's controls as assistive tools do. Sourced by the scenarios.
+# Functions that find the program's controls through the accessibility interface. Sourced by the scenarios.
 
 export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
 
@@ -23,10 +23,10 @@ press_pointer_at() {
 double_click() {
   point_at "$1"
   xdotool click --repeat 2 --delay 80 1
-  sleep 0.6 # so that what follows is no third click
+  sleep 0.6 # a following click must not count as the third
 }
 
-# hide_row NAME: presses the button at the row's right end.
+# hide_row NAME: presses the button at the right end of the row.
 hide_row() {
   local place
   place=$(assistive place "$1") || fail "nothing is called '$1'"

@@ -1,8 +1,8 @@
-# Functions for tests that run the whole program on a desktop of their own. Sourced by the scenarios, inside a
-# display and a session bus that nobody else uses.
+# Functions for tests of the whole program on a virtual desktop. Sourced by the scenarios, which have their own display
+# and session bus.
 #
-# Scenarios get: PROGRAM (the demo program), ARTEFACTS (a folder for pictures), HOME (an empty one), and end with
-# `finish`.
+# The environment contains PROGRAM (the demo program), ARTEFACTS (a folder for screenshots) and HOME (an empty folder).
+# Scenarios end with `finish`.
 
 set -euo pipefail
 
@@ -20,7 +20,7 @@ fail() {
   exit 1
 }
 
-# wait_until SECONDS WHAT COMMAND…: until the command succeeds.
+# wait_until SECONDS WHAT COMMAND…: waits until the command succeeds, and fails after SECONDS.
 wait_until() {
   local seconds=$1 what=$2 end
   shift 2
@@ -82,7 +82,7 @@ click() {
   xdotool mousemove "$1" "$2"
   sleep 0.15
   xdotool mousedown 1
-  sleep 0.1 # as long as a finger takes
+  sleep 0.1 # about as long as a person presses a button
   xdotool mouseup 1
 }
 

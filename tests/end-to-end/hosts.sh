@@ -1,4 +1,4 @@
-# Panels of real desktops with nothing but a tray at their right end. Sourced by the scenarios.
+# Panels of real desktops, with only a tray at the right end. Sourced by the scenarios.
 
 start_window_manager() {
   xfwm4 --compositor=off >/dev/null 2>&1 &

@@ -5,7 +5,7 @@ source "$(dirname "$0")/hosts.sh"
 
 preferences 'KelvinbarMenuBarKeys=TC0P' 'KelvinbarSamplingRate=fast'
 start_window_manager
-# The program is there before the tray is.
+# The program starts before the tray.
 start_program
 start_lxqt_panel
 wait_until 10 "the watcher" bus_has org.kde.StatusNotifierWatcher

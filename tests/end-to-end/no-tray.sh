@@ -1,4 +1,4 @@
-# A desktop without any tray: a second start opens the panel of the first.
+# A desktop without a tray: starting the program again opens the panel of the first instance.
 scenario=no-tray
 source "$(dirname "$0")/desktop.sh"
 source "$(dirname "$0")/hosts.sh"
@@ -11,7 +11,7 @@ wait_until 3 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 [[ $((X + WIDTH)) -le $screen_width && $Y -ge 0 ]] || fail "the panel is at $X, $Y"
 picture panel
-# Two starts at once leave one program running.
+# If the program is started twice at the same time, one instance remains.
 xdotool key Escape
 wait_until 2 "closing by Escape" panel_is_closed
 "$PROGRAM" & first=$!
@@ -19,7 +19,7 @@ wait_until 2 "closing by Escape" panel_is_closed
 wait $first || fail "the third start failed"
 wait $second || fail "the fourth start failed"
 wait_until 3 "the panel again" panel_is_open
-# Nothing is lost when the program is killed: the preferences are what they were.
+# Killing the program does not change the preferences.
 before=$(cat "$XDG_CONFIG_HOME/kelvinbar/kelvinbar-demo.conf")
 kill -KILL "$program"
 wait "$program" 2>/dev/null || true

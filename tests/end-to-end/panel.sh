@@ -1,4 +1,4 @@
-# Every control of the panel, by pointer and by keyboard, in the tray of Xfce's panel.
+# Every control of the panel, with pointer and keyboard, in the tray of Xfce's panel.
 scenario=panel
 source "$(dirname "$0")/desktop.sh"
 source "$(dirname "$0")/hosts.sh"
@@ -21,7 +21,7 @@ wait_until 2 "its size" panel_has_size 462 690
 wait_until 10 "the program among the applications" shows "CPU Proximity"
 picture open
 
-# A double-click pins a reading, another unpins it; a single click and two slow ones do neither.
+# A double-click pins a reading, another one unpins it. A single click and two slow clicks do nothing.
 one='^[0-9.]+°$'
 two='^[0-9.]+°  [0-9.]+°$'
 wait_until 3 "one reading in the tray" label_matches "$one"
@@ -37,7 +37,7 @@ press_pointer_at "Core 3"
 sleep 0.8
 label_matches "$one" || fail "two slow clicks pinned a reading"
 
-# The button hides a row at once; all come back together.
+# The button hides a row, and ShowAll shows all hidden rows again.
 hide_row "Core 3"
 wait_until 3 "the row's end" hides "Core 3"
 prefers KelvinbarHiddenKeys TC3C || fail "hidden: $(preference KelvinbarHiddenKeys)"
@@ -46,7 +46,7 @@ press_pointer_at ShowAll
 wait_until 3 "the row again" shows "Core 3"
 picture shown-again
 
-# The height in steps, to both limits.
+# The height changes in steps, between both limits.
 press_pointer_at "Decrease height"
 wait_until 3 "a lower panel" panel_has_size 462 610
 press_pointer_at "Decrease height"
@@ -55,7 +55,7 @@ press_pointer_at "Decrease height"
 sleep 0.5
 panel_has_size 462 560 || fail "the panel is $HEIGHT high"
 picture lowest
-# The screen without its bar, which draws a line below itself, less 80.
+# The height of the screen, less the bar, the line that it may draw below itself, and 80.
 panel_is_highest() {
   panel_geometry
   [[ $WIDTH -eq 462 && $HEIGHT -ge $((screen_height - panel_height - 82)) && $HEIGHT -le $((screen_height - panel_height - 80)) ]]
@@ -68,7 +68,7 @@ picture highest
 press_pointer_at "Reset height"
 wait_until 3 "the standard height" panel_has_size 462 690
 
-# Both checks, on and off.
+# Both check boxes, on and off.
 press_pointer_at Fast
 wait_until 3 "the mark" has_state Fast checked
 prefers KelvinbarSamplingRate fast || fail "rate: $(preference KelvinbarSamplingRate)"
@@ -92,7 +92,7 @@ picture login
 press_pointer_at Login
 wait_until 3 "no mark" has_not_state Login checked
 
-# Another program pastes what was copied.
+# Another program can paste the copied snapshot.
 press_pointer_at Copy
 pasted() { xclip -o -selection clipboard; }
 wait_until 3 "a snapshot" bash -c "xclip -o -selection clipboard | grep -q 'CPU Proximity'"
@@ -101,7 +101,7 @@ pasted | head -1 | grep -q '^Kelvinbar' || fail "pasted: $(pasted | head -1)"
 pasted >"$ARTEFACTS/$scenario-pasted.txt"
 picture copied
 
-# About opens and closes alone.
+# About opens and closes without the panel.
 press_pointer_at About
 about="Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
 wait_until 3 "About" shows "$about"
@@ -125,7 +125,7 @@ wait_until 3 "the panel again" panel_is_open
 wait_until 3 "its rows" shows "Core 1"
 hides "$about" || fail "About is still open"
 
-# The keyboard alone: to the list, down, pin, hide, close.
+# With the keyboard only: to the list, down, pin, hide, close.
 xdotool key Tab Tab Home Down Down
 wait_until 3 "the third row" has_state "Core 0" focused
 xdotool key space
@@ -139,7 +139,7 @@ wait_until 3 "the sixth control below the list" has_state Login focused
 xdotool key Escape
 wait_until 3 "closing by Escape" panel_is_closed
 
-# What was chosen is kept: the row is still hidden.
+# The row is still hidden when the panel is opened again.
 click "$tray_x" "$tray_y"
 wait_until 3 "the panel again" panel_is_open
 wait_until 3 "its rows" shows "Core 1"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs one scenario on a display and a session bus of its own, for a user whose home is empty.
+# Runs one scenario on its own display and session bus, with an empty home folder.
 # usage: run.sh SCENARIO PROGRAM ARTEFACTS
 set -euo pipefail
 folder=$(cd "$(dirname "$0")" && pwd)

@@ -18,7 +18,7 @@ wait_until 5 "another label" label_changed
 sleep 1
 picture tray
 
-# A click opens the panel below the bar, on the screen, at its full size.
+# A click opens the panel below the bar, inside the screen, at its full size.
 click "$tray_x" "$tray_y"
 wait_until 3 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
@@ -26,7 +26,7 @@ wait_until 2 "its size" panel_has_size 462 690
 [[ $((X + WIDTH)) -le $screen_width ]] || fail "the panel leaves the screen: x $X"
 picture panel
 
-# A second click, Escape, and a click elsewhere close it.
+# A second click, Escape, and a click outside close it.
 click "$tray_x" "$tray_y"
 wait_until 2 "closing by a second click" panel_is_closed
 sleep 0.3
@@ -42,7 +42,7 @@ wait_until 2 "its size a third time" panel_has_size 462 690
 click 200 600
 wait_until 2 "closing by a click elsewhere" panel_is_closed
 
-# The host goes and comes back: the item is there again.
+# After the host has been restarted, the item is registered again.
 stop_host
 wait_until 10 "the watcher's end" bash -c '! gdbus call --session --dest org.kde.StatusNotifierWatcher --object-path / --method org.freedesktop.DBus.Peer.Ping'
 start_xfce_panel
@@ -50,7 +50,7 @@ wait_until 10 "the watcher again" bus_has org.kde.StatusNotifierWatcher
 wait_until 5 "the item in the new tray" is_registered
 wait_until 5 "the label for the new tray" label_matches '^[0-9.]+°  [0-9]+rpm$'
 
-# A second start opens the panel of the first and ends.
+# Starting the program again opens the panel of the first instance, and the second exits.
 "$PROGRAM" || fail "the second start failed"
 wait_until 2 "the panel by a second start" panel_is_open
 xdotool key Escape

@@ -17,6 +17,7 @@ class FakeMonotonicClock final : public MonotonicClock {
     std::atomic<std::chrono::nanoseconds::rep> now_{1'000'000'000};
 };
 
+/// A time of day that a test sets. One thread.
 struct FakeWallClock final : public WallClock {
     std::chrono::system_clock::time_point time;
 

@@ -8,6 +8,7 @@
 
 namespace kelvinbar::fakes {
 
+/// An entry that a test fills in. No properties: they cannot be read.
 struct FakeEntry final : public IORegistryEntry {
     std::string entryClass;
     std::string entryName;
@@ -30,7 +31,7 @@ struct FakeEntry final : public IORegistryEntry {
     [[nodiscard]] std::optional<Dictionary> properties() const override { return entryProperties; }
 };
 
-/// A registry that walks a list of entries and counts what it is asked.
+/// A registry over a list of entries. Counts how it is used.
 class FakeIORegistry final : public IORegistry {
   public:
     std::vector<FakeEntry> entries;

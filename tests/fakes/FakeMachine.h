@@ -11,7 +11,7 @@
 
 namespace kelvinbar::fakes {
 
-/// A machine with a controller, made of fakes.
+/// A machine with a controller, a registry and system facts, all fakes.
 struct FakeMachine {
     std::shared_ptr<FakeSMCDriver> driver = std::make_shared<FakeSMCDriver>();
     std::shared_ptr<FakeIORegistry> registry = std::make_shared<FakeIORegistry>();

@@ -15,15 +15,15 @@
 
 namespace kelvinbar::fakes {
 
-/// A controller that answers from a list of keys and counts what it is asked. `intercept` may change any
-/// answer or give another return code.
+/// A controller with a list of keys. Records every call. `intercept` can change any reply or return another
+/// code.
 class FakeSMCDriver final : public SMCDriver {
   public:
     struct Key {
         std::string name;
         std::string type;
         std::vector<std::uint8_t> bytes;
-        std::uint32_t announcedSize = 0; ///< instead of the number of bytes, unless 0
+        std::uint32_t announcedSize = 0; ///< reported size; 0 for the number of bytes
         std::uint8_t infoResult = 0;
         std::uint8_t readResult = 0;
         std::uint8_t attributes = 0;
@@ -43,14 +43,14 @@ class FakeSMCDriver final : public SMCDriver {
     ReturnCode openCode = kernSuccess;
     Connection openConnection = 7;
     std::vector<Key> keys;
-    Intercept intercept; ///< called with the fake's answer; a code it gives is returned instead of success
+    Intercept intercept; ///< called with the fake's reply; its code, if any, replaces success
 
     std::vector<std::string> searchedClasses;
     int openCount = 0;
     std::vector<Connection> closed;
     std::vector<Call> calls;
 
-    /// Adds `name` with its bytes; "#KEY" is not made up but added like any other.
+    /// Adds a key. "#KEY" must be added like any other.
     FakeSMCDriver& add(std::string name, std::string type, std::vector<std::uint8_t> bytes) {
         keys.push_back({std::move(name), std::move(type), std::move(bytes)});
         return *this;
@@ -77,13 +77,13 @@ class FakeSMCDriver final : public SMCDriver {
                                 std::span<const std::byte> input, std::span<std::byte> output,
                                 std::size_t& outputSize) override {
         if (selector != 2 || input.size() != 80 || output.size() != 80 || outputSize != 80) return 0xE00002C2;
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        calls.push_back({static_cast<SMCCommand>(question.command), fourCharString(question.key),
-                         question.data32, question});
-        SMCParamBlock reply = answer(question);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        calls.push_back(
+            {static_cast<SMCCommand>(request.command), fourCharString(request.key), request.data32, request});
+        SMCParamBlock reply = answer(request);
         std::optional<ReturnCode> code;
-        if (intercept) code = intercept(question, reply);
+        if (intercept) code = intercept(request, reply);
         std::memcpy(output.data(), &reply, sizeof(reply));
         return code.value_or(kernSuccess);
     }
@@ -91,19 +91,19 @@ class FakeSMCDriver final : public SMCDriver {
     void close(Connection connection) override { closed.push_back(connection); }
 
   private:
-    [[nodiscard]] SMCParamBlock answer(const SMCParamBlock& question) const {
+    [[nodiscard]] SMCParamBlock answer(const SMCParamBlock& request) const {
         SMCParamBlock reply;
-        if (question.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex)) {
-            if (question.data32 < keys.size()) {
-                reply.key = packedSMCKey(keys[question.data32].name);
+        if (request.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex)) {
+            if (request.data32 < keys.size()) {
+                reply.key = packedSMCKey(keys[request.data32].name);
             } else {
                 reply.result = 0xB8;
             }
             return reply;
         }
         for (const Key& key : keys) {
-            if (packedSMCKey(key.name) != question.key) continue;
-            if (question.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
+            if (packedSMCKey(key.name) != request.key) continue;
+            if (request.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
                 reply.result = key.infoResult;
                 reply.dataSize =
                     key.announcedSize != 0 ? key.announcedSize : static_cast<std::uint32_t>(key.bytes.size());

@@ -12,14 +12,14 @@
 
 namespace kelvinbar::fakes {
 
-/// A source that answers from a list of readings and logs what it is asked.
+/// A source over a list of readings. Records every request.
 class FakeSensorSource final : public SensorSource {
   public:
     SourceStatus state{.isAvailable = true, .message = "connected"};
     std::vector<RawReading> readings;
     std::vector<RawReading> fans;
     KeyHistory history;
-    std::vector<std::string> unlistedKeys; ///< can be read, but are not discovered
+    std::vector<std::string> unlistedKeys; ///< readable, but not discovered
 
     std::vector<KeySet> listedBefore; ///< of each discovery
     std::vector<std::vector<std::string>> requests;

@@ -14,15 +14,16 @@
 #include <utility>
 #include <vector>
 
-/// A desktop of fakes that write down, in one journal, what they are told.
+/// Fakes of all ports of the shell. They record their calls in one journal, so that tests can check the
+/// order.
 namespace kelvinbar::fakes {
 
-/// What the fakes were told, in order.
+/// The recorded calls, in order.
 class ShellJournal {
   public:
     std::vector<std::string> entries;
 
-    /// Called after each entry; may look around, and call the program.
+    /// Called after each entry. May inspect the fakes and call the program.
     std::function<void(const std::string& entry)> whenAdded;
 
     void add(std::string entry) {
@@ -30,7 +31,7 @@ class ShellJournal {
         if (whenAdded) whenAdded(entry);
     }
 
-    /// The entries so far, which are then forgotten.
+    /// Returns the entries and clears the journal.
     std::vector<std::string> taken() { return std::exchange(entries, {}); }
 };
 
@@ -91,13 +92,13 @@ class FakeStatusItemButton final : public StatusItemButton {
     ShellJournal& journal_;
 };
 
-/// A status bar whose one button a test may look at, even after the item has gone.
+/// A status bar with one button, which survives its item so that tests can inspect it.
 class FakeStatusBar final : public StatusBar {
   public:
     bool hasButton = true;
     std::vector<std::string> imageResources{"MenuBarIcon"};
     FakeStatusItemButton button;
-    int itemCount = 0; ///< items that are in the bar
+    int itemCount = 0; ///< items in the bar
 
     explicit FakeStatusBar(ShellJournal& journal) : button(journal), journal_(journal) {}
 
@@ -173,7 +174,7 @@ class FakePopover final : public Popover {
         closeByClickOutside();
     }
 
-    /// As the user does it, without the program.
+    /// Closes the popover without a call of the program, as a user's click does.
     void closeByClickOutside() {
         if (std::exchange(shown, false) && didClose_) didClose_();
     }
@@ -183,7 +184,7 @@ class FakePopover final : public Popover {
     std::function<void()> didClose_;
 };
 
-/// Makes contents that are in a window while the popover is shown.
+/// Creates contents that have a window while the popover is shown.
 class FakePopoverContentFactory final : public PopoverContentFactory {
   public:
     struct Animation {
@@ -192,10 +193,10 @@ class FakePopoverContentFactory final : public PopoverContentFactory {
         std::function<void()> completion;
     };
 
-    bool givesWindows = true;
+    bool hasWindows = true;
     std::vector<const KelvinbarStore*> stores;
     std::vector<std::function<void()>> closeActions;
-    std::vector<Animation> animations; ///< begun; the test completes them
+    std::vector<Animation> animations; ///< started; the test completes them
 
     FakePopoverContentFactory(ShellJournal& journal, const FakePopover& popover)
         : journal_(journal), popover_(popover) {}
@@ -217,7 +218,7 @@ class FakePopoverContentFactory final : public PopoverContentFactory {
         void setViewNeedsLayout() override { add("content: needs layout"); }
 
         [[nodiscard]] bool hasWindow() const override {
-            return factory_.givesWindows && factory_.popover_.isShown();
+            return factory_.hasWindows && factory_.popover_.isShown();
         }
 
         void setWindowContentSize(Size size) override { add("content: window size " + sizeText(size)); }
@@ -242,7 +243,7 @@ class FakePopoverContentFactory final : public PopoverContentFactory {
     const FakePopover& popover_;
 };
 
-/// Timers that a test fires by hand, as long as they are neither invalidated nor destroyed.
+/// Timers that a test fires by hand until they are invalidated or destroyed.
 class FakeRepeatingTimers final : public RepeatingTimers {
   public:
     explicit FakeRepeatingTimers(ShellJournal& journal) : journal_(journal) {}
@@ -305,23 +306,23 @@ class FakeScreens final : public Screens {
 
 class FakeLoginItemService final : public LoginItemService {
   public:
-    bool letsRegister = true;
+    bool allowsRegistration = true;
     bool registered = false;
     bool succeeds = true;
-    bool needsApproval = false; ///< registering succeeds, but the item is not enabled by that
+    bool needsApproval = false; ///< registering succeeds, but does not enable the item
 
     explicit FakeLoginItemService(ShellJournal& journal) : journal_(journal) {}
 
-    /// As new, with an empty journal.
+    /// Restores the initial state and clears the journal.
     void reset() {
         journal_.entries.clear();
-        letsRegister = true;
+        allowsRegistration = true;
         registered = false;
         succeeds = true;
         needsApproval = false;
     }
 
-    [[nodiscard]] bool canRegister() const override { return letsRegister; }
+    [[nodiscard]] bool canRegister() const override { return allowsRegistration; }
 
     [[nodiscard]] bool isRegistered() const override { return registered; }
 
@@ -345,7 +346,7 @@ class FakeLoginItemService final : public LoginItemService {
     ShellJournal& journal_;
 };
 
-/// All of it, over one journal.
+/// All fakes, with one journal.
 struct FakeShell {
     ShellJournal journal;
     FakeApplication application{journal};

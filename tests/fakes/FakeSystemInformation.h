@@ -9,7 +9,7 @@
 
 namespace kelvinbar::fakes {
 
-/// System facts that a test sets. Empty, it still gives the readings that every machine has.
+/// System facts that a test sets. The defaults still produce the readings that every machine has.
 struct FakeSystemInformation final : public SystemInformation {
     std::map<std::string, std::string, std::less<>> entries; ///< with their terminating zero
     int processors = 0;

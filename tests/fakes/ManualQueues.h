@@ -9,14 +9,14 @@
 
 namespace kelvinbar::fakes {
 
-/// A main queue that a test cranks by hand, on one thread.
+/// A main queue that a test runs by hand. One thread.
 class ManualMainQueue final : public MainQueue {
   public:
     void post(std::function<void()> work) override { waiting_.push_back(std::move(work)); }
 
     [[nodiscard]] std::size_t waitingCount() const { return waiting_.size(); }
 
-    /// Runs what waits, and what that posts.
+    /// Runs waiting work, including work posted meanwhile.
     void drain() {
         while (!waiting_.empty()) {
             const auto work = std::move(waiting_.front());
@@ -29,7 +29,7 @@ class ManualMainQueue final : public MainQueue {
     std::deque<std::function<void()>> waiting_;
 };
 
-/// A background queue that a test cranks by hand: nothing runs until then, and it runs on the test's thread.
+/// A background queue that a test runs by hand, on the test's thread.
 class ManualBackgroundQueue final : public BackgroundQueue {
   public:
     Cancellation start(Work work) override {

@@ -10,8 +10,8 @@
 
 namespace kelvinbar::fakes {
 
-/// Adds the controller's keys of a recorded machine. "#KEY" becomes the number of keys that are listed, since
-/// a recording need not hold all keys of its controller.
+/// Adds the keys of a recorded machine. "#KEY" becomes the number of recorded keys, because a recording may
+/// lack some of the controller's keys.
 inline void addRecordedKeys(FakeSMCDriver& driver, const std::vector<RecordedKey>& recorded) {
     for (const RecordedKey& key : recorded) {
         const std::string name = fourCharString(key.code);

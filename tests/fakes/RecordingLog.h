@@ -8,7 +8,7 @@
 
 namespace kelvinbar::fakes {
 
-/// Keeps log lines, without their line ends.
+/// Keeps log lines without their line ends.
 class RecordingLogSink final : public LogSink {
   public:
     void write(std::string_view line) override { lines.emplace_back(line.substr(0, line.size() - 1)); }
@@ -16,7 +16,7 @@ class RecordingLogSink final : public LogSink {
     std::vector<std::string> lines;
 };
 
-/// A log with the sink that keeps its lines.
+/// A log that keeps its lines.
 struct RecordingLog {
     explicit RecordingLog(std::string_view choice = {}) : log(sink, choice) {}
 

@@ -8,8 +8,7 @@
 
 namespace kelvinbar::fakes {
 
-/// Preferences in memory that remember which keys were written or removed, in order ("-" before removed
-/// ones).
+/// Preferences in memory. Records the keys that are written, and with a "-" those that are removed, in order.
 class RecordingUserDefaults final : public UserDefaults {
   public:
     InMemoryUserDefaults values;

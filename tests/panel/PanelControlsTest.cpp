@@ -314,7 +314,7 @@ TEST_F(LoginControl, ARegistrationThatAwaitsApprovalLeavesItOff) {
 }
 
 TEST_F(LoginControl, WhereItCannotRegisterAClickOpensTheSettingsAndLeavesItOff) {
-    service.letsRegister = false;
+    service.allowsRegistration = false;
     service.registered = true;
     controls->readLoginItem();
     EXPECT_FALSE(controls->runAtLogin());
@@ -332,7 +332,7 @@ TEST_F(LoginControl, AClickAsksForTheOppositeOfWhatIsShown) {
 
 TEST_F(LoginControl, TellsWhatAClickDoes) {
     EXPECT_EQ(controls->loginToolTip(), "Enable or disable Kelvinbar as a macOS login item.");
-    service.letsRegister = false;
+    service.allowsRegistration = false;
     EXPECT_EQ(controls->loginToolTip(),
               "Open Login Items in System Settings; automatic registration requires macOS 13 or newer.");
 }

@@ -129,7 +129,7 @@ TEST_F(SourceChainTest, FormerKeysArePresentWhenOneSourceHasThem) {
     EXPECT_THAT(chain.keyHistory(true).formerKeys, Optional(IsEmpty()));
 }
 
-TEST_F(SourceChainTest, SourcesAreAskedForFormerKeysOnlyWhenTheChainIs) {
+TEST_F(SourceChainTest, SourcesReturnFormerKeysOnlyIfTheChainIsAskedForThem) {
     second->history = {.places = {{"b/temp1", "second"}}, .formerKeys = {{{"FAN0", "b/fan1"}}}};
     const KeyHistory history = chain.keyHistory(false);
     EXPECT_THAT(history.places, ElementsAre(Pair("b/temp1", "second")));
@@ -156,7 +156,7 @@ TEST_F(SourceChainTest, AKeyIsReadOnlyFromTheFirstSourceThatListsIt) {
     EXPECT_THAT(second->requests, ElementsAre(Texts{"FAN0"}));
 }
 
-TEST_F(SourceChainTest, AKeyIsNotReadElsewhereWhenItsOwnerFails) {
+TEST_F(SourceChainTest, AKeyIsNotReadFromAnotherSourceIfItsOwnerFails) {
     first->add("TC0P", "1");
     second->add("TC0P", "2");
     discovered();

@@ -21,9 +21,9 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::askedKeys;
 using fakes::discoveryCount;
 using fakes::FakeShell;
+using fakes::keysRead;
 using fakes::setKeys;
 using fakes::ShellJournal;
 using fakes::StoreFixture;
@@ -35,7 +35,7 @@ using namespace std::chrono_literals;
 
 constexpr std::string_view toolTipWithoutPins = "Kelvinbar - double-click up to 6 sensors to show them here";
 
-/// Writes down in the shell's journal which passes over the machine begin.
+/// Records in the shell's journal when a pass starts.
 class JournalingBackgroundQueue final : public BackgroundQueue {
   public:
     JournalingBackgroundQueue(ShellJournal& journal, BackgroundQueue& queue)
@@ -69,7 +69,7 @@ struct AppDelegateTest : StoreFixture {
 
     void pin(const Keys& keys) { defaults.values.setTextList("KelvinbarMenuBarKeys", keys); }
 
-    /// Makes the delegate, whose store's first refresh then waits.
+    /// Creates the delegate. The store's first refresh then waits in the queue.
     void makeDelegate() {
         delegate = std::make_unique<AppDelegate>(shell.ports(mainQueue, notifications),
                                                  StorePorts{.machine = machineOfStore,
@@ -80,7 +80,7 @@ struct AppDelegateTest : StoreFixture {
                                                             .wallClock = wallClock});
     }
 
-    /// Launches, and lets the store's first refresh end before.
+    /// Launches after the store's first refresh has ended.
     void launch() {
         makeDelegate();
         finishPasses();
@@ -88,7 +88,7 @@ struct AppDelegateTest : StoreFixture {
         delegate->applicationDidFinishLaunching();
     }
 
-    /// The same, and forgets what was done by then.
+    /// The same, and clears the journal.
     void launchAndForget() {
         launch();
         forget();
@@ -115,11 +115,11 @@ struct AppDelegateTest : StoreFixture {
         mainQueue.drain();
     }
 
-    /// What the passes that wait ask the controller for.
-    [[nodiscard]] Keys keysAskedByPasses() {
+    /// Runs the waiting passes and returns the keys that they read.
+    [[nodiscard]] Keys keysReadByPasses() {
         driver().calls.clear();
         finishPasses();
-        return askedKeys(driver());
+        return keysRead(driver());
     }
 
     template <typename Content>
@@ -132,7 +132,7 @@ struct AppDelegateTest : StoreFixture {
 
     [[nodiscard]] Entries taken() { return shell.journal.taken(); }
 
-    /// The entries so far that begin so.
+    /// Clears the journal and returns its entries that begin with `beginning`.
     [[nodiscard]] Entries takenOf(std::string_view beginning) {
         Entries entries = shell.journal.taken();
         std::erase_if(entries, [&](const auto& entry) { return !entry.starts_with(beginning); });
@@ -153,7 +153,7 @@ const std::string pinnedToolTip = "Kelvinbar • TC0P • CPU Proximity: 40 °C"
 const std::string launchTimer = "timer: started, every 3000 ms, tolerance 100 ms";
 const std::string fastTimer = "timer: started, every 1000 ms, tolerance 20 ms";
 
-/// What gives the shown panel a size.
+/// The calls that resize the shown panel.
 Entries sizeOfShownPanel(const std::string& size) {
     return {"popover: content size " + size, "content: view size " + size, "content: needs layout",
             "content: window size " + size};
@@ -301,7 +301,7 @@ TEST_F(AppDelegateTest, WithoutAButtonTheRestIsSetUp) {
                                 "popover: content size 462 x 690", "factory: content made",
                                 "popover: content set", launchTimer}));
     tick();
-    EXPECT_EQ(keysAskedByPasses(), Keys{"TC0P"});
+    EXPECT_EQ(keysReadByPasses(), Keys{"TC0P"});
 }
 
 TEST_F(AppDelegateTest, WithoutAButtonTitlesAndClicksAreIgnored) {
@@ -354,7 +354,7 @@ TEST_F(AppDelegateTest, AnotherRateReplacesTheTimerAndRefreshesThePinsAtOnce) {
     EXPECT_EQ(taken(), (Entries{"timer: invalidated", fastTimer, "store: pass begun"}));
     EXPECT_EQ(shell.timers.activeCount(), 1U);
     EXPECT_EQ(mainQueue.waitingCount(), 0U);
-    EXPECT_EQ(keysAskedByPasses(), Keys{"TC0P"});
+    EXPECT_EQ(keysReadByPasses(), Keys{"TC0P"});
     forget();
     delegate->store().setSamplingRate(SMCSamplingRate::medium);
     EXPECT_EQ(taken(), (Entries{"timer: invalidated", launchTimer, "store: pass begun"}));
@@ -365,7 +365,7 @@ TEST_F(AppDelegateTest, AnotherRateWithThePanelOpenRefreshesEverythingOnce) {
     launchAndOpen();
     delegate->store().setSamplingRate(SMCSamplingRate::fast);
     EXPECT_EQ(taken(), (Entries{"timer: invalidated", fastTimer, "store: pass begun"}));
-    EXPECT_EQ(keysAskedByPasses(), (Keys{"TC0P", "TC1C"}));
+    EXPECT_EQ(keysReadByPasses(), (Keys{"TC0P", "TC1C"}));
     EXPECT_EQ(discoveryCount(driver()), 0U);
 }
 
@@ -408,14 +408,14 @@ TEST_F(AppDelegateTest, ATickWithThePanelClosedRefreshesThePinsAlone) {
     launchAndForget();
     tick();
     EXPECT_EQ(taken(), Entries{"store: pass begun"});
-    EXPECT_EQ(keysAskedByPasses(), Keys{"TC0P"});
+    EXPECT_EQ(keysReadByPasses(), Keys{"TC0P"});
 }
 
 TEST_F(AppDelegateTest, ATickWithThePanelOpenRefreshesEverythingWithoutPins) {
     launchAndOpen();
     tick();
     EXPECT_EQ(taken(), Entries{"store: pass begun"});
-    EXPECT_EQ(keysAskedByPasses(), (Keys{"TC0P", "TC1C"}));
+    EXPECT_EQ(keysReadByPasses(), (Keys{"TC0P", "TC1C"}));
     EXPECT_EQ(discoveryCount(driver()), 0U);
 }
 
@@ -424,7 +424,7 @@ TEST_F(AppDelegateTest, ATickWithThePanelOpenRefreshesEverythingWithPins) {
     launchAndOpen();
     tick();
     EXPECT_EQ(taken(), Entries{"store: pass begun"});
-    EXPECT_EQ(keysAskedByPasses(), (Keys{"TC0P", "TC1C"}));
+    EXPECT_EQ(keysReadByPasses(), (Keys{"TC0P", "TC1C"}));
     EXPECT_EQ(discoveryCount(driver()), 0U);
 }
 
@@ -433,7 +433,7 @@ TEST_F(AppDelegateTest, OnceThePanelIsClosedByAClickOutsideTicksReadThePinsAlone
     launchAndOpen();
     shell.popover.closeByClickOutside();
     tick();
-    EXPECT_EQ(keysAskedByPasses(), Keys{"TC0P"});
+    EXPECT_EQ(keysReadByPasses(), Keys{"TC0P"});
 }
 
 TEST_F(AppDelegateTest, ATickOnlyWorksWhenTheMainQueueRunsIt) {
@@ -446,12 +446,12 @@ TEST_F(AppDelegateTest, ATickOnlyWorksWhenTheMainQueueRunsIt) {
     EXPECT_EQ(taken(), Entries{"store: pass begun"});
 }
 
-TEST_F(AppDelegateTest, ATickGoesByWhatIsSoWhenItRuns) {
+TEST_F(AppDelegateTest, ATickUsesTheStateAtTheTimeItRuns) {
     launchAndForget();
     shell.timers.fire();
     delegate->store().setMenuBarKeys({"TC1C"});
     mainQueue.drain();
-    EXPECT_EQ(keysAskedByPasses(), Keys{"TC1C"});
+    EXPECT_EQ(keysReadByPasses(), Keys{"TC1C"});
 }
 
 TEST_F(AppDelegateTest, ATickDoesNothingOnceTheDelegateHasGone) {
@@ -569,7 +569,7 @@ TEST_F(AppDelegateTest, OpeningTakesItsStepsInOrder) {
     EXPECT_EQ(taken(),
               (Entries{"store: pass begun", "popover: content size 462 x 54", "popover: shown at edge 1",
                        "content: window grows to 462 x 690", "content: window is key"}));
-    EXPECT_EQ(keysAskedByPasses(), (Keys{"TC0P", "TC1C"}));
+    EXPECT_EQ(keysReadByPasses(), (Keys{"TC0P", "TC1C"}));
     EXPECT_EQ(discoveryCount(driver()), 0U);
 }
 
@@ -632,7 +632,7 @@ TEST_F(AppDelegateTest, NothingHappensWhenThePanelHasGrownAfterTheDelegateHasGon
 }
 
 TEST_F(AppDelegateTest, ContentWithoutAWindowGetsItsSizeWithoutAnimation) {
-    shell.contentFactory.givesWindows = false;
+    shell.contentFactory.hasWindows = false;
     launchAndForget();
     delegate->togglePopover();
     EXPECT_EQ(taken(), (Entries{"store: pass begun", "popover: content size 462 x 54",
@@ -745,7 +745,7 @@ TEST_F(AppDelegateTest, SizeNotificationsAreNotReadForTheirContent) {
 }
 
 TEST_F(AppDelegateTest, AShownPanelWithoutAWindowHasItsViewResized) {
-    shell.contentFactory.givesWindows = false;
+    shell.contentFactory.hasWindows = false;
     launch();
     delegate->togglePopover();
     forget();
@@ -854,7 +854,7 @@ TEST_F(AppDelegateTest, TerminationCancelsTheRefreshThatRuns) {
     launchAndForget();
     delegate->togglePopover();
     delegate->applicationWillTerminate();
-    EXPECT_EQ(keysAskedByPasses(), Keys{});
+    EXPECT_EQ(keysReadByPasses(), Keys{});
     EXPECT_EQ(delegate->store().statusMessage().value(), "Refresh cancelled");
 }
 
@@ -868,7 +868,7 @@ TEST_F(AppDelegateTest, AfterTerminationNoTimerRunsAndTheItemHasGone) {
     EXPECT_FALSE(shell.popover.shown);
 }
 
-TEST_F(AppDelegateTest, AfterTerminationNotificationsAreNotHeard) {
+TEST_F(AppDelegateTest, AfterTerminationNotificationsAreIgnored) {
     pin({"TC0P"});
     launch();
     delegate->applicationWillTerminate();

@@ -19,7 +19,7 @@ struct LoginItem : testing::Test {
     LoginItemManager manager{service};
 };
 
-TEST_F(LoginItem, IsEnabledWhenTheServiceSaysSo) {
+TEST_F(LoginItem, IsEnabledIfTheServiceHasRegisteredIt) {
     EXPECT_FALSE(manager.isEnabled());
     service.registered = true;
     EXPECT_TRUE(manager.isEnabled());
@@ -50,13 +50,13 @@ TEST_F(LoginItem, DisablingWhatIsNotEnabledCallsNeither) {
     EXPECT_EQ(journal.entries, Entries{});
 }
 
-TEST_F(LoginItem, AFailedRegistrationSoundsOnceAndTellsTheTruth) {
+TEST_F(LoginItem, AFailedRegistrationBeepsOnceAndReturnsTheState) {
     service.succeeds = false;
     EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, (Entries{"login item: register", "login item: beep"}));
 }
 
-TEST_F(LoginItem, AFailedUnregistrationSoundsOnceAndTellsTheTruth) {
+TEST_F(LoginItem, AFailedUnregistrationBeepsOnceAndReturnsTheState) {
     service.registered = true;
     service.succeeds = false;
     EXPECT_TRUE(manager.setEnabled(false));
@@ -69,16 +69,16 @@ TEST_F(LoginItem, ARegistrationThatAwaitsApprovalIsNotEnabledAndDoesNotSound) {
     EXPECT_EQ(journal.entries, Entries{"login item: register"});
 }
 
-TEST_F(LoginItem, TheServiceIsAskedAnewEachTime) {
+TEST_F(LoginItem, TheServiceIsQueriedEachTime) {
     EXPECT_TRUE(manager.setEnabled(true));
-    service.registered = false; // the user, in the system's settings
+    service.registered = false; // by the user, in the system's settings
     EXPECT_FALSE(manager.isEnabled());
     EXPECT_TRUE(manager.setEnabled(true));
     EXPECT_EQ(journal.entries, (Entries{"login item: register", "login item: register"}));
 }
 
 TEST_F(LoginItem, WhereTheSystemDoesNotLetItRegisterTheSettingsAreOpened) {
-    service.letsRegister = false;
+    service.allowsRegistration = false;
     EXPECT_FALSE(manager.canRegister());
     EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_EQ(journal.taken(), Entries{"login item: settings opened"});
@@ -87,7 +87,7 @@ TEST_F(LoginItem, WhereTheSystemDoesNotLetItRegisterTheSettingsAreOpened) {
 }
 
 TEST_F(LoginItem, WhereTheSystemDoesNotLetItRegisterItIsNeverEnabled) {
-    service.letsRegister = false;
+    service.allowsRegistration = false;
     service.registered = true;
     EXPECT_FALSE(manager.isEnabled());
     EXPECT_FALSE(manager.setEnabled(true));

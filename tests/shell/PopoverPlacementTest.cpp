@@ -9,7 +9,7 @@ namespace {
 constexpr Rect wholeScreen{0, 0, 1920, 1080};
 constexpr Size panel{462, 690};
 
-/// The screen with a bar of 30 points at one edge.
+/// Screens with a bar of 30 points at one edge.
 constexpr ScreenFrames barAtTop{wholeScreen, {0, 30, 1920, 1050}};
 constexpr ScreenFrames barAtBottom{wholeScreen, {0, 0, 1920, 1050}};
 constexpr ScreenFrames barAtLeft{wholeScreen, {30, 0, 1890, 1080}};
@@ -49,13 +49,13 @@ TEST(PopoverPlacement, StaysOnTheScreenForAnItemInTheBottomCorners) {
 }
 
 TEST(PopoverPlacement, StaysOnTheScreenForAnItemAtTheEndsOfABarAtASide) {
-    // Nearer to the side than to the end of the bar.
+    // Closer to the side of the screen than to the end of the bar.
     expectPlace(placedPopover({0, 30, 30, 40}, panel, barAtLeft), {30, 0, 462, 690});
     expectPlace(placedPopover({1890, 1010, 30, 40}, panel, barAtRight), {1890 - 462, 1080 - 690, 462, 690});
 }
 
 TEST(PopoverPlacement, KeepsClearOfABarThatTheItemIsNotIn) {
-    // A bar at the top with the item, and a dock of 80 points at the right.
+    // The item is in a bar at the top, and a dock of 80 points is at the right.
     const ScreenFrames screen{wholeScreen, {0, 30, 1840, 1050}};
     expectPlace(placedPopover({1800, 0, 40, 30}, panel, screen), {1840 - 462, 30, 462, 690});
 }
@@ -102,7 +102,7 @@ TEST(PlacedPopover, AnItemInACornerBelongsToTheBarThatKeepsItsPlaceFree) {
     const Rect anchor{1896, 1044, 24, 24};
     EXPECT_EQ(placedPopover(anchor, {462, 690}, {{0, 0, 1920, 1080}, {0, 0, 1920, 1032}}),
               (Rect{1458, 342, 462, 690}));
-    // A bar at the right, with the item at its lower end.
+    // The item is at the lower end of a bar at the right.
     EXPECT_EQ(placedPopover(anchor, {462, 690}, {{0, 0, 1920, 1080}, {0, 0, 1872, 1080}}),
               (Rect{1410, 390, 462, 690}));
 }

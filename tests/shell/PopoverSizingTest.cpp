@@ -63,7 +63,7 @@ TEST(PopoverSizing, FixedHasTheManualHeightWhateverTheReadings) {
     expectSize(fixedSize(notebookScreen, 690), 462, 690);
 }
 
-TEST(PopoverSizing, AManualHeightBelowTheLeastGivesTheLeast) {
+TEST(PopoverSizing, AManualHeightBelowTheMinimumBecomesTheMinimum) {
     expectSize(fixedSize(notebookScreen, 400), 462, 560);
     expectSize(fixedSize(notebookScreen, 560), 462, 560);
     expectSize(fixedSize(notebookScreen, 560.5), 462, 560.5);
@@ -71,7 +71,7 @@ TEST(PopoverSizing, AManualHeightBelowTheLeastGivesTheLeast) {
     expectSize(fixedSize(notebookScreen, -700), 462, 560);
 }
 
-TEST(PopoverSizing, AManualHeightAboveWhatTheScreenAllowsGivesThat) {
+TEST(PopoverSizing, AManualHeightIsLimitedByTheScreen) {
     expectSize(fixedSize(notebookScreen, 900), 462, 795);
     expectSize(fixedSize(notebookScreen, 795), 462, 795);
     expectSize(fixedSize(notebookScreen, std::numeric_limits<double>::infinity()), 462, 795);
@@ -177,7 +177,7 @@ TEST(PopoverSizing, DynamicWithoutReadingsHasTheManualHeight) {
     expectSize(dynamicSize(notebookScreen, 690, {}), 462, 690);
 }
 
-TEST(PopoverSizing, VeryManyReadingsGiveWhatTheScreenAllows) {
+TEST(PopoverSizing, TheHeightOfVeryManyReadingsIsLimitedByTheScreen) {
     Readings readings;
     addReadings(readings, SMCCategory::sensors, 10'000);
     expectSize(dynamicSize(notebookScreen, 690, readings), 462, 795);

@@ -18,7 +18,7 @@
 
 #include <gtest/gtest.h>
 
-// A controller whose answers mean nothing: random bytes, biased so that many get past the first checks.
+// A controller that replies with random bytes, biased so that many replies pass the first checks.
 
 namespace kelvinbar {
 
@@ -36,7 +36,7 @@ class RandomAnswers {
 
     bool oneIn(std::uint32_t chances) { return below(chances) == 0; }
 
-    /// Fills `output` with random bytes; the fields that decide about going on are often plausible.
+    /// Fills `output` with random bytes. Fields that are checked early are often plausible.
     std::optional<ReturnCode> fill(SMCParamBlock& output) {
         std::array<std::uint64_t, sizeof(SMCParamBlock) / sizeof(std::uint64_t)> words{};
         std::ranges::generate(words, [this] { return engine_(); });
@@ -50,7 +50,7 @@ class RandomAnswers {
         return oneIn(16) ? std::optional<ReturnCode>(below(0xFFFFFFFF)) : std::nullopt;
     }
 
-    /// A printable key; few different ones, so that they repeat.
+    /// A random printable key. There are few, so that they repeat.
     std::string someKey() {
         std::string key;
         for (int count = 0; count < 4; ++count) key.push_back(static_cast<char>(' ' + below(95)));
@@ -101,7 +101,7 @@ class LyingController : public testing::Test {
     SMCConnection connection{machine.driver};
     RandomAnswers random{20240229};
 
-    /// Lets every answer be random, apart from an honest "#KEY" of `keyCount` where one is given.
+    /// Makes every reply random, except that of "#KEY" if `keyCount` has a value.
     void lie(std::optional<std::uint32_t> keyCount) {
         machine.driver->addKeyCount(keyCount.value_or(0));
         machine.driver->intercept = [this, keyCount](const SMCParamBlock& input,

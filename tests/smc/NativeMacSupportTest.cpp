@@ -51,7 +51,7 @@ class NativeMacSupportTest : public testing::Test {
     }
 };
 
-// Entries of the system information
+// sysctl entries
 
 TEST_F(NativeMacSupportTest, ASystemTextEndsAtItsZeroByte) {
     system.entries["hw.model"] = "Model1,1\0behind\0"s;
@@ -82,7 +82,7 @@ TEST_F(NativeMacSupportTest, ASystemEntryOfLessThanTwoBytesHasNoText) {
     EXPECT_EQ(native.sysctlString("hw.model"), "M");
 }
 
-TEST_F(NativeMacSupportTest, ABlankSystemEntryHasNoText) {
+TEST_F(NativeMacSupportTest, ASystemEntryOfSpacesHasNoText) {
     for (const std::string& bytes : {"\0\0"s, "\0hidden\0"s, "  \0"s, "\n\t\r\n\0"s, "\u2003\0"s}) {
         SCOPED_TRACE(bytes.size());
         system.entries["hw.model"] = bytes;
@@ -137,14 +137,14 @@ TEST_F(NativeMacSupportTest, AMachineWithoutSystemFactsStillHasThreeReadings) {
 
 // Processor model
 
-TEST_F(NativeMacSupportTest, TheModelStandsInForAMissingProcessorName) {
+TEST_F(NativeMacSupportTest, TheModelReplacesAMissingProcessorName) {
     system.entries["hw.model"] = "Model1,1\0"s;
     const auto readings = native.readings();
     ASSERT_FALSE(readings.empty());
     EXPECT_EQ(readings.front(), textReading("NCPU", "CPU Model", SMCCategory::cpu, "Model1,1"));
 }
 
-TEST_F(NativeMacSupportTest, TheModelStandsInForABlankProcessorName) {
+TEST_F(NativeMacSupportTest, TheModelReplacesAProcessorNameOfSpaces) {
     system.entries["machdep.cpu.brand_string"] = "   \0"s;
     system.entries["hw.model"] = "Model1,1\0"s;
     EXPECT_EQ(valueOf("NCPU"), "Model1,1");

@@ -69,26 +69,26 @@ class RegistryFansTest : public testing::Test {
         registry.add("IOPlatformDevice", "PWRB", std::move(properties));
     }
 
-    /// The fans of a fresh walk.
+    /// The fans of a new iteration, without the cache.
     std::vector<RawReading> walked() {
         clock->advance(15s);
         return registryFans.read();
     }
 
-    /// The fans of a fresh walk over a sensor driver with one fan property of this value.
+    /// The fans of a sensor driver with one fan property, which has this value.
     std::vector<RawReading> walkedWithValue(Value value) {
         registry.entries.clear();
         addDriver(property("CPU Fan", std::move(value)));
         return walked();
     }
 
-    /// The speed that a walk finds in a fan property of this value.
+    /// The speed found in a fan property with this value.
     std::optional<double> speedOf(Value value) {
         const auto fans = walkedWithValue(std::move(value));
         return fans.empty() ? std::nullopt : fans.front().numericValue;
     }
 
-    /// The reading of the property `name` of a sensor driver, found after `index` other fans.
+    /// The reading of the property `name` of a sensor driver, after `index` other fans.
     RawReading fanAt(std::size_t index, std::string_view name) {
         Dictionary properties;
         for (std::size_t other = 0; other < index; ++other) {
@@ -103,7 +103,7 @@ class RegistryFansTest : public testing::Test {
     }
 };
 
-/// What a walk returns for a fan without a name of its own.
+/// The reading of a fan without a name.
 RawReading usualReading() {
     RawReading fan;
     fan.key = "FAN1";
@@ -135,7 +135,7 @@ TEST_F(RegistryFansTest, OtherTextsHoldNoFanHint) {
     }
 }
 
-// What counts as a fan
+// Recognising fans
 
 TEST_F(RegistryFansTest, AFanPropertyOutsideSensorDriversIsAccepted) {
     addOther(usualFan());
@@ -191,9 +191,9 @@ TEST_F(RegistryFansTest, APropertyOfASensorDriverWithoutAHintIsSkipped) {
     }
 }
 
-// What counts as a sensor driver
+// Recognising sensor drivers
 
-/// An entry and what makes it one, or no, sensor driver.
+/// An entry, and the text that makes it a sensor driver or not.
 struct Described {
     std::string_view description;
     std::string className;
@@ -244,8 +244,8 @@ TEST_F(RegistryFansTest, ADriverWordCountsNowhereElse) {
     }
 }
 
-TEST_F(RegistryFansTest, ThePartsOfTheDescriptionAreJoinedByOneBlank) {
-    // No word holds a blank, so parts that touched would make words of their own.
+TEST_F(RegistryFansTest, ThePartsOfTheDescriptionAreJoinedByOneSpace) {
+    // The parts are joined by spaces, which no word contains. Joined directly, they would form a word.
     Dictionary properties = usualFan("CPU Fan");
     properties.set("compatible", "virtual");
     properties.set("model", "smc");
@@ -538,19 +538,19 @@ TEST_F(RegistryFansTest, AnotherClassNameOrPropertyOrSpeedMakesAnotherFan) {
     EXPECT_THAT(registryFans.read(), SizeIs(5));
 }
 
-TEST_F(RegistryFansTest, TheLettersOfClassNameAndNameMakeDifferentFansWhenSplitElsewhere) {
+TEST_F(RegistryFansTest, TheSameLettersSplitDifferentlyIntoClassNameAndNameAreDifferentFans) {
     registry.add("VirtualSMCa", "b", property("CPU Fan", 1450.0));
     registry.add("VirtualSMC", "ab", property("CPU Fan", 1450.0));
     EXPECT_THAT(registryFans.read(), SizeIs(2));
 }
 
-TEST_F(RegistryFansTest, TheLettersOfNameAndPropertyMakeDifferentFansWhenSplitElsewhere) {
+TEST_F(RegistryFansTest, TheSameLettersSplitDifferentlyIntoNameAndPropertyAreDifferentFans) {
     registry.add("VirtualSMC", "a", property("bFan", 1450.0));
     registry.add("VirtualSMC", "ab", property("Fan", 1450.0));
     EXPECT_THAT(namesOf(registryFans.read()), ElementsAre("bFan", "Fan"));
 }
 
-TEST_F(RegistryFansTest, TheDigitsOfPropertyAndSpeedMakeDifferentFansWhenSplitElsewhere) {
+TEST_F(RegistryFansTest, TheSameDigitsSplitDifferentlyIntoPropertyAndSpeedAreDifferentFans) {
     addDriver(property("Fan 1", 450.0));
     addDriver(property("Fan ", 1450.0));
     EXPECT_THAT(registryFans.read(), SizeIs(2));
@@ -664,7 +664,7 @@ TEST_F(RegistryFansTest, AWalkThatCannotBeginLeavesTheCacheAsItWas) {
     clock->advance(15s);
     registry.canIterate = false;
     ASSERT_THAT(registryFans.read(), IsEmpty());
-    clock->advance(-1s); // to look at the cache while it is still valid
+    clock->advance(-1s); // back to a time at which the cache is valid
     EXPECT_THAT(registryFans.read(), SizeIs(1));
     EXPECT_THAT(registry.walkedPlanes, SizeIs(2));
 }
@@ -673,7 +673,7 @@ TEST_F(RegistryFansTest, ThereAreNoFansWithoutARegistry) {
     EXPECT_THAT(RegistryFans(nullptr, clock).read(), IsEmpty());
 }
 
-/// A registry whose walk takes ten seconds.
+/// A registry whose iteration takes ten seconds.
 class SlowRegistry final : public IORegistry {
   public:
     explicit SlowRegistry(std::shared_ptr<FakeMonotonicClock> clock) : clock_(std::move(clock)) {
@@ -705,7 +705,7 @@ TEST_F(RegistryFansTest, TheFifteenSecondsBeginAtTheEndOfTheWalk) {
     EXPECT_EQ(slow->walks, 2);
 }
 
-/// A registry during whose first walk the fans are read a second time.
+/// A registry that reads the fans again during the first iteration.
 class NestedRegistry final : public IORegistry {
   public:
     RegistryFans* fans = nullptr;

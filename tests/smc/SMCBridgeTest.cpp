@@ -28,7 +28,7 @@ const SourceStatus unavailable{.isAvailable = false,
                                .message = "AppleSMC service not available. This app is intended for "
                                           "Hackintosh/macOS systems with SMC emulation."};
 
-/// The four-character key of a number, different for each below 10000.
+/// A four-character key for a number below 10000, different for each.
 std::string numberedKey(std::uint32_t number) {
     const std::string digits = std::to_string(number);
     return std::string(4 - digits.size(), '0') + digits;
@@ -57,7 +57,7 @@ class SMCBridgeTest : public testing::Test {
         });
     }
 
-    /// Makes every key a readable one of one byte.
+    /// Makes every key readable, with one byte.
     void answerEveryKey() {
         driver.intercept = [](const SMCParamBlock& input, SMCParamBlock& output) {
             output = {};
@@ -183,7 +183,7 @@ TEST_F(SMCBridgeTest, DiscoveryListsARepeatedKeyOnceWhereItCameFirst) {
     EXPECT_THAT(bridge.discoverKeys(), ElementsAre("#KEY", "TC0P", "TC1P"));
 }
 
-TEST_F(SMCBridgeTest, DiscoveryTellsKeysApartByCase) {
+TEST_F(SMCBridgeTest, DiscoveryIsCaseSensitive) {
     driver.addKeyCount(3).add("TC0P", "sp78", {1, 2}).add("TC0p", "sp78", {1, 2});
     EXPECT_THAT(bridge.discoverKeys(), ElementsAre("#KEY", "TC0P", "TC0p"));
 }
@@ -295,7 +295,7 @@ TEST_F(SMCBridgeTest, ReadingAllKeysIsEmptyWithoutAConnection) {
 
 // Candidates
 
-TEST_F(SMCBridgeTest, CandidatesAreReadInTheGivenOrder) {
+TEST_F(SMCBridgeTest, CandidatesAreReadInTheOrderOfTheArgument) {
     driver.add("TC0P", "sp78", {0x28, 0x80}).add("VTT ", "ui8 ", {9}).add("#KEY", "ui32", {0, 0, 0, 3});
     const std::vector<std::string> keys{"VTT ", "#KEY", "TC0P"};
     const auto results = bridge.readCandidateKeys(keys);

@@ -34,14 +34,14 @@ Wire onTheWire(const SMCParamBlock& block) {
     return wire;
 }
 
-/// A block in which no byte is zero, to see what is written to it.
+/// A block without zero bytes, to detect what is written to it.
 SMCParamBlock scribbledBlock() {
     SMCParamBlock block;
     std::memset(static_cast<void*>(&block), 0xA5, sizeof(block));
     return block;
 }
 
-/// Makes calls with `command` answer with `code`, others as ever.
+/// Makes calls with `command` return `code`. Does not affect others.
 FakeSMCDriver::Intercept failingCommand(SMCCommand command, ReturnCode code) {
     return [=](const SMCParamBlock& input, SMCParamBlock&) {
         return input.command == static_cast<std::uint8_t>(command) ? std::optional(code) : std::nullopt;
@@ -54,7 +54,7 @@ class SMCConnectionTest : public testing::Test {
     FakeSMCDriver& driver = *ownedDriver;
     SMCConnection connection{ownedDriver};
 
-    /// Reads `key` into a scribbled block and expects the code and that the block was left as it was.
+    /// Reads `key` into a scribbled block. Expects the code, and that the block is unchanged.
     void expectFailedRead(std::string_view key, ReturnCode expected) {
         SMCParamBlock block = scribbledBlock();
         EXPECT_EQ(connection.readKey(key, block), expected);
@@ -182,7 +182,7 @@ TEST_F(SMCConnectionTest, DestructionClosesNothingThatIsClosedAlready) {
 
 // One call
 
-/// A driver that writes nothing and keeps what it was given.
+/// A driver that writes no output and records its input.
 class SilentDriver final : public SMCDriver {
   public:
     ReturnCode code = kernSuccess;
@@ -446,7 +446,7 @@ TEST_F(SMCConnectionTest, TheDriversCodeCountsBeforeTheControllersResult) {
     expectFailedRead("TC0P", noResponse);
 }
 
-TEST_F(SMCConnectionTest, AKeyKeepsItsTrailingBlankInTheCall) {
+TEST_F(SMCConnectionTest, AKeyKeepsItsTrailingSpaceInTheCall) {
     driver.add("VTT ", "sp78", {1, 2});
     ASSERT_EQ(connection.openSMC(), kernSuccess);
     SMCParamBlock block;

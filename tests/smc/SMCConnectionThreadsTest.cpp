@@ -19,14 +19,14 @@ namespace kelvinbar {
 
 namespace {
 
-/// What is read of every key: its own code, over and over, under a size that follows from its last character.
+/// The value of every key is its code, repeated. The size depends on the last character.
 std::uint32_t sizeOfKey(std::uint32_t key) { return 1 + key % 32; }
 
 std::uint8_t byteOfKey(std::uint32_t key, std::size_t index) {
     return static_cast<std::uint8_t>(key >> (8U * (index % 4)));
 }
 
-/// A driver that sees whether two threads are in it at once, and makes that likely where it is possible.
+/// A driver that detects concurrent calls, and makes them likely if they are possible.
 class CrowdedDriver final : public SMCDriver {
   public:
     std::atomic<int> overlaps{0};
@@ -49,9 +49,9 @@ class CrowdedDriver final : public SMCDriver {
                                 std::size_t& /*outputSize*/) override {
         const Presence presence(*this);
         ++calls;
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        const SMCParamBlock reply = answerTo(question);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        const SMCParamBlock reply = answerTo(request);
         std::memcpy(output.data(), &reply, sizeof(reply));
         return kernSuccess;
     }
@@ -78,14 +78,14 @@ class CrowdedDriver final : public SMCDriver {
         CrowdedDriver& driver_;
     };
 
-    static SMCParamBlock answerTo(const SMCParamBlock& question) {
+    static SMCParamBlock answerTo(const SMCParamBlock& request) {
         SMCParamBlock reply;
-        if (question.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
-            reply.dataSize = sizeOfKey(question.key);
-            reply.dataType = ~question.key;
+        if (request.command == static_cast<std::uint8_t>(SMCCommand::readKeyInfo)) {
+            reply.dataSize = sizeOfKey(request.key);
+            reply.dataType = ~request.key;
         } else {
-            for (std::size_t index = 0; index < question.dataSize; ++index) {
-                reply.bytes.at(index) = byteOfKey(question.key, index);
+            for (std::size_t index = 0; index < request.dataSize; ++index) {
+                reply.bytes.at(index) = byteOfKey(request.key, index);
             }
         }
         return reply;
@@ -175,7 +175,7 @@ TEST_F(SMCConnectionThreads, ThreadsThatOpenAtOnceShareOneConnection) {
     EXPECT_EQ(driver->overlaps, 0);
 }
 
-/// A driver that detects a call of another thread between the two calls by which a key is read.
+/// A driver that detects a call of another thread between the two calls that read a key.
 class InterruptedDriver final : public SMCDriver {
   public:
     std::atomic<bool> wasInterrupted{false};
@@ -187,9 +187,9 @@ class InterruptedDriver final : public SMCDriver {
     ReturnCode callStructMethod(Connection /*connection*/, std::uint32_t /*selector*/,
                                 std::span<const std::byte> input, std::span<std::byte> output,
                                 std::size_t& /*outputSize*/) override {
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        const auto command = static_cast<SMCCommand>(question.command);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        const auto command = static_cast<SMCCommand>(request.command);
         if (command == SMCCommand::readBytes && previous_ == SMCCommand::keyByIndex) wasInterrupted = true;
         previous_ = command;
         SMCParamBlock reply;
@@ -206,7 +206,7 @@ class InterruptedDriver final : public SMCDriver {
 };
 
 TEST(SMCConnectionLock, IsFreeBetweenTheTwoCallsOfOneRead) {
-    constexpr int maximumReads = 200'000; // only a lock that is held too long needs them all
+    constexpr int maximumReads = 200'000; // reached only if the lock is held too long
     const auto driver = std::make_shared<InterruptedDriver>();
     SMCConnection connection(driver);
     ASSERT_EQ(connection.openSMC(), kernSuccess);

@@ -11,7 +11,7 @@ namespace kelvinbar {
 
 namespace {
 
-TEST(SMCKeyText, FourCharactersFromBlankToTildeArePrintable) {
+TEST(SMCKeyText, FourCharactersFromSpaceToTildeArePrintable) {
     for (const std::string_view key : {"TC0P", "#KEY", "VTT ", "    ", "~~~~", " ~ ~"}) {
         SCOPED_TRACE(key);
         EXPECT_TRUE(isPrintableSMCKey(key));
@@ -46,7 +46,7 @@ TEST(SMCKeyText, TheFirstCharacterOfAKeyIsPackedIntoTheMostSignificantByte) {
     EXPECT_EQ(packedSMCKey("#KEY"), 0x234B4559U);
 }
 
-TEST(SMCKeyText, ShortTextsArePackedWithBlanksBehind) {
+TEST(SMCKeyText, ShortTextsArePaddedWithSpaces) {
     EXPECT_EQ(packedSMCKey("TC0"), 0x54433020U);
     EXPECT_EQ(packedSMCKey("T"), 0x54202020U);
     EXPECT_EQ(packedSMCKey(""), 0x20202020U);
@@ -72,13 +72,13 @@ TEST(SMCKeyText, BytesAfterTheZeroByteDoNotCountAsText) { EXPECT_EQ(fourCharStri
 
 TEST(SMCKeyText, AFourCharCodeThatIsNotUtf8IsEmpty) {
     for (const std::uint32_t code : {
-             0xFFFE4142U, // no lead byte
-             0x80414243U, // a continuation byte alone
-             0x616263C3U, // cut off in a character
+             0xFFFE4142U, // invalid lead byte
+             0x80414243U, // continuation byte without a lead byte
+             0x616263C3U, // incomplete character
              0xC0AF4142U, // overlong
              0xEDA08041U, // a surrogate
              0xF5808080U, // above U+10FFFF
-             0xC3004142U, // the zero byte cuts the character off
+             0xC3004142U, // character cut by the zero byte
          }) {
         SCOPED_TRACE(code);
         EXPECT_EQ(fourCharString(code), "");
@@ -90,7 +90,7 @@ TEST(SMCKeyText, AFourCharCodeMayHoldCharactersOfSeveralBytes) {
     EXPECT_EQ(fourCharString(0xF09F9880U), "\U0001F600");
 }
 
-TEST(SMCKeyText, PackingAndUnpackingAKeyGivesTheKey) {
+TEST(SMCKeyText, PackingAndUnpackingAKeyReturnsTheKey) {
     for (const std::string_view key : {"TC0P", "VTT ", "    ", "~!#$"}) {
         SCOPED_TRACE(key);
         EXPECT_EQ(fourCharString(packedSMCKey(key)), key);

@@ -21,7 +21,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using namespace std::string_view_literals;
 
-/// The code of a type of up to four bytes, zero bytes behind shorter ones.
+/// The code of a type of up to four bytes, padded with zero bytes.
 std::uint32_t typeCode(std::string_view type) {
     std::string padded(type);
     padded.resize(4, '\0');
@@ -39,7 +39,7 @@ SMCParamBlock blockOf(std::string_view type, const Bytes& bytes) {
     return block;
 }
 
-/// The decoded reading; an empty one, which no value decodes to, when there is none.
+/// The decoded reading. An empty one, which no value decodes to, if decoding fails.
 RawReading decoded(std::string_view type, const Bytes& bytes) {
     const auto reading = dictionaryForKey("TC0P", blockOf(type, bytes));
     EXPECT_TRUE(reading.has_value());
@@ -67,7 +67,7 @@ void expectHex(std::string_view type, const Bytes& bytes) { expectText(type, byt
 
 Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 
-/// The value of a hex digit, or nothing; apart from the code under test.
+/// The value of a hex digit. Independent of the code under test.
 std::optional<int> hexDigit(char character) {
     const auto at = "0123456789abcdef"sv.find(
         static_cast<char>(character >= 'A' && character <= 'F' ? character + ('a' - 'A') : character));
@@ -80,8 +80,8 @@ std::string printableCharacters() {
     return characters;
 }
 
-/// Expects that the bytes 80 01, which are the whole number `whole`, are that many times 2^-`bits` under
-/// `type`, or hex where there are no bits.
+/// Expects that the bytes 80 01, the integer `whole`, decode to `whole` * 2^-`bits` as `type`, or to hex if
+/// there is no value for `bits`.
 void expectFraction(std::string_view type, int whole, std::optional<int> bits) {
     const RawReading reading = decoded(type, {0x80, 0x01});
     EXPECT_EQ(reading.numericValue, bits ? std::optional(std::ldexp(whole, -*bits)) : std::nullopt);
@@ -148,7 +148,7 @@ TEST(SMCValueDecoding, BytesBeyondTheSizeAreIgnored) {
     EXPECT_EQ(reading->size, 2U);
 }
 
-TEST(SMCValueDecoding, TheKeyIsTheGivenOneNotTheBlocks) {
+TEST(SMCValueDecoding, TheKeyIsTheArgumentNotTheBlocks) {
     SMCParamBlock block = blockOf("ui8 ", {1});
     block.key = packedSMCKey("XXXX");
     EXPECT_EQ(dictionaryForKey("TC0P", block).value_or(RawReading()).key, "TC0P");
@@ -156,7 +156,7 @@ TEST(SMCValueDecoding, TheKeyIsTheGivenOneNotTheBlocks) {
 
 // Types as text
 
-TEST(SMCValueDecoding, TheTypeKeepsItsTrailingBlanksAndEndsAtAZeroByte) {
+TEST(SMCValueDecoding, TheTypeKeepsItsTrailingSpacesAndEndsAtAZeroByte) {
     EXPECT_EQ(decoded("flt ", {1}).type, "flt ");
     EXPECT_EQ(decoded("ui8\0"sv, {1}).type, "ui8");
     EXPECT_EQ(decoded("ui\0008"sv, {1}).type, "ui");
@@ -411,7 +411,7 @@ TEST(SMCValueDecoding, OtherTypesAreNeverShownAsText) {
     }
 }
 
-TEST(SMCValueDecoding, TextIsTrimmedOfZeroBytesBlanksTabsAndLineEndsAtBothEnds) {
+TEST(SMCValueDecoding, ZeroBytesSpacesTabsAndLineEndsAreTrimmedAtBothEndsOfAText) {
     expectText("ch8*", bytesOf(" \n\r\t\0AB C\t \r\n\0"sv), "AB C");
     for (const char padding : {'\0', ' ', '\n', '\r', '\t'}) {
         SCOPED_TRACE(static_cast<int>(padding));

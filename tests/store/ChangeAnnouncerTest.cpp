@@ -9,7 +9,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// An announcer and an observer of one notification, which keeps what is posted.
+/// An announcer, and an observer that keeps what is posted under one name.
 template <typename Content>
 struct Announcements : testing::Test {
     NotificationCenter center;

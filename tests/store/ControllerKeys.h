@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-/// Keys for a fake controller, and what it was asked.
+/// Keys for a fake controller, and queries on what was read from it.
 namespace kelvinbar::fakes {
 
 using ControllerKey = FakeSMCDriver::Key;
@@ -29,15 +29,15 @@ inline ControllerKey textKey(std::string name, std::string_view text) {
     return {.name = std::move(name), .type = "ch8*", .bytes = {text.begin(), text.end()}};
 }
 
-/// Makes `driver` list and answer `keys` and "#KEY", and nothing else.
+/// Replaces the keys of `driver` by `keys` and "#KEY".
 inline void setKeys(FakeSMCDriver& driver, const std::vector<ControllerKey>& keys) {
     driver.keys.clear();
     driver.addKeyCount(static_cast<std::uint32_t>(keys.size() + 1));
     driver.keys.insert(driver.keys.end(), keys.begin(), keys.end());
 }
 
-/// The keys, other than the number of keys, that were asked for, in order.
-inline std::vector<std::string> askedKeys(const FakeSMCDriver& driver) {
+/// The keys that were read, in order, without "#KEY".
+inline std::vector<std::string> keysRead(const FakeSMCDriver& driver) {
     std::vector<std::string> keys;
     for (const FakeSMCDriver::Call& call : driver.calls) {
         if (call.command == SMCCommand::readKeyInfo && call.key != "#KEY") keys.push_back(call.key);
@@ -45,7 +45,7 @@ inline std::vector<std::string> askedKeys(const FakeSMCDriver& driver) {
     return keys;
 }
 
-/// How often the list of keys was begun to be walked.
+/// How often discovery started.
 inline std::size_t discoveryCount(const FakeSMCDriver& driver) {
     std::size_t count = 0;
     for (const FakeSMCDriver::Call& call : driver.calls) {

@@ -16,7 +16,7 @@ TEST(InMemoryUserDefaults, BeginsEmpty) {
     EXPECT_EQ(defaults.number("a"), 0);
 }
 
-TEST(InMemoryUserDefaults, GivesBackWhatWasSetLast) {
+TEST(InMemoryUserDefaults, ReturnsTheLastValue) {
     InMemoryUserDefaults defaults;
     defaults.setText("text", "first");
     defaults.setText("text", "second");

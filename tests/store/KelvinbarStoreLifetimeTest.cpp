@@ -10,7 +10,7 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::askedKeys;
+using fakes::keysRead;
 using fakes::setKeys;
 using fakes::StoreFixture;
 using fakes::temperatureKey;
@@ -28,13 +28,13 @@ struct StoreShutdown : StoreFixture {
 
 struct StoreDestruction : StoreFixture {
     void SetUp() override {
-        // Pins and hidden keys that a result would drop, and so write.
+        // Pins and hidden keys that applying a result would remove from the preferences.
         defaults.values.setTextList("KelvinbarMenuBarKeys", {"TG0D", "TC0P"});
         defaults.values.setTextList("KelvinbarHiddenKeys", {"TM0P"});
         setKeys(driver(), {temperatureKey("TC0P", 40)});
     }
 
-    void expectNothingWasToldOrWritten() const {
+    void expectNothingWasPostedOrWritten() const {
         EXPECT_EQ(posted.size(), 0U);
         EXPECT_EQ(defaults.writes, Keys{});
     }
@@ -82,7 +82,7 @@ TEST_F(StoreShutdown, CancelsBothRefreshes) {
     store->refresh(false);
     store->shutdown();
     finishPasses();
-    EXPECT_EQ(askedKeys(driver()), Keys{});
+    EXPECT_EQ(keysRead(driver()), Keys{});
     EXPECT_EQ(store->statusMessage().value(), "Refresh cancelled");
 }
 
@@ -98,7 +98,7 @@ TEST_F(StoreShutdown, DuringDiscoveryNoKeyIsRead) {
     };
     refresh(true);
     EXPECT_TRUE(shutDown);
-    EXPECT_EQ(askedKeys(driver()), Keys{});
+    EXPECT_EQ(keysRead(driver()), Keys{});
     EXPECT_EQ(store->statusMessage().value(), "Refresh cancelled");
 }
 
@@ -149,7 +149,7 @@ TEST_F(StoreDestruction, WhileAPassWaitsTheResultIsDropped) {
     makeStore();
     store.reset();
     finishPasses();
-    expectNothingWasToldOrWritten();
+    expectNothingWasPostedOrWritten();
     EXPECT_EQ(mainQueue.waitingCount(), 0U);
 }
 
@@ -161,8 +161,8 @@ TEST_F(StoreDestruction, WhileAPassRunsTheResultIsDropped) {
     };
     finishPasses();
     EXPECT_EQ(store, nullptr);
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
-    expectNothingWasToldOrWritten();
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
+    expectNothingWasPostedOrWritten();
 }
 
 TEST_F(StoreDestruction, WhileAResultWaitsItIsDropped) {
@@ -171,7 +171,7 @@ TEST_F(StoreDestruction, WhileAResultWaitsItIsDropped) {
     ASSERT_EQ(mainQueue.waitingCount(), 1U);
     store.reset();
     mainQueue.drain();
-    expectNothingWasToldOrWritten();
+    expectNothingWasPostedOrWritten();
 }
 
 TEST_F(StoreDestruction, AMenuBarResultIsDroppedToo) {
@@ -184,7 +184,7 @@ TEST_F(StoreDestruction, AMenuBarResultIsDroppedToo) {
     forgetHistory();
     store.reset();
     mainQueue.drain();
-    expectNothingWasToldOrWritten();
+    expectNothingWasPostedOrWritten();
 }
 
 TEST_F(StoreDestruction, ItsResultDoesNotReachTheNextStore) {

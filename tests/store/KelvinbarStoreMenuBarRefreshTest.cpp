@@ -12,9 +12,9 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::askedKeys;
 using fakes::ControllerKey;
 using fakes::discoveryCount;
+using fakes::keysRead;
 using fakes::setKeys;
 using fakes::StoreFixture;
 using fakes::temperatureKey;
@@ -111,7 +111,7 @@ TEST_F(StoreMenuBarRefresh, ReadsExactlyThePinnedKeys) {
     makeStoreWithPins({"TG0D", "TC0P"},
                       {temperatureKey("TC0P", 40), temperatureKey("TC1C", 41), temperatureKey("TG0D", 50)});
     refreshMenuBarOnly();
-    EXPECT_EQ(askedKeys(driver()), (Keys{"TC0P", "TG0D"}));
+    EXPECT_EQ(keysRead(driver()), (Keys{"TC0P", "TG0D"}));
     EXPECT_EQ(discoveryCount(driver()), 0U);
 }
 
@@ -120,7 +120,7 @@ TEST_F(StoreMenuBarRefresh, ReadsThePinsOfItsStart) {
     store->refreshMenuBarOnly();
     store->setMenuBarKeys({"TC1C"});
     finishPasses();
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
 }
 
 TEST_F(StoreMenuBarRefresh, ReadsRegistryFansOnlyWhenAPinBeginsWithTheirPrefix) {
@@ -182,7 +182,7 @@ TEST_F(StoreMenuBarRefresh, AppendsNewReadingsWithoutSortingAgain) {
     EXPECT_EQ(readings(), "TC1C=42 TG0D=50 B0AV=12 TC0P=40");
 }
 
-TEST_F(StoreMenuBarRefresh, TellsItsChangesInOrder) {
+TEST_F(StoreMenuBarRefresh, ReportsItsChangesInOrder) {
     makeStoreWithPins({"TC0P"}, {temperatureKey("TC0P", 40)});
     setKeys(driver(), {temperatureKey("TC0P", 45)});
     wallClock.time += 1s;
@@ -215,7 +215,7 @@ TEST_F(StoreMenuBarRefresh, WithoutAnyReadingThePinsStay) {
     EXPECT_EQ(store->menuBarTitle(), " 41°  40°");
 }
 
-TEST_F(StoreMenuBarRefresh, AnUnchangedResultTellsOnlyTheTime) {
+TEST_F(StoreMenuBarRefresh, AnUnchangedResultReportsOnlyTheTime) {
     makeStoreWithPins({"TC0P"}, {temperatureKey("TC0P", 40)});
     wallClock.time += 1s;
     refreshMenuBarOnly();
@@ -230,7 +230,7 @@ TEST_F(StoreMenuBarRefresh, LeavesStatusHiddenKeysAndDisplayModeAlone) {
     forgetHistory();
     wallClock.time += 1s;
     refreshMenuBarOnly();
-    // One visible reading more, and the hidden one was not among the results.
+    // One more visible reading. The hidden one is not in the results.
     EXPECT_EQ(events, (Events{"readings: TC0P=40 TG0D=50 TC1C=41", "lastUpdated: now",
                               "post: KelvinbarMenuBarReadingChanged"}));
     EXPECT_EQ(store->hiddenKeys().value(), KeySet{"TG0D"});
@@ -244,7 +244,7 @@ TEST_F(StoreMenuBarRefresh, LeavesTheDiscoveryStateAlone) {
     forgetHistory();
     refresh();
     EXPECT_EQ(discoveryCount(driver()), 0U);
-    EXPECT_EQ(askedKeys(driver()), (Keys{"TC0P", "TC1C"}));
+    EXPECT_EQ(keysRead(driver()), (Keys{"TC0P", "TC1C"}));
     machine.clock->advance(101s);
     refresh();
     EXPECT_EQ(discoveryCount(driver()), 1U);

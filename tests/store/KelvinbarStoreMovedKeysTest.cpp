@@ -24,14 +24,14 @@ constexpr std::string_view pinsEntry = "KelvinbarMenuBarKeys";
 constexpr std::string_view hiddenEntry = "KelvinbarHiddenKeys";
 constexpr std::string_view carriedOverEntry = "KelvinbarKeysCarriedOver";
 
-/// A store over a source whose sensors change their keys.
+/// A store over a source whose sensors get other keys.
 class KelvinbarStoreMovedKeysTest : public fakes::StoreFixture {
   protected:
     std::shared_ptr<fakes::FakeSensorSource> source = std::make_shared<fakes::FakeSensorSource>();
 
     KelvinbarStoreMovedKeysTest() { machineOfStore.source = source; }
 
-    /// A sensor with a name of its own.
+    /// Adds a sensor that names its own reading.
     void addSensor(const std::string& key) {
         RawReading reading;
         reading.key = key;
@@ -55,7 +55,7 @@ class KelvinbarStoreMovedKeysTest : public fakes::StoreFixture {
         start();
     }
 
-    /// As a program that is started again, with the preferences of the one before.
+    /// Starts the program again with the same preferences.
     void start() {
         makeStore();
         finishPasses();
@@ -131,7 +131,7 @@ TEST_F(KelvinbarStoreMovedKeysTest, TheTitleShowsWhatWasCarriedOver) {
     EXPECT_EQ(changes.back().title, " 42°");
 }
 
-// Nothing to follow
+// Without changes
 
 TEST_F(KelvinbarStoreMovedKeysTest, NothingIsWrittenWhereTheSourceHasNoHistory) {
     setSensors({"TC0P", "TC0D"});
@@ -153,7 +153,7 @@ TEST_F(KelvinbarStoreMovedKeysTest, NothingIsWrittenOnceKeysWereCarriedOver) {
     EXPECT_THAT(defaults.writes, IsEmpty());
 }
 
-// Devices that get another number
+// Devices with another number
 
 class StoreOverMovingDevices : public KelvinbarStoreMovedKeysTest {
   protected:

@@ -37,7 +37,7 @@ struct StorePins : StoreFixture {
 
 struct StoreMenuBar : StorePins {};
 
-/// Over a source that names its own readings.
+/// A store over a source that names its own readings.
 struct StoreSelfNamedKeys : StoreFixture {
     const std::string processor = "k10temp-pci-00c3/temp1";
     const std::string drive = "nvme-pci-0100/temp1";
@@ -64,7 +64,7 @@ struct StoreSelfNamedKeys : StoreFixture {
 
 // Pinning
 
-TEST_F(StorePins, ASeventhPinGivesTheOldestUp) {
+TEST_F(StorePins, ASeventhPinReplacesTheOldest) {
     for (const std::string key : {"K1", "K2", "K3", "K4", "K5", "K6"}) toggle(key);
     EXPECT_EQ(pins(), (Keys{"K1", "K2", "K3", "K4", "K5", "K6"}));
     toggle("K7");
@@ -94,7 +94,7 @@ TEST_F(StorePins, TheToggledKeyIsTrimmed) {
     EXPECT_EQ(pins(), Keys{});
 }
 
-TEST_F(StorePins, TogglingABlankKeyDoesNothing) {
+TEST_F(StorePins, TogglingAKeyOfSpacesDoesNothing) {
     store->setMenuBarKeys({"TC0P"});
     forgetHistory();
     toggle(" \n");
@@ -135,7 +135,7 @@ TEST_F(StorePins, UnpinningTheLastKeyRemovesBothStoredForms) {
     EXPECT_EQ(defaults.text("KelvinbarMenuBarKey"), std::nullopt);
 }
 
-TEST_F(StorePins, AListOfBlanksCountsAsEmpty) {
+TEST_F(StorePins, AListOfSpacesCountsAsEmpty) {
     store->setMenuBarKeys({"TC0P"});
     store->setMenuBarKeys({"", " "});
     EXPECT_EQ(pins(), Keys{});
@@ -150,7 +150,7 @@ TEST_F(StorePins, SurviveARestart) {
 
 // Title and tool tip
 
-TEST_F(StoreMenuBar, WithoutPinsTheTitleIsEmptyAndTheToolTipTellsHowToPin) {
+TEST_F(StoreMenuBar, WithoutPinsTheTitleIsEmptyAndTheToolTipExplainsHowToPin) {
     EXPECT_EQ(store->menuBarReadings(), std::vector<SMCReading>{});
     EXPECT_EQ(store->menuBarTitle(), "");
     EXPECT_EQ(store->menuBarToolTip(), "Kelvinbar - double-click up to 6 sensors to show them here");

@@ -13,8 +13,8 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::askedKeys;
 using fakes::discoveryCount;
+using fakes::keysRead;
 using fakes::setKeys;
 using fakes::StoreFixture;
 using fakes::temperatureKey;
@@ -28,7 +28,7 @@ using namespace std::chrono_literals;
 struct StoreConstruction : StoreFixture {};
 
 struct StoreRefresh : StoreFixture {
-    /// The service goes; the connection is closed, or it would go on to serve.
+    /// Removes the service and closes the connection, which would otherwise still work.
     void removeController() {
         store->shutdown();
         driver().hasService = false;
@@ -38,7 +38,7 @@ struct StoreRefresh : StoreFixture {
 struct StoreDiscovery : StoreRefresh {
     void SetUp() override { makeRefreshedStore({temperatureKey("TC0P", 40)}); }
 
-    /// How many discoveries a refresh makes now.
+    /// Refreshes and returns how often that discovered keys.
     [[nodiscard]] std::size_t discoveriesOfARefresh() {
         const std::size_t before = discoveryCount(driver());
         refresh();
@@ -161,12 +161,12 @@ TEST_F(StoreRefresh, WithoutReadingsItShowsThatItIsLoading) {
 
 TEST_F(StoreRefresh, ReadsTheCatalogueOnlyWhileNothingIsDiscovered) {
     makeRefreshedStore({});
-    EXPECT_EQ(askedKeys(driver()), Keys(SMCKeyDatabase::allKeys().begin(), SMCKeyDatabase::allKeys().end()));
+    EXPECT_EQ(keysRead(driver()), Keys(SMCKeyDatabase::allKeys().begin(), SMCKeyDatabase::allKeys().end()));
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     refresh();
     forgetHistory();
     refresh();
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
 }
 
 TEST_F(StoreRefresh, ReadsRegistryFans) {
@@ -324,7 +324,7 @@ TEST_F(StoreResult, IsAppliedOnlyOnTheMainThread) {
     EXPECT_EQ(readingKeys(), Keys{"TC0P"});
 }
 
-TEST_F(StoreResult, ObserversSeeTheOldValueWhileTheyAreTold) {
+TEST_F(StoreResult, ObserversSeeTheOldValueWhileTheyAreCalled) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     makeStore();
     std::size_t before = 99;
@@ -339,7 +339,7 @@ TEST_F(StoreResult, ObserversSeeTheOldValueWhileTheyAreTold) {
     EXPECT_EQ(after, 1U);
 }
 
-TEST_F(StoreResult, AnUnchangedOneTellsNobodyButTheTimeAndTheStatus) {
+TEST_F(StoreResult, AnUnchangedResultReportsOnlyTheTimeAndTheStatus) {
     defaults.values.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
     defaults.values.setTextList("KelvinbarHiddenKeys", {"TC0P"});
     makeRefreshedStore({temperatureKey("TC0P", 40)});
@@ -355,7 +355,7 @@ TEST_F(StoreResult, AnUnchangedOneTellsNobodyButTheTimeAndTheStatus) {
 TEST_F(StoreResult, ADifferenceInAnyFieldOfAReadingCounts) {
     makeRefreshedStore({{.name = "VC0C", .type = "fp88", .bytes = {1, 0x80}}});
     recordEvents();
-    // The same value and number in other bytes.
+    // The same value and number with other bytes.
     setKeys(driver(), {{.name = "VC0C", .type = "fp88", .bytes = {1, 0x80, 0}}});
     refresh();
     EXPECT_EQ(events.at(1), "readings: VC0C=1.5");
@@ -453,13 +453,13 @@ TEST_F(StoreResult, ANewRefreshMayStartFromItsNotifications) {
 TEST_F(StoreResult, TheRefreshStillRunsWhileItsFieldsAreAssigned) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     makeStore();
-    int told = 0;
+    int calls = 0;
     const Registration registration = store->isLoading().observe([&](bool /*isLoading*/) {
-        ++told;
+        ++calls;
         store->refresh(true);
     });
     finishPasses();
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
     EXPECT_EQ(backgroundQueue.startedCount, 1U);
 }
 

@@ -191,7 +191,7 @@ TEST_F(StoreHiddenReadings, HidingAHiddenReadingThatWasPinnedAgainUnpinsIt) {
     EXPECT_EQ(defaults.writes, (Keys{"-KelvinbarMenuBarKeys", "-KelvinbarMenuBarKey"}));
 }
 
-TEST_F(StoreHiddenReadings, ABlankKeyIsIgnored) {
+TEST_F(StoreHiddenReadings, AKeyOfSpacesIsIgnored) {
     hide("");
     hide(" \n");
     EXPECT_EQ(hidden(), KeySet{});
@@ -248,24 +248,24 @@ TEST_F(StoreHiddenReadings, TheVisibleCountIsPostedByTheNextModeChange) {
 
 TEST_F(StorePopoverSize, TheHeightIsKeptToItsBounds) {
     struct Case {
-        double asked;
+        double requested;
         double stored;
     };
 
-    for (const auto& [asked, stored] : std::vector<Case>{{300, 560},
-                                                         {2000, 1400},
-                                                         {560, 560},
-                                                         {559.4, 560},
-                                                         {1400, 1400},
-                                                         {1400.6, 1400},
-                                                         {561, 561},
-                                                         {1399, 1399},
-                                                         {-1, 560}}) {
-        SCOPED_TRACE(asked);
+    for (const auto& [requested, stored] : std::vector<Case>{{300, 560},
+                                                             {2000, 1400},
+                                                             {560, 560},
+                                                             {559.4, 560},
+                                                             {1400, 1400},
+                                                             {1400.6, 1400},
+                                                             {561, 561},
+                                                             {1399, 1399},
+                                                             {-1, 560}}) {
+        SCOPED_TRACE(requested);
         makeStore();
         defaults.values.remove("KelvinbarManualPopoverHeight");
         forgetHistory();
-        store->setManualPopoverHeight(asked);
+        store->setManualPopoverHeight(requested);
         expectSize(462, stored);
         EXPECT_EQ(defaults.number("KelvinbarManualPopoverHeight"), stored);
         EXPECT_EQ(defaults.number("KelvinbarManualPopoverWidth"), 462);

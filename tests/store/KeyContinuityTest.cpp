@@ -28,7 +28,7 @@ class KeyContinuityTest : public testing::Test {
     fakes::RecordingUserDefaults defaults;
     KeyContinuity continuity{defaults};
 
-    /// What a program that is started again knows.
+    /// The state after the program has been started again.
     [[nodiscard]] KeyContinuity restarted() { return KeyContinuity(defaults); }
 
     [[nodiscard]] std::optional<TextList> storedPlaces() const { return defaults.textList(placesEntry); }
@@ -50,7 +50,7 @@ TEST_F(KeyContinuityTest, AFormerKeyBecomesTheKeyOfToday) {
     EXPECT_EQ(continuity.currentKey("TC0T"), "cpu/temp1");
 }
 
-TEST_F(KeyContinuityTest, AKeyThatWasNeverGivenToAnythingElseIsLeftAlone) {
+TEST_F(KeyContinuityTest, AKeyThatNoOtherSensorHadIsKept) {
     continuity.learn({.places = {}, .formerKeys = Keys{{"TC0T", "cpu/temp1"}}});
     EXPECT_EQ(continuity.currentKey("TC0P"), "TC0P");
     EXPECT_EQ(continuity.currentKey("cpu/temp1"), "cpu/temp1");
@@ -85,7 +85,7 @@ TEST_F(KeyContinuityTest, AKeyThatIsCarriedOverIsStoredWithItsPlace) {
     EXPECT_EQ(later.currentKey("ram-i2c-0-50/temp1"), "ram-i2c-7-50/temp1");
 }
 
-// Nothing to follow
+// Without changes
 
 TEST_F(KeyContinuityTest, NothingIsWrittenForASourceWithoutHistory) {
     for (int discovery = 0; discovery < 3; ++discovery) {
@@ -113,7 +113,7 @@ TEST_F(KeyContinuityTest, PlacesAreWrittenOnlyWhenTheyChange) {
     EXPECT_THAT(defaults.writes, ElementsAre(placesEntry));
 }
 
-// Devices that get another number
+// Devices with another number
 
 class MovedDevices : public KeyContinuityTest {
   protected:

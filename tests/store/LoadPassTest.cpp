@@ -20,9 +20,9 @@ namespace kelvinbar {
 
 namespace {
 
-using fakes::askedKeys;
 using fakes::ControllerKey;
 using fakes::discoveryCount;
+using fakes::keysRead;
 using fakes::setKeys;
 using fakes::temperatureKey;
 using fakes::textKey;
@@ -33,7 +33,7 @@ using Keys = std::vector<std::string>;
 constexpr std::string_view nothingReadable =
     "AppleSMC connected, but no compatible sensor key returned a real value";
 
-/// A fixed list that shows whether it was read.
+/// A fixed list that differs from all other lists, to detect that it was read.
 const KeySet fixedKeys{"TM0P", "TG0D"};
 
 ControllerKey floatKey(std::string name, std::vector<std::uint8_t> littleEndian) {
@@ -68,7 +68,7 @@ struct LoadPassReadings : testing::Test {
 
     [[nodiscard]] std::size_t registryWalks() const { return machine.registry->walkedPlanes.size(); }
 
-    /// A pass that discovers, where `known` was found before; with registry fans.
+    /// Runs a pass that discovers, with registry fans. `known` was found before.
     [[nodiscard]] SMCLoadResult discover(const KeySet& known) const { return read(true, known, true); }
 
     /// The same without registry fans.
@@ -203,7 +203,7 @@ TEST_F(LoadPassDiscovery, KeysThatTheCatalogueCannotNameAreNeverRead) {
     setKeys(driver(), {temperatureKey("ZZZZ", 1), temperatureKey("TC0P", 40), temperatureKey("TCaC", 2)});
     const SMCLoadResult result = discoverWithoutFans({});
     EXPECT_EQ(result.discoveredKeys, KeySet{"TC0P"});
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
     EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
 }
 
@@ -211,14 +211,14 @@ TEST_F(LoadPassDiscovery, WhatIsFoundReplacesWhatWasKnown) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     const SMCLoadResult result = discoverWithoutFans({"TC1C", "TC2C"});
     EXPECT_EQ(result.discoveredKeys, KeySet{"TC0P"});
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
 }
 
 TEST_F(LoadPassDiscovery, TheFixedListIsReadWhenNoNamedKeyIsFound) {
     setKeys(driver(), {temperatureKey("ZZZZ", 1)});
     const SMCLoadResult result = discoverWithoutFans({"TC1C"});
     EXPECT_EQ(result.discoveredKeys, KeySet{});
-    EXPECT_EQ(askedKeys(driver()), (Keys{"TG0D", "TM0P"}));
+    EXPECT_EQ(keysRead(driver()), (Keys{"TG0D", "TM0P"}));
 }
 
 TEST_F(LoadPassDiscovery, TheFixedListIsReadWhenTheControllerListsNothing) {
@@ -233,7 +233,7 @@ TEST_F(LoadPassDiscovery, WithoutDiscoveryTheKnownKeysAreRead) {
     const SMCLoadResult result = readKnown({"TC0P", "TC2C"});
     EXPECT_EQ(result.discoveredKeys, std::nullopt);
     EXPECT_EQ(discoveryCount(driver()), 0U);
-    EXPECT_EQ(askedKeys(driver()), (Keys{"TC0P", "TC2C"}));
+    EXPECT_EQ(keysRead(driver()), (Keys{"TC0P", "TC2C"}));
     EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
 }
 
@@ -241,26 +241,26 @@ TEST_F(LoadPassDiscovery, WithoutKnownKeysTheFixedListIsRead) {
     const SMCLoadResult result = readKnown({});
     EXPECT_EQ(result.discoveredKeys, std::nullopt);
     EXPECT_EQ(discoveryCount(driver()), 0U);
-    EXPECT_EQ(askedKeys(driver()), (Keys{"TG0D", "TM0P"}));
+    EXPECT_EQ(keysRead(driver()), (Keys{"TG0D", "TM0P"}));
 }
 
 TEST_F(LoadPassDiscovery, KeysAreReadInAscendingCodeUnitOrder) {
     setKeys(driver(), {temperatureKey("TC0p", 1), wholeNumberKey("V9AA", 1), temperatureKey("TC0P", 1),
                        wholeNumberKey("V12R", 12), wholeNumberKey("B0AV", 12), wholeNumberKey("FNum", 2)});
     static_cast<void>(discoverWithoutFans({}));
-    EXPECT_EQ(askedKeys(driver()), (Keys{"B0AV", "FNum", "TC0P", "TC0p", "V12R", "V9AA"}));
+    EXPECT_EQ(keysRead(driver()), (Keys{"B0AV", "FNum", "TC0P", "TC0p", "V12R", "V9AA"}));
 }
 
 TEST_F(LoadPassDiscovery, AKnownKeyThatIsNotFourCharactersLongIsIgnored) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     const SMCLoadResult result = readKnown({"TC0", "TC0P", "TC0PX", ""});
-    EXPECT_EQ(askedKeys(driver()), Keys{"TC0P"});
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0P"});
     EXPECT_EQ(keysOf(result.readings), Keys{"TC0P"});
 }
 
 // Cancellation
 
-TEST_F(LoadPassCancellation, BeforeDiscoveryNothingIsAskedAndTheKnownKeysStay) {
+TEST_F(LoadPassCancellation, BeforeDiscoveryNothingIsReadAndTheKnownKeysStay) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     addFan("FAN1", std::int64_t{1450});
     cancellation.cancel();
@@ -294,8 +294,8 @@ TEST_F(LoadPassCancellation, DuringDiscoveryTheWalkEndsAndNoKeyIsRead) {
     EXPECT_EQ(keysOf(result.readings), Keys{});
     EXPECT_EQ(result.discoveredKeys, (KeySet{"TC0P", "TC1C"}));
     EXPECT_EQ(result.statusMessage, "Refresh cancelled");
-    EXPECT_EQ(askedKeys(driver()), Keys{});
-    // The number of keys takes two calls, each of the three listed keys one.
+    EXPECT_EQ(keysRead(driver()), Keys{});
+    // Two calls for the number of keys, one for each of the three listed keys.
     EXPECT_EQ(driver().calls.size(), 5U);
     EXPECT_EQ(registryWalks(), 0U);
 }
@@ -312,7 +312,7 @@ TEST_F(LoadPassCancellation, WhileKeysAreReadThePassGoesOnToItsEnd) {
 
 // Registry fans
 
-TEST_F(LoadPassFans, TheRegistryIsWalkedOnlyWhenAskedFor) {
+TEST_F(LoadPassFans, TheRegistryIsReadOnlyOnRequest) {
     setKeys(driver(), {temperatureKey("TC0P", 40)});
     addFan("FAN1", std::int64_t{1450});
     EXPECT_EQ(keysOf(readKnown({"TC0P"}).readings), Keys{"TC0P"});
@@ -344,7 +344,7 @@ TEST_F(LoadPassFans, ASpeedOfTheRegistryIsNormalised) {
     EXPECT_EQ(result.readings.front().numericValue, 1234.5);
 }
 
-TEST_F(LoadPassFans, AFiniteNumberOfTheControllerGoesBeforeTheRegistry) {
+TEST_F(LoadPassFans, AFiniteNumberOfTheControllerTakesPrecedenceOverTheRegistry) {
     setKeys(driver(), {wholeNumberKey("FAN0", 900)});
     addFan("CPU Fan Speed", std::int64_t{1450});
     EXPECT_EQ(readKnownAndFans({"FAN0"}).readings, (std::vector<SMCReading>{{.key = "FAN0",
@@ -358,13 +358,13 @@ TEST_F(LoadPassFans, AFiniteNumberOfTheControllerGoesBeforeTheRegistry) {
                                                                              .status = "OK"}}));
 }
 
-TEST_F(LoadPassFans, AStandingFanOfTheControllerGoesBeforeTheRegistryToo) {
+TEST_F(LoadPassFans, AStoppedFanOfTheControllerTakesPrecedenceOverTheRegistry) {
     setKeys(driver(), {wholeNumberKey("F0Ac", 0)});
     addFan("F0Ac", std::int64_t{1450});
     EXPECT_EQ(valueUnder("F0Ac", readKnownAndFans({"F0Ac"}).readings), "0");
 }
 
-TEST_F(LoadPassFans, AnAnswerWithoutARealNumberGivesWayToTheRegistry) {
+TEST_F(LoadPassFans, AReplyWithoutARealNumberIsReplacedByTheRegistry) {
     const SMCReading fromRegistry{.key = "F0Ac",
                                   .name = "Fan 0",
                                   .category = SMCCategory::fans,
@@ -538,7 +538,7 @@ TEST_F(LoadPassReadings, KeysThatCompareEqualStandInCodeUnitOrder) {
     EXPECT_EQ(keysOf(discoverWithoutFans({}).readings), (Keys{"TC0C", "TC0P", "TC0p", "TCGC", "TCGc"}));
 }
 
-TEST_F(LoadPassReadings, ARegistryFanThatComparesEqualStandsInCodeUnitOrderToo) {
+TEST_F(LoadPassReadings, ARegistryFanThatComparesEqualIsInCodeUnitOrder) {
     setKeys(driver(), {wholeNumberKey("Fan0", 900)});
     addFan("CPU Fan Speed", std::int64_t{1450});
     EXPECT_EQ(keysOf(readKnownAndFans({"Fan0"}).readings), (Keys{"FAN0", "Fan0"}));
@@ -551,7 +551,7 @@ TEST_F(LoadPassReadings, TheStatusCountsTheReadings) {
     EXPECT_EQ(result.statusMessage, "Loaded 2 HWMonitorSMC2-compatible keys");
 }
 
-TEST_F(LoadPassReadings, NothingReadableIsSaidSoAndTheControllerStaysAvailable) {
+TEST_F(LoadPassReadings, WithoutReadableKeysTheStatusSaysSoAndTheControllerStaysAvailable) {
     setKeys(driver(), {});
     const SMCLoadResult result = discover({});
     EXPECT_TRUE(result.smcAvailable);

@@ -35,7 +35,7 @@ TEST(SanitizedPinnedKeys, KeysAreTrimmed) {
               (std::vector<std::string>{"TC0P", "F0Ac", "TG0D"}));
 }
 
-TEST(SanitizedPinnedKeys, BlankKeysAreSkipped) {
+TEST(SanitizedPinnedKeys, KeysOfSpacesAreSkipped) {
     EXPECT_EQ(sanitizedPinnedKeys({"", "TC0P", " \n\t ", "F0Ac"}),
               (std::vector<std::string>{"TC0P", "F0Ac"}));
     EXPECT_EQ(sanitizedPinnedKeys({"", "  "}), std::vector<std::string>{});
@@ -47,7 +47,7 @@ TEST(SanitizedPinnedKeys, TheFirstOfEqualKeysStays) {
               (std::vector<std::string>{"TC0P", "F0Ac", "TG0D"}));
 }
 
-TEST(SanitizedPinnedKeys, CaseAndInnerBlanksAreKept) {
+TEST(SanitizedPinnedKeys, CaseAndInnerSpacesAreKept) {
     EXPECT_EQ(sanitizedPinnedKeys({"tc0p", "TC0P", "a b c"}),
               (std::vector<std::string>{"tc0p", "TC0P", "a b c"}));
 }
@@ -84,18 +84,18 @@ TEST(CompactMenuBarValue, EveryOccurrenceIsReplacedCaseSensitively) {
     EXPECT_EQ(compact("1 °C 2°C"), "1° 2°");
 }
 
-TEST(CompactMenuBarValue, ABlankInFrontOfADegreeGoesBeforeDegreesAreShortened) {
+TEST(CompactMenuBarValue, ASpaceBeforeADegreeIsRemovedBeforeDegreesAreShortened) {
     EXPECT_EQ(compact("1  °C"), "1 °");
     EXPECT_EQ(compact("1 °C°C"), "1°°");
 }
 
-TEST(CompactMenuBarValue, DoubleBlanksAreHalvedInOnePass) {
+TEST(CompactMenuBarValue, DoubleSpacesAreHalvedInOnePass) {
     EXPECT_EQ(compact("a  b"), "a b");
     EXPECT_EQ(compact("a   b"), "a  b");
     EXPECT_EQ(compact("a    b"), "a  b");
 }
 
-TEST(CompactMenuBarValue, BlanksAreHalvedAfterUnitsAreShortened) { EXPECT_EQ(compact("1  MHz"), "1 MHz"); }
+TEST(CompactMenuBarValue, SpacesAreHalvedAfterUnitsAreShortened) { EXPECT_EQ(compact("1  MHz"), "1 MHz"); }
 
 TEST(CompactMenuBarValue, ASpeedIsShortenedInBothSpellingsOneAfterTheOther) {
     EXPECT_EQ(compact("1  RPM"), "1rpm");
@@ -124,7 +124,7 @@ TEST(CompactMenuBarValue, ADegreeSignIsOneCharacterHoweverManyThereAre) {
     EXPECT_EQ(compact("°°°°°°°°°°°°°"), "°°°°°°°°°°°°");
 }
 
-TEST(CompactMenuBarValue, ACutMayEndInABlank) {
+TEST(CompactMenuBarValue, ACutTextMayEndWithASpace) {
     const std::string text = compact("10 °C 20 °C 30 °C 40 °C");
     EXPECT_EQ(text, "10° 20° 30° ");
     EXPECT_EQ(characterCount(text), 12U);
@@ -132,7 +132,7 @@ TEST(CompactMenuBarValue, ACutMayEndInABlank) {
 
 TEST(MenuBarTitleText, IsEmptyWithoutReadings) { EXPECT_EQ(menuBarTitleText({}), ""); }
 
-TEST(MenuBarTitleText, StartsWithABlankAndSeparatesByTwo) {
+TEST(MenuBarTitleText, StartsWithASpaceAndSeparatesByTwo) {
     EXPECT_EQ(menuBarTitleText({readingWith("48", "°C")}), " 48°");
     EXPECT_EQ(menuBarTitleText({readingWith("48", "°C"), readingWith("1200", "RPM")}), " 48°  1200rpm");
     EXPECT_EQ(
@@ -140,7 +140,7 @@ TEST(MenuBarTitleText, StartsWithABlankAndSeparatesByTwo) {
         " 1200rpm  48°  12.50 V");
 }
 
-TEST(MenuBarToolTipText, TellsHowToPinWithoutReadings) {
+TEST(MenuBarToolTipText, ExplainsHowToPinWithoutReadings) {
     EXPECT_EQ(menuBarToolTipText({}), "Kelvinbar - double-click up to 6 sensors to show them here");
 }
 

@@ -1,5 +1,5 @@
-// Stores over one machine whose passes overlap on real threads, as on a slow and unreliable controller. Which
-// pass meets which is up to the scheduler: what is checked holds however they meet.
+// Stores over one machine whose passes overlap on real threads, with a slow and unreliable controller. The
+// scheduler decides which passes overlap; the checks hold for every order.
 
 #include "base/MainLoopQueue.h"
 #include "base/NotificationCenter.h"
@@ -40,7 +40,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// In ascending order. The value of each tells which key it belongs to, its type how many bytes it has.
+/// In ascending order. Each value identifies its key, and each type the number of bytes.
 constexpr std::array<std::string_view, 16> controllerKeys{"TC0C", "TC1C", "TC2C", "TC3C", "TC4C", "TC5C",
                                                           "TC6C", "TC7C", "TC8C", "TC9C", "TCAC", "TCBC",
                                                           "TCCC", "TCDC", "TCEC", "TCFC"};
@@ -61,12 +61,12 @@ std::optional<std::size_t> indexOfKey(std::string_view key) {
     return static_cast<std::size_t>(found - controllerKeys.begin());
 }
 
-void giveWay(std::size_t times) {
+void yieldThread(std::size_t times) {
     for (std::size_t time = 0; time < times; ++time) std::this_thread::yield();
 }
 
-/// A controller with the keys above that takes its time, fails at random, and counts what must not happen.
-/// Its fields but the two atomic ones are those of a driver that is called one call at a time.
+/// A slow controller with the keys above. Fails at random and counts violations of the driver's contract.
+/// Only two fields are atomic: the others rely on calls never overlapping.
 class UnreliableDriver final : public SMCDriver {
   public:
     explicit UnreliableDriver(std::uint32_t seed) : random_(seed) {}
@@ -91,7 +91,7 @@ class UnreliableDriver final : public SMCDriver {
 
     OpenResult open(Service /*service*/) override {
         const Visit visit(*this);
-        // There is one connection at a time.
+        // Only one connection may be open at a time.
         connectionsLost_ += open_.size();
         const bool opens = !fails(4);
         if (!opens && random_() % 2 == 0) return {.code = 0xE00002C1, .connection = 0};
@@ -106,9 +106,9 @@ class UnreliableDriver final : public SMCDriver {
         ++keyCalls_;
         if (!open_.contains(connection)) ++callsWithoutConnection_;
         if (fails(16)) return 0xE00002BC;
-        SMCParamBlock question;
-        std::memcpy(&question, input.data(), sizeof(question));
-        const SMCParamBlock reply = answer(question);
+        SMCParamBlock request;
+        std::memcpy(&request, input.data(), sizeof(request));
+        const SMCParamBlock reply = answer(request);
         std::memcpy(output.data(), &reply, sizeof(reply));
         return kernSuccess;
     }
@@ -119,13 +119,13 @@ class UnreliableDriver final : public SMCDriver {
     }
 
   private:
-    /// A call while it lasts. Relaxed, so that the driver puts no order between threads that its callers
-    /// do not.
+    /// Lives as long as a call. Memory order is relaxed, so that the driver does not synchronise threads that
+    /// its callers leave unsynchronised.
     class Visit {
       public:
         explicit Visit(UnreliableDriver& driver) : driver_(driver) {
             if (driver_.busy_.exchange(true, std::memory_order_relaxed)) ++driver_.callsAtOnce_;
-            giveWay(driver_.random_() % 3);
+            yieldThread(driver_.random_() % 3);
         }
 
         Visit(const Visit&) = delete;
@@ -137,18 +137,18 @@ class UnreliableDriver final : public SMCDriver {
         UnreliableDriver& driver_;
     };
 
-    /// True once in `times`.
+    /// Returns true at random, once in `times`.
     bool fails(std::uint32_t times) {
         return random_() % times == 0 && !reliable.load(std::memory_order_relaxed);
     }
 
-    SMCParamBlock answer(const SMCParamBlock& question) {
+    SMCParamBlock answer(const SMCParamBlock& request) {
         SMCParamBlock reply;
         if (fails(16)) {
             reply.result = 0x85;
-        } else if (question.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex)) {
-            reply.key = packedSMCKey(controllerKeys.at(question.data32 % controllerKeys.size()));
-        } else if (const std::string key = fourCharString(question.key); key == "#KEY") {
+        } else if (request.command == static_cast<std::uint8_t>(SMCCommand::keyByIndex)) {
+            reply.key = packedSMCKey(controllerKeys.at(request.data32 % controllerKeys.size()));
+        } else if (const std::string key = fourCharString(request.key); key == "#KEY") {
             reply.dataSize = 4;
             reply.dataType = packedSMCKey("ui32");
             reply.bytes[3] = controllerKeys.size();
@@ -173,15 +173,16 @@ class UnreliableDriver final : public SMCDriver {
     Connection lastConnection_ = 0;
 };
 
-/// A registry with one fan that may be walked by several threads at once, and can make two walks meet.
+/// A registry with one fan. Several threads may iterate over it at once, and tests can make two iterations
+/// overlap.
 class SharedRegistry final : public IORegistry {
   public:
-    /// Set and reset only while nobody walks: no walk gets on before all that the latch expects have begun.
+    /// Each iteration waits until as many have started as the latch expects. Change only while none runs.
     std::shared_ptr<std::latch> meetingPoint;
 
     std::unique_ptr<IORegistryIterator> iterateRecursively(std::string_view /*plane*/) override {
         if (meetingPoint != nullptr) meetingPoint->arrive_and_wait();
-        giveWay(3);
+        yieldThread(3);
         return std::make_unique<Iterator>(fan_);
     }
 
@@ -205,7 +206,7 @@ class SharedRegistry final : public IORegistry {
     const fakes::FakeEntry fan_{"SMCSuperIO", "Sensors", fanProperties()};
 };
 
-/// Whether the reading is what the machine gave for its key, and not a mixture of several answers.
+/// Whether the reading has the value of its key, and is not mixed from several replies.
 testing::AssertionResult isWhole(const SMCReading& reading) {
     const auto fault = [&reading](std::string_view text) {
         return testing::AssertionFailure() << reading.key << " " << reading.type << " " << reading.value
@@ -228,7 +229,7 @@ testing::AssertionResult isWhole(const SMCReading& reading) {
     return testing::AssertionSuccess();
 }
 
-/// A machine, and one store after another on it.
+/// A machine, and stores that are created on it one after another.
 class Program {
   public:
     explicit Program(std::uint32_t seed) : driver_(std::make_shared<UnreliableDriver>(seed)) {}
@@ -264,7 +265,7 @@ class Program {
             store_->statusMessage().observe([this](const auto& text) { checkStatus(text); }));
     }
 
-    /// Runs what has been posted to the main thread so far; does not wait.
+    /// Runs what has been posted to the main thread, without waiting for more.
     void runWaitingResults() {
         bool reached = false;
         mainQueue_.post([&reached] { reached = true; });
@@ -276,7 +277,7 @@ class Program {
         mainQueue_.runUntil([this] { return !store_->isLoading().value(); });
     }
 
-    /// Lets running passes end and drops waiting ones; then runs their results.
+    /// Waits for running passes and drops waiting ones, then applies the results.
     void endPasses() {
         workers_.reset();
         runWaitingResults();
@@ -295,7 +296,7 @@ class Program {
         }
     }
 
-    /// The status comes after the readings, pins and hidden keys of the same result.
+    /// Called for a new status, which follows the readings, pins and hidden keys of the same result.
     void checkStatus(std::string_view text) {
         const std::vector<SMCReading>& readings = store_->readings().value();
         if (text == "Reading AppleSMC keys…") return;
@@ -335,7 +336,7 @@ class Program {
     std::size_t resultsWithKeys_ = 0;
 };
 
-/// What the main thread does at random while passes run.
+/// Random actions on the main thread while passes run.
 class RandomUser {
   public:
     RandomUser(Program& program, std::uint32_t seed) : program_(program), random_(seed) {}
@@ -368,7 +369,7 @@ class RandomUser {
             replaceStore();
             break;
         default:
-            giveWay(random_() % 64);
+            yieldThread(random_() % 64);
             break;
         }
         if (random_() % 2 == 0) program_.runWaitingResults();
@@ -388,7 +389,7 @@ class RandomUser {
     void replaceStore() {
         if (random_() % 2 == 0) program_.store().shutdown();
         program_.destroyStore();
-        giveWay(random_() % 64);
+        yieldThread(random_() % 64);
         program_.makeStore();
     }
 
@@ -423,7 +424,7 @@ TEST(Overlap, PassesShutdownsAndDestructionsOfStoresDoNotDisturbOneAnother) {
         EXPECT_EQ(driver.connectionsLost(), 0U);
         EXPECT_EQ(driver.openConnections(), 0U);
     }
-    // The first result of each seed is that of one pass alone, so this does not depend on the scheduler.
+    // The first result of each seed comes from a pass without overlap, so the scheduler has no influence.
     EXPECT_GT(resultsWithKeys, 0U);
 }
 
@@ -433,7 +434,7 @@ TEST(Overlap, AFullAndAMenuBarOnlyPassRunAtOnce) {
     program.makeStore();
     program.waitForFirstResult();
     program.store().setMenuBarKeys({"TC5C", "FAN0"});
-    // What is known of the fan is too old for either pass, so both walk the registry.
+    // The cached fan is outdated, so both passes iterate over the registry.
     program.advance(std::chrono::seconds(15));
     program.registry().meetingPoint = std::make_shared<std::latch>(2);
     program.store().refreshMenuBarOnly();
@@ -456,7 +457,7 @@ TEST(Overlap, ResultsThatArriveAfterTheStoreIsGoneAreDropped) {
     program.store().refreshMenuBarOnly();
     program.store().refresh(true);
     const std::size_t applied = program.resultsWithKeys();
-    // Both passes are in the middle of their work when the store goes.
+    // Both passes are running when the store is destroyed.
     program.destroyStore();
     program.registry().meetingPoint->arrive_and_wait();
     program.endPasses();

@@ -114,7 +114,7 @@ TEST_F(LoadPreferences, AStoredSizeIsNotKeptToItsBounds) {
     EXPECT_EQ(loadPreferences(defaults).manualPopoverSize.width, 462);
 }
 
-TEST_F(LoadPreferences, EightPinnedKeysLoadAsTheFirstSixDistinctNonBlankOnes) {
+TEST_F(LoadPreferences, EightPinnedKeysLoadAsTheFirstSixDistinctNonEmptyOnes) {
     stored().setTextList("KelvinbarMenuBarKeys",
                          {"K1", " ", "K2", "K1 ", "K3", "K4", "K5", "K6", "K7", "K8"});
     EXPECT_EQ(loadedMenuBarKeys(), (Keys{"K1", "K2", "K3", "K4", "K5", "K6"}));
@@ -122,25 +122,25 @@ TEST_F(LoadPreferences, EightPinnedKeysLoadAsTheFirstSixDistinctNonBlankOnes) {
     EXPECT_EQ(loadedMenuBarKeys(), (Keys{"K8", "K7", "K6", "K5", "K4", "K3"}));
 }
 
-TEST_F(LoadPreferences, ASinglePinnedKeyOfAnOlderVersionIsTakenTrimmed) {
+TEST_F(LoadPreferences, ASinglePinnedKeyOfAnOlderVersionIsTrimmed) {
     stored().setText("KelvinbarMenuBarKey", "  TC0P \n");
     EXPECT_EQ(loadedMenuBarKeys(), Keys{"TC0P"});
 }
 
-TEST_F(LoadPreferences, ABlankSinglePinnedKeyPinsNothing) {
+TEST_F(LoadPreferences, ASinglePinnedKeyOfSpacesPinsNothing) {
     for (const std::string text : {"", "  ", "\n\t "}) {
         stored().setText("KelvinbarMenuBarKey", text);
         EXPECT_EQ(loadedMenuBarKeys(), Keys{});
     }
 }
 
-TEST_F(LoadPreferences, TheListOfPinnedKeysGoesBeforeTheSingleKey) {
+TEST_F(LoadPreferences, TheListOfPinnedKeysTakesPrecedenceOverTheSingleKey) {
     stored().setText("KelvinbarMenuBarKey", "TC0P");
     stored().setTextList("KelvinbarMenuBarKeys", {"F0Ac", "TG0D"});
     EXPECT_EQ(loadedMenuBarKeys(), (Keys{"F0Ac", "TG0D"}));
 }
 
-TEST_F(LoadPreferences, AnEmptyListOfPinnedKeysGoesBeforeTheSingleKeyToo) {
+TEST_F(LoadPreferences, AnEmptyListOfPinnedKeysTakesPrecedenceOverTheSingleKey) {
     stored().setText("KelvinbarMenuBarKey", "TC0P");
     stored().setTextList("KelvinbarMenuBarKeys", {});
     EXPECT_EQ(loadedMenuBarKeys(), Keys{});
@@ -148,7 +148,7 @@ TEST_F(LoadPreferences, AnEmptyListOfPinnedKeysGoesBeforeTheSingleKeyToo) {
     EXPECT_EQ(loadedMenuBarKeys(), Keys{});
 }
 
-TEST_F(LoadPreferences, APinnedListOfAnotherTypeGivesWayToTheSingleKey) {
+TEST_F(LoadPreferences, APinnedListOfAnotherTypeIsReplacedByTheSingleKey) {
     stored().setText("KelvinbarMenuBarKey", "TC0P");
     stored().setText("KelvinbarMenuBarKeys", "F0Ac");
     EXPECT_EQ(loadedMenuBarKeys(), Keys{"TC0P"});
@@ -219,7 +219,7 @@ TEST_F(StorePreferences, WhatIsStoredIsLoaded) {
     EXPECT_EQ(preferences.hiddenKeys, KeySet{"VC0C"});
 }
 
-TEST(SanitizedHiddenKeys, KeysAreTrimmedAndBlankOnesDropped) {
+TEST(SanitizedHiddenKeys, KeysAreTrimmedAndEmptyOnesDropped) {
     EXPECT_EQ(sanitizedHiddenKeys({" TC0P\n", "", " \t", "TC0P", "tc0p", "a longer key", "\u00A0F0Ac"}),
               (KeySet{"F0Ac", "TC0P", "a longer key", "tc0p"}));
     EXPECT_EQ(sanitizedHiddenKeys({}), KeySet{});

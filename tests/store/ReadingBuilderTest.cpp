@@ -15,7 +15,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// What a controller returns for CPU Proximity.
+/// The result of a controller for CPU Proximity.
 RawReading controllerResult() {
     return {.key = "TC0P",
             .type = "sp78",
@@ -76,12 +76,12 @@ TEST(BuildReading, TakesEveryFieldFromACompleteResult) {
     EXPECT_EQ(buildReading(controllerResult()), expected);
 }
 
-TEST(BuildReading, GivesNothingWithoutAKey) {
+TEST(BuildReading, ReturnsNothingWithoutAKey) {
     EXPECT_EQ(buildReading(resultWith(&RawReading::key, "")), std::nullopt);
     EXPECT_EQ(buildReading({}), std::nullopt);
 }
 
-TEST(BuildReading, GivesNothingForAKeyThatTheCatalogueCannotName) {
+TEST(BuildReading, ReturnsNothingForAKeyThatTheCatalogueCannotName) {
     EXPECT_EQ(buildReading(resultWith(&RawReading::key, "MSSD")), std::nullopt);
 }
 
@@ -151,7 +151,7 @@ TEST(BuildSelfNamedReading, TakesEveryFieldFromTheResult) {
     EXPECT_EQ(buildReading(selfNamedResult()), expected);
 }
 
-TEST(BuildSelfNamedReading, GivesNothingWithoutANameACategoryOrAUnit) {
+TEST(BuildSelfNamedReading, ReturnsNothingWithoutANameACategoryOrAUnit) {
     for (const auto field : {&RawReading::name, &RawReading::category, &RawReading::unit}) {
         EXPECT_EQ(buildReading(changed(selfNamedResult(), field, std::nullopt)), std::nullopt);
     }

@@ -19,16 +19,16 @@
 
 namespace kelvinbar::fakes {
 
-/// A notification as its observers received it.
+/// A notification as received by its observers.
 struct Posted {
     std::string_view name;
     std::variant<SMCSamplingRate, MenuBarReadingChange, DisplayModeChange, ManualSizeChange> content;
 };
 
-/// A store over a machine of fakes, its queues cranked by the test.
+/// A store over a fake machine. The test runs its queues.
 struct StoreFixture : testing::Test {
     FakeMachine machine;
-    Machine machineOfStore = machine.machine(); ///< what makeStore() hands over
+    Machine machineOfStore = machine.machine(); ///< used by makeStore()
     RecordingUserDefaults defaults;
     NotificationCenter notifications;
     FakeWallClock wallClock;
@@ -36,8 +36,7 @@ struct StoreFixture : testing::Test {
     ManualBackgroundQueue backgroundQueue;
 
     std::vector<Posted> posted;
-    std::vector<std::string>
-        events; ///< "field: new value" and "post: name", in order, from recordEvents() on
+    std::vector<std::string> events; ///< "field: new value" and "post: name", in order, since recordEvents()
     std::vector<Registration> registrations;
 
     std::unique_ptr<KelvinbarStore> store;
@@ -52,7 +51,7 @@ struct StoreFixture : testing::Test {
 
     [[nodiscard]] FakeSMCDriver& driver() const { return *machine.driver; }
 
-    /// Makes the store, whose first refresh then waits.
+    /// Creates the store. Its first refresh then waits in the queue.
     void makeStore() {
         store = std::make_unique<KelvinbarStore>(StorePorts{.machine = machineOfStore,
                                                             .defaults = defaults,
@@ -62,7 +61,7 @@ struct StoreFixture : testing::Test {
                                                             .wallClock = wallClock});
     }
 
-    /// Makes the store over a controller of `keys` and lets its first refresh end.
+    /// Creates the store over a controller with `keys` and completes the first refresh.
     void makeRefreshedStore(const std::vector<ControllerKey>& keys) {
         setKeys(driver(), keys);
         makeStore();
@@ -84,7 +83,7 @@ struct StoreFixture : testing::Test {
         finishPasses();
     }
 
-    /// What the driver, the preferences and the notification centre were told so far is forgotten.
+    /// Clears what the driver, the preferences and the notification centre have recorded.
     void forgetHistory() {
         driver().calls.clear();
         machine.registry->walkedPlanes.clear();
@@ -104,7 +103,7 @@ struct StoreFixture : testing::Test {
         record("isLoading", store->isLoading(), [](bool value) { return value ? "true" : "false"; });
     }
 
-    /// The contents of the notifications of that name, in order.
+    /// The contents of the notifications with that name, in order.
     template <typename Content>
     [[nodiscard]] std::vector<Content> postedUnder(const NotificationName<Content>& name) const {
         std::vector<Content> contents;
@@ -120,7 +119,7 @@ struct StoreFixture : testing::Test {
         return keys;
     }
 
-    /// "key=value" of every reading, in order, separated by blanks.
+    /// "key=value" of every reading, in order, separated by spaces.
     static std::string readingsText(const std::vector<SMCReading>& readings) {
         std::vector<std::string> texts;
         texts.reserve(readings.size());
@@ -145,7 +144,7 @@ struct StoreFixture : testing::Test {
         return line;
     }
 
-    /// `text` makes a text of the new value.
+    /// `text` converts the new value to a text.
     template <typename Field, typename Text>
     void record(std::string name, const Field& field, Text text) {
         registrations.push_back(field.observe([this, name = std::move(name), text](const auto& newValue) {
@@ -156,7 +155,7 @@ struct StoreFixture : testing::Test {
     bool recording_ = false;
 };
 
-/// A reading as a panel row would hand it over.
+/// A reading with a key only, which is all that the store uses when a row is pinned or hidden.
 inline SMCReading readingOf(std::string key) {
     SMCReading reading;
     reading.key = std::move(key);

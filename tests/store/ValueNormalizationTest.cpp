@@ -16,7 +16,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// With a value text that never shows: there is a number.
+/// With a placeholder as value text, which a number always replaces.
 NormalizedValue normalized(std::string_view key, double number, std::string_view unit) {
     return normalizeValue(key, "text of the controller", number, unit);
 }
@@ -130,7 +130,7 @@ TEST(NormalizeValue, SelfNamedKeysAreNotScaled) {
         {"BAT0-acpi-0/curr1", "A", -1500, "-1500", -1500},
         {"BAT0/power", "W", 15000, "15000", 15000},
         {"CHG0-isa-0000/in0", "V", 150, "150", 150},
-        // A key of four characters is a controller's, whatever it contains.
+        // A key of four characters belongs to a controller, even with a slash.
         {"B0/V", "V", 12500, "12.50", 12.5},
     });
 }

@@ -37,7 +37,7 @@ Texts linesOf(const std::string& text) {
     return lines;
 }
 
-/// The values of `key` in the group of that name, as a file of a desktop entry has them.
+/// All values of `key` in a group of a desktop entry.
 Texts valuesIn(const std::string& text, std::string_view group, std::string_view key) {
     Texts values;
     std::string current;
@@ -56,7 +56,7 @@ Texts entryValues(const std::string& text, std::string_view key) {
     return valuesIn(text, "[Desktop Entry]", key);
 }
 
-/// Undoes the escapes that every text value of a desktop entry has.
+/// Resolves the escape sequences of a string value.
 std::string unescapedText(std::string_view value) {
     const std::map<char, char> meanings{{'s', ' '}, {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'\\', '\\'}};
     std::string text;
@@ -74,8 +74,8 @@ std::string unescapedText(std::string_view value) {
     return text;
 }
 
-/// The program and its arguments as a desktop understands the value of an Exec key, whose fields ("%f") none
-/// are expected here.
+/// Parses the value of an Exec key into the program and its arguments, as a desktop does. Field codes such as
+/// "%f" are not expected here.
 Texts commandIn(std::string_view value) {
     constexpr std::string_view escapedInQuotes = "\"`$\\";
     constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
@@ -130,7 +130,7 @@ struct AutostartEntryTest : testing::Test {
 
     void write(std::string_view text) { tree.write("config/autostart/kelvinbar.desktop", text); }
 
-    /// The log with one line about the entry.
+    /// The expected log: one line about the entry.
     [[nodiscard]] Texts logged(std::string_view prefix, std::string_view what) const {
         return {std::string(prefix) + "the autostart entry " + file.string() + " " + std::string(what)};
     }
@@ -192,7 +192,7 @@ TEST_F(AutostartEntryTest, RegisteringReplacesTheFileInOnePiece) {
     const fs::path reader = tree.root() / "reader";
     fs::create_hard_link(file, reader);
     EXPECT_TRUE(entry().registerItem());
-    // Whoever has the file open goes on reading the old one.
+    // A process that has the file open still reads the old content.
     EXPECT_EQ(textOf(reader), "[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\n");
     EXPECT_NE(textOf(file), textOf(reader));
 }
@@ -271,7 +271,7 @@ TEST_F(AutostartEntryTest, AFailedWriteLeavesTheOldEntry) {
     EXPECT_EQ(textOf(file), "[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\nHidden=true\n");
 }
 
-// Entries that a user or a desktop changed
+// Entries changed by a user or a desktop
 
 TEST_F(AutostartEntryTest, AHiddenEntryIsNotRegistered) {
     write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=kelvinbar\nHidden=true\n");
@@ -296,7 +296,7 @@ TEST_F(AutostartEntryTest, AnEntryWithoutACommandIsNotRegistered) {
     EXPECT_FALSE(entry().isRegistered());
 }
 
-TEST_F(AutostartEntryTest, BlanksAroundTheEqualsSignDoNotMatter) {
+TEST_F(AutostartEntryTest, SpacesAroundTheEqualsSignDoNotMatter) {
     write("[Desktop Entry]\nType = Application\nName = Kelvinbar\nExec = kelvinbar\nHidden = true\n");
     EXPECT_FALSE(entry().isRegistered());
     EXPECT_TRUE(entry().registerItem());
@@ -392,7 +392,7 @@ TEST_F(AutostartEntryTest, ALastLineWithoutAnEndIsKept) {
     EXPECT_TRUE(entry().isRegistered());
 }
 
-// What the desktop does
+// Actions of the desktop
 
 TEST_F(AutostartEntryTest, LetsTheProgramRegister) { EXPECT_TRUE(entry().canRegister()); }
 
@@ -406,7 +406,7 @@ TEST_F(AutostartEntryTest, SettingsAndSoundAreTheDesktops) {
 
 // The command
 
-TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneBlank) {
+TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneSpace) {
     EXPECT_EQ(desktopExecValue({"/usr/bin/kelvinbar"}), R"("/usr/bin/kelvinbar")");
     EXPECT_EQ(desktopExecValue({"/opt/my tools/kelvinbar", "--a b"}), R"("/opt/my tools/kelvinbar" "--a b")");
 }
@@ -429,7 +429,7 @@ TEST(DesktopExecValue, StaysOnOneLine) {
     EXPECT_EQ(desktopExecValue({"a\tb"}), R"("a\tb")");
 }
 
-TEST(DesktopExecValue, TellsABackslashBeforeAnNFromTheEndOfALine) {
+TEST(DesktopExecValue, DistinguishesABackslashBeforeAnNFromALineFeed) {
     EXPECT_EQ(desktopExecValue({R"(a\nb)"}), R"("a\\\\nb")");
 }
 
@@ -461,7 +461,7 @@ TEST_F(AutostartEntryTest, APathWithAnyCharacterComesThroughTheFile) {
 
 // The folder
 
-/// Sets a variable of the environment for as long as it lives.
+/// Sets an environment variable until it is destroyed.
 class TemporaryVariable {
   public:
     TemporaryVariable(const char* name, const char* value) : name_(name) {

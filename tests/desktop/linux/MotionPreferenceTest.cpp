@@ -11,7 +11,7 @@
 
 namespace kelvinbar {
 
-/// The portal of a desktop that has some settings.
+/// A settings portal with settings that a test sets.
 class FakeSettingsPortal final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -39,13 +39,13 @@ class FakeSettingsPortal final : public QObject, protected QDBusContext {
         bus_.connection().send(signal);
     }
 
-    [[nodiscard]] int questions() const { return questions_; }
+    [[nodiscard]] int readCount() const { return readCount_; }
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
-    /// Portals wrap the value twice.
+    /// Wraps the value in two variants, as portals do.
     QDBusVariant Read(const QString& group, const QString& name) {
-        ++questions_;
+        ++readCount_;
         const auto found = settings_.find({group, name});
         if (found != settings_.end()) return QDBusVariant(QVariant::fromValue(QDBusVariant(found->second)));
         sendErrorReply("org.freedesktop.portal.Error.NotFound", "Requested setting not found");
@@ -58,7 +58,7 @@ class FakeSettingsPortal final : public QObject, protected QDBusContext {
 
     PrivateBus bus_;
     std::map<std::pair<QString, QString>, QVariant> settings_;
-    int questions_ = 0;
+    int readCount_ = 0;
 };
 
 namespace {
@@ -69,15 +69,15 @@ const QString kde = "org.kde.kdeglobals.KDE";
 
 class MotionPreferenceTest : public testing::Test {
   protected:
-    /// Whether it comes to say so.
-    static bool comesToPreferLess(const MotionPreference& motion, bool less = true) {
-        return waitFor([&] { return motion.prefersReducedMotion() == less; });
+    /// Waits until the preference has the value; false if it never does.
+    static bool becomesReduced(const MotionPreference& motion, bool isReduced = true) {
+        return waitFor([&] { return motion.prefersReducedMotion() == isReduced; });
     }
 
-    /// What is preferred when all questions have been answered.
-    bool answer() {
+    /// The preference after all settings have been read.
+    bool initialPreference() {
         const MotionPreference motion(QDBusConnection::sessionBus());
-        EXPECT_TRUE(waitFor([&] { return portal_.questions() == 3; }));
+        EXPECT_TRUE(waitFor([&] { return portal_.readCount() == 3; }));
         runEventLoop(std::chrono::milliseconds(50));
         return motion.prefersReducedMotion();
     }
@@ -85,55 +85,55 @@ class MotionPreferenceTest : public testing::Test {
     FakeSettingsPortal portal_;
 };
 
-TEST_F(MotionPreferenceTest, IsNoneWhereTheDesktopHasNoSuchSetting) { EXPECT_FALSE(answer()); }
+TEST_F(MotionPreferenceTest, IsOffIfTheDesktopHasNoSuchSetting) { EXPECT_FALSE(initialPreference()); }
 
 TEST_F(MotionPreferenceTest, FollowsTheSettingOfAllDesktops) {
     portal_.set(freedesktop, "reduced-motion", 1U);
-    EXPECT_TRUE(answer());
+    EXPECT_TRUE(initialPreference());
 }
 
 TEST_F(MotionPreferenceTest, FollowsGnomesAnimations) {
     portal_.set(gnome, "enable-animations", false);
-    EXPECT_TRUE(answer());
+    EXPECT_TRUE(initialPreference());
 }
 
 TEST_F(MotionPreferenceTest, FollowsPlasmasAnimations) {
     portal_.set(kde, "AnimationDurationFactor", "0");
-    EXPECT_TRUE(answer());
+    EXPECT_TRUE(initialPreference());
 }
 
-TEST_F(MotionPreferenceTest, IsNoneWhereEverySettingAllowsMotion) {
+TEST_F(MotionPreferenceTest, IsOffIfEverySettingAllowsMotion) {
     portal_.set(freedesktop, "reduced-motion", 0U);
     portal_.set(gnome, "enable-animations", true);
     portal_.set(kde, "AnimationDurationFactor", "0.5");
-    EXPECT_FALSE(answer());
+    EXPECT_FALSE(initialPreference());
 }
 
-TEST_F(MotionPreferenceTest, IsNoneForAValueThatIsNoNumber) {
+TEST_F(MotionPreferenceTest, IsOffForAValueThatIsNotANumber) {
     portal_.set(kde, "AnimationDurationFactor", "fast");
-    EXPECT_FALSE(answer());
+    EXPECT_FALSE(initialPreference());
 }
 
 TEST_F(MotionPreferenceTest, FollowsAChange) {
     portal_.set(gnome, "enable-animations", true);
     const MotionPreference motion(QDBusConnection::sessionBus());
-    ASSERT_TRUE(waitFor([&] { return portal_.questions() == 3; }));
+    ASSERT_TRUE(waitFor([&] { return portal_.readCount() == 3; }));
     portal_.change(gnome, "enable-animations", false);
-    EXPECT_TRUE(comesToPreferLess(motion));
+    EXPECT_TRUE(becomesReduced(motion));
     portal_.change(gnome, "enable-animations", true);
-    EXPECT_TRUE(comesToPreferLess(motion, false));
+    EXPECT_TRUE(becomesReduced(motion, false));
 }
 
-TEST_F(MotionPreferenceTest, DoesNotListenToOtherSettings) {
+TEST_F(MotionPreferenceTest, IgnoresOtherSettings) {
     const MotionPreference motion(QDBusConnection::sessionBus());
-    ASSERT_TRUE(waitFor([&] { return portal_.questions() == 3; }));
+    ASSERT_TRUE(waitFor([&] { return portal_.readCount() == 3; }));
     portal_.change(gnome, "cursor-size", 0);
     portal_.change(freedesktop, "color-scheme", 1U);
     runEventLoop(std::chrono::milliseconds(50));
     EXPECT_FALSE(motion.prefersReducedMotion());
 }
 
-TEST(MotionPreferenceWithoutAPortal, AsksOneThatComesLater) {
+TEST(MotionPreferenceWithoutAPortal, ReadsAPortalThatStartsLater) {
     const MotionPreference motion(QDBusConnection::sessionBus());
     runEventLoop(std::chrono::milliseconds(50));
     EXPECT_FALSE(motion.prefersReducedMotion());
@@ -142,7 +142,7 @@ TEST(MotionPreferenceWithoutAPortal, AsksOneThatComesLater) {
     EXPECT_TRUE(waitFor([&] { return motion.prefersReducedMotion(); }));
 }
 
-TEST(MotionPreferenceWithoutAPortal, IsNone) {
+TEST(MotionPreferenceWithoutAPortal, IsOff) {
     const MotionPreference motion(QDBusConnection::sessionBus());
     runEventLoop(std::chrono::milliseconds(50));
     EXPECT_FALSE(motion.prefersReducedMotion());

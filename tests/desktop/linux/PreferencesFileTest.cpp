@@ -28,13 +28,13 @@ using testing::IsEmpty;
 using testing::Optional;
 using testing::SizeIs;
 
-/// Fails the test for every line.
+/// Fails the test if anything is logged.
 class FailingSink final : public LogSink {
   public:
     void write(std::string_view line) override { ADD_FAILURE() << line; }
 };
 
-/// A folder of preferences of its own for each test.
+/// Each test has its own folder for preferences.
 class PreferencesFileTest : public testing::Test {
   protected:
     PreferencesFileTest() {
@@ -67,15 +67,14 @@ class PreferencesFileTest : public testing::Test {
 
     PreferencesFile open(const QString& name = "test-name") { return {name, recording_.log}; }
 
-    /// The preferences as they are on disk at this moment. Nothing that is known of the file in memory
-    /// counts.
+    /// The preferences currently on disk, read by a new object that shares nothing in memory.
     std::unique_ptr<PreferencesFile> onDisk() {
         const QString name = QString("copy-%1").arg(++copies_);
         EXPECT_TRUE(QFile::copy(path(), path(name)));
         return std::make_unique<PreferencesFile>(name, failing_);
     }
 
-    /// Another process that writes preferences, `prefix`0 and so on.
+    /// Starts another process that writes the keys `prefix`0, `prefix`1, and so on.
     std::unique_ptr<QProcess> startWriter(const QString& prefix, int count) {
         auto writer = std::make_unique<QProcess>();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -194,7 +193,7 @@ TEST_F(PreferencesFileTest, FindsANumberInATextThatIsOne) {
     EXPECT_EQ(onDisk()->number("text"), 500.5);
 }
 
-TEST_F(PreferencesFileTest, FindsNothingInWhatIsNoneOfItsTypes) {
+TEST_F(PreferencesFileTest, IgnoresValuesOfOtherTypes) {
     write("[General]\nkey=@ByteArray(abc)\nsize=@Size(4 5)\n");
     const auto defaults = open();
     for (const auto* const key : {"key", "size"}) {
@@ -204,7 +203,7 @@ TEST_F(PreferencesFileTest, FindsNothingInWhatIsNoneOfItsTypes) {
     }
 }
 
-TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithABlank) {
+TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithASpace) {
     auto defaults = open();
     defaults.setText("VTT ", "a");
     defaults.setText("VTT", "b");
@@ -307,7 +306,7 @@ TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
 
 class DamagedUserDefaultsTest : public PreferencesFileTest, public testing::WithParamInterface<QByteArray> {};
 
-TEST_P(DamagedUserDefaultsTest, GivesDefaultsAndReportsOnce) {
+TEST_P(DamagedUserDefaultsTest, ReturnsDefaultsAndReportsOnce) {
     write(GetParam());
     const auto defaults = open();
     const Preferences preferences = loadPreferences(defaults);
@@ -343,7 +342,7 @@ TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeSomethingIsRemoved) {
     EXPECT_THAT(recording_.lines(), SizeIs(1));
 }
 
-/// Bytes of no text, without a sign of equality.
+/// Bytes that are not text and contain no "=".
 static QByteArray binaryBytes() {
     QByteArray bytes("\x89PNG\r\n\x1a\n");
     for (int value = 0; value < 2048; ++value) {
@@ -437,7 +436,7 @@ TEST_F(PreferencesFileTest, LogsEveryChangeForDebugging) {
 }
 
 TEST_F(PreferencesFileTest, ReportsAPlaceInWhichNothingCanBeRemoved) {
-    QDir().mkpath(path()); // a folder where the file should be
+    QDir().mkpath(path()); // a folder in place of the file
     auto defaults = open();
     defaults.remove("KelvinbarHiddenKeys");
     EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString())));

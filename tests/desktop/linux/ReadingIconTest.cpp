@@ -11,12 +11,12 @@ namespace kelvinbar {
 
 namespace {
 
-/// Whether a pixel has ink of the letters, not only of the rim around them.
+/// Whether a pixel belongs to a glyph, not only to the outline.
 bool isInk(QRgb pixel, bool isOnDark) {
     return qAlpha(pixel) > 0 && (isOnDark ? qGray(pixel) > 127 : qGray(pixel) < 128);
 }
 
-/// The smallest rectangle around the letters.
+/// The bounding box of the glyphs.
 QRect inkBox(const QImage& image, bool isOnDark) {
     QRect box;
     for (int y = 0; y < image.height(); ++y) {
@@ -144,7 +144,7 @@ TEST(ReadingIcons, HasDigitsOfOneWidthAndScale) {
     const QRect eights = inkBox("88", 64);
     EXPECT_LE(std::abs(ones.top() - eights.top()), 2);
     EXPECT_LE(std::abs(ones.bottom() - eights.bottom()), 2);
-    EXPECT_LT(ones.width(), eights.width()); // in cells as wide as those of the eights
+    EXPECT_LT(ones.width(), eights.width()); // narrower glyphs in equally wide cells
     EXPECT_GT(ones.width() * 2, eights.width());
 }
 

@@ -35,7 +35,7 @@ TEST_F(RunningInstanceTest, TheFirstIsTheOne) {
 TEST_F(RunningInstanceTest, ASecondIsNotAndActivatesTheFirst) {
     std::atomic isFinished = false;
     std::atomic isTheOne = true;
-    // Another program: it waits for the answer of the first, whose event loop runs here.
+    // A second instance on another thread. It blocks until the first replies, whose event loop runs here.
     std::thread program([&] {
         const PrivateBus bus;
         const RunningInstance second(bus.connection(), name, mustNotBeActivated);

@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 class StatusMenuTest : public testing::Test {
   protected:
-    /// An entry whose action notes its text.
+    /// An entry whose action records its text.
     StatusMenuEntry entry(const QString& text) {
         return {text, [this, text] { done_.push_back(text.toStdString()); }};
     }
@@ -92,7 +92,7 @@ TEST_F(StatusMenuTest, HasNothingBelowAnEntry) {
     EXPECT_TRUE(below.children.isEmpty());
 }
 
-TEST_F(StatusMenuTest, GivesThePropertiesOfSomeEntries) {
+TEST_F(StatusMenuTest, ReturnsThePropertiesOfSomeEntries) {
     menu_.setEntries({entry("Open"), {}, entry("Quit")});
     const auto children = layout(0, -1).children;
     ASSERT_EQ(children.size(), 3);
@@ -108,7 +108,7 @@ TEST_F(StatusMenuTest, GivesThePropertiesOfSomeEntries) {
     EXPECT_EQ(items[1].properties["type"].toString(), "separator");
 }
 
-TEST_F(StatusMenuTest, GivesOneProperty) {
+TEST_F(StatusMenuTest, ReturnsOneProperty) {
     menu_.setEntries({entry("Open")});
     const int id = layout(0, -1).children.first().id;
     EXPECT_EQ(property(id, "label").toString(), "Open");
@@ -184,31 +184,31 @@ TEST_F(StatusMenuTest, DoublesUnderscores) {
     EXPECT_THAT(labels(), ElementsAre("fan__1__in: 5 W"));
 }
 
-TEST_F(StatusMenuTest, TellsOfAnotherText) {
+TEST_F(StatusMenuTest, ReportsAnotherText) {
     menu_.setEntries({entry("CPU: 47 °C"), entry("Quit")});
-    EXPECT_EQ(host_.heard("LayoutUpdated").size(), 1);
+    EXPECT_EQ(host_.received("LayoutUpdated").size(), 1);
     labels();
     const uint earlier = revision_;
     menu_.setEntries({entry("CPU: 48 °C"), entry("Quit")});
-    const auto heard = host_.heard("LayoutUpdated");
-    ASSERT_EQ(heard.size(), 2);
+    const auto received = host_.received("LayoutUpdated");
+    ASSERT_EQ(received.size(), 2);
     EXPECT_THAT(labels(), ElementsAre("CPU: 48 °C", "Quit"));
     EXPECT_GT(revision_, earlier);
-    EXPECT_EQ(heard.last(), (QVariantList{revision_, 0}));
+    EXPECT_EQ(received.last(), (QVariantList{revision_, 0}));
 }
 
-TEST_F(StatusMenuTest, TellsOfAnotherNumberOfEntries) {
+TEST_F(StatusMenuTest, ReportsAnotherNumberOfEntries) {
     menu_.setEntries({entry("Open"), entry("Quit")});
     menu_.setEntries({entry("Open")});
-    EXPECT_EQ(host_.heard("LayoutUpdated").size(), 2);
+    EXPECT_EQ(host_.received("LayoutUpdated").size(), 2);
     EXPECT_THAT(labels(), ElementsAre("Open"));
 }
 
-TEST_F(StatusMenuTest, TellsNothingOfEqualTextsAndTakesTheirNewActions) {
+TEST_F(StatusMenuTest, DoesNotReportEqualTextsButUsesTheirNewActions) {
     menu_.setEntries({entry("Open")});
     std::string done;
     menu_.setEntries({{"Open", [&] { done = "the new one"; }}});
-    EXPECT_EQ(host_.heard("LayoutUpdated").size(), 1);
+    EXPECT_EQ(host_.received("LayoutUpdated").size(), 1);
     sendEvent(layout(0, -1).children.first().id, "clicked");
     EXPECT_EQ(done, "the new one");
     EXPECT_THAT(done_, IsEmpty());

@@ -40,7 +40,7 @@ StatusNotifierContent sampleContent() {
 class StatusNotifierItemTest : public testing::Test {
   protected:
     StatusNotifierItem& makeItem() {
-        item_ = nullptr; // of two items on one connection, the first would take the second's place with it
+        item_ = nullptr; // otherwise the old item would unregister the new one
         item_ = std::make_unique<StatusNotifierItem>(
             bus_.connection(), [this](QPoint place) { places_.push_back(place); }, recording_.log);
         return *item_;
@@ -52,7 +52,7 @@ class StatusNotifierItemTest : public testing::Test {
         return waitFor([&] { return watcher_.items().size() >= count; });
     }
 
-    /// What the host hears of each signal when the content changes from the sample's.
+    /// How often the host receives each signal when the content changes from the sample.
     std::vector<qsizetype> signalsFor(const StatusNotifierContent& content) {
         StatusNotifierItem& item = makeItem();
         item.setContent(sampleContent());
@@ -61,7 +61,7 @@ class StatusNotifierItemTest : public testing::Test {
         std::vector<qsizetype> counts;
         for (const auto* const name :
              {"NewTitle", "XAyatanaNewLabel", "NewIcon", "NewToolTip", "NewStatus"}) {
-            counts.push_back(host.heard(name).size());
+            counts.push_back(host.received(name).size());
         }
         return counts;
     }
@@ -91,7 +91,7 @@ TEST_F(StatusNotifierItemTest, RegistersOnce) {
     makeItem().setContent(sampleContent());
     ASSERT_TRUE(waitForRegistrations(1));
     BusPeer host = makeHost();
-    host.heard("NewTitle");
+    host.received("NewTitle");
     EXPECT_EQ(watcher_.items().size(), 1);
 }
 
@@ -117,7 +117,7 @@ TEST_F(StatusNotifierItemTest, RegistersAgainWithItsCurrentLabelWhenTheWatcherRe
     EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "47° 1200rpm");
 }
 
-TEST_F(StatusNotifierItemTest, TellsWhenTheWatcherComesAndGoes) {
+TEST_F(StatusNotifierItemTest, ReportsWhenTheWatcherAppearsAndVanishes) {
     StatusNotifierItem& item = makeItem();
     std::vector<bool> states;
     QObject::connect(&item, &StatusNotifierItem::watcherChanged,
@@ -179,29 +179,29 @@ TEST_F(StatusNotifierItemTest, GuidesWithDigitsOfTheWidestKind) {
     EXPECT_EQ(makeHost().properties()["XAyatanaLabelGuide"].toString(), "88° 8888rpm");
 }
 
-TEST_F(StatusNotifierItemTest, TellsNothingOfEqualContent) {
+TEST_F(StatusNotifierItemTest, DoesNotReportEqualContent) {
     EXPECT_THAT(signalsFor(sampleContent()), ElementsAre(0, 0, 0, 0, 0));
 }
 
-TEST_F(StatusNotifierItemTest, TellsOfTheTitleAlone) {
+TEST_F(StatusNotifierItemTest, ReportsTheTitleAlone) {
     StatusNotifierContent content = sampleContent();
     content.title = "Kelvinbar";
     EXPECT_THAT(signalsFor(content), ElementsAre(1, 0, 0, 0, 0));
 }
 
-TEST_F(StatusNotifierItemTest, TellsOfTheLabelAlone) {
+TEST_F(StatusNotifierItemTest, ReportsTheLabelAlone) {
     StatusNotifierContent content = sampleContent();
     content.label = "48° 1200rpm";
     EXPECT_THAT(signalsFor(content), ElementsAre(0, 1, 0, 0, 0));
 }
 
-TEST_F(StatusNotifierItemTest, TellsOfTheIconAlone) {
+TEST_F(StatusNotifierItemTest, ReportsTheIconAlone) {
     StatusNotifierContent content = sampleContent();
     content.iconPixmaps = onePixel(qRgba(0, 0, 0, 0xff));
     EXPECT_THAT(signalsFor(content), ElementsAre(0, 0, 1, 0, 0));
 }
 
-TEST_F(StatusNotifierItemTest, TellsOfTheToolTipAlone) {
+TEST_F(StatusNotifierItemTest, ReportsTheToolTipAlone) {
     StatusNotifierContent content = sampleContent();
     content.toolTipText = "CPU: 48 °C";
     EXPECT_THAT(signalsFor(content), ElementsAre(0, 0, 0, 1, 0));
@@ -210,16 +210,16 @@ TEST_F(StatusNotifierItemTest, TellsOfTheToolTipAlone) {
     EXPECT_THAT(signalsFor(content), ElementsAre(0, 0, 0, 1, 0));
 }
 
-TEST_F(StatusNotifierItemTest, TellsTheNewLabelWithItsGuide) {
+TEST_F(StatusNotifierItemTest, ReportsTheNewLabelWithItsGuide) {
     StatusNotifierItem& item = makeItem();
     BusPeer host = makeHost();
     StatusNotifierContent content;
     content.label = "5.6W";
     item.setContent(content);
-    EXPECT_THAT(host.heard("XAyatanaNewLabel"), ElementsAre(QVariantList{"5.6W", "8.8W"}));
+    EXPECT_THAT(host.received("XAyatanaNewLabel"), ElementsAre(QVariantList{"5.6W", "8.8W"}));
 }
 
-TEST_F(StatusNotifierItemTest, GivesThePlaceOfAClick) {
+TEST_F(StatusNotifierItemTest, PassesOnThePositionOfAClick) {
     makeItem();
     BusPeer host = makeHost();
     EXPECT_EQ(host.call("Activate", {1890, 1065}).type(), QDBusMessage::ReplyMessage);
@@ -275,7 +275,7 @@ TEST_F(StatusNotifierItemTest, LogsWatchersAndItsRegistration) {
 TEST_F(StatusNotifierItemTest, WarnsOfAWatcherThatRefusesIt) {
     const PrivateBus other;
     auto bus = other.connection();
-    ASSERT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher")); // without the object that is called
+    ASSERT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher")); // without its object
     makeItem();
     ASSERT_TRUE(waitFor([&] { return recording_.lines().size() >= 2; }));
     EXPECT_THAT(recording_.lines().back(), StartsWith("kelvinbar: the tray refuses the status item: "));

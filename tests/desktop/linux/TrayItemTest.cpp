@@ -24,7 +24,7 @@ using testing::ElementsAreArray;
 constexpr TrayStyle withLabels{.showsLabels = true, .isDark = true};
 constexpr TrayStyle withoutLabels{.showsLabels = false, .isDark = true};
 
-/// A tray item as its host sees it.
+/// A tray item and its host.
 class Tray {
   public:
     explicit Tray(TrayStyle style)
@@ -43,7 +43,7 @@ class Tray {
 
     void setTitle(const std::string& text) {
         item.setTitle({text, {}});
-        QCoreApplication::processEvents(); // which publishes it
+        QCoreApplication::processEvents(); // publishes it
     }
 
     void setOwnIcon() {
@@ -56,7 +56,7 @@ class Tray {
         return qdbus_cast<StatusNotifierPixmaps>(host.properties()["IconPixmap"].value<QDBusArgument>());
     }
 
-    qsizetype newIcons() { return host.heard("NewIcon").size(); }
+    qsizetype newIcons() { return host.received("NewIcon").size(); }
 
     /// The entries of the menu; "-" for a separator.
     std::vector<std::string> entries() {
@@ -158,7 +158,7 @@ TEST(TrayItem, HasItsToolTip) {
         qdbus_cast<StatusNotifierToolTip>(tray.host.properties()["ToolTip"].value<QDBusArgument>());
     EXPECT_EQ(toolTip.title, "Kelvinbar");
     EXPECT_EQ(toolTip.text, "CPU: 49.8 °C\nFan: 1200 rpm");
-    EXPECT_EQ(tray.host.heard("NewToolTip").size(), 1);
+    EXPECT_EQ(tray.host.received("NewToolTip").size(), 1);
 }
 
 TEST(TrayItem, HasOurIconInAllSides) {
@@ -225,25 +225,25 @@ TEST(TrayItem, DrawsTheReadingAgainOnlyWhenItsTextChanged) {
     EXPECT_EQ(tray.newIcons(), 2);
 }
 
-TEST(TrayItem, TellsOfTitleAndToolTipTogether) {
+TEST(TrayItem, PublishesTitleAndToolTipTogether) {
     Tray tray(withLabels);
     int questions = 0;
     tray.whenAskedForPins = [&] { ++questions; };
     tray.item.setTitle({"50°", {}});
     tray.item.setToolTip("CPU: 50 °C");
     EXPECT_EQ(questions, 0);
-    QCoreApplication::processEvents(); // which publishes both
-    EXPECT_EQ(tray.host.heard("XAyatanaNewLabel").size(), 1);
-    EXPECT_EQ(tray.host.heard("NewToolTip").size(), 1);
+    QCoreApplication::processEvents(); // publishes both
+    EXPECT_EQ(tray.host.received("XAyatanaNewLabel").size(), 1);
+    EXPECT_EQ(tray.host.received("NewToolTip").size(), 1);
     EXPECT_EQ(questions, 1);
 }
 
-TEST(TrayItem, TellsNothingOfAnEqualTitle) {
+TEST(TrayItem, DoesNotPublishAnEqualTitle) {
     Tray tray(withLabels);
     tray.setTitle("50°");
     tray.setTitle("50°");
-    EXPECT_EQ(tray.host.heard("XAyatanaNewLabel").size(), 1);
-    EXPECT_EQ(tray.host.heard("NewTitle").size(), 1);
+    EXPECT_EQ(tray.host.received("XAyatanaNewLabel").size(), 1);
+    EXPECT_EQ(tray.host.received("NewTitle").size(), 1);
 }
 
 TEST(TrayItem, HasAMenuOfThePinnedReadingsAndWhatCanBeDone) {
@@ -322,7 +322,7 @@ TEST(TrayItem, StaysWhereItWasWhenItsMenuOpensThePanel) {
     EXPECT_EQ(tray.item.frameOnScreen()->x, 300);
 }
 
-TEST(TrayStatusBar, KnowsThePicturesThatTheProgramShips) {
+TEST(TrayStatusBar, FindsTheImagesInTheProgram) {
     const PrivateBus bus;
     const DesktopHandlers handlers;
     fakes::RecordingLog recording;

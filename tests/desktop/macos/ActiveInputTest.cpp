@@ -14,19 +14,19 @@ namespace {
 
 class ActiveInputTest : public testing::Test {
   protected:
-    void prepareAndTake() {
+    void prepareAndAcquire() {
         input.prepare(window);
         window.show();
-        input.take(window, [this] { ++elsewhere; });
+        input.acquire(window, [this] { ++dismissals; });
     }
 
-    /// What the system tells.
-    static void tellState(Qt::ApplicationState state) { emit qGuiApp->applicationStateChanged(state); }
+    /// Reports a state of the program, as the system does.
+    static void reportState(Qt::ApplicationState state) { emit qGuiApp->applicationStateChanged(state); }
 
     int activations = 0;
     int hidings = 0;
-    int elsewhere = 0;
-    std::function<void()> press; ///< in another program; empty while nobody watches
+    int dismissals = 0;
+    std::function<void()> press; ///< in another program; empty if nobody listens
     ActiveInput input{{.activate = [this] { ++activations; },
                        .hide = [this] { ++hidings; },
                        .watchPresses =
@@ -39,13 +39,13 @@ class ActiveInputTest : public testing::Test {
 
 } // namespace
 
-TEST_F(ActiveInputTest, TheProgramComesToTheFrontBeforeItsWindowIsShown) {
+TEST_F(ActiveInputTest, TheProgramIsActivatedBeforeItsWindowIsShown) {
     input.prepare(window);
     EXPECT_EQ(activations, 1);
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(ActiveInputTest, TheWindowIsAPanelThatIsSeenBeforeTheProgramIsInFront) {
+TEST_F(ActiveInputTest, TheWindowIsVisibleBeforeTheProgramIsActive) {
     input.prepare(window);
     EXPECT_EQ(window.type(), Qt::Tool);
     EXPECT_TRUE(window.flags().testFlag(Qt::FramelessWindowHint));
@@ -53,87 +53,87 @@ TEST_F(ActiveInputTest, TheWindowIsAPanelThatIsSeenBeforeTheProgramIsInFront) {
     EXPECT_TRUE(window.property("_q_macAlwaysShowToolWindow").toBool());
 }
 
-TEST_F(ActiveInputTest, AnotherProgramInFrontIsElsewhere) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
-    EXPECT_EQ(elsewhere, 0);
-    tellState(Qt::ApplicationInactive);
-    EXPECT_EQ(elsewhere, 1);
+TEST_F(ActiveInputTest, ActivatingAnotherProgramDismissesTheWindow) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
+    EXPECT_EQ(dismissals, 0);
+    reportState(Qt::ApplicationInactive);
+    EXPECT_EQ(dismissals, 1);
 }
 
-TEST_F(ActiveInputTest, APressInAnotherProgramIsElsewhereThoughThisOneStaysActive) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
+TEST_F(ActiveInputTest, APressInAnotherProgramDismissesTheWindowThoughThisOneStaysActive) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
     ASSERT_TRUE(press);
     press();
-    EXPECT_EQ(elsewhere, 1);
+    EXPECT_EQ(dismissals, 1);
 }
 
 TEST_F(ActiveInputTest, PressesAreWatchedOnlyWhileTheWindowHasTheInput) {
     input.prepare(window);
     EXPECT_FALSE(press);
-    prepareAndTake();
+    prepareAndAcquire();
     EXPECT_TRUE(press);
-    input.giveBack(window);
+    input.release(window);
     EXPECT_FALSE(press);
 }
 
-TEST_F(ActiveInputTest, TakingTwiceTellsOnce) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
-    input.take(window, [this] { ++elsewhere; });
-    tellState(Qt::ApplicationInactive);
-    EXPECT_EQ(elsewhere, 1);
+TEST_F(ActiveInputTest, AcquiringTwiceDismissesOnce) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
+    input.acquire(window, [this] { ++dismissals; });
+    reportState(Qt::ApplicationInactive);
+    EXPECT_EQ(dismissals, 1);
 }
 
-TEST_F(ActiveInputTest, NothingIsToldOfAClosedWindow) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
-    input.giveBack(window);
-    tellState(Qt::ApplicationInactive);
-    EXPECT_EQ(elsewhere, 0);
+TEST_F(ActiveInputTest, AClosedWindowIsNotDismissed) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
+    input.release(window);
+    reportState(Qt::ApplicationInactive);
+    EXPECT_EQ(dismissals, 0);
 }
 
-TEST_F(ActiveInputTest, TheInputMayBeGivenBackWhenAPressIsTold) {
+TEST_F(ActiveInputTest, TheInputMayBeReleasedWhileAPressIsReported) {
     input.prepare(window);
-    input.take(window, [this] {
-        ++elsewhere;
-        input.giveBack(window);
+    input.acquire(window, [this] {
+        ++dismissals;
+        input.release(window);
     });
-    const auto told = press;
-    told();
-    tellState(Qt::ApplicationActive);
-    tellState(Qt::ApplicationInactive);
-    EXPECT_EQ(elsewhere, 1);
+    const auto pressHandler = press;
+    pressHandler();
+    reportState(Qt::ApplicationActive);
+    reportState(Qt::ApplicationInactive);
+    EXPECT_EQ(dismissals, 1);
     EXPECT_FALSE(press);
 }
 
-TEST_F(ActiveInputTest, AProgramInFrontGivesTheFrontBackWithItsWindowClosed) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
-    input.giveBack(window);
+TEST_F(ActiveInputTest, AnActiveProgramHidesItselfWithItsWindow) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
+    input.release(window);
     EXPECT_EQ(hidings, 1);
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(ActiveInputTest, AProgramThatIsNotInFrontLeavesItToWhoIs) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
-    tellState(Qt::ApplicationInactive);
-    input.giveBack(window);
+TEST_F(ActiveInputTest, AnInactiveProgramDoesNotHideItself) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
+    reportState(Qt::ApplicationInactive);
+    input.release(window);
     EXPECT_EQ(hidings, 0);
 }
 
-TEST_F(ActiveInputTest, ReopenedAtOnceItIsNotClosedByItsOwnHiding) {
-    prepareAndTake();
-    tellState(Qt::ApplicationActive);
-    input.giveBack(window);
-    prepareAndTake(); // before the hiding has taken effect
-    tellState(Qt::ApplicationInactive);
-    EXPECT_EQ(elsewhere, 0);
-    tellState(Qt::ApplicationActive);
-    tellState(Qt::ApplicationInactive);
-    EXPECT_EQ(elsewhere, 1);
+TEST_F(ActiveInputTest, AWindowReopenedAtOnceIsNotDismissedByItsOwnHiding) {
+    prepareAndAcquire();
+    reportState(Qt::ApplicationActive);
+    input.release(window);
+    prepareAndAcquire(); // the hiding has not taken effect yet
+    reportState(Qt::ApplicationInactive);
+    EXPECT_EQ(dismissals, 0);
+    reportState(Qt::ApplicationActive);
+    reportState(Qt::ApplicationInactive);
+    EXPECT_EQ(dismissals, 1);
 }
 
 } // namespace kelvinbar

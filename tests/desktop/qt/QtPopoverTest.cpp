@@ -42,7 +42,7 @@ class FakeButton final : public StatusItemButton {
     std::optional<Rect> frame;
 };
 
-/// A window that counts how often it came to the screen.
+/// A window that counts how often it is exposed.
 class PlainWindow final : public QWindow {
   public:
     int exposures = 0;
@@ -53,7 +53,7 @@ class PlainWindow final : public QWindow {
     }
 };
 
-/// A window without anything in it.
+/// Content with an empty window.
 class PlainContent final : public QtPopoverContent {
   public:
     void setViewSize(Size /*size*/) override {}
@@ -292,7 +292,7 @@ TEST_F(QtPopoverTest, ClosesWithoutAHandler) {
     EXPECT_FALSE(popover_.isShown());
 }
 
-TEST_F(QtPopoverTest, AnAnimationEndsAtItsSizeAndSaysSoOnce) {
+TEST_F(QtPopoverTest, AnAnimationEndsAtItsSizeAndCompletesOnce) {
     popover_.setContentSize({200, 54});
     show();
     int completions = 0;

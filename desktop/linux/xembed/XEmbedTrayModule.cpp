@@ -1,6 +1,6 @@
-// Icons in trays of the older kind, as a module that the program loads where no newer tray runs.
+// Icons in XEmbed trays, as a module that is loaded if no StatusNotifierItem tray runs.
 
-#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/XEmbedTray.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -12,7 +12,7 @@ namespace kelvinbar {
 
 namespace {
 
-class SystemTrayIcon final : public LegacyTrayIcon {
+class SystemTrayIcon final : public XEmbedTrayIcon {
   public:
     explicit SystemTrayIcon(std::function<void(QRect)> onActivated) {
         QObject::connect(&icon_, &QSystemTrayIcon::activated,
@@ -37,7 +37,7 @@ class SystemTrayIcon final : public LegacyTrayIcon {
 
 QGuiApplication* makeApplication(int& argc, char** argv) { return new QApplication(argc, argv); }
 
-LegacyTrayIcon* makeIcon(std::function<void(QRect)> onActivated) {
+XEmbedTrayIcon* makeIcon(std::function<void(QRect)> onActivated) {
     return new SystemTrayIcon(std::move(onActivated));
 }
 
@@ -45,6 +45,6 @@ LegacyTrayIcon* makeIcon(std::function<void(QRect)> onActivated) {
 
 } // namespace kelvinbar
 
-extern "C" Q_DECL_EXPORT void kelvinbarLegacyTray(kelvinbar::LegacyTrayModule& module) {
+extern "C" Q_DECL_EXPORT void kelvinbarXEmbedTray(kelvinbar::XEmbedTrayModule& module) {
     module = {kelvinbar::makeApplication, kelvinbar::makeIcon};
 }

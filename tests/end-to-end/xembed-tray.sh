@@ -1,5 +1,5 @@
-# The program in a tray of the older kind, which embeds windows.
-scenario=legacy-tray
+# The program in an XEmbed tray.
+scenario=xembed-tray
 source "$(dirname "$0")/desktop.sh"
 source "$(dirname "$0")/hosts.sh"
 
@@ -20,7 +20,7 @@ picture panel
 xdotool key Escape
 wait_until 2 "closing by Escape" panel_is_closed
 
-# A tray of the newer kind appears: the icon moves there.
+# The icon moves to a StatusNotifierItem tray as soon as one appears.
 start_xfce_panel
 wait_until 10 "the watcher" bus_has org.kde.StatusNotifierWatcher
 wait_until 5 "the item in the newer tray" is_registered

@@ -1,4 +1,4 @@
-#include "desktop/linux/LegacyTray.h"
+#include "desktop/linux/XEmbedTray.h"
 
 #include "base/Log.h"
 #include "desktop/qt/Modules.h"
@@ -12,13 +12,13 @@ namespace kelvinbar {
 
 namespace {
 
-LegacyTrayModule& loadedModule() {
-    static LegacyTrayModule module;
+XEmbedTrayModule& loadedModule() {
+    static XEmbedTrayModule module;
     return module;
 }
 
 bool isWatcherRunning() {
-    // A connection of its own: the shared one belongs to the application, which is not there yet.
+    // Not the shared connection: that belongs to the application object, which does not exist yet.
     const QString name = "kelvinbar-probe";
     const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
     const bool isRunning =
@@ -30,12 +30,12 @@ bool isWatcherRunning() {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log) {
-    using GetModule = void (*)(LegacyTrayModule&);
+    using GetModule = void (*)(XEmbedTrayModule&);
     if (!isWatcherRunning()) {
         log.write(LogCategory::tray, LogLevel::info,
                   "no StatusNotifierItem watcher runs: XEmbed trays are used");
         const auto get = reinterpret_cast<GetModule>(
-            moduleFunction("kelvinbar-xembed", "kelvinbarLegacyTray", log, LogCategory::tray));
+            moduleFunction("kelvinbar-xembed", "kelvinbarXEmbedTray", log, LogCategory::tray));
         if (get != nullptr) get(loadedModule());
     }
     const auto make = loadedModule().makeApplication;
@@ -43,9 +43,9 @@ std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log
                                                             : make(argc, argv));
 }
 
-std::unique_ptr<LegacyTrayIcon> makeLegacyTrayIcon(std::function<void(QRect)> onActivated) {
+std::unique_ptr<XEmbedTrayIcon> makeXEmbedTrayIcon(std::function<void(QRect)> onActivated) {
     const auto make = loadedModule().makeIcon;
-    return std::unique_ptr<LegacyTrayIcon>(make == nullptr ? nullptr : make(std::move(onActivated)));
+    return std::unique_ptr<XEmbedTrayIcon>(make == nullptr ? nullptr : make(std::move(onActivated)));
 }
 
 } // namespace kelvinbar
