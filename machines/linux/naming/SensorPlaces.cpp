@@ -72,7 +72,8 @@ std::string lastingPath(std::string_view device) {
 } // namespace
 
 std::optional<std::string> sensorPlace(const SensorChip& chip, const SensorChannel& channel) {
-    if (chip.device.empty() || hasLastingKey(chip)) return std::nullopt;
+    // The place is stored as text. A serial number may be anything.
+    if (chip.device.empty() || !isValidUtf8(chip.device) || hasLastingKey(chip)) return std::nullopt;
     return lastingPath(chip.device).append(chip.stableName).append("/").append(channel.feature);
 }
 

@@ -118,8 +118,9 @@ KernelSensorSource::KernelSensorSource(std::filesystem::path root,
 
 SourceStatus KernelSensorSource::status() {
     const std::lock_guard lock(mutex_);
-    if (sensors_->empty()) {
-        rebuild({});
+    const bool isSearchDue = !builtAt_ || clock_->now() - *builtAt_ > searchInterval;
+    if (sensors_->empty() && isSearchDue) {
+        rebuild(listedBefore_);
         isUnlisted_ = true;
     }
     if (sensors_->empty()) return {.isAvailable = false, .message = "No sensors"};
@@ -129,7 +130,7 @@ SourceStatus KernelSensorSource::status() {
 /// The first pass calls `status` and `discoverKeys` in a row, which should search once.
 bool KernelSensorSource::isCurrent(const KeySet& listedBefore) const {
     constexpr std::chrono::seconds moment{1};
-    return isUnlisted_ && listedBefore.empty() && clock_->now() - builtAt_ <= moment;
+    return isUnlisted_ && listedBefore == listedBefore_ && clock_->now() - *builtAt_ <= moment;
 }
 
 std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBefore) {
@@ -142,16 +143,17 @@ std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBe
     return keys;
 }
 
-void KernelSensorSource::rebuild(const KeySet& listedBefore) {
+void KernelSensorSource::rebuild(KeySet listedBefore) {
     const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_);
     const auto names = sensorNames(chips);
-    controllerKeys_ = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
+    listedBefore_ = std::move(listedBefore);
+    controllerKeys_ = listedBefore_.empty() ? keysOfControllerChips(chips) : listedBefore_;
     ListBuilder builder(*sensors_, configuration_.get(), files_, clock_);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
         if (chip.name != appleSMCChip) {
             builder.add(chip, names[place], controllerKeys_);
-        } else if (listedBefore.empty()) {
+        } else if (listedBefore_.empty()) {
             builder.addControllerChip(chip);
         }
     }
@@ -225,6 +227,7 @@ bool KernelSensorSource::readController(const Sensor& sensor, const SensorSample
 void KernelSensorSource::close() {
     const std::lock_guard lock(mutex_);
     sensors_ = std::make_shared<const Sensors>();
+    builtAt_.reset();
 }
 
 } // namespace kelvinbar

@@ -40,7 +40,11 @@ class KernelSensorSource final : public SensorSource {
     KernelSensorSource(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock, Log& log,
                        std::shared_ptr<SensorConfiguration> configuration = nullptr);
 
-    /// Available when there is at least one sensor. Looks for sensors only if the last search found none.
+    /// The shortest time between two searches by `status` while there are no sensors, as on a virtual
+    /// machine.
+    static constexpr std::chrono::seconds searchInterval{15};
+
+    /// Available when there is at least one sensor. Looks for sensors if the last search found none.
     SourceStatus status() override;
 
     /// Looks for sensors, unless `status` did within the last second. Leaves out channels that the SMC keys
@@ -69,7 +73,7 @@ class KernelSensorSource final : public SensorSource {
     /// Stores a reading in `reading`; false when the sensor cannot be read.
     static bool read(const Sensor& sensor, RawReading& reading);
     static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
-    void rebuild(const KeySet& listedBefore);
+    void rebuild(KeySet listedBefore);
     [[nodiscard]] bool isCurrent(const KeySet& listedBefore) const;
 
     const std::filesystem::path root_;
@@ -80,10 +84,11 @@ class KernelSensorSource final : public SensorSource {
     const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
     SensorFiles files_;
     std::shared_ptr<const Sensors> sensors_ = std::make_shared<const Sensors>();
-    std::map<std::string, std::string> places_; ///< as in KeyHistory, of the last search
-    KeySet controllerKeys_;                     ///< SMC keys at the last search
-    std::chrono::nanoseconds builtAt_{0};
-    bool isUnlisted_ = false; ///< found by `status`, not listed yet
+    std::map<std::string, std::string> places_;       ///< as in KeyHistory, of the last search
+    KeySet controllerKeys_;                           ///< SMC keys at the last search
+    std::optional<std::chrono::nanoseconds> builtAt_; ///< empty before the first search and after `close`
+    KeySet listedBefore_;                             ///< the argument of the last search
+    bool isUnlisted_ = false;                         ///< found by `status`, not listed yet
 };
 
 } // namespace kelvinbar

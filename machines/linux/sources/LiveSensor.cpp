@@ -133,7 +133,12 @@ std::optional<SensorSample> LiveSensor::readNumber(std::string_view line) const 
     auto number = configuredValue(static_cast<double>(*counts) / countsPerUnit_);
     if (meter_ != nullptr && number) number = meter_->powerAt(*number, clock_->now());
     if (!number || !range_.contains(*number)) return std::nullopt;
-    return SensorSample{.number = number, .text = {}, .raw = std::string(trimmed(line))};
+    SensorSample sample{.number = number, .text = {}, .raw = std::string(trimmed(line))};
+    if (kind_ == SensorKind::flag) {
+        sample.text = *number > 0 ? "Yes" : "No";
+        sample.number.reset();
+    }
+    return sample;
 }
 
 } // namespace kelvinbar

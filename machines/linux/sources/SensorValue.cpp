@@ -29,12 +29,16 @@ constexpr std::array<std::pair<SensorKind, ValueRange>, 14> ranges{{
     {SensorKind::percent, {0, 100}},
 }};
 
+/// Devices on whose boards thermistor inputs may be left unconnected.
+constexpr std::array<std::string_view, 7> boards{mainboardWords, "ThinkPad", "Dell",  "HP",
+                                                 "ASUS",         "Acer",     "Lenovo"};
+
 /// Working silicon stays inside. An open thermistor input of a mainboard reads near the ends of its scale,
 /// most often -62, -55, 0 or 127 °C.
 std::optional<ValueRange> temperatureRange(std::string_view type) {
     const DeviceRow* const device = deviceRowOf(type);
     if (device == nullptr) return std::nullopt;
-    if (device->words == mainboardWords) return ValueRange{1, 120};
+    if (std::ranges::find(boards, device->words) != boards.end()) return ValueRange{1, 120};
     const bool isSilicon = device->category == SMCCategory::cpu || device->category == SMCCategory::gpu ||
                            device->category == SMCCategory::storage;
     return isSilicon ? std::optional(ValueRange{-20, 150}) : std::nullopt;

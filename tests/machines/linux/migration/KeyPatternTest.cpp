@@ -1,4 +1,4 @@
-#include "machines/linux/naming/KeyPattern.h"
+#include "machines/linux/migration/KeyPattern.h"
 
 #include "catalogue/SMCKeyDatabase.h"
 
