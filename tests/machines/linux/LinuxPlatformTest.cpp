@@ -17,7 +17,7 @@ struct LinuxPlatform : testing::Test {
 TEST_F(LinuxPlatform, KnowsTheFactsOfThisMachine) {
     const auto readings = NativeMacSupport(*machine.system).readings();
     EXPECT_THAT(readings, testing::Contains(testing::Field(&SMCReading::key, "NARC")));
-    EXPECT_THAT(readings, testing::Contains(testing::Field(&SMCReading::key, "NTHR")));
+    EXPECT_THAT(readings, testing::Contains(testing::Field(&SMCReading::key, "NCOR")));
     EXPECT_THAT(readings, testing::Each(testing::Field(&SMCReading::type, "native")));
 }
 

@@ -159,7 +159,7 @@ TEST_F(LinuxSystemInformationTest, AMemoryFileWithoutAUsableTotalIsUnknown) {
 // States
 
 TEST_F(LinuxSystemInformationTest, TheThermalStateIsThatOfTheThermalZones) {
-    EXPECT_EQ(system.thermalState(), -1);
+    EXPECT_EQ(system.thermalState(), std::nullopt);
     tree.write("sys/class/thermal/thermal_zone0/temp", "91000\n");
     EXPECT_EQ(system.thermalState(), 0);
     tree.write("sys/class/thermal/thermal_zone0/trip_point_0_type", "hot\n");
@@ -201,7 +201,7 @@ void expectNothingKnown(const LinuxSystemInformation& system) {
     EXPECT_EQ(system.systemBytes("hw.model"), std::nullopt);
     EXPECT_EQ(system.activeProcessorCount(), 0);
     EXPECT_EQ(system.physicalMemory(), 0U);
-    EXPECT_EQ(system.thermalState(), -1);
+    EXPECT_EQ(system.thermalState(), std::nullopt);
     EXPECT_FALSE(system.isLowPowerModeEnabled());
 }
 
@@ -224,13 +224,15 @@ TEST_F(LinuxSystemInformationTest, NothingIsKnownFromDirectoriesInThePlaceOfFile
 TEST_F(LinuxSystemInformationTest, AFilledTreeGivesTheNativeReadings) {
     tree.write("proc/cpuinfo", "processor\t: 0\nmodel name\t: Some Processor\n");
     tree.write("proc/meminfo", "MemTotal:       16777216 kB\n");
+    tree.write("proc/sys/kernel/arch", "x86_64\n");
     tree.write("sys/devices/system/cpu/online", "0-7\n");
     tree.write("sys/class/thermal/thermal_zone0/temp", "45000\n");
     tree.write("sys/firmware/acpi/platform_profile", "low-power\n");
     std::vector<std::string> values;
     for (const SMCReading& reading : NativeMacSupport(system).readings())
         values.push_back(reading.key + " " + reading.value);
-    EXPECT_THAT(values, ElementsAre("NCPU Some Processor", "NARC Apple Silicon", "NCOR 8", "NRAM 16.0",
+    EXPECT_EQ(system.thermalStateName(), "Thermal State");
+    EXPECT_THAT(values, ElementsAre("NCPU Some Processor", "NARC x86_64", "NCOR 8", "NRAM 16.0",
                                     "NTHR Nominal", "NLPM Enabled"));
 }
 

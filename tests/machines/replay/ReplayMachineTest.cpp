@@ -186,10 +186,18 @@ TEST(ReplaySystemInformation, KnowsNothingThatTheTextDoesNotTell) {
     EXPECT_FALSE(system.isLowPowerModeEnabled());
     EXPECT_EQ(exportedText(*replay.machine),
               std::string(exportedHead)
-                  .append("3\n")
+                  .append("2\n")
                   .append("\nNARC\tnative\tArchitecture\tApple Silicon\tRAW=Apple Silicon")
-                  .append("\nNLPM\tnative\tLow Power Mode\tDisabled\tRAW=Disabled")
-                  .append("\nNTHR\tnative\tmacOS Thermal State\tUnknown\tRAW=Unknown"));
+                  .append("\nNLPM\tnative\tLow Power Mode\tDisabled\tRAW=Disabled"));
+}
+
+TEST(ReplaySystemInformation, KeepsTheFactsOfALinuxMachine) {
+    const std::string text = std::string(exportedHead)
+                                 .append("3\n")
+                                 .append("\nNARC\tnative\tArchitecture\tx86_64\tRAW=x86_64")
+                                 .append("\nNLPM\tnative\tLow Power Mode\tDisabled\tRAW=Disabled")
+                                 .append("\nNTHR\tnative\tThermal State\tFair\tRAW=Fair");
+    EXPECT_EQ(exportedReplay(text), text);
 }
 
 } // namespace

@@ -131,7 +131,24 @@ TEST_F(KernelSensorSourceTest, IsAvailableOnceThereIsASensor) {
     add("chip devices/virtual/thermal/thermal_zone0/hwmon5\nname acpitz\n");
     EXPECT_FALSE(source.status().isAvailable) << "a chip without a channel";
     add(processor);
+    clock->advance(KernelSensorSource::searchInterval + std::chrono::milliseconds(1));
     EXPECT_EQ(source.status(), (SourceStatus{.isAvailable = true, .message = "Sensors of the kernel"}));
+}
+
+TEST_F(KernelSensorSourceTest, SearchesForSensorsEveryFifteenSecondsWhileThereAreNone) {
+    EXPECT_FALSE(source.status().isAvailable);
+    add(processor);
+    clock->advance(KernelSensorSource::searchInterval);
+    EXPECT_FALSE(source.status().isAvailable);
+    clock->advance(std::chrono::milliseconds(1));
+    EXPECT_TRUE(source.status().isAvailable);
+}
+
+TEST_F(KernelSensorSourceTest, SearchesAtOnceAfterItWasClosed) {
+    EXPECT_FALSE(source.status().isAvailable);
+    add(processor);
+    source.close();
+    EXPECT_TRUE(source.status().isAvailable);
 }
 
 TEST_F(KernelSensorSourceTest, HasNoFansOfARegistry) {

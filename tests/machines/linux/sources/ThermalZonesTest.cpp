@@ -2,6 +2,7 @@
 
 #include "tests/machines/linux/TemporaryTree.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,7 +35,7 @@ class ThermalZones : public testing::Test {
         }
     }
 
-    [[nodiscard]] int state() const { return thermalStateOfZones(tree.root()); }
+    [[nodiscard]] std::optional<int> state() const { return thermalStateOfZones(tree.root()); }
 };
 
 TEST_F(ThermalZones, AZoneBelowItsTripPointsIsNominal) {
@@ -110,20 +111,20 @@ TEST_F(ThermalZones, AZoneThatCannotBeReadIsPassedOver) {
 }
 
 TEST_F(ThermalZones, TheStateIsUnknownWhereNoZoneCanBeRead) {
-    EXPECT_EQ(state(), -1) << "no zones";
+    EXPECT_EQ(state(), std::nullopt) << "no zones";
     addZone("thermal_zone0", "\n", {{"critical", 50000}});
-    EXPECT_EQ(state(), -1) << "an unreadable zone";
+    EXPECT_EQ(state(), std::nullopt) << "an unreadable zone";
 }
 
 TEST_F(ThermalZones, OtherDirectoriesAreNoZones) {
     addZone("cooling_device0", "200000\n", {{"critical", 50000}});
     addZone("hwmon0", "200000\n", {{"critical", 50000}});
-    EXPECT_EQ(state(), -1);
+    EXPECT_EQ(state(), std::nullopt);
 }
 
 TEST_F(ThermalZones, TheStateIsUnknownWithoutTheDirectory) {
-    EXPECT_EQ(thermalStateOfZones(tree.root() / "missing"), -1);
-    EXPECT_EQ(thermalStateOfZones(tree.write("file", "text")), -1);
+    EXPECT_EQ(thermalStateOfZones(tree.root() / "missing"), std::nullopt);
+    EXPECT_EQ(thermalStateOfZones(tree.write("file", "text")), std::nullopt);
 }
 
 } // namespace
