@@ -215,7 +215,7 @@ void objc_autoreleasePoolPop(void* pool) {
     if (pool != reinterpret_cast<void*>(fake().openScopes--)) fail("scopes that end in another order");
 }
 
-#ifndef __APPLE__ // whose C library has it
+#ifndef __APPLE__ // in the C library there
 mach_port_t mach_task_self() { return 0x103; }
 #endif
 

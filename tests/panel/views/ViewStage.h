@@ -50,7 +50,7 @@ class ViewStage final : public QObject {
     Q_INVOKABLE void start();
     /// The same before its first refresh ends.
     Q_INVOKABLE void startScanning();
-    /// A machine whose controller lists no key, or that has none; after the first refresh.
+    /// A machine whose SMC lists no key, or one without an SMC; after the first refresh.
     Q_INVOKABLE void startEmpty(bool hasController);
 
     /// Controls over the scene's store, with these values of the build; they open nothing and do not quit.
