@@ -1,4 +1,4 @@
-// A Qt program that does nothing, with a connection to the session bus: what any program of this kind costs.
+// A Qt program that does nothing but connect to the session bus: the baseline for any program of this kind.
 
 #include <QDBusConnection>
 #include <QGuiApplication>

@@ -1,4 +1,4 @@
-// Catalogue look-ups: a key of the table, one that a rule names, and one that nothing names.
+// Catalogue look-ups: a key in the table, a key that a rule names, and an unknown key.
 
 #include "bench/Measuring.h"
 #include "catalogue/SMCKeyDatabase.h"

@@ -1,4 +1,5 @@
-// One pass over a machine whose driver answers from memory, and the same driver calls alone as its floor.
+// One pass over a machine whose driver answers from memory, and the same driver calls alone as the lower
+// bound.
 
 #include "bench/Measuring.h"
 
@@ -38,7 +39,7 @@ std::vector<std::uint32_t> packedKeys(const std::vector<std::string>& keys) {
     return codes;
 }
 
-/// The driver's calls that a pass makes, without the rest of it.
+/// The driver calls of a pass, without the rest of it.
 struct DriverCalls {
     explicit DriverCalls(const std::vector<std::string>& keys) : driver(keys), codes(packedKeys(keys)) {}
 
@@ -64,7 +65,7 @@ void measurePass(benchmark::State& state, const std::vector<std::string>& keys, 
     while (state.KeepRunning()) benchmark::DoNotOptimize(kelvinbar::loadReadings(memory.machine, pass));
 }
 
-/// A pass that discovers all keys and reads those that one pass may.
+/// A pass that discovers all keys and reads as many as one pass may read.
 void loadReadingsWithDiscovery(benchmark::State& state) {
     measurePass(state, keysOfArgument(state), discoveringPass());
 }

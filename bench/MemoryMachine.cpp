@@ -23,7 +23,7 @@ class EmptyRegistry final : public IORegistry {
     }
 };
 
-/// Types in the mix that real machines have, with bytes that decode to plausible values.
+/// The mix of types on real machines, with bytes that decode to plausible values.
 struct SampleValue {
     std::string_view type;
     std::vector<std::uint8_t> bytes;
@@ -77,7 +77,7 @@ MemoryDriver::MemoryDriver(const std::vector<std::string>& keys) {
 }
 
 void MemoryDriver::changeValue(std::string_view key) {
-    // A byte of weight: the first, but of floating-point numbers, which are stored the other way round.
+    // A significant byte: the first, except for floating-point numbers, which are little-endian.
     auto& answers = byKey_.find(packedSMCKey(key))->second;
     const bool isFloat = answers.info.dataType == packedSMCKey("flt ");
     answers.bytes.bytes.at(isFloat ? 2 : 0) ^= 0x10U;

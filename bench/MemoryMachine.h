@@ -19,22 +19,22 @@
 
 namespace kelvinbar::bench {
 
-/// `count` distinct keys that the catalogue can name, in ascending order: half by its table where that has
-/// enough of them, the rest by its rules.
+/// `count` distinct keys with names, in ascending order: half of them from the catalogue's table as far as it
+/// goes, the others named by rules.
 std::vector<std::string> namedKeys(std::size_t count);
 
-/// A clock for which no key is ever old.
+/// A clock that stands still, so that no key expires.
 class StandingClock final : public MonotonicClock {
   public:
     [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
 };
 
-/// A controller that answers from memory, as fast as a driver can: what a pass costs beyond it is ours.
+/// An SMC driver that answers from memory without delay, so that a benchmark measures our own code only.
 class MemoryDriver final : public SMCDriver {
   public:
     explicit MemoryDriver(const std::vector<std::string>& keys);
 
-    /// Gives `key` another value. Not while a pass runs.
+    /// Changes the value of `key`. Not while a pass is running.
     void changeValue(std::string_view key);
 
     std::optional<Service> findService(std::string_view /*className*/) override { return 1; }
@@ -57,7 +57,7 @@ class MemoryDriver final : public SMCDriver {
     std::unordered_map<std::uint32_t, Answers> byKey_;
 };
 
-/// A machine of `keys`, without registry fans and system facts, and its driver.
+/// A machine with `keys`, without registry fans and system facts, and its driver.
 struct MemoryMachine {
     explicit MemoryMachine(const std::vector<std::string>& keys);
 

@@ -9,7 +9,7 @@
 
 namespace kelvinbar::bench {
 
-/// A store over 300 keys in memory. Its first refresh has begun.
+/// A store over 300 keys in memory. Its first refresh has been started.
 class MemoryStore {
   public:
     /// The queues outlive the object.

@@ -1,6 +1,5 @@
-// How long the panel takes from a click on the status item to its first picture on the screen: of the whole
-// program, from outside. The click comes over the bus as from a tray; the screen is looked at every
-// millisecond.
+// Measures the time from a click on the status item to the panel's first frame, on the real program, from
+// outside. The click is sent over D-Bus, as a tray does; the screen is polled every millisecond.
 //
 // usage: kelvinbar_panel_opening PROGRAM [ARGUMENTS OF IT]
 
@@ -23,11 +22,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::milliseconds glance{1};
-constexpr std::chrono::seconds patience{5};
+constexpr std::chrono::milliseconds pollInterval{1};
+constexpr std::chrono::seconds timeout{5};
 constexpr int openings = 30;
 
-/// Of a panel in the top right corner: the middle of its header, which is drawn first.
+/// The middle of the header of a panel in the top right corner. The header is drawn first.
 QImage cornerOfScreen() {
     const QScreen& screen = *QGuiApplication::primaryScreen();
     const QRect frame = screen.geometry();
@@ -50,7 +49,7 @@ class Program {
         process_.waitForFinished();
     }
 
-    /// A click on the item, which opens the panel or closes it.
+    /// Clicks the status item, which opens or closes the panel.
     void click() {
         QDBusMessage message = QDBusMessage::createMethodCall(
             QString("org.kde.StatusNotifierItem-%1-1").arg(process_.processId()), "/StatusNotifierItem",
@@ -59,14 +58,14 @@ class Program {
         QDBusConnection::sessionBus().send(message);
     }
 
-    /// Milliseconds from a click until the screen looks different; nothing when it never does.
+    /// Milliseconds from a click until the screen changes; nothing on a timeout.
     std::optional<double> clickUntilTheScreenChanges() {
         const QImage before = cornerOfScreen();
         const auto start = std::chrono::steady_clock::now();
         click();
         while (cornerOfScreen() == before) {
-            if (std::chrono::steady_clock::now() - start > patience) return std::nullopt;
-            QThread::usleep(std::chrono::microseconds(glance).count());
+            if (std::chrono::steady_clock::now() - start > timeout) return std::nullopt;
+            QThread::usleep(std::chrono::microseconds(pollInterval).count());
         }
         return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     }

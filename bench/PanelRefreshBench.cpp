@@ -1,5 +1,5 @@
-// What a refresh costs the main thread while the panel is open: 300 readings, of which some have changed,
-// from the arrival of the result to the last pixel. In processor time, since the thread sleeps in between.
+// The cost of a refresh on the main thread while the panel is open: 300 readings, some of them changed, from
+// the arrival of the result to the last pixel. Measured in CPU time, because the thread sleeps in between.
 
 #include "bench/MemoryStore.h"
 #include "panel/PanelWindow.h"
@@ -41,7 +41,7 @@ class WaitingMainQueue final : public MainQueue {
     std::deque<std::function<void()>> waiting_;
 };
 
-/// Runs what is started at once; that part is not measured.
+/// Runs work immediately, outside the measured time.
 class ImmediateQueue final : public BackgroundQueue {
   public:
     Cancellation start(Work work) override {
@@ -51,7 +51,7 @@ class ImmediateQueue final : public BackgroundQueue {
     }
 };
 
-/// A desktop that starts nothing at login.
+/// A desktop without login items.
 class NoLoginItemService final : public LoginItemService {
   public:
     [[nodiscard]] bool canRegister() const override { return false; }
@@ -79,7 +79,7 @@ class OpenPanel {
         settle();
     }
 
-    /// The main thread's time for one refresh in which `changed` readings have another value.
+    /// The main thread's CPU time for a refresh in which the readings `changed` have new values.
     Milliseconds refresh(const std::vector<std::string>& changed) {
         for (const std::string& key : changed) memory_.driver().changeValue(key);
         memory_.store().refresh(false);
@@ -91,7 +91,7 @@ class OpenPanel {
         return threadTime() - before;
     }
 
-    /// The keys of all rows from the top of the list.
+    /// The keys of all rows, from the top of the list.
     [[nodiscard]] std::vector<std::string> keysOfRows() const {
         std::vector<std::string> keys;
         const ReadingList visible = visibleReadings(memory_.store().readings().value(), {});
@@ -102,12 +102,12 @@ class OpenPanel {
     }
 
   private:
-    /// Asleep where there is nothing to do.
+    /// Sleeps while there is nothing to do.
     void waitForFrameAfter(int number) const {
-        constexpr int giveUp = 1000; // milliseconds
+        constexpr int timeout = 1000; // milliseconds
         QTimer alarm;
         alarm.setSingleShot(true);
-        alarm.start(giveUp);
+        alarm.start(timeout);
         while (frames_ == number && alarm.isActive()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }

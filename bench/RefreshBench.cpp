@@ -1,4 +1,4 @@
-// Refreshes of a whole store, for as long as a program runs for days: memory and threads must not grow.
+// Refreshes a complete store as often as a program does in days: memory and threads must not grow.
 
 #include "base/MainLoopQueue.h"
 #include "base/WorkerQueue.h"
@@ -13,7 +13,7 @@ namespace kelvinbar::bench {
 
 namespace {
 
-/// A number from the kernel's account of this process, such as "VmRSS" (KiB) or "Threads".
+/// A number from /proc/self/status, such as "VmRSS" (KiB) or "Threads".
 double processStatus(const std::string& name) {
     std::ifstream file("/proc/self/status");
     for (std::string line; std::getline(file, line);) {

@@ -1,6 +1,6 @@
-// Reading the sensors of this machine's /sys: Kelvinbar's pass and its discovery, the bare reads that no
-// reader can do without, and the same values through libsensors where that is installed.
-// scripts/bench-sensors.sh runs it over a made-up tree and counts its system calls.
+// Reads the sensors of this machine's /sys: a pass and a discovery of Kelvinbar, the bare reads that no
+// reader can avoid, and the same values through libsensors if it is installed. scripts/bench-sensors.sh runs
+// it over a synthetic tree and counts its system calls.
 
 #include "base/Log.h"
 #include "base/NumberText.h"
@@ -34,7 +34,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Processor time of this process, in nanoseconds.
+/// CPU time of this process, in nanoseconds.
 std::int64_t processorTime() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -44,7 +44,7 @@ std::int64_t processorTime() {
     return nanoseconds(usage.ru_utime) + nanoseconds(usage.ru_stime);
 }
 
-/// A reader's values in one pass, and what it costs.
+/// The values of one pass, and what it costs.
 struct Result {
     std::size_t values = 0;
     std::int64_t nanosecondsAPass = 0;
@@ -60,7 +60,7 @@ Result measured(int passes, Pass pass) {
     return result;
 }
 
-/// A machine over the real root, with nothing between it and the kernel.
+/// A machine over the real root.
 struct RealMachine {
     StandardErrorSink sink;
     Log log{sink};
@@ -79,13 +79,13 @@ Result readThroughKelvinbar(int passes) {
     return measured(passes, [&] { return loadReadings(real.machine, pass).readings.size(); });
 }
 
-/// Looking for sensors anew, as every five minutes.
+/// A discovery, as every five minutes.
 Result discoverThroughKelvinbar(int passes) {
     const RealMachine real;
     return measured(passes, [&] { return real.machine.source->discoverKeys({}).size(); });
 }
 
-/// The least that a pass can cost: each file read in place, and its number parsed.
+/// The lower bound for a pass: reads each file in place and parses its number.
 Result readInPlace(int passes) {
     StandardErrorSink sink;
     Log log(sink);
@@ -138,7 +138,7 @@ Result readThroughLibsensors(int passes) {
 }
 #endif
 
-/// Chips of a made-up machine: `channels` channels, twenty a chip.
+/// Chips of a synthetic machine with `channels` channels, twenty per chip.
 void makeTree(const fs::path& classFolder, int channels) {
     constexpr int channelsOfAChip = 20;
     for (int channel = 0; channel < channels; ++channel) {

@@ -1,4 +1,4 @@
-// The steps of a pass by themselves: decoding, normalising, sorting; printf is the floor of number text.
+// Single steps of a pass: decoding, normalising, sorting. printf is the lower bound for number text.
 
 #include "base/NumberText.h"
 #include "bench/Measuring.h"

@@ -2,7 +2,7 @@
 #
 #   kelvinbar_embed_texts(<out-var> NAMESPACE <namespace> <identifier>=<file> …)
 #
-# <out-var> receives the generated source. The program carries the bytes of the file as they are.
+# Sets <out-var> to the generated source. The bytes of the file are embedded unchanged.
 function(kelvinbar_embed_texts out_var)
   cmake_parse_arguments(PARSE_ARGV 1 embed "" "NAMESPACE" "")
   set(body "")
@@ -12,7 +12,7 @@ function(kelvinbar_embed_texts out_var)
     set(file "${CMAKE_MATCH_2}")
     file(READ "${file}" hex HEX)
     string(REGEX REPLACE "([0-9a-f][0-9a-f])" "\\\\x\\1" escaped "${hex}")
-    # One literal a 64 bytes keeps the generated source readable and within every compiler's limits.
+    # Short literals keep the generated source readable and within the limits of all compilers.
     string(REGEX REPLACE "((\\\\x[0-9a-f][0-9a-f])(\\\\x[0-9a-f][0-9a-f])?(\\\\x[0-9a-f][0-9a-f])?(\\\\x[0-9a-f][0-9a-f])?(\\\\x[0-9a-f][0-9a-f])?(\\\\x[0-9a-f][0-9a-f])?(\\\\x[0-9a-f][0-9a-f])?(\\\\x[0-9a-f][0-9a-f])?)"
       "    \"\\1\"\n" lines "${escaped}")
     file(SIZE "${file}" size)

@@ -1,4 +1,4 @@
-# The kinds of targets of the project, and the options that all of them are built with.
+# The kinds of targets in this project, and their common options.
 
 find_package(Threads REQUIRED)
 
@@ -17,13 +17,13 @@ if(KELVINBAR_SANITIZE)
   target_link_options(kelvinbar_options INTERFACE "-fsanitize=${KELVINBAR_SANITIZE}")
 endif()
 if(CMAKE_INTERPROCEDURAL_OPTIMIZATION AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # The linker then compares the types of all sources: two of one name would share functions. The other warning is
-  # wrong about the toolkit's containers.
+  # With link-time optimisation the linker also finds types of one name that differ between sources (-Wodr). The
+  # disabled warning is a false positive in Qt's containers.
   target_link_options(kelvinbar_options INTERFACE
     $<$<BOOL:${KELVINBAR_WARNINGS_AS_ERRORS}>:-Werror=odr> -Wno-alloc-size-larger-than)
 endif()
 
-# A folder of the repository as a static library named after it.
+# A folder of the repository as a static library.
 function(kelvinbar_add_library name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PRIVATE kelvinbar_options)
@@ -34,8 +34,8 @@ function(kelvinbar_add_program name)
   target_link_libraries(${name} PRIVATE kelvinbar_options)
 endfunction()
 
-# The core. Where the program loads parts of itself when they are needed, both take the core from one shared library.
-# Only the core exports its names: a type of a module and a type of the program stay apart, whatever they are called.
+# The core. If the program loads modules, program and modules share it as a shared library. Only the core exports
+# symbols, so names in a module cannot clash with names in the program.
 set(kelvinbar_core_kind STATIC)
 if(KELVINBAR_HAS_MODULES)
   set(kelvinbar_core_kind SHARED)
@@ -48,19 +48,19 @@ set(KELVINBAR_MODULE_DIR "${CMAKE_INSTALL_LIBDIR}/kelvinbar")
 file(RELATIVE_PATH KELVINBAR_MODULE_DIR_FROM_PROGRAM
   "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}/kelvinbar")
 
-# kelvinbar_place_beside_modules(<target>): into the folder of the modules, in which they find each other. The linker
-# fails on a symbol that the target neither has nor finds in a library that it names.
+# kelvinbar_place_beside_modules(<target>): builds and installs the target in the folder of the modules, where they find
+# each other. Undefined symbols are a link error.
 function(kelvinbar_place_beside_modules target)
   set_target_properties(${target} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/kelvinbar"
     INSTALL_RPATH "$ORIGIN")
-  if(NOT KELVINBAR_SANITIZE) # whose functions are in the program
+  if(NOT KELVINBAR_SANITIZE) # the program defines the sanitizer's symbols
     target_link_options(${target} PRIVATE -Wl,-z,defs)
   endif()
   install(TARGETS ${target} LIBRARY DESTINATION "${KELVINBAR_MODULE_DIR}")
 endfunction()
 
-# A part of the program that is loaded when it is first needed.
+# A part of the program that is loaded on first use.
 function(kelvinbar_add_module name)
   add_library(${name} MODULE ${ARGN})
   target_link_libraries(${name} PRIVATE kelvinbar_options)
@@ -72,12 +72,12 @@ if(KELVINBAR_HAS_MODULES)
   set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
   set(CMAKE_INSTALL_RPATH "$ORIGIN/${KELVINBAR_MODULE_DIR_FROM_PROGRAM}")
   set_target_properties(kelvinbar_core PROPERTIES OUTPUT_NAME kelvinbar-core)
-  # Nothing replaces a function of the core, so it calls its own directly.
+  # No function of the core is interposed, so internal calls can be direct.
   target_link_options(kelvinbar_core PRIVATE -Wl,-Bsymbolic-functions)
   kelvinbar_place_beside_modules(kelvinbar_core)
 endif()
 
-# A folder of the core: objects for kelvinbar_core, which is what others link.
+# A folder of the core: an object library that is linked into kelvinbar_core, which is what others link.
 function(kelvinbar_add_core_folder folder)
   set(objects kelvinbar_${folder}_objects)
   add_library(${objects} OBJECT ${ARGN})

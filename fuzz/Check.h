@@ -5,7 +5,7 @@
 
 namespace kelvinbar::fuzz {
 
-/// Ends the run as a finding unless `holds`.
+/// Aborts unless `holds`, which libFuzzer reports as a finding.
 inline void check(bool holds, const char* rule) {
     if (holds) return;
     std::fprintf(stderr, "broken rule: %s\n", rule);

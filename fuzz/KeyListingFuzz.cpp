@@ -1,4 +1,4 @@
-// A driver that lies: each of its answers is the next bytes of the input, whatever it was asked.
+// A driver that lies: each answer is the next bytes of the input, whatever the question.
 
 #include "fuzz/Check.h"
 #include "sensors/Machine.h"
@@ -84,7 +84,7 @@ class EmptyRegistry final : public IORegistry {
     }
 };
 
-/// Not even the operating system knows anything.
+/// System facts that are all unknown.
 class NoSystemInformation final : public SystemInformation {
   public:
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view /*name*/) const override {

@@ -1,4 +1,4 @@
-// Any text as a key: naming, and the order of names.
+// Any text as a key: its name, and the order of names.
 
 #include "base/NaturalOrder.h"
 #include "base/Text.h"

@@ -1,4 +1,4 @@
-// Any text as a replayed machine. What it exports must replay to the same export.
+// Any text as a snapshot. The export of the replayed machine must replay to the same export.
 
 #include "fuzz/Check.h"
 #include "machines/replay/ReplayMachine.h"

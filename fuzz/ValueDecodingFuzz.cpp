@@ -1,4 +1,4 @@
-// Any parameter block through decoding and normalising. Input: four bytes of key, then the block.
+// Any parameter block, through decoding and normalisation. Input: four bytes of key, then the block.
 
 #include "base/Text.h"
 #include "fuzz/Check.h"
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::memcpy(&block, input.data() + 4, sizeof(block));
     const std::string key(input.begin(), input.begin() + 4);
     kelvinbar::fuzz::decode(key, block);
-    // Sizes in range are rare among random ones.
+    // Valid sizes are rare among random ones.
     block.dataSize %= 33;
     kelvinbar::fuzz::decode("B0AV", block);
     return 0;

@@ -7,7 +7,7 @@
 namespace kelvinbar {
 
 std::function<void(QPainter&)> Artwork::painting() const {
-    // As many pixels as are shown: a painter that shrinks a picture leaves out most of it.
+    // Scaled to the size on screen first: QPainter skips most pixels when it shrinks an image.
     const QSize pixels = (size() * window()->effectiveDevicePixelRatio()).toSize();
     const QImage picture(":/artwork/" + name_ + ".png");
     return [rect = boundingRect(), picture = picture.scaled(pixels, Qt::KeepAspectRatio,

@@ -7,7 +7,8 @@
 
 namespace kelvinbar {
 
-/// A picture of the program's own in its own colours, square and without a frame.
+/// An image of the program's artwork in its own colours, such as "AboutIcon". The item is drawn as a square
+/// without a frame. A name without an image draws nothing.
 class Artwork : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -31,7 +31,7 @@ double digitWidth(const QFontMetricsF& metrics) {
 
 bool isDigit(QChar character) { return character >= u'0' && character <= u'9'; }
 
-/// Each digit in the middle of its place; the text between digits as it is.
+/// Centres each digit in its cell; draws the text between digits as it is.
 Line laidOutLine(const QString& text, const QFontMetricsF& metrics) {
     const double place = digitWidth(metrics);
     Line line;

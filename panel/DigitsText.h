@@ -9,15 +9,17 @@
 
 namespace kelvinbar {
 
-/// A line of text whose digits are of one width in every font, so that a changing value stays where it is.
-/// What an item has no width for is elided at its end.
+/// A line of plain text with digits of equal width, so that a value does not jump when it changes. Not every
+/// font has tabular digits, so each digit is drawn in a cell as wide as the widest one.
+///
+/// The implicit size is that of the whole line. A narrower item elides the end.
 class DigitsText : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY changed)
-    /// Whether the line is in the middle of a wider item, not at its left edge.
+    /// Whether the line is centred in a wider item; otherwise it is at the left edge.
     Q_PROPERTY(bool isCentered READ isCentered WRITE setCentered NOTIFY changed)
 
   public:
@@ -43,6 +45,7 @@ class DigitsText : public kelvinbar::PaintedItem {
     [[nodiscard]] std::function<void(QPainter&)> painting() const override;
 
   private:
+    /// Updates the implicit size after a change of text or font.
     void measure();
 
     QString text_;

@@ -10,8 +10,16 @@
 
 namespace kelvinbar {
 
-/// A list that comes to equal another by the smallest steps: views keep what stays, with its state, and hear
-/// of each change once. An `Item` has an `id()`, unique in its list, and `changedRoles(const Item&)`.
+/// A list model that is updated by replacing its content: it compares the old and the new list by id, and
+/// signals removals, moves, insertions and changes. Views keep the delegates of items that stay, with their
+/// state (hover, focus, animations), where a reset would destroy them all.
+///
+/// An `Item` has `id()`, which must be unique in its list, and `changedRoles(const Item&)`, the roles in
+/// which another item of the same id differs; an item without any is not signalled. Adjacent rows are removed
+/// and inserted with one signal.
+///
+/// Pitfalls: during an update a view sees the intermediate lists. The cost is linear for lists in the same
+/// order and quadratic for shuffled ones. Main thread.
 template <typename Item>
 class KeyedListModel : public QAbstractListModel {
   public:
@@ -21,6 +29,7 @@ class KeyedListModel : public QAbstractListModel {
 
     [[nodiscard]] const std::vector<Item>& items() const { return items_; }
 
+    /// Makes the list equal to `target`.
     void update(std::vector<Item> target) {
         removeAllBut(target);
         for (std::size_t row = 0; row < target.size(); ++row) {
@@ -39,6 +48,7 @@ class KeyedListModel : public QAbstractListModel {
         return ids;
     }
 
+    /// Removes the items whose ids `target` does not contain.
     void removeAllBut(const std::vector<Item>& target) {
         const Ids kept = idsOf(target);
         for (std::size_t end = items_.size(); end > 0;) {
@@ -55,12 +65,13 @@ class KeyedListModel : public QAbstractListModel {
         endRemoveRows();
     }
 
-    /// Whether the item at `row` is all that stands between the row and the item that belongs there.
+    /// Whether the item that belongs at `row` is at the next row: then the one at `row` has moved down.
     [[nodiscard]] bool hasMovedDown(std::size_t row, const std::vector<Item>& target) const {
         return row + 1 < items_.size() && items_[row].id() != target[row].id() &&
                items_[row + 1].id() == target[row].id();
     }
 
+    /// Moves the item at `row` down to its final row, or to the end of the list.
     void sendDown(std::size_t row, const std::vector<Item>& target) {
         const auto place = std::find_if(target.begin(), target.end(),
                                         [&](const Item& item) { return item.id() == items_[row].id(); });
@@ -70,7 +81,7 @@ class KeyedListModel : public QAbstractListModel {
         endMoveRows();
     }
 
-    /// Whether there is such an item at or after `row`; it is at `row` then.
+    /// Moves the item with `id` up to `row`. False when no row from `row` on has it.
     bool bringToRow(std::size_t row, std::string_view id) {
         const auto found =
             std::find_if(at(row), items_.end(), [&](const Item& item) { return item.id() == id; });
@@ -83,7 +94,7 @@ class KeyedListModel : public QAbstractListModel {
         return true;
     }
 
-    /// Inserts target[row] and what else is new behind it; the last row of these.
+    /// Inserts target[row] and the new items that follow it. Returns the last inserted row.
     std::size_t insertRun(std::size_t row, const std::vector<Item>& target) {
         const Ids present = idsOf(items_);
         std::size_t end = row + 1;
@@ -95,6 +106,7 @@ class KeyedListModel : public QAbstractListModel {
         return end - 1;
     }
 
+    /// Replaces the item at `row` and signals the roles that differ.
     void changeItem(std::size_t row, Item item) {
         const QList<int> roles = items_[row].changedRoles(item);
         if (roles.isEmpty()) return;

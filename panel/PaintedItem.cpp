@@ -11,7 +11,7 @@ PaintedItem::PaintedItem(QQuickItem* parent) : QQuickItem(parent) { setFlag(Item
 
 QSGNode* PaintedItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
     if (width() <= 0 || height() <= 0) {
-        const std::unique_ptr<QSGNode> former(node); // the item's to give up
+        const std::unique_ptr<QSGNode> former(node); // the item owns the node and must delete it
         return nullptr;
     }
     auto* const painter = node == nullptr ? new PainterNode(*window()) : static_cast<PainterNode*>(node);

@@ -8,7 +8,8 @@ class QPainter;
 
 namespace kelvinbar {
 
-/// An item that is drawn with a painter.
+/// An item that is drawn with a QPainter directly into the window; QQuickPaintedItem would keep an image for
+/// each of hundreds of items. Main thread.
 class PaintedItem : public QQuickItem {
     Q_OBJECT
     QML_ANONYMOUS
@@ -17,13 +18,14 @@ class PaintedItem : public QQuickItem {
     explicit PaintedItem(QQuickItem* parent = nullptr);
 
   protected:
-    /// Draws the item as it is now into its own rectangle; keeps nothing of the item.
+    /// Returns a function that draws the item, in its present state, into its own rectangle. The function
+    /// holds copies only, since it may outlive the item.
     [[nodiscard]] virtual std::function<void(QPainter&)> painting() const = 0;
 
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& geometry, const QRectF& former) override;
 
-    /// Sets a property of the item, which is drawn anew when it changes.
+    /// Sets a property, redraws the item and emits `changed`. False when the value is the same.
     template <typename T>
     bool assign(T& field, const T& value) {
         if (field == value) return false;
@@ -34,6 +36,7 @@ class PaintedItem : public QQuickItem {
     }
 
   signals:
+    /// One signal for all properties; emitted after the change.
     void changed();
 };
 

@@ -21,9 +21,9 @@ void PainterNode::render(const RenderState* state) {
     auto* const painter = static_cast<QPainter*>(
         window_.rendererInterface()->getResource(&window_, QSGRendererInterface::PainterResource));
     const QRegion* const region = state->clipRegion();
-    // An item that is clipped away has no region at all.
+    // Null for an item that is entirely clipped away.
     if (painter == nullptr || !paint_ || region == nullptr || region->isEmpty()) return;
-    // The region is in the window's coordinates: it goes before the item's transformation.
+    // The region is in window coordinates, so it is set before the item's transformation.
     painter->setClipRegion(*region, Qt::ReplaceClip);
     painter->setTransform(matrix()->toTransform());
     painter->setOpacity(inheritedOpacity());

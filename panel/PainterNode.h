@@ -9,13 +9,16 @@ class QQuickWindow;
 
 namespace kelvinbar {
 
-/// Draws with a painter straight into the window: sharp at every scale, and no picture is kept of what is
-/// drawn. For the software renderer, which the panel runs on everywhere.
+/// A scene-graph node that draws with the window's QPainter. The result is sharp at every scale factor, and
+/// no texture or image is kept. Works with the software renderer only, which the panel always uses; draws
+/// nothing with any other.
 class PainterNode final : public QSGRenderNode {
   public:
+    /// The window outlives the node.
     explicit PainterNode(QQuickWindow& window) : window_(window) {}
 
-    /// `paint` draws inside `rect`, both in the item's coordinates.
+    /// `paint` draws inside `rect`; both are in the item's coordinates. The painter's clip, transformation
+    /// and opacity are set before the call.
     void set(const QRectF& rect, std::function<void(QPainter&)> paint);
 
     void render(const RenderState* state) override;

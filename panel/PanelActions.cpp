@@ -12,7 +12,7 @@ namespace {
 constexpr double heightDecrease = 80;
 constexpr double heightIncrease = 96;
 
-/// A preference file may hold any number; this many points are too many for every screen.
+/// A preference file may contain any number; no screen is this high.
 constexpr double greatestShownHeight = 999'999;
 
 } // namespace

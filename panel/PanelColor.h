@@ -4,7 +4,8 @@
 
 namespace kelvinbar {
 
-/// A colour of the panel, over what is below it.
+/// A colour in sRGB, blended over what is below it. The panel's own type, so that colours can be chosen
+/// without Qt.
 struct PanelColor {
     std::uint8_t red = 0;
     std::uint8_t green = 0;
@@ -22,10 +23,10 @@ constexpr PanelColor withOpacity(PanelColor color, double opacity) {
     return color;
 }
 
-/// The named colours of the platform's palette that tell sections and controls apart.
+/// The named colours of the platform's palette, one for each section and control.
 enum class Accent { cyan, purple, pink, grey, mint, orange, yellow, red };
 
-/// The shade of the accent for a dark background.
+/// The variant of the accent for a dark background.
 constexpr PanelColor shade(Accent accent) {
     switch (accent) {
     case Accent::cyan:

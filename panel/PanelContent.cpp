@@ -17,8 +17,8 @@ PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
     , sensors_(metrics, store.texts().memoryCard)
     , controls_(store, loginItem) {
     secondClickWait_.setSingleShot(true);
-    connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::secondClickMayNotComeAnyMore);
-    // The open panel holds the pointer, which what opens now needs.
+    connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::endDoubleClickWait);
+    // The open panel grabs the pointer, which the program that opens now needs.
     connect(&controls_, &PanelControls::linkOpened, this, &PanelContent::close);
     observe();
 }
@@ -41,13 +41,13 @@ void PanelContent::observe() {
     follow(store_.manualPopoverHeight(), false);
 }
 
-/// The fields of a refresh change one after the other: they are looked at together, when all of them have.
+/// A refresh sets the store's fields one after the other. One update follows when all are set.
 void PanelContent::postUpdate() {
     if (!isOpen_ || std::exchange(isUpdatePosted_, true)) return;
     QMetaObject::invokeMethod(this, &PanelContent::updateAsPosted, Qt::QueuedConnection);
 }
 
-/// An update for another reason may have come first.
+/// Does nothing if another update has come first.
 void PanelContent::updateAsPosted() {
     if (isUpdatePosted_) update();
 }
@@ -72,7 +72,7 @@ void PanelContent::updateTexts() {
     if (std::exchange(statusMessage_, message) != message) emit statusMessageChanged();
 }
 
-double PanelContent::leastHeight() { return minimumPopoverSize.height; }
+double PanelContent::minimumHeight() { return minimumPopoverSize.height; }
 
 void PanelContent::panelWillOpen(bool reducedMotion) {
     isOpen_ = true;
@@ -84,7 +84,7 @@ void PanelContent::panelWillOpen(bool reducedMotion) {
 
 void PanelContent::panelDidClose() {
     isOpen_ = false;
-    secondClickMayNotComeAnyMore();
+    endDoubleClickWait();
 }
 
 // Rows
@@ -107,8 +107,8 @@ void PanelContent::hideRow(const QString& key) { apply(&KelvinbarStore::hideRead
 void PanelContent::apply(RowAction action, const QString& key) {
     const SMCReading* const shown = sensors_.reading(key);
     if (shown == nullptr) return;
-    const SMCReading reading = *shown; // what was held back may take it off the list
-    secondClickMayNotComeAnyMore();
+    const SMCReading reading = *shown; // a copy: the delayed update may remove it
+    endDoubleClickWait();
     (store_.*action)(reading);
 }
 
@@ -120,7 +120,7 @@ void PanelContent::pressHideButton(const QString& key) {
     if (!isSecondClick) hideRow(key);
 }
 
-void PanelContent::secondClickMayNotComeAnyMore() {
+void PanelContent::endDoubleClickWait() {
     secondClickWait_.stop();
     if (const auto change = std::exchange(changeAfterWait_, nullptr)) change();
     update();

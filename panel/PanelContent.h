@@ -18,19 +18,30 @@ namespace kelvinbar {
 
 class KelvinbarStore;
 
-/// What the views show of the store. It follows the store once an event loop's turn, and only while the panel
-/// is open. Main thread.
+/// The root of what the views show: binds a store to QML.
+///
+/// The store changes one field after the other. This object observes them, and updates itself once all
+/// changes of an event-loop turn have been made. While the panel is closed it ignores them, and is brought up
+/// to date when it opens. Views contain no rules: what is shown and what a click does is decided here, in
+/// SensorList and in PanelControls.
+///
+/// Pitfall: rows must not move between the two clicks of a double-click, or the second would hit another row.
+/// A press therefore delays updates of the list for the system's double-click interval; controls are updated
+/// regardless. Whatever moves rows by other means must go through `whenRowsMayMove`.
+///
+/// Main thread. Store and login item outlive it.
 class PanelContent final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(State state READ state NOTIFY stateChanged)
+    /// For people; why there are no readings.
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(QString scanningText READ scanningText CONSTANT)
     Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
     Q_PROPERTY(kelvinbar::PanelControls* controls READ controls CONSTANT)
-    /// The height that the content is laid out for at least, in points.
-    Q_PROPERTY(double leastHeight READ leastHeight CONSTANT)
+    /// The smallest height of the layout, in points. A lower window shows its upper part.
+    Q_PROPERTY(double minimumHeight READ minimumHeight CONSTANT)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
 
   public:
@@ -56,31 +67,37 @@ class PanelContent final : public QObject {
 
     [[nodiscard]] PanelControls* controls() { return &controls_; }
 
-    [[nodiscard]] static double leastHeight();
+    [[nodiscard]] static double minimumHeight();
 
     [[nodiscard]] bool reducedMotion() const { return reducedMotion_; }
 
-    /// The panel opens: the content is that of now. `reducedMotion`: whether the desktop asks for less
-    /// motion.
+    /// Call when the panel opens: updates everything and follows the store from then on. `reducedMotion`:
+    /// whether the desktop asks for less motion.
     void panelWillOpen(bool reducedMotion);
+    /// Call when the panel has closed. Ends the wait for a second click.
     void panelDidClose();
 
-    /// Runs `change`, which moves the rows on the screen, now or when no second click can come any more; then
-    /// the last such change counts.
+    /// Runs `change`, which moves rows on the screen: at once, or when the double-click interval has passed.
+    /// Of several changes during one interval only the last runs.
     void whenRowsMayMove(std::function<void()> change);
 
     Q_INVOKABLE void close() { closeAction_(); }
 
-    /// A press on a row: a second one may follow, and is to meet the same row.
+    /// Call for each press on a row. Makes it the current row, and delays updates until a second press can no
+    /// longer follow.
     Q_INVOKABLE void pressRow(const QString& key);
-    /// Both presses of a double-click are over; nothing happens when they were on two rows.
+    /// Call after both presses of a double-click. Pins or unpins the row; does nothing if the presses were on
+    /// different rows.
     Q_INVOKABLE void doubleClickRow(const QString& key);
+    /// Pins the reading to the menu bar, or unpins it. Unknown keys are ignored, here and below.
     Q_INVOKABLE void toggleRow(const QString& key);
     Q_INVOKABLE void hideRow(const QString& key);
-    /// A press on a row's button. The second click of a double-click, which meets the next row, hides none.
+    /// Hides a row. Ignores the second press of a double-click, because it would hit the row that has moved
+    /// up.
     Q_INVOKABLE void pressHideButton(const QString& key);
 
   signals:
+    /// The content is up to date and the panel is about to be shown.
     void opened();
     void stateChanged();
     void statusMessageChanged();
@@ -90,12 +107,14 @@ class PanelContent final : public QObject {
     using RowAction = void (KelvinbarStore::*)(const SMCReading& reading);
 
     void observe();
+    /// Schedules `update` for the end of this turn of the event loop.
     void postUpdate();
     void updateAsPosted();
     void update();
     void updateTexts();
+    /// Runs `action` on the reading with `key`, after updates that were delayed.
     void apply(RowAction action, const QString& key);
-    void secondClickMayNotComeAnyMore();
+    void endDoubleClickWait();
 
     KelvinbarStore& store_;
     std::function<void()> closeAction_;
@@ -106,12 +125,12 @@ class PanelContent final : public QObject {
     bool reducedMotion_ = false;
     bool isOpen_ = false;
     bool isUpdatePosted_ = false;
-    bool areSensorsStale_ = true;
+    bool areSensorsStale_ = true; ///< the list lags behind the store
     QString pressedKey_;
-    bool isSameRowPressed_ = false; ///< as by the press before
+    bool isSameRowPressed_ = false; ///< by the last two presses
     QTimer secondClickWait_;
     QElapsedTimer sinceHideButton_;
-    std::function<void()> changeAfterWait_;
+    std::function<void()> changeAfterWait_; ///< see `whenRowsMayMove`
     std::vector<Registration> observers_;
 };
 

@@ -4,10 +4,15 @@
 
 namespace kelvinbar {
 
-/// What the middle of the panel shows.
+/// What the middle of the panel shows:
+/// - scanning: the first refresh is running
+/// - sections: the readings
+/// - nothingFound: the machine can be read, but there is no reading to show
+/// - unavailable: the machine cannot be read
 enum class PanelContentState { scanning, sections, nothingFound, unavailable };
 
-/// While a refresh runs, what is there stays: only a panel with nothing to show says that it is scanning.
+/// The state for the store's fields. During a refresh the readings stay, so `scanning` requires that there
+/// are none.
 PanelContentState contentState(bool isLoading, bool smcAvailable, std::size_t visibleReadingCount,
                                std::size_t sectionCount);
 

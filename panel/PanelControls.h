@@ -11,36 +11,42 @@ namespace kelvinbar {
 class KelvinbarStore;
 class LoginItemManager;
 
-/// What the controls use besides the store: the values of the build, and the desktop.
+/// What the controls need besides the store. Tests replace it.
 struct PanelEnvironment {
     QString author;
-    QString contact;      ///< an e-mail address; empty for none
-    QString donationPage; ///< empty for none
-    std::function<void(const QUrl& address)> open;
+    QString contact;                               ///< an e-mail address; may be empty
+    QString donationPage;                          ///< a web address; may be empty
+    std::function<void(const QUrl& address)> open; ///< in the desktop's program for it
     std::function<void()> quit;
 
+    /// The values of the build, and the running desktop.
     [[nodiscard]] static PanelEnvironment ofThisProgram();
 };
 
-/// The header's and footer's controls: what they show of the store and the login item, and what they do.
-/// Main thread.
+/// The controls of header and footer for QML: their state, texts and actions. Each `Q_INVOKABLE` is the
+/// action of one button. Actions change the store; `changed` follows when PanelContent updates. Main thread.
 class PanelControls final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
+    /// Whether readings are refreshed every second instead of every three.
     Q_PROPERTY(bool isFast READ isFast NOTIFY changed)
     Q_PROPERTY(QString fastToolTip READ fastToolTip CONSTANT)
+    /// Whether the panel grows to show more readings, up to the height of the screen.
     Q_PROPERTY(bool isDynamic READ isDynamic NOTIFY changed)
     Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY changed)
+    /// In points, as the stepper shows it.
     Q_PROPERTY(double manualHeight READ manualHeight NOTIFY changed)
+    /// Whether the login item is enabled, as the system reported when the panel opened.
     Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
     Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
+    /// Texts of the About popover; a view hides what is empty.
     Q_PROPERTY(QString author READ author CONSTANT)
     Q_PROPERTY(QString contact READ contact CONSTANT)
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
 
   public:
-    /// The store and the login item outlive the object.
+    /// Store and login item outlive the object.
     PanelControls(KelvinbarStore& store, LoginItemManager& loginItem,
                   PanelEnvironment environment = PanelEnvironment::ofThisProgram());
 
@@ -60,10 +66,11 @@ class PanelControls final : public QObject {
 
     [[nodiscard]] QString donationPage() const { return environment_.donationPage; }
 
-    /// Something that is shown of the store may have changed.
+    /// Call when the store has changed; emits `changed`.
     void storeChanged() { emit changed(); }
 
-    /// The panel is shown: asks the system whether the program starts at login.
+    /// Call when the panel opens: asks the system for the state of the login item, which the user may have
+    /// changed in the system's settings.
     void readLoginItem();
 
     Q_INVOKABLE void toggleFast();
@@ -71,9 +78,12 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void decreaseHeight();
     Q_INVOKABLE void resetHeight();
     Q_INVOKABLE void increaseHeight();
+    /// Registers or unregisters the login item, and shows the state that results.
     Q_INVOKABLE void toggleRunAtLogin();
     Q_INVOKABLE void refresh();
+    /// Copies a snapshot of the readings to the clipboard.
     Q_INVOKABLE void copy();
+    /// Makes all hidden readings visible.
     Q_INVOKABLE void showAll();
     Q_INVOKABLE void quit();
     Q_INVOKABLE void openDonationPage();
@@ -81,12 +91,13 @@ class PanelControls final : public QObject {
 
   signals:
     void changed();
-    /// Another program has been asked to show something.
+    /// A web page or a mail program has been opened, so the panel should close.
     void linkOpened();
     void runAtLoginChanged();
 
   private:
     void setRunAtLogin(bool runAtLogin);
+    /// Opens a web or mail address, then emits `linkOpened`.
     void open(const QString& address);
 
     KelvinbarStore& store_;

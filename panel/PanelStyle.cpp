@@ -12,7 +12,7 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr double standardDotsPerInch = KELVINBAR_STANDARD_DOTS_PER_INCH; // the platform's
+constexpr double standardDotsPerInch = KELVINBAR_STANDARD_DOTS_PER_INCH; // 72 or 96, by platform
 
 QString roundedFamilyOf(const QString& family) {
     const QString rounded = family + " Rounded";
@@ -37,7 +37,7 @@ QFont PanelStyle::font(double points, int weight) const { return cut(family_, po
 QFont PanelStyle::roundedFont(double points, int weight) const { return cut(roundedFamily_, points, weight); }
 
 QFont PanelStyle::cut(const QString& family, double points, int weight) {
-    // A point of the panel is one dot at the standard text size.
+    // One point of the panel is one pixel at the standard text size.
     constexpr double typographicPointsPerInch = 72;
     QFont font(family);
     font.setPointSizeF(points * typographicPointsPerInch / standardDotsPerInch);

@@ -8,16 +8,18 @@
 
 namespace kelvinbar {
 
-/// The user's text size as the desktop tells it, 1 for the standard.
+/// The user's text size as a factor; 1 is the desktop's standard. Derived from the primary screen.
 double textScale();
 
-/// What the views draw with: the desktop's interface font in the panel's sizes, and its inks. Main thread.
+/// Fonts, colours and lengths for the views. Fonts are cuts of the desktop's interface font; colours do not
+/// depend on the desktop's theme, since the panel is always dark. Font and text size are read once, at
+/// construction. Main thread.
 class PanelStyle : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QColor focusRing READ focusRing CONSTANT)
-    // The platform's named colours.
+    // Accents; see PanelColor.h.
     Q_PROPERTY(QColor cyan READ cyan CONSTANT)
     Q_PROPERTY(QColor purple READ purple CONSTANT)
     Q_PROPERTY(QColor pink READ pink CONSTANT)
@@ -36,22 +38,23 @@ class PanelStyle : public QObject {
     [[nodiscard]] static QColor yellow();
     [[nodiscard]] static QColor red();
 
-    /// A cut of the interface font; `points` at the standard text size.
+    /// The interface font. `points` is the size at the standard text size; `weight` as in QFont.
     Q_INVOKABLE [[nodiscard]] QFont font(double points, int weight) const;
-    /// The same in the font's rounded form, where it has one.
+    /// The same with the rounded design, if the font has one.
     Q_INVOKABLE [[nodiscard]] QFont roundedFont(double points, int weight) const;
 
-    /// Inks over the dark background.
+    /// White, black and other colours with an opacity from 0 to 1.
     Q_INVOKABLE [[nodiscard]] static QColor white(double opacity);
     Q_INVOKABLE [[nodiscard]] static QColor black(double opacity);
     Q_INVOKABLE [[nodiscard]] static QColor tinted(const QColor& color, double opacity);
-    /// Light, with a breath of the accent: a value is legible first.
+    /// A light colour with a touch of the accent, for values on a chip: legibility first.
     Q_INVOKABLE [[nodiscard]] static QColor chipInk(const QColor& accent);
 
-    /// A length that grows with the text, in whole points.
+    /// A length that scales with the text size, rounded to whole points.
     Q_INVOKABLE [[nodiscard]] double scaled(double length) const;
 
   private:
+    /// A font in the panel's points, which are pixels at the standard text size.
     [[nodiscard]] static QFont cut(const QString& family, double points, int weight);
 
     double textScale_;

@@ -21,7 +21,7 @@ class QuickPanelWindow final : public PanelWindow {
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
         view_.setTitle("Kelvinbar");
-        view_.setColor(QColor(22, 24, 29)); // until the first picture is drawn
+        view_.setColor(QColor(22, 24, 29)); // until the first frame is drawn
         view_.setResizeMode(QQuickView::SizeRootObjectToView);
         view_.setInitialProperties({{"content", QVariant::fromValue(&content_)}});
         view_.setSource(QUrl("qrc:/qt-project.org/imports/Kelvinbar/Panel/MenuBarContentView.qml"));
@@ -44,7 +44,7 @@ class QuickPanelWindow final : public PanelWindow {
     std::function<bool()> prefersReducedMotion_;
     PanelContent content_;
     SystemMasks masks_;
-    QQuickView view_; // goes before what it shows
+    QQuickView view_; // last, so that it is destroyed before what it shows
 };
 
 } // namespace
@@ -52,10 +52,10 @@ class QuickPanelWindow final : public PanelWindow {
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
     static bool isReady = false;
     if (!std::exchange(isReady, true)) {
-        // The views' scripts are too short to gain from being compiled while they run, and compiled ones
-        // crash now and then when Qt 6.4 collects what they have left.
+        // Scripts this short do not gain from the JIT compiler, and with Qt 6.4 compiled ones occasionally
+        // crash in the garbage collector.
         qputenv("QV4_FORCE_INTERPRETER", "1");
-        // The panel must not start a graphics card.
+        // The software renderer does not wake the graphics card.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qml_register_types_Kelvinbar_Panel();
     }

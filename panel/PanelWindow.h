@@ -7,30 +7,35 @@
 
 class QWindow;
 
+/// The only header of the panel that the program includes. The panel may be a module that is loaded when it
+/// is first opened: until then, Qt Quick costs neither memory nor start-up time.
 namespace kelvinbar {
 
 class KelvinbarStore;
 class LoginItemManager;
 
-/// What the panel asks of the program. Main thread.
+/// What the panel needs from the program. All functions are called on the main thread.
 struct PanelHandlers {
     LoginItemManager& loginItem; ///< outlives the panel
-    std::function<void()> close;
+    std::function<void()> close; ///< closes the panel
     std::function<bool()> prefersReducedMotion;
-    SystemSymbols systemSymbols; ///< empty for a system without any
+    SystemSymbols systemSymbols; ///< empty on a system without symbols
 };
 
-/// The panel's window with the view of the store in it. Main thread.
+/// The panel's window with the views in it. The caller positions, shows and hides it; showing updates the
+/// content. Main thread.
 class PanelWindow {
   public:
     virtual ~PanelWindow() = default;
+    /// The window; owned by this object.
     virtual QWindow& window() = 0;
-    /// Runs `change`, which moves the window's content on the screen, now or as soon as that does not come
-    /// between the two clicks of a double-click.
+    /// Runs `change`, which moves or resizes the window: at once, or as soon as it no longer falls between
+    /// the two clicks of a double-click.
     virtual void whenContentMayMove(std::function<void()> change) = 0;
 };
 
-/// The store outlives the window.
+/// Creates the window, hidden. The first call selects the software renderer for the whole process. The store
+/// outlives the window.
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers);
 
 } // namespace kelvinbar

@@ -8,7 +8,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The line lies inside the plate, on whole points.
+/// The border is drawn inside the plate, on whole pixels.
 constexpr double strokeWidth = 1;
 
 QBrush gradientBrush(const QList<QColor>& colors, const QPointF& from, const QPointF& to) {

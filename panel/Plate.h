@@ -8,16 +8,18 @@
 
 namespace kelvinbar {
 
-/// A rounded rectangle with a gradient and a thin line around it: what cards, rows and controls lie on.
+/// A rounded rectangle with a gradient and a thin border: the background of cards, rows and controls.
 class Plate : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    /// From the top left to the bottom right corner at equal distances; none for an empty plate.
+    /// The gradient's colours at equal distances, from the top left to the bottom right corner. Empty for no
+    /// fill.
     Q_PROPERTY(QList<QColor> colors READ colors WRITE setColors NOTIFY changed)
+    /// The colour of the border; transparent for none.
     Q_PROPERTY(QColor stroke READ stroke WRITE setStroke NOTIFY changed)
-    /// Of the corners, in points; half the height makes a capsule.
+    /// The corner radius in points; half the height makes a capsule.
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY changed)
-    /// From the top to the bottom instead.
+    /// Whether the gradient runs from top to bottom.
     Q_PROPERTY(bool isVertical READ isVertical WRITE setVertical NOTIFY changed)
 
   public:

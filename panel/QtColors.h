@@ -8,6 +8,7 @@
 
 namespace kelvinbar {
 
+/// Conversions from the panel's colours to Qt's.
 inline QColor qtColor(const PanelColor& color) {
     QColor result(color.red, color.green, color.blue);
     result.setAlphaF(static_cast<float>(color.opacity));

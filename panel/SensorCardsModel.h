@@ -21,18 +21,18 @@ struct SensorCardItem {
     /// The roles in which `next` differs.
     [[nodiscard]] QList<int> changedRoles(const SensorCardItem& next) const;
 
-    // What a section never changes is kept as it is in the table of sections.
+    // The texts have static lifetime: they are in the table of sections.
     std::string_view sectionId;
     std::string_view title;
     std::string_view subtitle;
     std::string_view icon;
     Accent accent;
-    int count;
-    Span span;
-    SensorRowsModel* rows;
+    int count;             ///< of rows, including those off screen
+    Span span;             ///< in the list
+    SensorRowsModel* rows; ///< owned by SensorList
 };
 
-/// The cards that are on the screen. Main thread.
+/// The cards that are at least partly on the screen. SensorList updates it. Main thread.
 class SensorCardsModel : public KeyedListModel<SensorCardItem> {
     Q_OBJECT
     QML_ELEMENT
@@ -43,12 +43,12 @@ class SensorCardsModel : public KeyedListModel<SensorCardItem> {
         IdRole = Qt::UserRole,
         TitleRole,
         SubtitleRole,
-        IconRole,
+        IconRole, ///< name of the symbol
         AccentRole,
-        CountRole,
-        TopRole,
-        HeightRole,
-        RowsRole,
+        CountRole,  ///< of all its rows
+        TopRole,    ///< points from the top of the list
+        HeightRole, ///< points
+        RowsRole,   ///< a SensorRowsModel
     };
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

@@ -13,7 +13,7 @@ namespace kelvinbar {
 void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
                         const std::vector<std::string>& menuBarKeys) {
     const double formerHeight = contentHeight();
-    const double formerViewportTop = viewport_.top; // a view of less content moves to its end by itself
+    const double formerViewportTop = viewport_.top; // a view scrolls by itself when its content shrinks
     const std::vector<std::string> successors = successorsOfCurrentRow();
     const std::vector<RowPlace> formerPlaces = placesToKeep();
 
@@ -41,8 +41,8 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
     cardSpans_ = cardSpans(metrics_, rowCounts);
 }
 
-/// The row under the pointer, then those on the screen: the first of them that is still there is where it
-/// was. At the top of the list, what comes above stays in view.
+/// The row under the pointer, then those on the screen. At the top of the list only the former, so that new
+/// rows above the others come into view.
 std::vector<SensorList::RowPlace> SensorList::placesToKeep() const {
     std::vector<RowPlace> places;
     if (const auto hovered = numberOfRow(hoveredKey_)) {
@@ -101,7 +101,7 @@ Span SensorList::spanOfRow(std::size_t number) const {
     return {cardSpans_[section].top + span.top, span.height};
 }
 
-/// A first row is seen with the header of its card.
+/// Includes the card's header for the first row of a card.
 Span SensorList::spanWithHeader(std::size_t number) const {
     const Span span = spanOfRow(number);
     const auto [section, row] = rowIndex(number);
@@ -113,7 +113,7 @@ Span SensorList::spanWithHeader(std::size_t number) const {
 // The part on the screen
 
 void SensorList::hover(const QString& key, bool isHovered) {
-    // The pointer may come to the next row before it leaves this one.
+    // The pointer may enter the next row before it leaves this one.
     const std::string row = key.toStdString();
     if (isHovered) {
         hoveredKey_ = row;
@@ -206,7 +206,7 @@ void SensorList::moveCurrentToLast() {
     if (rowCount() > 0) goToRow(rowCount() - 1);
 }
 
-/// The rows that may take the current row's place, best first: those below it, then those above it.
+/// The rows that may replace the current row, best first: those below it, then those above it.
 std::vector<std::string> SensorList::successorsOfCurrentRow() const {
     std::vector<std::string> keys;
     const auto current = numberOfRow(currentKey_);

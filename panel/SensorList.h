@@ -17,25 +17,37 @@
 
 namespace kelvinbar {
 
-/// The list of the panel: all sections, the part of them that is on the screen, and the row that the keyboard
-/// is at. A change of the readings leaves what the user looks at where it is. Main thread.
+/// The list of the panel: all sections, the part of them on the screen, and the row that has the keyboard
+/// focus.
+///
+/// A machine may have thousands of readings. All rows have the same height, so the position of each is known
+/// without a view, and the models hold only the rows and cards inside the viewport. The view reports its
+/// viewport and moves it on request.
+///
+/// When readings come and go, what the user looks at stays in place: the row under the pointer, or else the
+/// first visible row. At the top of the list, new rows push the others down.
+///
+/// Lengths are in points. Main thread.
 class SensorList final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(kelvinbar::SensorCardsModel* cards READ cards CONSTANT)
     Q_PROPERTY(double rowHeight READ rowHeight CONSTANT)
+    /// Above the first card and below the last one.
     Q_PROPERTY(double margin READ margin CONSTANT)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
+    /// The row with the keyboard focus; empty without one.
     Q_PROPERTY(QString currentKey READ currentKey NOTIFY currentKeyChanged)
 
   public:
-    /// `memorySubtitle` outlives the list.
+    /// `memorySubtitle` is the subtitle of the memory card; its characters outlive the list.
     explicit SensorList(const SensorListMetrics& metrics,
                         std::string_view memorySubtitle = MachineTexts().memoryCard)
         : metrics_(metrics), memorySubtitle_(memorySubtitle) {}
 
-    /// What the list shows from now on.
+    /// Replaces the content. If the current row has gone, the row below it becomes current, or else the row
+    /// above.
     void update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
                 const std::vector<std::string>& menuBarKeys);
 
@@ -49,23 +61,27 @@ class SensorList final : public QObject {
 
     [[nodiscard]] QString currentKey() const;
 
+    /// Readings that are not hidden, including those that belong to no section.
     [[nodiscard]] std::size_t visibleReadingCount() const { return visibleReadingCount_; }
 
     [[nodiscard]] std::size_t sectionCount() const { return sections_.size(); }
 
-    /// The reading that is shown under `key`; null when there is none.
+    /// The reading with `key`; null when the list does not contain it. Valid until the next `update`.
     [[nodiscard]] const SMCReading* reading(const QString& key) const;
 
-    /// The part of the list that is on the screen, in points from its top.
+    /// Call when the view scrolls or is resized; `top` is measured from the top of the list.
     Q_INVOKABLE void setViewport(double top, double height);
 
-    /// The pointer comes to a row, or leaves it. The row under it stays there when readings come and go.
+    /// Call when the pointer enters or leaves a row. The row under the pointer stays in place when readings
+    /// come and go.
     Q_INVOKABLE void hover(const QString& key, bool isHovered);
 
-    /// The keyboard comes to the list: to the row where it was, else to the first one on the screen.
+    /// Call when the list gets the keyboard focus. Makes a row current and scrolls to it: the previous
+    /// current row, or else the first one on the screen.
     Q_INVOKABLE void ensureCurrent();
-    /// The keyboard goes on from there. The list stays where it is.
+    /// Makes a row current without scrolling. Unknown keys are ignored.
     void setCurrentKey(const QString& key);
+    /// The following make another row current and scroll to it. Movements beyond an end stop there.
     Q_INVOKABLE void moveCurrent(int rows);
     Q_INVOKABLE void moveCurrentByPages(int pages);
     Q_INVOKABLE void moveCurrentToFirst();
@@ -74,36 +90,42 @@ class SensorList final : public QObject {
   signals:
     void contentHeightChanged();
     void currentKeyChanged();
-    /// The view is to show the list from there on.
+    /// The view must scroll so that its top is at `top`.
     void viewportTopRequested(double top);
 
   private:
-    /// A row by its section and its place in that.
+    /// A row by its section and its position in it.
     struct RowIndex {
         std::size_t section = 0;
         std::size_t row = 0;
     };
 
-    /// Where a row is in the list, in points from its top.
+    /// A row with its distance from the top of the list.
     struct RowPlace {
         std::string key;
         double top = 0;
     };
 
+    /// Rows are numbered from 0 through all sections.
     [[nodiscard]] std::size_t rowCount() const;
     [[nodiscard]] RowIndex rowIndex(std::size_t number) const;
     [[nodiscard]] std::optional<std::size_t> numberOfRow(const std::string& key) const;
     [[nodiscard]] const SMCReading& readingOfRow(std::size_t number) const;
     [[nodiscard]] Span spanOfRow(std::size_t number) const;
     [[nodiscard]] Span spanWithHeader(std::size_t number) const;
+    /// The rows of which the first that remains keeps its place on the screen.
     [[nodiscard]] std::vector<RowPlace> placesToKeep() const;
 
+    /// Rebuilds the sections and their positions.
     void derive(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys);
     [[nodiscard]] std::vector<std::string> successorsOfCurrentRow() const;
     void keepCurrentRow(const std::vector<std::string>& successors);
     void makeCurrent(const std::string& key);
+    /// Makes a row current and scrolls to it.
     void goToRow(std::size_t number);
+    /// Scrolls, within the ends of the list.
     void requestViewportTop(double top);
+    /// Updates the models to the viewport.
     void publish();
     [[nodiscard]] std::vector<SensorRowItem> shownRows(const SensorSectionModel& section,
                                                        const Span& card) const;
@@ -112,13 +134,13 @@ class SensorList final : public QObject {
 
     SensorListMetrics metrics_;
     const std::string_view memorySubtitle_;
-    std::vector<SMCReading> readings_;         ///< of which the sections are made
-    std::vector<SensorSectionModel> sections_; ///< over `readings_`
-    std::vector<Span> cardSpans_;
-    std::vector<std::string> menuBarKeys_;
+    std::vector<SMCReading> readings_;         ///< all readings, including hidden ones
+    std::vector<SensorSectionModel> sections_; ///< points into `readings_`
+    std::vector<Span> cardSpans_;              ///< by section
+    std::vector<std::string> menuBarKeys_;     ///< pinned keys
     std::size_t visibleReadingCount_ = 0;
-    Span viewport_;
-    std::string hoveredKey_;
+    Span viewport_;          ///< the part on the screen
+    std::string hoveredKey_; ///< empty without one
     std::string currentKey_;
     SensorCardsModel cardsModel_;
     std::map<std::string_view, std::unique_ptr<SensorRowsModel>> rowsModels_; ///< by section

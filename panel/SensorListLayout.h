@@ -4,13 +4,14 @@
 #include <span>
 #include <vector>
 
-/// Where the cards and rows of the list are. All heights are known beforehand, so that what is off screen
-/// need not be built. Lengths in points from the top.
+/// The geometry of the list: positions of cards and rows. All heights are fixed, so a position follows from
+/// row counts alone, and rows off screen need not exist. Lengths are in points, positions are measured from
+/// the top. Pure functions.
 namespace kelvinbar {
 
-/// The measures of the list. They grow with the size of the text.
+/// The measures of the list, which scale with the text size.
 struct SensorListMetrics {
-    /// `textScale`: the user's text size, 1 for the standard.
+    /// `textScale`: see textScale().
     explicit SensorListMetrics(double textScale);
 
     double margin = 12;     ///< above the first and below the last card
@@ -20,11 +21,11 @@ struct SensorListMetrics {
     double rowHeight = 41;
     double rowGap = 5; ///< below a row
 
-    /// From one row to the next.
+    /// From the top of a row to the top of the next.
     [[nodiscard]] double rowPitch() const { return rowHeight + rowGap; }
 };
 
-/// A stretch of the list.
+/// A vertical range of the list.
 struct Span {
     double top = 0;
     double height = 0;
@@ -34,7 +35,7 @@ struct Span {
     friend bool operator==(const Span&, const Span&) = default;
 };
 
-/// Rows or cards that follow each other.
+/// A range of rows or cards.
 struct IndexRange {
     std::size_t first = 0;
     std::size_t count = 0;
@@ -42,19 +43,20 @@ struct IndexRange {
     friend bool operator==(const IndexRange&, const IndexRange&) = default;
 };
 
-/// The cards for sections with these numbers of rows.
+/// The positions of cards whose sections have these numbers of rows.
 std::vector<Span> cardSpans(const SensorListMetrics& metrics, std::span<const std::size_t> rowCounts);
 
-/// The height of the whole list.
+/// The height of the whole list, margins included.
 double listHeight(const SensorListMetrics& metrics, std::span<const Span> cards);
 
-/// A row inside its card.
+/// The position of a row, relative to its card.
 Span rowSpan(const SensorListMetrics& metrics, std::size_t row);
 
-/// The rows of a card that are at least in part inside `viewport`.
+/// The rows of a card that are at least partly inside `viewport`.
 IndexRange visibleRows(const SensorListMetrics& metrics, const Span& card, std::size_t rowCount,
                        const Span& viewport);
 
+/// Whether the ranges have more than an edge in common.
 bool overlap(const Span& left, const Span& right);
 
 } // namespace kelvinbar

@@ -7,21 +7,23 @@
 #include <string_view>
 #include <vector>
 
+/// The texts and colours of a row. Pure functions without Qt, tested as text.
 namespace kelvinbar {
 
-/// The reading's name without the words that every reading of its kind has; its key where it has no name.
+/// The reading's name, without words that all readings of its kind have in common. The key if there is no
+/// name.
 std::string rowName(const SMCReading& reading);
 
-/// The kind of the reading and its unit.
+/// The second line: kind and unit of the reading.
 std::string metadataLine(const SMCReading& reading);
 
 /// The value with its unit, as short as it stays legible.
 std::string rowValue(const SMCReading& reading);
 
-/// What a double-click on the row does.
+/// What a double-click does: pin or unpin.
 std::string_view rowToolTip(bool isMenuBarSelected);
 
-/// The gradient behind a row, from its top left to its bottom right corner.
+/// The gradient behind a row, from the top left to the bottom right corner.
 std::vector<PanelColor> rowBackgroundColors(bool isMenuBarSelected, Accent accent);
 
 } // namespace kelvinbar

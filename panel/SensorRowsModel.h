@@ -11,7 +11,7 @@ namespace kelvinbar {
 
 struct SMCReading;
 
-/// One row as it is drawn.
+/// One row as it is drawn. Texts are made once per update, not at each repaint.
 struct SensorRowItem {
     SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected, double top);
 
@@ -24,12 +24,12 @@ struct SensorRowItem {
     QString name;
     QString metadata;
     QString value;
-    Accent sectionAccent;
-    bool isSelected;
-    double top; ///< points below the card's upper edge
+    Accent sectionAccent; ///< the colour of its section
+    bool isSelected;      ///< pinned to the menu bar
+    double top;           ///< points from the top of the card
 };
 
-/// The rows of one card that are on the screen. Main thread.
+/// The rows of one card that are at least partly on the screen. SensorList updates it. Main thread.
 class SensorRowsModel : public KeyedListModel<SensorRowItem> {
     Q_OBJECT
     QML_ELEMENT
@@ -42,9 +42,9 @@ class SensorRowsModel : public KeyedListModel<SensorRowItem> {
         MetadataRole,
         ValueRole,
         SelectedRole,
-        ToolTipRole,
-        BackgroundRole,
-        TopRole,
+        ToolTipRole,    ///< what a double-click does
+        BackgroundRole, ///< the gradient, a list of colours
+        TopRole,        ///< points from the top of the card
     };
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

@@ -13,7 +13,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Words that rank a reading, the first match counting.
+/// Words that rank a reading; the first match counts.
 constexpr std::array<std::string_view, 6> rankingWords{"proximity", "package", "core",
                                                        "diode",     "fan",     "voltage"};
 constexpr int lastPriority = 20;
@@ -45,7 +45,7 @@ ReadingList sectionReadings(const ReadingList& visible, std::initializer_list<SM
 struct Section {
     std::string_view id;
     std::string_view title;
-    std::string_view subtitle; ///< empty where the machine has its own
+    std::string_view subtitle; ///< empty for the machine's own text
     std::string_view icon;
     Accent accent;
     ReadingList (*readings)(const ReadingList& visible);

@@ -8,15 +8,17 @@
 #include <string_view>
 #include <vector>
 
+/// Which section a reading is in, and the order of rows and sections. Pure functions over the store's
+/// readings; nothing is copied.
 namespace kelvinbar {
 
-/// Readings in an order of their own. They belong to the list they were taken from and are valid as long as
-/// that is.
+/// Pointers to readings, in an order of their own. They point into the vector that the readings were taken
+/// from, and dangle when that changes.
 using ReadingList = std::vector<const SMCReading*>;
 
 /// One section of the panel as it is drawn.
 struct SensorSectionModel {
-    std::string_view id; ///< stable; the list of cards is keyed by it
+    std::string_view id; ///< identifies the card
     std::string_view title;
     std::string_view subtitle;
     std::string_view icon; ///< name of the symbol
@@ -24,11 +26,11 @@ struct SensorSectionModel {
     ReadingList readings; ///< the rows, filtered and in order
 };
 
-/// The readings that the panel counts, in their order.
+/// The readings that are not hidden, in their order. The panel counts these.
 ReadingList visibleReadings(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys);
 
-/// The rows of each section: those of the visible readings whose category belongs to it, what matters most
-/// first, then by name in the order in which people list names. Stable.
+/// The rows of each section: the visible readings of its categories, by priority, then by name in natural
+/// order. Stable.
 ReadingList cpuReadings(const ReadingList& visible);
 ReadingList graphicsReadings(const ReadingList& visible);
 ReadingList memoryReadings(const ReadingList& visible);
@@ -38,11 +40,10 @@ ReadingList voltageReadings(const ReadingList& visible);
 ReadingList powerReadings(const ReadingList& visible);
 ReadingList thermalReadings(const ReadingList& visible);
 
-/// What a reading is, by the words in its key and name: smaller comes first in its section.
+/// The rank of a reading in its section, from words in its key and name; smaller ranks come first.
 int sortPriority(const SMCReading& reading);
 
-/// The sections that have rows, in the order of the panel.
-/// `memorySubtitle` outlives the result.
+/// The non-empty sections, in the order of the panel. `memorySubtitle` outlives the result.
 std::vector<SensorSectionModel> sectionModels(const ReadingList& visible,
                                               std::string_view memorySubtitle = MachineTexts().memoryCard);
 

@@ -8,13 +8,14 @@
 
 namespace kelvinbar {
 
-/// A symbol in one colour: the system's, or of the program's own set. Symbols are square.
+/// A symbol in one colour: the system's, or else the program's own drawing of that name. Always square; an
+/// unknown name draws nothing.
 class Symbol : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
-    /// The side in points.
+    /// The side of the square in points, also as the implicit size.
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY changed)
 
   public:

@@ -8,7 +8,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The build has made a shape of each drawing.
+/// Reads the outline that the build has made from the drawing.
 QPainterPath loadedShape(const QString& name) {
     QPainterPath shape;
     QFile file(":/symbols/" + name + ".shape");

@@ -5,7 +5,8 @@
 
 namespace kelvinbar {
 
-/// The outline of a symbol, filled where it winds. Empty for a name that the set does not have.
+/// The outline of one of the program's own symbols, in units of `symbolSide`, to be filled with the winding
+/// rule. Empty for an unknown name. Parsed once per name. Main thread.
 QPainterPath symbolShape(const QString& name);
 
 } // namespace kelvinbar

@@ -11,24 +11,24 @@ class QQuickWindow;
 
 namespace kelvinbar {
 
-/// The system's symbols as images, each drawn once per size. Main thread.
+/// The system's symbols as alpha masks, cached by name and size. Main thread.
 class SystemMasks {
   public:
-    /// `symbols` is empty for a system without symbols of its own.
+    /// `symbols` is empty on a system without symbols.
     explicit SystemMasks(SystemSymbols symbols);
 
-    /// The symbol's coverage in a square of `side` pixels; null where the system has no such symbol.
+    /// The symbol in a square of `side` pixels. A null image when the system does not have it.
     QImage mask(const QString& name, int side);
 
   private:
     SystemSymbols symbols_;
-    QHash<std::pair<QString, int>, QImage> drawn_; ///< null images for symbols that the system lacks
+    QHash<std::pair<QString, int>, QImage> drawn_; ///< null images for missing symbols
 };
 
-/// Lets the symbols in `window` use the system's. `masks` outlives the window.
+/// Makes the symbols in `window` use `masks`, which outlives the window.
 void setSystemMasks(QQuickWindow& window, SystemMasks& masks);
 
-/// What `setSystemMasks` set; null otherwise.
+/// The masks set by `setSystemMasks`; null without any.
 SystemMasks* systemMasksOf(const QQuickWindow* window);
 
 } // namespace kelvinbar

@@ -2,7 +2,7 @@
 
 namespace kelvinbar {
 
-/// The side of the square that every drawing in `symbols/` fills, in the drawing's own units.
+/// The width and height of every drawing in `symbols/`, in its own units.
 inline constexpr double symbolSide = 24;
 
 } // namespace kelvinbar

@@ -15,7 +15,7 @@ double wave(double time, double period) { return std::sin(2 * std::numbers::pi *
 } // namespace
 
 double loadAt(std::chrono::nanoseconds time) {
-    // Periods without a common divisor: the sum does not repeat while anyone looks.
+    // The periods have no common divisor, so the sum does not repeat within hours.
     const double now = seconds(time);
     const double sum = 0.35 + 0.25 * wave(now, 173) + 0.15 * wave(now, 61) + 0.1 * wave(now, 23);
     return std::clamp(sum, 0.0, 1.0);
@@ -31,7 +31,7 @@ double laggingLoadAt(std::chrono::nanoseconds time, std::chrono::seconds lag) {
 double noiseAt(std::chrono::nanoseconds time, std::uint32_t seed) {
     auto bits = static_cast<std::uint64_t>(std::chrono::floor<std::chrono::seconds>(time).count());
     bits = (bits << 32U) ^ seed;
-    // Spreads the bits (the finishing steps of the splitmix generator).
+    // The mixing steps of the splitmix64 generator.
     bits = (bits ^ (bits >> 30U)) * 0xBF58476D1CE4E5B9U;
     bits = (bits ^ (bits >> 27U)) * 0x94D049BB133111EBU;
     bits ^= bits >> 31U;

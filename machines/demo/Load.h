@@ -5,14 +5,14 @@
 
 namespace kelvinbar {
 
-/// How much a made-up machine has to do at a moment, from 0 to 1: work that comes and goes over half a minute
-/// to some minutes, the same for the same moment.
+/// The load of a made-up machine at a time, from 0 to 1: rises and falls over half a minute to some minutes.
+/// A pure function of the time, so pictures and tests can be repeated.
 double loadAt(std::chrono::nanoseconds time);
 
-/// What lags behind the load, as a fan and a heatsink do: its mean over the last `lag`, roughly.
+/// The load as a fan or a heatsink sees it: roughly its mean over the last `lag`.
 double laggingLoadAt(std::chrono::nanoseconds time, std::chrono::seconds lag);
 
-/// From -1 to 1, different for each `seed` and each second: what no two readings of a sensor agree in.
+/// Noise from -1 to 1, different for each `seed` and each second, so that equal sensors differ.
 double noiseAt(std::chrono::nanoseconds time, std::uint32_t seed);
 
 } // namespace kelvinbar

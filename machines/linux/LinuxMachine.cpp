@@ -28,7 +28,7 @@ std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
     return std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
 }
 
-/// libsensors reads the /sys of the running system only.
+/// libsensors only reads the /sys of the running system.
 std::shared_ptr<SensorConfiguration> configurationFor(const std::filesystem::path& root, Log& log) {
     return root == "/" ? libsensorsConfiguration(log) : nullptr;
 }

@@ -8,8 +8,13 @@
 
 namespace kelvinbar {
 
-/// The machine whose kernel publishes itself in proc/ and sys/ below `root`: Apple's controller where there
-/// is one, then the kernel's sensors for what it does not measure. `log` outlives the machine.
+/// The machine whose kernel exposes itself in proc/ and sys/ below `root`, which is "/" or a recorded tree.
+/// Its sources, in order:
+/// - the SMC of an Apple computer, if there is one and its keys may be listed
+/// - the kernel's sensors, without those that the SMC already measures
+///
+/// The user's libsensors configuration only applies to "/", since that library cannot read another root.
+/// `log` outlives the machine.
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
                          Log& log);
 

@@ -14,7 +14,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The value of the first "name : value" line of that name in a file of /proc.
+/// The value of the first "name : value" line with that name in a file of /proc.
 std::optional<std::string> procValue(const std::filesystem::path& file, std::string_view name) {
     const auto text = systemFileText(file);
     if (!text) return std::nullopt;
@@ -61,7 +61,7 @@ std::uint64_t LinuxSystemInformation::physicalMemory() const {
 }
 
 std::string LinuxSystemInformation::architecture() const {
-    // A kernel before 6.1 has no such file, and uname speaks of this machine alone.
+    // Kernels before 6.1 lack this file. uname() only describes the running machine, not a recorded one.
     const auto named = systemFileLine(root_ / "proc/sys/kernel/arch");
     utsname name{};
     if (named || root_ != "/" || ::uname(&name) != 0) return named.value_or("");
@@ -77,12 +77,12 @@ std::string_view LinuxSystemInformation::thermalStateName() const { return "Ther
 bool LinuxSystemInformation::isLowPowerModeEnabled() const {
     const std::filesystem::path firmware = root_ / "sys/firmware/acpi";
     if (const auto profile = systemFileLine(firmware / "platform_profile")) {
-        // Firmware without a profile of that name saves power by one of these.
+        // Firmware without a "low-power" profile saves power with one of these.
         const bool hasLowPower = contains(
             systemFileText(firmware / "platform_profile_choices").value_or("low-power"), "low-power");
         return profile == "low-power" || (!hasLowPower && (profile == "quiet" || profile == "cool"));
     }
-    // Without a profile of the firmware, the power-profiles service saves power by this preference.
+    // Without platform profiles, the power-profiles service sets this preference to save power.
     return systemFileLine(root_ / "sys/devices/system/cpu/cpufreq/policy0/energy_performance_preference") ==
            "power";
 }

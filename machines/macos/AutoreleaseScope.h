@@ -1,14 +1,16 @@
 #pragma once
 
 extern "C" {
-// The runtime's own functions, which its compilers call for such a scope.
+// The Objective-C runtime's entry points behind @autoreleasepool.
 void* objc_autoreleasePoolPush(void);
 void objc_autoreleasePoolPop(void* pool);
 }
 
 namespace kelvinbar {
 
-/// Releases at its end what system calls inside it have left to be released later. On one thread, nested.
+/// An autorelease pool for C++ sources. System calls autorelease temporary objects; on a background queue
+/// without a pool these would leak. The destructor releases what was autoreleased since construction. Scopes
+/// nest; create and destroy each on one thread.
 class AutoreleaseScope {
   public:
     AutoreleaseScope() : pool_(objc_autoreleasePoolPush()) {}

@@ -11,8 +11,7 @@ namespace {
 bool hasType(CFTypeRef object, CFTypeID type) { return object != nullptr && CFGetTypeID(object) == type; }
 
 std::optional<Value> numberValue(CFNumberRef number) {
-    // The conversion tells whether anything was lost; a number that is too large for 64 bits goes as a
-    // double.
+    // The conversion fails when it would lose precision; a number that exceeds 64 bits becomes a double.
     std::int64_t whole = 0;
     if (CFNumberIsFloatType(number) == 0 && CFNumberGetValue(number, kCFNumberSInt64Type, &whole) != 0) {
         return Value(whole);

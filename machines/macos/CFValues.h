@@ -7,19 +7,23 @@
 #include <string>
 #include <string_view>
 
+/// Conversions from Core Foundation objects to plain values. Property lists come from drivers, so no type is
+/// taken for granted: an object of another type yields nothing. The objects stay owned by the caller. Any
+/// thread.
 namespace kelvinbar {
 
-/// The text, in full, zeros inside it included; nothing when the object is no text or cannot be written as
-/// UTF-8. A null object is no text.
+/// The whole string as UTF-8, embedded zeros included. Nothing for a null object, for an object that is not a
+/// CFString, and for a string that has no UTF-8 form (an unpaired surrogate).
 std::optional<std::string> textIn(CFTypeRef object);
 
-/// A number, truth value, text or bytes; nothing for every other object.
+/// The value of a CFNumber, CFBoolean, CFString or CFData; nothing for any other object. Integers that do not
+/// fit into 64 signed bits become doubles.
 std::optional<Value> valueIn(CFTypeRef object);
 
-/// The entries whose names are texts and whose values are such values, in the dictionary's own order.
+/// The entries with a string as key and a value that `valueIn` converts, in the dictionary's own order.
 Dictionary dictionaryIn(CFDictionaryRef dictionary);
 
-/// The caller owns the result; null for text that is not UTF-8.
+/// The caller releases the result. Null for text that is not UTF-8.
 CFStringRef createString(std::string_view text);
 
 } // namespace kelvinbar

@@ -4,7 +4,8 @@
 
 namespace kelvinbar {
 
-/// Time since boot, time asleep included (CLOCK_MONOTONIC_RAW, which on this system goes on in sleep).
+/// Time since boot, including time asleep. That is CLOCK_MONOTONIC_RAW on macOS, which keeps running in sleep
+/// (CLOCK_UPTIME_RAW is the clock that stops). Any thread.
 class ContinuousClock final : public MonotonicClock {
   public:
     [[nodiscard]] std::chrono::nanoseconds now() const override;

@@ -1,4 +1,4 @@
-// What the machine's part takes for granted of the system's declarations.
+// The layouts, constants and signatures of the SDK that this folder relies on, as static assertions.
 
 #include "machines/macos/MainPort.h"
 #include "smc/ReturnCode.h"
@@ -40,7 +40,7 @@ static_assert(
 static_assert(isSame<decltype(&IORegistryEntryCreateCFProperty),
                      CFTypeRef (*)(io_registry_entry_t, CFStringRef, CFAllocatorRef, IOOptionBits)>);
 
-// Handles and codes, which pass through ports of their own types
+// Handles and return codes, which pass through ports with types of their own
 static_assert(isSame<io_object_t, mach_port_t> && sizeof(io_object_t) == 4);
 static_assert(std::is_unsigned_v<io_object_t> && isSame<io_connect_t, io_object_t>);
 static_assert(isSame<SMCDriver::Service, std::uint32_t> && isSame<SMCDriver::Connection, std::uint32_t>);
@@ -65,7 +65,7 @@ static_assert(
     isSame<decltype(&CFDictionaryGetKeysAndValues), void (*)(CFDictionaryRef, const void**, const void**)>);
 static_assert(isSame<decltype(&CFNumberGetValue), Boolean (*)(CFNumberRef, CFNumberType, void*)>);
 
-// The process's own facts
+// Process information
 static_assert(NSProcessInfoThermalStateNominal == 0 && NSProcessInfoThermalStateFair == 1);
 static_assert(NSProcessInfoThermalStateSerious == 2 && NSProcessInfoThermalStateCritical == 3);
 static_assert(isSame<decltype(&sysctlbyname), int (*)(const char*, void*, std::size_t*, void*, std::size_t)>);

@@ -13,7 +13,8 @@ namespace {
 
 constexpr IOOptionBits noOptions = 0;
 
-/// A name that a call of I/O Kit writes, which may fill all of its room. Empty when it cannot be read.
+/// Calls `read` to get a name. I/O Kit may fill the whole buffer without a terminating zero. Empty on
+/// failure.
 std::string readName(kern_return_t (*read)(io_object_t, io_name_t), io_object_t object) {
     io_name_t name{};
     if (read(object, name) != KERN_SUCCESS) return {};
@@ -24,7 +25,7 @@ class Entry final : public IORegistryEntry {
   public:
     explicit Entry(io_registry_entry_t entry) : entry_(entry) {}
 
-    [[nodiscard]] bool isThere() const { return static_cast<bool>(entry_); }
+    [[nodiscard]] bool isValid() const { return static_cast<bool>(entry_); }
 
     [[nodiscard]] std::string className() const override { return readName(IOObjectGetClass, entry_.get()); }
 
@@ -57,11 +58,11 @@ class Iterator final : public IORegistryIterator {
   public:
     explicit Iterator(IOObject iterator) : iterator_(std::move(iterator)) {}
 
-    /// A registry that changes during the walk ends it: what was found stays.
+    /// Null as well after the registry has changed, which invalidates the iterator.
     const IORegistryEntry* next() override {
         const AutoreleaseScope scope;
         entry_.emplace(IOIteratorNext(iterator_.get()));
-        return entry_->isThere() ? &*entry_ : nullptr;
+        return entry_->isValid() ? &*entry_ : nullptr;
     }
 
   private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t connectionType = 0;
 
-// The driver takes the parameter block's integers in little-endian order, the host's on every such machine.
+// The driver takes the parameter block's integers in host byte order, and the block is stored little-endian.
 static_assert(std::endian::native == std::endian::little);
 
 ReturnCode returnCode(kern_return_t code) { return static_cast<ReturnCode>(code); }
@@ -24,7 +24,7 @@ std::optional<SMCDriver::Service> IOKitSMCDriver::findService(std::string_view c
     const AutoreleaseScope scope;
     CFMutableDictionaryRef matching = IOServiceMatching(std::string(className).c_str());
     if (matching == nullptr) return std::nullopt;
-    // The search releases the dictionary.
+    // IOServiceGetMatchingService consumes the reference to the dictionary.
     const io_service_t service = IOServiceGetMatchingService(mainPort, matching);
     return service == IO_OBJECT_NULL ? std::nullopt : std::optional<Service>(service);
 }

@@ -4,16 +4,18 @@
 
 namespace kelvinbar {
 
-/// System facts of the kernel and of the process's own information object.
+/// System facts from sysctl and NSProcessInfo. Nothing is cached.
 class MacSystemInformation final : public SystemInformation {
   public:
+    /// `name` is passed to sysctl unchanged.
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
     [[nodiscard]] int activeProcessorCount() const override;
     [[nodiscard]] std::uint64_t physicalMemory() const override;
     [[nodiscard]] std::string architecture() const override;
+    /// NSProcessInfoThermalState as a number.
     [[nodiscard]] std::optional<int> thermalState() const override;
     [[nodiscard]] std::string_view thermalStateName() const override;
-    /// Always false before macOS 12, which has no such mode.
+    /// Always false before macOS 12, which introduced the mode on the Mac.
     [[nodiscard]] bool isLowPowerModeEnabled() const override;
 };
 

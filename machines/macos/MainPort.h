@@ -4,8 +4,9 @@
 
 namespace kelvinbar {
 
-/// The port to I/O Kit. No port stands for the main one on every version of the system; the constant for it
-/// has had two names.
+/// The port for calls to I/O Kit. MACH_PORT_NULL means the default port in every macOS version. The named
+/// constant was renamed in macOS 12 (kIOMasterPortDefault, kIOMainPortDefault), so neither name builds
+/// everywhere.
 inline constexpr mach_port_t mainPort = MACH_PORT_NULL;
 
 } // namespace kelvinbar

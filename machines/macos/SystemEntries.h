@@ -6,8 +6,9 @@
 
 namespace kelvinbar {
 
-/// The bytes of the kernel's entry `name` ("hw.model"), as many as it announces, zeros where it then gives
-/// fewer. Nothing when there is no such entry or it cannot be read. Any thread.
+/// The value of the sysctl entry `name` ("hw.model"), as many bytes as the kernel announced; if the value has
+/// become shorter meanwhile, zeros fill the rest. A string includes its terminating zero. Nothing when there
+/// is no such entry or it cannot be read. Any thread.
 std::optional<std::string> systemEntry(std::string_view name);
 
 } // namespace kelvinbar

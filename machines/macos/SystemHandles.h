@@ -6,7 +6,9 @@
 
 namespace kelvinbar {
 
-/// Owns an object of I/O Kit; releases it once.
+/// Owns one reference to an I/O Kit object (service, iterator or registry entry) and releases it once.
+/// Move-only; an empty handle is IO_OBJECT_NULL. Connections are not objects in this sense: they are closed,
+/// not released.
 class IOObject {
   public:
     explicit IOObject(io_object_t object = IO_OBJECT_NULL) : object_(object) {}
@@ -27,6 +29,7 @@ class IOObject {
 
     explicit operator bool() const { return object_ != IO_OBJECT_NULL; }
 
+    /// Releases the current object and takes over the reference to `object`.
     void reset(io_object_t object = IO_OBJECT_NULL) {
         if (const io_object_t former = std::exchange(object_, object); former != IO_OBJECT_NULL) {
             IOObjectRelease(former);
@@ -37,8 +40,9 @@ class IOObject {
     io_object_t object_;
 };
 
-/// Owns a Core Foundation object that a function with "Create" or "Copy" in its name has given; releases it
-/// once. `Reference` is its type, such as CFStringRef.
+/// Owns one reference to a Core Foundation object returned by a function with "Create" or "Copy" in its name,
+/// and releases it once. Objects from "Get" functions must not be put into it. `Reference` is the pointer
+/// type, such as CFStringRef.
 template <typename Reference>
 class CFOwned {
   public:

@@ -9,42 +9,42 @@
 #include <string_view>
 #include <vector>
 
-/// What a snapshot text says about the machine it was taken on.
+/// A snapshot text as data: what was recorded, without judging it.
 namespace kelvinbar {
 
-/// A key of the controller.
+/// An SMC key as it was read.
 struct RecordedKey {
-    std::uint32_t code = 0;          ///< the packed key
-    std::uint32_t dataType = 0;      ///< the packed type
+    std::uint32_t code = 0;          ///< the four characters, packed
+    std::uint32_t dataType = 0;      ///< likewise
     std::vector<std::uint8_t> bytes; ///< 1 to 32
 };
 
-/// What the operating system reported; nothing where no line says so.
+/// System facts. A member is empty when the snapshot has no line for it.
 struct RecordedFacts {
     std::optional<std::string> processorModel;
     std::optional<int> activeProcessors;
     std::optional<std::uint64_t> physicalMemory; ///< bytes
-    std::string architecture;                    ///< empty where no line says so
+    std::string architecture;                    ///< empty without a line
     std::optional<int> thermalState;             ///< as in SystemInformation
     std::string thermalStateName = "macOS Thermal State";
     bool lowPowerMode = false;
 };
 
-/// Why a line could not be used.
+/// A line that could not be used.
 struct LineProblem {
     std::size_t lineNumber = 0; ///< from 1
-    std::string_view reason;    ///< for people; a constant of the program
+    std::string_view reason;    ///< for people; has static lifetime
 };
 
-/// Why a second line of the same key is not used.
+/// The reason for a second line with the same key.
 inline constexpr std::string_view repeatedKey = "the key came before; the first line counts";
 
 struct RecordedMachine {
-    std::vector<RecordedKey> keys;   ///< in the order of the text, each once
-    std::vector<RawReading> fans;    ///< of the registry, likewise
-    std::vector<RawReading> sensors; ///< of the kernel, likewise
+    std::vector<RecordedKey> keys;   ///< in the order of the text, without duplicates
+    std::vector<RawReading> fans;    ///< from the I/O registry, likewise
+    std::vector<RawReading> sensors; ///< from the Linux kernel, likewise
     RecordedFacts facts;
-    std::size_t usedLines = 0; ///< lines that hold a key, a fan, a sensor or a fact
+    std::size_t usedLines = 0; ///< lines with a key, a fan, a sensor or a fact
 };
 
 } // namespace kelvinbar

@@ -11,12 +11,14 @@
 namespace kelvinbar {
 
 struct ReplayResult {
-    std::optional<Machine> machine;    ///< nothing when no line of the text could be used
-    std::vector<LineProblem> problems; ///< lines that could not be used, in their order
+    std::optional<Machine> machine;    ///< empty when no line could be used
+    std::vector<LineProblem> problems; ///< lines that could not be used, in order
 };
 
-/// A machine that reads as the one did on which the snapshot `text` was taken. A text of system facts alone
-/// was taken on a machine without a readable source, and becomes such a machine.
+/// A machine that returns the values of the snapshot `text`, on every platform. Exporting it yields the same
+/// snapshot. If the text has system facts only, the machine has no readable source and shows those.
+///
+/// The values never change. `text` need not outlive the machine.
 ReplayResult makeReplayMachine(std::string_view text, std::shared_ptr<const MonotonicClock> clock);
 
 } // namespace kelvinbar

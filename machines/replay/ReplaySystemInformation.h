@@ -5,11 +5,13 @@
 
 namespace kelvinbar {
 
-/// The system facts of a recorded machine.
+/// The system facts of a recorded machine. Immutable. Facts that were not recorded are reported as unknown,
+/// in the way SystemInformation defines for each.
 class ReplaySystemInformation final : public SystemInformation {
   public:
     explicit ReplaySystemInformation(RecordedFacts facts);
 
+    /// Only the processor's model is recorded ("machdep.cpu.brand_string").
     [[nodiscard]] std::optional<std::string> systemBytes(std::string_view name) const override;
     [[nodiscard]] int activeProcessorCount() const override;
     [[nodiscard]] std::uint64_t physicalMemory() const override;

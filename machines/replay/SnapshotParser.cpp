@@ -29,7 +29,8 @@ struct Fields {
     std::string_view raw;
 };
 
-/// Text before the first `separator`, which `rest` loses with it; all of it when there is none.
+/// Returns the text before the first `separator` and removes both from `rest`. Without a separator, returns
+/// all of it.
 std::string_view takeUntil(std::string_view& rest, char separator) {
     const std::size_t end = std::min(rest.find(separator), rest.size());
     const std::string_view part = rest.substr(0, end);
@@ -63,13 +64,13 @@ bool isHeaderLine(std::string_view line) {
     return line.starts_with("Generated:") || line.starts_with("Active keys:");
 }
 
-/// A line without its line end; the line feed has been cut off.
+/// Removes the rest of a CR LF line ending; the line feed has been removed already.
 std::string_view withoutCarriageReturns(std::string_view line) {
     while (line.ends_with('\r')) line.remove_suffix(1);
     return line;
 }
 
-/// `text` from the line after the title on, and that line's number; all of it when no line is the title.
+/// The text after the title line, and the number of its first line. The whole text if there is no title.
 std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
@@ -80,7 +81,8 @@ std::pair<std::string_view, std::size_t> afterTitle(std::string_view text) {
     return {text, 1};
 }
 
-/// Builds the recorded machine line by line. Each `take…` returns why it cannot use the line, or nothing.
+/// Builds the recorded machine line by line. Each `take…` returns the reason why it cannot use the line;
+/// empty on success.
 class Recorder {
   public:
     void take(std::string_view line, std::size_t lineNumber) {

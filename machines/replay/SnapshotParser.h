@@ -12,8 +12,10 @@ struct ParsedSnapshot {
     std::vector<LineProblem> problems; ///< in the order of the lines
 };
 
-/// Reads a snapshot text, as it was exported or as it came out of a bug report: with text around it, other
-/// line ends, lost trailing blanks. A line that cannot be used is reported and skipped. Cost grows linearly.
+/// Parses a snapshot text. Tolerates what happens to a text in a bug report: text before and after it, other
+/// line endings, stripped trailing spaces. A line that cannot be used is reported and skipped; of several
+/// lines with one key the first counts. Takes time linear in the size of the text. Never fails: a text
+/// without a usable line yields an empty machine.
 ParsedSnapshot parseSnapshot(std::string_view text);
 
 } // namespace kelvinbar

@@ -2,16 +2,16 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvinbar.Panel
 
-/// Who made the program, and how to reach them.
+/// The author of the program, and how to contact them.
 T.Popup {
     id: popover
 
     required property PanelControls controls
     property bool reducedMotion: false
-    /// Whether it is open.
+    /// Whether the popover is open.
     property bool showAbout: false
 
-    /// What had the keyboard before.
+    /// The item that had the keyboard focus before.
     property Item formerFocus: null
 
     visible: showAbout

@@ -1,16 +1,16 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// What the panel can do besides showing readings.
+/// The actions of the panel, besides showing readings.
 Row {
     id: actions
 
     required property PanelControls controls
     readonly property real room: width - 4 * spacing
-    /// Labels come first where text is so large that not all fits.
+    /// Symbols are left out when the text is so large that not everything fits.
     readonly property bool showsSymbols: login.fullWidth + refresh.fullWidth + copy.fullWidth + showAll.fullWidth
                                          + quit.fullWidth <= room
-    /// What is left when every button is as wide as it needs goes to all of them alike.
+    /// The space that is left over, shared equally among the buttons.
     readonly property real spare: (room - login.implicitWidth - refresh.implicitWidth - copy.implicitWidth
                                    - showAll.implicitWidth - quit.implicitWidth) / 5
 

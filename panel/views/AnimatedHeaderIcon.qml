@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// The program's picture with a glow, which brightens once when the panel opens.
+/// The program's icon with a glow that brightens once when the panel opens.
 Item {
     id: icon
 
@@ -11,7 +11,7 @@ Item {
     implicitWidth: size
     implicitHeight: size
 
-    /// The panel is on the screen: the glow comes up, unless the desktop asks for less motion.
+    /// Call when the panel opens: starts the glow, unless the desktop asks for less motion.
     function greet() {
         if (isAnimated)
             glowing.restart();

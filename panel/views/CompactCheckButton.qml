@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// A setting that is on or off: a mark, a symbol and two labels. Who uses it changes `isOn`.
+/// A check button for a setting: a check mark, a symbol and two labels. The owner changes `isOn`.
 PanelButton {
     id: control
 

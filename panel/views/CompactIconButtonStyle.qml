@@ -1,13 +1,13 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// A small button with a symbol alone.
+/// A small button with a symbol and no label.
 PanelButton {
     id: control
 
     property string symbol: ""
     property real symbolSize: 11
-    /// How white the symbol is, 0 to 1, while the pointer is elsewhere.
+    /// The opacity of the symbol, 0 to 1, while the pointer is elsewhere.
     property real ink: 0.72
 
     implicitWidth: PanelStyle.scaled(25)

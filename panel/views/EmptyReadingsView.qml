@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// When the controller answers, but nothing of it can be shown.
+/// Shown when the machine can be read, but there is no reading to show.
 Column {
     spacing: 11
     Accessible.role: Accessible.StaticText

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// The panel's manual height, in steps.
+/// Changes the panel's manual height in steps.
 Item {
     id: stepper
 

@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick
 
-/// The control under the pointer, for the tooltip.
+/// The control under the pointer, whose tooltip is shown.
 QtObject {
     property Item item: null
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// While there is nothing to show yet.
+/// Shown during the first refresh.
 Column {
     id: view
 

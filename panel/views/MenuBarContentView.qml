@@ -1,8 +1,8 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// The panel: header, readings, footer. It is laid out at its least height or more, so that a window which
-/// opens as a strip uncovers it from the top.
+/// The panel: header, readings, footer. The layout has a minimum height, so that a window that grows from a
+/// strip uncovers it from the top.
 FocusScope {
     id: view
 
@@ -23,7 +23,7 @@ FocusScope {
     Item {
         id: panel
         width: view.width
-        height: Math.max(view.height, view.content.leastHeight)
+        height: Math.max(view.height, view.content.minimumHeight)
 
         MenuMetalBackground {
             anchors.fill: parent

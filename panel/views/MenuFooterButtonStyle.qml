@@ -1,14 +1,14 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// A button of the action row: a symbol and a label.
+/// A button of the action row, with a symbol and a label.
 PanelButton {
     id: control
 
     property string symbol: ""
     property color symbolColor: PanelStyle.white(0.78)
     property bool showsSymbol: true
-    /// What the button needs with its symbol.
+    /// The width that the button needs with its symbol.
     readonly property real fullWidth: leftPadding + mark.width + pair.spacing + label.implicitWidth + rightPadding
 
     implicitWidth: showsSymbol ? fullWidth : fullWidth - mark.width - pair.spacing

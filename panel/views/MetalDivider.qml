@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// A thin rule between the areas of the panel: a dark groove with a light edge.
+/// A thin line between the areas of the panel: a dark groove with a light edge.
 Item {
     implicitHeight: 2
 

@@ -2,12 +2,12 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvinbar.Panel
 
-/// What every button of the panel has: keys, focus ring, tooltip, and its name for assistive tools.
+/// The base of every button in the panel: keys, focus ring, tooltip, and the accessible name.
 T.AbstractButton {
     id: control
 
     property string toolTip: ""
-    /// The state of a button that is checkable. It comes from who owns it, not from the click.
+    /// The state of a checkable button. Its owner sets it; a click does not.
     property bool isOn: false
     property real radius: 8
     readonly property Plate plate: Plate {

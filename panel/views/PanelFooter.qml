@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// The settings row above the action row.
+/// The footer: the settings row above the action row.
 Item {
     id: footer
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// The top of the panel: the program's name, donations and About.
+/// The header: the program's name, donations and About.
 Item {
     id: header
 
@@ -9,7 +9,7 @@ Item {
 
     implicitHeight: PanelStyle.scaled(54)
 
-    /// The panel opens.
+    /// Call when the panel opens.
     function greet() {
         aboutPopover.showAbout = false;
         icon.greet();

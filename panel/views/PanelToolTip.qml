@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvinbar.Panel
 
-/// The one tooltip of the panel: that of the control under the pointer.
+/// The only tooltip of the panel, for the control under the pointer.
 T.ToolTip {
     id: control
 

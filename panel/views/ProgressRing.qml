@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// A small ring of dots that turns while something is going on.
+/// A small ring of dots that turns while something is in progress.
 Item {
     id: ring
 
@@ -21,7 +21,7 @@ Item {
     Repeater {
         model: ring.dots
 
-        // A delegate cannot declare yet that it is bound to the ids around it (ComponentBehavior, Qt 6.5).
+        // Before Qt 6.5, a delegate cannot declare that it uses ids around it (ComponentBehavior).
         // qmllint disable unqualified
         Plate {
             required property int index

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvinbar.Panel
 
-/// The cards of all sections, of which those on the screen are built.
+/// The cards of all sections, of which only those on the screen exist.
 FocusScope {
     id: list
 
@@ -53,7 +53,7 @@ FocusScope {
         Repeater {
             model: list.sensors.cards
 
-            // A delegate cannot declare yet that it is bound to the ids around it (ComponentBehavior, Qt 6.5).
+            // Before Qt 6.5, a delegate cannot declare that it uses ids around it (ComponentBehavior).
             // qmllint disable unqualified
             SensorSectionCard {
                 x: list.sensors.margin

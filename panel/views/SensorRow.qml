@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// One reading: its name, what it is, its value, and the actions on it.
+/// One reading: its name, kind and value, and its actions.
 Item {
     id: row
 
@@ -47,7 +47,7 @@ Item {
         hoverEnabled: true
         onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
         onPressed: mouse => {
-            // A mouse that slips in a double-click does not drag the list; a finger does.
+            // With a mouse, a small movement during a double-click must not drag the list; a finger drags it.
             preventStealing = mouse.source === Qt.MouseEventNotSynthesized;
             HoverTarget.hover(pointer, false);
             row.content.pressRow(row.key);

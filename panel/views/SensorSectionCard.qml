@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// One section: its header above a row for each reading.
+/// One section: a header above one row per reading.
 Item {
     id: card
 
@@ -94,7 +94,7 @@ Item {
     Repeater {
         model: card.rows
 
-        // A delegate cannot declare yet that it is bound to the ids around it (ComponentBehavior, Qt 6.5).
+        // Before Qt 6.5, a delegate cannot declare that it uses ids around it (ComponentBehavior).
         // qmllint disable unqualified
         SensorRow {
             x: 8

@@ -1,7 +1,8 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// Sampling speed and size of the panel. Where text is so large that not all fits, the stepper goes below.
+/// Sampling speed and size of the panel. The stepper moves to a second line when the text is so large that
+/// not everything fits.
 Flow {
     id: settings
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// When the controller cannot be reached.
+/// Shown when the machine cannot be read.
 Column {
     id: view
 

@@ -10,7 +10,7 @@
 
 namespace kelvinbar::fakes {
 
-/// A machine whose controller lists no key, or that has none; nothing stands in for it.
+/// A machine without readings: its SMC lists no key, or it has no SMC and no system facts.
 inline Machine emptyMachine(bool hasController, std::shared_ptr<const MonotonicClock> clock) {
     auto driver = std::make_shared<FakeSMCDriver>();
     driver->hasService = hasController;

@@ -54,8 +54,7 @@ QList<int> Item::changedRoles(const Item& next) const {
     return roles;
 }
 
-/// A list that knows of the model only what its signals say, as a view does. It is that of the model after
-/// every one of them.
+/// A list that, like a view, knows the model by its signals only. It equals the model after each signal.
 class Mirror {
   public:
     Items items;
@@ -140,7 +139,7 @@ class Mirror {
     }
 
     Model& model_;
-    QObject context_; ///< of the connections, which end with it
+    QObject context_; ///< owns the connections
 };
 
 using Texts = std::vector<std::string>;
@@ -164,7 +163,7 @@ struct KeyedList : testing::Test {
     Model model;
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
 
-    /// The signals with which the model comes from one list to another.
+    /// The signals that change the model from one list to another.
     Texts signalsBetween(const Items& before, const Items& after) {
         model.update(before);
         const Mirror mirror(model);
@@ -179,7 +178,7 @@ struct KeyedList : testing::Test {
     }
 };
 
-// What it holds
+// Content
 
 TEST_F(KeyedList, IsEmptyAtFirst) {
     EXPECT_EQ(model.rowCount(), 0);
@@ -353,7 +352,7 @@ TEST_F(KeyedList, RandomListsWithoutMovesTakeOneSignalForEachRunAndChange) {
         Items items;
         std::vector<bool> isThere(200);
         std::size_t runs = 0;
-        bool isInNewRun = false;  // since the last item that stays
+        bool isInNewRun = false;  // since the last remaining item
         bool isInGoneRun = false; // likewise
         for (std::size_t number = 0; number < isThere.size(); ++number) {
             isThere[number] = !oneIn(3);

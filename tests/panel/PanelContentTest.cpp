@@ -75,7 +75,7 @@ struct Content : StoreFixture {
         content->sensors()->setViewport(0, 2000);
     }
 
-    /// Over the refreshed store.
+    /// Creates the content over the refreshed store.
     void openContent() {
         makeRefreshedStore(keys);
         makeContent();
@@ -86,7 +86,7 @@ struct Content : StoreFixture {
     /// One turn of the event loop.
     static void turn() { QCoreApplication::processEvents(); }
 
-    /// What a view says of a double-click: the second press comes as a press too.
+    /// What a view reports for a double-click: the second press is also a press.
     void doubleClick(const QString& key) const {
         content->pressRow(key);
         content->pressRow(key);
@@ -95,7 +95,7 @@ struct Content : StoreFixture {
 
     [[nodiscard]] SensorList& sensors() const { return *content->sensors(); }
 
-    /// The keys of the rows that a view has, in order.
+    /// The keys of the rows in a view, in order.
     [[nodiscard]] Keys rowKeys() const {
         Keys result;
         forEachRow([&](const QModelIndex& row) {
@@ -122,7 +122,7 @@ struct Content : StoreFixture {
         return value;
     }
 
-    /// The controller loses TC1C and gets another one: a refresh moves rows.
+    /// The SMC loses TC1C and gets another key, so a refresh moves rows.
     void moveRows() {
         setKeys(driver(), {temperatureKey("TC0P", 61), temperatureKey("TC2C", 42),
                            wholeNumberKey("F0Ac", 1200), temperatureKey("TG0D", 50)});
@@ -154,7 +154,7 @@ struct ContentRows : Content {
     [[nodiscard]] const Keys& pins() const { return store->menuBarKeys().value(); }
 };
 
-/// A second click may follow the first one for as long as a test says.
+/// Tests in which the double-click interval has a given length.
 struct ContentSecondClick : Content {
     static constexpr int never = 600'000;
 
@@ -169,7 +169,7 @@ struct ContentSecondClick : Content {
         QGuiApplication::styleHints()->setMouseDoubleClickInterval(interval);
     }
 
-    /// Presses a row, and what comes after the wait comes soon.
+    /// Presses a row, with a short double-click interval.
     void pressForAMoment(const QString& key) const {
         setInterval(100);
         content->pressRow(key);
@@ -542,7 +542,7 @@ TEST_F(ContentRows, WhatIsNotShownIsNeitherPinnedNorHidden) {
     EXPECT_EQ(defaults.writes, Keys{});
 }
 
-// While a second click may come
+// During the double-click interval
 
 TEST_F(ContentSecondClick, ARefreshDoesNotMoveTheRows) {
     content->pressRow("TC1C");

@@ -30,7 +30,7 @@ using fakes::wholeNumberKey;
 
 using Entries = std::vector<std::string>;
 
-/// Notes which addresses are opened, in place of the desktop's programs for them.
+/// Records the addresses that are opened, instead of opening them.
 class OpenedAddresses {
   public:
     explicit OpenedAddresses(QString scheme) : scheme_(std::move(scheme)) {
@@ -81,7 +81,7 @@ struct HeightControls : Controls {
 struct ActionControls : Controls {};
 
 struct LoginControl : Controls {
-    /// Clicks; the state that is shown then.
+    /// Clicks, and returns the state that is shown then.
     [[nodiscard]] bool stateAfterClick() {
         controls->toggleRunAtLogin();
         return controls->runAtLogin();

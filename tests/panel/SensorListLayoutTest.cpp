@@ -18,7 +18,7 @@ using RowCounts = std::vector<std::size_t>;
 
 const SensorListMetrics standard(1);
 
-/// Measures that are easy to add up: rows of 10 points, each followed by a gap of 2.
+/// Metrics for mental arithmetic: rows of 10 points, each followed by a gap of 2.
 SensorListMetrics simpleMetrics() {
     SensorListMetrics metrics(1);
     metrics.margin = 7;
@@ -41,7 +41,7 @@ IndexRange visibleOfFive(double top, double height) {
 
 std::size_t visibleCountOfFive(double top, double height) { return visibleOfFive(top, height).count; }
 
-/// What visibleRows() is to give, row by row.
+/// The expected result of visibleRows(), determined row by row.
 IndexRange visibleRowsOneByOne(const SensorListMetrics& metrics, const Span& card, std::size_t rowCount,
                                const Span& viewport) {
     IndexRange range;

@@ -26,7 +26,7 @@ const SensorListMetrics metrics(1);
 
 double pitch() { return metrics.rowHeight + metrics.rowGap; }
 
-/// Numbers, so that names are in the order of the keys.
+/// Numbers as names, so that names sort like the keys.
 SMCReading numberedReading(SMCCategory category, int number, double value = 40) {
     std::string digits = std::to_string(number);
     digits.insert(0, 4 - std::min<std::size_t>(4, digits.size()), '0');
@@ -51,7 +51,7 @@ Readings cpuReadings(int count, int first = 0) {
     return readings;
 }
 
-/// And of the last.
+/// `count` readings of the last card.
 Readings thermalReadings(int count) {
     Readings readings;
     for (int number = 0; number < count; ++number) {
@@ -76,7 +76,7 @@ SMCReading& at(Readings& readings, std::string_view key) {
     return *std::ranges::find(readings, key, &SMCReading::key);
 }
 
-/// A view on the list that is as high as it is and, like views do, never leaves the list.
+/// A view of the list with a fixed height that, like real views, never scrolls beyond the ends.
 class View {
   public:
     std::vector<double> requestedTops;
@@ -113,7 +113,7 @@ class View {
     QObject context_;
 };
 
-/// Writes down what a model signals.
+/// Records the signals of a model.
 class Recorder {
   public:
     Recorder(QAbstractItemModel& model, std::string name, Texts& journal)
@@ -181,7 +181,7 @@ struct List : testing::Test {
         return texts;
     }
 
-    /// Where the row is in the list; nothing when it is not in the models.
+    /// The position of a row in the list; nothing when it is not in the models.
     [[nodiscard]] std::optional<double> topOf(std::string_view key) {
         for (int cardRow = 0; cardRow < list.cards()->rowCount(); ++cardRow) {
             for (int number = 0; number < rows(cardRow).rowCount(); ++number) {
@@ -193,7 +193,7 @@ struct List : testing::Test {
         return std::nullopt;
     }
 
-    /// Of the list and of the models that are there now.
+    /// Records the signals of the list and of its present models.
     void record() {
         journal.clear();
         recorders_.clear();
@@ -240,8 +240,8 @@ struct ListKeyboard : List {
     }
 };
 
-/// The sections and rows that are at least in part between `top` and `bottom`, for a list of a first and a
-/// second card with so many rows.
+/// The sections and rows that are at least partly between `top` and `bottom`, for a list of two cards with so
+/// many rows.
 Texts expectedOnScreen(const std::vector<std::pair<std::string, Texts>>& cards, double top, double bottom) {
     Texts texts;
     double cardTop = metrics.margin;
@@ -271,7 +271,7 @@ double firstCardRowTop(int number) { return metrics.margin + metrics.cardHeader 
 
 double heightOfCard(int rowCount) { return metrics.cardHeader + rowCount * pitch() + metrics.cardFooter; }
 
-// What it holds
+// Content
 
 TEST_F(ListContent, IsEmptyAtFirst) {
     EXPECT_EQ(list.cards()->rowCount(), 0);

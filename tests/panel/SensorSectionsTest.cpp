@@ -61,7 +61,7 @@ Names sectionIds(const Readings& readings, const KeySet& hiddenKeys = {}) {
     return ids;
 }
 
-/// The names of processor readings with `names`, in the order of their section.
+/// The names of CPU readings named `names`, in the order of their section.
 Names sortedNames(const Names& names) {
     Readings readings;
     for (const std::string& name : names) {
@@ -72,7 +72,7 @@ Names sortedNames(const Names& names) {
 
 int priorityOf(const std::string& key, const std::string& name) { return sortPriority(readingOf(key, name)); }
 
-/// One reading of every category, under its title as the key.
+/// One reading per category, with its title as key.
 Readings oneOfEveryCategory() {
     Readings readings;
     for (const SMCCategory category : allCategories) {

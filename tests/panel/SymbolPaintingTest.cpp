@@ -24,7 +24,7 @@ class SymbolPainting : public testing::Test {
         masks = std::make_unique<SystemMasks>(std::move(symbols));
     }
 
-    /// The left half of the square, and what was asked for.
+    /// Covers the left half of the square, and records the request.
     void useHalves() {
         useSystemSymbols([this](const std::string& name, int pixels) -> std::optional<SymbolMask> {
             asked.emplace_back(name, pixels);
@@ -47,7 +47,7 @@ class SymbolPainting : public testing::Test {
         return image;
     }
 
-    std::unique_ptr<SystemMasks> masks; ///< none at first
+    std::unique_ptr<SystemMasks> masks; ///< null at first
     std::vector<std::pair<std::string, int>> asked;
 };
 

@@ -13,7 +13,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Every symbol is a square of one coverage.
+/// Every symbol is a square of uniform coverage.
 SystemSymbols squaresOf(std::uint8_t coverage) {
     return [coverage](const std::string& /*name*/, int pixels) {
         const auto count = static_cast<std::size_t>(pixels) * static_cast<std::size_t>(pixels);

@@ -24,7 +24,7 @@ constexpr std::array fanAttributes{
     FanAttribute{SensorKind::fanSafe, "Sf", "fpe2"},    FanAttribute{SensorKind::fanMode, "Md", "ui8 "},
 };
 
-/// A whole or fixed-point type, big-endian in the controller's bytes.
+/// An integer or fixed-point type, big-endian in the SMC's bytes.
 struct WholeType {
     std::string_view name;
     std::uint32_t size; ///< in bytes
@@ -39,7 +39,7 @@ constexpr std::array wholeTypes{
     WholeType{"ui8 ", 1, 1, 0, 255},
 };
 
-/// The driver counts fans from 1, the controller from 0.
+/// The driver numbers fans from 1, the SMC from 0.
 std::optional<std::string> fanKey(int number, std::string_view keyEnd) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     if (number < 1 || static_cast<std::size_t>(number) > digits.size()) return std::nullopt;

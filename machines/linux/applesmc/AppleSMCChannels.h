@@ -7,27 +7,29 @@
 #include <string>
 #include <string_view>
 
-/// Apple's controller where this user may not choose its keys: the kernel's driver still shows temperatures
-/// and fans to everyone. They keep the keys, types and bytes that the controller has for them.
+/// Fallback for an Apple computer whose SMC keys this user may not list: the kernel driver's hwmon channels,
+/// which everyone may read. Each channel is turned back into the SMC key that the driver reads for it, with
+/// the type and bytes that the SMC itself would return. Pins and hidden keys therefore stay valid when the
+/// user later gets access. Pure functions.
 namespace kelvinbar {
 
-/// The name of the driver's chip.
+/// The driver's name in the hwmon class.
 inline constexpr std::string_view appleSMCChip = "applesmc";
 
-/// A key of the controller with its data type.
+/// An SMC key with its data type.
 struct ControllerKey {
     std::string key;
     std::string_view type;
 };
 
-/// The key behind a channel of the driver's chip; nothing for a channel that has none.
+/// The key that the driver reads for a channel; nothing for a channel without one.
 std::optional<ControllerKey> controllerKeyOf(const SensorChannel& channel);
 
-/// The reading of a number under a key, as the controller itself returns it. Nothing when the type cannot
-/// hold the number.
+/// The reading of `number` under a key, encoded and decoded as the type requires. Nothing when the type
+/// cannot hold the number.
 std::optional<RawReading> controllerReading(std::string_view key, std::string_view type, double number);
 
-/// The reading of a fan's name under its own key; nothing for a fan without a label.
+/// The reading with a fan's name, which has a key of its own; nothing for a fan without a label.
 std::optional<RawReading> fanNameReading(const SensorChannel& fan);
 
 } // namespace kelvinbar

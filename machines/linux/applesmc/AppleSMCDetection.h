@@ -14,22 +14,24 @@
 
 namespace kelvinbar {
 
-/// The keys of Apple's controller, once there is one: its driver may be loaded after the program starts, and
-/// unloaded again. Used by one thread at a time.
+/// The keys of the SMC, looked for while the program runs: the `applesmc` driver may be loaded or unloaded at
+/// any time. Not thread-safe; KeySourceDriver's caller serialises calls.
 class DetectedAppleSMC final : public SMCKeySource {
   public:
-    /// Opens the controller; null when there is none, or when this user may not choose its keys.
+    /// Opens the driver's files; null when there is no SMC, or when this user may not list its keys.
     using Open = std::function<std::unique_ptr<AppleSMCRegisters>()>;
 
-    /// A PC has no such controller, and must not search for it at every pass.
+    /// The shortest time between two searches, so that a PC without an SMC does not search at each pass.
     static constexpr std::chrono::seconds searchInterval{60};
 
     DetectedAppleSMC(Open open, std::shared_ptr<const MonotonicClock> clock);
 
+    /// Searches if there is no SMC and `searchInterval` has passed.
     bool isPresent() override;
 
-    /// A controller that lists no keys has gone.
+    /// Drops an SMC that lists no keys: its driver has been unloaded.
     std::size_t keyCount() override;
+    /// These fail without an SMC, as for a key that does not exist.
     std::optional<std::uint32_t> keyAtIndex(std::uint32_t index) override;
     std::optional<KeyInfo> keyInfo(std::uint32_t code) override;
     std::uint8_t readBytes(std::uint32_t code, SMCBytes& bytes) override;
@@ -39,12 +41,12 @@ class DetectedAppleSMC final : public SMCKeySource {
 
     Open open_;
     std::shared_ptr<const MonotonicClock> clock_;
-    std::unique_ptr<AppleSMCKeys> keys_; ///< null without a controller
+    std::unique_ptr<AppleSMCKeys> keys_; ///< null without an SMC
     std::optional<std::chrono::nanoseconds> searchedAt_;
 };
 
-/// Opens the controller below `root`, the directory that holds sys/. Logs when this user may not choose its
-/// keys.
+/// Opens the first SMC below `root`, the directory that holds sys/. Null without one. When there is one but
+/// this user may not list its keys, logs a warning once and returns null.
 std::unique_ptr<AppleSMCRegisters> openAppleSMC(const std::filesystem::path& root, Log& log);
 
 } // namespace kelvinbar

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A descriptor that closes with its holder.
+/// A file descriptor, closed by the destructor.
 class Descriptor {
   public:
     Descriptor(const fs::path& file, int flags)
@@ -51,15 +51,15 @@ class AppleSMCFiles final : public AppleSMCRegisters {
 
     bool lock() override {
         constexpr std::chrono::milliseconds pause{1};
-        for (int attempt = 0; attempt < patience_; ++attempt) {
+        for (int attempt = 0; attempt < attemptsPerLock_; ++attempt) {
             if (attempt > 0) std::this_thread::sleep_for(pause);
             if (::flock(index_.number(), LOCK_EX | LOCK_NB) == 0) {
-                patience_ = mostAttempts;
+                attemptsPerLock_ = maximumAttempts;
                 return true;
             }
         }
-        // Who holds it this long is not waited for at the next key again.
-        patience_ = 1;
+        // The holder is slow or hangs: do not wait again at the next key.
+        attemptsPerLock_ = 1;
         return false;
     }
 
@@ -84,7 +84,7 @@ class AppleSMCFiles final : public AppleSMCRegisters {
     bool data(SMCBytes& bytes) override { return ::pread(data_.number(), bytes.data(), bytes.size(), 0) > 0; }
 
   private:
-    static constexpr int mostAttempts = 20;
+    static constexpr int maximumAttempts = 20;
 
     static std::optional<std::uint32_t> number(const SensorFile& file) {
         const auto number = file.number();
@@ -92,7 +92,7 @@ class AppleSMCFiles final : public AppleSMCRegisters {
         return static_cast<std::uint32_t>(*number);
     }
 
-    /// Blanks belong to the names of keys and types.
+    /// Not trimmed: spaces are part of key and type names.
     static std::optional<std::string> text(const SensorFile& file) {
         std::array<char, 16> buffer{};
         const auto line = file.line(buffer);
@@ -106,7 +106,7 @@ class AppleSMCFiles final : public AppleSMCRegisters {
     SensorFile name_;
     SensorFile type_;
     SensorFile length_;
-    int patience_ = mostAttempts;
+    int attemptsPerLock_ = maximumAttempts;
 };
 
 } // namespace

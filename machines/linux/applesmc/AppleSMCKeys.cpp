@@ -9,11 +9,11 @@ namespace kelvinbar {
 
 namespace {
 
-/// How often a reading that another program disturbed is begun anew.
-constexpr int mostAttempts = 4;
+/// How often a read is tried when other programs interfere.
+constexpr int maximumAttempts = 4;
 
-/// The lock for the length of a scope. Programs that do not know it choose keys all the same, so work goes
-/// on without it.
+/// Holds the lock for a scope if it can be had. Continues without it otherwise, since programs that do not
+/// know the lock select keys regardless.
 class Lock {
   public:
     explicit Lock(AppleSMCRegisters& registers) : registers_(registers), isHeld_(registers.lock()) {}
@@ -30,7 +30,7 @@ class Lock {
     bool isHeld_;
 };
 
-/// A type's code: a zero byte stands where the driver's text ends early.
+/// The packed code of a type. The driver cuts a name at a zero byte, so missing characters are zeros.
 std::uint32_t packedType(std::string_view name) {
     std::string bytes(name.substr(0, 4));
     bytes.resize(4, '\0');
@@ -49,12 +49,12 @@ std::size_t AppleSMCKeys::keyCount() {
 }
 
 void AppleSMCKeys::list(std::uint32_t count) {
-    constexpr std::uint32_t mostKeys = 8192;
+    constexpr std::uint32_t maximumKeys = 8192;
     keys_.clear();
     places_.clear();
-    // A list that others disturbed is made again the next time.
+    // A disturbed listing is repeated at the next call.
     listedCount_ = count;
-    for (std::uint32_t index = 0; index < count && index < mostKeys; ++index) {
+    for (std::uint32_t index = 0; index < count && index < maximumKeys; ++index) {
         std::uint32_t code = 0;
         const Outcome outcome = readCodeAt(index, code);
         if (outcome == Outcome::disturbed) listedCount_ = 0;
@@ -64,7 +64,7 @@ void AppleSMCKeys::list(std::uint32_t count) {
 }
 
 AppleSMCKeys::Outcome AppleSMCKeys::readCodeAt(std::uint32_t index, std::uint32_t& code) {
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
         const Lock lock(*registers_);
         if (!registers_->select(index)) return Outcome::refused;
         const auto name = registers_->keyName();
@@ -125,7 +125,7 @@ AppleSMCKeys::Key* AppleSMCKeys::find(std::uint32_t code) {
 template <typename Read>
 AppleSMCKeys::Outcome AppleSMCKeys::readSelected(const Key& key, Read read) {
     const std::string name = fourCharString(key.code);
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
         const Lock lock(*registers_);
         if (!registers_->select(key.index)) return Outcome::refused;
         if (registers_->keyName() != name) continue;

@@ -17,7 +17,7 @@ struct CoverageRow {
     std::string_view chips; ///< pattern
     SensorKind kind;
     std::string_view labels; ///< pattern
-    std::string_view keys;   ///< alternatives; "?" is any character, and letter case counts
+    std::string_view keys;   ///< alternatives; "?" is any character; case-sensitive
 };
 
 constexpr std::array rows{

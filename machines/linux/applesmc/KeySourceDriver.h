@@ -8,12 +8,16 @@
 
 namespace kelvinbar {
 
-/// Speaks the driver protocol for a controller whose keys are reached by another interface than its driver's
-/// own. "#KEY" is the number of keys in the source.
+/// Serves the SMC driver protocol from a key source, so that SMCBridge can read an SMC that is not reached
+/// through Apple's driver. Answers the commands that read keys; anything else is a bad command. Errors are
+/// returned as a real SMC returns them, in the result byte of the block.
+///
+/// "#KEY" is the number of keys in the source. Not thread-safe: the bridge serialises its calls.
 class KeySourceDriver final : public SMCDriver {
   public:
     explicit KeySourceDriver(std::unique_ptr<SMCKeySource> source);
 
+    /// Finds a service when the source is present.
     std::optional<Service> findService(std::string_view className) override;
     OpenResult open(Service service) override;
     ReturnCode callStructMethod(Connection connection, std::uint32_t selector,

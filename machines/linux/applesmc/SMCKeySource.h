@@ -7,7 +7,7 @@
 
 namespace kelvinbar {
 
-/// Result codes of real controllers.
+/// Result codes in the parameter block, as real SMCs return them.
 namespace smcresult {
 
 inline constexpr std::uint8_t success = 0;
@@ -19,11 +19,10 @@ inline constexpr std::uint8_t indexOutOfRange = 0xB8;
 
 } // namespace smcresult
 
-/// The value bytes of a key, as many as its key information says.
+/// The bytes of a value; the first KeyInfo::dataSize of them count.
 using SMCBytes = std::array<std::uint8_t, 32>;
 
-/// What stands behind an emulated controller: keys by index, the type of each, and its bytes. Used by one
-/// thread at a time.
+/// Port: the keys of an SMC by index, with type and bytes, however they are reached. Not thread-safe.
 class SMCKeySource {
   public:
     struct KeyInfo {
@@ -33,20 +32,20 @@ class SMCKeySource {
 
     virtual ~SMCKeySource() = default;
 
-    /// Whether there is anything that a controller could be found for.
+    /// Whether there is an SMC at the moment.
     virtual bool isPresent() = 0;
 
-    /// The number of keys, asked whenever someone begins to list them. A source may look for new keys here;
-    /// the list does not change until the next call.
+    /// The number of keys. Called at the beginning of each listing: a source may look for new keys here.
+    /// Indexes stay valid until the next call.
     virtual std::size_t keyCount() = 0;
 
-    /// The packed code of the key at a zero-based index below the last `keyCount()`.
+    /// The packed code of the key at a zero-based index below the last `keyCount()`; nothing above it.
     virtual std::optional<std::uint32_t> keyAtIndex(std::uint32_t index) = 0;
 
-    /// Nothing for a key that is not there.
+    /// Type and size of a key; nothing for an unknown key.
     virtual std::optional<KeyInfo> keyInfo(std::uint32_t code) = 0;
 
-    /// Fills the front of `bytes`, which are zero. The controller's result code; 0 is success.
+    /// Stores the value at the front of `bytes`, which the caller has zeroed. Returns a code of `smcresult`.
     virtual std::uint8_t readBytes(std::uint32_t code, SMCBytes& bytes) = 0;
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Classes whose entries are numbered in the order in which the kernel came upon them.
+/// Classes whose entries the kernel numbers in order of discovery.
 constexpr std::array<std::string_view, 6> numberedClasses{"hwmon", "nvme",         "ieee80211",
                                                           "phy",   "thermal_zone", "cooling_device"};
 
@@ -61,7 +61,7 @@ std::string devicePath(const fs::path& root, const fs::path& entry) {
     const fs::path device = fs::canonical(entry / "device", error);
     const fs::path& place = device.empty() ? self : device;
     if (!devices.empty() && isBelow(place, devices)) return stablePart(place.lexically_relative(devices));
-    // A tree that holds no more than the class: a link tells the device even where it leads nowhere.
+    // In a tree with the class only, the link names the device even though it is dangling.
     const fs::path target = fs::read_symlink(entry / "device", error);
     if (!target.empty()) return stablePart(target);
     if (fs::is_symlink(entry, error)) return stablePart(self.lexically_relative(fs::canonical(root, error)));

@@ -7,13 +7,15 @@
 
 namespace kelvinbar {
 
-/// The entries of sys/class/`className` below `root`, in natural order of their names.
+/// The entries of sys/class/`className` below `root`, in natural order of their names (hwmon2 before
+/// hwmon10). Empty when the class does not exist.
 std::vector<std::filesystem::path> classEntries(const std::filesystem::path& root,
                                                 std::string_view className);
 
-/// Where the device of a class entry sits: its path below sys/devices without the parts that the kernel
-/// numbers as it finds them (hwmon3, nvme0, phy1, thermal_zone2). The same after every boot, for as long as
-/// the device stays in its place. Empty when the entry tells nothing of its device.
+/// The path of a class entry's device below sys/devices, without the components that the kernel numbers in
+/// order of discovery (hwmon3, nvme0, phy1, thermal_zone2). It stays the same across boots as long as the
+/// device stays in its slot. Falls back to the link's target and to the device's uevent text, for trees that
+/// lack sys/devices. Empty when the entry has no device.
 std::string devicePath(const std::filesystem::path& root, const std::filesystem::path& entry);
 
 } // namespace kelvinbar

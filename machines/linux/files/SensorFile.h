@@ -14,18 +14,20 @@
 
 namespace kelvinbar {
 
-/// The number of attribute files that are open at the moment.
+/// The number of attribute files that are currently open.
 using OpenFileCount = std::shared_ptr<std::atomic<int>>;
 
-/// An attribute file of the kernel, opened once and read in place. Opening never waits, is not inherited by
-/// child processes and accepts regular files only, so that a pipe in its place cannot stall a pass. Any
-/// thread; two may read at once.
+/// A sysfs attribute, opened once and read in place: one system call per read instead of three.
+///
+/// Only regular files are accepted and opening never blocks, so that a pipe in place of a file cannot stall a
+/// pass. Reading blocks for as long as the driver takes. Descriptors are not inherited by child processes.
+/// Any thread; concurrent reads are allowed.
 class SensorFile {
   public:
     /// Opens `path` and keeps it open.
     explicit SensorFile(const std::filesystem::path& path);
 
-    /// Likewise, but once `openFiles` has reached `limit`, the file is opened for each read instead.
+    /// Likewise. Once `openFiles` has reached `limit`, the file is opened for each read instead.
     SensorFile(const std::filesystem::path& path, OpenFileCount openFiles, int limit);
     SensorFile(const SensorFile&) = delete;
     SensorFile& operator=(const SensorFile&) = delete;
@@ -34,36 +36,38 @@ class SensorFile {
     /// Whether there is a file to read.
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0 || !path_.empty(); }
 
-    /// Whether the open file is still the one at `path`: a device that returns has new files.
+    /// Whether the open file is still the one at `path`. A device that was removed and returns has new files
+    /// under the same paths, and the old descriptors fail.
     [[nodiscard]] bool isStillAt(const std::filesystem::path& path) const;
 
-    /// The line in the file without its line feed, stored in `buffer`. Nothing when the file cannot be read,
-    /// does not end with a line feed or does not fit: the kernel always writes a whole line.
+    /// The file's only line without its line feed, stored in `buffer`. Nothing when the file cannot be read,
+    /// does not end with a line feed or exceeds the buffer: the kernel always writes complete lines.
     [[nodiscard]] std::optional<std::string_view> line(std::span<char> buffer) const;
 
-    /// The decimal whole number in the file; nothing when it holds anything else.
+    /// The decimal integer in the file; nothing for any other content.
     [[nodiscard]] std::optional<std::int64_t> number() const;
 
   private:
     OpenFileCount openFiles_;
     int descriptor_ = -1;
     std::pair<std::uint64_t, std::uint64_t> identity_; ///< device and inode of the open file
-    std::filesystem::path path_;                       ///< set when the file is opened for each read
+    std::filesystem::path path_;                       ///< empty unless the file is opened for each read
 };
 
-/// The decimal whole number that is all of `line`, apart from spaces: some drivers pad their numbers.
+/// The decimal integer that makes up `line`. Surrounding spaces are allowed, since some drivers pad their
+/// numbers.
 std::optional<std::int64_t> numberInLine(std::string_view line);
 
-/// The attribute files of one machine. A file that is still in use is shared and not opened again. One thread
-/// at a time.
+/// The attribute files of one machine. Files that are in use are shared, not opened again. Not thread-safe;
+/// the files themselves are.
 class SensorFiles {
   public:
-    /// A process usually may have 1024 files open; sensors take no more than half of them.
+    /// Half of the usual limit of 1024 open files per process.
     static constexpr int mostOpenFiles = 512;
 
     explicit SensorFiles(int limit = mostOpenFiles) : limit_(limit) {}
 
-    /// The file at `path`; never null.
+    /// The file at `path`. Never null; a file that cannot be opened is not open.
     std::shared_ptr<const SensorFile> open(const std::filesystem::path& path);
 
   private:

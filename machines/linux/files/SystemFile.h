@@ -5,21 +5,21 @@
 #include <optional>
 #include <string>
 
-/// Reading the small text files of /proc and /sys. A file that is missing, unreadable or not what is expected
-/// gives nothing.
+/// Reads small text files of /proc and /sys, afresh at each call. A file that is missing, unreadable or
+/// malformed yields nothing. Any thread.
 namespace kelvinbar {
 
-/// A descriptor of the regular file at `file`, not inherited by other programs; -1 when there is none. Never
-/// waits, as opening a pipe would.
+/// Opens a regular file and returns its descriptor, which the caller closes; -1 on failure. Does not block on
+/// pipes. The descriptor is not inherited by child processes.
 int openRegularFile(const std::filesystem::path& file);
 
-/// The content, at most 64 KiB of it.
+/// The content; of a longer file the first 64 KiB.
 std::optional<std::string> systemFileText(const std::filesystem::path& file);
 
-/// The content without white space at both ends; nothing as well when that leaves nothing.
+/// The content, trimmed of white space; nothing if that leaves an empty text.
 std::optional<std::string> systemFileLine(const std::filesystem::path& file);
 
-/// The content as one decimal whole number.
+/// The content as a decimal integer.
 std::optional<std::int64_t> systemFileNumber(const std::filesystem::path& file);
 
 } // namespace kelvinbar

@@ -25,8 +25,8 @@ bool isConfigurable(SensorKind kind) {
     }
 }
 
-/// Whether the configuration has to list the channel unless it ignores it. The kernel counts voltages from 0
-/// and all other channels from 1; libsensors does not know a channel that breaks this rule.
+/// Whether libsensors lists the channel unless the configuration ignores it. It expects voltages numbered
+/// from 0 and all other channels from 1, and does not see a channel that breaks this rule.
 bool isListed(const SensorChannel& channel) {
     return isConfigurable(channel.kind) && (channel.number > 0 || channel.kind == SensorKind::voltage);
 }
@@ -48,7 +48,7 @@ void applyLabel(SensorChannel& channel, const ConfiguredChip& configured) {
     channel.isLabelled = true;
 }
 
-/// Whether anything is left of the chip.
+/// Whether the chip has a channel left.
 bool applyToChip(SensorChip& chip, const ConfiguredChip& configured) {
     const auto ignored = ignoredFeatures(chip, configured);
     std::erase_if(chip.channels,
@@ -62,7 +62,7 @@ bool applyToChip(SensorChip& chip, const ConfiguredChip& configured) {
 void applyConfiguration(std::vector<SensorChip>& chips, SensorConfiguration& configuration) {
     configuration.refresh(chips);
     std::erase_if(chips, [&](SensorChip& chip) {
-        if (chip.name == appleSMCChip) return false; // whose labels are its keys, which nothing may rename
+        if (chip.name == appleSMCChip) return false; // its labels are its keys
         const ConfiguredChip* const configured = configuration.find(chip);
         return configured != nullptr && !applyToChip(chip, *configured);
     });

@@ -8,12 +8,11 @@
 
 namespace kelvinbar {
 
-/// Gives the channels of `chips`, which are all hardware monitors, the labels of the configuration and drops
-/// what it ignores; a chip that has no channel left is dropped too. The configuration's labels count as the
-/// driver's.
+/// Applies the configuration to `chips`, which are all hardware monitors: sets labels and removes ignored
+/// channels, and chips without any channel left. A configured label counts as the driver's own.
 void applyConfiguration(std::vector<SensorChip>& chips, SensorConfiguration& configuration);
 
-/// What the configuration makes of the channel's value; null for a channel that it cannot change.
+/// How the configuration computes the channel's value; null for a channel that it cannot change.
 std::shared_ptr<const ConfiguredValue> configuredValue(const SensorConfiguration& configuration,
                                                        const SensorChip& chip, const SensorChannel& channel);
 

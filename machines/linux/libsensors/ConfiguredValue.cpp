@@ -7,7 +7,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Both are the same whole number divided by the same scale, so only the last bits can differ.
+/// Both are the same integer divided by the same scale, so only the last bits can differ.
 bool isSame(double left, double right) {
     constexpr double rounding = 1e-9;
     return std::abs(left - right) <= rounding * std::max(std::abs(left), std::abs(right));
@@ -19,8 +19,9 @@ bool isBetween(double value, double one, double other) {
 
 } // namespace
 
-/// A sensor moves while it is read, so it is read before and after. A counter grows with every read and never
-/// equals either value; it is the kernel's when it lies between them each time.
+/// The sensor may change between the reads, so the file is read before and after. A counter grows with each
+/// read and never equals either value; it is unchanged by the configuration if it lies between them each
+/// time.
 ConfiguredValue::Origin ConfiguredValue::compared(double fromKernel, const KernelValue& readAgain) const {
     constexpr int attempts = 4;
     bool isAlwaysBetween = true;

@@ -7,30 +7,32 @@
 
 namespace kelvinbar {
 
-/// Port: the value of a feature as the configuration computes it, in the unit of its kind. Any thread.
+/// Port: a feature's value after the configuration's formulas, in the unit of its kind. Any thread.
 class ComputedValue {
   public:
     virtual ~ComputedValue() = default;
-    /// Nothing when the feature cannot be read.
+    /// Blocks while the driver reads. Nothing when the feature cannot be read.
     [[nodiscard]] virtual std::optional<double> read() const = 0;
 };
 
-/// Tells whether a feature's value is the kernel's own or one that the configuration computes from it. That
-/// cannot be asked for, so the two are compared once. The feature then either stays with its file, or is read
-/// through the configuration every time. At 0 most formulas change nothing, so nothing is decided there. Any
+/// Decides whether the configuration changes a feature's value.
+///
+/// libsensors cannot be asked whether a feature has a formula, and reading every sensor through it would be
+/// slow. So the two values are compared once. If they are equal, the feature is read from its file from then
+/// on; otherwise through libsensors. A value of 0 decides nothing, since most formulas map 0 to 0. Any
 /// thread.
 class ConfiguredValue {
   public:
-    /// Reads the kernel's value.
+    /// Reads the value in the file, in the unit of the kind.
     using KernelValue = std::function<std::optional<double>()>;
 
     explicit ConfiguredValue(std::unique_ptr<ComputedValue> computed) : computed_(std::move(computed)) {}
 
-    /// Whether the comparison is done.
+    /// Whether the comparison has been made.
     [[nodiscard]] bool isDecided() const { return origin_ != Origin::unknown; }
 
-    /// The value where the kernel's is `fromKernel`. Calls `readAgain` only while comparing. Nothing when the
-    /// value has to be computed and that fails.
+    /// The value to show when the file holds `fromKernel`. Calls `readAgain` only while comparing. Nothing
+    /// when the value must be computed and that fails.
     [[nodiscard]] std::optional<double> value(double fromKernel, const KernelValue& readAgain) const;
 
   private:

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A value that the library reads and computes.
+/// A value that is read and computed by the library.
 class LibraryValue final : public ComputedValue {
   public:
     LibraryValue(std::shared_ptr<const LibsensorsLibrary> library, const sensors_chip_name* chip, int number)
@@ -32,7 +32,7 @@ class LibraryValue final : public ComputedValue {
     int number_;
 };
 
-/// Differs when chips or their features came or went.
+/// Changes when chips or their features come or go.
 std::string stampOf(const std::vector<SensorChip>& chips) {
     std::string stamp;
     for (const SensorChip& chip : chips) {
@@ -112,8 +112,8 @@ class LibsensorsConfiguration final : public SensorConfiguration {
     Log& log_;
     const LibsensorsPlace place_;
     bool isMissing_ = false;
-    std::shared_ptr<LibsensorsLibrary> library_; ///< null until it is loaded
-    std::string stamp_;                          ///< of the files and chips that the library was started with
+    std::shared_ptr<LibsensorsLibrary> library_;            ///< null until it is loaded
+    std::string stamp_;                                     ///< of the files and chips at the last start
     std::unordered_map<std::string, ConfiguredChip> chips_; ///< by folder
 };
 

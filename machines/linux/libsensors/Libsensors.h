@@ -6,20 +6,23 @@
 #include <filesystem>
 #include <memory>
 
-/// The user's configuration of sensors as libsensors reads it from /etc/sensors3.conf and /etc/sensors.d. The
-/// library is loaded at the first discovery. Where it is missing, nothing is configured and all else works;
-/// the log says so.
+/// The user's sensor configuration, as libsensors reads it from /etc/sensors3.conf and /etc/sensors.d. The
+/// library is loaded at the first discovery. Without it nothing is configured, everything else works, and the
+/// log has a line about it.
 ///
-/// Pitfalls of the library: it reads /sys and no other tree, so it must not be used for a recorded machine.
-/// Its state is the process's, so there is one configuration a process. It is not safe with threads: one lock
-/// serialises all calls, and a sensor that stalls in the library stalls the other computed ones. It ends the
-/// program when it runs out of memory.
+/// Pitfalls of the library:
+/// - It reads the system's /sys only, so it must not be used with a recorded machine.
+/// - Its state is global: one configuration per process.
+/// - It is not thread-safe. One lock serialises all calls, so a sensor that stalls in the library stalls the
+///   other computed ones.
+/// - It exits the program when it runs out of memory.
 namespace kelvinbar {
 
 /// Where the library and its configuration are.
 struct LibsensorsPlace {
-    std::filesystem::path library = "libsensors.so.5"; ///< looked for where shared libraries are
-    std::filesystem::path configuration = "/etc";      ///< only watched; the library knows its own place
+    std::filesystem::path library = "libsensors.so.5"; ///< found by the dynamic linker
+    std::filesystem::path configuration =
+        "/etc"; ///< watched for changes; the library itself always reads /etc
 };
 
 /// Null when the program was built without the library's header. `log` outlives the configuration.

@@ -11,7 +11,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The subfeatures that are the value of a feature; where it has two of them, the first counts.
+/// The subfeature with the value of a feature. If a feature has two of them, the first row wins.
 struct ValueRow {
     sensors_feature_type feature;
     sensors_subfeature_type value;
@@ -34,7 +34,7 @@ bool find(void* library, const char* name, Symbol& symbol) {
     return symbol != nullptr;
 }
 
-/// The log of the start that this thread is in: the library's handler of errors has no argument for it.
+/// The log to use during this thread's call of `start`: the library's error handler has no user data.
 thread_local Log* logOfStart = nullptr;
 
 void logParseError(const char* error, const char* file, int line) {
@@ -47,7 +47,7 @@ void logParseError(const char* error, const char* file, int line) {
     });
 }
 
-/// Sends the library's errors to a log instead of standard error, for as long as it lives.
+/// Redirects the library's errors from standard error to a log while it exists.
 class ParseErrors {
   public:
     ParseErrors(void* library, Log& log) {
@@ -87,7 +87,6 @@ std::shared_ptr<LibsensorsLibrary> LibsensorsLibrary::load(const std::filesystem
     return nullptr;
 }
 
-/// The first function that is not there; null when all are.
 const char* LibsensorsLibrary::missingFunction() {
     void* const library = handle_.get();
     if (!find(library, "sensors_init", functions_.init)) return "sensors_init";
@@ -112,7 +111,7 @@ std::optional<std::string> LibsensorsLibrary::start(Log& log) {
     ++generation_;
     const ParseErrors errors(handle_.get(), log);
     const int error = functions_.init(nullptr);
-    isStarted_ = error == 0; // after a failure the library has cleaned up by itself
+    isStarted_ = error == 0; // on failure the library cleans up itself
     return isStarted_ ? std::nullopt : std::optional(errorText(error));
 }
 

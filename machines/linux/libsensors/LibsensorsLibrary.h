@@ -14,45 +14,48 @@
 
 namespace kelvinbar {
 
-/// A feature as the library knows it.
+/// A feature in the library's view.
 struct LibraryFeature {
     std::string name;
     std::string label;
-    std::optional<int> valueNumber; ///< of the subfeature that is the feature's value; nothing without one
+    std::optional<int> valueNumber; ///< of the subfeature with the value; empty without one
 };
 
-/// A chip as the library knows it.
+/// A chip in the library's view.
 struct LibraryChip {
-    const sensors_chip_name* name = nullptr; ///< the library's; valid until it is started anew
+    const sensors_chip_name* name = nullptr; ///< owned by the library; valid until its next start
     std::string folder;                      ///< "/sys/class/hwmon/hwmon3"
-    std::vector<LibraryFeature> features;    ///< those that are not ignored
+    std::vector<LibraryFeature> features;    ///< without ignored ones
 };
 
-/// libsensors, loaded at run time. One lock serialises its calls. Any thread.
+/// libsensors, loaded at run time, so that it is no dependency of the program. One lock serialises its calls.
+/// Pointers that the library returned dangle after its next start; `generation` guards against their use. Any
+/// thread.
 class LibsensorsLibrary {
   public:
-    /// Null when the library or one of its functions is missing; `reason` then says what.
+    /// Loads the library. Null when it or one of its functions is missing; `reason` then holds the message.
     static std::shared_ptr<LibsensorsLibrary> load(const std::filesystem::path& path, std::string& reason);
 
     LibsensorsLibrary(const LibsensorsLibrary&) = delete;
     LibsensorsLibrary& operator=(const LibsensorsLibrary&) = delete;
     ~LibsensorsLibrary();
 
-    /// Has the library read its configuration and look for chips, anew if it did before. Errors in the
-    /// configuration go to the log. Nothing on success, else what the library says.
+    /// Makes the library read its configuration and detect chips; restarts it if it is running. Errors in the
+    /// configuration are logged. Nothing on success, else the library's error message.
     [[nodiscard]] std::optional<std::string> start(Log& log);
 
-    /// How often the library was started: what it returned before the last start is no longer valid.
+    /// The number of starts. Results from before the last start are no longer valid.
     [[nodiscard]] std::uint64_t generation() const;
 
-    /// All chips it found; none before it started.
+    /// All detected chips; empty before the first start.
     [[nodiscard]] std::vector<LibraryChip> chips() const;
 
-    /// The value of a subfeature. Nothing when it cannot be read, or after a start later than `generation`.
+    /// The value of a subfeature, in volts, °C and so on. Nothing when it cannot be read, when it is not
+    /// finite, and when the library was started again after `generation`.
     [[nodiscard]] std::optional<double> value(std::uint64_t generation, const sensors_chip_name* chip,
                                               int number) const;
 
-    /// "3.6.0"; empty when the library does not tell.
+    /// "3.6.0"; empty when the library does not export it.
     [[nodiscard]] std::string version() const;
 
   private:
@@ -70,6 +73,7 @@ class LibsensorsLibrary {
 
     explicit LibsensorsLibrary(Handle handle) : handle_(std::move(handle)) {}
 
+    /// Looks up all functions. The name of the first one that is missing; null if all are present.
     [[nodiscard]] const char* missingFunction();
     [[nodiscard]] std::string errorText(int error) const;
     [[nodiscard]] std::vector<LibraryFeature> featuresOf(const sensors_chip_name& chip) const;
@@ -79,7 +83,7 @@ class LibsensorsLibrary {
 
     Handle handle_;
     Functions functions_;
-    mutable std::mutex mutex_; ///< guards what follows, and the library
+    mutable std::mutex mutex_; ///< guards the members below and all calls
     bool isStarted_ = false;
     std::uint64_t generation_ = 0;
 };

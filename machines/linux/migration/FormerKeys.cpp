@@ -19,7 +19,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Fans that were published in a registry, under the keys FAN0 to FAN7.
+/// Fans from registry-like chips had the keys FAN0 to FAN7.
 constexpr std::size_t mostRegistryFans = 8;
 
 /// The last decimal number in a label such as "Core 12" or "TSI0_TEMP".
@@ -71,7 +71,7 @@ class Assignment {
         return !keys_.contains(key) && !controllerKeys_.contains(key);
     }
 
-    /// Apple's controller has keys of its own, also where only the driver's channels are read.
+    /// Apple's SMC has keys of its own, even if only its driver's channels can be read.
     void leaveOutController() {
         for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
             if (chips_[chip].name != appleSMCChip) continue;
@@ -83,7 +83,7 @@ class Assignment {
         }
     }
 
-    /// The first rule that fits a channel decided whether the controller measures it already.
+    /// The first matching rule decided whether the SMC already measures the channel.
     void leaveOutCovered() {
         std::set<ChannelPlace> decided;
         for (const SensorRule& rule : sensorRules()) {
@@ -95,7 +95,7 @@ class Assignment {
         }
     }
 
-    /// Keys differ by letter case, unlike the names of chips and labels.
+    /// Keys are case-sensitive, unlike the names of chips and labels.
     [[nodiscard]] bool hasKeyLike(std::string_view pattern) const {
         return fitsAnyAlternative(pattern, [&](std::string_view alternative) {
             return std::ranges::any_of(controllerKeys_, [&](const std::string& key) {
@@ -105,9 +105,9 @@ class Assignment {
         });
     }
 
-    // Supplies that have a hwmon chip too
+    // Supplies that also have a hwmon chip
 
-    /// The channels of that kind in a chip of the list, in their order.
+    /// The channels of one kind in a chip of the list, in their order.
     [[nodiscard]] std::vector<ChannelPlace> placesOf(const SensorChip& chip, SensorKind kind) const {
         std::vector<ChannelPlace> places;
         for (std::size_t channel = 0; channel < chip.channels.size(); ++channel) {
@@ -117,7 +117,7 @@ class Assignment {
         return places;
     }
 
-    /// The supply had the key, and the hwmon chip none.
+    /// In version 0.1 the supply had the key, and the hwmon chip had none.
     void leaveOutRepeated() {
         for (const SensorChip& supply : chips_) {
             for (const SensorChannel& channel : supply.channels) {
@@ -128,7 +128,7 @@ class Assignment {
         }
     }
 
-    /// The reading is now the hwmon chip's. Both list the channels of a kind in the same order.
+    /// Now the hwmon chip has the reading. Both list the channels of a kind in the same order.
     void moveToMonitors() {
         for (auto& [key, place] : keys_) {
             const SensorKind kind = at(place).kind;
@@ -141,9 +141,9 @@ class Assignment {
         }
     }
 
-    // Fans of the registry
+    // Fans from registry-like chips
 
-    /// Whether the walk over the registry took the channel for one fan, by its label.
+    /// Whether version 0.1 recognised the channel as one fan by its label.
     [[nodiscard]] bool isNamedFan(ChannelPlace place) const {
         const SensorChannel& fan = at(place);
         const auto hasThisName = [&](const SensorChannel& other) {
@@ -154,7 +154,7 @@ class Assignment {
                std::ranges::count_if(chips_[place.chip].channels, hasThisName) == 1;
     }
 
-    /// The walk numbered them chip by chip.
+    /// They were numbered chip by chip.
     void placeRegistryFans() {
         std::vector<ChannelPlace> fans;
         for (const std::string_view chips : registryChips()) {
@@ -168,7 +168,7 @@ class Assignment {
         }
     }
 
-    // Keys by the rules
+    // Keys assigned by rules
 
     void apply(const SensorRule& rule) {
         forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
@@ -190,7 +190,7 @@ class Assignment {
         return std::nullopt;
     }
 
-    /// Chips of a family were counted in their order.
+    /// Chips of a family were numbered in their order.
     [[nodiscard]] int chipIndex(std::string_view family, std::size_t chip) const {
         const auto end = chips_.begin() + static_cast<std::ptrdiff_t>(chip);
         return static_cast<int>(std::count_if(
@@ -199,7 +199,7 @@ class Assignment {
 
     // Attributes of fans
 
-    /// The front of a fan's key ("F0"), if the fan has one.
+    /// The start of a fan's key ("F0"), if the fan has a key.
     [[nodiscard]] std::optional<std::string> fanKeyFront(std::size_t chip, int number) const {
         for (const auto& [key, place] : keys_) {
             const bool isFan = place.chip == chip && key.ends_with("Ac") && at(place).kind == SensorKind::fan;

@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
-/// The four-character keys that version 0.1 invented for kernel sensors. Pins and hidden keys that it stored
-/// are carried over once. To be removed in version 0.4.
+/// Migration of the four-character keys that version 0.1 invented for kernel sensors. Pins and hidden keys
+/// stored under them are converted once, to the keys that the sensors have now. Reproduces the old
+/// assignment, including its quirks. To be removed in version 0.4. Pure functions.
 namespace kelvinbar {
 
-/// A channel by its place in a list of chips.
+/// A channel, by its indexes into a list of chips.
 struct ChannelPlace {
     std::size_t chip = 0;
     std::size_t channel = 0;
@@ -20,9 +21,11 @@ struct ChannelPlace {
     friend auto operator<=>(const ChannelPlace&, const ChannelPlace&) = default;
 };
 
-/// The channel behind each key that version 0.1 gave to one of `chips`; for a power supply that has a hwmon
-/// chip too, the channel of that chip, which has the reading now. `controllerKeys` are those of a real
-/// controller, which were never given to anything else. The channels of such a controller are left out.
+/// The channel behind each key that version 0.1 assigned for `chips`. If a power supply also has a hwmon
+/// chip, that is the chip's channel, because it now has the reading.
+///
+/// `controllerKeys` are the keys of a real SMC, which version 0.1 never assigned to anything else. The
+/// channels of the SMC's own driver are left out.
 std::map<std::string, ChannelPlace> formerKeys(const std::vector<SensorChip>& chips,
                                                const KeySet& controllerKeys);
 

@@ -18,7 +18,7 @@ std::optional<char> hexDigit(std::optional<int> number) {
     return isDigit ? std::optional(hexDigits[static_cast<std::size_t>(*number)]) : std::nullopt;
 }
 
-/// The character that stands for itself, or the digit that it stands for.
+/// Returns the digit for a placeholder, or the character itself. Nothing when the number has no digit.
 std::optional<char> resolved(char character, const KeyDigits& digits) {
     switch (character) {
     case '@':
@@ -44,7 +44,7 @@ std::optional<std::string> withDigits(std::string_view pattern, const KeyDigits&
     return key;
 }
 
-/// `isFree` for keys that the catalogue can name.
+/// Free keys that have a name in the catalogue.
 class FreeKeys {
   public:
     explicit FreeKeys(const std::function<bool(const std::string&)>& isFree) : isFree_(isFree) {}
@@ -53,7 +53,7 @@ class FreeKeys {
         return isFree_(key) && SMCKeyDatabase::hwMonitorDefinition(key);
     }
 
-    /// The first key with one of `candidates` at `place`.
+    /// The first free key with one of `candidates` at `place`.
     [[nodiscard]] std::optional<std::string> first(std::string key, std::size_t place,
                                                    std::string_view candidates) const {
         const auto* const found = std::ranges::find_if(candidates, [&](char candidate) {
@@ -63,7 +63,7 @@ class FreeKeys {
         return found == candidates.end() ? std::nullopt : std::optional(std::move(key));
     }
 
-    /// The first key with a pair at `place` that has no name of its own in the catalogue's table.
+    /// The first free key with a pair of characters at `place`, unless the catalogue's table has it.
     [[nodiscard]] std::optional<std::string> firstPair(std::string key, std::size_t place) const {
         for (const char first : digitsAndLetters) {
             for (const char second : digitsAndLetters) {

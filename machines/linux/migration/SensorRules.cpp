@@ -10,7 +10,8 @@ using enum SensorKind;
 
 constexpr std::string_view any = "*";
 
-// Families of chips. A rule counts its chips by the whole pattern, so a family has one pattern.
+// Families of chips. The index of a chip counts those that match the same pattern, so each family has exactly
+// one pattern.
 constexpr std::string_view amdProcessors = "k10temp|zenpower";
 constexpr std::string_view graphics = "amdgpu|radeon|nouveau|nvidia*|i915|xe";
 constexpr std::string_view memoryModules = "spd5118|jc42|ee1004|peci_dimmtemp*";
@@ -126,7 +127,7 @@ constexpr std::array rules{
     SensorRule{chargers, current, any, "CH0C", "CH0C"},
     SensorRule{chargers, power, any, "CH0W ACPW", "CH0W|ACPW"},
 
-    // The same where only their monitors are published
+    // The same, if only the hwmon chip exists
     SensorRule{batteryMonitors, voltage, any, "B@AV", "B?AV"},
     SensorRule{batteryMonitors, current, any, "B@Am", "B?AC|B?Am"},
     SensorRule{batteryMonitors, power, any, "B@AP", "B?AP"},
@@ -134,7 +135,7 @@ constexpr std::array rules{
     SensorRule{chargerMonitors, voltage, any, "CH0V"},
     SensorRule{chargerMonitors, current, any, "CH0C"},
 
-    // Any chip, by what its label says
+    // Any chip, by its label
     SensorRule{any, temperature, "*vrm*|*vreg*", "TVRM"},
     SensorRule{any, temperature, "*mos*", "TMOS"},
     SensorRule{any, temperature, "*chipset*|*pch*", "TPCH TCHP TP0P"},
@@ -160,7 +161,7 @@ constexpr std::array rules{
     SensorRule{any, current, "*cpu*|*core*", "IC0C"},
     SensorRule{any, power, "*cpu*|*package*", "PCPR"},
 
-    // What is left, by its kind
+    // The rest, by kind
     SensorRule{any, temperature, any, "TA++ TP++ TL++ TI++"},
     SensorRule{any, voltage, any, "VIN# VI++ VX++"},
     SensorRule{any, current, any, "IX++ IY++"},

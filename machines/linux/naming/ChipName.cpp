@@ -55,7 +55,7 @@ std::string busAddress(std::string_view bus, std::uint32_t busNumber, std::uint3
     return busAddress(std::string(bus).append("-").append(std::to_string(busNumber)), address, digits);
 }
 
-/// "0-0050". libsensors keeps bus 9191 for chips of the old ISA bus.
+/// "0-0050". libsensors reserves bus 9191 for the old ISA bus.
 std::optional<std::string> i2cAddress(std::string_view name) {
     constexpr std::uint32_t isaBus = 9191;
     NameReader reader(name);
@@ -77,7 +77,7 @@ std::optional<std::string> spiAddress(std::string_view name) {
     return busAddress("spi", *bus, *select, 1);
 }
 
-/// Four numbers in `base` with these separators between them.
+/// Four numbers in `base`, with these separators in between.
 std::optional<std::array<std::uint32_t, 4>> fourNumbers(std::string_view name, int base,
                                                         std::array<std::string_view, 3> separators) {
     NameReader reader(name);
@@ -99,7 +99,7 @@ std::optional<std::string> pciAddress(std::string_view name) {
     return busAddress("pci", (domain << 16U) + (bus << 8U) + (slot << 3U) + function, 4);
 }
 
-/// "nct6775.656": what follows the point is a port address or a counter.
+/// "nct6775.656": after the dot, a port address or a counter.
 std::string platformAddress(std::string_view name) {
     NameReader reader(name);
     reader.skipTo('.');
@@ -130,7 +130,7 @@ std::optional<std::string> scsiAddress(std::string_view name) {
     return busAddress("scsi", host, (channel << 8U) + (target << 4U) + unit, 1);
 }
 
-/// Kernels before 2.6.12 do not tell the bus; there the form of the name has to.
+/// Kernels before 2.6.12 have no link to the bus; the form of the name identifies it.
 std::optional<std::string> addressByForm(std::string_view name) {
     if (auto address = i2cAddress(name)) return address;
     if (auto address = spiAddress(name)) return address;

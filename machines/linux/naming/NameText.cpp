@@ -11,8 +11,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The code point of a well-formed character of up to three bytes; longer ones count as none that is looked
-/// for.
+/// The code point of a well-formed character. U+FFFF for four bytes, because no range below contains one.
 std::uint32_t codePoint(std::string_view character) {
     if (character.size() == 1) return static_cast<unsigned char>(character.front());
     if (character.size() > 3) return 0xFFFF;
@@ -28,7 +27,7 @@ struct CodeRange {
     std::uint32_t last;
 };
 
-/// Controls, and marks that join, split or turn text around.
+/// Control characters, and formatting characters that join, break or reorder text.
 constexpr std::array invisibleRanges{CodeRange{0x00, 0x1F},     CodeRange{0x7F, 0x9F},
                                      CodeRange{0x200B, 0x200F}, CodeRange{0x2028, 0x202E},
                                      CodeRange{0x2060, 0x206F}, CodeRange{0xFEFF, 0xFEFF}};

@@ -53,7 +53,7 @@ bool isSupply(const SensorChip& chip) {
     return contains(chip.name, ":") && chip.name == std::string(chip.stableName).append(chip.sensorsName);
 }
 
-/// The name of the hwmon chip that the kernel makes for a supply.
+/// The name of the hwmon chip that the kernel creates for a supply.
 std::string hwmonNameOf(const SensorChip& supply) { return replacedAll(supply.sensorsName, "-", "_"); }
 
 bool hasKind(const SensorChip& chip, SensorKind kind) {
@@ -70,15 +70,15 @@ std::string contentOf(const SensorChip& chip) {
     return content;
 }
 
-/// The part of a path up to the next slash, which the path loses.
+/// Returns the path up to the next slash and removes both from `path`.
 std::string_view takeFolder(std::string_view& path) {
     const std::string_view folder = path.substr(0, path.find('/'));
     path.remove_prefix(std::min(folder.size() + 1, path.size()));
     return folder;
 }
 
-/// Folder by folder. Addresses ("0000:0a:00.0") are hexadecimal numbers of one width and compare as text;
-/// other names have decimal numbers.
+/// Compares component by component. Addresses ("0000:0a:00.0") are hexadecimal numbers of fixed width and
+/// compare as text; other components are in natural order.
 bool isEarlierPath(std::string_view left, std::string_view right) {
     while (!left.empty() && !right.empty()) {
         const std::string_view mine = takeFolder(left);
@@ -100,13 +100,13 @@ bool isEarlier(const SensorChip& left, const SensorChip& right) {
 
 // Devices
 
-/// Chips that no row names are known by their network interface, where they have one.
+/// A chip that no row matches is identified by its network interface, if it has one.
 std::string familyOf(const SensorChip& chip, const std::string& type) {
     if (deviceRowOf(type) != nullptr || chip.network.empty()) return type;
     return chip.network.starts_with("w") ? "wlan0" : "eth0";
 }
 
-/// What an unknown chip is called: by its driver.
+/// The words for a chip that no row matches: its driver's name.
 std::string driverWords(std::string_view type) {
     constexpr std::string_view zone = "_thermal";
     if (type.ends_with(zone) && type.size() > zone.size()) type.remove_suffix(zone.size());
@@ -114,7 +114,7 @@ std::string driverWords(std::string_view type) {
     return words.empty() || words == "hwmon" ? "Sensor" : words;
 }
 
-/// The slot of a memory module: its place among the eight addresses that the bus keeps for them.
+/// The slot of a memory module: its position among the eight addresses that the bus reserves for modules.
 std::optional<int> slotOf(const SensorChip& chip) {
     constexpr int slots = 8;
     if (chip.place) return chip.place;
@@ -152,7 +152,7 @@ std::string detailOf(const NamedDevice& device) {
     }
 }
 
-/// The socket or slot that the device tells of itself.
+/// The socket or slot that the device reports.
 std::optional<int> ownPlace(const NamedDevice& device) {
     switch (tellApartOf(device)) {
     case TellApart::bySocket:
@@ -164,7 +164,7 @@ std::optional<int> ownPlace(const NamedDevice& device) {
     }
 }
 
-/// Numbers the devices of each family. A supply and the hwmon chip that the kernel makes for it are one.
+/// Numbers the devices of each family. A supply and its hwmon chip count as one device.
 class DeviceCounter {
   public:
     explicit DeviceCounter(const std::vector<NamedDevice>& devices) {
@@ -178,7 +178,7 @@ class DeviceCounter {
         return families_.at(familyOf(device)).size() == 1;
     }
 
-    /// Counted from 1 among those with the same detail, in the order of the calls.
+    /// The device's number, from 1, among those with the same detail, in the order of the calls.
     int numberOf(const NamedDevice& device) {
         auto& seen = seen_[{familyOf(device), device.detail}];
         const std::string identity = identityOf(device);

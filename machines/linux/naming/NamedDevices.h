@@ -7,43 +7,46 @@
 #include <string_view>
 #include <vector>
 
+/// The first step of naming: identifies each chip, puts the chips into a fixed order and numbers those that
+/// look alike. SensorNames.h combines the result with the labels of the channels. Pure functions; results
+/// point into their arguments.
 namespace kelvinbar {
 
-/// A chip with what the keys and names of its readings have in common.
+/// A chip with the parts that the keys and names of its readings share.
 struct NamedDevice {
     const SensorChip* chip = nullptr;
-    std::string keyStart; ///< of its keys, up to the slash
-    std::string type;
-    std::string family; ///< the name that the tables know it by
-    const DeviceRow* row = nullptr;
-    std::string words;
-    int number = 1;
+    std::string keyStart;           ///< of its keys: what precedes the slash
+    std::string type;               ///< see typeOf()
+    std::string family;             ///< the type, or a stand-in for it, to look up in the tables
+    const DeviceRow* row = nullptr; ///< null for a device that no row matches
+    std::string words;              ///< "GPU"
+    int number = 1;                 ///< among equal devices, from 1
     bool isNumberShown = false;
-    std::string detail; ///< model or interface, where that tells it apart
+    std::string detail; ///< model or interface, where that distinguishes it
 };
 
-/// All chips with readings, in an order that does not depend on the one they came in, with their keys and
-/// names counted. Apple's controller is left out: its keys have names of their own. The devices point into
-/// `chips`.
+/// All chips with readings, in an order that does not depend on the order of `chips`, with numbered keys and
+/// names. Leaves out Apple's SMC, whose keys have names in the catalogue.
 std::vector<NamedDevice> namedDevices(const std::vector<SensorChip>& chips);
 
-/// Whether the channel is a measurement or a state rather than a limit, a target or a name of a fan.
+/// Whether the channel is a measurement or a state, as opposed to a limit, a target or the mode of a fan.
 bool isMeasured(const SensorChannel& channel);
 
-/// The hwmon chip with channels of that kind that the kernel made for a power supply; null when there is
-/// none, and for a chip that is no supply. Points into `chips`.
+/// The hwmon chip that the kernel creates for a power supply, if it has channels of that kind. Null when
+/// there is none, and for a chip that is not a supply.
 const SensorChip* monitorOf(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips);
 
-/// Whether such a hwmon chip repeats the supply. It is kept instead: other tools know it by its keys.
+/// Whether such a hwmon chip repeats the supply's channels of that kind. The chip is shown and the supply is
+/// not, because other tools use the chip's keys.
 bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips);
 
-/// The kernel's name of a channel: "temp3".
+/// The kernel's name of a channel ("temp3"), from its kind and number if it has no name.
 std::string featureOf(const SensorChannel& channel);
 
-/// `text` without what may not stand in a key.
+/// `text` with an underscore for each control character and ill-formed byte, so that it can be part of a key.
 std::string keyText(std::string_view text);
 
-/// The type column of a chip's readings.
+/// The type of a chip's readings: the driver's name, or "battery", "charger", "usb" or "peripheral".
 std::string typeOf(const SensorChip& chip);
 
 } // namespace kelvinbar

@@ -6,15 +6,17 @@
 #include <string>
 #include <vector>
 
+/// Kernel sensors as data: chips and their channels with the paths of their files. The sources fill these in,
+/// naming works on them, and neither needs the other. Plain values.
 namespace kelvinbar {
 
-/// What a channel measures or tells. It decides the unit of a value and what a value can be at all.
+/// What a channel measures or reports. Determines the unit of a value and its possible range.
 enum class SensorKind : std::uint8_t {
     temperature, ///< °C
     voltage,     ///< V
     current,     ///< A
     power,       ///< W
-    energy,      ///< a counter of joules, shown as the power it grows by
+    energy,      ///< a counter in joules, shown as power
     fan,         ///< RPM
     fanMinimum,
     fanMaximum,
@@ -22,11 +24,11 @@ enum class SensorKind : std::uint8_t {
     fanSafe,
     fanMode,
     charge,    ///< mAh
-    count,     ///< a number of something
+    count,     ///< without a unit
     duration,  ///< minutes
     percent,   ///< %
     flag,      ///< 0 or 1
-    text,      ///< a word
+    text,      ///< "Charging"
     frequency, ///< MHz
     humidity,  ///< %
 };
@@ -39,27 +41,27 @@ struct SensorChannel {
         : kind(kindOfChannel), number(numberOfChannel) {}
 
     SensorKind kind = SensorKind::temperature;
-    int number = 0;              ///< the channel's number among those of its kind
+    int number = 0;              ///< within its kind
     std::string feature;         ///< the kernel's name of the channel: "temp3", "charge_now"
-    std::string label;           ///< the driver's; where it gives none, the channel's file prefix ("temp3")
-    bool isLabelled = false;     ///< whether the label is the driver's
+    std::string label;           ///< the driver's, or else the channel's file prefix ("temp3")
+    bool isLabelled = false;     ///< whether the driver or the user has set the label
     std::filesystem::path file;  ///< empty for a channel that is switched off
-    double countsPerUnit = 1;    ///< what the file's number is divided by
-    std::filesystem::path fault; ///< says 1 while the value is not to be trusted; empty when there is none
-    std::filesystem::path range; ///< of an energy counter: the number after which it begins anew
+    double countsPerUnit = 1;    ///< the number in the file is divided by this
+    std::filesystem::path fault; ///< contains 1 while the value is invalid; may be empty
+    std::filesystem::path range; ///< of an energy counter: contains its highest value
 };
 
 /// A device with channels.
 struct SensorChip {
-    std::string device;       ///< where it sits on its bus: the same after every boot
-    std::string name;         ///< the driver's name of the chip
-    std::string stableName;   ///< the name without what the kernel counts up ("iwlwifi_1" is "iwlwifi")
-    std::string sensorsName;  ///< as libsensors names it ("k10temp-pci-00c3"); a supply's or zone's own name
-    std::string model;        ///< of a drive, as its maker names it; empty when it tells none
-    std::string network;      ///< the network interface of the device that has the chip ("enp3s0")
-    std::optional<int> place; ///< socket or slot, counted from 0, where the device tells it
-    std::filesystem::path folder;                   ///< where its channels are
-    std::vector<std::filesystem::path> powerStates; ///< files that tell whether the device sleeps
+    std::string device;           ///< its path on the bus; the same after every boot
+    std::string name;             ///< the driver's name of the chip
+    std::string stableName;       ///< the name without the kernel's counter ("iwlwifi" of "iwlwifi_1")
+    std::string sensorsName;      ///< as in libsensors ("k10temp-pci-00c3"), or a supply's or zone's own name
+    std::string model;            ///< of a drive, as reported by it; may be empty
+    std::string network;          ///< the network interface of its device ("enp3s0"); may be empty
+    std::optional<int> place;     ///< socket or slot from 0, if the device reports it
+    std::filesystem::path folder; ///< contains the files of its channels
+    std::vector<std::filesystem::path> powerStates; ///< files with the power state of its devices
     std::vector<SensorChannel> channels;
 };
 

@@ -19,7 +19,7 @@ struct FeatureKind {
     SensorKind kind;
 };
 
-/// Channels that the kernel counts: "temp1".
+/// Channels that the kernel numbers: "temp1".
 constexpr std::array numberedFeatures{
     FeatureKind{"temp", temperature}, FeatureKind{"in", voltage},        FeatureKind{"curr", current},
     FeatureKind{"power", power},      FeatureKind{"energy", energy},     FeatureKind{"fan", fan},

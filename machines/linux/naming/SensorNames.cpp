@@ -13,7 +13,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// The words of a label, and whether they are the whole name.
+/// The words for a label, and whether they are the complete name.
 struct LabelWords {
     std::string text;
     bool isWhole = false;
@@ -48,7 +48,7 @@ LabelWords labelWords(const NamedDevice& device, const SensorChannel& channel) {
     return {label, isWhole};
 }
 
-/// Device, detail and label with what is too long made shorter: the detail first, then the device goes.
+/// Joins device, detail and label. A name that is too long loses part of the detail first, then the device.
 std::string composed(const std::string& device, const std::string& detail, const std::string& label) {
     const std::size_t used = characterCount(joined(device, label));
     if (used > longestSensorName) return cutText(label, longestSensorName);
@@ -70,7 +70,7 @@ std::string nameOf(const NamedDevice& device, const SensorChannel& channel) {
                     device.detail, rest);
 }
 
-/// A name of four characters without a space looks like a key of Apple's controller.
+/// Avoids names of four characters without a space, which look like SMC keys.
 std::string speakingName(const std::string& name, SensorKind kind) {
     constexpr std::size_t keyLength = 4;
     if (name.empty()) return std::string(kindWords(kind));
@@ -87,7 +87,7 @@ SensorName readingOf(const NamedDevice& device, const SensorChannel& channel) {
     return reading;
 }
 
-/// A reading on the way to its final name.
+/// A reading whose name may still change.
 struct NamedReading {
     SensorName* reading = nullptr;
     SensorKind kind = SensorKind::temperature;

@@ -47,7 +47,7 @@ std::optional<std::string_view> withoutNumberOfBus(std::string_view folder) {
     return isOnBus ? std::optional(rest) : std::nullopt;
 }
 
-/// "0003:1E71:2007.0005" without the number that tells one connection of the device from the next.
+/// "0003:1E71:2007.0005" without the number at the end, which differs each time the device is connected.
 std::string_view withoutNumberOfConnection(std::string_view folder) {
     return fitsPattern("????:????:????.????", folder) ? folder.substr(0, folder.rfind('.')) : folder;
 }
@@ -58,7 +58,7 @@ std::string_view lastingName(std::string_view folder) {
     return withoutNumberOfConnection(folder);
 }
 
-/// A device path without what the kernel counts up.
+/// A device path without numbers that the kernel counts up.
 std::string lastingPath(std::string_view device) {
     std::string path;
     while (!device.empty()) {

@@ -18,7 +18,7 @@ constexpr auto anyKind = std::nullopt;
 constexpr std::string_view any = "*";
 constexpr std::string_view itself = "*";
 
-// Chips that rows of more than one table name.
+// Chips that rows of several tables name.
 constexpr std::string_view amdProcessors = "k10temp|zenpower";
 constexpr std::string_view graphics = "amdgpu|radeon|nouveau|nvidia*|i915|xe|gpu*thermal|panfrost*|v3d*";
 constexpr std::string_view memoryModules = "spd5118|jc42|ee1004|peci_dimmtemp*|tse200?|i5k_amb";
@@ -112,7 +112,7 @@ constexpr std::array devices{
     DeviceRow{"*waterforce*", "Waterforce"},
     DeviceRow{"arctic*", "Arctic"},
 
-    // Sensors on their own
+    // Stand-alone sensors
     DeviceRow{thermometers, "Thermometer"},
     DeviceRow{climateSensors, "Climate Sensor"},
     DeviceRow{"ina2*|ina3*|ina7*|ina4*|sy7636*|isl28022", "Power Monitor"},
@@ -178,7 +178,7 @@ constexpr std::array labels{
     LabelRow{"macsmc_hwmon", temperature, "Charge Regulator Temp", "Charge Regulator"},
     LabelRow{"macsmc_hwmon", temperature, "NAND Flash Temperature", "NAND Flash"},
 
-    // Super I/O chips: inputs that the chip itself is powered by
+    // Super I/O chips: the inputs for the chip's own supply
     LabelRow{nuvotonSuperIO, voltage, "in0", "Vcore"},
     LabelRow{nuvotonSuperIO, voltage, "in2", "AVCC"},
     LabelRow{nuvotonSuperIO, voltage, "in3", "+3.3V"},

@@ -6,7 +6,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Matches one alternative. Each "*" tries every length, which is cheap enough for names this short.
+/// Matches one alternative. Tries every length for each "*", which is fast enough for names this short.
 bool fitsAlternative(std::string_view pattern, std::string_view text) {
     if (pattern.empty()) return text.empty();
     if (pattern.front() == '*') {

@@ -5,7 +5,8 @@
 
 namespace kelvinbar {
 
-/// Whether `fits` holds for one of the alternatives that "|" separates in `pattern`.
+/// Whether `fits` returns true for one of the alternatives in `pattern`, which "|" separates. Stops at the
+/// first.
 template <typename Fits>
 bool fitsAnyAlternative(std::string_view pattern, Fits fits) {
     for (;;) {
@@ -16,8 +17,9 @@ bool fitsAnyAlternative(std::string_view pattern, Fits fits) {
     }
 }
 
-/// Whether the whole of `text` matches `pattern`: "*" stands for any text, "?" for one character, "|"
-/// separates alternatives. The case of ASCII letters is ignored.
+/// Whether `pattern` matches the whole of `text`. "*" stands for any text, "?" for one character, "|"
+/// separates alternatives. ASCII letters match regardless of case. For the short patterns of our own tables:
+/// backtracking makes several "*" slow.
 bool fitsPattern(std::string_view pattern, std::string_view text);
 
 } // namespace kelvinbar

@@ -18,7 +18,7 @@ std::string withSuffix(std::string_view name, const std::string& suffix) {
 
 using Group = std::vector<NameInList>;
 
-/// Readings by name, each group in the order of the readings.
+/// Readings by name; each group keeps their order.
 std::map<std::string, Group> groupedByName(const std::vector<NameInList>& names) {
     std::map<std::string, Group> groups;
     for (const NameInList& channel : names) groups[*channel.name].push_back(channel);
@@ -31,7 +31,7 @@ void appendKind(const NameInList& channel) {
     if (!contains(asciiLowercased(name), asciiLowercased(kind))) name = withSuffix(name, " " + kind);
 }
 
-/// "CPU" is a temperature and a current on some boards.
+/// On some boards, "CPU" is the label of a temperature and of a current.
 void tellKindsApart(const std::vector<NameInList>& names) {
     for (const auto& [name, group] : groupedByName(names)) {
         const auto ofOneKind = std::ranges::count(group, group.front().kind, &NameInList::kind);
@@ -39,8 +39,8 @@ void tellKindsApart(const std::vector<NameInList>& names) {
     }
 }
 
-/// The first free name: with a number, unless the name ends in one; with the chip where there is room for it;
-/// with a number that is marked as one.
+/// The first free name of: name and number, unless the name ends in a digit; name and chip, if it fits; name
+/// and marked number.
 std::string freeName(const NameInList& reading, int number, const std::set<std::string>& taken) {
     const std::string& name = *reading.name;
     std::string candidate = withSuffix(name, " " + std::to_string(number));

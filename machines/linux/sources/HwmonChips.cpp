@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 using FileNames = std::set<std::string, std::less<>>;
 
-/// A kind of channel file: "temp3_input" is prefix, number and item.
+/// A kind of channel file: "temp3_input" consists of prefix, number and item.
 struct ChannelFile {
     std::string_view prefix;
     std::string_view item;
@@ -32,7 +32,7 @@ struct ChannelFile {
     double countsPerUnit;
 };
 
-/// Where two files give one value, the first that is there counts.
+/// Of two files with the same value, the first that exists wins.
 constexpr std::array channelFiles{
     ChannelFile{"temp", "input", SensorKind::temperature, 1e3},
     ChannelFile{"in", "input", SensorKind::voltage, 1e3},
@@ -60,7 +60,7 @@ FileNames fileNames(const fs::path& folder) {
     return names;
 }
 
-/// The number in a file name such as "temp3_input", when that has the prefix and the item.
+/// The number in a file name such as "temp3_input", if prefix and item match.
 std::optional<int> channelNumber(std::string_view name, const ChannelFile& kind) {
     if (!name.starts_with(kind.prefix)) return std::nullopt;
     name.remove_prefix(kind.prefix.size());
@@ -70,7 +70,7 @@ std::optional<int> channelNumber(std::string_view name, const ChannelFile& kind)
     return isPadded ? std::nullopt : wholeNumberIn<std::uint16_t>(name.substr(0, line));
 }
 
-/// Reads what is told once of a channel: its label, and whether it is switched off.
+/// Reads the constant parts of a channel: its label, and whether it is disabled.
 class ChannelReader {
   public:
     ChannelReader(const fs::path& folder, const FileNames& names, bool isAsleep)
@@ -84,7 +84,7 @@ class ChannelReader {
         channel.label = textOf(stem + "_label");
         channel.isLabelled = !channel.label.empty();
         if (!channel.isLabelled) channel.label = stem;
-        // A channel that is switched off keeps its key, and that cannot be read.
+        // A disabled channel keeps its key, but has no file to read.
         if (!isSwitchedOff(kind, stem)) {
             channel.file = folder_ / std::string(stem).append("_").append(kind.item);
         }
@@ -94,7 +94,7 @@ class ChannelReader {
     }
 
   private:
-    /// A fan's file of that name tells how graphics cards control it.
+    /// For fans, graphics drivers use this file for the control mode.
     [[nodiscard]] bool isSwitchedOff(const ChannelFile& kind, const std::string& stem) const {
         return kind.prefix != "fan" && !isAsleep_ && textOf(stem + "_enable") == "0";
     }
@@ -105,7 +105,7 @@ class ChannelReader {
 
     const fs::path& folder_;
     const FileNames& names_;
-    bool isAsleep_; ///< some drivers wake their device to tell whether a channel is on
+    bool isAsleep_; ///< reading "_enable" wakes the device on some drivers
 };
 
 bool isEarlierChannel(const SensorChannel& left, const SensorChannel& right) {
@@ -140,7 +140,7 @@ std::optional<int> outputNumber(std::string_view name) {
     return name.starts_with('0') ? std::nullopt : wholeNumberIn<std::uint16_t>(name);
 }
 
-/// Where a chip measures no speed, how strongly a fan is driven is all there is to know of it.
+/// The duty cycles of fans, for a chip that measures no speed.
 void appendFanOutputs(SensorChip& chip) {
     constexpr double fullOutput = 255;
     if (std::ranges::find(chip.channels, SensorKind::fan, &SensorChannel::kind) != chip.channels.end())
@@ -157,7 +157,7 @@ void appendFanOutputs(SensorChip& chip) {
     }
 }
 
-/// Old drivers put the name and all channels on the device.
+/// Old drivers put the name and all channels into the device's folder.
 fs::path channelFolder(const fs::path& entry) {
     std::error_code error;
     const bool isOnDevice = !fs::exists(entry / "name", error) && fs::exists(entry / "device/name", error);
@@ -166,7 +166,7 @@ fs::path channelFolder(const fs::path& entry) {
 
 std::vector<fs::path> powerStates(const fs::path& entry) {
     std::vector<fs::path> states;
-    // The device itself; and the one that it is a function of, as for a drive's controller.
+    // The device, and the one that it is a function of, such as a drive's controller.
     for (const char* const file : {"device/power/runtime_status", "device/device/power/runtime_status"}) {
         const auto status = systemFileLine(entry / file);
         if (status && *status != "unsupported") states.push_back(entry / file);
@@ -180,7 +180,7 @@ bool isAnyAsleep(const std::vector<fs::path>& states) {
     });
 }
 
-/// "iwlwifi_1" and "mt7921_phy0" without the numbers that count up when a driver is loaded again.
+/// "iwlwifi_1" and "mt7921_phy0" without the number that increases each time the driver is loaded.
 std::string withoutCounter(std::string_view name) {
     const std::size_t line = name.rfind('_');
     if (line == std::string_view::npos || line + 1 == name.size()) return std::string(name);
@@ -190,12 +190,12 @@ std::string withoutCounter(std::string_view name) {
     return std::string(isCounter ? name.substr(0, line) : name);
 }
 
-/// The devices from a hwmon entry on, each the one that the `device` link before it leads to.
+/// The devices behind a hwmon entry, following the `device` links.
 std::vector<DeviceStep> deviceSteps(fs::path entry) {
-    constexpr std::size_t mostSteps = 8;
+    constexpr std::size_t maximumSteps = 8;
     std::vector<DeviceStep> steps;
     std::error_code error;
-    while (steps.size() < mostSteps) {
+    while (steps.size() < maximumSteps) {
         const fs::path device = fs::read_symlink(entry / "device", error);
         if (error) break;
         entry /= "device";
@@ -205,13 +205,13 @@ std::vector<DeviceStep> deviceSteps(fs::path entry) {
     return steps;
 }
 
-/// The first entry of a folder, or nothing.
+/// The first entry of a folder; empty without one.
 std::string firstEntry(const fs::path& folder) {
     const FileNames names = fileNames(folder);
     return names.empty() ? std::string() : *names.begin();
 }
 
-/// A drive's model stands on the drive; older kernels put the chip on the controller above it.
+/// The model is an attribute of the drive. Older kernels attach the chip to the controller above the drive.
 std::string driveModel(const fs::path& entry) {
     if (const auto model = systemFileLine(entry / "device/model")) return *model;
     const fs::path drives = entry / "device/nvme";
@@ -219,14 +219,14 @@ std::string driveModel(const fs::path& entry) {
     return drive.empty() ? drive : systemFileLine(drives / drive / "model").value_or("");
 }
 
-/// The interface of the network card that has the chip: that of the chip's device, or of a device a few
-/// folders up (a radio, or a transceiver on the card's own bus). A bridge has none of its own.
+/// The network interface of the chip's device, or of a device up to a few folders above (the chip may be in a
+/// radio or in a transceiver on the card's own bus). A bridge has none.
 std::string networkInterface(const fs::path& root, const fs::path& entry) {
-    constexpr int mostFolders = 4;
+    constexpr int maximumFolders = 4;
     std::error_code error;
     const fs::path devices = fs::canonical(root / "sys/devices", error);
     fs::path folder = fs::canonical(entry / "device", error);
-    for (int step = 0; !error && step < mostFolders && folder != devices; ++step) {
+    for (int step = 0; !error && step < maximumFolders && folder != devices; ++step) {
         std::string interface = firstEntry(folder / "net");
         if (!interface.empty()) return interface;
         if (folder == folder.root_path()) break;

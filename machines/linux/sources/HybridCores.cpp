@@ -16,11 +16,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Package and core, as the kernel numbers them.
+/// Package and core, in the kernel's numbering.
 using Core = std::pair<std::int64_t, std::int64_t>;
 using CoreNames = std::map<Core, std::string>;
 
-/// Names the cores of the processors that a performance-monitoring unit lists.
+/// The names of the cores that a performance-monitoring unit covers.
 CoreNames coreNames(const fs::path& root, std::string_view unit, std::string_view prefix) {
     const auto list = systemFileLine(root / "sys/devices" / unit / "cpus");
     if (!list) return {};
@@ -37,7 +37,7 @@ CoreNames coreNames(const fs::path& root, std::string_view unit, std::string_vie
     return names;
 }
 
-/// None on a processor whose cores are all of one kind.
+/// Empty on a processor with one type of core.
 CoreNames hybridCoreNames(const fs::path& root) {
     CoreNames efficient = coreNames(root, "cpu_atom", "E-Core ");
     if (efficient.empty()) return {};

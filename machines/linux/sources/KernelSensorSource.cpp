@@ -25,7 +25,7 @@ auto placeOf(const Sensors& sensors, std::string_view key) {
 
 } // namespace
 
-/// Opens the files of everything that has a reading.
+/// Builds the list of sensors and opens their files.
 class KernelSensorSource::ListBuilder {
   public:
     ListBuilder(const Sensors& earlier, const SensorConfiguration* configuration, SensorFiles& files,
@@ -127,7 +127,7 @@ SourceStatus KernelSensorSource::status() {
     return {.isAvailable = true, .message = "Sensors of the kernel"};
 }
 
-/// The first pass asks for the status and the keys in a row: the sensors are looked for once.
+/// The first pass calls `status` and `discoverKeys` in a row, which should search once.
 bool KernelSensorSource::isCurrent(const KeySet& listedBefore) const {
     constexpr std::chrono::seconds moment{1};
     return isUnlisted_ && listedBefore == listedBefore_ && clock_->now() - *builtAt_ <= moment;
@@ -168,7 +168,7 @@ KeyHistory KernelSensorSource::keyHistory(bool withFormerKeys) {
     const std::lock_guard lock(mutex_);
     KeyHistory history{.places = places_, .formerKeys = std::nullopt};
     if (!withFormerKeys) return history;
-    // Version 0.1 went by the kernel's labels.
+    // Version 0.1 used the kernel's labels.
     const std::vector<SensorChip> chips = sensorChips(root_, nullptr, log_);
     const auto names = sensorNames(chips);
     history.formerKeys.emplace();
@@ -188,7 +188,7 @@ std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const st
     std::vector<RawReading> readings;
     readings.reserve(keys.size());
     std::vector<bool> isDone(sensors->size());
-    auto next = sensors->begin(); // keys come in ascending order, nearly always all of them
+    auto next = sensors->begin(); // usually all keys, in ascending order
     for (const std::string& key : keys) {
         if (next == sensors->end() || next->prototype.key != key) next = placeOf(*sensors, key);
         if (next == sensors->end() || next->prototype.key != key) continue;

@@ -18,45 +18,59 @@
 
 namespace kelvinbar {
 
-/// The kernel's sensors as a source: hardware monitors, power supplies and energy counters, each under a key
-/// made of its chip and channel ("k10temp-pci-00c3/temp1") and with a name of its own. The files stay open
-/// between passes; a pass costs one read per sensor. Devices that come and go are noticed at discovery.
+/// The sensors that the Linux kernel publishes: hardware monitors, power supplies and energy counters. Keys
+/// consist of chip and channel ("k10temp-pci-00c3/temp1"); readings carry their own name, category and unit.
 ///
-/// Where Apple's controller is present but its keys may not be chosen, the driver's channels keep the
-/// controller's own keys.
+/// Discovery looks for chips, names them and opens their files. A pass reads each file once, in place, so it
+/// costs one system call per sensor. Devices that come and go are noticed at the next discovery.
+///
+/// Limits and pitfalls:
+/// - A driver may block for seconds. Values are read without a lock, so such a chip only delays the pass that
+///   reads it.
+/// - Sleeping devices are not read, because reading wakes them. Their value is the text "asleep".
+/// - The power of an energy counter needs two reads, 20 ms or more apart. The first is made at discovery.
+/// - On an Apple computer whose SMC keys may not be listed, the `applesmc` channels appear under the SMC's
+///   keys.
+///
+/// Any thread.
 class KernelSensorSource final : public SensorSource {
   public:
-    /// `root` is the directory that holds sys/; `log` outlives the source. `configuration` is the user's, for
-    /// the chips below that root; null without one.
+    /// `root` is the directory that holds sys/. `configuration` is the user's, and applies to the chips below
+    /// that root; may be null. `log` outlives the source.
     KernelSensorSource(std::filesystem::path root, std::shared_ptr<const MonotonicClock> clock, Log& log,
                        std::shared_ptr<SensorConfiguration> configuration = nullptr);
 
-    /// How often `status` looks for sensors on a machine that has none, such as a virtual one.
+    /// The shortest time between two searches by `status` while there are no sensors, as on a virtual
+    /// machine.
     static constexpr std::chrono::seconds searchInterval{15};
 
-    /// Available when there is a sensor. Looks for sensors while none are known.
+    /// Available when there is at least one sensor. Looks for sensors if the last search found none.
     SourceStatus status() override;
 
-    /// Leaves out what a controller measures already, going by the keys it listed.
+    /// Looks for sensors, unless `status` did within the last second. Leaves out channels that the SMC keys
+    /// in `listedBefore` already measure.
     std::vector<std::string> discoverKeys(const KeySet& listedBefore) override;
+    /// Former keys depend on the driver's labels, so the chips are read again without the configuration.
     KeyHistory keyHistory(bool withFormerKeys) override;
+    /// Fastest with keys in ascending order, as `discoverKeys` returns them.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
 
     std::vector<RawReading> readSMCSuperIOFans() override { return {}; }
 
+    /// Closes the files, once passes that still use them have ended.
     void close() override;
 
   private:
     struct Sensor {
-        RawReading prototype;            ///< everything but the value
-        std::string_view controllerType; ///< the data type of a controller's key, else empty
-        std::optional<LiveSensor> live;  ///< nothing for a constant
+        RawReading prototype;            ///< the reading without its value
+        std::string_view controllerType; ///< the data type of an SMC key, else empty
+        std::optional<LiveSensor> live;  ///< empty for a constant
     };
 
     using Sensors = std::vector<Sensor>; ///< in ascending order of key
     class ListBuilder;
 
-    /// Fills in `reading`; false when there is none.
+    /// Stores a reading in `reading`; false when the sensor cannot be read.
     static bool read(const Sensor& sensor, RawReading& reading);
     static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
     void rebuild(KeySet listedBefore);
@@ -66,15 +80,15 @@ class KernelSensorSource final : public SensorSource {
     const std::shared_ptr<const MonotonicClock> clock_;
     Log& log_;
 
-    std::mutex mutex_;                                         ///< guards what follows
+    std::mutex mutex_;                                         ///< guards the members below
     const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
     SensorFiles files_;
     std::shared_ptr<const Sensors> sensors_ = std::make_shared<const Sensors>();
-    std::map<std::string, std::string> places_;       ///< of the last list, as in KeyHistory
-    KeySet controllerKeys_;                           ///< of the sources before this one, when it was made
-    std::optional<std::chrono::nanoseconds> builtAt_; ///< nothing before the first list and after `close`
-    KeySet listedBefore_;                             ///< when the last list was made
-    bool isUnlisted_ = false; ///< the sensors were found by `status` and not listed since
+    std::map<std::string, std::string> places_;       ///< as in KeyHistory, of the last search
+    KeySet controllerKeys_;                           ///< SMC keys at the last search
+    std::optional<std::chrono::nanoseconds> builtAt_; ///< empty before the first search and after `close`
+    KeySet listedBefore_;                             ///< the argument of the last search
+    bool isUnlisted_ = false;                         ///< found by `status`, not listed yet
 };
 
 } // namespace kelvinbar

@@ -42,10 +42,10 @@ std::chrono::nanoseconds PowerMeter::timeToFirstPower(std::chrono::nanoseconds n
 
 std::optional<double> PowerMeter::powerOf(double growth, double seconds) const {
     if (growth >= 0) return growth / seconds;
-    // It wrapped around, unless that would take more power than there is: then it was reset to 0, as after
+    // The counter wrapped around. If that implies an impossible power, it was reset instead, as after
     // hibernation.
     const double power = (growth + range_) / seconds;
-    return power >= 0 && power <= mostPower ? std::optional(power) : std::nullopt;
+    return power >= 0 && power <= maximumPower ? std::optional(power) : std::nullopt;
 }
 
 std::optional<double> PowerMeter::powerAt(double joules, std::chrono::nanoseconds now) {
@@ -79,7 +79,7 @@ void LiveSensor::configure(std::shared_ptr<const ConfiguredValue> configured) {
     if (const auto value = fileValue()) static_cast<void>(configuredValue(*value));
 }
 
-/// The file's number in the unit of the kind.
+/// The number in the file, in the unit of the kind.
 std::optional<double> LiveSensor::fileValue() const {
     const auto counts = file_->number();
     return counts ? std::optional(static_cast<double>(*counts) / countsPerUnit_) : std::nullopt;

@@ -19,8 +19,8 @@
 
 namespace kelvinbar {
 
-/// Whether a device sleeps to save power. Reading its sensors would wake it. Asks the kernel at most once in
-/// `validity`, however many channels the device has. Any thread.
+/// Whether a device is suspended to save power. Reading its sensors would wake it. The result is cached for
+/// `validity`, so that a pass asks the kernel once per device, not once per channel. Any thread.
 class DevicePower {
   public:
     static constexpr std::chrono::milliseconds validity{50};
@@ -39,60 +39,63 @@ class DevicePower {
     mutable std::atomic<bool> wasAsleep_{false};
 };
 
-/// The power at which an energy counter grows. Any thread.
+/// Derives power from an energy counter. Any thread.
 class PowerMeter {
   public:
-    /// The counter moves in steps, so readings that are closer together than this yield no power.
+    /// The counter advances in steps. Reads that are closer together than this are not evaluated.
     static constexpr std::chrono::milliseconds shortestTime{20};
 
-    /// `range` is where the counter wraps around, in joules; 0 where that is unknown.
+    /// `range` is the energy at which the counter wraps around, in joules; 0 if unknown.
     explicit PowerMeter(double range) : range_(range) {}
 
-    /// How long to wait until the second reading of the counter yields a power.
+    /// How long to wait until the next read yields the first power; 0 once there is one.
     [[nodiscard]] std::chrono::nanoseconds timeToFirstPower(std::chrono::nanoseconds now) const;
 
-    /// The mean power since the last call, in watts. Nothing at the first call, and when the counter went
-    /// back without a known range. Within `shortestTime` of the last reading, that reading's power.
+    /// The mean power since the last evaluated read, in watts. Nothing at the first call, and when the
+    /// counter has gone backwards other than by wrapping around. Within `shortestTime` of the last read, its
+    /// result.
     std::optional<double> powerAt(double joules, std::chrono::nanoseconds now);
 
   private:
-    static constexpr double mostPower = 2000; ///< watts, of one processor or card
+    static constexpr double maximumPower = 2000; ///< watts; more means that the counter was reset
 
     [[nodiscard]] std::optional<double> powerOf(double growth, double seconds) const;
 
     const double range_;
-    mutable std::mutex mutex_; ///< guards what follows
+    mutable std::mutex mutex_; ///< guards the members below
     std::optional<double> joules_;
     std::chrono::nanoseconds time_{0};
     std::optional<double> power_;
 };
 
-/// What one read of a channel returns.
+/// The result of one read of a channel.
 struct SensorSample {
     std::optional<double> number; ///< in the unit of the channel's kind
-    std::string text;             ///< of a channel without a number, and of a device that sleeps
-    std::string raw;              ///< the file's own text
+    std::string text;             ///< the value if there is no number
+    std::string raw;              ///< the text in the file
     bool isAsleep = false;
 };
 
-/// A channel with its files open, to be read again and again. Any thread.
+/// A channel with its files open, for repeated reads. Copies share their files and meter. Any thread, except
+/// `configure` and `meter`, which belong to construction.
 class LiveSensor {
   public:
-    /// `power` is null for a device that never sleeps. Values outside `range` are not possible.
+    /// `power` is null for a device that never sleeps. Values outside `range` are rejected.
     LiveSensor(const SensorChannel& channel, ValueRange range, SensorFiles& files,
                std::shared_ptr<const DevicePower> power, std::shared_ptr<const MonotonicClock> clock);
 
-    /// Nothing when the file cannot be read, the driver marks the channel as faulty, or the value is not
-    /// possible. A device that sleeps is not read, and not woken. The first power of an energy counter takes
-    /// up to 20 ms.
+    /// Blocks while the driver reads; the first power of an energy counter takes up to 20 ms. Nothing when
+    /// the file cannot be read, when the driver reports a fault, and when the value is out of range. A device
+    /// that sleeps yields the text "asleep" and stays asleep.
     [[nodiscard]] std::optional<SensorSample> read() const;
 
-    /// From now on, values are what the configuration makes of the file's; null changes nothing. Reads the
-    /// channel once if it is not known yet whether the configuration computes its value, unless the device
-    /// sleeps: then the first value after that decides. Called before `meter`.
+    /// Sets the user's configuration of the channel; null has no effect. If it is not known yet whether the
+    /// configuration changes the value, reads the channel once to find out. If the device sleeps, the first
+    /// value after that decides. Call before `meter`.
     void configure(std::shared_ptr<const ConfiguredValue> configured);
 
-    /// Begins to meter an energy counter, or continues with the meter of `earlier`, which may be null.
+    /// Starts the meter of an energy counter, or takes over the meter of `earlier`, the same channel in the
+    /// previous list. `earlier` may be null. No effect on other channels.
     void meter(const LiveSensor* earlier);
 
   private:
@@ -107,11 +110,11 @@ class LiveSensor {
     double countsPerUnit_;
     ValueRange range_;
     std::shared_ptr<const SensorFile> file_;
-    std::shared_ptr<const SensorFile> fault_; ///< null without one
+    std::shared_ptr<const SensorFile> fault_; ///< may be null
     std::shared_ptr<const DevicePower> power_;
     std::shared_ptr<const MonotonicClock> clock_;
-    std::shared_ptr<PowerMeter> meter_;                 ///< of an energy counter only
-    std::shared_ptr<const ConfiguredValue> configured_; ///< null for a channel without configuration
+    std::shared_ptr<PowerMeter> meter_;                 ///< null unless it is an energy counter
+    std::shared_ptr<const ConfiguredValue> configured_; ///< may be null
 };
 
 } // namespace kelvinbar

@@ -41,7 +41,7 @@ constexpr std::array attributes{
     Attribute{"online", SensorKind::flag, 1},
 };
 
-/// Attributes of supplies that count energy where others count charge.
+/// Attributes of batteries that count energy instead of charge.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> energyAttributes{{
     {"energy_now", "charge_now"},
     {"energy_full", "charge_full"},
@@ -63,8 +63,8 @@ SensorChannel channelOf(const fs::path& supply, std::string_view attribute, Sens
     return channel;
 }
 
-/// The voltage at which the supply's energy counts as charge, in microvolts: the one it was designed for, or
-/// that of now; 0 when it tells none.
+/// The voltage for converting the battery's energy to charge, in microvolts: the design voltage, or else the
+/// present one; 0 when both are unknown.
 double microvoltsOfCharge(const fs::path& supply) {
     for (const char* const file : {"voltage_min_design", "voltage_max_design", "voltage_now"}) {
         const auto voltage = systemFileNumber(supply / file);
@@ -96,7 +96,7 @@ SensorChip chipAt(const fs::path& supply) {
     const std::string_view prefix = chipPrefix(supply);
     SensorChip chip;
     chip.name = std::string(prefix).append(entry);
-    // The entries of devices that come and go are counted up; their serial numbers stay.
+    // The number in a peripheral's entry increases at each connection; its serial number stays.
     chip.device = systemFileLine(supply / "serial_number").value_or(entry);
     chip.stableName = prefix;
     chip.sensorsName = entry;

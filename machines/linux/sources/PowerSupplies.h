@@ -9,14 +9,14 @@
 
 namespace kelvinbar {
 
-/// Names of the chips that power supplies make: "battery:BAT0", "charger:AC", "peripheral:hidpp_battery_0".
+/// Prefixes of chip names for supplies: "battery:BAT0", "charger:AC", "peripheral:hidpp_battery_0".
 inline constexpr std::string_view batteryChipPrefix = "battery:";
 inline constexpr std::string_view peripheralChipPrefix = "peripheral:";
 inline constexpr std::string_view chargerChipPrefix = "charger:";
 
-/// The batteries and chargers of the kernel's power-supply class, each as a chip whose channels are labelled
-/// with the attribute they come from ("voltage_now"). Batteries of the machine come before those of devices
-/// that are connected to it. `root` is the directory that holds sys/.
+/// The batteries and chargers of the kernel's power-supply class. Each is a chip whose channels have the
+/// attribute as label ("voltage_now"). Batteries of the machine precede those of peripherals. Batteries that
+/// count energy are converted to charge. `root` is the directory that holds sys/.
 std::vector<SensorChip> powerSupplyChips(const std::filesystem::path& root);
 
 } // namespace kelvinbar

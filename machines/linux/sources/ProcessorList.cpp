@@ -8,11 +8,11 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr std::uint32_t mostProcessors = 65'536; // beyond any kernel's limit
+constexpr std::uint32_t maximumProcessors = 65'536; // more than any kernel supports
 
 std::optional<std::uint32_t> takeProcessor(std::string_view& list) {
     const auto number = takeWholeNumber<std::uint32_t>(list);
-    return number && *number < mostProcessors ? number : std::nullopt;
+    return number && *number < maximumProcessors ? number : std::nullopt;
 }
 
 } // namespace
@@ -26,7 +26,7 @@ std::vector<std::uint32_t> processorsInList(std::string_view list) {
             list.remove_prefix(1);
             last = takeProcessor(list);
         }
-        if (!first || !last || *last < *first || processors.size() > mostProcessors) return {};
+        if (!first || !last || *last < *first || processors.size() > maximumProcessors) return {};
         for (std::uint32_t processor = *first; processor <= *last; ++processor) {
             processors.push_back(processor);
         }

@@ -6,7 +6,8 @@
 
 namespace kelvinbar {
 
-/// The processors in a list such as "0-3,8,10-11"; none when it is malformed.
+/// The processor numbers in a list in the kernel's format, such as "0-3,8,10-11". Empty when the list is
+/// malformed.
 std::vector<std::uint32_t> processorsInList(std::string_view list);
 
 } // namespace kelvinbar

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The number in "package-1", the name of the zone or of the one that it is part of.
+/// The number in "package-1": the name of the zone, or of the zone that contains it.
 std::optional<int> packageOf(const fs::path& zone) {
     constexpr std::string_view prefix = "package-";
     const std::string entry = zone.filename().string();
@@ -50,8 +50,8 @@ SensorChip chipAt(const fs::path& zone, const std::string& label) {
 
 std::vector<SensorChip> processorPowerChips(const fs::path& root) {
     std::vector<SensorChip> chips;
-    // "intel-rapl:0:1" is a zone; without a colon it is the control type, and "intel-rapl-mmio:0" counts the
-    // package once more.
+    // "intel-rapl:0:1" is a zone. A name without a colon is the control type, and "intel-rapl-mmio:0" is the
+    // package again.
     for (const fs::path& zone : classEntries(root, "powercap")) {
         const std::string entry = zone.filename().string();
         if (!entry.starts_with("intel-rapl:")) continue;

@@ -7,9 +7,10 @@
 
 namespace kelvinbar {
 
-/// The energy counters of the processors (running average power limit), one chip a power zone, its channel
-/// labelled with the zone's name ("package-0", "core", "dram"). `root` is the directory that holds sys/.
-/// Most kernels let only the administrator read them.
+/// The energy counters of the processors (RAPL). Each power zone is a chip with one channel, labelled with
+/// the zone's name ("package-0", "core", "dram"). `root` is the directory that holds sys/.
+///
+/// Since Linux 5.10 only the administrator may read these counters, because energy readings leak secrets.
 std::vector<SensorChip> processorPowerChips(const std::filesystem::path& root);
 
 } // namespace kelvinbar

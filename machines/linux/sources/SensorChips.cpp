@@ -40,7 +40,8 @@ void dropUnreadableCounters(std::vector<SensorChip>& chips, Log& log) {
 std::vector<SensorChip> sensorChips(const std::filesystem::path& root, SensorConfiguration* configuration,
                                     Log& log) {
     std::vector<SensorChip> chips = hwmonChips(root);
-    // First, while the labels are the driver's: a core that the user names keeps that name.
+    // Before nameHybridCores(), which only renames cores with the driver's labels: a core that the user has
+    // named keeps that name.
     if (configuration != nullptr) applyConfiguration(chips, *configuration);
     std::ranges::move(powerSupplyChips(root), std::back_inserter(chips));
     std::ranges::move(processorPowerChips(root), std::back_inserter(chips));

@@ -9,10 +9,11 @@
 
 namespace kelvinbar {
 
-/// All chips with sensors that the kernel publishes below `root`, the directory that holds sys/: hardware
-/// monitors, power supplies and the processors' energy counters. Counters that only the administrator may
-/// read are left out. Hardware monitors have the labels of `configuration` and lack what it ignores; it may
-/// be null.
+/// All chips that the kernel publishes below `root`, the directory that holds sys/: hardware monitors, power
+/// supplies and energy counters of processors. Counters that this user may not read are left out, with a line
+/// in the log.
+///
+/// `configuration` sets labels of hardware monitors and removes what it ignores; it may be null.
 std::vector<SensorChip> sensorChips(const std::filesystem::path& root, SensorConfiguration* configuration,
                                     Log& log);
 

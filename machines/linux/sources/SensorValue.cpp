@@ -29,12 +29,12 @@ constexpr std::array<std::pair<SensorKind, ValueRange>, 14> ranges{{
     {SensorKind::percent, {0, 100}},
 }};
 
-/// Devices whose thermistor inputs the maker of the board connects, or does not.
+/// Devices on whose boards thermistor inputs may be left unconnected.
 constexpr std::array<std::string_view, 7> boards{mainboardWords, "ThinkPad", "Dell",  "HP",
                                                  "ASUS",         "Acer",     "Lenovo"};
 
-/// No silicon that works is outside. Thermistor inputs of a mainboard's controller return anything near the
-/// ends of their scale when nothing is connected, most often -62, -55, 0 or 127 °C.
+/// Working silicon stays inside. An open thermistor input of a mainboard reads near the ends of its scale,
+/// most often -62, -55, 0 or 127 °C.
 std::optional<ValueRange> temperatureRange(std::string_view type) {
     const DeviceRow* const device = deviceRowOf(type);
     if (device == nullptr) return std::nullopt;

@@ -6,7 +6,7 @@
 
 namespace kelvinbar {
 
-/// The values that a sensor can have, in the unit of its kind.
+/// The possible values of a sensor, in the unit of its kind. Both ends are included.
 struct ValueRange {
     double lowest = 0;
     double highest = 0;
@@ -14,8 +14,8 @@ struct ValueRange {
     [[nodiscard]] bool contains(double value) const { return value >= lowest && value <= highest; }
 };
 
-/// The range of a kind of channel on a device of that type (as in SensorName). The codes that chips return
-/// for a sensor that is not connected (-128 °C, 127.5 °C, 65535 RPM) are outside.
+/// The range for a kind of channel on a device of `type` (as in SensorName). Excludes the codes that chips
+/// return when no sensor is connected (-128 °C, 127.5 °C, 65535 RPM).
 ValueRange possibleRange(SensorKind kind, std::string_view type);
 
 } // namespace kelvinbar

@@ -11,7 +11,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Some firmware announces trip points at or near zero that mean nothing.
+/// Some firmware declares meaningless trip points at or near zero.
 constexpr std::int64_t lowestRealTripPoint = 40'000; // thousandths of a degree Celsius
 
 int stateAtTripPoint(const std::string& type) {
@@ -38,7 +38,7 @@ std::optional<int> thermalStateOfZone(const std::filesystem::path& zone) {
 } // namespace
 
 std::optional<int> thermalStateOfZones(const std::filesystem::path& zones) {
-    std::optional<int> state; // less than any number while there is none
+    std::optional<int> state; // an empty optional is less than any number
     std::error_code error;
     for (std::filesystem::directory_iterator entry(zones, error), end; !error && entry != end;
          entry.increment(error)) {

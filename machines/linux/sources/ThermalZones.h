@@ -5,8 +5,12 @@
 
 namespace kelvinbar {
 
-/// How close the kernel's thermal zones in `zones` (/sys/class/thermal) are to their trip points: 3 when one
-/// has reached its critical point, 2 its hot point, 1 a point at which the processor is slowed down, else 0.
+/// How close the kernel's thermal zones in `zones` (/sys/class/thermal) are to their trip points:
+/// - 3: a zone has reached its critical trip point
+/// - 2: a hot one
+/// - 1: a passive one, at which the kernel slows the processor down
+/// - 0: none of these
+///
 /// Nothing when no zone can be read.
 std::optional<int> thermalStateOfZones(const std::filesystem::path& zones);
 

@@ -36,7 +36,7 @@ using testing::IsEmpty;
 using testing::StartsWith;
 using namespace std::chrono_literals;
 
-/// Five chips, two of them of one kind.
+/// Five chips, two of the same kind.
 constexpr std::string_view computer = "chip devices/platform/coretemp.0/hwmon/hwmon0\n"
                                       "name coretemp\n"
                                       "temp1_label Package id 0\n"
@@ -60,7 +60,7 @@ constexpr std::string_view computer = "chip devices/platform/coretemp.0/hwmon/hw
                                       "name thinkpad\n"
                                       "fan1_input 2500\n";
 
-/// The driver of Apple's controller with one key that can be chosen, and the channels that it shows to all.
+/// The applesmc driver with one key that can be selected, and the channels that it shows to everyone.
 constexpr std::string_view controller = "chip devices/platform/applesmc.768\n"
                                         "name applesmc\n"
                                         "temp1_label TC0P\n"
@@ -81,7 +81,7 @@ class LinuxMachineTest : public testing::Test {
 
     [[nodiscard]] Machine makeMachine() { return makeLinuxMachine(recorded.root(), clock, log.log); }
 
-    /// The snapshot's lines, each a reading.
+    /// The lines of the snapshot that are readings.
     static std::vector<std::string> snapshotLines(const Machine& machine) {
         std::istringstream stream(exportedText(machine));
         std::vector<std::string> lines;
@@ -102,7 +102,7 @@ class LinuxMachineTest : public testing::Test {
     std::shared_ptr<fakes::FakeMonotonicClock> clock = std::make_shared<fakes::FakeMonotonicClock>();
 };
 
-// Whether there is anything to read
+// Availability
 
 TEST_F(LinuxMachineTest, AnEmptyTreeHasNoSensorsAndStillItsSystemsReadings) {
     const Machine machine = makeMachine();
@@ -271,7 +271,7 @@ TEST_F(LinuxMachineTest, AUserWhoMayNotChooseKeysIsToldSoAndHasTheControllersCha
     add(computer);
     const fs::path file = "sys/devices/platform/applesmc.768/key_at_index";
     recorded.tree().remove(file);
-    recorded.tree().makeDirectory(file); // which even the administrator cannot write
+    recorded.tree().makeDirectory(file); // cannot be written, not even by root
     const Machine machine = makeMachine();
     for (int pass = 0; pass < 2; ++pass) {
         const auto lines = snapshotLines(machine);

@@ -1,6 +1,6 @@
-// Machines as their kernels showed them, from the files of /sys to the snapshot. When names change on
-// purpose, KELVINBAR_WRITE_EXPECTED=1 has the tests write the expected snapshots anew instead of comparing
-// them, and fail: read what was written, line by line, before you commit it.
+// Recorded machines, from the files of /sys to the snapshot. When names change on purpose, run with
+// KELVINBAR_WRITE_EXPECTED=1: the tests then write the expected snapshots and fail. Read what was written,
+// line by line, before you commit it.
 
 #include "base/Text.h"
 #include "machines/linux/BootTimeClock.h"
@@ -52,7 +52,7 @@ std::vector<std::string> machineNames() {
     return names;
 }
 
-/// The lines after the head: one a reading.
+/// The lines after the header: one per reading.
 std::vector<std::string> readingLines(const std::string& snapshot) {
     std::istringstream stream(snapshot);
     std::vector<std::string> lines;
@@ -62,7 +62,7 @@ std::vector<std::string> readingLines(const std::string& snapshot) {
     return lines;
 }
 
-/// Compares a snapshot with the expected one of that name, or writes that anew.
+/// Compares a snapshot with the expected one of that name, or writes it.
 void expectSnapshot(const std::string& snapshot, const std::string& name) {
     constexpr std::string_view time = "Generated: 2026-03-01T14:05:09Z";
     constexpr std::string_view placeholder = "Generated: TIME";
@@ -88,7 +88,7 @@ TEST_P(RecordedMachines, GiveTheExpectedSnapshot) {
     expectSnapshot(exportedText(machineAt(recorded.root())), GetParam());
 }
 
-/// Numbers of the class differ from boot to boot.
+/// The numbers of class entries differ from boot to boot.
 TEST_P(RecordedMachines, GiveTheSameReadingsWhenTheirChipsAreNumberedAnew) {
     const auto before = readingLines(exportedText(machineAt(recorded.root())));
     std::vector<fs::path> chips;
@@ -103,7 +103,7 @@ TEST_P(RecordedMachines, GiveTheSameReadingsWhenTheirChipsAreNumberedAnew) {
     EXPECT_EQ(readingLines(exportedText(machineAt(recorded.root()))), before);
 }
 
-/// On any system: a report from Linux can be replayed elsewhere.
+/// Runs on every system, since a report from Linux can be replayed elsewhere.
 TEST_P(RecordedMachines, GiveTheSameSnapshotWhenTheirsIsReplayed) {
     const std::string text = exportedText(machineAt(recorded.root()));
     const ReplayResult replay = replayed(text);
@@ -117,7 +117,7 @@ TEST_P(RecordedMachines, GiveTheSameSnapshotWhenTheirsIsReplayed) {
 INSTANTIATE_TEST_SUITE_P(All, RecordedMachines, testing::ValuesIn(machineNames()),
                          [](const auto& machine) { return replacedAll(machine.param, "-", "_"); });
 
-/// Apple's controller with the keys of a dump, behind the files of the driver.
+/// An SMC with the keys of a dump, behind the driver's files.
 class DumpedRegisters final : public AppleSMCRegisters {
   public:
     explicit DumpedRegisters(std::vector<RecordedKey> keys) : keys_(std::move(keys)) {}
@@ -158,7 +158,7 @@ struct IntelMac {
     std::string_view dump;
 };
 
-/// A Mac whose controller may be read in full: its dump behind the driver's files, the rest from its tree.
+/// A Mac whose SMC can be read in full: its dump behind the driver's files, the rest from its tree.
 Machine macWithController(const fs::path& root, std::string_view dump, Log& log) {
     const auto clock = std::make_shared<BootTimeClock>();
     auto recorded = parseSnapshot(contentOf(dumps / std::string(dump).append(".txt"))).machine.keys;
@@ -187,7 +187,7 @@ TEST_P(IntelMacs, GiveTheExpectedSnapshot) {
     expectSnapshot(snapshot(), std::string(GetParam().tree).append("-controller"));
 }
 
-/// What the controller tells under the other system is told under this one, letter for letter.
+/// The readings of the SMC under macOS and under Linux are the same, letter for letter.
 TEST_P(IntelMacs, GiveEveryReadingThatTheControllerGivesElsewhere) {
     const auto lines = readingLines(snapshot());
     const auto elsewhere =

@@ -14,7 +14,7 @@
 
 namespace kelvinbar::fakes {
 
-/// A machine's tree of /sys, built from its description (tests/fixtures/linux/README.md has the format).
+/// A machine's /sys tree, built from its description (tests/fixtures/linux/README.md defines the format).
 class RecordedTree {
   public:
     RecordedTree() = default;
@@ -25,7 +25,7 @@ class RecordedTree {
         add(stream);
     }
 
-    /// Adds what further lines of the format describe.
+    /// Adds the files that further lines describe.
     void add(const std::string& lines) {
         std::istringstream stream(lines);
         add(stream);
@@ -44,7 +44,7 @@ class RecordedTree {
 
     using Words = std::pair<std::string, std::string>;
 
-    /// The first word and what follows the blank after it.
+    /// The first word, and what follows the space after it.
     static Words split(std::string_view line) {
         const std::size_t blank = line.find(' ');
         if (blank == std::string_view::npos) return {std::string(line), ""};
@@ -76,7 +76,7 @@ class RecordedTree {
         tellBuses(parent.filename() == "hwmon" ? parent.parent_path() : parent);
     }
 
-    /// The bus or class that the kernel tells of a device, by the form of its path.
+    /// The bus or class of a device, derived from its path.
     static std::string subsystemOf(const std::filesystem::path& device) {
         const std::string folder = device.parent_path().filename().string();
         const std::string name = device.filename().string();
@@ -90,7 +90,7 @@ class RecordedTree {
         return contains(device.string(), "LNXSYSTM") ? "acpi" : "platform";
     }
 
-    /// The `subsystem` links of a chip's device, and for a device of a class the link to what it belongs to.
+    /// Adds the `subsystem` links of a chip's device; for a device in a class, also the link to its parent.
     void tellBuses(const std::filesystem::path& device) {
         const std::filesystem::path folder = "sys" / device;
         if (std::filesystem::is_symlink(root() / folder / "subsystem")) return;

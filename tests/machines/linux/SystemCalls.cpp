@@ -15,7 +15,7 @@ namespace {
 std::atomic<std::int64_t> reads{0};
 std::atomic<std::int64_t> others{0};
 
-/// The mode of a call that makes a file.
+/// The mode argument of a call that creates a file.
 mode_t modeOf(int flags, std::va_list arguments) {
     const bool hasMode = (flags & (O_CREAT | O_TMPFILE)) != 0;
     return hasMode ? va_arg(arguments, mode_t) : 0;
@@ -29,8 +29,7 @@ SystemCalls systemCallsSoFar() { return {.reads = reads, .others = others}; }
 
 } // namespace kelvinbar::fakes
 
-// In place of the C library's.
-// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name,cert-dcl50-cpp)
+// These replace the C library's functions.
 extern "C" {
 
 [[gnu::visibility("default")]] ssize_t pread(int file, void* buffer, std::size_t size, off_t place) {

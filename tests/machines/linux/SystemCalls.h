@@ -4,11 +4,11 @@
 
 namespace kelvinbar::fakes {
 
-/// How often this process has asked the kernel for something in files so far. The test program counts the
-/// calls of the C library by standing in for them.
+/// The system calls on files that this process has made so far. The test program counts them by interposing
+/// the C library's functions.
 struct SystemCalls {
-    std::int64_t reads = 0;  ///< of a file that stays open, in place
-    std::int64_t others = 0; ///< opening, closing, asking for attributes, reading onwards
+    std::int64_t reads = 0;  ///< pread on an open file
+    std::int64_t others = 0; ///< open, close, stat, read
 
     friend SystemCalls operator-(const SystemCalls& left, const SystemCalls& right) {
         return {left.reads - right.reads, left.others - right.others};
@@ -19,7 +19,7 @@ struct SystemCalls {
 
 SystemCalls systemCallsSoFar();
 
-/// The calls that `work` makes.
+/// The calls made by `work`.
 template <typename Work>
 SystemCalls systemCallsOf(Work work) {
     const SystemCalls before = systemCallsSoFar();

@@ -9,7 +9,7 @@
 
 namespace kelvinbar::fakes {
 
-/// A directory of a test's own that goes away with it, for small trees of /proc and /sys.
+/// A temporary directory for small trees of /proc and /sys, deleted by the destructor.
 class TemporaryTree {
   public:
     TemporaryTree() {
@@ -28,7 +28,7 @@ class TemporaryTree {
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
 
-    /// Writes the file at `path` below the root, with the directories that lead to it, and gives its place.
+    /// Writes the file at `path` below the root, creates its directories, and returns its full path.
     std::filesystem::path write(const std::filesystem::path& path, std::string_view content) {
         std::filesystem::path file = root_ / path;
         std::filesystem::create_directories(file.parent_path());
@@ -36,7 +36,7 @@ class TemporaryTree {
         return file;
     }
 
-    /// Makes `path` a directory, which no one can read as a file.
+    /// Creates a directory at `path`, which cannot be read as a file.
     std::filesystem::path makeDirectory(const std::filesystem::path& path) {
         std::filesystem::create_directories(root_ / path);
         return root_ / path;

@@ -32,7 +32,7 @@ enum class PortKind { service, connection, iterator, entry };
 
 struct Port {
     PortKind kind;
-    std::size_t position = 0; ///< of an entry, or how far an iterator is
+    std::size_t position = 0; ///< index of an entry, or progress of an iterator
 };
 
 std::map<io_object_t, Port>& ports() {
@@ -81,7 +81,7 @@ struct Object {
 };
 
 std::vector<std::unique_ptr<Object>>& graveyard() {
-    static std::vector<std::unique_ptr<Object>> all; // released objects, whose use is noticed
+    static std::vector<std::unique_ptr<Object>> all; // includes released objects, to detect their use
     return all;
 }
 
@@ -112,7 +112,7 @@ struct Table final : Object {
     std::vector<std::unique_ptr<Object>> values;
 };
 
-/// The object goes to the program, which is to release it.
+/// The program owns the object and must release it.
 const void* given(std::unique_ptr<Object> object) {
     ++fake().live;
     return object.release();
@@ -127,7 +127,7 @@ const Object& objectOf(const void* handle) {
     return object;
 }
 
-/// A null handle is no object of any type.
+/// A null handle has no type.
 template <typename T>
 const T& objectOf(const void* handle, Type type) {
     const Object& object = objectOf(handle);
@@ -135,7 +135,7 @@ const T& objectOf(const void* handle, Type type) {
     return static_cast<const T&>(object);
 }
 
-/// How many units of UTF-16 the code point at `position` has; 0 for half of a pair.
+/// The number of UTF-16 units of the code point at `position`; 0 for an unpaired surrogate.
 std::size_t unitCount(const std::u16string& text, std::size_t position) {
     const char16_t unit = text[position];
     if (unit < 0xD800 || unit > 0xDFFF) return 1;
@@ -159,7 +159,7 @@ std::string utf8Of(const std::u16string& text, std::size_t position, std::size_t
             byte(0x80U | ((point >> 6U) & 0x3FU)), byte(0x80U | (point & 0x3FU))};
 }
 
-/// 1 when the number is the same as a whole one of 64 bits; else 0.
+/// 1 if the number equals an integer of 64 bits, else 0.
 template <typename Number>
 Boolean convert(Number number, std::int64_t& whole) {
     if constexpr (std::is_floating_point_v<Number>) {
@@ -177,7 +177,7 @@ const FakeRegistryEntry& entryOf(io_object_t object) {
 }
 
 kern_return_t writeName(const std::string& text, io_name_t name) {
-    // The system cuts a name that does not fit, and ends it.
+    // The system truncates a name that does not fit, and terminates it.
     const std::size_t length = std::min(text.size(), sizeof(io_name_t) - 1);
     std::memcpy(name, text.data(), length);
     name[length] = '\0';
@@ -215,7 +215,7 @@ void objc_autoreleasePoolPop(void* pool) {
     if (pool != reinterpret_cast<void*>(fake().openScopes--)) fail("scopes that end in another order");
 }
 
-#ifndef __APPLE__ // whose C library has it
+#ifndef __APPLE__ // in the C library there
 mach_port_t mach_task_self() { return 0x103; }
 #endif
 
@@ -329,7 +329,7 @@ CFTypeID CFDataGetTypeID() { return dataType; }
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex count,
                                     CFStringEncoding encoding, Boolean /*isExternalRepresentation*/) {
     if (encoding != kCFStringEncodingUTF8) fail("another encoding");
-    // The program makes names of properties alone, which are ASCII.
+    // The program only creates property names, which are ASCII.
     if (std::any_of(bytes, bytes + count, [](UInt8 byte) { return byte >= 0x80; })) return nullptr;
     return static_cast<CFStringRef>(given(std::make_unique<Text>(std::u16string(bytes, bytes + count))));
 }

@@ -12,13 +12,12 @@
 
 namespace kelvinbar::fakes {
 
-/// A Core Foundation object of a kind that the program does not know, such as a date.
+/// A Core Foundation object of a type that the program does not convert, such as a date.
 struct OtherObject {
     friend bool operator==(const OtherObject&, const OtherObject&) = default;
 };
 
-/// What a number of some type of the system holds: whole numbers of every size, those beyond 64 signed bits,
-/// and floating ones.
+/// The value of a CFNumber: integers of every size, those beyond 64 signed bits, and floating-point numbers.
 using FakeNumber =
     std::variant<std::int64_t, std::int8_t, std::int16_t, std::int32_t, std::uint64_t, float, double>;
 
@@ -30,20 +29,20 @@ struct FakeRegistryEntry {
     std::vector<std::pair<FakeValue, FakeValue>> properties;
     kern_return_t propertiesCode = KERN_SUCCESS;
     bool givesNoDictionary = false;
-    kern_return_t nameCode = KERN_SUCCESS; ///< of class and name
+    kern_return_t nameCode = KERN_SUCCESS; ///< returned for class and name
 };
 
-/// I/O Kit in this process: answers as a test tells it, counts what is alive, and aborts when something is
-/// released twice, used after its release, or taken for what it is not.
+/// A fake I/O Kit in this process. Answers as a test tells it to, counts living objects, and aborts when an
+/// object is released twice, used after its release, or used as another type.
 class FakeIOKit {
   public:
-    /// The one that the functions of the system talk to. Tests reset it.
+    /// The instance behind the system's functions. Tests reset it.
     static FakeIOKit& shared();
 
-    /// Forgets all; aborts when something is still alive.
+    /// Resets everything; aborts when an object is still alive.
     void reset();
 
-    /// Objects and ports that nobody has released.
+    /// The number of objects and ports that have not been released.
     [[nodiscard]] std::size_t liveCount() const { return live; }
 
     std::string serviceClass = "AppleSMC"; ///< empty for no service
@@ -54,14 +53,14 @@ class FakeIOKit {
         call;
     kern_return_t iteratorCode = KERN_SUCCESS;
     std::vector<FakeRegistryEntry> entries;
-    std::optional<std::size_t> invalidAfter; ///< entries after which the iterator gives none any more
+    std::optional<std::size_t> invalidAfter; ///< entries after which the iterator is invalid
 
     std::string openedPlane;
     IOOptionBits openedOptions = 0;
     std::size_t openScopes = 0; ///< autorelease scopes that are open now
-    std::size_t scopes = 0;     ///< … that were ever opened
+    std::size_t scopes = 0;     ///< all that were ever opened
 
-    std::size_t live = 0; ///< kept by the functions of the system
+    std::size_t live = 0; ///< living objects, counted by the functions of the system
 };
 
 } // namespace kelvinbar::fakes

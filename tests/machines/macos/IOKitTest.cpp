@@ -1,4 +1,4 @@
-// The back end over I/O Kit, against an I/O Kit that counts.
+// The I/O Kit code, with a fake I/O Kit that counts references.
 
 #include "machines/macos/IOKitRegistry.h"
 #include "machines/macos/IOKitSMCDriver.h"
@@ -30,10 +30,10 @@ class IOKit : public testing::Test {
         return driver.open(driver.findService("AppleSMC").value_or(0)).connection;
     }
 
-    /// The entries of the registry, as the program meets them.
+    /// The entries of the registry, in the order of the walk.
     std::unique_ptr<IORegistryIterator> walk() { return registry.iterateRecursively("IOService"); }
 
-    /// The properties of one entry that has these.
+    /// The properties that the program reads from an entry with these.
     std::optional<Dictionary> propertiesOf(std::vector<std::pair<FakeValue, FakeValue>> properties) {
         fake.entries = {{.className = "SMCSuperIO", .name = "SuperIO", .properties = std::move(properties)}};
         const auto entries = walk();

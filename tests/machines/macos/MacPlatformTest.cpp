@@ -1,4 +1,4 @@
-// The real machine, on a Mac: what every one of them has.
+// The real machine, on a Mac: what every Mac has.
 
 #include "machines/Platform.h"
 #include "machines/macos/IOKitRegistry.h"

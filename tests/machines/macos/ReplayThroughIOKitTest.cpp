@@ -1,4 +1,4 @@
-// Recorded machines behind the fake I/O Kit: the whole way from its calls to a snapshot.
+// Recorded machines behind the fake I/O Kit: all the way from its calls to a snapshot.
 
 #include "machines/macos/IOKitRegistry.h"
 #include "machines/macos/IOKitSMCDriver.h"
@@ -36,7 +36,7 @@ class ReplayThroughIOKit : public testing::Test {
 
     void TearDown() override { EXPECT_EQ(fake.liveCount(), 0U) << "something was not released"; }
 
-    /// Lets I/O Kit answer as the controller does.
+    /// Makes I/O Kit answer as the SMC's driver does.
     void serve(const std::shared_ptr<FakeSMCDriver>& controller) {
         fake.call = [controller, this](std::uint32_t selector, const void* input, std::size_t inputSize,
                                        void* output, std::size_t* outputSize) {
@@ -49,7 +49,7 @@ class ReplayThroughIOKit : public testing::Test {
         };
     }
 
-    /// The snapshot of a recorded machine whose controller and registry are I/O Kit's.
+    /// The snapshot of a recorded machine whose SMC and registry are read through I/O Kit.
     std::string servedExport(std::string_view recording) {
         const RecordedMachine recorded = parseSnapshot(recording).machine;
         const auto controller = std::make_shared<FakeSMCDriver>();
@@ -64,7 +64,7 @@ class ReplayThroughIOKit : public testing::Test {
                     .clock = clock});
     }
 
-    /// The entry of a sensor driver whose fans are those of `fansAndKeys`.
+    /// The registry entry of a sensor driver with the fans of `fansAndKeys`.
     static fakes::FakeRegistryEntry fanEntry() {
         return {.className = "SMCSuperIO",
                 .name = "chip",
@@ -74,7 +74,7 @@ class ReplayThroughIOKit : public testing::Test {
 
     FakeIOKit& fake = FakeIOKit::shared();
     std::size_t calls = 0;
-    std::size_t failingCall = 0; ///< none
+    std::size_t failingCall = 0; ///< 0: none
     std::optional<std::size_t> wrongOutputSize;
 };
 

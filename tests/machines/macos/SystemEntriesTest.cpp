@@ -8,11 +8,11 @@
 
 namespace {
 
-/// The kernel's entries, as a test has them.
+/// Fake sysctl entries.
 struct Kernel {
     std::map<std::string, std::string> entries;
     bool refusesValues = false;
-    std::size_t missingBytes = 0; ///< fewer than the kernel announced
+    std::size_t missingBytes = 0; ///< by which a value is shorter than announced
 };
 
 Kernel& kernel() {

@@ -16,7 +16,7 @@
 
 namespace kelvinbar {
 
-/// The header of every snapshot that exportedText returns, without the number of keys.
+/// The header of each snapshot that exportedText() returns, without the number of keys.
 inline constexpr std::string_view exportedHead =
     "Kelvinbar snapshot\nGenerated: 2026-03-01T14:05:09Z\nActive keys: ";
 
@@ -46,7 +46,7 @@ inline ReplayResult replayed(std::string_view text) {
     return makeReplayMachine(text, std::make_shared<fakes::FakeMonotonicClock>());
 }
 
-/// The snapshot of the machine that is replayed from `text`; empty when there is none.
+/// The snapshot of the machine that `text` replays; empty when there is none.
 inline std::string exportedReplay(std::string_view text) {
     const ReplayResult replay = replayed(text);
     return replay.machine ? exportedText(*replay.machine) : std::string();

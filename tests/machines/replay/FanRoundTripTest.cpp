@@ -1,5 +1,5 @@
-// Registries of every form that the walk for fans takes: exported, replayed and exported again, the snapshot
-// is the same.
+// Registries in every form that the fan walk accepts: exporting, replaying and exporting again yields the
+// same snapshot.
 
 #include "tests/fakes/FakeMachine.h"
 #include "tests/machines/replay/Exporting.h"
@@ -29,7 +29,7 @@ void expectStable(const std::string& first) {
     EXPECT_EQ(exportedText(*replay.machine), first);
 }
 
-/// The lines of the fans in the export of `machine`, after checking that its replay exports the same.
+/// The fan lines in the export of `machine`, after checking that its replay exports the same.
 std::string stableFanLines(const FakeMachine& machine) {
     const std::string first = exportedText(machine.machine());
     expectStable(first);
@@ -43,7 +43,7 @@ Dictionary property(std::string_view name, const Value& value) {
     return properties;
 }
 
-/// The line of one fan of a sensor driver whose property has that value.
+/// The line of one fan of a sensor driver whose property has this value.
 std::string lineOf(const Value& value) {
     const FakeMachine machine;
     machine.registry->add("SMCSuperIO", "chip", property("CPU Fan", value));
@@ -163,7 +163,7 @@ TEST(FanRoundTrip, KeepsFansBeyondTheTenth) {
     EXPECT_TRUE(lines.ends_with("\nFAN7\tioreg\tfan with number 7\t1007 RPM\tRAW=3EF")) << lines;
 }
 
-/// The walk finishes the entry in which it has found enough.
+/// The walk completes the entry in which it reaches the limit.
 TEST(FanRoundTrip, KeepsFansThatTheLastEntryAddsBeyondTheSixteenth) {
     const FakeMachine machine;
     for (int number = 0; number < 15; ++number) {
@@ -207,7 +207,8 @@ TEST(FanRoundTrip, KeepsPropertiesThatAreNamedLikeANumberedFan) {
                                        "\nFAN2\tioreg\tFan 3\t903 RPM\tRAW=387");
 }
 
-/// Each of the numbered ones could also be a property "FAN…" at the place of the next; not all at once.
+/// Each of the numbered fans could also be a property "FAN…" in the position of the next one, but not all at
+/// once.
 TEST(FanRoundTrip, KeepsPropertiesThatAreNamedLikeANumberedFanBeforeOneThatIsNot) {
     const FakeMachine machine;
     machine.registry->add("SMCSuperIO", "chip",
@@ -362,7 +363,7 @@ class RandomMachine {
     std::mt19937 random_;
 };
 
-/// How many of the random machines had a registry fan in their snapshot.
+/// The number of random machines with a registry fan in their snapshot.
 int fansKeptByRandomMachines(std::span<const std::string_view> names) {
     int withFans = 0;
     for (unsigned seed = 0; seed < 400; ++seed) {

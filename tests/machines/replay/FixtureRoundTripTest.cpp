@@ -57,7 +57,7 @@ TEST_P(FixtureRoundTrip, TheExportIsTheIndependentlyCalculatedOne) {
     EXPECT_EQ(exportedReplay(fixture()), expectedExport());
 }
 
-/// The way of the bytes through the controller's protocol changes nothing.
+/// Passing the bytes through the SMC protocol changes nothing.
 TEST_P(FixtureRoundTrip, TheRecordedControllerGivesTheSameExport) {
     const fakes::FakeMachine machine;
     fakes::addRecordedKeys(*machine.driver, parseSnapshot(fixture()).machine.keys);

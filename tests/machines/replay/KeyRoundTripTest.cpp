@@ -1,4 +1,4 @@
-// Controllers of every odd kind: exported, replayed and exported again, the snapshot is the same.
+// SMCs with unusual content: exporting, replaying and exporting again yields the same snapshot.
 
 #include "tests/fakes/FakeMachine.h"
 #include "tests/machines/replay/Exporting.h"
@@ -17,7 +17,7 @@ namespace {
 
 using fakes::FakeMachine;
 
-/// Adds "#KEY" with the number of keys that are there, itself included.
+/// Adds "#KEY" with the number of keys, including itself.
 void addKeyCount(FakeMachine& machine) {
     machine.driver->addKeyCount(static_cast<std::uint32_t>(machine.driver->keys.size()) + 1);
 }
@@ -151,7 +151,7 @@ TEST(KeyRoundTrip, LosesNoKeyToTheCandidateLimit) {
     FakeMachine machine;
     for (int number = 0; number < 1500; ++number) {
         const std::string digits = std::to_string(10000 + number);
-        // Two letters make room for 1500 numbers in the two characters left.
+        // Two letters leave two characters, which is enough for 1500 numbers.
         machine.driver->add(std::string("V") + static_cast<char>('a' + number / 100) + digits.substr(3),
                             "ui8 ", {1});
     }

@@ -1,4 +1,4 @@
-// Machines without a controller: what the operating system told survives a replay.
+// Machines without an SMC: system facts survive a replay.
 
 #include "tests/fakes/FakeMachine.h"
 #include "tests/machines/replay/Exporting.h"
@@ -21,7 +21,7 @@ using fakes::FakeMachine;
 constexpr std::string_view architectureLine =
     "\nNARC\tnative\tArchitecture\tApple Silicon\tRAW=Apple Silicon";
 
-/// The export of `machine` without a controller, after checking that its replay exports the same.
+/// The export of `machine` without an SMC, after checking that its replay exports the same.
 std::string stableExport(FakeMachine& machine) {
     machine.driver->hasService = false;
     std::string first = exportedText(machine.machine());

@@ -324,7 +324,7 @@ TEST(SnapshotParser, BearsWhiteSpaceAfterALine) {
         EXPECT_EQ(keysOf(parsed), Keys{"TC0P"});
         EXPECT_EQ(parsed.machine.facts.physicalMemory, 17179869184U);
         std::string fan = "FAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384";
-        fan.append(blank.substr(0, blank.find('\r'))); // a raw text may end with blanks
+        fan.append(blank.substr(0, blank.find('\r'))); // a raw text may end with spaces
         EXPECT_EQ(exportedReplay(text),
                   std::string(exportedHead).append("2\n\n").append(fan).append("\n").append(goodLine));
     }
@@ -388,7 +388,7 @@ TEST(SnapshotParser, PadsTypesWithZeroBytes) {
               (std::vector<std::uint32_t>{0x75693800, 0, 0x61000000, 0x75693820, 0xC3A90000, 0xE282AC78}));
 }
 
-// Sensors of a kernel
+// Kernel sensors
 
 TEST(SnapshotParser, HandsSensorsOnAsTheyWereRecorded) {
     const ParsedSnapshot parsed = parseSnapshot(joined({

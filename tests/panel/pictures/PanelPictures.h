@@ -6,9 +6,9 @@
 
 namespace kelvinbar {
 
-/// A state of the panel that is worth a picture.
+/// A state of the panel that has a reference picture.
 struct PanelPicture {
-    const char* name; ///< of the file, without its ending
+    const char* name; ///< of the file, without its extension
     QImage (*draw)();
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 QString referenceFile(const char* name) { return QString(KELVINBAR_FIXTURES "/panel/%1.png").arg(name); }
 
-/// What was drawn, for people who want to see why a test fails.
+/// The drawn picture, for finding out why a test fails.
 void keepArtefact(const QImage& picture, const char* name) {
     QDir().mkpath(KELVINBAR_ARTEFACTS);
     picture.save(QString(KELVINBAR_ARTEFACTS "/panel-%1.png").arg(name));
@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(States, PanelPictures,
 
 QImage reference() { return QImage(referenceFile("fixed")).convertToFormat(QImage::Format_RGB32); }
 
-/// The place of a card in the reference.
+/// The position of a card in the reference.
 constexpr QRect card(12, 68, 438, 510);
 
 TEST(PictureComparison, ACardThatMovedByAPixelIsNoticed) {

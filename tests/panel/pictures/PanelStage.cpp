@@ -36,7 +36,7 @@ QPoint middleOf(const QQuickItem& item) {
     return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
 }
 
-/// Longer than every movement in the panel, and than a tooltip waits, in milliseconds.
+/// Longer than any animation and than the delay of a tooltip, in milliseconds.
 constexpr int untilNothingMoves = 1000;
 
 } // namespace

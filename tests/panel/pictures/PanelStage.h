@@ -22,7 +22,7 @@ class QQuickWindow;
 
 namespace kelvinbar {
 
-/// The panel over a machine at a moment that never passes, on a screen that nobody sees.
+/// The panel over a machine, with a clock that stands still, on an offscreen platform.
 class PanelStage {
   public:
     using MakeMachine = std::function<Machine(std::shared_ptr<const MonotonicClock>)>;
@@ -34,24 +34,23 @@ class PanelStage {
 
     KelvinbarStore& store() { return store_; }
 
-    /// Lets the refresh that runs end.
+    /// Completes the running refresh.
     void finishRefresh();
 
-    /// Opens the panel with `size`, or the size that a screen of 1440 x 1200 gives it.
+    /// Opens the panel with `size`, or with the size that it has on a screen of 1440 x 1200.
     void open();
     void open(Size size);
 
     QQuickWindow& window();
 
-    /// The item that assistive tools know under that name, alone or followed by a value; null when there is
-    /// none.
+    /// The item with that accessible name, alone or followed by a value; null when there is none.
     QQuickItem* item(const QString& name);
 
-    /// Moves the pointer to the middle of that item, clicks there.
+    /// Move the pointer to the centre of that item, and click there.
     void pointAt(const QString& name);
     void click(const QString& name);
 
-    /// What the panel shows once nothing moves any more.
+    /// The panel, once all animations have ended.
     QImage picture();
 
   private:

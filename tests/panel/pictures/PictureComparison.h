@@ -4,11 +4,11 @@
 
 namespace kelvinbar {
 
-/// The share of pixels, 0 to 1, that differ by more than what another version of a font or of the toolkit
-/// changes at the edges of letters. Pictures of different sizes differ altogether.
+/// The share of pixels, 0 to 1, that differ by more than other versions of a font or of Qt change the edges
+/// of letters. 1 for pictures of different sizes.
 double differingShare(const QImage& left, const QImage& right);
 
-/// What may differ at most. A card that has moved by a pixel makes more.
+/// The largest tolerated share. A card that has moved by a pixel exceeds it.
 inline constexpr double tolerance = 0.002;
 
 } // namespace kelvinbar

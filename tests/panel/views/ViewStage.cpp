@@ -57,7 +57,7 @@ SMCReading readingOf(const QString& key, const QString& name, const QString& val
 
 } // namespace
 
-/// A store that is cranked by hand, and what the panel shows of it.
+/// A store whose queues run by hand, and the panel's content over it.
 struct ViewStage::Scene {
     Clock clock;
     InMemoryUserDefaults defaults;

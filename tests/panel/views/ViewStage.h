@@ -15,13 +15,13 @@ class QQmlEngine;
 
 namespace kelvinbar {
 
-/// What the tests of the views play on: a panel's content over a made-up machine, its store, and the user's
-/// hands. Main thread.
+/// The stage for tests of views: a panel's content over a made-up machine, its store, and simulated input.
+/// Main thread.
 class ViewStage final : public QObject {
     Q_OBJECT
     /// Null before the first scene.
     Q_PROPERTY(kelvinbar::PanelContent* content READ content NOTIFY contentChanged)
-    /// How often the panel was asked to close in this scene.
+    /// How often the panel was asked to close, in this scene.
     Q_PROPERTY(int closings READ closings)
     /// What the controls of makeControls() opened, and how often they quit.
     Q_PROPERTY(QStringList openedAddresses READ openedAddresses)
@@ -41,7 +41,7 @@ class ViewStage final : public QObject {
 
     [[nodiscard]] int quits() const { return quits_; }
 
-    /// How many scenes there were.
+    /// The number of scenes so far.
     [[nodiscard]] std::size_t sceneCount() const { return scenes_.size(); }
 
     // Scenes
@@ -50,11 +50,11 @@ class ViewStage final : public QObject {
     Q_INVOKABLE void start();
     /// The same before its first refresh ends.
     Q_INVOKABLE void startScanning();
-    /// A machine whose controller lists no key, or that has none; after the first refresh.
+    /// A machine whose SMC lists no key, or one without an SMC; after the first refresh.
     Q_INVOKABLE void startEmpty(bool hasController);
 
-    /// Controls of the scene's store in a program with these values of the build, which opens nothing and
-    /// does not quit. They live as long as the scene.
+    /// Controls over the scene's store, with these values of the build; they open nothing and do not quit.
+    /// They live as long as the scene.
     Q_INVOKABLE kelvinbar::PanelControls* makeControls(const QString& author, const QString& contact,
                                                        const QString& donationPage);
 
@@ -62,20 +62,20 @@ class ViewStage final : public QObject {
 
     Q_INVOKABLE void advanceClock(int seconds);
     Q_INVOKABLE void beginRefresh();
-    /// Lets the refresh that runs end.
+    /// Completes the running refresh.
     Q_INVOKABLE void finishRefresh();
     Q_INVOKABLE void refresh();
-    /// Whether a pass over the machine waits for its turn.
+    /// Whether a pass over the machine is queued.
     Q_INVOKABLE [[nodiscard]] bool isRefreshing() const;
 
     // The list, without a machine behind it
 
-    /// Shows one row for each of `names` in the CPU's section; the store does not know these.
+    /// Shows one row in the CPU section for each of `names`, which the store does not know.
     Q_INVOKABLE void showReadings(const QStringList& names, const QString& value);
 
-    /// `root` and all that is in it, in order; nothing that is not shown.
+    /// `root` and its visible descendants, in order.
     Q_INVOKABLE [[nodiscard]] static QVariantList itemsIn(QQuickItem* root);
-    /// Lets the views in the window of `item` come to their sizes.
+    /// Completes the layout of the views in the window of `item`.
     Q_INVOKABLE static void layOut(QQuickItem* item);
 
     // The store
@@ -104,7 +104,7 @@ class ViewStage final : public QObject {
     Q_INVOKABLE static void setClipboardText(const QString& text);
     Q_INVOKABLE [[nodiscard]] static bool hasDrawing(const QString& symbol);
 
-    /// Two clicks of the left button in the middle of `item`, `milliseconds` apart by the mouse's own clock.
+    /// Two clicks of the left button on the centre of `item`, `milliseconds` apart by their timestamps.
     Q_INVOKABLE void clickTwice(QQuickItem* item, int milliseconds);
 
   signals:
@@ -120,7 +120,7 @@ class ViewStage final : public QObject {
     fakes::ShellJournal journal_;
     fakes::FakeLoginItemService loginItemService_{journal_};
     LoginItemManager loginItem_{loginItemService_};
-    std::vector<std::unique_ptr<Scene>> scenes_; ///< views of former ones may still be there
+    std::vector<std::unique_ptr<Scene>> scenes_; ///< views of earlier scenes may still exist
     QStringList openedAddresses_;
     int quits_ = 0;
     int mouseTime_ = 1'000'000;

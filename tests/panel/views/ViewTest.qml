@@ -2,7 +2,7 @@ import QtQuick
 import QtTest
 import Kelvinbar.Panel as Panel
 
-/// A test of views over a stage of its own, and how it looks around in them.
+/// The base of tests of views: has a stage of its own, and functions that find items.
 TestCase {
     id: test
 
@@ -17,7 +17,7 @@ TestCase {
         stage.start();
     }
 
-    /// The panel over the stage's content; it fills the board.
+    /// The panel over the stage's content, filling the board.
     function makePanel(width, height) {
         board.width = width ?? 462;
         board.height = height ?? 690;
@@ -28,7 +28,7 @@ TestCase {
         return panel;
     }
 
-    /// A view of its own, with these properties.
+    /// A single view with these properties.
     function make(component, properties) {
         const view = createTemporaryObject(component, board, properties);
         verify(view !== null);
@@ -43,13 +43,13 @@ TestCase {
 
     // Items
 
-    /// Of `root` and what is in it, the items on which `isWanted` holds, in order; nothing that is not shown.
+    /// The visible items among `root` and its descendants for which `isWanted` returns true, in order.
     function itemsIn(root, isWanted) {
         verify(root instanceof Item, "the item is gone");
         return stage.itemsIn(root).filter(item => isWanted(item));
     }
 
-    /// The same of several items.
+    /// The same for several items.
     function inAll(roots, itemsOf) {
         return roots.reduce((found, root) => found.concat(itemsOf(root)), []);
     }
@@ -158,7 +158,7 @@ TestCase {
 
     function compareColor(actual, expected) {
         const step = 1 / 255;
-        const [found, wanted] = [Qt.darker(actual, 1), Qt.darker(expected, 1)]; // colours, also of names
+        const [found, wanted] = [Qt.darker(actual, 1), Qt.darker(expected, 1)]; // converts names of colours as well
         for (const channel of ["r", "g", "b", "a"])
             fuzzyCompare(found[channel], wanted[channel], step / 2);
     }

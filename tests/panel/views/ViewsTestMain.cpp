@@ -1,4 +1,4 @@
-// Runs the tests of the views, which are the tst_*.qml files beside it, on a screen that nobody sees.
+// Runs the tests of the views, the tst_*.qml files in this folder, on an offscreen platform.
 
 #include "tests/CommaLocale.h"
 #include "tests/panel/views/ViewStage.h"
@@ -21,7 +21,7 @@ class Setup : public QObject {
     Q_OBJECT
 
   public:
-    /// Whether a test set a scene.
+    /// Whether a test has set a scene.
     [[nodiscard]] bool didTest() const { return testCount_ > 0; }
 
   public slots:
@@ -31,7 +31,7 @@ class Setup : public QObject {
         qml_register_types_Kelvinbar_Panel();
     }
 
-    /// Each file has an engine, and a stage, of its own.
+    /// Each file has its own engine and stage.
     void qmlEngineAvailable(QQmlEngine* engine) {
         stage_ = std::make_unique<kelvinbar::ViewStage>();
         engine->rootContext()->setContextProperty("stage", stage_.get());
@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
         return failure("the locale with a decimal comma is missing\n");
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The toolkit's compiler of scripts crashes, now and then, in tests that look at many items (Qt 6.4).
+    // The JIT compiler of Qt 6.4 occasionally crashes in tests that visit many items.
     qputenv("QV4_FORCE_INTERPRETER", "1");
     Setup setup;
     const int failures = quick_test_main_with_setup(argc, argv, "views", KELVINBAR_VIEW_TESTS, &setup);

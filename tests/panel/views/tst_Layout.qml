@@ -28,7 +28,7 @@ Item {
             return item instanceof Panel.PanelButton;
         }
 
-        /// The controls of header and footer, and the texts that are not on one.
+        /// The controls of header and footer, and the texts outside of controls.
         function controlsIn(root) {
             const buttons = buttonsIn(root);
             const lone = itemsIn(root, item => item instanceof Text || item instanceof Panel.DigitsText || item instanceof Panel.Artwork)

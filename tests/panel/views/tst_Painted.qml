@@ -39,7 +39,7 @@ Item {
     ViewTest {
         name: "Painted"
 
-        /// Of a part of the paper, how many dots something is drawn on.
+        /// The number of drawn pixels in a part of the paper.
         function inkIn(x, y, width, height) {
             const picture = grabImage(paper);
             let dots = 0;
@@ -97,7 +97,7 @@ Item {
             text.width = 60;
             stage.layOut(text);
             verify(inkIn(20, 20, 40, upperHalf) > 0);
-            compare(inkIn(72, 20, 7, upperHalf), 0); // the dots are at the line's foot
+            compare(inkIn(72, 20, 7, upperHalf), 0); // the dots of the ellipsis are on the baseline
             verify(inkIn(60, 20, 20, text.height) > inkIn(60, 20, 20, upperHalf));
             compare(inkIn(82, 0, 218, 80), 0);
             compare(inkIn(0, 0, 19, 80), 0);
@@ -164,7 +164,7 @@ Item {
 
         function putPlate(colors, isVertical) {
             const plate = put(plateComponent, {width: 80, height: 80, isVertical: isVertical});
-            plate.colors = colors; // initial properties take no lists of colours (Qt 6.4)
+            plate.colors = colors; // initial properties cannot be lists of colours (Qt 6.4)
             stage.layOut(plate);
             return plate;
         }

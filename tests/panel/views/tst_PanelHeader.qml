@@ -154,7 +154,7 @@ Item {
             }
         }
 
-        // What About tells
+        // Content of About
 
         function test_aboutTellsNameAndPurposeAndAuthor() {
             const about = openAbout(makePanel());

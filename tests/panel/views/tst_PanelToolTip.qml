@@ -27,7 +27,7 @@ Item {
             mouseMove(board, 151, 20);
         }
 
-        /// The tooltip of the item under the pointer, once it is open; it opens without its delay.
+        /// The tooltip of the item under the pointer, once it is open. It opens without its delay.
         function openToolTip(panel, item) {
             const tip = toolTipOf(panel);
             tip.delay = 10;

@@ -131,7 +131,7 @@ TEST_F(DetectedAppleSMCTest, AControllerThatListsNoKeysHasGoneAndIsFoundAgainWhe
 
 class OpenAppleSMC : public testing::Test {
   protected:
-    /// The driver's files on the chip itself or on its device.
+    /// Creates the driver's files, on the chip itself or on its device.
     void addDriver(std::string_view folder) {
         const fs::path place = chip / folder;
         tree.write(place / "name", "applesmc\n");
@@ -173,7 +173,7 @@ TEST_F(OpenAppleSMC, DoesNotTakeFilesOfTheSameNameOnAnotherChip) {
 TEST_F(OpenAppleSMC, LogsOnceThatKeysCannotBeChosen) {
     addDriver("device");
     tree.remove(chip / "device/key_at_index");
-    tree.makeDirectory(chip / "device/key_at_index"); // which even the administrator cannot write
+    tree.makeDirectory(chip / "device/key_at_index"); // cannot be written, not even by root
     for (int search = 0; search < 3; ++search) EXPECT_EQ(opened(), nullptr);
     EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("key_at_index")));
 }

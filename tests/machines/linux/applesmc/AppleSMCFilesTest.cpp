@@ -42,7 +42,7 @@ class OtherProgram {
     int descriptor_;
 };
 
-/// How long `work` takes.
+/// The duration of `work`.
 template <typename Work>
 std::chrono::steady_clock::duration timeOf(Work work) {
     const auto start = std::chrono::steady_clock::now();
@@ -69,7 +69,7 @@ class AppleSMCFilesTest : public testing::Test {
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    /// The bytes of the chosen key; nothing when they are not given away.
+    /// The bytes of the selected key; nothing when the SMC refuses to return them.
     [[nodiscard]] std::optional<SMCBytes> data() const {
         SMCBytes bytes{};
         return opened()->data(bytes) ? std::optional(bytes) : std::nullopt;

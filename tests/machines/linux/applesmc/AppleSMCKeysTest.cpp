@@ -40,7 +40,7 @@ class AppleSMCKeysTest : public testing::Test {
         return names;
     }
 
-    /// The bytes of a key; nothing when the answer is not success, and then no byte may have been given.
+    /// The bytes of a key; nothing on failure, after checking that no byte was stored.
     std::optional<SMCBytes> read(std::string_view name) {
         SMCBytes bytes{};
         if (keys.readBytes(packedSMCKey(name), bytes) == smcresult::success) return bytes;
@@ -52,15 +52,15 @@ class AppleSMCKeysTest : public testing::Test {
         return keys.keyInfo(packedSMCKey(name));
     }
 
-    /// Has another program choose the key at `index` before the call that is `calls` calls away (the next one
-    /// is 1 away).
+    /// Makes another program select the key at `index` before the call that is `calls` calls away; 1 is the
+    /// next one.
     void disturbOnce(int calls, std::uint32_t index) {
         controller.beforeCall = [this, at = controller.callCount + calls, index](std::string_view) {
             if (controller.callCount == at) controller.selected = index;
         };
     }
 
-    /// Has another program choose the key at `index` again and again.
+    /// Makes another program select the key at `index` before each call.
     void disturbAlways(std::uint32_t index) {
         controller.beforeCall = [this, index](std::string_view call) {
             if (call != "select") controller.selected = index;
@@ -335,7 +335,7 @@ TEST_F(AppleSMCKeysTest, AnotherKeyThatWasChosenUntilAfterTheReadingIsNoticed) {
     controller.beforeCall = [this, disturb = controller.beforeCall,
                              wasRead = false](std::string_view call) mutable {
         disturb(call);
-        if (wasRead) controller.selected = 2; // chosen back, before anyone looks again
+        if (wasRead) controller.selected = 2; // selects it again before the next check
         wasRead = call == "data" && controller.dataCount == 0;
     };
     EXPECT_EQ(read("TC0P"), (SMCBytes{0x28, 0x80}));

@@ -31,7 +31,7 @@ struct Case {
     std::string_view chip;
     SensorKind kind;
     std::string_view label;
-    std::string_view keys; ///< separated by a blank; each of them covers the channel alone
+    std::string_view keys; ///< separated by spaces; each one alone covers the channel
 };
 
 const std::vector<Case> cases{
@@ -69,7 +69,7 @@ const std::vector<Case> cases{
     {"charger:AC", voltage, "voltage_now", "CH0V"},
     {"charger:AC", current, "current_now", "CH0C"},
     {"charger:AC", power, "power_now", "CH0W ACPW"},
-    // What no key of the controller measures.
+    // Not measured by any SMC key.
     {"coretemp", temperature, "Package id 0", ""},
     {"coretemp", voltage, "Core 0", ""},
     {"rapl", energy, "dram", ""},

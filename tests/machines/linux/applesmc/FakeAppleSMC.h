@@ -14,8 +14,8 @@
 
 namespace kelvinbar::fakes {
 
-/// Apple's controller as the driver shows it: one key at a time, whichever anyone chose last. Counts what it
-/// is asked, and lets another program do something before any of the calls.
+/// An SMC behind the kernel's driver: one key at a time, the one that any program has selected last. Counts
+/// calls, and lets another program act before any of them.
 struct FakeAppleSMC {
     struct Key {
         std::string name;
@@ -37,10 +37,10 @@ struct FakeAppleSMC {
     bool isLocked = false;
     bool canSelect = true;
 
-    /// What another program does before a call of that name, the lock and the number of keys aside.
+    /// What another program does before a call of that name. Not called for the lock and the number of keys.
     std::function<void(std::string_view call)> beforeCall;
 
-    int callCount = 0; ///< of those before which `beforeCall` runs
+    int callCount = 0; ///< calls for which `beforeCall` runs
     int selectCount = 0;
     int dataCount = 0;
     int lockCount = 0;
@@ -48,7 +48,7 @@ struct FakeAppleSMC {
     int unlockedSelectCount = 0; ///< selections made without the lock
 };
 
-/// The driver's files over a controller that outlives them.
+/// The driver's files over a fake that outlives them.
 class FakeAppleSMCRegisters final : public AppleSMCRegisters {
   public:
     explicit FakeAppleSMCRegisters(FakeAppleSMC& controller) : controller_(controller) {}

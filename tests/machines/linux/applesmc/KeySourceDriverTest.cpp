@@ -21,7 +21,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Keys that a test sets; counts how often their number is asked for.
+/// Keys set by a test; counts how often their number is requested.
 class FakeKeys final : public SMCKeySource {
   public:
     struct Key {
@@ -268,7 +268,7 @@ TEST_F(KeySourceDriverTest, RefusesToReadTheNumberOfKeysWithAnotherSize) {
     EXPECT_EQ(source.countQuestions, 0);
 }
 
-// Calls that are none
+// Invalid calls
 
 TEST_F(KeySourceDriverTest, FailsCallsThatADriverWouldNotTakeAndLeavesTheirOutputAlone) {
     SMCParamBlock question;

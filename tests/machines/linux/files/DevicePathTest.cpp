@@ -26,8 +26,8 @@ class DevicePathTest : public testing::Test {
         fs::create_symlink(target, tree.root() / path);
     }
 
-    /// A device at `place` below sys/devices with a folder of a class in it, which links back to `device`,
-    /// and the class's own link to that folder.
+    /// Creates a device at `place` below sys/devices, with a class folder that links back to `device`, and
+    /// the class's own link to that folder.
     void addDevice(const fs::path& place, std::string_view className, const fs::path& device) {
         const fs::path folder = "sys/devices" / place;
         tree.makeDirectory(folder);
@@ -143,7 +143,7 @@ TEST_F(DevicePathTest, ARootThatIsReachedThroughALinkGivesTheSamePath) {
     EXPECT_EQ(devicePath(root, root / "sys/class/hwmon/hwmon4"), "platform/coretemp.0");
 }
 
-// Trees that hold no more than the class
+// Trees with the class only
 
 TEST_F(DevicePathTest, AFolderWithALinkThatLeadsNowhereHasTheDeviceThatTheLinkNames) {
     tree.makeDirectory("sys/class/hwmon/hwmon0");

@@ -41,7 +41,7 @@ class SensorFileTest : public testing::Test {
         return SensorFile(fileWith(content)).number();
     }
 
-    /// The descriptors of this process that `file` is open under.
+    /// The descriptors with which this process has `file` open.
     static std::vector<int> descriptorsOf(const fs::path& file) {
         const fs::path wanted = fs::canonical(file);
         std::vector<int> descriptors;
@@ -252,7 +252,7 @@ class SensorFilesTest : public SensorFileTest {
     static constexpr int limit = 30;
     static constexpr int excess = 20;
 
-    /// Opens more different files than may stay open.
+    /// Opens more files than may stay open.
     void openTooMany() {
         paths.clear();
         for (int number = 0; number < limit + excess; ++number) {

@@ -23,7 +23,7 @@ using testing::IsEmpty;
 
 constexpr const char* board = "nct6798-isa-0290";
 
-/// The kernel's sensors under a configuration: one chip of the mainboard on the ISA bus.
+/// Kernel sensors with a configuration: one mainboard chip on the ISA bus.
 class ConfiguredSourceTest : public testing::Test {
   protected:
     void SetUp() override {

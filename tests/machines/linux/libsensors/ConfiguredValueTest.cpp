@@ -13,7 +13,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// A sensor that moves with every read, as a counter or a noisy voltage does.
+/// A sensor that changes with every read, as a counter or a noisy voltage does.
 class MovingSensor {
   public:
     using Step = std::function<double(int)>;
@@ -40,12 +40,12 @@ class FormulaOfMovingSensor final : public ComputedValue {
 
 class ConfiguredValueTest : public testing::Test {
   protected:
-    /// The value while the kernel's stays the same.
+    /// The value while the kernel's value stays the same.
     std::optional<double> valueAt(double fromKernel) {
         return value.value(fromKernel, [=] { return std::optional(fromKernel); });
     }
 
-    /// Whether the value of a moving sensor is taken for a computed one.
+    /// Whether the value of a changing sensor is considered computed.
     static bool isComputed(MovingSensor sensor, double factor) {
         const ConfiguredValue configured(std::make_unique<FormulaOfMovingSensor>(sensor, factor));
         const auto readAgain = [&sensor] { return std::optional(sensor.next()); };

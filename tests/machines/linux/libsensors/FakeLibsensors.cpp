@@ -10,7 +10,7 @@ using kelvinbar::fakes::FakeLibsensors;
 
 namespace {
 
-/// A chip as it was at the start.
+/// A chip in its state at the start.
 struct StartedChip {
     FakeLibraryChip chip;
     sensors_chip_name name{};
@@ -28,7 +28,7 @@ class Call {
     explicit Call(bool isAllowed) {
         if (state.callers.fetch_add(1) > 0) state.hadTwoCallers = true;
         if (!isAllowed) ++state.misuses;
-        std::this_thread::yield(); // lets another thread in where no lock keeps it out
+        std::this_thread::yield(); // lets another thread enter unless a lock prevents it
     }
 
     Call(const Call&) = delete;

@@ -21,7 +21,7 @@ struct FakeLibraryChip {
     std::vector<FakeFeature> features;
 };
 
-/// What a shared library with the functions of libsensors answers, and how it was used.
+/// The behaviour of a fake shared library with the functions of libsensors, and a record of its use.
 struct FakeLibsensors {
     std::vector<FakeLibraryChip> chips; ///< seen at the next start
     int initResult = 0;
@@ -37,5 +37,5 @@ struct FakeLibsensors {
 
 } // namespace kelvinbar::fakes
 
-/// Of the shared library: its state, which tests read and set while they have the library loaded.
+/// Exported by the shared library: its state, which tests read and set while the library is loaded.
 extern "C" kelvinbar::fakes::FakeLibsensors* fakeLibsensors();

@@ -11,7 +11,7 @@
 
 namespace kelvinbar::fakes {
 
-/// A value that a test sets, and how often it was read.
+/// A value set by a test, with a count of its reads.
 struct FakeComputation {
     std::optional<double> value;
     int reads = 0;
@@ -30,7 +30,7 @@ class FakeComputedValue final : public ComputedValue {
     FakeComputation& computation_;
 };
 
-/// A configuration whose chips a test fills in, by their libsensors names.
+/// A configuration whose chips are set by a test, by their libsensors names.
 class FakeSensorConfiguration final : public SensorConfiguration {
   public:
     void refresh(const std::vector<SensorChip>& machine) override {
@@ -43,7 +43,7 @@ class FakeSensorConfiguration final : public SensorConfiguration {
         return found == chips.end() ? nullptr : &found->second;
     }
 
-    /// Lists a feature, whose value is that of the computation where there is one.
+    /// Adds a feature. Its value is that of the computation, if there is one.
     void add(const std::string& chip, const std::string& feature, const std::string& label,
              FakeComputation* computation = nullptr) {
         std::shared_ptr<const ConfiguredValue> value;

@@ -68,7 +68,7 @@ class LibsensorsTest : public testing::Test {
 
     [[nodiscard]] const ConfiguredChip* find() const { return configuration->find(chipsIn({hwmon}).front()); }
 
-    /// What is shown of a feature whose file holds this.
+    /// The displayed value of a feature whose file has this content.
     [[nodiscard]] std::optional<double> valueOf(const char* feature, double fromKernel) const {
         return find()->find(feature)->second.value->value(fromKernel,
                                                           [=] { return std::optional(fromKernel); });

@@ -53,14 +53,14 @@ std::string_view filePrefix(SensorKind kind) {
     }
 }
 
-/// A channel that goes by the prefix of its file.
+/// A channel without a label, which is named after its file.
 SensorChannel unlabelled(SensorKind kind, int number) {
     SensorChannel channel(kind, number);
     channel.label = numbered(filePrefix(kind), number);
     return channel;
 }
 
-/// Channels that are numbered from 1 in the order of their labels.
+/// Channels numbered from 1 in the order of their labels.
 std::vector<SensorChannel> labelledAll(SensorKind kind, const Texts& labels) {
     std::vector<SensorChannel> channels;
     for (const std::string& label : labels) {
@@ -88,7 +88,7 @@ SensorChip coretemp(const Texts& labels) {
     return chip("platform/coretemp.0", "coretemp", labelledAll(temperature, labels));
 }
 
-/// The keys of a chip in the order of its channels, empty for those that had none.
+/// The keys of a chip in the order of its channels; empty for those without one.
 Texts keysOf(const Keys& keys, const Chips& chips, std::size_t chip) {
     Texts texts(chips[chip].channels.size());
     for (const auto& [key, place] : keys) {
@@ -454,7 +454,7 @@ TEST(FormerKeysTest, ABatteryWithMoreTemperaturesThanItsHwmonChipKeepsTheOthers)
     EXPECT_EQ(keysOf(keys, chips, 1), (Texts{"", "TB00"}));
 }
 
-// Beside a controller
+// Next to an SMC
 
 TEST(FormerKeysTest, KeysOfTheControllerWereNeverGiven) {
     const Chips chips{coretemp({"Package id 0"}),

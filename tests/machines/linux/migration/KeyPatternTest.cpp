@@ -32,7 +32,7 @@ Key firstKey(std::string_view pattern, const KeyDigits& digits = {},
     return keyByPattern(pattern, digits, [&](const std::string& key) { return !taken.contains(key); });
 }
 
-/// The keys that a pattern gives one after another, until there are no more.
+/// The keys that a pattern yields one after the other, until there are no more.
 Keys allKeys(std::string_view pattern, const KeyDigits& digits = {}) {
     Keys keys;
     std::set<std::string> taken;

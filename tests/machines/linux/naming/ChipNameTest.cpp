@@ -20,7 +20,7 @@ TEST(ChipName, APciDeviceIsNamedAfterBusSlotAndFunction) {
     EXPECT_EQ(on("pci", "0000:00:18.3"), "chip-pci-00c3");
     EXPECT_EQ(on("pci", "0000:0b:00.0"), "chip-pci-0b00");
     EXPECT_EQ(on("pci", "0001:01:00.0"), "chip-pci-10100");
-    // libsensors keeps 32 bits of it, which have no room for the domain of a drive behind a storage bridge.
+    // libsensors stores 32 bits, which is too short for the domain of a drive behind a storage bridge.
     EXPECT_EQ(on("pci", "10000:01:00.0"), "chip-pci-0100");
 }
 

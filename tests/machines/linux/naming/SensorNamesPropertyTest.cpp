@@ -1,5 +1,5 @@
-// What holds for the keys and names of any machine, tried on machines that are put together by chance. The
-// sequence is the same in every run; a failure names its machine.
+// Properties of the keys and names of any machine, tested on random machines. The sequence is the same in
+// every run; a failure names its machine.
 
 #include "base/Text.h"
 #include "machines/linux/naming/NameText.h"
@@ -27,7 +27,7 @@ namespace {
 
 using enum SensorKind;
 
-/// Chooses the same on every system: the library's distributions do not.
+/// Makes the same choices on every system, unlike the distributions of the standard library.
 class Chance {
   public:
     explicit Chance(unsigned seed) : engine_(seed) {}
@@ -80,7 +80,7 @@ SensorChannel channelByChance(Chance& chance, int number) {
     return channel;
 }
 
-/// A chip at a place of its own; `place` is also the address in its name.
+/// A chip at a bus address of its own; `place` is also the address in its name.
 SensorChip chipByChance(Chance& chance, std::size_t place) {
     SensorChip chip;
     chip.name = chip.stableName = chance.oneOf(chipNames);
@@ -102,7 +102,7 @@ std::vector<SensorChip> machineByChance(Chance& chance) {
     return chips;
 }
 
-/// Some chips that libsensors has one name for.
+/// Chips that have the same name in libsensors.
 void makeSomeAlike(Chance& chance, std::vector<SensorChip>& chips) {
     for (SensorChip& chip : chips) {
         if (chance.below(3) != 0) continue;
@@ -218,7 +218,7 @@ TEST_F(GeneratedMachines, KeepTheKeysOfChipsThatStayWhenOthersGoAndComeBack) {
     });
 }
 
-/// The words of a label, whatever stands between them.
+/// The words of a label, without separators.
 std::vector<std::string> wordsOf(std::string_view label) {
     std::vector<std::string> words(1);
     for (const char character : cleanedText(label)) {
@@ -234,7 +234,7 @@ std::vector<std::string> wordsOf(std::string_view label) {
 TEST_F(GeneratedMachines, HaveTheirLabelsInTheirNamesUnlessARowHasOtherWords) {
     constexpr std::size_t longestLabel = 15;
     std::size_t tried = 0;
-    std::size_t cut = 0; // by what tells it apart from another name
+    std::size_t cut = 0; // to make it unique
     forEachMachine([&tried, &cut](const std::vector<SensorChip>& chips, Chance&) {
         const auto names = sensorNames(chips);
         for (std::size_t chip = 0; chip < chips.size(); ++chip) {

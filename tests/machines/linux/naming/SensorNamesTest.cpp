@@ -27,7 +27,7 @@ SensorChannel labelled(SensorKind kind, int number, std::string_view label) {
 
 SensorChannel plain(SensorKind kind, int number) { return {kind, number}; }
 
-/// A channel of a power supply, which the kernel names instead of counting.
+/// A channel of a power supply, which has a name instead of a number.
 SensorChannel attribute(SensorKind kind, std::string_view name) {
     SensorChannel channel = labelled(kind, 0, name);
     channel.feature = name;
@@ -74,7 +74,7 @@ std::vector<std::string> keys(const std::vector<SensorChip>& chips) {
     return keys;
 }
 
-/// The name of one channel of a machine with nothing else.
+/// The name of the only channel of a machine.
 std::string nameOn(std::string_view sensorsName, const SensorChannel& channel) {
     return names({chip(sensorsName, "device", {channel})}).front();
 }
@@ -152,7 +152,7 @@ TEST(SensorNames, WhatTheKernelsChipOfASupplyMeasuresIsNotTakenFromTheSupplyAgai
     EXPECT_THAT(keys({battery}), ElementsAre("macsmc-battery/voltage_now", "macsmc-battery/current_now"));
 }
 
-// What channels are called
+// Names of channels
 
 TEST(SensorNames, ANameIsTheDeviceAndTheLabel) {
     EXPECT_EQ(nameOn("k10temp-pci-00c3", labelled(temperature, 1, "Tctl")), "CPU Tctl");
@@ -223,7 +223,7 @@ TEST(SensorNames, AnUnknownChipOfANetworkCardIsEthernetOrWiFi) {
     EXPECT_THAT(names({card("newradio-pci-0600", "wlp6s0")}), ElementsAre("Wi-Fi"));
 }
 
-// Devices of which there are several
+// Several equal devices
 
 TEST(SensorNames, DrivesAreToldApartByTheirModels) {
     EXPECT_THAT(names({drive("nvme-pci-0100", "Samsung SSD 980"), drive("nvme-pci-0200", "WD Blue SN570 ")}),

@@ -1,4 +1,4 @@
-// The tables in docs/linux.md are the ones in the program.
+// The tables in docs/linux.md are the same as those in the program.
 
 #include "base/Text.h"
 #include "catalogue/SMCCategory.h"
@@ -90,7 +90,7 @@ std::string rowOf(const CategoryRow& row) {
     return rowOf({code(row.chips), kindName(row.kind), code(row.names), std::string(rawValue(row.category))});
 }
 
-/// The rows below the heading row that begins with `heading`.
+/// The rows below the header row that begins with `heading`.
 std::vector<std::string> documentedRows(std::string_view heading) {
     std::ifstream document(KELVINBAR_ROOT "/docs/linux.md");
     std::vector<std::string> rows;

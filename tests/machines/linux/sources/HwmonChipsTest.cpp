@@ -130,9 +130,9 @@ TEST_F(HwmonChipsTest, WhereAFanIsMeasuredOutputsAreNoChannels) {
     EXPECT_EQ(kindsAndNumbers(), (std::vector{std::pair{fan, 1}}));
 }
 
-// What a chip is named after
+// Names of chips
 
-/// A chip of a drive: its device is in a class of its own, behind which the device on the bus is.
+/// A chip of a drive: its device is in a class, and that device links to the one on the bus.
 class ChipOfADrive : public testing::Test {
   protected:
     ChipOfADrive() {
@@ -272,7 +272,7 @@ TEST_F(HwmonChipsTest, TheAttributesOfAFanHaveItsLabel) {
     EXPECT_TRUE(onlyChannel(fanMaximum).isLabelled);
 }
 
-// Where two files give one value
+// Two files with the same value
 
 TEST_F(HwmonChipsTest, TheAveragePowerIsTakenOnlyWithoutAPowerOfTheMoment) {
     const fs::path average = write("power1_average", "1\n");
@@ -287,7 +287,7 @@ TEST_F(HwmonChipsTest, AFanHasOneTarget) {
     EXPECT_EQ(onlyChannel(fanTarget).file, target);
 }
 
-// Channels that are switched off or faulty
+// Disabled and faulty channels
 
 TEST_F(HwmonChipsTest, AChannelThatIsSwitchedOffStaysWithoutAFile) {
     write("temp1_input", "1000\n");
@@ -382,7 +382,7 @@ TEST_F(HwmonChipsTest, ATreeWithoutTheClassHasNoChips) {
     EXPECT_THAT(hwmonChips(tree.root() / "missing"), IsEmpty());
 }
 
-// Whether the device sleeps
+// Sleeping devices
 
 TEST_F(HwmonChipsTest, TheStatesOfTheDeviceAndOfTheOneBehindItAreWatched) {
     write("name", "nvme\n");

@@ -39,7 +39,7 @@ using namespace std::chrono_literals;
 
 using Keys = std::vector<std::string>;
 
-/// Trees of chips; the lines have the format of recorded machines.
+/// Trees of chips, in the format of recorded machines.
 constexpr std::string_view processor = "chip devices/pci0000:00/0000:00:18.3/hwmon/hwmon0\n"
                                        "name k10temp\n"
                                        "temp1_label Tctl\n"
@@ -108,7 +108,7 @@ class KernelSensorSourceTest : public testing::Test {
         return count;
     }
 
-    /// A chip with that many temperatures.
+    /// Adds a chip with that many temperatures.
     void addLargeChip(int channels) {
         std::string lines = "chip devices/pci0000:00/0000:09:00.0/hwmon/hwmon9\nname large\n";
         for (int number = 1; number <= channels; ++number) {
@@ -325,7 +325,7 @@ TEST_F(SleepingCard, IsNotReadAndAskedForItsStateOnceAPass) {
     EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(read(keys).size(), 3U); }), (SystemCalls{.reads = 1}));
 }
 
-/// The switch of a channel is not asked for: that would wake the card. It stands at off here.
+/// The enable file of a channel is not read, because that would wake the card. Here it contains 0.
 TEST_F(SleepingCard, IsNotWokenByADiscovery) {
     EXPECT_EQ(discovered().size(), 3U);
     EXPECT_NE(read("amdgpu-pci-0300/temp1"), std::nullopt);
@@ -404,7 +404,7 @@ TEST_F(EnergyCounters, ThatCannotBeReadAreLeftOutAndLoggedOnce) {
     for (const std::string_view zone : {"intel-rapl:0", "intel-rapl:0:0"}) {
         const fs::path file = fs::path("sys/class/powercap") / zone / "energy_uj";
         recorded.tree().remove(file);
-        recorded.tree().makeDirectory(file); // which nobody can read as a file
+        recorded.tree().makeDirectory(file); // cannot be read as a file
     }
     add(processor);
     for (int pass = 0; pass < 3; ++pass) EXPECT_EQ(discovered(), Keys{processorKey});
@@ -462,7 +462,7 @@ TEST_F(KernelSensorSourceTest, ADeviceThatReturnsUnderAnotherNumberHasItsKeyAndN
     EXPECT_EQ(read(driveKey), before);
 }
 
-/// The files of a device that returns are other files, though their paths are the same.
+/// A device that returns has new files under the same paths.
 TEST_F(KernelSensorSourceTest, ADeviceThatReturnsUnderItsNumberIsReadFromItsNewFiles) {
     add(drive);
     discovered();
@@ -482,7 +482,7 @@ TEST_F(KernelSensorSourceTest, WhatASupplyAndItsChipBothShowIsListedOnce) {
     EXPECT_THAT(discovered(), ElementsAre("BAT0-acpi-0/curr1", "BAT0-acpi-0/in0", "BAT0/charge_now"));
 }
 
-// Texts that are none
+// Invalid texts
 
 TEST_F(KernelSensorSourceTest, IllFormedTextNeverReachesAReading) {
     add("chip devices/pci0000:00/0000:01:00.0/nvme/nvme0/hwmon1\n"
@@ -509,7 +509,7 @@ TEST_F(KernelSensorSourceTest, IllFormedTextNeverReachesAReading) {
 
 // Apple's controller
 
-/// The driver's chip, which shows temperatures and fans to everyone.
+/// The chip of the applesmc driver, which shows temperatures and fans to everyone.
 constexpr std::string_view controllerChip = "chip devices/platform/applesmc.768\n"
                                             "name applesmc\n"
                                             "temp1_label TC0P\n"
@@ -608,7 +608,7 @@ TEST_F(KernelSensorSourceTest, WhatTheListedKeysMeasureIsLeftOut) {
     EXPECT_EQ(discovered({}).size(), 2U);
 }
 
-// What was looked for before a controller's keys were known counts for nothing.
+// A search that was made before the SMC's keys were known is repeated.
 TEST_F(KernelSensorSourceTest, TheKeysOfTheStatusAreNotThoseBesideAController) {
     add(wireless);
     add(processor);

@@ -355,7 +355,7 @@ TEST(PowerMeter, ReadingsThatAreTooCloseGiveWhatTheLastOneGave) {
     EXPECT_EQ(meter.powerAt(110, 2s), 10);
     EXPECT_EQ(meter.powerAt(500, 2s), 10);
     EXPECT_EQ(meter.powerAt(500, 2s + PowerMeter::shortestTime - 1ns), 10);
-    // The close ones have moved nothing: growth counts from 110 at two seconds.
+    // The reads in quick succession are ignored: growth counts from 110 at two seconds.
     EXPECT_EQ(meter.powerAt(140, 3s), 30);
 }
 
@@ -482,7 +482,8 @@ TEST_F(EnergyCounter, BeginsItsOwnMeterAfterASensorThatHasNone) {
     EXPECT_EQ(numberOf(live), 4);
 }
 
-/// The counter grows by a joule a millisecond of the fake clock, whoever looks: nobody may see another power.
+/// The counter grows by one joule per millisecond of the fake clock, whatever thread reads it: no thread may
+/// see a different power.
 TEST(PowerMeter, MayBeAskedByTwoThreadsAtOnce) {
     PowerMeter meter(0);
     std::atomic<std::int64_t> milliseconds{0};
@@ -510,7 +511,7 @@ TEST_F(LiveSensorTest, OnlyEnergyIsMetered) {
     EXPECT_EQ(numberOf(live), 12.5);
 }
 
-/// After hibernation a counter begins at 0, which is no turn of it.
+/// After hibernation a counter starts at 0, which is not a wrap-around.
 TEST(PowerMeter, ACounterThatBeganAnewTellsNoPower) {
     using namespace std::chrono_literals;
     PowerMeter meter(262'144);

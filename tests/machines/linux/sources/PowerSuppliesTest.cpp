@@ -31,7 +31,7 @@ class PowerSuppliesTest : public testing::Test {
         tree.write("sys/class/power_supply" / file, content);
     }
 
-    /// The channel of the only supply that comes from `attribute`.
+    /// The channel for `attribute` of the only supply.
     [[nodiscard]] std::optional<SensorChannel> channel(std::string_view attribute) const {
         const auto chips = powerSupplyChips(tree.root());
         EXPECT_EQ(chips.size(), 1U);
@@ -42,7 +42,7 @@ class PowerSuppliesTest : public testing::Test {
         return std::nullopt;
     }
 
-    /// What `counts` of the attribute mean in the unit of its kind.
+    /// `counts` of the attribute, in the unit of its kind.
     [[nodiscard]] std::optional<double> converted(std::string_view attribute, double counts) const {
         const auto found = channel(attribute);
         return found ? std::optional(counts / found->countsPerUnit) : std::nullopt;
@@ -207,7 +207,7 @@ TEST_F(PowerSuppliesTest, OnlyChargersTellWhetherTheyAreOnline) {
     EXPECT_THAT(labels(), IsEmpty());
 }
 
-/// The entry of a mouse is counted up whenever it connects.
+/// The number in a mouse's entry increases whenever it connects.
 TEST_F(PowerSuppliesTest, ADeviceIsKnownByItsSerialNumber) {
     for (const std::string_view entry : {"hidpp_battery_0", "hidpp_battery_7"}) {
         tree.remove("sys/class/power_supply");

@@ -1,4 +1,4 @@
-// A chip that takes its time holds up the pass that reads it, and nobody else.
+// A chip that stalls delays the pass that reads it, and nothing else.
 
 #include "base/MainLoopQueue.h"
 #include "base/NotificationCenter.h"
@@ -28,7 +28,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// One key, whose reading begins and then waits to be let go on.
+/// One key, whose read blocks until it is released.
 class StalledKey final : public SMCKeySource {
   public:
     StalledKey(std::promise<void>& begun, std::future<void> goOn) : begun_(begun), goOn_(std::move(goOn)) {}
@@ -76,7 +76,7 @@ TEST(StalledSensor, LeavesTheMainThreadFree) {
                           .wallClock = wallClock});
     begun.get_future().wait();
 
-    // All of this returns while the chip has not answered.
+    // All of these return before the chip has answered.
     store.refresh(false);
     store.refreshMenuBarOnly();
     EXPECT_TRUE(store.readings().value().empty());
@@ -89,7 +89,7 @@ TEST(StalledSensor, LeavesTheMainThreadFree) {
     store.shutdown();
 }
 
-/// Opening a pipe waits for someone to write into it.
+/// Opening a pipe blocks until it has a writer.
 TEST(StalledSensor, IsNotMadeByAPipeInPlaceOfAFile) {
     fakes::TemporaryTree tree;
     tree.write("sys/class/hwmon/hwmon0/name", "somechip\n");

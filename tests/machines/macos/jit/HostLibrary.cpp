@@ -1,5 +1,5 @@
-// What code for macOS finds in its C library, where the library of the machine that runs the tests has it
-// under another name or not at all.
+// Functions that code for macOS expects in its C library, and that the library of the host has under another
+// name or not at all.
 
 #include "tests/machines/macos/jit/HostLibrary.h"
 
@@ -16,10 +16,10 @@ mach_port_t mach_task_self_ = 0x103;
 
 void* __dso_handle = nullptr;
 
-// What has static storage lives on: its destructor would run when the code is gone.
+// Destructors of static objects are dropped: they would run after the code has been unloaded.
 int __cxa_atexit(void (* /*destructor*/)(void*), void* /*object*/, void* /*library*/) { return 0; }
 
-// Without what the linker in memory says about crashes of its own.
+// Silences the in-memory linker's messages about crashes of its own.
 void abort() {
     std::fprintf(stderr, "Aborted\n");
     std::fflush(nullptr);

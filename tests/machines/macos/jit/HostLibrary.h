@@ -1,4 +1,4 @@
 #pragma once
 
-/// To be called before anything is printed.
+/// Call before anything is printed.
 void useHostStreams();

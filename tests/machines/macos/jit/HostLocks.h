@@ -1,5 +1,5 @@
-// Read before every source: locks that are not initialised by a call are all zeros on the machine that runs
-// the tests, and smaller than on macOS.
+// Included before every source: statically initialised locks are all zeros on the host, and smaller than on
+// macOS.
 #pragma once
 
 #include <pthread.h>

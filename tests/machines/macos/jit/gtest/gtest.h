@@ -1,5 +1,5 @@
-// The part of the test framework that the tests of this folder use, for code that is linked where neither
-// exceptions nor static initialisers work. The runner knows the tests by their names.
+// The part of the test framework that the tests in this folder use, for code linked where neither exceptions
+// nor static initialisers work. The runner finds the tests by name.
 #pragma once
 
 #include <cstdio>
@@ -38,7 +38,7 @@ namespace standin {
 /// Prints a failed expectation and counts it against the run.
 void reportFailure(const char* file, int line, const std::string& what);
 
-/// A value for a person to read, as far as its type tells how.
+/// A value as text, as far as its type has one.
 template <typename T>
 std::string textOf(const T& value) {
     if constexpr (std::is_same_v<T, bool>) {
@@ -68,7 +68,7 @@ std::string textOf(const T& value) {
     }
 }
 
-/// What a test says about a failure. Texts are taken as they are.
+/// The message of a failure. Texts are printed as they are.
 class Message {
   public:
     template <typename T>
@@ -89,13 +89,13 @@ struct Failure {
     int line;
     std::string what;
 
-    /// After the message, and of type void: a failed assertion returns it.
+    /// Assigned after the message, and void, so that a failed assertion can return it.
     void operator=(const Message& message) const {
         reportFailure(file, line, message.text.empty() ? what : what + '\n' + message.text);
     }
 };
 
-/// Nothing when the comparison holds, otherwise what is to be told.
+/// Nothing when the comparison holds, otherwise the message.
 template <typename Left, typename Right, typename Compare>
 std::optional<std::string> mismatch(const char* expression, const Left& left, const Right& right,
                                     Compare compare) {
@@ -122,7 +122,7 @@ inline std::optional<std::string> mismatch(const char* expression, bool value, b
 #define TEST(suite, name) STANDIN_TEST(testing::Test, suite, name)
 #define TEST_F(fixture, name) STANDIN_TEST(fixture, fixture, name)
 
-// A switch, so that an `else` after it is another's.
+// A switch, so that a following `else` cannot bind to it.
 #define STANDIN_CHECK(leave, found)                                                                          \
     switch (0)                                                                                               \
     case 0:                                                                                                  \
