@@ -11,8 +11,8 @@ struct SampleMachine {
     std::string_view text;
 };
 
-/// An Intel notebook, an Apple Silicon desktop, an AMD PC with an emulated SMC and registry fans, and an AMD PC
-/// under Linux with a drive that sleeps. Static lifetime.
+/// An Intel notebook, an Apple Silicon desktop, an AMD PC with an emulated SMC and registry fans, and an AMD
+/// PC under Linux with a drive that sleeps. Static lifetime.
 std::span<const SampleMachine> sampleMachines();
 
 } // namespace kelvinbar

@@ -1,11 +1,11 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
 #include "desktop/linux/GrabbedInput.h"
-#include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
 #include "desktop/linux/TrayItem.h"
+#include "desktop/linux/XEmbedTray.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>

@@ -2,10 +2,10 @@
 
 #include "base/Log.h"
 #include "desktop/Desktop.h"
-#include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/ReadingIcon.h"
 #include "desktop/linux/StatusMenu.h"
 #include "desktop/linux/StatusNotifierItem.h"
+#include "desktop/linux/XEmbedTray.h"
 
 #include <QDBusConnection>
 #include <QRect>

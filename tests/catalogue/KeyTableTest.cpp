@@ -399,9 +399,7 @@ SMCKeyDefinition entryFor(std::string_view key) {
     return found == entries.end() ? SMCKeyDefinition{} : found->second;
 }
 
-TEST(KeyTable, HasThreeHundredAndNinetyNineEntries) {
-    EXPECT_EQ(makeDefinitions().size(), 399U);
-}
+TEST(KeyTable, HasThreeHundredAndNinetyNineEntries) { EXPECT_EQ(makeDefinitions().size(), 399U); }
 
 TEST(KeyTable, HoldsExactlyTheExpectedEntriesInTheirOrder) {
     const ExpectedTable table = expectedTable();
