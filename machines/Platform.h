@@ -14,7 +14,7 @@ namespace kelvinbar {
 /// `log` outlives the machine.
 Machine makePlatform(Log& log);
 
-/// The made-up machine that looks most like those of the platform, by its name among demoMachineNames().
+/// The name of the demo machine that resembles the platform's own machines most; one of demoMachineNames().
 std::string_view usualDemoMachine();
 
 } // namespace kelvinbar

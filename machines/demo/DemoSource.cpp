@@ -30,8 +30,8 @@ void scaleFloat(Bytes& bytes, double factor) {
         bytes[place] = static_cast<std::uint8_t>(bits >> (8 * place));
 }
 
-/// A whole or fixed-point number of two bytes: whatever its scale, a multiple of it is the multiple of its
-/// bytes.
+/// An integer or fixed-point number of two bytes. Its scale does not matter: scaling the bytes scales the
+/// value.
 void scaleTwoBytes(Bytes& bytes, double factor, bool isSigned) {
     const auto pattern = static_cast<std::uint16_t>((bytes[0] << 8U) | bytes[1]);
     const double number = isSigned ? static_cast<std::int16_t>(pattern) : pattern;
@@ -58,14 +58,14 @@ bool scale(Bytes& bytes, std::string_view type, double factor) {
 
 std::string_view featureOfKey(std::string_view key) { return key.substr(key.rfind('/') + 1); }
 
-/// Spreads keys that differ in one character only.
+/// Hashes a key, so that keys that differ in one character get unrelated noise.
 std::uint32_t noiseSeed(std::string_view key) {
     std::uint32_t seed = 0;
     for (const char character : key) seed = seed * 31 + static_cast<unsigned char>(character);
     return seed;
 }
 
-/// A number that was recorded without a fraction comes from a sensor without one.
+/// A number that was recorded without a fraction comes from a sensor with whole numbers.
 std::int64_t stepOf(std::int64_t counts, double number) {
     if (distanceFromWhole(number) != 0) return 1;
     const auto units = static_cast<std::int64_t>(number);
@@ -77,7 +77,7 @@ std::int64_t stepOf(std::int64_t counts, double number) {
 DemoSource::DemoSource(std::shared_ptr<SensorSource> recorded, std::shared_ptr<const MonotonicClock> clock)
     : recorded_(std::move(recorded)), clock_(std::move(clock)) {}
 
-/// An energy counter stays: its raw text grows with time and not with the power that it stands for.
+/// Energy counters are left alone: their raw text grows with time, not with the power that is shown.
 DemoSource::Motion DemoSource::motionOfSensor(std::string_view key) {
     const auto kind = kindOfFeature(featureOfKey(key));
     if (!kind) return Motion::none;
@@ -140,7 +140,7 @@ void DemoSource::moveSensor(RawReading& reading) const {
     reading.value = plainNumberText(*reading.numericValue);
 }
 
-/// The controller's bytes are scaled, not the number: so the raw text moves with the value.
+/// Scales the bytes of the SMC and decodes them again, so that the raw text changes with the value.
 void DemoSource::moveControllerKey(RawReading& reading) const {
     const Motion motion = motionOfControllerKey(reading.key);
     auto bytes = bytesOfHexString(reading.raw);

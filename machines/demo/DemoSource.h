@@ -10,9 +10,11 @@
 
 namespace kelvinbar {
 
-/// A recorded source whose values move as on a machine at work: temperatures, power, currents and clocks
-/// follow a load, fans follow the heat, voltages waver. The raw text moves with the value. What is constant
-/// on a real machine and what has no number, such as a device asleep, stays as it was recorded.
+/// A source that animates a recorded one. Temperatures, power, currents and clocks follow a simulated load,
+/// fans follow the heat, voltages fluctuate slightly. The raw text changes with the value. Values that are
+/// constant on a real machine, and those without a number (a device that sleeps), stay as recorded.
+///
+/// Values depend on the clock alone. Any thread, if the recorded source allows it.
 class DemoSource final : public SensorSource {
   public:
     DemoSource(std::shared_ptr<SensorSource> recorded, std::shared_ptr<const MonotonicClock> clock);

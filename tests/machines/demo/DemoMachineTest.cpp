@@ -51,7 +51,7 @@ struct DemoMachine : testing::Test {
         return readings;
     }
 
-    /// The readings at moments over an hour.
+    /// The readings at several times within an hour.
     [[nodiscard]] std::vector<Readings> readAnHour() const {
         std::vector<Readings> hour;
         for (auto time = 0s; time <= 3600s; time += 15s) {
@@ -249,7 +249,7 @@ TEST_F(DemoMachine, IsThereUnderEachNameAndUnderNoOther) {
     EXPECT_EQ(makeDemoMachine("", host).source, nullptr);
 }
 
-/// Machines whose sensors have names of their own.
+/// Machines with kernel sensors, which bring their own names.
 struct DemoPC : DemoMachine {
     DemoPC() { machine = makeDemoMachine("linux-pc", host); }
 
@@ -304,7 +304,7 @@ TEST_F(DemoPC, VoltagesWaverByLessThanOnePercent) {
     }
 }
 
-/// As many counts as the kernel has for one unit.
+/// The kernel's counts per unit.
 double countsPerUnit(const std::string& unit) {
     if (unit == "RPM") return 1;
     return unit == "W" || unit == "MHz" ? 1e6 : 1e3;
@@ -360,7 +360,7 @@ TEST_F(DemoPC, HasTheSameValuesAtTheSameTime) {
     EXPECT_NE(read(), readings);
 }
 
-/// The readings of one line at a moment under load.
+/// The reading of one snapshot line, at a time with load.
 RawReading movedLine(const std::string& line) {
     const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
     clock->advance(99s);
