@@ -12,6 +12,7 @@ class NamedRecursiveMutex : public std::recursive_mutex {
     /// `name` is not copied and must outlive the mutex; a string literal does.
     explicit NamedRecursiveMutex(std::string_view name) : name_(name) {}
 
+    /// For debuggers and tests.
     [[nodiscard]] std::string_view name() const { return name_; }
 
   private:

@@ -65,7 +65,8 @@ class AppDelegate {
     void applyPopoverSize(Size size);
     void animatePopoverOpen(Size size);
 
-    void popoverDidClose() {} // the content and the state of its views are kept for the next opening
+    /// Called by the popover. Keeps the content, and with it the state of its views, for the next opening.
+    void popoverDidClose() {}
 
     ShellPorts ports_;
     KelvinbarStore store_;

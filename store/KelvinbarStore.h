@@ -87,6 +87,7 @@ class KelvinbarStore {
     /// `height` in points, clamped to 560 to 1400. Resets the width to the standard.
     void setManualPopoverHeight(double height);
 
+    /// For views that filter or search. The panel does neither, so only tests set these.
     void setSelectedCategory(std::optional<SMCCategory> category) { selectedCategory_.set(category); }
 
     void setSearchText(std::string text) { searchText_.set(std::move(text)); }
