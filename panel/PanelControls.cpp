@@ -70,7 +70,7 @@ void PanelControls::copy() {
 
 void PanelControls::showAll() { store_.unhideAllReadings(); }
 
-void PanelControls::quit() { environment_.quit(); }
+void PanelControls::quit() const { environment_.quit(); }
 
 void PanelControls::openDonationPage() { open(donationPage()); }
 

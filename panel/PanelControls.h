@@ -85,7 +85,7 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void copy();
     /// Makes all hidden readings visible.
     Q_INVOKABLE void showAll();
-    Q_INVOKABLE void quit();
+    Q_INVOKABLE void quit() const;
     Q_INVOKABLE void openDonationPage();
     Q_INVOKABLE void writeToAuthor();
 

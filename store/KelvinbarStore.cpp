@@ -43,12 +43,13 @@ KeySet keptKeys(const KeySet& keys, const std::unordered_set<std::string_view>& 
 
 } // namespace
 
-KelvinbarStore::KelvinbarStore(StorePorts ports) : KelvinbarStore(ports, loadPreferences(ports.defaults)) {
+KelvinbarStore::KelvinbarStore(const StorePorts& ports)
+    : KelvinbarStore(ports, loadPreferences(ports.defaults)) {
     refresh(true);
 }
 
-KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
-    : ports_(std::move(ports))
+KelvinbarStore::KelvinbarStore(const StorePorts& ports, Preferences preferences)
+    : ports_(ports)
     , announcer_(ports_.notifications)
     , continuity_(ports_.defaults)
     , samplingRate_(preferences.samplingRate)

@@ -55,7 +55,7 @@ class KelvinbarStore {
     static constexpr std::chrono::seconds discoveryInterval{300};
 
     /// Loads the preferences and starts the first full refresh. Stores and posts nothing.
-    explicit KelvinbarStore(StorePorts ports);
+    explicit KelvinbarStore(const StorePorts& ports);
     KelvinbarStore(const KelvinbarStore&) = delete;
     KelvinbarStore& operator=(const KelvinbarStore&) = delete;
     ~KelvinbarStore() = default;
@@ -136,7 +136,7 @@ class KelvinbarStore {
 
     using Apply = void (KelvinbarStore::*)(SMCLoadResult);
 
-    KelvinbarStore(StorePorts ports, Preferences preferences);
+    KelvinbarStore(const StorePorts& ports, Preferences preferences);
 
     [[nodiscard]] bool isDiscoveryDue() const;
     Cancellation start(const LoadPass& pass, Apply apply);

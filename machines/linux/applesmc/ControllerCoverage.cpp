@@ -62,7 +62,7 @@ bool hasKeyLike(const KeySet& keys, std::string_view pattern) {
 bool isMeasuredByController(const SensorChip& chip, const SensorChannel& channel,
                             const KeySet& controllerKeys) {
     if (controllerKeys.empty()) return false;
-    const auto row = std::ranges::find_if(rows, [&](const CoverageRow& each) {
+    const auto* const row = std::ranges::find_if(rows, [&](const CoverageRow& each) {
         return each.kind == channel.kind && fitsPattern(each.chips, chip.name) &&
                fitsPattern(each.labels, channel.label);
     });

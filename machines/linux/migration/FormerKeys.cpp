@@ -162,7 +162,7 @@ class Assignment {
                 if (fans.size() < mostRegistryFans && isNamedFan(place)) fans.push_back(place);
             });
         }
-        std::ranges::sort(fans);
+        std::sort(fans.begin(), fans.end());
         for (std::size_t index = 0; index < fans.size(); ++index) {
             give(fans[index], "FAN" + std::to_string(index));
         }
@@ -182,7 +182,7 @@ class Assignment {
                                .labelNumber = lastNumber(at(place).label),
                                .channelNumber = at(place).number};
         for (std::string_view rest = rule.keys; !rest.empty();) {
-            const auto key =
+            auto key =
                 keyByPattern(rest.substr(0, 4), digits, [this](const auto& each) { return isFree(each); });
             if (key) return key;
             rest.remove_prefix(std::min<std::size_t>(5, rest.size()));

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Migration of the four-character keys that version 0.1 invented for kernel sensors. Pins and hidden keys
@@ -18,7 +19,9 @@ struct ChannelPlace {
     std::size_t chip = 0;
     std::size_t channel = 0;
 
-    friend auto operator<=>(const ChannelPlace&, const ChannelPlace&) = default;
+    friend bool operator<(ChannelPlace left, ChannelPlace right) {
+        return std::pair(left.chip, left.channel) < std::pair(right.chip, right.channel);
+    }
 };
 
 /// The channel behind each key that version 0.1 assigned for `chips`. If a power supply also has a hwmon

@@ -79,6 +79,7 @@ std::optional<std::string> sensorPlace(const SensorChip& chip, const SensorChann
 
 void makeUnique(std::map<std::string, std::string>& placesByKey) {
     std::vector<std::pair<std::string_view, std::string*>> order;
+    order.reserve(placesByKey.size());
     for (auto& [key, place] : placesByKey) order.emplace_back(key, &place);
     std::ranges::stable_sort(order, [](const auto& left, const auto& right) {
         return comesBeforeNaturally(left.first, right.first);

@@ -66,8 +66,10 @@ class KernelSensorSource::ListBuilder {
     Sensors finish() && {
         const auto keyOf = [](const Sensor& sensor) -> std::string_view { return sensor.prototype.key; };
         std::ranges::stable_sort(sensors_, {}, keyOf);
-        const auto repeated = std::ranges::unique(sensors_, {}, keyOf);
-        sensors_.erase(repeated.begin(), repeated.end());
+        const auto haveOneKey = [](const Sensor& left, const Sensor& right) {
+            return left.prototype.key == right.prototype.key;
+        };
+        sensors_.erase(std::unique(sensors_.begin(), sensors_.end(), haveOneKey), sensors_.end());
         return std::move(sensors_);
     }
 
@@ -220,8 +222,9 @@ bool KernelSensorSource::readController(const Sensor& sensor, const SensorSample
                                         RawReading& reading) {
     auto read = sample.number ? controllerReading(sensor.prototype.key, sensor.controllerType, *sample.number)
                               : std::nullopt;
-    if (read) reading = *std::move(read);
-    return read.has_value();
+    if (!read) return false;
+    reading = *std::move(read);
+    return true;
 }
 
 void KernelSensorSource::close() {
