@@ -20,7 +20,7 @@ struct RawReading {
     std::uint32_t size = 0;             ///< number of raw bytes; 0 where the source has none
     std::string status = "OK";
     std::optional<std::string> name;
-    std::optional<std::string> category; ///< a category's title; with any other text, the catalogue decides
+    std::optional<std::string> category; ///< a category's title; any other text counts as absent
     std::optional<std::string> unit;
 
     friend bool operator==(const RawReading&, const RawReading&) = default;

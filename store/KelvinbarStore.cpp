@@ -129,9 +129,13 @@ void KelvinbarStore::applyFullResult(SMCLoadResult result) {
 void KelvinbarStore::followMovedKeys(KeyHistory history) {
     continuity_.learn(std::move(history));
     std::vector<std::string> pinned;
-    for (const std::string& key : menuBarKeys_.value()) pinned.push_back(continuity_.currentKey(key));
+    for (const std::string& key : menuBarKeys_.value()) {
+        if (auto current = continuity_.currentKey(key)) pinned.push_back(*std::move(current));
+    }
     KeySet hidden;
-    for (const std::string& key : hiddenKeys_.value()) hidden.insert(continuity_.currentKey(key));
+    for (const std::string& key : hiddenKeys_.value()) {
+        if (auto current = continuity_.currentKey(key)) hidden.insert(*std::move(current));
+    }
     if (pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
     setHiddenKeys(std::move(hidden));
     continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());

@@ -29,11 +29,12 @@ KeyContinuity::Places KeyContinuity::storedPlaces(const UserDefaults& defaults) 
     return places;
 }
 
-std::string KeyContinuity::currentKey(const std::string& key) const {
+std::optional<std::string> KeyContinuity::currentKey(const std::string& key) const {
     if (const auto stored = places_.find(key); stored != places_.end()) {
         const auto isThere = [&](const auto& entry) { return entry.second == stored->second; };
         const auto found = std::ranges::find_if(history_.places, isThere);
         if (found != history_.places.end()) return found->first;
+        if (history_.places.contains(key)) return std::nullopt; // another device has the key now
     }
     if (isCarriedOver_ || !history_.formerKeys) return key;
     const auto former = history_.formerKeys->find(key);

@@ -5,6 +5,7 @@
 #include "store/UserDefaults.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,7 @@ class KeyContinuity {
 
     /// The current key of the sensor that had `key` when it was stored. Returns `key` if nothing else is
     /// known.
-    [[nodiscard]] std::string currentKey(const std::string& key) const;
+    [[nodiscard]] std::optional<std::string> currentKey(const std::string& key) const;
 
     /// Stores the places of these keys if they changed, and marks the migration as done.
     void remember(const std::vector<std::string>& pinned, const KeySet& hidden);

@@ -47,7 +47,7 @@ static_assert(isSame<SMCDriver::Service, std::uint32_t> && isSame<SMCDriver::Con
 static_assert(sizeof(kern_return_t) == sizeof(ReturnCode));
 static_assert(IO_OBJECT_NULL == 0 && mainPort == MACH_PORT_NULL);
 static_assert(KERN_SUCCESS == kernSuccess && KERN_INVALID_ARGUMENT == kernInvalidArgument);
-static_assert(KERN_FAILURE == kernFailure);
+static_assert(KERN_FAILURE == kernFailure && KERN_NOT_FOUND == kernNotFound);
 static_assert(sizeof(io_name_t) == 128);
 static_assert(kIORegistryIterateRecursively == 1);
 static_assert(sizeof(SMCParamBlock) == 80);

@@ -103,6 +103,7 @@ std::string logUntil(const std::string& text, const Words& options, const Words&
     environment.push_back("XDG_CONFIG_HOME=" + folder.path(""));
     const ProgramRun program(words, {"/dev/null", "/dev/null", "/dev/fd/" + std::to_string(pipe[1])},
                              environment);
+    ::close(pipe[1]); // so that a program which ends early ends the log
     std::string log;
     std::array<char, 4096> chunk{};
     while (!contains(log, text)) {
@@ -112,7 +113,7 @@ std::string logUntil(const std::string& text, const Words& options, const Words&
     }
     program.terminate();
     EXPECT_EQ(program.status(), 0);
-    for (const int end : pipe) ::close(end);
+    ::close(pipe[0]);
     return log;
 }
 

@@ -79,10 +79,18 @@ TEST_F(KeyContinuityTest, ThatKeysWereCarriedOverIsStoredOnceAndWithoutAnyKeyToo
 TEST_F(KeyContinuityTest, AKeyThatIsCarriedOverIsStoredWithItsPlace) {
     continuity.learn(
         {.places = {{"ram-i2c-0-50/temp1", "bus/50"}}, .formerKeys = Keys{{"TM1P", "ram-i2c-0-50/temp1"}}});
-    continuity.remember({continuity.currentKey("TM1P")}, {});
+    continuity.remember({continuity.currentKey("TM1P").value_or("")}, {});
     KeyContinuity later = restarted();
     later.learn({.places = {{"ram-i2c-7-50/temp1", "bus/50"}}, .formerKeys = std::nullopt});
     EXPECT_EQ(later.currentKey("ram-i2c-0-50/temp1"), "ram-i2c-7-50/temp1");
+}
+
+TEST_F(KeyContinuityTest, AKeyThatAnotherDeviceHasNowIsNotTheSensorThatWasChosen) {
+    continuity.learn({.places = {{"drivetemp-scsi-1-0/temp1", "port 1"}}, .formerKeys = std::nullopt});
+    continuity.remember({"drivetemp-scsi-1-0/temp1"}, {});
+    KeyContinuity later = restarted();
+    later.learn({.places = {{"drivetemp-scsi-1-0/temp1", "port 2"}}, .formerKeys = std::nullopt});
+    EXPECT_EQ(later.currentKey("drivetemp-scsi-1-0/temp1"), std::nullopt);
 }
 
 // Without changes

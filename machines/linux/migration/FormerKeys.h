@@ -19,6 +19,8 @@ struct ChannelPlace {
     std::size_t chip = 0;
     std::size_t channel = 0;
 
+    friend bool operator==(const ChannelPlace&, const ChannelPlace&) = default;
+
     friend bool operator<(ChannelPlace left, ChannelPlace right) {
         return std::pair(left.chip, left.channel) < std::pair(right.chip, right.channel);
     }

@@ -18,7 +18,13 @@ namespace {
 /// Buses whose numbers depend on the order in which drivers are loaded and devices are plugged in.
 constexpr std::array<std::string_view, 5> countedBuses{"-i2c-", "-hid-", "-scsi-", "-mdio-", "-virtual-"};
 
+/// Supplies of the machine itself. Their serial numbers need not be stored: the kernel's names last.
+bool isOwnSupply(const SensorChip& chip) {
+    return chip.name.starts_with("battery:") || chip.name.starts_with("charger:");
+}
+
 bool hasLastingKey(const SensorChip& chip) {
+    if (isOwnSupply(chip)) return true;
     const auto isOn = [&](std::string_view bus) { return contains(chip.sensorsName, bus); };
     return chip.name == chip.stableName && std::ranges::none_of(countedBuses, isOn);
 }

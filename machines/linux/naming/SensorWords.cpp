@@ -99,7 +99,6 @@ constexpr std::array devices{
     DeviceRow{"cros_ec*|framework*", "Laptop"},
     DeviceRow{"rp1_adc", "RP1"},
     DeviceRow{"rpi_volt", "Raspberry Pi"},
-    DeviceRow{"applesmc", "Mac"},
 
     // Coolers, fan controllers, power supplies
     DeviceRow{coolingFans, "Cooling Fan"},

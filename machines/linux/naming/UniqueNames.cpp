@@ -12,8 +12,10 @@ namespace kelvinbar {
 
 namespace {
 
-std::string withSuffix(std::string_view name, const std::string& suffix) {
-    return cutText(name, longestSensorName - characterCount(suffix)).append(suffix);
+/// The name, a separator and a word; the name is cut where all of it would be too long.
+std::string withSuffix(std::string_view name, std::string_view separator, std::string_view word) {
+    const std::size_t room = longestSensorName - characterCount(separator) - characterCount(word);
+    return cutText(name, room).append(separator).append(word);
 }
 
 using Group = std::vector<NameInList>;
@@ -28,7 +30,7 @@ std::map<std::string, Group> groupedByName(const std::vector<NameInList>& names)
 void appendKind(const NameInList& channel) {
     std::string& name = *channel.name;
     const std::string kind(kindWords(channel.kind));
-    if (!contains(asciiLowercased(name), asciiLowercased(kind))) name = withSuffix(name, " " + kind);
+    if (!contains(asciiLowercased(name), asciiLowercased(kind))) name = withSuffix(name, " ", kind);
 }
 
 /// On some boards, "CPU" is the label of a temperature and of a current.
@@ -43,11 +45,11 @@ void tellKindsApart(const std::vector<NameInList>& names) {
 /// and marked number.
 std::string freeName(const NameInList& reading, int number, const std::set<std::string>& taken) {
     const std::string& name = *reading.name;
-    std::string candidate = withSuffix(name, " " + std::to_string(number));
+    std::string candidate = withSuffix(name, " ", std::to_string(number));
     if (!isDecimalDigit(name.back()) && !taken.contains(candidate)) return candidate;
     candidate = std::string(name).append(" (").append(reading.type).append(")");
     while (characterCount(candidate) > longestSensorName || taken.contains(candidate)) {
-        candidate = withSuffix(name, " #" + std::to_string(number++));
+        candidate = withSuffix(name, " #", std::to_string(number++));
     }
     return candidate;
 }

@@ -1,6 +1,7 @@
 #include "machines/linux/sources/KernelSensorSource.h"
 
 #include "base/NumberText.h"
+#include "catalogue/SMCKeyDatabase.h"
 #include "machines/linux/applesmc/AppleSMCChannels.h"
 #include "machines/linux/applesmc/ControllerCoverage.h"
 #include "machines/linux/libsensors/ConfiguredChips.h"
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <set>
 #include <utility>
 
 namespace kelvinbar {
@@ -21,6 +23,21 @@ template <typename Sensors>
 auto placeOf(const Sensors& sensors, std::string_view key) {
     const auto keyOf = [](const auto& sensor) -> std::string_view { return sensor.prototype.key; };
     return std::ranges::lower_bound(sensors, key, {}, keyOf);
+}
+
+/// Appends the chip to names that the controller's own readings have.
+void tellFromController(std::vector<std::vector<std::optional<SensorName>>>& names,
+                        const KeySet& controllerKeys) {
+    std::set<std::string> taken;
+    for (const std::string& key : controllerKeys) {
+        const auto definition = SMCKeyDatabase::hwMonitorDefinition(key);
+        if (definition) taken.insert(definition->name);
+    }
+    for (auto& namesOfChip : names) {
+        for (std::optional<SensorName>& name : namesOfChip) {
+            if (name && taken.contains(name->name)) name->name.append(" (").append(name->type).append(")");
+        }
+    }
 }
 
 } // namespace
@@ -147,9 +164,10 @@ std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBe
 
 void KernelSensorSource::rebuild(KeySet listedBefore) {
     const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_);
-    const auto names = sensorNames(chips);
+    auto names = sensorNames(chips);
     listedBefore_ = std::move(listedBefore);
     controllerKeys_ = listedBefore_.empty() ? keysOfControllerChips(chips) : listedBefore_;
+    tellFromController(names, controllerKeys_);
     ListBuilder builder(*sensors_, configuration_.get(), files_, clock_);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
@@ -231,6 +249,7 @@ void KernelSensorSource::close() {
     const std::lock_guard lock(mutex_);
     sensors_ = std::make_shared<const Sensors>();
     builtAt_.reset();
+    isUnlisted_ = false;
 }
 
 } // namespace kelvinbar

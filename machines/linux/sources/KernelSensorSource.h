@@ -25,8 +25,8 @@ namespace kelvinbar {
 /// costs one system call per sensor. Devices that come and go are noticed at the next discovery.
 ///
 /// Limits and pitfalls:
-/// - A driver may block for seconds. Values are read without a lock, so such a chip only delays the pass that
-///   reads it.
+/// - A driver may block for seconds. Passes read values without a lock, so such a chip delays only the pass
+///   that reads it; but discovery reads energy counters and configured values under the lock.
 /// - Sleeping devices are not read, because reading wakes them. Their value is the text "asleep".
 /// - The power of an energy counter needs two reads, 20 ms or more apart. The first is made at discovery.
 /// - On an Apple computer whose SMC keys may not be listed, the `applesmc` channels appear under the SMC's

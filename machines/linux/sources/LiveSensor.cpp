@@ -108,17 +108,24 @@ std::optional<SensorSample> LiveSensor::read() const {
         return SensorSample{.number = std::nullopt, .text = "asleep", .raw = "suspended", .isAsleep = true};
     }
     if (isFaulty()) return std::nullopt;
-    waitForFirstPower();
+    auto sample = readOnce();
+    // A counter that was just met, or reset while its device slept, has no power before its second reading.
+    if (!sample && waitForFirstPower()) sample = readOnce();
+    return sample;
+}
+
+std::optional<SensorSample> LiveSensor::readOnce() const {
     std::array<char, 64> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by line
     const auto line = file_->line(buffer);
     if (!line) return std::nullopt;
     return kind_ == SensorKind::text ? readText(*line) : readNumber(*line);
 }
 
-void LiveSensor::waitForFirstPower() const {
-    if (meter_ == nullptr) return;
-    const auto wait = meter_->timeToFirstPower(clock_->now());
+bool LiveSensor::waitForFirstPower() const {
+    const auto wait =
+        meter_ == nullptr ? std::chrono::nanoseconds(0) : meter_->timeToFirstPower(clock_->now());
     if (wait.count() > 0) std::this_thread::sleep_for(wait);
+    return wait.count() > 0;
 }
 
 std::optional<SensorSample> LiveSensor::readText(std::string_view line) {

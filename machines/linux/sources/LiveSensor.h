@@ -104,7 +104,9 @@ class LiveSensor {
     [[nodiscard]] std::optional<SensorSample> readNumber(std::string_view line) const;
     [[nodiscard]] std::optional<double> fileValue() const;
     [[nodiscard]] std::optional<double> configuredValue(double fromFile) const;
-    void waitForFirstPower() const;
+    [[nodiscard]] std::optional<SensorSample> readOnce() const;
+    /// Returns whether there was anything to wait for.
+    [[nodiscard]] bool waitForFirstPower() const;
 
     SensorKind kind_;
     double countsPerUnit_;

@@ -47,7 +47,7 @@ TEST_F(MacPlatform, ItsRegistryHasEntriesWithClassAndName) {
         ++count;
         EXPECT_NE(entry->className(), "");
         const auto properties = entry->properties();
-        if (properties && !properties->empty()) ++withProperties;
+        if (properties && properties->begin() != properties->end()) ++withProperties;
     }
     EXPECT_GT(count, 20U);
     EXPECT_GT(withProperties, 10U);

@@ -528,6 +528,16 @@ TEST(SnapshotParser, EndsOnAFieldOfManyMebibytes) {
                 std::string::npos);
 }
 
+TEST(SnapshotParser, ReportsTextsThatAreNotWellFormedUtf8) {
+    for (const std::string_view line : {"FAN0\tioreg\tL\xFC"
+                                        "fter Fan\t900 RPM\tRAW=384",
+                                        "nvme-pci-0100/temp1\tnvme\tNVMe Gr\xF6\xDF"
+                                        "e\t40 °C\tRAW=40000",
+                                        "NARC\tnative\tArchitecture\tx\xFF\tRAW=x\xFF"}) {
+        EXPECT_EQ(lineNumbers(parseSnapshot(line).problems), std::vector<std::size_t>{1}) << line;
+    }
+}
+
 } // namespace
 
 } // namespace kelvinbar
