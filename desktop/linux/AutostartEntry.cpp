@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 using Lines = std::vector<std::string>;
 
-constexpr std::string_view group = "[Desktop Entry]";
+constexpr std::string_view groupHeader = "[Desktop Entry]";
 
 /// Some desktops disable an entry with their own key instead of Hidden.
 constexpr std::array<std::string_view, 2> enablingKeys{"X-GNOME-Autostart-enabled",
@@ -62,7 +62,7 @@ std::optional<std::string> valueOf(const Lines& lines, std::string_view key) {
     std::optional<std::string> value;
     bool isInGroup = false;
     for (const std::string& line : lines) {
-        if (beginsGroup(line)) isInGroup = trimmed(line) == group;
+        if (beginsGroup(line)) isInGroup = trimmed(line) == groupHeader;
         if (const auto found = valueIn(line, key); found && isInGroup) value = *found;
     }
     return value;
@@ -73,7 +73,7 @@ Lines withValue(const Lines& lines, std::string_view key, std::string_view value
     Lines result;
     bool isInGroup = false;
     for (const std::string& line : lines) {
-        if (beginsGroup(line)) isInGroup = trimmed(line) == group;
+        if (beginsGroup(line)) isInGroup = trimmed(line) == groupHeader;
         if (isInGroup && valueIn(line, key)) continue;
         result.push_back(line);
         if (isInGroup && beginsGroup(line)) {
@@ -171,8 +171,8 @@ std::optional<std::string> AutostartEntry::enabledEntry() const {
     const auto text = entryText(file_);
     if (fs::exists(file_, error) && !text) return std::nullopt;
     Lines lines = linesOf(text.value_or(std::string(newEntry)));
-    if (std::ranges::none_of(lines, [](const std::string& line) { return trimmed(line) == group; })) {
-        lines.insert(lines.begin(), std::string(group));
+    if (std::ranges::none_of(lines, [](const std::string& line) { return trimmed(line) == groupHeader; })) {
+        lines.insert(lines.begin(), std::string(groupHeader));
     }
     for (const auto& [key, value] : requiredValues) {
         if (!valueOf(lines, key)) lines = withValue(lines, key, value);
