@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "catalogue/KnownKey.h"
 
+#include <array>
 #include <cstddef>
 #include <span>
 
@@ -33,9 +34,10 @@ SMCKeyDefinition define(std::string_view key, std::string name, SMCCategory cate
 
 /// The definition by the row that has '#' in place of the digit at `position`. `key` has a digit there.
 MaybeDefinition numbered(std::span<const NumberedKeys> rows, std::string_view key, std::size_t position) {
-    std::string pattern(key);
-    pattern[position] = '#';
-    const KnownKey* const row = findRow(rows, pattern);
+    if (key.size() != 4) return std::nullopt;
+    std::array<char, 4> pattern{key[0], key[1], key[2], key[3]};
+    pattern.at(position) = '#';
+    const KnownKey* const row = findRow(rows, std::string_view(pattern.data(), pattern.size()));
     if (row == nullptr) return std::nullopt;
     const auto number = static_cast<unsigned>(hexDigitValue(key[position]));
     return define(key, numberedName(*row, number), row->category, row->unit);
