@@ -48,8 +48,8 @@ KelvinbarStore::KelvinbarStore(const StorePorts& ports)
     refresh(true);
 }
 
-KelvinbarStore::KelvinbarStore(const StorePorts& ports, Preferences preferences)
-    : ports_(ports)
+KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
+    : ports_(std::move(ports))
     , announcer_(ports_.notifications)
     , continuity_(ports_.defaults)
     , samplingRate_(preferences.samplingRate)

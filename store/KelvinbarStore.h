@@ -136,7 +136,7 @@ class KelvinbarStore {
 
     using Apply = void (KelvinbarStore::*)(SMCLoadResult);
 
-    KelvinbarStore(const StorePorts& ports, Preferences preferences);
+    KelvinbarStore(StorePorts ports, Preferences preferences);
 
     [[nodiscard]] bool isDiscoveryDue() const;
     Cancellation start(const LoadPass& pass, Apply apply);
