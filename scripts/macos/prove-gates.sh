@@ -56,8 +56,8 @@ prove_gates() {
 
   caught "no member named 'applicationStateChangedX'" compiles_over_toolkit \
     "$(mistake $desktop/ActiveInput.cpp 's/applicationStateChanged/&X/')"
-  caught "no member named 'registryX'" compiles_test \
-    "$(mistake tests/machines/macos/MacPlatformTest.cpp 's/machine\.registry/&X/')"
+  caught "no member named 'sourceX'" compiles_test \
+    "$(mistake tests/machines/macos/MacPlatformTest.cpp 's/machine\.source/&X/')"
 
   # Links, imports and load commands
   cp "$(mistake $declarations/stubs/Frameworks/AppKit.framework/AppKit.tbd '/_NSBeep/d')" \
