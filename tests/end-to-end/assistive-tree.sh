@@ -8,7 +8,7 @@ preferences 'KelvinbarMenuBarKeys=TC0P'
 start_window_manager
 start_program
 "$PROGRAM" || fail "the second start failed"
-wait_until 3 "the panel" panel_is_open
+wait_until 10 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 wait_until 10 "the program among the applications" assistive place "CPU Proximity"
 sleep 0.5

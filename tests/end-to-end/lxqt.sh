@@ -14,7 +14,7 @@ sleep 2
 picture tray
 
 click "$tray_x" "$tray_y"
-wait_until 3 "the panel" panel_is_open
+wait_until 10 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 bottom=$((Y + HEIGHT))
 [[ $bottom -le $((screen_height - panel_height)) ]] || fail "the panel reaches down to $bottom"

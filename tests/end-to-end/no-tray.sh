@@ -7,7 +7,7 @@ preferences 'KelvinbarMenuBarKeys=TC0P' 'KelvinbarSamplingRate=fast'
 start_window_manager
 start_program
 "$PROGRAM" || fail "the second start failed"
-wait_until 3 "the panel" panel_is_open
+wait_until 10 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 [[ $((X + WIDTH)) -le $screen_width && $Y -ge 0 ]] || fail "the panel is at $X, $Y"
 picture panel

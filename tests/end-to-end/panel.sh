@@ -16,7 +16,7 @@ wait_until 10 "the watcher" bus_has org.kde.StatusNotifierWatcher
 start_program
 wait_until 5 "the item in the tray" is_registered
 click "$tray_x" "$tray_y"
-wait_until 3 "the panel" panel_is_open
+wait_until 10 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 wait_until 10 "the program among the applications" shows "CPU Proximity"
 picture open

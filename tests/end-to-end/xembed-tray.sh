@@ -13,7 +13,7 @@ wait_until 5 "the icon in the tray" icon_is_embedded
 sleep 1
 picture tray
 click 12 12
-wait_until 3 "the panel" panel_is_open
+wait_until 10 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 [[ $Y -ge 20 && $Y -le 40 ]] || fail "the panel is at y $Y"
 picture panel

@@ -20,7 +20,7 @@ picture tray
 
 # A click opens the panel below the bar, inside the screen, at its full size.
 click "$tray_x" "$tray_y"
-wait_until 3 "the panel" panel_is_open
+wait_until 10 "the panel" panel_is_open
 wait_until 2 "its size" panel_has_size 462 690
 [[ $Y -ge $panel_height && $Y -le $((panel_height + 2)) ]] || fail "the panel is at y $Y"
 [[ $((X + WIDTH)) -le $screen_width ]] || fail "the panel leaves the screen: x $X"
