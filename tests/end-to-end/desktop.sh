@@ -78,6 +78,9 @@ panel_has_size() {
   [[ $WIDTH -eq $1 && $HEIGHT -eq $2 ]]
 }
 
+# A key goes to the window with the focus, which the window manager gives after it shows the window.
+panel_has_focus() { [[ $(xdotool getwindowfocus 2>/dev/null) == "$(panel_window)" ]]; }
+
 click() {
   xdotool mousemove "$1" "$2"
   sleep 0.15

@@ -12,6 +12,7 @@ wait_until 2 "its size" panel_has_size 462 690
 [[ $((X + WIDTH)) -le $screen_width && $Y -ge 0 ]] || fail "the panel is at $X, $Y"
 picture panel
 # If the program is started twice at the same time, one instance remains.
+wait_until 3 "the focus" panel_has_focus
 xdotool key Escape
 wait_until 2 "closing by Escape" panel_is_closed
 "$PROGRAM" & first=$!
