@@ -71,7 +71,7 @@ class LibsensorsConfiguration final : public SensorConfiguration {
     bool isLoaded() {
         if (library_ != nullptr || isMissing_) return library_ != nullptr;
         std::string reason;
-        library_ = LibsensorsLibrary::load(place_.library, reason);
+        library_ = LibsensorsLibrary::load(place_.sharedObject, reason);
         isMissing_ = library_ == nullptr;
         if (isMissing_) writeLine(std::string("libsensors is not used: ").append(reason));
         return !isMissing_;

@@ -20,7 +20,7 @@ namespace kelvinbar {
 
 /// Where the library and its configuration are.
 struct LibsensorsPlace {
-    std::filesystem::path library = "libsensors.so.5"; ///< found by the dynamic linker
+    std::filesystem::path sharedObject = "libsensors.so.5"; ///< found by the dynamic linker
     std::filesystem::path configuration =
         "/etc"; ///< watched for changes; the library itself always reads /etc
 };
