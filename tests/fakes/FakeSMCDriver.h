@@ -63,6 +63,9 @@ class FakeSMCDriver final : public SMCDriver {
                     static_cast<std::uint8_t>(count >> 8U), static_cast<std::uint8_t>(count)});
     }
 
+    /// Adds "#KEY" with the number of keys, including itself.
+    FakeSMCDriver& addKeyCount() { return addKeyCount(static_cast<std::uint32_t>(keys.size()) + 1); }
+
     std::optional<Service> findService(std::string_view className) override {
         searchedClasses.emplace_back(className);
         return hasService ? std::optional<Service>(3) : std::nullopt;

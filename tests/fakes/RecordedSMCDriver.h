@@ -4,7 +4,6 @@
 #include "smc/SMCKeyText.h"
 #include "tests/fakes/FakeSMCDriver.h"
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -17,7 +16,7 @@ inline void addRecordedKeys(FakeSMCDriver& driver, const std::vector<RecordedKey
         const std::string name = fourCharString(key.code);
         if (name != "#KEY") driver.add(name, fourCharString(key.dataType), key.bytes);
     }
-    driver.addKeyCount(static_cast<std::uint32_t>(driver.keys.size()) + 1);
+    driver.addKeyCount();
 }
 
 } // namespace kelvinbar::fakes

@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 namespace kelvinbar {
 
 /// The header of each snapshot that exportedText() returns, without the number of keys.
@@ -56,6 +58,18 @@ inline std::vector<std::size_t> lineNumbers(const std::vector<LineProblem>& prob
     std::vector<std::size_t> numbers(problems.size());
     std::ranges::transform(problems, numbers.begin(), &LineProblem::lineNumber);
     return numbers;
+}
+
+/// The snapshot of `machine`, after checking that its replay exports the same.
+inline std::string exportThatReplays(const Machine& machine) {
+    std::string first = exportedText(machine);
+    const ReplayResult replay = replayed(first);
+    EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>()) << first;
+    EXPECT_TRUE(replay.machine) << first;
+    if (replay.machine) {
+        EXPECT_EQ(exportedText(*replay.machine), first);
+    }
+    return first;
 }
 
 } // namespace kelvinbar

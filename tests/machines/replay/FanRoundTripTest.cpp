@@ -357,7 +357,7 @@ class RandomMachine {
             const bool isNumber = below(2) == 0;
             machine.driver->add(std::string(key), isNumber ? "ui16" : "hex_", {0x03, byte()});
         }
-        machine.driver->addKeyCount(static_cast<std::uint32_t>(machine.driver->keys.size()) + 1);
+        machine.driver->addKeyCount();
     }
 
     std::mt19937 random_;

@@ -24,14 +24,7 @@ constexpr std::string_view architectureLine =
 /// The export of `machine` without an SMC, after checking that its replay exports the same.
 std::string stableExport(FakeMachine& machine) {
     machine.driver->hasService = false;
-    std::string first = exportedText(machine.machine());
-    const ReplayResult replay = replayed(first);
-    EXPECT_EQ(lineNumbers(replay.problems), std::vector<std::size_t>()) << first;
-    EXPECT_TRUE(replay.machine) << first;
-    if (replay.machine) {
-        EXPECT_EQ(exportedText(*replay.machine), first);
-    }
-    return first;
+    return exportThatReplays(machine.machine());
 }
 
 TEST(NativeRoundTrip, KeepsEveryFact) {

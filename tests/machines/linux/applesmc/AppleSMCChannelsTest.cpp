@@ -1,6 +1,7 @@
 #include "machines/linux/applesmc/AppleSMCChannels.h"
 
 #include "tests/fakes/RawReadingText.h"
+#include "tests/machines/linux/LabelledChannel.h"
 
 #include <limits>
 #include <optional>
@@ -15,13 +16,6 @@ namespace kelvinbar {
 namespace {
 
 using enum SensorKind;
-
-SensorChannel labelled(SensorKind kind, int number, std::string_view label) {
-    SensorChannel channel(kind, number);
-    channel.label = label;
-    channel.isLabelled = true;
-    return channel;
-}
 
 /// "TC0P sp78"; "-" for a channel without a key.
 std::string keyAndType(const SensorChannel& channel) {

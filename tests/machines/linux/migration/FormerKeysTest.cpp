@@ -1,6 +1,7 @@
 #include "machines/linux/migration/FormerKeys.h"
 
 #include "catalogue/SMCKeyDatabase.h"
+#include "tests/machines/linux/LabelledChannel.h"
 
 #include <cstddef>
 #include <map>
@@ -23,13 +24,6 @@ using Keys = std::map<std::string, ChannelPlace>;
 
 std::string numbered(std::string_view text, int number) {
     return std::string(text).append(std::to_string(number));
-}
-
-SensorChannel labelled(SensorKind kind, int number, std::string_view label) {
-    SensorChannel channel(kind, number);
-    channel.label = label;
-    channel.isLabelled = true;
-    return channel;
 }
 
 std::string_view filePrefix(SensorKind kind) {

@@ -1,6 +1,7 @@
 #include "machines/linux/naming/SensorNames.h"
 
 #include "base/Text.h"
+#include "tests/machines/linux/LabelledChannel.h"
 
 #include <optional>
 #include <string>
@@ -17,13 +18,6 @@ namespace {
 
 using testing::ElementsAre;
 using enum SensorKind;
-
-SensorChannel labelled(SensorKind kind, int number, std::string_view label) {
-    SensorChannel channel(kind, number);
-    channel.label = label;
-    channel.isLabelled = true;
-    return channel;
-}
 
 SensorChannel plain(SensorKind kind, int number) { return {kind, number}; }
 
