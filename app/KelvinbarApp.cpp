@@ -47,7 +47,7 @@ struct Parts {
                        .popover = popover,
                        .contentFactory = panels,
                        .timers = timers,
-                       .screens = screens,
+                       .screens = desktop.screens(),
                        .mainQueue = mainQueue,
                        .notifications = notifications},
                       {.machine = machine,
@@ -64,14 +64,13 @@ struct Parts {
     WorkerQueue backgroundQueue{backgroundThreads};
     SystemWallClock wallClock;
     QtTimers timers;
-    QtScreens screens;
     LoginItemManager loginItem{desktop.loginItemService()};
     LazyPanelFactory panels{{.loginItem = loginItem,
                              .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
                              .systemSymbols = desktop.systemSymbols()},
                             log};
-    QtPopover popover{desktop.popoverInput(), log};
+    QtPopover popover{desktop.popoverInput(), desktop.screens(), log};
     AppDelegate appDelegate;
 };
 

@@ -26,6 +26,10 @@ class LazyPanel final : public QtPopoverContent {
         return window();
     }
 
+    void setFrame(bool isRounded, const QMargins& shadowRoom) override {
+        panel_->setFrame(isRounded, shadowRoom);
+    }
+
     void setWindowContentSize(Size size) override {
         if (panel_ == nullptr) return;
         panel_->whenContentMayMove([this, size] { QtPopoverContent::setWindowContentSize(size); });

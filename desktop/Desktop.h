@@ -24,6 +24,7 @@ namespace kelvinbar {
 
 class Log;
 class PopoverInput;
+class QtScreens;
 class UserDefaults;
 
 /// A pinned reading, for status items that show more than their title, such as a menu.
@@ -54,6 +55,7 @@ class Desktop {
     virtual StatusBar& statusBar() = 0;
     virtual LoginItemService& loginItemService() = 0;
     virtual PopoverInput& popoverInput() = 0;
+    virtual QtScreens& screens() = 0;
     virtual UserDefaults& userDefaults() = 0;
     /// Whether the user has enabled reduced motion.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;

@@ -4,6 +4,9 @@
 #include "panel/PanelStyle.h"
 #include "panel/SystemMasks.h"
 
+#include <QJSEngine>
+#include <QMargins>
+#include <QQuickItem>
 #include <QQuickView>
 #include <utility>
 
@@ -13,6 +16,9 @@ namespace kelvinbar {
 
 namespace {
 
+/// What is seen until the first frame is drawn.
+constexpr QColor metal(22, 24, 29);
+
 class QuickPanelWindow final : public PanelWindow {
   public:
     QuickPanelWindow(KelvinbarStore& store, PanelHandlers handlers)
@@ -21,10 +27,13 @@ class QuickPanelWindow final : public PanelWindow {
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
         view_.setTitle("Kelvinbar");
-        view_.setColor(QColor(22, 24, 29)); // until the first frame is drawn
+        QSurfaceFormat format = view_.format();
+        format.setAlphaBufferSize(8);
+        view_.setFormat(format);
+        view_.setColor(metal);
         view_.setResizeMode(QQuickView::SizeRootObjectToView);
         view_.setInitialProperties({{"content", QVariant::fromValue(&content_)}});
-        view_.setSource(QUrl("qrc:/qt-project.org/imports/Kelvinbar/Panel/MenuBarContentView.qml"));
+        view_.setSource(QUrl("qrc:/qt-project.org/imports/Kelvinbar/Panel/PanelFrame.qml"));
         QObject::connect(&view_, &QWindow::visibleChanged, &content_, [this](bool isVisible) {
             if (isVisible) {
                 content_.panelWillOpen(prefersReducedMotion_());
@@ -35,6 +44,16 @@ class QuickPanelWindow final : public PanelWindow {
     }
 
     QWindow& window() override { return view_; }
+
+    void setFrame(bool isRounded, const QMargins& shadowRoom) override {
+        view_.setColor(isRounded ? QColor(Qt::transparent) : metal);
+        QQuickItem& frame = *view_.rootObject();
+        frame.setProperty("isRounded", isRounded);
+        frame.setProperty("leftRoom", shadowRoom.left());
+        frame.setProperty("topRoom", shadowRoom.top());
+        frame.setProperty("rightRoom", shadowRoom.right());
+        frame.setProperty("bottomRoom", shadowRoom.bottom());
+    }
 
     void whenContentMayMove(std::function<void()> change) override {
         content_.whenRowsMayMove(std::move(change));
@@ -47,14 +66,23 @@ class QuickPanelWindow final : public PanelWindow {
     QQuickView view_; // last, so that it is destroyed before what it shows
 };
 
+/// Scripts this short do not gain from the JIT compiler, and with Qt 6.4 compiled ones occasionally crash in
+/// the garbage collector. Qt reads the variable with the first engine; programs that the panel starts must
+/// not inherit it.
+void useInterpreter() {
+    constexpr auto variable = "QV4_FORCE_INTERPRETER";
+    if (qEnvironmentVariableIsSet(variable)) return;
+    qputenv(variable, "1");
+    const QJSEngine first;
+    qunsetenv(variable);
+}
+
 } // namespace
 
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
     static bool isReady = false;
     if (!std::exchange(isReady, true)) {
-        // Scripts this short do not gain from the JIT compiler, and with Qt 6.4 compiled ones occasionally
-        // crash in the garbage collector.
-        qputenv("QV4_FORCE_INTERPRETER", "1");
+        useInterpreter();
         // The software renderer does not wake the graphics card.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qml_register_types_Kelvinbar_Panel();

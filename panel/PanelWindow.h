@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+class QMargins;
 class QWindow;
 
 /// The only header of the panel that the program includes. The panel may be a module that is loaded when it
@@ -29,6 +30,9 @@ class PanelWindow {
     virtual ~PanelWindow() = default;
     /// The window; owned by this object.
     virtual QWindow& window() = 0;
+    /// Sets whether the panel has transparent corners, and how much room around it in the window is for its
+    /// shadow. The room may differ from side to side.
+    virtual void setFrame(bool isRounded, const QMargins& shadowRoom) = 0;
     /// Runs `change`, which moves or resizes the window: at once, or as soon as it no longer falls between
     /// the two clicks of a double-click.
     virtual void whenContentMayMove(std::function<void()> change) = 0;

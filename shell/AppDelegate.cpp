@@ -49,11 +49,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     configurePopover();
     installRefreshTimer();
     observeStore();
+    ports_.screens.setChangeHandler([this] { screensChanged(); });
     updateStatusItemTitle(store_.menuBarTitle(), store_.menuBarToolTip());
 }
 
 void AppDelegate::applicationWillTerminate() {
     for (Registration& observer : observers_) observer = {};
+    ports_.screens.setChangeHandler(nullptr);
     if (refreshTimer_ != nullptr) refreshTimer_->invalidate();
     refreshTimer_ = nullptr;
     ports_.popover.performClose();
@@ -148,6 +150,11 @@ void AppDelegate::menuBarReadingChanged(const MenuBarReadingChange& change) {
 }
 
 void AppDelegate::popoverSizeMayHaveChanged() { applyPopoverSize(calculatedPopoverSize()); }
+
+void AppDelegate::screensChanged() {
+    ports_.popover.updatePlace();
+    popoverSizeMayHaveChanged();
+}
 
 // Panel
 

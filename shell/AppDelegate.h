@@ -56,6 +56,7 @@ class AppDelegate {
     void samplingRateChanged();
     void menuBarReadingChanged(const MenuBarReadingChange& change);
     void popoverSizeMayHaveChanged();
+    void screensChanged();
 
     void configurePopover();
     void ensurePopoverContentController();

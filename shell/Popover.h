@@ -55,6 +55,8 @@ class Popover {
     [[nodiscard]] virtual bool isShown() const = 0;
     /// Shows the content at `edge` of the button, inside the visible frame of its screen.
     virtual void show(StatusItemButton& button, PopoverEdge edge) = 0;
+    /// Places a shown popover anew, after the screens have changed.
+    virtual void updatePlace() = 0;
     /// Closes the popover as the user would. Does nothing if it is closed.
     virtual void performClose() = 0;
 };

@@ -1,6 +1,8 @@
 #include "shell/PopoverPlacement.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -38,12 +40,31 @@ Edge edgeOfBar(const Rect& anchor, const ScreenFrames& screen) {
     return isLeft ? Edge::left : Edge::right;
 }
 
+/// The edge where a bar reserves most space.
+Edge edgeOfWidestBar(const ScreenFrames& screen) {
+    const auto& [frame, visible] = screen;
+    const std::array<std::pair<double, Edge>, 4> reserved{{
+        {visible.y - frame.y, Edge::top},
+        {bottom(frame) - bottom(visible), Edge::bottom},
+        {visible.x - frame.x, Edge::left},
+        {right(frame) - right(visible), Edge::right},
+    }};
+    return std::ranges::max_element(reserved, {}, &std::pair<double, Edge>::first)->second;
+}
+
 /// `start`, moved so that `start` + `length` does not exceed `last`, but never below `first`.
 double inside(double start, double length, double first, double last) {
     return std::max(first, std::min(start, last - length));
 }
 
 } // namespace
+
+Rect cornerOfBar(const ScreenFrames& screen) {
+    const Rect& visible = screen.visibleFrame;
+    const Edge edge = edgeOfWidestBar(screen);
+    return {edge == Edge::left ? visible.x : right(visible), edge == Edge::top ? visible.y : bottom(visible),
+            0, 0};
+}
 
 Rect placedPopover(const Rect& anchor, Size size, const ScreenFrames& screen) {
     const Rect& visible = screen.visibleFrame;

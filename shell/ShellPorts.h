@@ -38,6 +38,8 @@ class Screens {
     /// No value if there is no main screen.
     [[nodiscard]] virtual std::optional<Rect> mainVisibleFrame() const = 0;
     [[nodiscard]] virtual std::vector<Rect> visibleFrames() const = 0;
+    /// Calls `handler` when a screen appears, vanishes or changes its frames.
+    virtual void setChangeHandler(std::function<void()> handler) = 0;
 };
 
 /// Port: the process as the desktop sees it. Main thread.
@@ -55,7 +57,7 @@ struct ShellPorts {
     Popover& popover;
     PopoverContentFactory& contentFactory;
     RepeatingTimers& timers;
-    const Screens& screens;
+    Screens& screens;
     MainQueue& mainQueue;
     NotificationCenter& notifications;
 };

@@ -1,11 +1,16 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
-#include "desktop/linux/GrabbedInput.h"
+#include "desktop/linux/FocusInput.h"
+#include "desktop/linux/LinuxScreens.h"
 #include "desktop/linux/MotionPreference.h"
+#include "desktop/linux/PlatformChoice.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
+#include "desktop/linux/SessionWatch.h"
 #include "desktop/linux/TrayItem.h"
+#include "desktop/linux/WindowSystem.h"
 #include "desktop/linux/XEmbedTray.h"
+#include "desktop/linux/x11/X11Session.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
@@ -66,7 +71,12 @@ class LinuxDesktop final : public Desktop {
         , instance_(bus_, busName(name), [this] { openPanel(); })
         , statusBar_(bus_,
                      trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
-                     handlers_, log)
+                     handlers_,
+                     {.placeOfClick = [this](QPoint place) { return screens_.placeOfClick(place); },
+                      .visibleFrameAround =
+                          [this](const Rect& place) { return screens_.around(place).visibleFrame; },
+                      .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
+                     log)
         , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
                      {openAutostartSettings, ringBell}, log)
         , userDefaults_(QString::fromStdString(name), log)
@@ -89,6 +99,8 @@ class LinuxDesktop final : public Desktop {
 
     PopoverInput& popoverInput() override { return popoverInput_; }
 
+    QtScreens& screens() override { return screens_; }
+
     UserDefaults& userDefaults() override { return userDefaults_; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
@@ -104,22 +116,23 @@ class LinuxDesktop final : public Desktop {
 
     DesktopHandlers handlers_;
     QDBusConnection bus_;
+    std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
+    LinuxScreens screens_{x11_.get()};
+    FocusInput popoverInput_{popoverWindowSystem(x11_.get())};
     RunningInstance instance_;
     TrayApplication application_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
-    GrabbedInput popoverInput_;
     PreferencesFile userDefaults_;
     MotionPreference motion_;
+    SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};
     TerminationSignals signals_;
 };
 
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
-    // Wayland does not let windows choose their position. Use the session's X server if there is one.
-    const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-    if (!isChosen && !qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
+    const PlatformChoice platform;
     return makeTrayApplication(argc, argv, log);
 }
 

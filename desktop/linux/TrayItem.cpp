@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "desktop/linux/ReadingIcon.h"
-#include "desktop/qt/QtScreens.h"
 #include "qt/QtGeometry.h"
 #include "qt/QtText.h"
 
@@ -53,16 +52,19 @@ TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors) {
     return {.showsLabels = showsLabels, .isDark = !followsColors || hasDarkColors};
 }
 
-TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers, Log& log)
+TrayItem::TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers,
+                   const TraySurroundings& surroundings, Log& log)
     : style_(style)
     , handlers_(handlers)
+    , surroundings_(surroundings)
     , log_(log)
     , readingIcons_(style.isDark)
     , menu_(bus)
     , item_(
           bus,
-          [this](QPoint place) {
-              activate({place, QSize(1, 1)});
+          [this](QPoint reported) {
+              const auto place = surroundings_.placeOfClick(reported);
+              activate(place ? std::optional(QRect(*place, QSize(1, 1))) : std::nullopt);
           },
           log)
     , xembedIcon_(makeXEmbedTrayIcon([this](QRect place) { activate(place); })) {
@@ -148,13 +150,13 @@ void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
     menu_.setEntries(std::move(entries));
 }
 
-void TrayItem::activate(QRect place) {
+void TrayItem::activate(std::optional<QRect> place) {
     log_.write(LogCategory::tray, LogLevel::debug, [place] {
-        return "clicked at " + std::to_string(place.x()) + ", " + std::to_string(place.y());
+        return place ? "clicked at " + std::to_string(place->x()) + ", " + std::to_string(place->y())
+                     : std::string("clicked somewhere");
     });
-    // Some hosts do not know the position and report 0, 0.
-    if (!place.topLeft().isNull()) lastClick_ = place;
-    activateAgain();
+    if (place) lastClick_ = place;
+    if (!surroundings_.takesClick()) activateAgain();
 }
 
 void TrayItem::activateAgain() {
@@ -168,11 +170,11 @@ std::optional<Rect> TrayItem::frameOnScreen() const {
 
 std::optional<Rect> TrayItem::visibleFrameOfScreen() const {
     const auto frame = frameOnScreen();
-    return frame ? std::optional(screenAround(frame).visibleFrame) : std::nullopt;
+    return frame ? std::optional(surroundings_.visibleFrameAround(*frame)) : std::nullopt;
 }
 
 std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
-    return std::make_unique<TrayItem>(bus_, style_, handlers_, log_);
+    return std::make_unique<TrayItem>(bus_, style_, handlers_, surroundings_, log_);
 }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {

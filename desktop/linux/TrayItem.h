@@ -35,11 +35,21 @@ struct TrayStyle {
 /// `desktopName` is the value of XDG_CURRENT_DESKTOP, `hasDarkColors` whether programs have a dark theme.
 TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors);
 
+/// What the item has to know of the screens and of the panel. Main thread.
+struct TraySurroundings {
+    /// The place of a click that a host reports, in Qt's coordinates. No value if it is unknown.
+    std::function<std::optional<QPoint>(QPoint reported)> placeOfClick;
+    std::function<Rect(const Rect& place)> visibleFrameAround;
+    /// Whether the click has already taken effect, because its press has dismissed the panel.
+    std::function<bool()> takesClick;
+};
+
 /// A status item. The destructor removes it from the tray. Main thread.
 class TrayItem final : public StatusItem, public StatusItemButton {
   public:
-    /// `handlers` and the log must outlive the object.
-    TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers, Log& log);
+    /// `handlers`, `surroundings` and the log must outlive the object.
+    TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers,
+             const TraySurroundings& surroundings, Log& log);
 
     StatusItemButton* button() override { return this; }
 
@@ -51,8 +61,8 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     [[nodiscard]] std::optional<Rect> frameOnScreen() const override;
     [[nodiscard]] std::optional<Rect> visibleFrameOfScreen() const override;
 
-    /// Handles a click on the item at `place` on the screen.
-    void activate(QRect place);
+    /// Handles a click on the item. Without a place, it is where the item was last clicked.
+    void activate(std::optional<QRect> place);
 
     /// Handles a choice in the menu like a click at the last place.
     void activateAgain();
@@ -66,6 +76,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
 
     TrayStyle style_;
     const DesktopHandlers& handlers_;
+    const TraySurroundings& surroundings_;
     Log& log_;
     std::function<void()> action_;
     std::optional<QRect> lastClick_;
@@ -85,8 +96,13 @@ class TrayItem final : public StatusItem, public StatusItemButton {
 /// Creates items in the desktop's tray. Main thread.
 class TrayStatusBar final : public StatusBar {
   public:
-    TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers, Log& log)
-        : bus_(std::move(bus)), style_(style), handlers_(handlers), log_(log) {}
+    TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers,
+                  TraySurroundings surroundings, Log& log)
+        : bus_(std::move(bus))
+        , style_(style)
+        , handlers_(handlers)
+        , surroundings_(std::move(surroundings))
+        , log_(log) {}
 
     std::unique_ptr<StatusItem> makeItem() override;
     [[nodiscard]] bool hasImageResource(const std::string& name) const override;
@@ -95,6 +111,7 @@ class TrayStatusBar final : public StatusBar {
     QDBusConnection bus_;
     TrayStyle style_;
     const DesktopHandlers& handlers_;
+    TraySurroundings surroundings_;
     Log& log_;
 };
 

@@ -4,6 +4,7 @@
 #include "desktop/macos/CocoaStatusBar.h"
 #include "desktop/macos/MainAppLoginItem.h"
 #include "desktop/macos/SystemSymbolMask.h"
+#include "desktop/qt/QtScreens.h"
 #include "desktop/qt/QtUserDefaults.h"
 #include "desktop/qt/TerminationSignals.h"
 
@@ -48,6 +49,8 @@ class MacDesktop final : public Desktop {
 
     PopoverInput& popoverInput() override { return popoverInput_; }
 
+    QtScreens& screens() override { return screens_; }
+
     UserDefaults& userDefaults() override { return userDefaults_; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return systemPrefersReducedMotion(); }
@@ -62,6 +65,7 @@ class MacDesktop final : public Desktop {
     ActiveInput popoverInput_{{.activate = activateApplication,
                                .hide = hideApplication,
                                .watchPresses = watchPressesInOtherPrograms}};
+    QtScreens screens_;
     QtUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;

@@ -1,10 +1,10 @@
 #include "desktop/qt/QtPopover.h"
 
-#include "desktop/qt/QtScreens.h"
 #include "qt/QtGeometry.h"
 #include "shell/StatusItem.h"
 
 #include <QEasingCurve>
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -12,11 +12,8 @@ namespace kelvinbar {
 
 namespace {
 
-/// The frame of the button. If it is unknown, the top right corner of the screen.
-Rect anchorOf(const StatusItemButton& button, const ScreenFrames& screen) {
-    const Rect& visible = screen.visibleFrame;
-    return button.frameOnScreen().value_or(Rect{visible.x + visible.width, visible.y, 0, 0});
-}
+/// How far the shadow reaches, in points.
+constexpr int shadowReach = 24;
 
 std::string described(const QRect& frame) {
     return std::to_string(frame.x()) + ", " + std::to_string(frame.y()) + ", size " +
@@ -30,15 +27,15 @@ std::string described(const QRect& frame) {
 bool QtPopoverContent::hasWindow() const { return window() != nullptr; }
 
 void QtPopoverContent::setWindowContentSize(Size size) {
-    if (QWindow* const own = window())
-        own->setGeometry(placement_ ? placement_(size) : QRect({}, qtSize(size)));
+    size_ = size;
+    if (placer_) placer_(size);
 }
 
 void QtPopoverContent::animateWindowContentSize(Size size, std::chrono::milliseconds duration,
                                                 std::function<void()> completion) {
     animation_.stop();
     animation_.disconnect();
-    animation_.setStartValue(QSizeF(window()->size()));
+    animation_.setStartValue(QSizeF(size_.width, size_.height));
     animation_.setEndValue(QSizeF(size.width, size.height));
     animation_.setDuration(static_cast<int>(duration.count()));
     animation_.setEasingCurve(QEasingCurve::OutQuad);
@@ -50,10 +47,6 @@ void QtPopoverContent::animateWindowContentSize(Size size, std::chrono::millisec
     animation_.start();
 }
 
-void QtPopoverContent::makeWindowKey() {
-    if (QWindow* const own = window()) own->requestActivate();
-}
-
 // QtPopover
 
 void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
@@ -62,25 +55,57 @@ void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
 
 void QtPopover::show(StatusItemButton& button, PopoverEdge /*edge*/) {
     if (content_ == nullptr) return;
-    const ScreenFrames screen = screenAround(button.frameOnScreen());
-    content_->setPlacement([screen, anchor = anchorOf(button, screen)](Size size) {
-        return qtRect(placedPopover(anchor, size, screen));
-    });
     window_ = content_->ensureWindow();
     if (window_ == nullptr) return;
+    buttonFrame_ = [&button] { return button.frameOnScreen(); };
+    look_ = input_.look();
+    findPlace();
+    content_->setPlacer([this](Size size) { place(size); });
     input_.prepare(*window_);
     window_->installEventFilter(this);
     content_->setWindowContentSize(contentSize_);
     isShown_ = true;
     window_->show();
-    log_.write(LogCategory::panel, LogLevel::info,
-               [this] { return "opened at " + described(window_->geometry()); });
+    log_.write(LogCategory::panel, LogLevel::info, [this] {
+        return "opened at " + described(qtRect(placedPopover(anchor_, contentSize_, screen_)));
+    });
+}
+
+void QtPopover::findPlace() {
+    const auto button = buttonFrame_();
+    screen_ = screens_.around(button);
+    anchor_ = button.value_or(cornerOfBar(screen_));
+}
+
+void QtPopover::updatePlace() {
+    if (!isShown_) return;
+    findPlace();
+    content_->setWindowContentSize(contentSize_);
+}
+
+void QtPopover::place(Size size) {
+    if (window_ == nullptr) return;
+    const QRect frame = qtRect(placedPopover(anchor_, size, screen_));
+    const QMargins room = shadowRoom(frame);
+    content_->setFrame(look_ != PopoverLook::plain, room);
+    window_->setGeometry(frame + room);
+    input_.windowPlaced(*window_, {{room.left(), room.top()}, frame.size()});
+}
+
+/// The shadow stays inside the visible frame: window managers push a window that leaves it back.
+QMargins QtPopover::shadowRoom(const QRect& frame) const {
+    if (look_ != PopoverLook::shadowed) return {};
+    const QRect visible = qtRect(screen_.visibleFrame);
+    const auto room = [](int distance) { return std::clamp(distance, 0, shadowReach); };
+    return {room(frame.left() - visible.left()), room(frame.top() - visible.top()),
+            room(visible.right() - frame.right()), room(visible.bottom() - frame.bottom())};
 }
 
 void QtPopover::performClose() {
     if (!std::exchange(isShown_, false)) return;
     log_.write(LogCategory::panel, LogLevel::info, "closed");
     if (window_ != nullptr) {
+        hasInput_ = false;
         input_.release(*window_);
         window_->hide();
         window_->removeEventFilter(this);
@@ -89,14 +114,15 @@ void QtPopover::performClose() {
 }
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != window_ || !isShown_) return false;
-    // Only an exposed window can grab the pointer.
-    if (event->type() == QEvent::Expose && window_->isExposed()) {
-        input_.acquire(*window_, [this] {
-            if (isTransient_) performClose();
-        });
-    }
+    const bool isOnScreen = watched == window_ && event->type() == QEvent::Expose && window_->isExposed();
+    if (isOnScreen && isShown_ && !std::exchange(hasInput_, true)) acquireInput();
     return false;
+}
+
+void QtPopover::acquireInput() {
+    input_.acquire(*window_, [this] {
+        if (isTransient_) performClose();
+    });
 }
 
 } // namespace kelvinbar

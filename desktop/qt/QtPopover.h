@@ -2,12 +2,13 @@
 
 #include "base/Log.h"
 #include "desktop/qt/PopoverInput.h"
+#include "desktop/qt/QtScreens.h"
 #include "shell/Popover.h"
 #include "shell/PopoverPlacement.h"
 
+#include <QMargins>
 #include <QObject>
 #include <QPointer>
-#include <QRect>
 #include <QVariantAnimation>
 #include <QWindow>
 
@@ -23,17 +24,24 @@ class QtPopoverContent : public PopoverContent {
     /// failure. The content owns the window.
     virtual QWindow* ensureWindow() = 0;
 
+    /// Prepares the window for its look: whether its corners are transparent, and how much room around the
+    /// content is for its shadow.
+    virtual void setFrame(bool isRounded, const QMargins& shadowRoom) = 0;
+
     [[nodiscard]] bool hasWindow() const override;
     void setWindowContentSize(Size size) override;
     void animateWindowContentSize(Size size, std::chrono::milliseconds duration,
                                   std::function<void()> completion) override;
-    void makeWindowKey() override;
 
-    /// `placement` returns the frame for a window size.
-    void setPlacement(std::function<QRect(Size)> placement) { placement_ = std::move(placement); }
+    /// The window asks for the focus when it is on the screen, which it is not yet at this call.
+    void makeWindowKey() override {}
+
+    /// `placer` gives the window the place and the size for content of a size.
+    void setPlacer(std::function<void(Size)> placer) { placer_ = std::move(placer); }
 
   private:
-    std::function<QRect(Size)> placement_;
+    std::function<void(Size)> placer_;
+    Size size_; ///< of the content, as last placed
     QVariantAnimation animation_;
 };
 
@@ -44,8 +52,9 @@ class QtPopoverContent : public PopoverContent {
 /// thread.
 class QtPopover final : public QObject, public Popover {
   public:
-    /// `input` and the log must outlive the popover.
-    QtPopover(PopoverInput& input, Log& log) : input_(input), log_(log) {}
+    /// All references must outlive the popover.
+    QtPopover(PopoverInput& input, const QtScreens& screens, Log& log)
+        : input_(input), screens_(screens), log_(log) {}
 
     void setTransient(bool isTransient) override { isTransient_ = isTransient; }
 
@@ -63,17 +72,29 @@ class QtPopover final : public QObject, public Popover {
     [[nodiscard]] bool isShown() const override { return isShown_; }
 
     void show(StatusItemButton& button, PopoverEdge edge) override;
+    void updatePlace() override;
     void performClose() override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void findPlace();
+    void place(Size size);
+    [[nodiscard]] QMargins shadowRoom(const QRect& frame) const;
+    void acquireInput();
+
     PopoverInput& input_;
+    const QtScreens& screens_;
     Log& log_;
     std::unique_ptr<QtPopoverContent> content_;
     QPointer<QWindow> window_;
     Size contentSize_;
+    std::function<std::optional<Rect>()> buttonFrame_;
+    ScreenFrames screen_;
+    Rect anchor_;
+    PopoverLook look_ = PopoverLook::plain;
     bool isShown_ = false;
+    bool hasInput_ = false;
     bool isTransient_ = false;
     std::function<void()> didClose_;
 };

@@ -8,14 +8,34 @@
 
 namespace kelvinbar {
 
-namespace {
-
-ScreenFrames framesOf(const QScreen* screen) {
-    if (screen == nullptr) return {};
-    return {rectOf(screen->geometry()), rectOf(screen->availableGeometry())};
+QtScreens::QtScreens() : context_(std::make_unique<QObject>()) {
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen* const screen : screens) follow(*screen);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, context_.get(), [this](QScreen* screen) {
+        follow(*screen);
+        announce();
+    });
+    QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, context_.get(), [this] { announce(); });
+    QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, context_.get(), [this] { announce(); });
 }
 
-} // namespace
+QtScreens::~QtScreens() = default;
+
+void QtScreens::follow(const QScreen& screen) {
+    QObject::connect(&screen, &QScreen::geometryChanged, context_.get(), [this] { announce(); });
+    QObject::connect(&screen, &QScreen::availableGeometryChanged, context_.get(), [this] { announce(); });
+}
+
+void QtScreens::announce() const {
+    if (changed_) changed_();
+}
+
+QRect QtScreens::visibleFrame(const QScreen& screen) const { return screen.availableGeometry(); }
+
+ScreenFrames QtScreens::framesOf(const QScreen* screen) const {
+    if (screen == nullptr) return {};
+    return {rectOf(screen->geometry()), rectOf(visibleFrame(*screen))};
+}
 
 std::optional<Rect> QtScreens::mainVisibleFrame() const {
     const QScreen* const screen = QGuiApplication::primaryScreen();
@@ -29,7 +49,7 @@ std::vector<Rect> QtScreens::visibleFrames() const {
     return frames;
 }
 
-ScreenFrames screenAround(const std::optional<Rect>& place) {
+ScreenFrames QtScreens::around(const std::optional<Rect>& place) const {
     if (!place) return framesOf(QGuiApplication::primaryScreen());
     const QPoint center = qtRect(*place).center();
     // A click at the edge may be reported a pixel outside the screen.

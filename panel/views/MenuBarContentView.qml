@@ -7,6 +7,8 @@ FocusScope {
     id: view
 
     required property PanelContent content
+    /// In points; 0 for a window whose corners cannot be transparent.
+    property real cornerRadius: 0
 
     focus: true
     Keys.onEscapePressed: content.close()
@@ -27,6 +29,7 @@ FocusScope {
 
         MenuMetalBackground {
             anchors.fill: parent
+            radius: view.cornerRadius
         }
         PanelHeader {
             id: header

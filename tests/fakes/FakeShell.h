@@ -169,6 +169,8 @@ class FakePopover final : public Popover {
         journal_.add("popover: shown at edge " + std::to_string(static_cast<int>(edge)));
     }
 
+    void updatePlace() override { journal_.add("popover: place updated"); }
+
     void performClose() override {
         journal_.add("popover: close");
         closeByClickOutside();
@@ -302,6 +304,10 @@ class FakeScreens final : public Screens {
     [[nodiscard]] std::optional<Rect> mainVisibleFrame() const override { return main; }
 
     [[nodiscard]] std::vector<Rect> visibleFrames() const override { return all; }
+
+    void setChangeHandler(std::function<void()> handler) override { changed = std::move(handler); }
+
+    std::function<void()> changed; ///< null unless the program listens
 };
 
 class FakeLoginItemService final : public LoginItemService {

@@ -813,6 +813,21 @@ TEST_F(AppDelegateTest, WithoutAScreenThePanelHasItsLeastSize) {
     EXPECT_EQ(taken(), Entries{"popover: content size 420 x 560"});
 }
 
+TEST_F(AppDelegateTest, PlaceAndSizeFollowTheScreens) {
+    launchAndOpen();
+    shell.statusBar.button.visibleFrame = Rect{0, 0, 520, 700};
+    shell.screens.changed();
+    EXPECT_EQ(taken(), (Entries{"popover: place updated", "popover: content size 440 x 620",
+                                "content: view size 440 x 620", "content: needs layout",
+                                "content: window size 440 x 620"}));
+}
+
+TEST_F(AppDelegateTest, AfterTerminationTheScreensAreNotFollowed) {
+    launch();
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(shell.screens.changed, nullptr);
+}
+
 TEST_F(AppDelegateTest, AStoredWidthIsNotFollowed) {
     defaults.values.setNumber("KelvinbarManualPopoverWidth", 430);
     launchAndForget();

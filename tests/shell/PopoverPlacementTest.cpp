@@ -112,6 +112,35 @@ TEST(PlacedPopover, AnItemInACornerOfAScreenWithoutFreePlacesBelongsToABarAboveO
               (Rect{1458, 354, 462, 690}));
 }
 
+TEST(CornerOfBar, IsAtTheRightEndOfABarAtTheTopOrBottom) {
+    EXPECT_EQ(cornerOfBar(barAtTop), (Rect{1920, 30, 0, 0}));
+    EXPECT_EQ(cornerOfBar(barAtBottom), (Rect{1920, 1050, 0, 0}));
+}
+
+TEST(CornerOfBar, IsAtTheLowerEndOfABarAtTheLeftOrRight) {
+    EXPECT_EQ(cornerOfBar(barAtLeft), (Rect{30, 1080, 0, 0}));
+    EXPECT_EQ(cornerOfBar(barAtRight), (Rect{1890, 1080, 0, 0}));
+}
+
+TEST(CornerOfBar, IsTheTopRightCornerWithoutABar) {
+    EXPECT_EQ(cornerOfBar({wholeScreen, wholeScreen}), (Rect{1920, 0, 0, 0}));
+    EXPECT_EQ(cornerOfBar({}), Rect{});
+}
+
+TEST(CornerOfBar, IsAtTheWiderOfTwoBars) {
+    EXPECT_EQ(cornerOfBar({wholeScreen, {0, 24, 1920, 1080 - 24 - 40}}), (Rect{1920, 1040, 0, 0}));
+}
+
+TEST(CornerOfBar, PutsThePanelIntoTheCorner) {
+    for (const ScreenFrames& screen : {barAtTop, barAtBottom, barAtLeft, barAtRight}) {
+        const Rect& visible = screen.visibleFrame;
+        const Rect corner = cornerOfBar(screen);
+        const Rect placed = placedPopover(corner, panel, screen);
+        EXPECT_TRUE(placed.x == visible.x || placed.x + placed.width == visible.x + visible.width);
+        EXPECT_TRUE(placed.y == visible.y || placed.y + placed.height == visible.y + visible.height);
+    }
+}
+
 } // namespace
 
 } // namespace kelvinbar

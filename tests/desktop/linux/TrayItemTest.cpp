@@ -35,7 +35,16 @@ class Tray {
                         },
                     .openPanel = {},
                     .quit = [this] { ++quits; }}
-        , item(bus_.connection(), style, handlers_, recording.log)
+        , surroundings_{.placeOfClick = [this](QPoint reported) -> std::optional<QPoint> {
+                            if (reported.isNull()) return std::nullopt;
+                            return reported + clickOffset;
+                        },
+                        .visibleFrameAround =
+                            [](const Rect&) {
+                                return Rect{0, 28, 1280, 772};
+                            },
+                        .takesClick = [this] { return takesClick; }}
+        , item(bus_.connection(), style, handlers_, surroundings_, recording.log)
         , host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem")
         , menu_(bus_.address(), StatusMenu::path, "com.canonical.dbusmenu") {
         item.setAction([this] { ++actions; });
@@ -88,8 +97,11 @@ class Tray {
 
     PrivateBus bus_;
     DesktopHandlers handlers_;
+    TraySurroundings surroundings_;
 
   public:
+    QPoint clickOffset; ///< of the believed place from the reported one
+    bool takesClick = false;
     TrayItem item;
     BusPeer host;
 
@@ -282,14 +294,23 @@ TEST(TrayItem, IsWhereItWasClicked) {
     EXPECT_EQ(tray.item.visibleFrameOfScreen(), std::nullopt);
     tray.host.call("Activate", {300, 20});
     EXPECT_EQ(tray.actions, 1);
-    const auto frame = tray.item.frameOnScreen();
-    ASSERT_TRUE(frame.has_value());
-    EXPECT_EQ(frame->x, 300);
-    EXPECT_EQ(frame->y, 20);
-    const auto screen = tray.item.visibleFrameOfScreen();
-    ASSERT_TRUE(screen.has_value());
-    EXPECT_GT(screen->width, 0);
-    EXPECT_GT(screen->height, 0);
+    EXPECT_EQ(tray.item.frameOnScreen(), (Rect{300, 20, 1, 1}));
+    EXPECT_EQ(tray.item.visibleFrameOfScreen(), (Rect{0, 28, 1280, 772}));
+}
+
+TEST(TrayItem, IsWhereTheReportedClickIsBelievedToBe) {
+    Tray tray(withoutLabels);
+    tray.clickOffset = {100, 2};
+    tray.host.call("Activate", {300, 20});
+    EXPECT_EQ(tray.item.frameOnScreen(), (Rect{400, 22, 1, 1}));
+}
+
+TEST(TrayItem, AClickThatHasDismissedThePanelDoesNotOpenItAgain) {
+    Tray tray(withoutLabels);
+    tray.takesClick = true;
+    tray.host.call("Activate", {300, 20});
+    EXPECT_EQ(tray.actions, 0);
+    EXPECT_EQ(tray.item.frameOnScreen(), (Rect{300, 20, 1, 1}));
 }
 
 TEST(TrayItem, LogsHowItIsShownAndWhereItIsClicked) {
@@ -301,7 +322,7 @@ TEST(TrayItem, LogsHowItIsShownAndWhereItIsClicked) {
                             "kelvinbar: tray debug: clicked at 700, 4"));
 }
 
-TEST(TrayItem, TakesTheOriginForNoPlace) {
+TEST(TrayItem, StaysWhereItWasWithAClickSomewhere) {
     Tray tray(withoutLabels);
     tray.host.call("Activate", {0, 0});
     EXPECT_EQ(tray.actions, 1);
@@ -326,7 +347,7 @@ TEST(TrayStatusBar, FindsTheImagesInTheProgram) {
     const PrivateBus bus;
     const DesktopHandlers handlers;
     fakes::RecordingLog recording;
-    const TrayStatusBar statusBar(bus.connection(), withLabels, handlers, recording.log);
+    const TrayStatusBar statusBar(bus.connection(), withLabels, handlers, {}, recording.log);
     EXPECT_TRUE(statusBar.hasImageResource("MenuBarIcon"));
     EXPECT_FALSE(statusBar.hasImageResource("NoSuchIcon"));
     EXPECT_FALSE(statusBar.hasImageResource(""));
@@ -336,7 +357,7 @@ TEST(TrayStatusBar, MakesAnItemOnTheBus) {
     const PrivateBus bus;
     const DesktopHandlers handlers;
     fakes::RecordingLog recording;
-    TrayStatusBar statusBar(bus.connection(), withLabels, handlers, recording.log);
+    TrayStatusBar statusBar(bus.connection(), withLabels, handlers, {}, recording.log);
     const auto item = statusBar.makeItem();
     ASSERT_NE(item->button(), nullptr);
     item->button()->setTitle({"50°", {}});

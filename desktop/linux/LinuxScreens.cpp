@@ -1,0 +1,60 @@
+#include "desktop/linux/LinuxScreens.h"
+
+#include "desktop/linux/x11/X11Session.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Qt scales screens but leaves their top left corners where they are.
+QRect deviceFrame(const QScreen& screen) {
+    return {screen.geometry().topLeft(),
+            (QSizeF(screen.geometry().size()) * screen.devicePixelRatio()).toSize()};
+}
+
+QRect logicalRect(const QRect& device, const QScreen& screen) {
+    const QPoint origin = screen.geometry().topLeft();
+    const qreal ratio = screen.devicePixelRatio();
+    return QRectF(QPointF(origin) + QPointF(device.topLeft() - origin) / ratio, QSizeF(device.size()) / ratio)
+        .toAlignedRect();
+}
+
+/// What the bars leave of the screen, in device pixels.
+QRect visibleDeviceFrame(const QScreen& screen, const X11Session& x11) {
+    const QRect frame = deviceFrame(screen);
+    QRect visible = withoutStruts(frame, x11.struts(), x11.desktopSize());
+    const QList<QRect> areas = x11.workAreas();
+    for (const QRect& area : areas) {
+        if (area.intersects(frame)) visible &= area;
+    }
+    return visible;
+}
+
+/// The X server of a Wayland session sees the pointer only above X11 windows.
+std::optional<QPoint> knownPointer() {
+    const bool isKnown = qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    return isKnown ? std::optional(QCursor::pos()) : std::nullopt;
+}
+
+} // namespace
+
+QRect LinuxScreens::visibleFrame(const QScreen& screen) const {
+    const QRect available = screen.availableGeometry();
+    if (x11_ == nullptr) return available;
+    const QRect visible = logicalRect(visibleDeviceFrame(screen, *x11_), screen) & available;
+    return visible.isEmpty() ? available : visible;
+}
+
+std::optional<QPoint> LinuxScreens::placeOfClick(QPoint reported) const {
+    QList<ScaledScreen> screens;
+    const auto all = QGuiApplication::screens();
+    for (const QScreen* const screen : all)
+        screens.append({screen->geometry(), visibleFrame(*screen), screen->devicePixelRatio()});
+    return clickPlace(reported, knownPointer(), screens);
+}
+
+} // namespace kelvinbar
