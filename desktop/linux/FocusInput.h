@@ -32,6 +32,7 @@ class FocusInput final : public QObject, public PopoverInput {
     /// The window system, replaceable in tests.
     struct WindowSystem {
         std::function<PopoverLook()> look;
+        std::function<bool()> placesWindow;
         /// Sets what the window manager has to know. Called before each time the window is shown.
         std::function<void(QWindow&)> prepare;
         /// Asks for the focus.
@@ -46,6 +47,8 @@ class FocusInput final : public QObject, public PopoverInput {
     explicit FocusInput(WindowSystem system);
 
     [[nodiscard]] PopoverLook look() const override { return system_.look(); }
+
+    [[nodiscard]] bool placesWindow() const override { return system_.placesWindow(); }
 
     void prepare(QWindow& window) override;
     void windowPlaced(QWindow& window, const QRect& area) override;

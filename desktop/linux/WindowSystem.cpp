@@ -10,6 +10,9 @@ namespace kelvinbar {
 
 namespace {
 
+/// Compositors over wlroots put X11 windows into the middle of the screen, again after each resize.
+constexpr auto centeringManager = "wlroots wm";
+
 constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 /// The time at the end of a startup notification id, as in "host_TIME12345". 0 if there is none.
@@ -27,7 +30,7 @@ QRect scaled(const QRect& rect, qreal ratio) {
 
 void activateOnX11(const X11Session& x11, QWindow& window, const FocusRight& right) {
     x11.endStartupFeedback(right.activationToken.toUtf8());
-    if (x11.hasWindowManager()) {
+    if (!x11.windowManager().isEmpty()) {
         x11.activate(idOf(window), focusTime(right, x11.serverTime()));
     } else {
         window.requestActivate();
@@ -43,6 +46,7 @@ std::shared_ptr<void> presses(FocusInput::PressHandlers handlers) {
 FocusInput::WindowSystem x11WindowSystem(const X11Session& x11) {
     return {
         .look = [&x11] { return x11.isComposited() ? PopoverLook::shadowed : PopoverLook::plain; },
+        .placesWindow = [&x11] { return x11.windowManager() != centeringManager; },
         .prepare =
             [&x11](QWindow& window) {
                 window.create();
@@ -72,6 +76,7 @@ void fixSize(QWindow& window) {
 
 FocusInput::WindowSystem otherWindowSystem() {
     return {.look = [] { return PopoverLook::rounded; },
+            .placesWindow = [] { return false; },
             .prepare = [](QWindow&) {},
             .activate = activateWithToken,
             .windowPlaced = [](QWindow& window, const QRect& /*area*/) { fixSize(window); },

@@ -22,6 +22,9 @@ class PopoverInput {
     /// What the window system can draw now.
     [[nodiscard]] virtual PopoverLook look() const { return PopoverLook::plain; }
 
+    /// Whether the window goes where it asks to be. Otherwise each resize may move it.
+    [[nodiscard]] virtual bool placesWindow() const { return true; }
+
     /// Sets the window's flags. Call before it is shown.
     virtual void prepare(QWindow& window) = 0;
 

@@ -35,6 +35,10 @@ void QtPopoverContent::animateWindowContentSize(Size size, std::chrono::millisec
                                                 std::function<void()> completion) {
     animation_.stop();
     animation_.disconnect();
+    if (!isAnimated_) {
+        setWindowContentSize(size);
+        return completion();
+    }
     animation_.setStartValue(QSizeF(size_.width, size_.height));
     animation_.setEndValue(QSizeF(size.width, size.height));
     animation_.setDuration(static_cast<int>(duration.count()));
@@ -65,10 +69,24 @@ void QtPopover::show(StatusItemButton& button, PopoverEdge /*edge*/) {
     window_->installEventFilter(this);
     content_->setWindowContentSize(contentSize_);
     isShown_ = true;
-    window_->show();
+    showWindow();
     log_.write(LogCategory::panel, LogLevel::info, [this] {
         return "opened at " + described(qtRect(placedPopover(anchor_, contentSize_, screen_)));
     });
+}
+
+/// A window that cannot keep its place while it grows is shown after this turn of the event loop, in which
+/// the animation begins, and here also ends.
+void QtPopover::showWindow() {
+    const bool grows = input_.placesWindow();
+    content_->setAnimated(grows);
+    if (grows) return window_->show();
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (isShown_ && window_ != nullptr) window_->show();
+        },
+        Qt::QueuedConnection);
 }
 
 void QtPopover::findPlace() {

@@ -39,9 +39,13 @@ class QtPopoverContent : public PopoverContent {
     /// `placer` gives the window the place and the size for content of a size.
     void setPlacer(std::function<void(Size)> placer) { placer_ = std::move(placer); }
 
+    /// Whether animations run; otherwise they end at once.
+    void setAnimated(bool isAnimated) { isAnimated_ = isAnimated; }
+
   private:
     std::function<void(Size)> placer_;
     Size size_; ///< of the content, as last placed
+    bool isAnimated_ = true;
     QVariantAnimation animation_;
 };
 
@@ -78,6 +82,7 @@ class QtPopover final : public QObject, public Popover {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void showWindow();
     void findPlace();
     void place(Size size);
     [[nodiscard]] QMargins shadowRoom(const QRect& frame) const;

@@ -48,11 +48,19 @@ std::unique_ptr<X11Session> X11Session::ofApplication() {
 
 X11Session::X11Session(xcb_connection_t* connection)
     : connection_(connection), screen_(xcb_setup_roots_iterator(xcb_get_setup(connection)).data) {
-    constexpr std::array<std::string_view, atomCount> names{
-        "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST",         "_NET_CURRENT_DESKTOP",
-        "_NET_STARTUP_INFO",  "_NET_STARTUP_INFO_BEGIN",  "_NET_SUPPORTING_WM_CHECK",
-        "_NET_WM_STATE",      "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_SKIP_TASKBAR",
-        "_NET_WM_STRUT",      "_NET_WM_STRUT_PARTIAL",    "_NET_WM_CM_S0"};
+    constexpr std::array<std::string_view, atomCount> names{"_NET_ACTIVE_WINDOW",
+                                                            "_NET_CLIENT_LIST",
+                                                            "_NET_CURRENT_DESKTOP",
+                                                            "_NET_STARTUP_INFO",
+                                                            "_NET_STARTUP_INFO_BEGIN",
+                                                            "_NET_SUPPORTING_WM_CHECK",
+                                                            "_NET_WM_NAME",
+                                                            "_NET_WM_STATE",
+                                                            "_NET_WM_STATE_SKIP_PAGER",
+                                                            "_NET_WM_STATE_SKIP_TASKBAR",
+                                                            "_NET_WM_STRUT",
+                                                            "_NET_WM_STRUT_PARTIAL",
+                                                            "_NET_WM_CM_S0"};
     std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};
     std::ranges::transform(names, cookies.begin(), [this](std::string_view name) {
         return xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
@@ -170,10 +178,15 @@ std::vector<std::uint32_t> X11Session::longs(xcb_window_t window, xcb_atom_t pro
     return received(request(window, property));
 }
 
-bool X11Session::hasWindowManager() const {
+QByteArray X11Session::windowManager() const {
     const std::vector<xcb_window_t> check = longs(screen_->root, atoms_[netSupportingWmCheck]);
     // The property outlives its window manager; the window that it names does not.
-    return !check.empty() && longs(check.front(), atoms_[netSupportingWmCheck]) == check;
+    if (check.empty() || longs(check.front(), atoms_[netSupportingWmCheck]) != check) return {};
+    const auto name =
+        ownedReply(xcb_get_property_reply(connection_, request(check.front(), atoms_[netWmName]), nullptr));
+    if (name == nullptr || name->value_len == 0) return "unnamed";
+    return {static_cast<const char*>(xcb_get_property_value(name.get())),
+            xcb_get_property_value_length(name.get())};
 }
 
 xcb_atom_t X11Session::interned(const QByteArray& name) const {

@@ -32,8 +32,8 @@ class X11Session {
     /// The server's clock in milliseconds, which wraps after 49 days. 0 if the server does not tell it.
     [[nodiscard]] std::uint32_t serverTime() const;
 
-    /// Whether a window manager runs. Without one, a window takes the focus by itself.
-    [[nodiscard]] bool hasWindowManager() const;
+    /// The name of the window manager. Empty without one; then a window has to take the focus by itself.
+    [[nodiscard]] QByteArray windowManager() const;
 
     /// Whether shadows and transparent corners are drawn as such.
     [[nodiscard]] bool isComposited() const;
@@ -69,6 +69,7 @@ class X11Session {
         netStartupInfo,
         netStartupInfoBegin,
         netSupportingWmCheck,
+        netWmName,
         netWmState,
         netWmStateSkipPager,
         netWmStateSkipTaskbar,

@@ -66,6 +66,7 @@ class FocusInputTest : public testing::Test {
     std::weak_ptr<void> watch_;
     std::vector<FocusRight> rights_;
     FocusInput input_{{.look = [] { return PopoverLook::plain; },
+                       .placesWindow = [] { return true; },
                        .prepare = [](QWindow&) {},
                        .activate = [this](QWindow&, const FocusRight& right) { rights_.push_back(right); },
                        .windowPlaced = [](QWindow&, const QRect&) {},

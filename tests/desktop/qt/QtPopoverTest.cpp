@@ -87,6 +87,8 @@ class FakeInput final : public PopoverInput {
   public:
     PopoverLook look() const override { return currentLook; }
 
+    bool placesWindow() const override { return canPlace; }
+
     void prepare(QWindow& window) override {
         ++preparations;
         window.setFlags(Qt::FramelessWindowHint);
@@ -106,6 +108,7 @@ class FakeInput final : public PopoverInput {
     }
 
     PopoverLook currentLook = PopoverLook::plain;
+    bool canPlace = true;
     QRect area;
     int preparations = 0;
     int acquisitions = 0;
@@ -418,6 +421,27 @@ TEST_F(QtPopoverTest, ACompletionMayStartTheNextAnimation) {
     });
     ASSERT_TRUE(waitFor([&] { return isFinished; }));
     EXPECT_EQ(window().size(), QSize(200, 150));
+}
+
+TEST_F(QtPopoverTest, AWindowThatCannotKeepItsPlaceIsShownAtItsFullSize) {
+    input_.canPlace = false;
+    popover_.setContentSize({200, 54});
+    popover_.show(button_, PopoverEdge::minY);
+    EXPECT_FALSE(window().isVisible());
+    bool isFinished = false;
+    content_->animateWindowContentSize({200, 300}, seconds(5), [&] { isFinished = true; });
+    EXPECT_TRUE(isFinished);
+    EXPECT_EQ(window().size(), QSize(200, 300));
+    EXPECT_TRUE(waitFor([this] { return window().isVisible(); }));
+}
+
+TEST_F(QtPopoverTest, AWindowThatIsClosedBeforeItIsShownStaysClosed) {
+    input_.canPlace = false;
+    popover_.show(button_, PopoverEdge::minY);
+    popover_.performClose();
+    runEventLoop(milliseconds(20));
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_EQ(closings_, 1);
 }
 
 } // namespace kelvinbar
