@@ -1,6 +1,6 @@
 #include "desktop/linux/PlatformChoice.h"
 
-#include <xcb/xcb.h>
+#include "desktop/linux/x11/X11Connection.h"
 
 namespace kelvinbar {
 
@@ -9,13 +9,7 @@ namespace {
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 
 /// Whether the X server of the environment accepts us.
-bool xServerAnswers() {
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) return false;
-    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
-    const bool answers = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return answers;
-}
+bool xServerAnswers() { return !qEnvironmentVariableIsEmpty("DISPLAY") && connectToX11() != nullptr; }
 
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "desktop/linux/x11/X11Presses.h"
 #include "desktop/linux/x11/X11Session.h"
+#include "desktop/linux/x11/X11Time.h"
 
 #include <QCursor>
 #include <utility>
@@ -31,7 +32,7 @@ QRect scaled(const QRect& rect, qreal ratio) {
 void activateOnX11(const X11Session& x11, QWindow& window, const FocusRight& right) {
     x11.endStartupFeedback(right.activationToken.toUtf8());
     if (!x11.windowManager().isEmpty()) {
-        x11.activate(idOf(window), focusTime(right, x11.serverTime()));
+        x11.activate(idOf(window), focusTime(right, x11Time()));
     } else {
         window.requestActivate();
     }

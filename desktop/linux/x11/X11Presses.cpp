@@ -14,8 +14,8 @@ bool isWheel(std::uint32_t button) { return button >= 4 && button <= 7; }
 } // namespace
 
 X11Presses::X11Presses(Handlers handlers)
-    : handlers_(std::make_shared<Handlers>(std::move(handlers))), connection_(xcb_connect(nullptr, nullptr)) {
-    if (xcb_connection_has_error(connection_.get()) != 0 || !selectEvents()) return;
+    : handlers_(std::make_shared<Handlers>(std::move(handlers))), connection_(connectToX11()) {
+    if (connection_ == nullptr || !selectEvents()) return;
     const int descriptor = xcb_get_file_descriptor(connection_.get());
     notifier_.reset(new QSocketNotifier(descriptor, QSocketNotifier::Read));
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { readEvents(); });
@@ -42,7 +42,7 @@ bool X11Presses::selectEvents() {
     const Selection selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
                               XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
                                   XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE};
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const xcb_window_t root = firstScreen(connection).root;
     const auto cookie = xcb_input_xi_select_events_checked(connection, root, 1, &selection.head);
     return ownedReply(xcb_request_check(connection, cookie)) == nullptr;
 }

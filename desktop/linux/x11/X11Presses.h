@@ -1,10 +1,11 @@
 #pragma once
 
+#include "desktop/linux/x11/X11Connection.h"
+
 #include <QSocketNotifier>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <xcb/xcb.h>
 
 namespace kelvinbar {
 
@@ -25,10 +26,6 @@ class X11Presses {
     explicit X11Presses(Handlers handlers);
 
   private:
-    struct Disconnecter {
-        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-    };
-
     /// Deletes later, because the notifier may be in the middle of reporting.
     struct Retirer {
         void operator()(QSocketNotifier* notifier) const {
@@ -43,7 +40,7 @@ class X11Presses {
     [[nodiscard]] bool selectEvents();
 
     std::shared_ptr<Handlers> handlers_;
-    std::unique_ptr<xcb_connection_t, Disconnecter> connection_;
+    X11Connection connection_;
     std::uint8_t opcode_ = 0; ///< of the extension
     std::unique_ptr<QSocketNotifier, Retirer> notifier_;
 };

@@ -1,12 +1,12 @@
 #include "desktop/linux/x11/X11Session.h"
 
+#include "desktop/linux/x11/X11Connection.h"
 #include "desktop/linux/x11/X11Reply.h"
 
 #include <QGuiApplication>
 #include <algorithm>
 #include <string_view>
 #include <xcb/shape.h>
-#include <xcb/sync.h>
 
 namespace kelvinbar {
 
@@ -47,7 +47,7 @@ std::unique_ptr<X11Session> X11Session::ofApplication() {
 }
 
 X11Session::X11Session(xcb_connection_t* connection)
-    : connection_(connection), screen_(xcb_setup_roots_iterator(xcb_get_setup(connection)).data) {
+    : connection_(connection), screen_(&firstScreen(connection)) {
     constexpr std::array<std::string_view, atomCount> names{"_NET_ACTIVE_WINDOW",
                                                             "_NET_CLIENT_LIST",
                                                             "_NET_CURRENT_DESKTOP",
@@ -75,24 +75,6 @@ QSize X11Session::desktopSize() const {
     const auto geometry = ownedReply(
         xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, screen_->root), nullptr));
     return geometry == nullptr ? QSize() : QSize(geometry->width, geometry->height);
-}
-
-std::uint32_t X11Session::serverTime() const {
-    const xcb_query_extension_reply_t* const sync = xcb_get_extension_data(connection_, &xcb_sync_id);
-    if (sync == nullptr || sync->present == 0) return 0;
-    const auto counters = ownedReply(xcb_sync_list_system_counters_reply(
-        connection_, xcb_sync_list_system_counters(connection_), nullptr));
-    if (counters == nullptr) return 0;
-    for (auto next = xcb_sync_list_system_counters_counters_iterator(counters.get()); next.rem > 0;
-         xcb_sync_systemcounter_next(&next)) {
-        const std::string_view name(xcb_sync_systemcounter_name(next.data),
-                                    static_cast<std::size_t>(xcb_sync_systemcounter_name_length(next.data)));
-        if (name != "SERVERTIME") continue;
-        const auto clock = ownedReply(xcb_sync_query_counter_reply(
-            connection_, xcb_sync_query_counter(connection_, next.data->counter), nullptr));
-        return clock == nullptr ? 0 : clock->counter_value.lo;
-    }
-    return 0;
 }
 
 bool X11Session::isComposited() const {

@@ -29,9 +29,6 @@ class X11Session {
     /// The connection must outlive the object.
     explicit X11Session(xcb_connection_t* connection);
 
-    /// The server's clock in milliseconds, which wraps after 49 days. 0 if the server does not tell it.
-    [[nodiscard]] std::uint32_t serverTime() const;
-
     /// The name of the window manager. Empty without one; then a window has to take the focus by itself.
     [[nodiscard]] QByteArray windowManager() const;
 
