@@ -4,7 +4,7 @@
 #include "desktop/macos/CocoaStatusBar.h"
 #include "desktop/macos/MainAppLoginItem.h"
 #include "desktop/macos/SystemSymbolMask.h"
-#include "desktop/qt/QtUserDefaults.h"
+#include "desktop/macos/SystemUserDefaults.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
@@ -62,7 +62,7 @@ class MacDesktop final : public Desktop {
     ActiveInput popoverInput_{{.activate = activateApplication,
                                .hide = hideApplication,
                                .watchPresses = watchPressesInOtherPrograms}};
-    QtUserDefaults userDefaults_;
+    SystemUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;
 };
