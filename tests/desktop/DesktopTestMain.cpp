@@ -1,10 +1,13 @@
 // Runs the tests on the session bus of the environment.
 
 #include "desktop/linux/PreferencesFile.h"
+#include "desktop/qt/QtTimers.h"
 #include "tests/QtTests.h"
 #include "tests/fakes/RecordingLog.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QLockFile>
 #include <chrono>
 #include <cstdio>
@@ -34,6 +37,20 @@ int holdLock(const char* path) {
     for (;;) ::pause();
 }
 
+/// Runs in a second process, until that is killed: prints the milliseconds since the earlier tick at every
+/// tick.
+int printTicks(int& argc, char** argv, std::chrono::milliseconds interval) {
+    const QCoreApplication application(argc, argv);
+    QElapsedTimer sinceTick;
+    sinceTick.start();
+    kelvinbar::QtTimers timers;
+    const auto timer = timers.start(interval, interval / 50, [&] {
+        std::printf("%lld\n", static_cast<long long>(sinceTick.restart()));
+        std::fflush(stdout);
+    });
+    return QCoreApplication::exec();
+}
+
 bool isOnSessionBus() {
     if (QDBusConnection::sessionBus().isConnected()) return true;
     std::fputs("there is no session bus\n", stderr);
@@ -47,5 +64,8 @@ int main(int argc, char** argv) {
         return writePreferences(argv[2], argv[3], std::atoi(argv[4]));
     }
     if (argc == 3 && std::string_view(argv[1]) == "--hold-lock") return holdLock(argv[2]);
+    if (argc == 3 && std::string_view(argv[1]) == "--print-ticks") {
+        return printTicks(argc, argv, std::chrono::milliseconds(std::atoi(argv[2])));
+    }
     return kelvinbar::runQtTests(argc, argv, isOnSessionBus);
 }
