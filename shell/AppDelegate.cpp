@@ -109,11 +109,16 @@ void AppDelegate::installRefreshTimer() {
 }
 
 void AppDelegate::tick() {
+    if (std::exchange(isTickPosted_, true)) return;
     ports_.mainQueue.post([self = std::weak_ptr(self_)] {
-        const auto delegate = self.lock();
-        // The program may have ended since the tick was posted.
-        if (delegate && (*delegate)->refreshTimer_ != nullptr) (*delegate)->refreshWhatIsShown();
+        if (const auto delegate = self.lock()) (*delegate)->tickAsPosted();
     });
+}
+
+void AppDelegate::tickAsPosted() {
+    isTickPosted_ = false;
+    // The program may have ended since the tick was posted.
+    if (refreshTimer_ != nullptr) refreshWhatIsShown();
 }
 
 void AppDelegate::refreshWhatIsShown() {

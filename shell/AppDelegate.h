@@ -47,6 +47,7 @@ class AppDelegate {
     void configureStatusItem();
     void installRefreshTimer();
     void tick();
+    void tickAsPosted();
     void refreshWhatIsShown();
     void updateStatusItemTitle(const std::string& title, const std::string& tooltip);
     static void applyStatusTitle(const std::string& title, StatusItemButton& button);
@@ -73,6 +74,7 @@ class AppDelegate {
     KelvinbarStore store_;
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<RepeatingTimer> refreshTimer_;
+    bool isTickPosted_ = false;
     std::string lastStatusTitle_;
     std::string lastStatusToolTip_;
     std::array<Registration, 4> observers_;

@@ -4,8 +4,8 @@
 #include "desktop/macos/CocoaStatusBar.h"
 #include "desktop/macos/MainAppLoginItem.h"
 #include "desktop/macos/SystemSymbolMask.h"
+#include "desktop/macos/SystemUserDefaults.h"
 #include "desktop/qt/QtScreens.h"
-#include "desktop/qt/QtUserDefaults.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
@@ -66,7 +66,7 @@ class MacDesktop final : public Desktop {
                                .hide = hideApplication,
                                .watchPresses = watchPressesInOtherPrograms}};
     QtScreens screens_;
-    QtUserDefaults userDefaults_;
+    SystemUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;
 };

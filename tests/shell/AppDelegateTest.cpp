@@ -403,6 +403,19 @@ TEST_F(AppDelegateTest, ATickWithThePanelClosedAndNoPinsTouchesNothing) {
     EXPECT_EQ(machine.registry->walkedPlanes, Keys{});
 }
 
+TEST_F(AppDelegateTest, TicksThatTheMainQueueHasNotSeenAreOne) {
+    pin({"TC0P"});
+    launchAndForget();
+    for (int count = 0; count < 3; ++count) shell.timers.fire();
+    EXPECT_EQ(mainQueue.waitingCount(), 1U);
+    mainQueue.drain();
+    EXPECT_EQ(taken(), Entries{"store: pass begun"});
+    finishPasses();
+    forget();
+    tick();
+    EXPECT_EQ(taken(), Entries{"store: pass begun"});
+}
+
 TEST_F(AppDelegateTest, ATickWithThePanelClosedRefreshesThePinsAlone) {
     pin({"TC0P"});
     launchAndForget();
