@@ -7,6 +7,7 @@
 #include "desktop/qt/QtPopover.h"
 #include "desktop/qt/QtScreens.h"
 #include "desktop/qt/QtTimers.h"
+#include "desktop/qt/TerminationSignals.h"
 #include "shell/AppDelegate.h"
 #include "store/MenuBarText.h"
 
@@ -81,6 +82,7 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
                       const MachineMaker& makeMachine) {
     ProgramOptions options = programOptions(argc, argv);
     if (const auto status = answeredOptions(options, program)) return *status;
+    ignoreBrokenPipes();
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
     const auto application = makeApplication(argc, argv, log);
