@@ -1,9 +1,12 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
+#include "desktop/linux/DisplayFailure.h"
 #include "desktop/linux/GrabbedInput.h"
+#include "desktop/linux/InstanceLock.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
+#include "desktop/linux/SecondStart.h"
 #include "desktop/linux/TrayItem.h"
 #include "desktop/linux/XEmbedTray.h"
 #include "desktop/qt/TerminationSignals.h"
@@ -61,22 +64,30 @@ class TrayApplication final : public Application {
 
 class LinuxDesktop final : public Desktop {
   public:
-    LinuxDesktop(const std::string& name, const std::vector<std::string>& command, Log& log)
-        : bus_(QDBusConnection::sessionBus())
-        , instance_(bus_, busName(name), [this] { openPanel(); })
+    LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
+        : log_(log)
+        , bus_(QDBusConnection::sessionBus())
+        , start_{.bus = bus_, .name = busName(start.name), .place = ownPlace(), .isAtLogin = start.isAtLogin}
+        , lock_(instanceLockFile(start.name))
+        , instance_(bus_, start_.name, [this](const FocusRight&) { openPanel(); })
         , statusBar_(bus_,
                      trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
                      handlers_, log)
-        , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
+        , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
                      {openAutostartSettings, ringBell}, log)
-        , userDefaults_(QString::fromStdString(name), log)
+        , userDefaults_(QString::fromStdString(start.name), log)
         , motion_(bus_)
-        , signals_([this] { quit(); }) {}
+        , signals_([this] { quit(); }) {
+        // A shutdown may take time, and a new start must not wait for it.
+        QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &instance_, [this] { stepAside(); });
+    }
 
-    bool handOverToRunningInstance() override {
-        if (instance_.isThisOne()) return false;
-        instance_.activateOther();
-        return true;
+    std::optional<int> handOverToRunningInstance() override {
+        if (becomeTheOne()) return std::nullopt;
+        const auto status = exitStatusOf(start_, lock_, log_);
+        // The other instance may have ended in the meantime.
+        if (!status) becomeTheOne();
+        return status;
     }
 
     void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
@@ -94,6 +105,19 @@ class LinuxDesktop final : public Desktop {
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
   private:
+    /// The name first: whoever holds the lock also has the name, on its session bus.
+    bool becomeTheOne() {
+        if (!instance_.claim()) return false;
+        if (lock_.take(start_.place)) return true;
+        instance_.release();
+        return false;
+    }
+
+    void stepAside() {
+        lock_.release();
+        instance_.release();
+    }
+
     void openPanel() const {
         if (handlers_.openPanel) handlers_.openPanel();
     }
@@ -102,8 +126,11 @@ class LinuxDesktop final : public Desktop {
         if (handlers_.quit) handlers_.quit();
     }
 
+    Log& log_;
     DesktopHandlers handlers_;
     QDBusConnection bus_;
+    SecondStart start_;
+    InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
     TrayStatusBar statusBar_;
@@ -117,15 +144,29 @@ class LinuxDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
+    const DisplayFailure failure(argc, argv, log);
     // Wayland does not let windows choose their position. Use the session's X server if there is one.
     const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (!isChosen && !qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
     return makeTrayApplication(argc, argv, log);
 }
 
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log) {
+    // Not the shared connection: that belongs to the application object, which does not exist yet.
+    const QString connection = "kelvinbar-start";
+    const auto status =
+        exitStatusOf({.bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection),
+                      .name = busName(start.name),
+                      .place = ownPlace(),
+                      .isAtLogin = start.isAtLogin},
+                     InstanceLock(instanceLockFile(start.name)), log);
+    QDBusConnection::disconnectFromBus(connection);
+    return status;
+}
+
+std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& command,
                                      Log& log) {
-    return std::make_unique<LinuxDesktop>(name, command, log);
+    return std::make_unique<LinuxDesktop>(start, command, log);
 }
 
 } // namespace kelvinbar

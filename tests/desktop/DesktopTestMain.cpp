@@ -1,5 +1,6 @@
 // Runs the tests on the session bus of the environment.
 
+#include "desktop/linux/InstanceLock.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/qt/TerminationSignals.h"
 #include "tests/QtTests.h"
@@ -58,6 +59,13 @@ int quitThenGetSignals(int& argc, char** argv) {
     return EXIT_SUCCESS;
 }
 
+/// Runs in a second process: holds an instance lock until it is killed.
+int holdLock(const char* file) {
+    kelvinbar::InstanceLock lock(file);
+    if (!lock.take(kelvinbar::ownPlace())) return EXIT_FAILURE;
+    while (true) ::pause();
+}
+
 bool isOnSessionBus() {
     if (QDBusConnection::sessionBus().isConnected()) return true;
     std::fputs("there is no session bus\n", stderr);
@@ -72,6 +80,7 @@ int main(int argc, char** argv) {
     }
     if (argc == 2 && std::string_view(argv[1]) == "--end-by-signal") return endBySignal(argc, argv, false);
     if (argc == 2 && std::string_view(argv[1]) == "--end-slowly") return endBySignal(argc, argv, true);
+    if (argc == 3 && std::string_view(argv[1]) == "--hold-lock") return holdLock(argv[2]);
     if (argc == 2 && std::string_view(argv[1]) == "--quit") return quitThenGetSignals(argc, argv);
     return kelvinbar::runQtTests(argc, argv, isOnSessionBus);
 }
