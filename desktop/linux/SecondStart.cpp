@@ -79,8 +79,9 @@ std::optional<int> exitStatusOf(const SecondStart& start, const InstanceLock& lo
     case ActivationResult::nobodyRuns:
         break;
     }
-    // The lock is taken after the name and given up before it, so its holder has the name on another bus.
-    if (const auto unreachable = lock.holder()) return refused(start, log, onAnotherBus(*unreachable));
+    // The lock is taken after the name and given up before it: who held it before the name was looked up, and
+    // still does, has the name on another bus.
+    if (holder && lock.holder()) return refused(start, log, onAnotherBus(*holder));
     return std::nullopt;
 }
 
