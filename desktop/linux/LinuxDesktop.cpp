@@ -4,16 +4,21 @@
 #include "desktop/linux/GrabbedInput.h"
 #include "desktop/linux/InstanceLock.h"
 #include "desktop/linux/MotionPreference.h"
+#include "desktop/linux/NoTrayNotice.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
 #include "desktop/linux/SecondStart.h"
+#include "desktop/linux/SessionRestore.h"
 #include "desktop/linux/TrayItem.h"
 #include "desktop/linux/XEmbedTray.h"
 #include "desktop/qt/TerminationSignals.h"
 
+#include <QDBusConnectionInterface>
+#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QProcess>
+#include <QSettings>
 #include <array>
 #include <cstdio>
 #include <utility>
@@ -56,6 +61,11 @@ QString busName(const std::string& name) {
     return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
 }
 
+/// Whether the user has preferences of the program `name`. There are none before its first start.
+bool hasPreferences(const std::string& name) {
+    return QFile::exists(QSettings("kelvinbar", QString::fromStdString(name)).fileName());
+}
+
 /// A tray program has no taskbar entry, and continues after its last window is closed.
 class TrayApplication final : public Application {
   public:
@@ -67,7 +77,8 @@ class LinuxDesktop final : public Desktop {
     LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
         : log_(log)
         , bus_(QDBusConnection::sessionBus())
-        , start_{.bus = bus_, .name = busName(start.name), .place = ownPlace(), .isAtLogin = start.isAtLogin}
+        , start_{.bus = bus_, .name = busName(start.name), .place = ownPlace(), .isAtLogin = start.isAtLogin || qGuiApp->isSessionRestored()}
+        , command_(start.name)
         , lock_(instanceLockFile(start.name))
         , instance_(bus_, start_.name, [this](const FocusRight&) { openPanel(); })
         , statusBar_(bus_,
@@ -75,9 +86,11 @@ class LinuxDesktop final : public Desktop {
                      handlers_, log)
         , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
                      {openAutostartSettings, ringBell}, log)
+        , isFirstStart_(!hasPreferences(start.name))
         , userDefaults_(QString::fromStdString(start.name), log)
         , motion_(bus_)
         , signals_([this] { quit(); }) {
+        declineSessionRestore(*qGuiApp);
         // A shutdown may take time, and a new start must not wait for it.
         QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &instance_, [this] { stepAside(); });
     }
@@ -90,7 +103,10 @@ class LinuxDesktop final : public Desktop {
         return status;
     }
 
-    void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
+    void setHandlers(DesktopHandlers handlers) override {
+        handlers_ = std::move(handlers);
+        trayNotice_ = handlers_.openPanel ? makeTrayNotice() : nullptr;
+    }
 
     Application& application() override { return application_; }
 
@@ -118,6 +134,25 @@ class LinuxDesktop final : public Desktop {
         instance_.release();
     }
 
+    std::unique_ptr<NoTrayNotice> makeTrayNotice() {
+        const auto wait = start_.isAtLogin ? NoTrayNotice::patienceAtLogin : NoTrayNotice::patience;
+        return std::make_unique<NoTrayNotice>(TraySituation{.command = command_,
+                                                            .isAtLogin = start_.isAtLogin,
+                                                            .isFirstStart = isFirstStart_,
+                                                            .hasBus = bus_.isConnected(),
+                                                            .hasTray = [this] { return hasTray(); },
+                                                            .openPanel = [this] { openPanel(); }},
+                                              wait, log_);
+    }
+
+    [[nodiscard]] bool hasTray() const {
+        const auto* const interface = bus_.interface();
+        if (interface != nullptr && interface->isServiceRegistered("org.kde.StatusNotifierWatcher"))
+            return true;
+        const auto xembedIcon = makeXEmbedTrayIcon({});
+        return xembedIcon != nullptr && xembedIcon->hasTray();
+    }
+
     void openPanel() const {
         if (handlers_.openPanel) handlers_.openPanel();
     }
@@ -130,14 +165,17 @@ class LinuxDesktop final : public Desktop {
     DesktopHandlers handlers_;
     QDBusConnection bus_;
     SecondStart start_;
+    std::string command_; ///< for the user to type
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
     GrabbedInput popoverInput_;
+    bool isFirstStart_;
     PreferencesFile userDefaults_;
     MotionPreference motion_;
+    std::unique_ptr<NoTrayNotice> trayNotice_;
     TerminationSignals signals_;
 };
 

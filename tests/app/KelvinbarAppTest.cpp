@@ -318,6 +318,12 @@ TEST_F(SecondProgramStart, AtLoginOpensNothing) {
     EXPECT_TRUE(contains(outcome.errors, "another instance runs already\n")) << outcome.errors;
 }
 
+TEST_F(SecondProgramStart, ByASessionManagerThatRestoresASessionOpensNothing) {
+    const Outcome outcome = secondStart({"--verbose", "-platform", "offscreen", "-session", "id"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(contains(outcome.errors, "another instance runs already\n")) << outcome.errors;
+}
+
 TEST(KelvinbarApp, OfTwoSimultaneousStartsOneRemains) {
     const Session session;
     const Words command{KELVINBAR_DEMO, "-vv"};

@@ -143,19 +143,18 @@ TEST(RunningInstance, ProgramsOfOtherNamesDoNotMeet) {
 
 TEST(RunningInstance, ASlowOpeningDoesNotDelayTheReply) {
     const PrivateBus bus;
-    bool isReplied = false;
-    bool wasRepliedBefore = false;
+    std::future<ActivationResult> second;
+    const auto isReplied = [&] { return second.wait_for(milliseconds(0)) == std::future_status::ready; };
+    bool isOpened = false;
     const RunningInstance instance(bus.connection(), name, [&](const FocusRight&) {
-        wasRepliedBefore = waitFor([&] { return isReplied; }); // stands for a panel that takes its time
+        EXPECT_TRUE(waitFor(isReplied)); // stands for a panel that takes its time
+        isOpened = true;
     });
-    auto second = std::async(std::launch::async, [&] {
+    second = std::async(std::launch::async, [] {
         const PrivateBus other;
         return activateRunningInstance(other.connection(), name, seconds(10));
     });
-    EXPECT_TRUE(waitFor([&] {
-        isReplied = second.wait_for(milliseconds(0)) == std::future_status::ready;
-        return isReplied;
-    }));
+    EXPECT_TRUE(waitFor([&] { return isOpened; }));
     EXPECT_EQ(second.get(), ActivationResult::opened);
 }
 
