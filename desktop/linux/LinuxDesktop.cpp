@@ -1,4 +1,5 @@
 #include "desktop/Desktop.h"
+#include "desktop/linux/AlertSound.h"
 #include "desktop/linux/AutostartEntry.h"
 #include "desktop/linux/DisplayFailure.h"
 #include "desktop/linux/GrabbedInput.h"
@@ -20,10 +21,7 @@
 #include <QProcess>
 #include <QSettings>
 #include <array>
-#include <cstdio>
 #include <utility>
-
-#include <unistd.h>
 
 namespace kelvinbar {
 
@@ -44,11 +42,6 @@ void openAutostartSettings() {
         const QStringList arguments = *argument == '\0' ? QStringList() : QStringList(argument);
         if (QProcess::startDetached(program, arguments)) return;
     }
-}
-
-/// Rings the terminal's bell, if there is a terminal.
-void ringBell() {
-    if (isatty(STDERR_FILENO) == 1) static_cast<void>(std::fputc('\a', stderr));
 }
 
 bool hasDarkColors() {
@@ -77,15 +70,19 @@ class LinuxDesktop final : public Desktop {
     LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
         : log_(log)
         , bus_(QDBusConnection::sessionBus())
-        , start_{.bus = bus_, .name = busName(start.name), .place = ownPlace(), .isAtLogin = start.isAtLogin || qGuiApp->isSessionRestored()}
-        , command_(start.name)
+        , start_{.bus = bus_,
+                 .name = busName(start.name),
+                 .place = ownPlace(),
+                 .isAtLogin = start.isAtLogin || qGuiApp->isSessionRestored()}
         , lock_(instanceLockFile(start.name))
         , instance_(bus_, start_.name, [this](const FocusRight&) { openPanel(); })
         , statusBar_(bus_,
                      trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
                      handlers_, log)
         , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
-                     {openAutostartSettings, ringBell}, log)
+                     {.path = qEnvironmentVariable("PATH").toStdString(),
+                      .desktopNames = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString()},
+                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
         , isFirstStart_(!hasPreferences(start.name))
         , userDefaults_(QString::fromStdString(start.name), log)
         , motion_(bus_)
@@ -105,7 +102,12 @@ class LinuxDesktop final : public Desktop {
 
     void setHandlers(DesktopHandlers handlers) override {
         handlers_ = std::move(handlers);
-        trayNotice_ = handlers_.openPanel ? makeTrayNotice() : nullptr;
+        if (!handlers_.openPanel) {
+            trayNotice_ = nullptr;
+            return;
+        }
+        autostart_.renew();
+        trayNotice_ = makeTrayNotice();
     }
 
     Application& application() override { return application_; }
@@ -136,7 +138,7 @@ class LinuxDesktop final : public Desktop {
 
     std::unique_ptr<NoTrayNotice> makeTrayNotice() {
         const auto wait = start_.isAtLogin ? NoTrayNotice::patienceAtLogin : NoTrayNotice::patience;
-        return std::make_unique<NoTrayNotice>(TraySituation{.command = command_,
+        return std::make_unique<NoTrayNotice>(TraySituation{.command = autostart_.programWord(),
                                                             .isAtLogin = start_.isAtLogin,
                                                             .isFirstStart = isFirstStart_,
                                                             .hasBus = bus_.isConnected(),
@@ -165,7 +167,6 @@ class LinuxDesktop final : public Desktop {
     DesktopHandlers handlers_;
     QDBusConnection bus_;
     SecondStart start_;
-    std::string command_; ///< for the user to type
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
