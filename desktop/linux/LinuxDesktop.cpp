@@ -1,11 +1,17 @@
 #include "desktop/Desktop.h"
+#include "desktop/linux/AlertSound.h"
 #include "desktop/linux/AutostartEntry.h"
+#include "desktop/linux/DisplayFailure.h"
 #include "desktop/linux/FocusInput.h"
+#include "desktop/linux/InstanceLock.h"
 #include "desktop/linux/LinuxScreens.h"
 #include "desktop/linux/MotionPreference.h"
+#include "desktop/linux/NoTrayNotice.h"
 #include "desktop/linux/PlatformChoice.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
+#include "desktop/linux/SecondStart.h"
+#include "desktop/linux/SessionRestore.h"
 #include "desktop/linux/SessionWatch.h"
 #include "desktop/linux/TrayItem.h"
 #include "desktop/linux/WindowSystem.h"
@@ -13,14 +19,14 @@
 #include "desktop/linux/x11/X11Session.h"
 #include "desktop/qt/TerminationSignals.h"
 
+#include <QDBusConnectionInterface>
+#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QProcess>
+#include <QSettings>
 #include <array>
-#include <cstdio>
 #include <utility>
-
-#include <unistd.h>
 
 namespace kelvinbar {
 
@@ -43,11 +49,6 @@ void openAutostartSettings() {
     }
 }
 
-/// Rings the terminal's bell, if there is a terminal.
-void ringBell() {
-    if (isatty(STDERR_FILENO) == 1) static_cast<void>(std::fputc('\a', stderr));
-}
-
 bool hasDarkColors() {
     const QPalette palette = QGuiApplication::palette();
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
@@ -58,6 +59,11 @@ QString busName(const std::string& name) {
     return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
 }
 
+/// Whether the user has preferences of the program `name`. There are none before its first start.
+bool hasPreferences(const std::string& name) {
+    return QFile::exists(QSettings("kelvinbar", QString::fromStdString(name)).fileName());
+}
+
 /// A tray program has no taskbar entry, and continues after its last window is closed.
 class TrayApplication final : public Application {
   public:
@@ -66,9 +72,19 @@ class TrayApplication final : public Application {
 
 class LinuxDesktop final : public Desktop {
   public:
-    LinuxDesktop(const std::string& name, const std::vector<std::string>& command, Log& log)
-        : bus_(QDBusConnection::sessionBus())
-        , instance_(bus_, busName(name), [this] { openPanel(); })
+    LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
+        : log_(log)
+        , bus_(QDBusConnection::sessionBus())
+        , start_{.bus = bus_,
+                 .name = busName(start.name),
+                 .place = ownPlace(),
+                 .isAtLogin = start.isAtLogin || qGuiApp->isSessionRestored()}
+        , lock_(instanceLockFile(start.name))
+        , instance_(bus_, start_.name,
+                    [this](const FocusRight& right) {
+                        popoverInput_.grantFocus(right);
+                        openPanel();
+                    })
         , statusBar_(bus_,
                      trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
                      handlers_,
@@ -77,19 +93,36 @@ class LinuxDesktop final : public Desktop {
                           [this](const Rect& place) { return screens_.around(place).visibleFrame; },
                       .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
                      log)
-        , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
-                     {openAutostartSettings, ringBell}, log)
-        , userDefaults_(QString::fromStdString(name), log)
+        , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
+                     {.path = qEnvironmentVariable("PATH").toStdString(),
+                      .desktopNames = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString()},
+                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
+        , isFirstStart_(!hasPreferences(start.name))
+        , userDefaults_(QString::fromStdString(start.name), log)
         , motion_(bus_)
-        , signals_([this] { quit(); }) {}
-
-    bool handOverToRunningInstance() override {
-        if (instance_.isThisOne()) return false;
-        instance_.activateOther();
-        return true;
+        , signals_([this] { quit(); }) {
+        declineSessionRestore(*qGuiApp);
+        // A shutdown may take time, and a new start must not wait for it.
+        QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &instance_, [this] { stepAside(); });
     }
 
-    void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
+    std::optional<int> handOverToRunningInstance() override {
+        if (becomeTheOne()) return std::nullopt;
+        const auto status = exitStatusOf(start_, lock_, log_);
+        // The other instance may have ended in the meantime.
+        if (!status) becomeTheOne();
+        return status;
+    }
+
+    void setHandlers(DesktopHandlers handlers) override {
+        handlers_ = std::move(handlers);
+        if (!handlers_.openPanel) {
+            trayNotice_ = nullptr;
+            return;
+        }
+        autostart_.renew();
+        trayNotice_ = makeTrayNotice();
+    }
 
     Application& application() override { return application_; }
 
@@ -106,6 +139,38 @@ class LinuxDesktop final : public Desktop {
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
   private:
+    /// The name first: whoever holds the lock also has the name, on its session bus.
+    bool becomeTheOne() {
+        if (!instance_.claim()) return false;
+        if (lock_.take(start_.place)) return true;
+        instance_.release();
+        return false;
+    }
+
+    void stepAside() {
+        lock_.release();
+        instance_.release();
+    }
+
+    std::unique_ptr<NoTrayNotice> makeTrayNotice() {
+        const auto wait = start_.isAtLogin ? NoTrayNotice::patienceAtLogin : NoTrayNotice::patience;
+        return std::make_unique<NoTrayNotice>(TraySituation{.command = autostart_.programWord(),
+                                                            .isAtLogin = start_.isAtLogin,
+                                                            .isFirstStart = isFirstStart_,
+                                                            .hasBus = bus_.isConnected(),
+                                                            .hasTray = [this] { return hasTray(); },
+                                                            .openPanel = [this] { openPanel(); }},
+                                              wait, log_);
+    }
+
+    [[nodiscard]] bool hasTray() const {
+        const auto* const interface = bus_.interface();
+        if (interface != nullptr && interface->isServiceRegistered("org.kde.StatusNotifierWatcher"))
+            return true;
+        const auto xembedIcon = makeXEmbedTrayIcon({});
+        return xembedIcon != nullptr && xembedIcon->hasTray();
+    }
+
     void openPanel() const {
         if (handlers_.openPanel) handlers_.openPanel();
     }
@@ -114,18 +179,23 @@ class LinuxDesktop final : public Desktop {
         if (handlers_.quit) handlers_.quit();
     }
 
+    Log& log_;
     DesktopHandlers handlers_;
     QDBusConnection bus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
     LinuxScreens screens_{x11_.get()};
     FocusInput popoverInput_{popoverWindowSystem(x11_.get())};
+    SecondStart start_;
+    InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
+    bool isFirstStart_; // before the preferences make their file
     PreferencesFile userDefaults_;
     MotionPreference motion_;
     SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};
+    std::unique_ptr<NoTrayNotice> trayNotice_;
     TerminationSignals signals_;
 };
 
@@ -133,12 +203,26 @@ class LinuxDesktop final : public Desktop {
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
     const PlatformChoice platform;
+    const DisplayFailure failure(argc, argv, log);
     return makeTrayApplication(argc, argv, log);
 }
 
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log) {
+    // Not the shared connection: that belongs to the application object, which does not exist yet.
+    const QString connection = "kelvinbar-start";
+    const auto status =
+        exitStatusOf({.bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection),
+                      .name = busName(start.name),
+                      .place = ownPlace(),
+                      .isAtLogin = start.isAtLogin},
+                     InstanceLock(instanceLockFile(start.name)), log);
+    QDBusConnection::disconnectFromBus(connection);
+    return status;
+}
+
+std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& command,
                                      Log& log) {
-    return std::make_unique<LinuxDesktop>(name, command, log);
+    return std::make_unique<LinuxDesktop>(start, command, log);
 }
 
 } // namespace kelvinbar

@@ -26,6 +26,8 @@ class XEmbedTrayIcon {
     virtual void setIcon(const QList<QImage>& sizes) = 0;
     virtual void setToolTip(const QString& text) = 0;
     virtual void setShown(bool isShown) = 0;
+    /// Whether an XEmbed tray runs at the moment.
+    [[nodiscard]] virtual bool hasTray() const = 0;
 };
 
 /// The functions of the module. Null if it is not loaded.

@@ -9,6 +9,7 @@
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
+#include <cstdlib>
 #include <utility>
 
 namespace kelvinbar {
@@ -37,7 +38,9 @@ class MacDesktop final : public Desktop {
             if (handlers_.quit) handlers_.quit();
         }) {}
 
-    bool handOverToRunningInstance() override { return handOverToRunningApplication(); }
+    std::optional<int> handOverToRunningInstance() override {
+        return handOverToRunningApplication() ? std::optional(EXIT_SUCCESS) : std::nullopt;
+    }
 
     void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
 
@@ -79,9 +82,14 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& /*
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& /*command*/,
+/// Every start has a display here, and the system itself finds a running instance.
+std::optional<int> handOverWithoutDisplay(const ProgramStart& /*start*/, Log& /*log*/) {
+    return std::nullopt;
+}
+
+std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& /*command*/,
                                      Log& log) {
-    return std::make_unique<MacDesktop>(name, log);
+    return std::make_unique<MacDesktop>(start.name, log);
 }
 
 } // namespace kelvinbar

@@ -68,6 +68,12 @@ QList<QVariantList> BusPeer::received(const QString& signal) {
     return found;
 }
 
+void FakeNotifications::appear() {
+    auto bus = bus_.connection();
+    EXPECT_TRUE(bus.registerObject("/org/freedesktop/Notifications", this, QDBusConnection::ExportAllSlots));
+    EXPECT_TRUE(bus.registerService("org.freedesktop.Notifications"));
+}
+
 void FakeWatcher::appear() {
     auto bus = bus_.connection();
     EXPECT_TRUE(bus.registerObject("/StatusNotifierWatcher", this, QDBusConnection::ExportAllSlots));

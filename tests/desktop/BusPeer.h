@@ -60,6 +60,31 @@ class BusPeer final : public QObject {
     QList<QDBusMessage> messages_;
 };
 
+/// The desktop's service for notifications. Not on the bus until it appears.
+class FakeNotifications final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+  public:
+    void appear();
+
+    /// The texts of the notifications, oldest first.
+    const QStringList& bodies() const { return bodies_; }
+
+  public slots: // NOLINT(readability-redundant-access-specifiers)
+
+    uint Notify(const QString& /*program*/, uint /*replaced*/, const QString& /*icon*/,
+                const QString& /*summary*/, const QString& body, const QStringList& /*actions*/,
+                const QVariantMap& /*hints*/, int /*duration*/) {
+        bodies_.append(body);
+        return static_cast<uint>(bodies_.size());
+    }
+
+  private:
+    PrivateBus bus_;
+    QStringList bodies_;
+};
+
 /// A StatusNotifierItem watcher, like that of a desktop's panel. Not on the bus until it appears.
 class FakeWatcher final : public QObject {
     Q_OBJECT

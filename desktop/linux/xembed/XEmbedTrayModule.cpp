@@ -31,6 +31,8 @@ class SystemTrayIcon final : public XEmbedTrayIcon {
 
     void setShown(bool isShown) override { icon_.setVisible(isShown); }
 
+    [[nodiscard]] bool hasTray() const override { return QSystemTrayIcon::isSystemTrayAvailable(); }
+
   private:
     QSystemTrayIcon icon_;
 };
