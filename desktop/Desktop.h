@@ -2,6 +2,7 @@
 
 #include "shell/LoginItemManager.h"
 #include "shell/ShellPorts.h"
+#include "shell/StatusMenuItems.h"
 #include "shell/SystemSymbols.h"
 
 #include <functional>
@@ -26,19 +27,13 @@ class Log;
 class PopoverInput;
 class UserDefaults;
 
-/// A pinned reading, for status items that show more than their title, such as a menu.
-struct PinnedReading {
-    std::string name;
-    std::string value;        ///< with unit
-    std::string compactValue; ///< short form, as in the title
-
-    friend bool operator==(const PinnedReading&, const PinnedReading&) = default;
-};
-
 /// Called by the desktop. Main thread.
 struct DesktopHandlers {
     std::function<std::vector<PinnedReading>()> pinnedReadings;
-    std::function<void()> openPanel;
+    std::function<void()> openPanel; ///< leaves a panel that is open as it is
+    std::function<void()> refresh;   ///< reads all sensors
+    std::function<void()> copy;      ///< copies a snapshot of the readings to the clipboard
+    std::function<void()> openAbout; ///< opens the panel with what it says about the program
     std::function<void()> quit;
 };
 

@@ -40,6 +40,8 @@ class QuickPanelWindow final : public PanelWindow {
         content_.whenRowsMayMove(std::move(change));
     }
 
+    void showAbout() override { content_.showAbout(); }
+
   private:
     std::function<bool()> prefersReducedMotion_;
     PanelContent content_;
