@@ -1,5 +1,6 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
+#include "desktop/linux/BarColors.h"
 #include "desktop/linux/GrabbedInput.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/PreferencesFile.h"
@@ -9,7 +10,6 @@
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
-#include <QPalette>
 #include <QProcess>
 #include <array>
 #include <cstdio>
@@ -43,10 +43,7 @@ void ringBell() {
     if (isatty(STDERR_FILENO) == 1) static_cast<void>(std::fputc('\a', stderr));
 }
 
-bool hasDarkColors() {
-    const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
+std::string desktopNames() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(); }
 
 /// The program's name on the session bus, which is also that of its desktop entry.
 QString busName(const std::string& name) {
@@ -64,12 +61,17 @@ class LinuxDesktop final : public Desktop {
     LinuxDesktop(const std::string& name, const std::vector<std::string>& command, Log& log)
         : bus_(QDBusConnection::sessionBus())
         , instance_(bus_, busName(name), [this] { openPanel(); })
+        , userDefaults_(QString::fromStdString(name), log)
+        , barColors_(desktopNames(), bus_, PlasmaFolders::ofThisUser())
         , statusBar_(bus_,
-                     trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
+                     {.desktopNames = desktopNames(),
+                      .colors = barColors_,
+                      .userDefaults = userDefaults_,
+                      .focusRightGiven = {},
+                      .hasTrayChanged = {}},
                      handlers_, log)
         , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
                      {openAutostartSettings, ringBell}, log)
-        , userDefaults_(QString::fromStdString(name), log)
         , motion_(bus_)
         , signals_([this] { quit(); }) {}
 
@@ -106,10 +108,11 @@ class LinuxDesktop final : public Desktop {
     QDBusConnection bus_;
     RunningInstance instance_;
     TrayApplication application_;
+    PreferencesFile userDefaults_;
+    BarColors barColors_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
     GrabbedInput popoverInput_;
-    PreferencesFile userDefaults_;
     MotionPreference motion_;
     TerminationSignals signals_;
 };
