@@ -67,6 +67,7 @@ class LinuxDesktop final : public Desktop {
                      {.desktopNames = desktopNames(),
                       .colors = barColors_,
                       .userDefaults = userDefaults_,
+                      .makeXEmbedIcon = makeXEmbedTrayIcon,
                       .focusRightGiven = {},
                       .hasTrayChanged = {}},
                      handlers_, log)

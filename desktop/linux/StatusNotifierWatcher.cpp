@@ -13,8 +13,10 @@ QDBusMessage hostQuestion() {
 }
 
 bool saysThatAHostIsThere(const QDBusMessage& reply) {
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "v") return true;
-    return reply.arguments().constFirst().value<QDBusVariant>().variant().toBool();
+    const QVariant answer = reply.arguments().value(0);
+    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage &&
+                          answer.metaType() == QMetaType::fromType<QDBusVariant>();
+    return !isAnswer || answer.value<QDBusVariant>().variant().toBool();
 }
 
 bool isHostThere(const QDBusConnection& bus) {

@@ -61,8 +61,7 @@ TrayItem::TrayItem(const QDBusConnection& bus, const TrayContext& context, const
                  },
              .activationTokenGiven = [this](const QString& token) { activationToken_ = token; }},
             log)
-    , xembedIcon_(makeXEmbedTrayIcon({.activated = [this](QRect place) { activate(place); },
-                                      .menuEntries = [this] { return menu_.entries(); }})) {
+    , xembedIcon_(makeXEmbedIcon()) {
     QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { trayMayHaveChanged(); });
     QObject::connect(&context_.colors, &BarColors::changed, &item_, [this] { colorsChanged(); });
     QObject::connect(&nextReading_, &QTimer::timeout, [this] { showNextReading(); });
@@ -71,6 +70,12 @@ TrayItem::TrayItem(const QDBusConnection& bus, const TrayContext& context, const
     showsLabels_ = showsLabels(item_.watcherProcess(), context_.desktopNames);
     logStyle();
     publish();
+}
+
+std::unique_ptr<XEmbedTrayIcon> TrayItem::makeXEmbedIcon() {
+    if (!context_.makeXEmbedIcon) return nullptr;
+    return context_.makeXEmbedIcon({.activated = [this](QRect place) { activate(place); },
+                                    .menuEntries = [this] { return menu_.entries(); }});
 }
 
 void TrayItem::setImageLeftOfTitle(const StatusImage& image) {

@@ -40,6 +40,8 @@ struct TrayContext {
     std::string desktopNames; ///< the value of XDG_CURRENT_DESKTOP
     BarColors& colors;
     UserDefaults& userDefaults;
+    /// Makes the icon for XEmbed trays. Empty, or returns null, where these are not supported.
+    std::function<std::unique_ptr<XEmbedTrayIcon>(XEmbedTrayHandlers)> makeXEmbedIcon;
     /// Called right before a window is opened or closed at the user's request.
     std::function<void(const FocusRight&)> focusRightGiven;
     /// Called when it is known whether there is a tray that shows the item, and again when that has changed.
@@ -75,6 +77,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     [[nodiscard]] std::optional<bool> hasTray() const;
 
   private:
+    [[nodiscard]] std::unique_ptr<XEmbedTrayIcon> makeXEmbedIcon();
     void toggle();
     void giveFocusRight(uint timestamp);
     void run(StatusMenuCommand command, uint timestamp);

@@ -13,6 +13,7 @@
 #include <QEvent>
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <pthread.h>
 #include <string>
 #include <utility>
@@ -55,10 +56,41 @@ const fakes::RecordingUserDefaults alternating = [] {
     return defaults;
 }();
 
+/// What an icon in an XEmbed tray shows.
+struct XEmbedState {
+    bool isShown = false;
+    qsizetype sizes = 0;
+    int icons = 0; ///< how often it was set
+    QString toolTip;
+    bool hasTray = true;
+    XEmbedTrayHandlers handlers;
+};
+
+class FakeXEmbedIcon final : public XEmbedTrayIcon {
+  public:
+    explicit FakeXEmbedIcon(XEmbedState& state) : state_(state) {}
+
+    void setIcon(const QList<QImage>& sizes) override {
+        state_.sizes = sizes.size();
+        ++state_.icons;
+    }
+
+    void setToolTip(const QString& text) override { state_.toolTip = text; }
+
+    void setShown(bool isShown) override { state_.isShown = isShown; }
+
+    [[nodiscard]] bool hasTray() const override { return state_.hasTray; }
+
+  private:
+    XEmbedState& state_;
+};
+
 /// A tray item and its host.
 class Tray {
   public:
-    explicit Tray(const std::string& desktopNames, fakes::RecordingUserDefaults stored = {})
+    /// With `xembedState`, XEmbed trays are supported.
+    explicit Tray(const std::string& desktopNames, fakes::RecordingUserDefaults stored = {},
+                  XEmbedState* xembedState = nullptr)
         : defaults(std::move(stored))
         , handlers_{.pinnedReadings =
                         [this] {
@@ -74,6 +106,12 @@ class Tray {
         , context_{.desktopNames = desktopNames,
                    .colors = colors_,
                    .userDefaults = defaults,
+                   .makeXEmbedIcon =
+                       [xembedState](XEmbedTrayHandlers handlers) -> std::unique_ptr<XEmbedTrayIcon> {
+                       if (xembedState == nullptr) return nullptr;
+                       xembedState->handlers = std::move(handlers);
+                       return std::make_unique<FakeXEmbedIcon>(*xembedState);
+                   },
                    .focusRightGiven =
                        [this](const FocusRight& right) {
                            rights.push_back(right);
@@ -512,6 +550,84 @@ TEST(TrayItem, DoesNotPublishAnEqualTitle) {
     EXPECT_EQ(tray.host.received("NewTitle").size(), 1);
 }
 
+// XEmbed trays
+
+class XEmbedTrayTest : public testing::Test {
+  protected:
+    void makeTray() {
+        tray = std::make_unique<Tray>(withoutLabels, fakes::RecordingUserDefaults(), &xembed);
+        tray->setOwnIcon();
+        QCoreApplication::processEvents();
+    }
+
+    FakeWatcher watcher;
+    XEmbedState xembed;
+    std::unique_ptr<Tray> tray;
+};
+
+TEST_F(XEmbedTrayTest, HasTheIconWhereNoWatcherRuns) {
+    makeTray();
+    EXPECT_TRUE(xembed.isShown);
+    EXPECT_EQ(xembed.sizes, static_cast<qsizetype>(iconSides.size()));
+    EXPECT_THAT(tray->trays, ElementsAre(true));
+}
+
+TEST_F(XEmbedTrayTest, KeepsTheIconWhereAWatcherHasNoHost) {
+    watcher.host = false;
+    makeTray();
+    watcher.appear();
+    ASSERT_TRUE(waitFor([&] { return watcher.items().size() == 1; }));
+    runEventLoop(std::chrono::milliseconds(50));
+    EXPECT_TRUE(xembed.isShown);
+    EXPECT_THAT(tray->trays, ElementsAre(true));
+}
+
+TEST_F(XEmbedTrayTest, GivesTheIconUpAsSoonAsThereIsAHost) {
+    watcher.host = false;
+    watcher.appear();
+    makeTray();
+    ASSERT_TRUE(waitFor([&] { return xembed.isShown; }));
+    watcher.host = true;
+    emit watcher.StatusNotifierHostRegistered();
+    EXPECT_TRUE(waitFor([&] { return !xembed.isShown; }));
+    watcher.vanish();
+    EXPECT_TRUE(waitFor([&] { return xembed.isShown; }));
+}
+
+TEST_F(XEmbedTrayTest, DoesNotShowTheIconBeforeTheWatcherHasReplied) {
+    watcher.appear();
+    makeTray();
+    EXPECT_FALSE(xembed.isShown);
+    ASSERT_TRUE(waitFor([&] { return tray->item.hasTray().has_value(); }));
+    EXPECT_FALSE(xembed.isShown);
+    EXPECT_EQ(xembed.icons, 0);
+}
+
+TEST_F(XEmbedTrayTest, ReportsNoTrayWithoutOneOfEitherKind) {
+    xembed.hasTray = false;
+    makeTray();
+    EXPECT_THAT(tray->trays, ElementsAre(false));
+}
+
+TEST_F(XEmbedTrayTest, HasTheWholeToolTipAsPlainText) {
+    makeTray();
+    tray->item.setToolTip("Kelvinbar • F1Ac • SYS & CPU: 1200 rpm");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(xembed.toolTip, "Kelvinbar • F1Ac • SYS & CPU: 1200 rpm");
+}
+
+TEST_F(XEmbedTrayTest, OpensThePanelByAClickAndByItsMenu) {
+    makeTray();
+    tray->pin({cpu});
+    xembed.handlers.activated(QRect(4, 2, 22, 22));
+    ASSERT_TRUE(tray->item.frameOnScreen().has_value());
+    EXPECT_EQ(tray->item.frameOnScreen()->x, 4);
+    const std::vector<StatusMenuEntry> entries = xembed.handlers.menuEntries();
+    EXPECT_EQ(entries.front().text, "CPU: 49.8 °C");
+    entries.front().action(0);
+    EXPECT_THAT(tray->done, ElementsAre("focus", "toggle", "focus", "open"));
+}
+
 // The menu
 
 TEST(TrayItem, HasAMenuOfThePinnedReadingsAndWhatCanBeDone) {
@@ -634,6 +750,7 @@ class TrayStatusBarTest : public testing::Test {
                              {.desktopNames = withLabels,
                               .colors = colors_,
                               .userDefaults = defaults_,
+                              .makeXEmbedIcon = {},
                               .focusRightGiven = {},
                               .hasTrayChanged = {}},
                              handlers_,
