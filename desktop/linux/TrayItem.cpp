@@ -1,7 +1,6 @@
 #include "desktop/linux/TrayItem.h"
 
 #include "desktop/linux/LabelSupport.h"
-#include "desktop/linux/ReadingIcon.h"
 #include "desktop/qt/QtScreens.h"
 #include "qt/QtGeometry.h"
 #include "qt/QtText.h"
@@ -16,21 +15,6 @@ namespace kelvinbar {
 namespace {
 
 const QString programName = "Kelvinbar";
-
-/// The resource with the image `name`, `side` pixels wide and high.
-QString resourcePath(const std::string& name, int side) {
-    return QString(":/artwork/%1-%2.argb").arg(QString::fromStdString(name)).arg(side);
-}
-
-/// The image in every size that hosts request.
-StatusNotifierPixmaps imagePixmaps(const std::string& name) {
-    StatusNotifierPixmaps pixmaps;
-    for (const int side : iconSides) {
-        QFile pixels(resourcePath(name, side));
-        if (pixels.open(QIODevice::ReadOnly)) pixmaps.append({side, side, pixels.readAll()});
-    }
-    return pixmaps;
-}
 
 void call(const std::function<void()>& handler) {
     if (handler) handler();
@@ -52,7 +36,7 @@ TrayItem::TrayItem(const QDBusConnection& bus, const TrayContext& context, const
     , handlers_(handlers)
     , log_(log)
     , alternates_(context.userDefaults.number(alternatesKey) != 0)
-    , readingIcons_(context.colors.isDark())
+    , icon_(context.turn, [this] { showNextReading(); })
     , menu_(bus)
     , item_(bus,
             {.activated =
@@ -62,14 +46,22 @@ TrayItem::TrayItem(const QDBusConnection& bus, const TrayContext& context, const
              .activationTokenGiven = [this](const QString& token) { activationToken_ = token; }},
             log)
     , xembedIcon_(makeXEmbedIcon()) {
-    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { trayMayHaveChanged(); });
-    QObject::connect(&context_.colors, &BarColors::changed, &item_, [this] { colorsChanged(); });
-    QObject::connect(&nextReading_, &QTimer::timeout, [this] { showNextReading(); });
     content_.title = programName;
     content_.toolTipTitle = programName;
-    showsLabels_ = showsLabels(item_.watcherProcess(), context_.desktopNames);
+    icon_.setAlternates(alternates_);
+    icon_.setOnDark(context_.colors.isDark());
+    decideOnLabels();
     logStyle();
     publish();
+    followTray();
+}
+
+void TrayItem::followTray() {
+    QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { watcherChanged(); });
+    QObject::connect(&context_.colors, &BarColors::changed, &item_, [this] { colorsChanged(); });
+    // Not at once: whoever makes the item is told when it has been made.
+    QMetaObject::invokeMethod(
+        &item_, [this] { reportTray(); }, Qt::QueuedConnection);
 }
 
 std::unique_ptr<XEmbedTrayIcon> TrayItem::makeXEmbedIcon() {
@@ -80,7 +72,7 @@ std::unique_ptr<XEmbedTrayIcon> TrayItem::makeXEmbedIcon() {
 
 void TrayItem::setImageLeftOfTitle(const StatusImage& image) {
     // Icon themes have no symbols of these names, so the program's own images are used for both sources.
-    ownIcon_ = imagePixmaps(image.name);
+    icon_.setOwnImage(image.name);
     publishSoon();
 }
 
@@ -99,16 +91,21 @@ void TrayItem::setToolTip(const std::string& text) {
 
 void TrayItem::setAction(std::function<void()> action) { action_ = std::move(action); }
 
-void TrayItem::trayMayHaveChanged() {
+void TrayItem::watcherChanged() {
     const bool earlier = showsLabels_;
-    showsLabels_ = showsLabels(item_.watcherProcess(), context_.desktopNames);
+    decideOnLabels();
     if (showsLabels_ != earlier) logStyle();
     publish();
+    reportTray();
+}
+
+void TrayItem::decideOnLabels() {
+    showsLabels_ = showsLabels(item_.watcherProcess(), context_.desktopNames);
+    icon_.setDrawsReadings(!showsLabels_);
 }
 
 void TrayItem::colorsChanged() {
-    readingIcons_ = ReadingIcons(context_.colors.isDark());
-    drawnText_.clear();
+    icon_.setOnDark(context_.colors.isDark());
     logStyle();
     publishSoon();
 }
@@ -143,49 +140,30 @@ void TrayItem::publishSoon() {
 void TrayItem::publish() {
     isPublishPosted_ = false;
     const std::vector<PinnedReading> pinned = pinnedReadings();
-    runAlternation(pinned);
-    content_.iconPixmaps = iconPixmaps(pinned);
+    content_.iconPixmaps = icon_.pixmaps(pinned);
     item_.setContent(content_);
     publishXEmbedIcon();
     publishMenu(pinned);
-    reportTray();
 }
 
 std::vector<PinnedReading> TrayItem::pinnedReadings() const {
     return handlers_.pinnedReadings ? handlers_.pinnedReadings() : std::vector<PinnedReading>();
 }
 
-/// The timer runs only while there is something to alternate.
-void TrayItem::runAlternation(const std::vector<PinnedReading>& pinned) {
-    if (alternates_ && !showsLabels_ && IconReading::choices(pinned) > 1) {
-        if (!nextReading_.isActive()) nextReading_.start(context_.turn);
-    } else {
-        nextReading_.stop();
-        iconReading_.startOver();
-    }
-}
-
 void TrayItem::showNextReading() {
-    iconReading_.goOn(pinnedReadings());
+    icon_.goOn(pinnedReadings());
     publish();
 }
 
 void TrayItem::setAlternates(bool alternates) {
     alternates_ = alternates;
+    icon_.setAlternates(alternates);
     if (alternates) {
         context_.userDefaults.setNumber(alternatesKey, 1);
     } else {
         context_.userDefaults.remove(alternatesKey);
     }
     publishSoon();
-}
-
-StatusNotifierPixmaps TrayItem::iconPixmaps(const std::vector<PinnedReading>& pinned) {
-    if (showsLabels_) return ownIcon_;
-    const QString text = iconReading_.text(pinned);
-    if (text.isEmpty()) return ownIcon_;
-    if (text != std::exchange(drawnText_, text)) drawnIcon_ = readingIcons_.pixmaps(text);
-    return drawnIcon_;
 }
 
 /// Shows the XEmbed icon only where no tray shows the item, so that it is in one tray at a time.
@@ -283,7 +261,7 @@ std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
 }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {
-    return QFile::exists(resourcePath(name, iconSides.front()));
+    return QFile::exists(TrayIcon::resourcePath(name, iconSides.front()));
 }
 
 } // namespace kelvinbar

@@ -4,17 +4,15 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/BarColors.h"
 #include "desktop/linux/FocusRight.h"
-#include "desktop/linux/IconReading.h"
-#include "desktop/linux/ReadingIcon.h"
 #include "desktop/linux/StatusMenu.h"
 #include "desktop/linux/StatusNotifierItem.h"
+#include "desktop/linux/TrayIcon.h"
 #include "desktop/linux/XEmbedTray.h"
 #include "store/UserDefaults.h"
 
 #include <QDBusConnection>
 #include <QRect>
 #include <QString>
-#include <QTimer>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -84,7 +82,9 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     [[nodiscard]] StatusMenuEntry entryOf(const StatusMenuItem& item);
     [[nodiscard]] StatusMenuEntry alternationEntry();
     void setAlternates(bool alternates);
-    void trayMayHaveChanged();
+    void followTray();
+    void watcherChanged();
+    void decideOnLabels();
     void colorsChanged();
     void logStyle();
     void publishSoon();
@@ -92,10 +92,8 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void publishMenu(const std::vector<PinnedReading>& pinned);
     void publishXEmbedIcon();
     void reportTray();
-    void runAlternation(const std::vector<PinnedReading>& pinned);
     void showNextReading();
     [[nodiscard]] std::vector<PinnedReading> pinnedReadings() const;
-    [[nodiscard]] StatusNotifierPixmaps iconPixmaps(const std::vector<PinnedReading>& pinned);
 
     const TrayContext& context_;
     const DesktopHandlers& handlers_;
@@ -107,12 +105,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierContent content_;
     bool showsLabels_ = false;
     bool alternates_; ///< the user's choice
-    IconReading iconReading_;
-    QTimer nextReading_; ///< runs while readings are shown by turns
-    ReadingIcons readingIcons_;
-    StatusNotifierPixmaps ownIcon_;
-    QString drawnText_;
-    StatusNotifierPixmaps drawnIcon_;
+    TrayIcon icon_;
     StatusNotifierPixmaps xembedPixmaps_; ///< content of `xembedIcon_`
     bool isPublishPosted_ = false;
     bool isInXEmbedTray_ = false;

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QPixmap>
 #include <QSystemTrayIcon>
+#include <QTextDocument>
 #include <utility>
 
 namespace kelvinbar {
@@ -30,7 +31,10 @@ class SystemTrayIcon final : public XEmbedTrayIcon {
         icon_.setIcon(icon);
     }
 
-    void setToolTip(const QString& text) override { icon_.setToolTip(text); }
+    void setToolTip(const QString& text) override {
+        // Qt shows what looks like markup as such.
+        icon_.setToolTip(Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text);
+    }
 
     void setShown(bool isShown) override { icon_.setVisible(isShown); }
 

@@ -480,12 +480,15 @@ TEST(TrayItem, BelievesTheWatcherRatherThanTheDesktop) {
 TEST(TrayItem, ReportsThatThereIsNoTray) {
     Tray tray(withoutLabels);
     EXPECT_EQ(tray.item.hasTray(), false);
+    EXPECT_THAT(tray.trays, IsEmpty()); // the item is just being made
+    QCoreApplication::processEvents();
     EXPECT_THAT(tray.trays, ElementsAre(false));
 }
 
 TEST(TrayItem, ReportsATrayThatComesAndGoesAndOnlyThat) {
     FakeWatcher watcher;
     Tray tray(withoutLabels);
+    QCoreApplication::processEvents();
     watcher.appear();
     ASSERT_TRUE(waitFor([&] { return tray.trays.size() == 2; }));
     tray.setTitle("50°");
