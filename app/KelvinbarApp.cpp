@@ -8,6 +8,7 @@
 #include "desktop/qt/QtScreens.h"
 #include "desktop/qt/QtTimers.h"
 #include "desktop/qt/TerminationSignals.h"
+#include "qt/Clipboard.h"
 #include "shell/AppDelegate.h"
 #include "store/MenuBarText.h"
 
@@ -26,7 +27,7 @@ constexpr std::size_t backgroundThreads = 2;
 std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
     std::vector<PinnedReading> pinned;
     for (const SMCReading& reading : store.menuBarReadings()) {
-        pinned.push_back({reading.name, reading.displayValue(), compactMenuBarValue(reading)});
+        pinned.push_back({reading.key, reading.name, reading.displayValue(), compactMenuBarValue(reading)});
     }
     return pinned;
 }
@@ -112,6 +113,13 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
     AppDelegate& delegate = parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },
                           .openPanel = [&delegate] { delegate.openPopover(); },
+                          .refresh = [&delegate] { delegate.store().refresh(false); },
+                          .copy = [&delegate] { copyToClipboard(delegate.store().exportText()); },
+                          .openAbout =
+                              [&delegate, &parts] {
+                                  delegate.openPopover();
+                                  parts.panels.showAbout();
+                              },
                           .quit = [] { QGuiApplication::quit(); }});
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();

@@ -2,6 +2,7 @@
 
 #include "shell/LoginItemManager.h"
 #include "shell/ShellPorts.h"
+#include "shell/StatusMenuItems.h"
 #include "shell/SystemSymbols.h"
 
 #include <functional>
@@ -28,15 +29,6 @@ class PopoverInput;
 class QtScreens;
 class UserDefaults;
 
-/// A pinned reading, for status items that show more than their title, such as a menu.
-struct PinnedReading {
-    std::string name;
-    std::string value;        ///< with unit
-    std::string compactValue; ///< short form, as in the title
-
-    friend bool operator==(const PinnedReading&, const PinnedReading&) = default;
-};
-
 /// How the program was started.
 struct ProgramStart {
     std::string name;       ///< the program's file name
@@ -46,7 +38,10 @@ struct ProgramStart {
 /// Called by the desktop. Main thread.
 struct DesktopHandlers {
     std::function<std::vector<PinnedReading>()> pinnedReadings;
-    std::function<void()> openPanel;
+    std::function<void()> openPanel; ///< leaves a panel that is open as it is
+    std::function<void()> refresh;   ///< reads all sensors
+    std::function<void()> copy;      ///< copies a snapshot of the readings to the clipboard
+    std::function<void()> openAbout; ///< opens the panel with what it says about the program
     std::function<void()> quit;
 };
 

@@ -81,6 +81,9 @@ class PanelContent final : public QObject {
     /// Of several changes during one interval only the last runs.
     void whenRowsMayMove(std::function<void()> change);
 
+    /// Opens what the panel says about the program. Call while the panel is open.
+    void showAbout() { emit aboutRequested(); }
+
     Q_INVOKABLE void close() { closeAction_(); }
 
     /// Call for each press on a row. Makes it the current row, and delays updates until a second press can no
@@ -99,6 +102,7 @@ class PanelContent final : public QObject {
   signals:
     /// The content is up to date and the panel is about to be shown.
     void opened();
+    void aboutRequested();
     void stateChanged();
     void statusMessageChanged();
     void reducedMotionChanged();

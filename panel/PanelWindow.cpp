@@ -37,6 +37,7 @@ class QuickPanelWindow final : public PanelWindow {
         QObject::connect(&view_, &QWindow::visibleChanged, &content_, [this](bool isVisible) {
             if (isVisible) {
                 content_.panelWillOpen(prefersReducedMotion_());
+                if (std::exchange(isAboutWanted_, false)) content_.showAbout();
             } else {
                 content_.panelDidClose();
             }
@@ -59,8 +60,15 @@ class QuickPanelWindow final : public PanelWindow {
         content_.whenRowsMayMove(std::move(change));
     }
 
+    /// Opening the panel closes what was open in it, so a window that is not shown yet waits for that.
+    void showAbout() override {
+        isAboutWanted_ = !view_.isVisible();
+        if (!isAboutWanted_) content_.showAbout();
+    }
+
   private:
     std::function<bool()> prefersReducedMotion_;
+    bool isAboutWanted_ = false; ///< as soon as the window is shown
     PanelContent content_;
     SystemMasks masks_;
     QQuickView view_; // last, so that it is destroyed before what it shows

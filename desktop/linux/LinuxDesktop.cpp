@@ -1,6 +1,7 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AlertSound.h"
 #include "desktop/linux/AutostartEntry.h"
+#include "desktop/linux/BarColors.h"
 #include "desktop/linux/DisplayFailure.h"
 #include "desktop/linux/FocusInput.h"
 #include "desktop/linux/InstanceLock.h"
@@ -22,7 +23,6 @@
 #include <QDBusConnectionInterface>
 #include <QFile>
 #include <QGuiApplication>
-#include <QPalette>
 #include <QProcess>
 #include <QSettings>
 #include <array>
@@ -49,10 +49,7 @@ void openAutostartSettings() {
     }
 }
 
-bool hasDarkColors() {
-    const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
+std::string desktopNames() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(); }
 
 /// The program's name on the session bus, which is also that of its desktop entry.
 QString busName(const std::string& name) {
@@ -85,20 +82,13 @@ class LinuxDesktop final : public Desktop {
                         popoverInput_.grantFocus(right);
                         openPanel();
                     })
-        , statusBar_(bus_,
-                     trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
-                     handlers_,
-                     {.placeOfClick = [this](QPoint place) { return screens_.placeOfClick(place); },
-                      .visibleFrameAround =
-                          [this](const Rect& place) { return screens_.around(place).visibleFrame; },
-                      .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
-                     log)
-        , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
-                     {.path = qEnvironmentVariable("PATH").toStdString(),
-                      .desktopNames = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString()},
-                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
         , isFirstStart_(!hasPreferences(start.name))
         , userDefaults_(QString::fromStdString(start.name), log)
+        , barColors_(desktopNames(), bus_, PlasmaFolders::ofThisUser())
+        , statusBar_(bus_, trayContext(), handlers_, log)
+        , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
+                     {.path = qEnvironmentVariable("PATH").toStdString(), .desktopNames = desktopNames()},
+                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
         , motion_(bus_)
         , signals_([this] { quit(); }) {
         declineSessionRestore(*qGuiApp);
@@ -139,6 +129,20 @@ class LinuxDesktop final : public Desktop {
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
   private:
+    TrayContext trayContext() {
+        return {
+            .desktopNames = desktopNames(),
+            .colors = barColors_,
+            .userDefaults = userDefaults_,
+            .surroundings = {.placeOfClick = [this](QPoint place) { return screens_.placeOfClick(place); },
+                             .visibleFrameAround =
+                                 [this](const Rect& place) { return screens_.around(place).visibleFrame; },
+                             .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
+            .makeXEmbedIcon = makeXEmbedTrayIcon,
+            .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
+            .hasTrayChanged = {}};
+    }
+
     /// The name first: whoever holds the lock also has the name, on its session bus.
     bool becomeTheOne() {
         if (!instance_.claim()) return false;
@@ -189,10 +193,11 @@ class LinuxDesktop final : public Desktop {
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
-    TrayStatusBar statusBar_;
-    AutostartEntry autostart_;
     bool isFirstStart_; // before the preferences make their file
     PreferencesFile userDefaults_;
+    BarColors barColors_;
+    TrayStatusBar statusBar_;
+    AutostartEntry autostart_;
     MotionPreference motion_;
     SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};
     std::unique_ptr<NoTrayNotice> trayNotice_;

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <optional>
 
 namespace kelvinbar {
 
@@ -89,8 +90,12 @@ class FakeNotifications final : public QObject {
 class FakeWatcher final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
 
   public:
+    /// Whether it has a host. Without a value, the watcher lacks the property. Set before it appears.
+    std::optional<bool> host;
+
     void appear();
     void vanish();
     /// Appears as soon as the current watcher vanishes.
@@ -99,11 +104,20 @@ class FakeWatcher final : public QObject {
     /// The services of the registered items, oldest first.
     const QStringList& items() const { return items_; }
 
+    bool hasHost() const { return host.value_or(false); }
+
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
     void RegisterStatusNotifierItem(const QString& service) { items_.append(service); }
 
+  signals:
+    void StatusNotifierItemUnregistered(const QString& service);
+    void StatusNotifierHostRegistered();
+    void StatusNotifierHostUnregistered();
+
   private:
+    void exportObject();
+
     PrivateBus bus_;
     QStringList items_;
 };

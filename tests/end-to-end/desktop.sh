@@ -40,12 +40,19 @@ start_program() {
   "$PROGRAM" intel-notebook &
   program=$!
   wait_until 10 "the item on the bus" item_property Title
+  item=$(unique_name "$program_name") || fail "the program has no connection"
 }
 
-item_name() { echo "org.kde.StatusNotifierItem-$program-1"; }
+# The item registers by the unique name of the program's connection, which also owns this name.
+program_name=org.kelvinbar.Demo
+
+unique_name() {
+  gdbus call --session --dest org.freedesktop.DBus --object-path / --method org.freedesktop.DBus.GetNameOwner "$1" |
+    grep -o ':[0-9.]*'
+}
 
 item_property() {
-  gdbus call --session --dest "$(item_name)" --object-path /StatusNotifierItem \
+  gdbus call --session --dest "$program_name" --object-path /StatusNotifierItem \
     --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem "$1"
 }
 
@@ -58,7 +65,19 @@ registered_items() {
     --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierWatcher RegisteredStatusNotifierItems
 }
 
-is_registered() { registered_items | grep -q "$(item_name)"; }
+menu_call() {
+  gdbus call --session --dest "$program_name" --object-path /StatusMenu --method "com.canonical.dbusmenu.$1" -- "${@:2}"
+}
+
+# choose TEXT: chooses the entry of the item's menu whose text begins with TEXT, as a host does.
+choose() {
+  local id
+  id=$(menu_call GetLayout 0 -1 '[]' | grep -oP "<\(\K[0-9]+(?=, \{[^}]*'label': <'$1)") || fail "no entry '$1'"
+  menu_call Event "$id" clicked "<''>" 0 >/dev/null
+}
+
+# Watchers name an item by its service, some with the path behind it.
+is_registered() { registered_items | grep -qE "'$item[/@']"; }
 
 is_not_registered() { ! is_registered; }
 

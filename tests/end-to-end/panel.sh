@@ -125,6 +125,33 @@ wait_until 3 "the panel again" panel_is_open
 wait_until 3 "its rows" shows "Core 1"
 hides "$about" || fail "About is still open"
 
+# From the item's menu: "Open" never closes, "About" opens both, and "Copy" does not need the panel.
+click 200 600
+wait_until 3 "the panel's end" panel_is_closed
+printf nothing | xclip -i -selection clipboard
+choose Copy
+wait_until 3 "a snapshot by the menu" bash -c "xclip -o -selection clipboard | grep -q 'CPU Proximity'"
+panel_is_closed || fail "Copy opened the panel"
+choose "Open Kelvinbar"
+wait_until 3 "the panel by the menu" panel_is_open
+choose "Open Kelvinbar"
+choose "CPU Proximity"
+sleep 0.5
+panel_is_open || fail "Open closed the panel"
+click 200 600
+wait_until 3 "the panel's end" panel_is_closed
+choose About
+wait_until 3 "About by the menu" shows "$about"
+picture about-by-menu
+xdotool key Escape
+wait_until 3 "About's end" hides "$about"
+panel_is_open || fail "Escape closed the panel under About"
+xdotool key Escape
+wait_until 3 "the panel's end" panel_is_closed
+click "$tray_x" "$tray_y"
+wait_until 3 "the panel once more" panel_is_open
+wait_until 3 "its rows" shows "Core 1"
+
 # With the keyboard only: to the list, down, pin, hide, close.
 xdotool key Tab Tab Home Down Down
 wait_until 3 "the third row" has_state "Core 0" focused
