@@ -28,7 +28,8 @@ void BarColors::follow(const QDBusConnection& bus) {
     portal_ = std::make_unique<PortalSettings>(bus, std::vector{colorScheme});
     connect(portal_.get(), &PortalSettings::settingRead, this,
             [this](const auto&, const QVariant& scheme) { colorSchemeRead(scheme.toUInt()); });
-    connect(&files_, &QFileSystemWatcher::fileChanged, this, &BarColors::update);
+    files_ = std::make_unique<QFileSystemWatcher>();
+    connect(files_.get(), &QFileSystemWatcher::fileChanged, this, &BarColors::update);
     qGuiApp->installEventFilter(this);
     followFiles();
     isDark_ = isDarkNow();
@@ -43,9 +44,9 @@ bool BarColors::eventFilter(QObject* watched, QEvent* event) {
 void BarColors::followFiles() {
     QStringList unwatched;
     for (const QString& path : plasmaPanelSettings(folders_)) {
-        if (!files_.files().contains(path)) unwatched.append(path);
+        if (!files_->files().contains(path)) unwatched.append(path);
     }
-    if (!unwatched.isEmpty()) files_.addPaths(unwatched);
+    if (!unwatched.isEmpty()) files_->addPaths(unwatched);
 }
 
 void BarColors::colorSchemeRead(uint scheme) {

@@ -42,7 +42,7 @@ class BarColors final : public QObject {
     [[nodiscard]] bool isDarkNow() const;
 
     PlasmaFolders folders_;
-    QFileSystemWatcher files_;
+    std::unique_ptr<QFileSystemWatcher> files_; ///< null where nothing is followed, as below
     std::unique_ptr<PortalSettings> portal_;
     std::optional<bool> prefersDark_; ///< by the portal
     bool isDark_ = true;

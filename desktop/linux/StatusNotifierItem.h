@@ -170,10 +170,12 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
-    void Activate(int x, int y) { item_.handlers_.activated({x, y}); }
+    void Activate(int x, int y) const { item_.handlers_.activated({x, y}); }
 
     /// Wayland hosts call it before Activate.
-    void ProvideXdgActivationToken(const QString& token) { item_.handlers_.activationTokenGiven(token); }
+    void ProvideXdgActivationToken(const QString& token) const {
+        item_.handlers_.activationTokenGiven(token);
+    }
 
     // The protocol requires these. A left click and the menu cover what they would do.
     void SecondaryActivate(int /*x*/, int /*y*/) {}

@@ -1,4 +1,4 @@
-# The tray is restarted five times, once each way: ended and killed, with both panels. The item comes back each time.
+# Each tray is started and ended five times, killed every other time. The item comes back each time.
 scenario=host-restarts
 source "$(dirname "$0")/desktop.sh"
 source "$(dirname "$0")/hosts.sh"
