@@ -6,10 +6,14 @@
 #include <array>
 #include <csignal>
 #include <cstddef>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <regex>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -110,7 +114,7 @@ class LoggingProgram {
     LoggingProgram(const LoggingProgram&) = delete;
     LoggingProgram& operator=(const LoggingProgram&) = delete;
 
-    ~LoggingProgram() { ::close(pipe_[0]); }
+    ~LoggingProgram() { closeLog(); }
 
     /// The log, read until it holds `text` or the program ends.
     [[nodiscard]] const std::string& logUntil(const std::string& text) {
@@ -121,6 +125,11 @@ class LoggingProgram {
             log_.append(chunk.data(), static_cast<std::size_t>(size));
         }
         return log_;
+    }
+
+    /// Leaves the program without anybody who reads what it writes.
+    void closeLog() {
+        if (pipe_[0] >= 0) ::close(std::exchange(pipe_[0], -1));
     }
 
     void send(int signal) const { run_->send(signal); }
@@ -216,12 +225,19 @@ TEST(KelvinbarApp, SaysInOneSentenceThatNoDisplayCanBeOpened) {
 
 // A second start
 
+/// A session bus that starts no services.
+constexpr std::string_view busConfiguration =
+    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy "
+    "context=\"default\">"
+    "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+
 /// A session with a bus, a runtime folder and preferences of its own.
 class Session {
   public:
     Session() {
         EXPECT_EQ(::pipe(addressPipe_.data()), 0);
-        bus_.emplace(Words{KELVINBAR_DBUS_DAEMON, "--session", "--nofork",
+        bus_.emplace(Words{KELVINBAR_DBUS_DAEMON,
+                           "--config-file=" + folder_.write("bus.conf", busConfiguration), "--nofork",
                            "--print-address=" + std::to_string(addressPipe_[1])},
                      ProgramRun::Streams{"/dev/null", "/dev/null", "/dev/null"});
         ::close(addressPipe_[1]);
@@ -248,6 +264,12 @@ class Session {
                 "DBUS_SESSION_BUS_ADDRESS=" + address_,
                 "XDG_CONFIG_HOME=" + folder_.path(""),
                 "XDG_RUNTIME_DIR=" + folder_.path("")};
+    }
+
+    /// The path of the program's autostart entry, whose folder is there.
+    [[nodiscard]] std::string autostartEntry() const {
+        std::filesystem::create_directory(folder_.path("autostart"));
+        return folder_.path("autostart/org.kelvinbar.Demo.desktop");
     }
 
   private:
@@ -322,6 +344,39 @@ TEST_F(SecondProgramStart, ByASessionManagerThatRestoresASessionOpensNothing) {
     const Outcome outcome = secondStart({"--verbose", "-platform", "offscreen", "-session", "id"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(contains(outcome.errors, "another instance runs already\n")) << outcome.errors;
+}
+
+TEST(KelvinbarApp, ClosedStandardErrorDoesNotEndIt) {
+    const Session session;
+    LoggingProgram program({KELVINBAR_DEMO, "-vv"}, session.variables("offscreen"));
+    EXPECT_TRUE(contains(program.logUntil("readings are"), "readings are"));
+    program.closeLog();
+    // A second start makes the first write to its log.
+    EXPECT_EQ(outcomeOf({KELVINBAR_DEMO}, {}, session.variables("nonsense")).status, 0);
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+}
+
+TEST(KelvinbarApp, RenewsAStaleAutostartEntryAtItsStart) {
+    const Session session;
+    std::ofstream(session.autostartEntry()) << "[Desktop Entry]\nExec=/opt/gone/kelvinbar-demo --autostart\n";
+    LoggingProgram program({KELVINBAR_DEMO, "-v"}, session.variables("offscreen"));
+    const std::string written = session.autostartEntry() + " is written\n";
+    EXPECT_TRUE(contains(program.logUntil(written), written));
+    EXPECT_EQ(contentOf(session.autostartEntry()),
+              "[Desktop Entry]\nExec=\"" KELVINBAR_DEMO "\" \"--autostart\"\n");
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+}
+
+TEST(KelvinbarApp, AFirstStartWithoutATraySaysSoAndOpensThePanel) {
+    const Session session;
+    LoggingProgram program({KELVINBAR_DEMO, "-v"}, session.variables("offscreen"));
+    const std::string& log = program.logUntil("panel info: opened");
+    EXPECT_TRUE(contains(log, "kelvinbar: no tray shows the status item; to open the panel, run \"")) << log;
+    EXPECT_TRUE(contains(log, "panel info: opened")) << log;
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
 }
 
 TEST(KelvinbarApp, OfTwoSimultaneousStartsOneRemains) {
