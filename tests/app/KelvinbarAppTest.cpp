@@ -6,10 +6,15 @@
 #include <array>
 #include <csignal>
 #include <cstddef>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <regex>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -100,7 +105,7 @@ TEST(KelvinbarDemo, RefusesASecondMachineAndUnknownOptions) {
 class LoggingProgram {
   public:
     LoggingProgram(const Words& words, const Words& variables) {
-        EXPECT_EQ(::pipe(pipe_.data()), 0);
+        EXPECT_EQ(::pipe2(pipe_.data(), O_CLOEXEC), 0); // the program must not be its own reader
         run_.emplace(words,
                      ProgramRun::Streams{"/dev/null", "/dev/null", "/dev/fd/" + std::to_string(pipe_[1])},
                      variables);
@@ -110,7 +115,7 @@ class LoggingProgram {
     LoggingProgram(const LoggingProgram&) = delete;
     LoggingProgram& operator=(const LoggingProgram&) = delete;
 
-    ~LoggingProgram() { ::close(pipe_[0]); }
+    ~LoggingProgram() { closeLog(); }
 
     /// The log, read until it holds `text` or the program ends.
     [[nodiscard]] const std::string& logUntil(const std::string& text) {
@@ -121,6 +126,11 @@ class LoggingProgram {
             log_.append(chunk.data(), static_cast<std::size_t>(size));
         }
         return log_;
+    }
+
+    /// Leaves the program without anybody who reads what it writes.
+    void closeLog() {
+        if (pipe_[0] >= 0) ::close(std::exchange(pipe_[0], -1));
     }
 
     void send(int signal) const { run_->send(signal); }
@@ -190,7 +200,7 @@ TEST(KelvinbarApp, SaysInOneSentenceThatNoDisplayCanBeOpened) {
     };
 
     const std::vector<Case> cases{
-        {{}, {"DISPLAY=:77"}, " with DISPLAY=:77; "},
+        {{}, {"DISPLAY=:65000"}, " with DISPLAY=:65000; "},
         {{}, {"WAYLAND_DISPLAY=kelvinbar-none"}, " with WAYLAND_DISPLAY=kelvinbar-none; "},
         {{}, {}, ", because neither DISPLAY nor WAYLAND_DISPLAY is set; "},
         {{}, {"QT_QPA_PLATFORM=nonsense"}, " with QT_QPA_PLATFORM=nonsense; "},
@@ -216,12 +226,19 @@ TEST(KelvinbarApp, SaysInOneSentenceThatNoDisplayCanBeOpened) {
 
 // A second start
 
+/// A session bus that starts no services.
+constexpr std::string_view busConfiguration =
+    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy "
+    "context=\"default\">"
+    "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+
 /// A session with a bus, a runtime folder and preferences of its own.
 class Session {
   public:
     Session() {
         EXPECT_EQ(::pipe(addressPipe_.data()), 0);
-        bus_.emplace(Words{KELVINBAR_DBUS_DAEMON, "--session", "--nofork",
+        bus_.emplace(Words{KELVINBAR_DBUS_DAEMON,
+                           "--config-file=" + folder_.write("bus.conf", busConfiguration), "--nofork",
                            "--print-address=" + std::to_string(addressPipe_[1])},
                      ProgramRun::Streams{"/dev/null", "/dev/null", "/dev/null"});
         ::close(addressPipe_[1]);
@@ -248,6 +265,12 @@ class Session {
                 "DBUS_SESSION_BUS_ADDRESS=" + address_,
                 "XDG_CONFIG_HOME=" + folder_.path(""),
                 "XDG_RUNTIME_DIR=" + folder_.path("")};
+    }
+
+    /// The path of the program's autostart entry, whose folder is there.
+    [[nodiscard]] std::string autostartEntry() const {
+        std::filesystem::create_directory(folder_.path("autostart"));
+        return folder_.path("autostart/org.kelvinbar.Demo.desktop");
     }
 
   private:
@@ -322,6 +345,36 @@ TEST_F(SecondProgramStart, ByASessionManagerThatRestoresASessionOpensNothing) {
     const Outcome outcome = secondStart({"--verbose", "-platform", "offscreen", "-session", "id"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(contains(outcome.errors, "another instance runs already\n")) << outcome.errors;
+}
+
+TEST(KelvinbarApp, AClosedLogDoesNotEndIt) {
+    Words environment = noDisplay;
+    environment.emplace_back("DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent");
+    LoggingProgram program({KELVINBAR, "-vv"}, environment);
+    program.closeLog(); // before it has begun to write
+    EXPECT_EQ(program.status(), 1);
+}
+
+TEST(KelvinbarApp, RenewsAStaleAutostartEntryAtItsStart) {
+    const Session session;
+    std::ofstream(session.autostartEntry()) << "[Desktop Entry]\nExec=/opt/gone/kelvinbar-demo --autostart\n";
+    LoggingProgram program({KELVINBAR_DEMO, "-v"}, session.variables("offscreen"));
+    const std::string written = session.autostartEntry() + " is written\n";
+    EXPECT_TRUE(contains(program.logUntil(written), written));
+    EXPECT_EQ(contentOf(session.autostartEntry()),
+              "[Desktop Entry]\nExec=\"" KELVINBAR_DEMO "\" \"--autostart\"\n");
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+}
+
+TEST(KelvinbarApp, AFirstStartWithoutATraySaysSoAndOpensThePanel) {
+    const Session session;
+    LoggingProgram program({KELVINBAR_DEMO, "-v"}, session.variables("offscreen"));
+    const std::string& log = program.logUntil("panel info: opened");
+    EXPECT_TRUE(contains(log, "kelvinbar: no tray shows the status item; to open the panel, run \"")) << log;
+    EXPECT_TRUE(contains(log, "panel info: opened")) << log;
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
 }
 
 TEST(KelvinbarApp, OfTwoSimultaneousStartsOneRemains) {

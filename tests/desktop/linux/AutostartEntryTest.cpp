@@ -1,15 +1,13 @@
 #include "desktop/linux/AutostartEntry.h"
 
+#include "tests/desktop/TemporaryVariable.h"
 #include "tests/desktop/linux/ExecValueReader.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -553,32 +551,6 @@ TEST_F(AutostartEntryTest, RegisteringReplacesALinkToItself) {
 }
 
 // The folder
-
-/// Sets an environment variable until it is destroyed.
-class TemporaryVariable {
-  public:
-    TemporaryVariable(const char* name, const char* value) : name_(name) {
-        if (const char* const old = std::getenv(name)) old_ = old; // NOLINT(concurrency-mt-unsafe)
-        set(value);
-    }
-
-    TemporaryVariable(const TemporaryVariable&) = delete;
-    TemporaryVariable& operator=(const TemporaryVariable&) = delete;
-
-    ~TemporaryVariable() { set(old_ ? old_->c_str() : nullptr); }
-
-  private:
-    void set(const char* value) {
-        if (value == nullptr) {
-            unsetenv(name_); // NOLINT(concurrency-mt-unsafe)
-        } else {
-            setenv(name_, value, 1); // NOLINT(concurrency-mt-unsafe)
-        }
-    }
-
-    const char* name_;
-    std::optional<std::string> old_;
-};
 
 TEST(UserAutostartFolder, IsInTheUsersConfiguration) {
     const TemporaryVariable home("HOME", "/home/user");

@@ -1,6 +1,6 @@
 #include "desktop/linux/DisplayFailure.h"
 
-#include "tests/desktop/VariableScope.h"
+#include "tests/desktop/TemporaryVariable.h"
 #include "tests/fakes/RecordingLog.h"
 
 #include <QDebug>
@@ -21,9 +21,9 @@ class DisplayFailureTest : public testing::Test {
         return displayFailureText(static_cast<int>(count), arguments.data());
     }
 
-    VariableScope platform_{"QT_QPA_PLATFORM", nullptr};
-    VariableScope display_{"DISPLAY", nullptr};
-    VariableScope waylandDisplay_{"WAYLAND_DISPLAY", nullptr};
+    TemporaryVariable platform_{"QT_QPA_PLATFORM", nullptr};
+    TemporaryVariable display_{"DISPLAY", nullptr};
+    TemporaryVariable waylandDisplay_{"WAYLAND_DISPLAY", nullptr};
 };
 
 } // namespace
@@ -36,9 +36,9 @@ TEST_F(DisplayFailureTest, WithoutADisplayTheVariablesThatNameOneAreTold) {
 }
 
 TEST_F(DisplayFailureTest, WhatWasTriedIsTold) {
-    const VariableScope platform("QT_QPA_PLATFORM", "nonsense");
-    const VariableScope display("DISPLAY", ":77");
-    const VariableScope wayland("WAYLAND_DISPLAY", "wayland-9");
+    const TemporaryVariable platform("QT_QPA_PLATFORM", "nonsense");
+    const TemporaryVariable display("DISPLAY", ":77");
+    const TemporaryVariable wayland("WAYLAND_DISPLAY", "wayland-9");
     EXPECT_EQ(textFor(std::array{"kelvinbar", "-v", "-platform", "xcb", "-display", ":78"}),
               "no display can be opened with -platform xcb, -display :78, QT_QPA_PLATFORM=nonsense, "
               "DISPLAY=:77, WAYLAND_DISPLAY=wayland-9; correct that, or start the program from within a "
@@ -46,7 +46,7 @@ TEST_F(DisplayFailureTest, WhatWasTriedIsTold) {
 }
 
 TEST_F(DisplayFailureTest, AnOptionWithoutAValueIsNotTold) {
-    const VariableScope display("DISPLAY", ":77");
+    const TemporaryVariable display("DISPLAY", ":77");
     EXPECT_EQ(textFor(std::array{"kelvinbar", "-platform"}),
               "no display can be opened with DISPLAY=:77; correct that, or start the program from within a "
               "graphical session");

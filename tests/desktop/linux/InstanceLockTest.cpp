@@ -1,11 +1,10 @@
 #include "desktop/linux/InstanceLock.h"
 
 #include "tests/ProgramRun.h"
-#include "tests/desktop/VariableScope.h"
+#include "tests/desktop/EventLoop.h"
+#include "tests/desktop/TemporaryVariable.h"
 #include "tests/tools/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -71,7 +70,7 @@ TEST_F(InstanceLockTest, AskingWhoHoldsItIsNotInTheWayOfAStart) {
 TEST_F(InstanceLockTest, TheKernelReleasesTheLockOfAProcessThatIsKilled) {
     const ProgramRun other({"/proc/self/exe", "--hold-instance-lock", file_},
                            {"/dev/null", folder_.write("output", ""), "/dev/null"});
-    while (!first_.holder()) ::usleep(1000);
+    ASSERT_TRUE(waitFor([&] { return first_.holder().has_value(); }));
     EXPECT_FALSE(first_.take(terminal));
     other.send(SIGKILL);
     EXPECT_EQ(other.status(), -1);
@@ -98,21 +97,21 @@ TEST_F(InstanceLockTest, AFileThatCannotBeUsedKeepsNobodyFromStarting) {
 }
 
 TEST(InstanceLockFile, IsInTheRuntimeFolder) {
-    const VariableScope runtime("XDG_RUNTIME_DIR", "/run/user/7");
+    const TemporaryVariable runtime("XDG_RUNTIME_DIR", "/run/user/7");
     EXPECT_EQ(instanceLockFile("kelvinbar-demo"), "/run/user/7/kelvinbar-demo.lock");
 }
 
 TEST(InstanceLockFile, IsNoneWithoutARuntimeFolder) {
     for (const char* const folder : {static_cast<const char*>(nullptr), "", "relative"}) {
-        const VariableScope runtime("XDG_RUNTIME_DIR", folder);
+        const TemporaryVariable runtime("XDG_RUNTIME_DIR", folder);
         EXPECT_TRUE(instanceLockFile("kelvinbar").empty());
     }
 }
 
 TEST(InstancePlace, IsThatOfTheEnvironment) {
-    const VariableScope display("DISPLAY", ":1.0");
-    const VariableScope wayland("WAYLAND_DISPLAY", "wayland-1");
-    const VariableScope session("XDG_SESSION_ID", "c2");
+    const TemporaryVariable display("DISPLAY", ":1.0");
+    const TemporaryVariable wayland("WAYLAND_DISPLAY", "wayland-1");
+    const TemporaryVariable session("XDG_SESSION_ID", "c2");
     const InstancePlace expected{.process = std::to_string(::getpid()),
                                  .display = ":1",
                                  .waylandDisplay = "wayland-1",
@@ -121,14 +120,14 @@ TEST(InstancePlace, IsThatOfTheEnvironment) {
 }
 
 TEST(InstancePlace, IsUnknownWhereTheEnvironmentSaysNothing) {
-    const VariableScope display("DISPLAY", nullptr);
-    const VariableScope wayland("WAYLAND_DISPLAY", nullptr);
-    const VariableScope session("XDG_SESSION_ID", nullptr);
+    const TemporaryVariable display("DISPLAY", nullptr);
+    const TemporaryVariable wayland("WAYLAND_DISPLAY", nullptr);
+    const TemporaryVariable session("XDG_SESSION_ID", nullptr);
     EXPECT_EQ(ownPlace().display + ownPlace().waylandDisplay + ownPlace().session, "");
 }
 
 TEST(InstancePlace, KeepsTheHostInADisplaysName) {
-    const VariableScope display("DISPLAY", "host.example:10.0");
+    const TemporaryVariable display("DISPLAY", "host.example:10.0");
     EXPECT_EQ(ownPlace().display, "host.example:10");
 }
 

@@ -2,7 +2,7 @@
 
 #include "tests/desktop/BusPeer.h"
 #include "tests/desktop/EventLoop.h"
-#include "tests/desktop/VariableScope.h"
+#include "tests/desktop/TemporaryVariable.h"
 
 #include <QDBusMessage>
 #include <chrono>
@@ -64,8 +64,8 @@ TEST_F(RunningInstanceTest, ASecondIsNotAndActivatesTheFirst) {
 }
 
 TEST_F(RunningInstanceTest, ASecondThatIsEntitledToTheFocusPassesTheRightOn) {
-    const VariableScope token("XDG_ACTIVATION_TOKEN", "token-1");
-    const VariableScope startup("DESKTOP_STARTUP_ID", "launcher/terminal/12-3-host_TIME4567");
+    const TemporaryVariable token("XDG_ACTIVATION_TOKEN", "token-1");
+    const TemporaryVariable startup("DESKTOP_STARTUP_ID", "launcher/terminal/12-3-host_TIME4567");
     EXPECT_EQ(activationBySecond(), ActivationResult::opened);
     ASSERT_TRUE(waitForActivations(1));
     EXPECT_EQ(rights_.front().activationToken, "token-1");

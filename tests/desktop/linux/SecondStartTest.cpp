@@ -33,6 +33,9 @@ InstancePlace placeOn(const char* display) {
 
 class SecondStartTest : public testing::Test {
   protected:
+    /// Otherwise the bus would start the service of whatever desktop is installed.
+    void SetUp() override { notifications_.appear(); }
+
     void startFirst(const char* display) {
         first_ = std::make_unique<RunningInstance>(firstBus_.connection(), name,
                                                    [this](const FocusRight&) { ++openings_; });
@@ -115,7 +118,6 @@ TEST_F(SecondStartTest, AtLoginLeavesTheFirstAlone) {
 
 TEST_F(SecondStartTest, OnAnotherDisplaySaysWhereTheFirstRuns) {
     startFirst(":0");
-    notifications_.appear();
     EXPECT_EQ(statusOf(startOn(":1")), 1);
     const std::string text =
         "it already runs on display :0 (process 12, session 3); quit it there before you "

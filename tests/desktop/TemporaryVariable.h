@@ -7,17 +7,17 @@
 namespace kelvinbar {
 
 /// Sets an environment variable, or removes it for a null value, and restores it in the end.
-class VariableScope {
+class TemporaryVariable {
   public:
-    VariableScope(const char* name, const char* value) : name_(name) {
+    TemporaryVariable(const char* name, const char* value) : name_(name) {
         if (const char* const earlier = std::getenv(name)) earlier_ = earlier;
         set(value);
     }
 
-    VariableScope(const VariableScope&) = delete;
-    VariableScope& operator=(const VariableScope&) = delete;
+    TemporaryVariable(const TemporaryVariable&) = delete;
+    TemporaryVariable& operator=(const TemporaryVariable&) = delete;
 
-    ~VariableScope() { set(earlier_ ? earlier_->c_str() : nullptr); }
+    ~TemporaryVariable() { set(earlier_ ? earlier_->c_str() : nullptr); }
 
   private:
     void set(const char* value) const { value == nullptr ? ::unsetenv(name_) : ::setenv(name_, value, 1); }
