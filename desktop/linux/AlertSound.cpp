@@ -40,8 +40,8 @@ bool playThemeBell() {
     constexpr std::uint32_t anyId = 0;
     const bool isPlaying =
         play(context, anyId, "event.id", "bell", static_cast<const char*>(nullptr)) == canberraSuccess;
-    QTimer::singleShot(isPlaying ? longestBell : std::chrono::seconds(0), qGuiApp,
-                       [context, destroy] { destroy(context); });
+    const std::function<void()> end = [context, destroy] { destroy(context); };
+    isPlaying ? QTimer::singleShot(longestBell, qGuiApp, end) : end();
     return isPlaying;
 }
 

@@ -194,7 +194,7 @@ void AutostartEntry::renew() {
     *program = programWord();
     lines = withEntryValue(lines, "Exec", desktopExecValue(words));
     if (!isTryExecMet(lines)) lines = withoutEntryValue(lines, "TryExec");
-    write(lines);
+    static_cast<void>(write(lines)); // a failure is logged
 }
 
 /// Other programs in an entry, such as a shell, are the user's own choice.

@@ -68,7 +68,7 @@ class AutostartEntry final : public LoginItemService {
     [[nodiscard]] bool isOfOurName(const std::string& word) const;
     [[nodiscard]] bool isTryExecMet(const EntryLines& lines) const;
     [[nodiscard]] EntryLines enabled(EntryLines lines) const;
-    bool write(const EntryLines& lines) const;
+    [[nodiscard]] bool write(const EntryLines& lines) const;
     bool logged(LogLevel level, const char* what) const;
 
     std::filesystem::path file_;

@@ -71,8 +71,7 @@ void RunningInstance::release() {
 /// Opening the panel takes time on a busy machine, and the caller takes a late reply for that of a hung
 /// program.
 void RunningInstance::activated(const QVariantMap& platformData) {
-    QMetaObject::invokeMethod(
-        this, [this, right = focusRightOf(platformData)] { onActivated_(right); }, Qt::QueuedConnection);
+    queue_.post([this, right = focusRightOf(platformData)] { onActivated_(right); });
 }
 
 ActivationResult activateRunningInstance(const QDBusConnection& bus, const QString& name,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/linux/FocusRight.h"
+#include "desktop/qt/QtMainQueue.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
@@ -48,6 +49,7 @@ class RunningInstance final : public QObject {
     QString path_;
     Activation onActivated_;
     bool isThisOne_ = false;
+    QtMainQueue queue_;
 };
 
 /// What became of a request to the instance that owns the program's name.
