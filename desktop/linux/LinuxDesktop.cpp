@@ -20,7 +20,6 @@
 #include "desktop/linux/x11/X11Session.h"
 #include "desktop/qt/TerminationSignals.h"
 
-#include <QDBusConnectionInterface>
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
@@ -140,7 +139,7 @@ class LinuxDesktop final : public Desktop {
                              .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
             .makeXEmbedIcon = makeXEmbedTrayIcon,
             .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
-            .hasTrayChanged = {}};
+            .hasTrayChanged = [this](bool hasTray) { hasTray_ = hasTray; }};
     }
 
     /// The name first: whoever holds the lock also has the name, on its session bus.
@@ -162,17 +161,9 @@ class LinuxDesktop final : public Desktop {
                                                             .isAtLogin = start_.isAtLogin,
                                                             .isFirstStart = isFirstStart_,
                                                             .hasBus = bus_.isConnected(),
-                                                            .hasTray = [this] { return hasTray(); },
+                                                            .hasTray = [this] { return hasTray_; },
                                                             .openPanel = [this] { openPanel(); }},
                                               wait, log_);
-    }
-
-    [[nodiscard]] bool hasTray() const {
-        const auto* const interface = bus_.interface();
-        if (interface != nullptr && interface->isServiceRegistered("org.kde.StatusNotifierWatcher"))
-            return true;
-        const auto xembedIcon = makeXEmbedTrayIcon({});
-        return xembedIcon != nullptr && xembedIcon->hasTray();
     }
 
     void openPanel() const {
@@ -193,6 +184,7 @@ class LinuxDesktop final : public Desktop {
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
+    bool hasTray_ = false; ///< that shows the item, as far as is known
     bool isFirstStart_; // before the preferences make their file
     PreferencesFile userDefaults_;
     BarColors barColors_;
