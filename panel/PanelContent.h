@@ -81,7 +81,8 @@ class PanelContent final : public QObject {
     /// Of several changes during one interval only the last runs.
     void whenRowsMayMove(std::function<void()> change);
 
-    Q_INVOKABLE void close() { closeAction_(); }
+    /// The close action may destroy the content.
+    Q_INVOKABLE void close();
 
     /// Call for each press on a row. Makes it the current row, and delays updates until a second press can no
     /// longer follow.

@@ -158,7 +158,8 @@ void TrayItem::activate(QRect place) {
 }
 
 void TrayItem::activateAgain() {
-    if (action_) action_();
+    const auto action = action_; // a copy: the action may destroy the item
+    if (action) action();
 }
 
 std::optional<Rect> TrayItem::frameOnScreen() const {

@@ -56,6 +56,11 @@ void QtPopoverContent::makeWindowKey() {
 
 // QtPopover
 
+QtPopover::~QtPopover() {
+    didClose_ = nullptr;
+    performClose();
+}
+
 void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
     content_.reset(static_cast<QtPopoverContent*>(content.release()));
 }
@@ -85,7 +90,8 @@ void QtPopover::performClose() {
         window_->hide();
         window_->removeEventFilter(this);
     }
-    if (didClose_) didClose_();
+    const auto didClose = didClose_; // a copy: the handler may destroy the popover
+    if (didClose) didClose();
 }
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {

@@ -8,6 +8,7 @@
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -342,6 +343,52 @@ TEST(TrayStatusBar, MakesAnItemOnTheBus) {
     item->button()->setTitle({"50°", {}});
     BusPeer host(bus.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
     EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "50°");
+}
+
+/// An item whose action destroys it, and uses what it has captured afterwards.
+class MortalItem {
+  public:
+    MortalItem() {
+        item->setAction([this, witness = witness_] {
+            item = nullptr;
+            ++*witness;
+        });
+    }
+
+    [[nodiscard]] int actions() const { return *witness_; }
+
+  private:
+    std::shared_ptr<int> witness_ = std::make_shared<int>(0);
+    fakes::RecordingLog recording_;
+    const DesktopHandlers handlers_;
+
+  public:
+    PrivateBus bus;
+    std::unique_ptr<TrayItem> item =
+        std::make_unique<TrayItem>(bus.connection(), withLabels, handlers_, recording_.log);
+};
+
+TEST(TrayItem, MayBeDestroyedByItsAction) {
+    MortalItem mortal;
+    mortal.item->activate(QRect(1, 1, 1, 1));
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
+TEST(TrayItem, MayBeDestroyedByItsActionWhenTheHostActivatesIt) {
+    MortalItem mortal;
+    BusPeer host(mortal.bus.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    host.call("Activate", {1, 1});
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
+TEST(TrayItem, MayBeDestroyedByItsMenu) {
+    MortalItem mortal;
+    BusPeer menu(mortal.bus.address(), StatusMenu::path, "com.canonical.dbusmenu");
+    menu.call("Event", {1, "clicked", QVariant::fromValue(QDBusVariant(QString())), 0U});
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
 }
 
 } // namespace kelvinbar
