@@ -13,6 +13,7 @@
 #include "store/MenuBarText.h"
 
 #include <QGuiApplication>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,20 +58,20 @@ struct Parts {
     Parts(Desktop& desktopOfUser, const Machine& machine, Log& ownLog)
         : log(ownLog)
         , desktop(desktopOfUser)
-        , appDelegate({.application = desktop.application(),
-                       .statusBar = desktop.statusBar(),
-                       .popover = popover,
-                       .contentFactory = panels,
-                       .timers = timers,
-                       .screens = desktop.screens(),
-                       .mainQueue = mainQueue,
-                       .notifications = notifications},
-                      {.machine = machine,
-                       .defaults = desktop.userDefaults(),
-                       .notifications = notifications,
-                       .mainQueue = mainQueue,
-                       .backgroundQueue = backgroundQueue,
-                       .wallClock = wallClock}) {}
+        , appDelegate(AppDelegate::create({.application = desktop.application(),
+                                           .statusBar = desktop.statusBar(),
+                                           .popover = popover,
+                                           .contentFactory = panels,
+                                           .timers = timers,
+                                           .screens = desktop.screens(),
+                                           .mainQueue = mainQueue,
+                                           .notifications = notifications},
+                                          {.machine = machine,
+                                           .defaults = desktop.userDefaults(),
+                                           .notifications = notifications,
+                                           .mainQueue = mainQueue,
+                                           .backgroundQueue = backgroundQueue,
+                                           .wallClock = wallClock})) {}
 
     Log& log;
     Desktop& desktop;
@@ -86,7 +87,7 @@ struct Parts {
                              .systemSymbols = desktop.systemSymbols()},
                             log};
     QtPopover popover{desktop.popoverInput(), desktop.screens(), log};
-    AppDelegate appDelegate;
+    std::shared_ptr<AppDelegate> appDelegate;
 };
 
 } // namespace
@@ -110,7 +111,7 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
 
     const Machine machine = makeMachine(machineName ? *machineName : program.usualMachineName, log);
     Parts parts(*desktop, machine, log);
-    AppDelegate& delegate = parts.appDelegate;
+    AppDelegate& delegate = *parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },
                           .openPanel = [&delegate] { delegate.openPopover(); },
                           .refresh = [&delegate] { delegate.store().refresh(false); },

@@ -84,7 +84,8 @@ class PanelContent final : public QObject {
     /// Opens what the panel says about the program. Call while the panel is open.
     void showAbout() { emit aboutRequested(); }
 
-    Q_INVOKABLE void close() { closeAction_(); }
+    /// The close action may destroy the content.
+    Q_INVOKABLE void close();
 
     /// Call for each press on a row. Makes it the current row, and delays updates until a second press can no
     /// longer follow.

@@ -3,6 +3,7 @@
 #include "panel/PanelContent.h"
 #include "panel/PanelStyle.h"
 #include "panel/SystemMasks.h"
+#include "store/KelvinbarStore.h"
 
 #include <QJSEngine>
 #include <QMargins>
@@ -22,7 +23,8 @@ constexpr QColor metal(22, 24, 29);
 class QuickPanelWindow final : public PanelWindow {
   public:
     QuickPanelWindow(KelvinbarStore& store, PanelHandlers handlers)
-        : prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
+        : store_(store.shared_from_this())
+        , prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
         , content_(store, handlers.loginItem, SensorListMetrics(textScale()), std::move(handlers.close))
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
@@ -43,6 +45,12 @@ class QuickPanelWindow final : public PanelWindow {
             }
         });
     }
+
+    QuickPanelWindow(const QuickPanelWindow&) = delete;
+    QuickPanelWindow& operator=(const QuickPanelWindow&) = delete;
+
+    /// Hides the window while the content that hears of it, and what the content calls, still exist.
+    ~QuickPanelWindow() override { view_.hide(); }
 
     QWindow& window() override { return view_; }
 
@@ -67,6 +75,7 @@ class QuickPanelWindow final : public PanelWindow {
     }
 
   private:
+    std::shared_ptr<KelvinbarStore> store_; ///< shown until the end, whoever else has released it
     std::function<bool()> prefersReducedMotion_;
     bool isAboutWanted_ = false; ///< as soon as the window is shown
     PanelContent content_;

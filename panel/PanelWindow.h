@@ -41,8 +41,8 @@ class PanelWindow {
     virtual void showAbout() = 0;
 };
 
-/// Creates the window, hidden. The first call selects the software renderer for the whole process. The store
-/// outlives the window.
+/// Creates the window, hidden. The first call selects the software renderer for the whole process. The window
+/// keeps the store alive.
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers);
 
 } // namespace kelvinbar

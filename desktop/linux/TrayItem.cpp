@@ -15,8 +15,10 @@ namespace {
 
 const QString programName = "Kelvinbar";
 
+/// The handler may destroy its owner, and is kept until it returns.
 void call(const std::function<void()>& handler) {
-    if (handler) handler();
+    const auto kept = handler;
+    if (kept) kept();
 }
 
 /// The text of a tooltip that has the program's name as its title: without the name and the mark behind it.

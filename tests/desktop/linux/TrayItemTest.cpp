@@ -795,4 +795,72 @@ TEST_F(TrayStatusBarTest, MakesAnItemOnTheBus) {
     EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "50°");
 }
 
+/// An item that what it calls destroys, with a witness in the handler that is looked at afterwards.
+class MortalItem {
+  public:
+    MortalItem() { item->setAction(destruction()); }
+
+    [[nodiscard]] int actions() const { return *witness_; }
+
+  private:
+    std::function<void()> destruction() {
+        return [this, witness = witness_] {
+            item = nullptr;
+            ++*witness;
+        };
+    }
+
+    std::shared_ptr<int> witness_ = std::make_shared<int>(0);
+    fakes::RecordingLog recording_;
+    fakes::RecordingUserDefaults defaults_;
+    const DesktopHandlers handlers_{.pinnedReadings = {},
+                                    .openPanel = destruction(),
+                                    .refresh = {},
+                                    .copy = {},
+                                    .openAbout = {},
+                                    .quit = {}};
+
+  public:
+    PrivateBus bus;
+
+  private:
+    BarColors colors_{withLabels, bus.connection(), {}};
+    const TrayContext context_{.desktopNames = withLabels,
+                               .colors = colors_,
+                               .userDefaults = defaults_,
+                               .surroundings = {.placeOfClick = [](QPoint reported) { return reported; },
+                                                .visibleFrameAround = [](const Rect&) { return Rect(); },
+                                                .takesClick = [] { return false; }},
+                               .makeXEmbedIcon = {},
+                               .focusRightGiven = {},
+                               .hasTrayChanged = {}};
+
+  public:
+    std::unique_ptr<TrayItem> item =
+        std::make_unique<TrayItem>(bus.connection(), context_, handlers_, recording_.log);
+};
+
+TEST(TrayItem, MayBeDestroyedByItsAction) {
+    MortalItem mortal;
+    mortal.item->activate(QRect(1, 1, 1, 1));
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
+TEST(TrayItem, MayBeDestroyedByItsActionWhenTheHostActivatesIt) {
+    MortalItem mortal;
+    BusPeer host(mortal.bus.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    host.call("Activate", {1, 1});
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
+TEST(TrayItem, MayBeDestroyedByItsMenu) {
+    MortalItem mortal;
+    BusPeer menu(mortal.bus.address(), StatusMenu::path, "com.canonical.dbusmenu");
+    menu.call("Event", {1, "clicked", QVariant::fromValue(QDBusVariant(QString())), 0U});
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
 } // namespace kelvinbar
