@@ -4,7 +4,6 @@
 // usage: kelvinbar_panel_opening PROGRAM [ARGUMENTS OF IT]
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QFile>
 #include <QGuiApplication>
@@ -50,18 +49,11 @@ class Program {
         process_.waitForFinished();
     }
 
-    /// Finds the program on the session bus, by its process. Call it before the first click.
-    void findOnBus() {
-        const QDBusConnectionInterface& bus = *QDBusConnection::sessionBus().interface();
-        for (const QString& name : bus.registeredServiceNames().value()) {
-            if (name.startsWith(':') && bus.servicePid(name) == process_.processId()) busName_ = name;
-        }
-    }
-
     /// Clicks the status item, which opens or closes the panel.
     void click() {
-        QDBusMessage message = QDBusMessage::createMethodCall(busName_, "/StatusNotifierItem",
-                                                              "org.kde.StatusNotifierItem", "Activate");
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            QString("org.kde.StatusNotifierItem-%1-1").arg(process_.processId()), "/StatusNotifierItem",
+            "org.kde.StatusNotifierItem", "Activate");
         message << 4000 << 0;
         QDBusConnection::sessionBus().send(message);
     }
@@ -88,7 +80,6 @@ class Program {
 
   private:
     QProcess process_;
-    QString busName_;
 };
 
 void rest(std::chrono::milliseconds time) { QThread::msleep(static_cast<unsigned long>(time.count())); }
@@ -100,7 +91,6 @@ int main(int argc, char** argv) {
     const QStringList arguments = QGuiApplication::arguments();
     Program program(arguments.at(1), arguments.mid(2));
     rest(4s);
-    program.findOnBus();
     const double closed = program.residentMiB();
     const auto first = program.clickUntilTheScreenChanges();
     if (!first) {

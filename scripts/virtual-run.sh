@@ -16,16 +16,8 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
       sleep 0.1
     done
   }
-  ask_bus() { gdbus call --session --dest org.freedesktop.DBus --object-path / --method "org.freedesktop.DBus.$@"; }
-  # No watcher knows the item, so its bus name is found by its process.
-  item() {
-    local name
-    for name in $(ask_bus ListNames | grep -o ':[0-9.]*'); do
-      [[ $(ask_bus GetConnectionUnixProcessID "$name" 2>&1) != "(uint32 $program,)" ]] || echo "$name"
-    done
-  }
   title() {
-    gdbus call --session --dest "$(item)" --object-path /StatusNotifierItem \
+    gdbus call --session --dest "org.kde.StatusNotifierItem-$program-1" --object-path /StatusNotifierItem \
       --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel |
       sed "s/^(<'\(.*\)'>,)$/\1/"
   }

@@ -77,7 +77,7 @@ def program(request: pytest.FixtureRequest, desktop: Desktop, host: Host) -> Ite
 
 @pytest.fixture
 def panel(host: Host) -> Panel:
-    return Panel(host.windows())
+    return Panel(host.windows(), host.scale, host.shadow)
 
 
 @pytest.fixture

@@ -62,9 +62,6 @@ class TestPanel:
     def wait_preference(self, name: str, value: str) -> None:
         wait_until(3, f"{name}={value} in the preferences", lambda: self.program.preferences().get(name) == value)
 
-    def wait_height(self, height: int, what: str) -> None:
-        wait_until(3, what, lambda: self.panel.has_size(WIDTH, height))
-
     def is_highest(self) -> bool:
         """As high as the screen, less the bar, the line that it may draw below itself, and some space."""
         width, height = self.panel.frame().size
@@ -98,9 +95,9 @@ class TestPanel:
 
     def test_the_height_changes_in_steps_between_its_limits(self) -> None:
         self.press("Decrease height")
-        self.wait_height(610, "a lower panel")
+        self.panel.wait_size(WIDTH, 610, "a lower panel")
         self.press("Decrease height")
-        self.wait_height(560, "the lowest panel")
+        self.panel.wait_size(WIDTH, 560, "the lowest panel")
         self.press("Decrease height")
         assert stays(0.5, lambda: self.panel.has_size(WIDTH, 560))
         self.desktop.keep_picture("lowest")
@@ -111,7 +108,7 @@ class TestPanel:
         self.wait_preference("KelvinbarManualPopoverHeight", "1400")
         self.desktop.keep_picture("highest")
         self.press("Reset height")
-        self.wait_height(HEIGHT, "the standard height")
+        self.panel.wait_size(WIDTH, HEIGHT, "the standard height")
 
     def test_fast_samples_every_second_until_it_is_pressed_again(self) -> None:
         self.press("Fast")
@@ -129,7 +126,7 @@ class TestPanel:
         self.desktop.keep_picture("dynamic")
         self.press("Dynamic")
         self.assistive.wait_no_state("Dynamic", "checked", "no mark")
-        self.wait_height(HEIGHT, "the standard height")
+        self.panel.wait_size(WIDTH, HEIGHT, "the standard height")
 
     def test_login_starts_the_program_with_the_session(self) -> None:
         self.press("Login")

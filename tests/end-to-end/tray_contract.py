@@ -60,18 +60,32 @@ class TrayTests:
         self.activate_item()
         return self.panel.wait_open()
 
+    def beside_the_bar(self) -> Rect:
+        """The screen without the bar, which is at the top or at the bottom."""
+        screen, bar = self.screen.area, self.host.bar
+        top = bar.bottom if bar.y == 0 else 0
+        return Rect(0, top, screen.width, screen.height - bar.height)
+
     def wait_readings(self, pattern: str = READINGS) -> None:
-        wait_until(5, f"{pattern} in the tray", lambda: re.fullmatch(pattern, self.program.label()))
+        wait_until(5, f"{pattern} in the tray", lambda: re.fullmatch(pattern, self.program.label()), self.program.label)
+
+    def place_of(self, name: str) -> Point:
+        """Of a row or control, on the screen."""
+        place = self.assistive.place(name)
+        if not self.host.places_its_programs:
+            return place
+        frame = self.panel.frame()
+        return Point(frame.x + place.x, frame.y + place.y)
 
     def pin_another_reading(self) -> None:
         self.open_panel()
         self.assistive.wait_shown("Core 2", "the row", limit=10)
-        self.screen.double_click(self.assistive.place("Core 2"))
+        self.screen.double_click(self.place_of("Core 2"))
         self.wait_readings(READINGS + r"  [0-9.]+°")
 
 
-class PlaceContract(TrayTests):
-    """The item is in the bar, and the panel opens at it. This much also holds at other scales."""
+class LookContract(TrayTests):
+    """The item is seen. This much also holds at other scales."""
 
     def test_the_item_is_in_the_tray_and_legible(self) -> None:
         box = self.tray.wait_item()
@@ -80,6 +94,10 @@ class PlaceContract(TrayTests):
         assert min(box.size) >= SMALLEST_ITEM * self.host.scale
         assert contrast(self.tray.item_colors(box)) >= LEGIBLE_CONTRAST
 
+
+class PlaceContract(TrayTests):
+    """The panel opens at the item. This much also holds at other scales."""
+
     def test_an_activation_opens_the_panel_at_the_item(self) -> None:
         box = self.activate_item()
         frame = self.panel.wait_open()
@@ -87,6 +105,16 @@ class PlaceContract(TrayTests):
         assert self.screen.area.contains(frame)
         assert frame.x <= box.center.x <= frame.right, f"item at {box}, panel at {frame}"
         assert 0 <= gap(frame, self.host.bar) <= LARGEST_GAP * self.host.scale, f"panel at {frame}"
+
+
+class FloatingContract(TrayTests):
+    """For sessions that do not let windows choose their place."""
+
+    def test_an_activation_opens_the_panel_floating_beside_the_bar(self) -> None:
+        frame = self.open_panel()
+        self.desktop.keep_picture("panel")
+        assert self.panel.windows.is_floating(self.panel.TITLE)
+        assert self.beside_the_bar().contains(frame), f"panel at {frame}"
 
 
 class PanelContract(TrayTests):
@@ -108,7 +136,7 @@ class PanelContract(TrayTests):
     def test_a_press_on_another_window_closes_the_panel_and_reaches_the_window(self) -> None:
         with PlainWindow(self.host) as window:
             self.open_panel()
-            self.screen.press(window.place().center)
+            self.screen.press(window.visible_place())
             self.panel.wait_closed("closing by a press on another window")
             wait_until(2, "the press in the other window", window.was_pressed)
 
@@ -116,11 +144,6 @@ class PanelContract(TrayTests):
         self.open_panel()
         self.screen.press(self.host.bare_desktop_place)
         self.panel.wait_closed("closing by a press on the bare desktop")
-
-    def test_a_press_on_the_bar_closes_the_panel(self) -> None:
-        self.open_panel()
-        self.screen.press(self.host.empty_bar_place)
-        self.panel.wait_closed("closing by a press on the bar")
 
     def test_a_second_start_opens_the_panel(self) -> None:
         self.program.start_again()
@@ -132,6 +155,15 @@ class PanelContract(TrayTests):
     def test_a_double_click_pins_a_reading(self) -> None:
         self.pin_another_reading()
         self.desktop.keep_picture("pinned")
+
+
+class BarContract(TrayTests):
+    """For sessions that tell programs of presses that do not move the focus."""
+
+    def test_a_press_on_the_bar_closes_the_panel(self) -> None:
+        self.open_panel()
+        self.screen.press(self.host.empty_bar_place)
+        self.panel.wait_closed("closing by a press on the bar")
 
 
 class ItemContract(TrayTests):
@@ -208,14 +240,8 @@ class ItemContract(TrayTests):
         wait_until(3, "the item's end", lambda: not self.program.is_registered())
         self.tray.wait_empty()
 
-    def beside_the_bar(self) -> Rect:
-        """The screen without the bar, which is at the top or at the bottom."""
-        screen, bar = self.screen.area, self.host.bar
-        top = bar.bottom if bar.y == 0 else 0
-        return Rect(0, top, screen.width, screen.height - bar.height)
 
-
-class TrayContract(PlaceContract, PanelContract, ItemContract):
+class TrayContract(LookContract, PlaceContract, PanelContract, BarContract, ItemContract):
     """All of it."""
 
 

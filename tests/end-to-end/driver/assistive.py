@@ -1,12 +1,11 @@
 """The program as assistive tools see it. Runs `assistive_reader.py` in the desktop's session."""
 
 import sys
-from collections.abc import Mapping
 from pathlib import Path
 from subprocess import CompletedProcess
 from typing import NamedTuple
 
-from driver.desktop import Desktop
+from driver.desktop import Additions, Desktop
 from driver.geometry import Point
 from driver.waiting import wait_until
 
@@ -26,7 +25,7 @@ class Seen(NamedTuple):
 class Assistive:
     """Finds objects by their names, also by names that are followed by ", " and a value."""
 
-    def __init__(self, desktop: Desktop, environment: Mapping[str, str] | None = None) -> None:
+    def __init__(self, desktop: Desktop, environment: Additions | None = None) -> None:
         self._desktop = desktop
         self._environment = environment or {}
 

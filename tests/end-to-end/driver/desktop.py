@@ -18,6 +18,16 @@ SCREEN_SIZE = (1280, 800)
 # What the person who runs the scenarios has set, and what a desktop needs of it.
 PASSED_ON = ("PATH", "LANG", "TZ")
 
+# A bus of another user lets nobody in but that user.
+BUS_CONFIGURATION = """<busconfig>
+  <include>/usr/share/dbus-1/session.conf</include>
+  <policy context="default"><allow user="root"/></policy>
+</busconfig>
+"""
+
+# To the environment of a desktop. None takes a variable out of it.
+Additions = Mapping[str, str | None]
+
 
 class Desktop:
     """What a host and the program share. `stop` ends every process of it and removes its home folder.
@@ -50,19 +60,19 @@ class Desktop:
         kill_processes_of(self.home)
         shutil.rmtree(self.home, ignore_errors=True)
 
-    def start(self, name: str, command: Sequence[str], environment: Mapping[str, str] | None = None) -> Process:
+    def start(self, name: str, command: Sequence[str], environment: Additions | None = None) -> Process:
         """Starts a program. Its output goes to the log of this name."""
-        process = Process([*self._prefix, *command], {**self.environment, **(environment or {})}, self._log(name))
+        process = Process([*self._prefix, *command], self._with(environment), self._log(name))
         self._processes.append(process)
         return process
 
     def run(
-        self, command: Sequence[str], environment: Mapping[str, str] | None = None, limit: float = 20
+        self, command: Sequence[str], environment: Additions | None = None, limit: float = 20
     ) -> subprocess.CompletedProcess:
         """Runs a program to its end, with its output as text."""
         return subprocess.run(
             [*self._prefix, *command],
-            env={**self.environment, **(environment or {})},
+            env=self._with(environment),
             stdin=subprocess.DEVNULL,
             capture_output=True,
             text=True,
@@ -96,6 +106,9 @@ class Desktop:
         for log in self.logs.glob("*.log"):
             shutil.copyfile(log, self._artefacts / f"failed-{self.scenario}-{test}-{log.name}")
 
+    def _with(self, additions: Additions | None) -> dict[str, str]:
+        return {name: value for name, value in {**self.environment, **(additions or {})}.items() if value is not None}
+
     def _own_environment(self) -> dict[str, str]:
         return {
             **{name: os.environ[name] for name in PASSED_ON if name in os.environ},
@@ -127,7 +140,11 @@ class Desktop:
 
     def _start_bus(self, name: str) -> str:
         address = f"unix:path={self.runtime / name}"
-        self.start(name, ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"])
+        configuration = self.home / "bus.conf"
+        self.write(configuration, BUS_CONFIGURATION)
+        self.start(
+            name, ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", f"--address={address}"]
+        )
         wait_until(5, f"the {name}", (self.runtime / name).is_socket)
         return address
 

@@ -1,11 +1,10 @@
 """The program under test, and its panel."""
 
 import signal
-from collections.abc import Mapping
 from pathlib import Path
 
 from driver.bus import Item
-from driver.desktop import Desktop
+from driver.desktop import Additions, Desktop
 from driver.geometry import Rect
 from driver.processes import Process
 from driver.waiting import wait_until
@@ -23,7 +22,7 @@ QUIT_SECONDS = 10
 class Program:
     """kelvinbar-demo on a desktop. `environment` is what a session adds for its programs."""
 
-    def __init__(self, file: Path, desktop: Desktop, environment: Mapping[str, str] | None = None) -> None:
+    def __init__(self, file: Path, desktop: Desktop, environment: Additions | None = None) -> None:
         self._command = [str(file), MACHINE]
         self._desktop = desktop
         self._environment = environment or {}
@@ -92,16 +91,19 @@ class Program:
 
 
 class Panel:
-    """The program's window. Sizes are those at scale 1."""
+    """The program's window."""
 
     TITLE = "Kelvinbar"
-    SIZE = (462, 690)
+    SIZE = (462, 690)  # at scale 1
 
     OPEN_SECONDS = 10  # the first time, on a busy machine
     CLOSE_SECONDS = 3
 
-    def __init__(self, windows: Windows) -> None:
+    def __init__(self, windows: Windows, scale: int, shadow: int) -> None:
+        """`shadow`: how far it may reach at each side, which is a part of the window."""
         self.windows = windows
+        self._scale = scale
+        self._shadow = shadow
 
     def frame(self) -> Rect:
         frame = self.windows.frame(self.TITLE)
@@ -112,15 +114,23 @@ class Panel:
         return self.windows.frame(self.TITLE) is not None
 
     def has_size(self, width: int, height: int) -> bool:
-        return self.is_open() and self.frame().size == (width, height)
+        """At scale 1."""
+        frame = self.windows.frame(self.TITLE)
+        if frame is None:
+            return False
+        surplus = (frame.width - width * self._scale, frame.height - height * self._scale)
+        return all(0 <= pixels <= 2 * self._shadow * self._scale for pixels in surplus)
 
     def has_focus(self) -> bool:
         return self.windows.has_focus(self.TITLE)
 
     def wait_open(self, what: str = "the panel", limit: float = OPEN_SECONDS) -> Rect:
         wait_until(limit, what, self.is_open)
-        wait_until(2, f"{what} at its size", lambda: self.has_size(*self.SIZE))
+        self.wait_size(*self.SIZE, f"{what} at its size")
         return self.frame()
+
+    def wait_size(self, width: int, height: int, what: str) -> None:
+        wait_until(3, what, lambda: self.has_size(width, height), seen=lambda: self.windows.frame(self.TITLE))
 
     def wait_focus(self) -> None:
         """A key goes to the window with the focus, which the window manager gives after it shows the window."""

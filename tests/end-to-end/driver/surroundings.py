@@ -4,7 +4,7 @@ import sys
 from pathlib import Path
 from typing import Self
 
-from driver.geometry import Rect
+from driver.geometry import Point, Rect
 from driver.hosts.host import Host
 from driver.picture import Pixel
 from driver.processes import Process
@@ -51,8 +51,12 @@ class PlainWindow(Surrounding):
         super().__init__(host, "plain-window", "plain_window.py", _hexadecimal(self.COLOR))
 
     def place(self) -> Rect | None:
-        """Of the part that is not covered."""
         return self._host.desktop.screen.picture().box_of(self.COLOR)
+
+    def visible_place(self) -> Point:
+        """The panel is to the right of it or in its middle."""
+        place = self.place()
+        return Point(place.x + 20, place.center.y)
 
     def was_pressed(self) -> bool:
         return "pressed" in self._process.text()

@@ -9,11 +9,18 @@ POLL_SECONDS = 0.05
 Value = TypeVar("Value")
 
 
-def wait_until(limit: float, what: str, condition: Callable[[], Value]) -> Value:
-    """The first result of the condition that is true. Fails, naming `what`, after `limit` seconds."""
+def wait_until(
+    limit: float, what: str, condition: Callable[[], Value], seen: Callable[[], object] | None = None
+) -> Value:
+    """The first result of the condition that is true.
+
+    Fails after `limit` seconds, naming `what`, and what is `seen` instead.
+    """
     end = time.monotonic() + limit
     while not (result := condition()):
-        assert time.monotonic() < end, f"{what}: not within {limit} s"
+        if time.monotonic() > end:
+            instead = f", but {seen()}" if seen else ""
+            raise AssertionError(f"{what}: not within {limit} s{instead}")
         time.sleep(POLL_SECONDS)
     return result
 

@@ -3,16 +3,16 @@
 import json
 import re
 import subprocess
-from collections.abc import Mapping
 from pathlib import Path
 from typing import Protocol
 
+from driver.desktop import Additions, Desktop
 from driver.geometry import Rect
 
 
 class Windows(Protocol):
     def frame(self, title: str) -> Rect | None:
-        """Of the visible window with this title. None if there is none."""
+        """In pixels of the screen. None if no visible window has this title."""
 
     def has_focus(self, title: str) -> bool:
         ...
@@ -21,7 +21,8 @@ class Windows(Protocol):
 class XWindows:
     """The windows of an X server, without shadows that their programs draw."""
 
-    def __init__(self, environment: Mapping[str, str]) -> None:
+    def __init__(self, desktop: Desktop, environment: Additions) -> None:
+        self._desktop = desktop
         self._environment = environment
 
     def frame(self, title: str) -> Rect | None:
@@ -56,19 +57,19 @@ class XWindows:
         return tuple(map(int, extents)) if len(extents) == 4 else (0, 0, 0, 0)
 
     def _ask(self, *command: str) -> str:
-        asked = subprocess.run(command, env=self._environment, capture_output=True, text=True, timeout=10, check=False)
-        return asked.stdout
+        return self._desktop.run(command, self._environment).stdout
 
 
 class SwayWindows:
-    """The windows of a sway session, in its own pixels."""
+    """The windows of a sway session."""
 
-    def __init__(self, socket: Path) -> None:
+    def __init__(self, socket: Path, scale: int) -> None:
         self._socket = socket
+        self._scale = scale
 
     def frame(self, title: str) -> Rect | None:
         window = self._window(title)
-        return Rect(**window["rect"]) if window else None
+        return Rect(**{name: value * self._scale for name, value in window["rect"].items()}) if window else None
 
     def has_focus(self, title: str) -> bool:
         window = self._window(title)

@@ -1,32 +1,36 @@
 """What a scenario knows of a host."""
 
-from collections.abc import Mapping, Sequence
+from collections.abc import Sequence
 
 from driver.bus import WATCHER
-from driver.desktop import Desktop
+from driver.desktop import Additions, Desktop
 from driver.geometry import Point, Rect
 from driver.processes import Process
 from driver.waiting import wait_until
 from driver.windows import Windows, XWindows
 
 BAR_HEIGHT = 28
+PANEL_SHADOW = 24
 
 
 class Host:
     """A desktop with a tray in a bar. As a context it is started, and stopped in the end.
 
     `bar` is the place of the bar on the screen. `tray` is the part of it where items appear and nothing else changes.
-    `environment` is what the session adds for its programs.
+    `environment` is what the session adds for its programs. `places_its_programs` tells that windows are where the
+    session wants them, and do not know where that is.
     """
 
     watcher_seconds: float = 10
     scale = 1
+    shadow = 0  # how far the panel's may reach; none without a compositor
+    places_its_programs = False
     menu_button = 3
     menu_entry_offset = 14  # from the top of the menu to its first entry
 
     def __init__(self, desktop: Desktop) -> None:
         self.desktop = desktop
-        self.environment: dict[str, str] = {}
+        self.environment: dict[str, str | None] = {}
         self._processes: list[Process] = []
 
     def __enter__(self) -> "Host":
@@ -85,13 +89,13 @@ class Host:
         wait_until(self.watcher_seconds, "the watcher", lambda: self.desktop.bus.has(WATCHER))
 
     def windows(self) -> Windows:
-        return XWindows({**self.desktop.environment, **self.environment})
+        return XWindows(self.desktop, self.environment)
 
     def activate(self, place: Point) -> None:
         """Does with the pointer what activates an item in this tray."""
         self.desktop.screen.press(place)
 
-    def _launch(self, name: str, command: Sequence[str], environment: Mapping[str, str] | None = None) -> Process:
+    def _launch(self, name: str, command: Sequence[str], environment: Additions | None = None) -> Process:
         self._processes.append(self.desktop.start(name, command, {**self.environment, **(environment or {})}))
         return self._processes[-1]
 
