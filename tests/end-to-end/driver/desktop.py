@@ -120,6 +120,7 @@ class Desktop:
             "XDG_RUNTIME_DIR": str(self.home / "run"),
             "XDG_CURRENT_DESKTOP": "Test",
             "XDG_SESSION_TYPE": "x11",
+            "GSETTINGS_BACKEND": "keyfile",  # a file that hosts can write
             "LC_ALL": "C.UTF-8",  # prints degree signs
             "LIBGL_ALWAYS_SOFTWARE": "1",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",

@@ -99,6 +99,10 @@ class Host:
         self._processes.append(self.desktop.start(name, command, {**self.environment, **(environment or {})}))
         return self._processes[-1]
 
+    def _write_settings(self, text: str) -> None:
+        """Writes what programs read through GSettings."""
+        self.desktop.write(self.desktop.configuration / "glib-2.0/settings/keyfile", text)
+
     def _launch_window_manager(self) -> None:
         """Xfce's, for desktops that are only a bar, or not even that."""
         self._launch("window-manager", ["xfwm4", "--compositor=off"])
