@@ -1,5 +1,6 @@
 """What a scenario knows of a host."""
 
+import time
 from collections.abc import Sequence
 
 from driver.bus import WATCHER
@@ -22,6 +23,7 @@ class Host:
     """
 
     watcher_seconds: float = 10
+    settle_seconds: float = 0  # from then until the bar is drawn as it stays
     scale = 1
     shadow = 0  # how far the panel's may reach; none without a compositor
     places_its_programs = False
@@ -63,9 +65,10 @@ class Host:
         return Point(200 * self.scale, 600 * self.scale)
 
     def start(self) -> None:
-        """Starts the session and its bar. Returns when the tray accepts items."""
+        """Starts the session and its bar. Returns when the tray accepts items, and looks as it will."""
         self.start_bar()
         self.wait_for_watcher()
+        time.sleep(self.settle_seconds)
 
     def start_bar(self) -> None:
         raise NotImplementedError
