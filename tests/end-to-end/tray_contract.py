@@ -222,7 +222,7 @@ class ItemContract(TrayTests):
         self.host.stop_bar()
         self.program.start()
         self.host.start_bar()
-        self.host.wait_for_watcher()
+        self.host.wait_for_tray()
         self.program.wait_for_tray()
         self.tray.wait_item()
 

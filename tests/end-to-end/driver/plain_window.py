@@ -18,7 +18,7 @@ def main(color):
     window = Gtk.Window(title="Plain window", default_width=400, default_height=300)
     window.get_style_context().add_provider(style, Gtk.STYLE_PROVIDER_PRIORITY_APPLICATION)
     window.connect("button-press-event", lambda *_: tell("pressed"))
-    window.connect("key-press-event", lambda _, event: tell(f"key {event.get_keycode().keycode}"))
+    window.connect("focus-in-event", lambda *_: tell("focused"))
     window.connect("destroy", Gtk.main_quit)
     window.show_all()
     Gtk.main()

@@ -22,7 +22,19 @@ class Screen:
         self.size = size
         read, write = os.pipe()
         geometry = f"{size[0]}x{size[1]}x24"
-        command = ["Xvfb", "-displayfd", str(write), "-screen", "0", geometry, "-dpi", "96", "-nolisten", "tcp", "-noreset"]
+        command = [
+            "Xvfb",
+            "-displayfd",
+            str(write),
+            "-screen",
+            "0",
+            geometry,
+            "-dpi",
+            "96",
+            "-nolisten",
+            "tcp",
+            "-noreset",
+        ]
         self._server = Process(command, environment, log, inherited=(write,))
         os.close(write)
         with os.fdopen(read) as pipe:

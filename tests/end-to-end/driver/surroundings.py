@@ -50,6 +50,11 @@ class PlainWindow(Surrounding):
     def __init__(self, host: Host) -> None:
         super().__init__(host, "plain-window", "plain_window.py", _hexadecimal(self.COLOR))
 
+    def __enter__(self) -> Self:
+        super().__enter__()
+        wait_until(5, "the focus of another window", lambda: "focused" in self._process.text())
+        return self
+
     def place(self) -> Rect | None:
         return self._host.desktop.screen.picture().box_of(self.COLOR)
 

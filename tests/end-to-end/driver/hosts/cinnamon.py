@@ -21,7 +21,7 @@ scaling-factor=uint32 %d
 
 class Cinnamon(Host):
     shadow = PANEL_SHADOW
-    watcher_seconds = 20
+    tray_seconds = 20
     settle_seconds = 6
 
     def __init__(self, desktop: Desktop, scale: int = 1) -> None:

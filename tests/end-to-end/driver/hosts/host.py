@@ -22,7 +22,7 @@ class Host:
     session wants them, and do not know where that is.
     """
 
-    watcher_seconds: float = 10
+    tray_seconds: float = 10
     settle_seconds: float = 0  # from then until the bar is drawn as it stays
     scale = 1
     shadow = 0  # how far the panel's may reach; none without a compositor
@@ -67,7 +67,7 @@ class Host:
     def start(self) -> None:
         """Starts the session and its bar. Returns when the tray accepts items, and looks as it will."""
         self.start_bar()
-        self.wait_for_watcher()
+        self.wait_for_tray()
         time.sleep(self.settle_seconds)
 
     def start_bar(self) -> None:
@@ -81,15 +81,18 @@ class Host:
     def stop_bar(self) -> None:
         """Ends the bar with its tray. Returns when the tray is gone."""
         self._processes.pop().stop()
-        wait_until(10, "the watcher's end", lambda: not self.desktop.bus.has(WATCHER))
+        wait_until(10, "the tray's end", lambda: not self.has_tray())
 
     def restart(self) -> None:
         self.stop_bar()
         self.start_bar()
-        self.wait_for_watcher()
+        self.wait_for_tray()
 
-    def wait_for_watcher(self) -> None:
-        wait_until(self.watcher_seconds, "the watcher", lambda: self.desktop.bus.has(WATCHER))
+    def wait_for_tray(self) -> None:
+        wait_until(self.tray_seconds, "the tray", self.has_tray)
+
+    def has_tray(self) -> bool:
+        return self.desktop.bus.has(WATCHER)
 
     def windows(self) -> Windows:
         return XWindows(self.desktop, self.environment)

@@ -63,7 +63,7 @@ class MatePanel(Host):
 class MateSession(MatePanel):
     """With session management, which starts the parts."""
 
-    watcher_seconds = 20
+    tray_seconds = 20
 
     def _start_session(self) -> None:
         self._launch("mate-session", ["mate-session"])
