@@ -18,8 +18,9 @@ declare -A evidence=(
   [qt6-declarative-dev-tools]=/usr/lib/qt6/bin/qmllint [qml6-module-qttest]='/usr/lib/*/qt6/qml/QtTest/qmldir'
   [qml6-module-qtqml-workerscript]='/usr/lib/*/qt6/qml/QtQml/WorkerScript/qmldir'
   [xvfb]=xvfb-run [xauth]=xauth [dbus-daemon]=dbus-run-session [libglib2.0-bin]=gdbus [xdotool]=xdotool
-  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo [procps]=pkill
+  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo
   [xclip]=xclip [python3]=python3 [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
+  [python3-pytest]=/usr/lib/python3/dist-packages/pytest/__init__.py [gir1.2-gtk-3.0]='/usr/lib/*/girepository-1.0/Gtk-3.0.typelib'
   [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [npm]=npm [clang-19]=clang++-19 [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
@@ -29,7 +30,7 @@ qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick q
 build="g++ cmake ninja-build libcli11-dev $qt"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
-desktop="$virtual procps x11-utils python3-pyatspi xfwm4 xfce4-panel lxqt-panel trayer"
+desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer"
 declare -A packages=(
   [run]="$build"
   [test]="$build $lint python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"

@@ -1,11 +1,13 @@
-# Reads and presses the program's controls through the accessibility interface.
-#
-# usage: assistive.py list                 every visible object: depth, role, name, description, states
-#        assistive.py place NAME           the centre of the object on the screen: x y
-#        assistive.py states NAME          its states
-#        assistive.py press NAME           presses it
-#
-# Also finds names that are followed by ", " and a value. Fails if there is no such object.
+"""Reads and presses the program's controls through the accessibility interface.
+
+usage: assistive_reader.py list                 every visible object: depth, role, name, description, states
+       assistive_reader.py place NAME           the centre of the object on the screen: x y
+       assistive_reader.py states NAME          its states
+       assistive_reader.py press NAME           presses it
+
+Also finds names that are followed by ", " and a value. Fails if there is no such object.
+"""
+
 import sys
 
 import pyatspi
@@ -17,7 +19,7 @@ def program():
     for application in pyatspi.Registry.getDesktop(0):
         if application is not None and application.name == "kelvinbar-demo":
             return application
-    sys.exit("assistive.py: the program is not among the applications")
+    sys.exit("assistive_reader.py: the program is not among the applications")
 
 
 def showing(thing):
@@ -37,7 +39,7 @@ def named(name):
         if thing.name == name or thing.name.startswith(name + ", "):
             if thing.getRoleName() not in ("application", "frame"):
                 return thing
-    sys.exit(f"assistive.py: nothing is called '{name}'")
+    sys.exit(f"assistive_reader.py: nothing is called '{name}'")
 
 
 def states(thing):
@@ -49,7 +51,7 @@ def press(thing):
     action = thing.queryAction()
     names = [action.getName(index) for index in range(action.nActions)]
     if "Press" not in names:
-        sys.exit(f"assistive.py: only {names} can be done")
+        sys.exit(f"assistive_reader.py: only {names} can be done")
     action.doAction(names.index("Press"))
 
 
