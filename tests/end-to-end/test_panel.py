@@ -161,14 +161,42 @@ class TestPanel:
 
     def test_about_closes_with_the_panel(self) -> None:
         self.open_about()
-        self.screen.press(Point(200, 600))
-        self.panel.wait_closed("the panel's end")
+        self.close_by_press_elsewhere()
         self.open_panel()
         assert not self.assistive.shows(ABOUT), "About is still open"
 
     def open_about(self) -> None:
         self.press("About")
         self.assistive.wait_shown(ABOUT, "About")
+
+    def test_the_menu_opens_the_panel_and_never_closes_it(self) -> None:
+        self.close_by_press_elsewhere()
+        self.program.item().choose("Open Kelvinbar")
+        self.panel.wait_open("the panel by the menu")
+        for entry in ("Open Kelvinbar", "CPU Proximity"):
+            self.program.item().choose(entry)
+        assert stays(0.5, self.panel.is_open), "Open closed the panel"
+
+    def test_the_menu_copies_without_the_panel(self) -> None:
+        self.close_by_press_elsewhere()
+        self.desktop.start("clipboard", ["xclip", "-quiet", "-i", "-selection", "clipboard", "/dev/null"])
+        wait_until(3, "an empty clipboard", lambda: self.pasted() == "")
+        self.program.item().choose("Copy")
+        wait_until(3, "a snapshot by the menu", lambda: "CPU Proximity" in self.pasted())
+        assert not self.panel.is_open(), "Copy opened the panel"
+
+    def test_the_menu_opens_about(self) -> None:
+        self.close_by_press_elsewhere()
+        self.program.item().choose("About")
+        self.assistive.wait_shown(ABOUT, "About by the menu", limit=10)
+        self.panel.wait_focus()
+        self.screen.type_key("Escape")
+        self.assistive.wait_hidden(ABOUT, "About's end")
+        assert self.panel.is_open(), "Escape closed the panel under About"
+
+    def close_by_press_elsewhere(self) -> None:
+        self.screen.press(Point(200, 600))
+        self.panel.wait_closed("the panel's end")
 
     def test_the_keyboard_alone_pins_hides_and_closes(self) -> None:
         self.panel.wait_focus()

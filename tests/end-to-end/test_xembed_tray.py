@@ -6,6 +6,7 @@ from collections.abc import Iterator
 import pytest
 
 from driver.desktop import Desktop
+from driver.geometry import Point
 from driver.hosts.trayer import Trayer
 from driver.hosts.xfce import XfcePanel
 from driver.program import Panel, Program
@@ -35,6 +36,27 @@ def test_a_press_opens_the_panel_below_the_tray(desktop: Desktop, host: Trayer, 
     panel.wait_focus()
     desktop.screen.type_key("Escape")
     panel.wait_closed("closing by Escape")
+
+
+def test_the_pointer_over_the_icon_shows_the_tooltip(desktop: Desktop, host: Trayer) -> None:
+    windows = host.window_count()
+    for x in (60, 40, 20, 14, 12):
+        desktop.screen.point_at(Point(x, 12))
+    wait_until(5, "the tooltip", lambda: host.window_count() > windows)
+    desktop.keep_picture("tooltip")
+
+
+def test_a_right_click_opens_the_menu(desktop: Desktop, host: Trayer, panel: Panel) -> None:
+    windows = host.window_count()
+    desktop.screen.press(host.bar.center, button=3)
+    wait_until(5, "the menu", lambda: host.window_count() > windows)
+    time.sleep(0.3)  # it is drawn
+    desktop.keep_picture("menu")
+    for key in ("Down", "Down", "Return"):  # the reading, then "Open Kelvinbar"
+        desktop.screen.type_key(key)
+        time.sleep(0.1)
+    panel.wait_open("the panel by the menu")
+    panel.wait_focus()
 
 
 def test_the_icon_moves_to_a_newer_kind_of_tray_that_appears(desktop: Desktop, host: Trayer, program: Program) -> None:

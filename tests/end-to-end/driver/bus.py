@@ -95,6 +95,12 @@ class Item:
         _, (_, _, entries) = self._bus.call(self.service, self.property("Menu"), MENU, "GetLayout", arguments)
         return {entry_id: properties.get("label", "") for entry_id, properties, _ in entries}
 
+    def choose(self, text: str) -> None:
+        """Chooses the first entry of the menu whose text begins so, as a tray does."""
+        entry_id = next(entry_id for entry_id, entry in self.menu().items() if entry.startswith(text))
+        arguments = GLib.Variant("(isvu)", (entry_id, "clicked", GLib.Variant("s", ""), 0))
+        self._bus.call(self.service, self.property("Menu"), MENU, "Event", arguments)
+
 
 def _service_and_path(name: str) -> tuple[str, str]:
     """A watcher lists a bus name, with or without the item's path behind it."""
