@@ -23,6 +23,13 @@ declare -A evidence=(
   [xclip]=xclip [python3]=python3 [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
   [python3-pytest]=/usr/lib/python3/dist-packages/pytest/__init__.py [gir1.2-gtk-3.0]='/usr/lib/*/girepository-1.0/Gtk-3.0.typelib'
   [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
+  [sway]=sway [waybar]=waybar [xwayland]=Xwayland [qt6-wayland]='/usr/lib/*/qt6/plugins/platforms/libqwayland-generic.so'
+  [i3lock]=i3lock [gnome-shell]=gnome-shell [gnome-settings-daemon]=/usr/libexec/gsd-xsettings
+  [gnome-shell-extension-appindicator]='/usr/share/gnome-shell/extensions/ubuntu-appindicators@ubuntu.com/extension.js'
+  [plasma-desktop]=/usr/share/plasma/shells/org.kde.plasma.desktop/metadata.json [plasma-workspace]=plasmashell
+  [kwin-x11]=kwin_x11 [x11-xserver-utils]=xrdb [marco]=marco [mate-panel]=mate-panel
+  [mate-settings-daemon]=mate-settings-daemon [mate-session-manager]=mate-session [cinnamon]=cinnamon
+  [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [npm]=npm [clang-19]=clang++-19 [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
@@ -32,12 +39,16 @@ qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick q
 build="g++ cmake ninja-build libcli11-dev $qt $xcb"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
-desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer"
+desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
+  sway waybar xwayland qt6-wayland i3lock"
+desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon plasma-desktop plasma-workspace kwin-x11
+  x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher"
 declare -A packages=(
   [run]="$build"
   [test]="$build $lint libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
+  [desktops]="$desktop $desktops"
   [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"

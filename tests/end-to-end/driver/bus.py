@@ -33,6 +33,10 @@ class Bus:
         arguments = GLib.Variant("(ss)", (interface, name))
         return self.call(service, path, "org.freedesktop.DBus.Properties", "Get", arguments)[0]
 
+    def set_property(self, service: str, path: str, interface: str, name: str, value: GLib.Variant) -> None:
+        arguments = GLib.Variant("(ssv)", (interface, name, value))
+        self.call(service, path, "org.freedesktop.DBus.Properties", "Set", arguments)
+
     def has(self, name: str) -> bool:
         return self._ask_bus("NameHasOwner", GLib.Variant("(s)", (name,)))
 
@@ -103,6 +107,6 @@ class Item:
 
 
 def _service_and_path(name: str) -> tuple[str, str]:
-    """A watcher lists a bus name, with or without the item's path behind it."""
+    """Watchers list a bus name; most add the item's path, some with "@" in between."""
     service, slash, path = name.partition("/")
-    return service, slash + path or ITEM_PATH
+    return service.rstrip("@"), slash + path or ITEM_PATH

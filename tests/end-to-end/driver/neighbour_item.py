@@ -1,23 +1,28 @@
 """A status item of one colour, for the places beside the program's item. usage: neighbour_item.py ID RRGGBB"""
 
-import os
 import sys
 
 from gi.repository import Gio, GLib
 
 SIDE = 22
-NAME = f"org.kde.StatusNotifierItem-{os.getpid()}-1"
 WATCHER = "org.kde.StatusNotifierWatcher"
-INTERFACE = """<node><interface name="org.kde.StatusNotifierItem">
+INTERFACES = """<node><interface name="org.kde.StatusNotifierItem">
   <property name="Id" type="s" access="read"/>
   <property name="Category" type="s" access="read"/>
   <property name="Status" type="s" access="read"/>
   <property name="Title" type="s" access="read"/>
+  <property name="Menu" type="o" access="read"/>
   <property name="ItemIsMenu" type="b" access="read"/>
   <property name="IconName" type="s" access="read"/>
   <property name="IconPixmap" type="a(iiay)" access="read"/>
   <signal name="NewIcon"/>
+</interface><interface name="com.canonical.dbusmenu">
+  <method name="GetLayout">
+    <arg type="i" direction="in"/><arg type="i" direction="in"/><arg type="as" direction="in"/>
+    <arg type="u" direction="out"/><arg type="(ia{sv}av)" direction="out"/>
+  </method>
 </interface></node>"""
+EMPTY_MENU = GLib.Variant("(u(ia{sv}av))", (1, (0, {}, [])))
 
 
 def properties(item_id, color):
@@ -27,6 +32,7 @@ def properties(item_id, color):
         "Category": GLib.Variant("s", "ApplicationStatus"),
         "Status": GLib.Variant("s", "Active"),
         "Title": GLib.Variant("s", item_id),
+        "Menu": GLib.Variant("o", "/StatusMenu"),  # GNOME shows no item without this
         "ItemIsMenu": GLib.Variant("b", False),
         "IconName": GLib.Variant("s", ""),
         "IconPixmap": GLib.Variant("a(iiay)", [(SIDE, SIDE, pixels)]),
@@ -36,12 +42,12 @@ def properties(item_id, color):
 def main(item_id, color):
     values = properties(item_id, color)
     bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-    interface = Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0]
-    bus.register_object("/StatusNotifierItem", interface, None, lambda *call: values[call[4]], None)
-    Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, None, None)
+    item, menu = Gio.DBusNodeInfo.new_for_xml(INTERFACES).interfaces
+    bus.register_object("/StatusNotifierItem", item, None, lambda *call: values[call[4]], None)
+    bus.register_object("/StatusMenu", menu, lambda *call: call[-1].return_value(EMPTY_MENU), None, None)
 
     def register(*_):
-        arguments = GLib.Variant("(s)", (NAME,))
+        arguments = GLib.Variant("(s)", (bus.get_unique_name(),))
         bus.call(WATCHER, "/StatusNotifierWatcher", WATCHER, "RegisterStatusNotifierItem", arguments, None, 0, -1)
 
     Gio.bus_watch_name_on_connection(bus, WATCHER, Gio.BusNameWatcherFlags.NONE, register, None)

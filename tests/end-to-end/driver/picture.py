@@ -11,6 +11,8 @@ from driver.waiting import wait_until
 Pixel = tuple[int, int, int]
 Columns = tuple[int, int] | None  # the first and the last of a row
 
+SIMILAR = 30  # shells dim icons
+
 STEADY_LOOKS = 8
 STEADY_PIXELS = 6  # digits differ in width by less
 STEADY_SECONDS = 10
@@ -29,8 +31,8 @@ class Picture:
         return {tuple(row[at : at + 3]) for row in rows for at in columns}
 
     def box_of(self, color: Pixel) -> Rect | None:
-        """The smallest rectangle around all pixels of this colour. None if there is no such pixel."""
-        return self._box(lambda y: _columns_of(bytes(color), self._row(y)))
+        """The smallest rectangle around all pixels of about this colour. None if there is no such pixel."""
+        return self._box(lambda y: _columns_of(color, self._row(y)))
 
     def box_of_difference(self, other: "Picture") -> Rect | None:
         """The smallest rectangle around all pixels that are not as in the other picture of the same place."""
@@ -49,8 +51,11 @@ class Picture:
         return Rect(self.area.x + left, min(rows), right - left + 1, max(rows) - min(rows) + 1)
 
 
-def _columns_of(color: bytes, row: bytes) -> Columns:
-    found = [match.start() // 3 for match in re.finditer(re.escape(color), row) if match.start() % 3 == 0]
+def _columns_of(color: Pixel, row: bytes) -> Columns:
+    ranges = [(max(part - SIMILAR, 0), min(part + SIMILAR, 255)) for part in color]
+    pattern = b"".join(b"[\\x%02x-\\x%02x]" % bounds for bounds in ranges)
+    overlapping = re.finditer(b"(?=%s)" % pattern, row, re.DOTALL)
+    found = [match.start() // 3 for match in overlapping if match.start() % 3 == 0]
     return (found[0], found[-1]) if found else None
 
 

@@ -23,7 +23,7 @@ class Program:
     """kelvinbar-demo on a desktop. `environment` is what a session adds for its programs."""
 
     def __init__(self, file: Path, desktop: Desktop, environment: Additions | None = None) -> None:
-        self._command = [str(file), MACHINE]
+        self.command = [str(file), MACHINE]
         self._desktop = desktop
         self._environment = environment or {}
         self._process: Process | None = None
@@ -47,16 +47,16 @@ class Program:
         return dict(line.split("=", 1) for line in lines if "=" in line)
 
     def start(self) -> None:
-        self._process = self._desktop.start("program", self._command, self._environment)
+        self._process = self._desktop.start("program", self.command, self._environment)
         wait_until(START_SECONDS, "the item on the bus", lambda: self._desktop.bus.exported_item_of(self.pid))
 
     def start_again(self) -> None:
         """A second start, which the first instance takes over."""
-        second = self._desktop.run(self._command, self._environment, HAND_OVER_SECONDS)
+        second = self._desktop.run(self.command, self._environment, HAND_OVER_SECONDS)
         assert second.returncode == 0, f"the second start failed: {second.stderr}"
 
     def start_again_at_once(self, times: int) -> None:
-        starts = [self._desktop.start("second-start", self._command, self._environment) for _ in range(times)]
+        starts = [self._desktop.start("second-start", self.command, self._environment) for _ in range(times)]
         assert [start.status(HAND_OVER_SECONDS) for start in starts] == [0] * times
 
     def log(self) -> str:

@@ -14,6 +14,7 @@ class TrayView:
     def __init__(self, host: Host) -> None:
         self._host = host
         self._screen = host.desktop.screen
+        self._screen.point_at(host.bare_desktop_place)
         self._empty = self._screen.settled_picture(host.tray)
 
     def item_box(self) -> Rect | None:

@@ -1,0 +1,39 @@
+"""Sessions without a display: one sentence on standard error and exit status 1. A second start needs no display."""
+
+from collections.abc import Iterator
+
+import pytest
+
+from driver.desktop import Additions, Desktop
+from driver.hosts.host import NoBar
+from driver.program import Panel, Program
+
+NO_DISPLAY = {"DISPLAY": None, "WAYLAND_DISPLAY": None}
+WITHOUT_A_DISPLAY = {
+    "none": NO_DISPLAY,
+    "a dead one": {"DISPLAY": ":4242", "WAYLAND_DISPLAY": None},
+    "a dead compositor": {"DISPLAY": None, "WAYLAND_DISPLAY": "wayland-4242"},
+    "an unknown platform": {"QT_QPA_PLATFORM": "unknown"},
+}
+
+
+@pytest.fixture(scope="module")
+def host(desktop: Desktop) -> Iterator[NoBar]:
+    with NoBar(desktop) as host:
+        yield host
+
+
+@pytest.mark.parametrize("environment", WITHOUT_A_DISPLAY.values(), ids=WITHOUT_A_DISPLAY)
+def test_a_start_without_a_display_says_so_and_exits(
+    desktop: Desktop, program: Program, environment: Additions
+) -> None:
+    start = desktop.run(program.command, environment)
+    assert start.returncode == 1, start.stderr
+    assert len(start.stderr.strip().splitlines()) == 1, start.stderr
+
+
+def test_a_second_start_hands_over_without_a_display(desktop: Desktop, program: Program, panel: Panel) -> None:
+    program.start()
+    second = desktop.run(program.command, NO_DISPLAY)
+    assert second.returncode == 0, second.stderr
+    panel.wait_open()
