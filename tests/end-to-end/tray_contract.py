@@ -225,8 +225,12 @@ class ItemContract(TrayTests):
         self.tray.wait_item()
 
     def test_the_item_is_there_after_five_restarts_of_the_host(self) -> None:
-        for _ in range(5):
-            self.host.restart()
+        """Which ends normally and by a crash in turn."""
+        for restart in range(5):
+            end_bar = self.host.kill_bar if restart % 2 else self.host.stop_bar
+            end_bar()
+            self.host.start_bar()
+            self.host.wait_for_tray()
             self.program.wait_for_tray()
             self.tray.wait_item()
         self.wait_readings()

@@ -111,6 +111,9 @@ class GnomeWayland(Gnome):
         self._set_extension("disable")
         wait_until(10, "the tray's end", lambda: not self.has_tray())
 
+    def kill_bar(self) -> None:
+        self.stop_bar()
+
     def _set_extension(self, action: str) -> None:
         done = self.desktop.run(["gnome-extensions", action, EXTENSION])
         assert done.returncode == 0, done.stderr
