@@ -57,7 +57,9 @@ class Process:
         self._child.wait(STOP_SECONDS)
 
     def stop(self) -> None:
-        """Ends the process and whatever else is in its group."""
+        """Ends the process and whatever else is in its group. After its end, the group may be another's."""
+        if not self.runs:
+            return
         self._send_to_group(signal.SIGTERM)
         try:
             self._child.wait(STOP_SECONDS)
