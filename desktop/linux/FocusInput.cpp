@@ -1,5 +1,7 @@
 #include "desktop/linux/FocusInput.h"
 
+#include <QGuiApplication>
+#include <QStyleHints>
 #include <chrono>
 #include <utility>
 
@@ -67,11 +69,19 @@ void FocusInput::activeChanged() {
 
 void FocusInput::pressed(QPoint place) {
     if (window_ != nullptr) {
-        if (!area_.translated(window_->position()).contains(place)) dismiss(DismissingPress::held);
-        return;
+        if (area_.translated(window_->position()).contains(place)) return;
+        lastPress_ = place;
+        return dismiss(DismissingPress::held);
     }
-    const bool isDismissing = dismissingPress_ == DismissingPress::unreported;
-    setDismissingPress(isDismissing ? DismissingPress::held : DismissingPress::none);
+    setDismissingPress(continuesDismissal(place) ? DismissingPress::held : DismissingPress::none);
+    lastPress_ = place;
+}
+
+/// Whether a press after the dismissal is its cause, or the second one of a double-click.
+bool FocusInput::continuesDismissal(QPoint place) const {
+    if (dismissingPress_ == DismissingPress::unreported) return true;
+    return dismissingPress_ == DismissingPress::released &&
+           (place - lastPress_).manhattanLength() <= QGuiApplication::styleHints()->startDragDistance();
 }
 
 void FocusInput::released() {

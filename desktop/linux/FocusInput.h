@@ -18,8 +18,9 @@ namespace kelvinbar {
 /// user dismisses it by turning to another window, or by a press elsewhere that leaves the focus where it is,
 /// such as one on a bar.
 ///
-/// A press on the status item that dismisses the popover is reported by the tray too, at the press or at the
-/// release; `takesDismissingPress` keeps that report from opening the popover again.
+/// A press on the status item that dismisses the popover is reported by the tray too: at the press, at the
+/// release, or at the second press of a double-click. `takesDismissingPress` keeps that report from opening
+/// the popover again.
 ///
 /// Limits: where the window system does not report presses elsewhere, only the focus counts. Main thread.
 class FocusInput final : public QObject, public PopoverInput {
@@ -74,6 +75,7 @@ class FocusInput final : public QObject, public PopoverInput {
     void released();
     void dismiss(DismissingPress press);
     void setDismissingPress(DismissingPress press);
+    [[nodiscard]] bool continuesDismissal(QPoint place) const;
 
     WindowSystem system_;
     FocusRight right_;
@@ -82,6 +84,7 @@ class FocusInput final : public QObject, public PopoverInput {
     std::function<void()> onDismissed_;
     std::shared_ptr<void> presses_;
     bool hadFocus_ = false; ///< the window, since it was opened
+    QPoint lastPress_;      ///< that was elsewhere
     DismissingPress dismissingPress_ = DismissingPress::none;
     QTimer reportWait_; ///< for the tray's report of a press that is not held any more
 };

@@ -1,4 +1,7 @@
-"""The program in GNOME's shell on Wayland, through the session's X server."""
+"""The program in GNOME's shell on Wayland, through the session's X server.
+
+Presses on the bare desktop or on the bar do not move the focus there, and no program is told of them.
+"""
 
 from collections.abc import Iterator
 
@@ -6,7 +9,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.gnome import GnomeWayland
-from tray_contract import TrayContract
+from tray_contract import ItemContract, LookContract, PanelContract, PlaceContract
 
 
 @pytest.fixture(scope="module")
@@ -21,5 +24,5 @@ def host(desktop: Desktop) -> Iterator[GnomeWayland]:
         yield host
 
 
-class TestGnomeWayland(TrayContract):
+class TestGnomeWayland(LookContract, PlaceContract, PanelContract, ItemContract):
     pass

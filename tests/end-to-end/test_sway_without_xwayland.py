@@ -1,4 +1,7 @@
-"""The program in Waybar's tray in sway, in a session without an X server."""
+"""The program in Waybar's tray in sway, in a session without an X server.
+
+A press on the bar does not move the focus there, and no program is told of it.
+"""
 
 from collections.abc import Iterator
 
@@ -6,7 +9,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.waybar import Waybar
-from tray_contract import FloatingContract, ItemContract, LookContract, PanelContract
+from tray_contract import BareDesktopContract, FloatingContract, ItemContract, LookContract, PanelContract
 
 
 @pytest.fixture(scope="module")
@@ -20,5 +23,5 @@ def host(desktop: Desktop) -> Iterator[Waybar]:
         yield host
 
 
-class TestSwayWithoutXwayland(LookContract, FloatingContract, PanelContract, ItemContract):
+class TestSwayWithoutXwayland(LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract):
     pass

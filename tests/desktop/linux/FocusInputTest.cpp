@@ -196,8 +196,15 @@ TEST_F(FocusInputTest, TakesTheClickThatIsOnlySeenByTheLostFocus) {
 TEST_F(FocusInputTest, DoesNotTakeTheNextClick) {
     open();
     click(elsewhere);
-    press(elsewhere);
+    press(elsewhere + QPoint(300, 0));
     EXPECT_FALSE(input_.takesDismissingPress());
+}
+
+TEST_F(FocusInputTest, TakesTheDoubleClickWhoseFirstPressHasDismissedIt) {
+    open();
+    click(elsewhere);
+    press(elsewhere + QPoint(1, 0));
+    EXPECT_TRUE(input_.takesDismissingPress());
 }
 
 TEST_F(FocusInputTest, DoesNotTakeAClickLongAfterTheRelease) {

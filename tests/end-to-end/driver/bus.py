@@ -90,9 +90,6 @@ class Item:
     def label(self) -> str:
         return self.property("XAyatanaLabel")
 
-    def activate(self, x: int, y: int) -> None:
-        self._bus.call(self.service, self._path, ITEM, "Activate", GLib.Variant("(ii)", (x, y)))
-
     def menu(self) -> dict[int, str]:
         """The texts of the menu's entries by their ids, in their order; a separator's text is empty."""
         arguments = GLib.Variant("(iias)", (0, -1, []))
@@ -100,8 +97,9 @@ class Item:
         return {entry_id: properties.get("label", "") for entry_id, properties, _ in entries}
 
     def choose(self, text: str) -> None:
-        """Chooses the first entry of the menu whose text begins so, as a tray does."""
-        entry_id = next(entry_id for entry_id, entry in self.menu().items() if entry.startswith(text))
+        """Chooses the first entry whose text begins with this, as a host does."""
+        entry_id = next((entry_id for entry_id, entry in self.menu().items() if entry.startswith(text)), None)
+        assert entry_id is not None, f"no entry {text} in {self.menu()}"
         arguments = GLib.Variant("(isvu)", (entry_id, "clicked", GLib.Variant("s", ""), 0))
         self._bus.call(self.service, self.property("Menu"), MENU, "Event", arguments)
 

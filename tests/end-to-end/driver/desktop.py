@@ -36,7 +36,9 @@ class Desktop:
     scenarios.
     """
 
-    def __init__(self, scenario: str, artefacts: Path, size: tuple[int, int] = SCREEN_SIZE, is_unprivileged=False):
+    def __init__(
+        self, scenario: str, artefacts: Path, size: tuple[int, int] = SCREEN_SIZE, is_unprivileged: bool = False
+    ) -> None:
         self.scenario = scenario
         self._artefacts = artefacts
         self._prefix = _prefix_of_nobody() if is_unprivileged and os.geteuid() == 0 else ()
@@ -84,7 +86,8 @@ class Desktop:
         """Writes a file of the home folder."""
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(text)
-        self._give_away(self.home)
+        within_home = file.relative_to(self.home).parents
+        self._give_away(file, *(self.home / folder for folder in within_home))
 
     @property
     def configuration(self) -> Path:
@@ -102,7 +105,10 @@ class Desktop:
 
     def keep_evidence(self, test: str) -> None:
         """Keeps what a failure is explained by: the screen and all logs."""
-        self.screen.keep(self._artefacts / f"failed-{self.scenario}-{test}.png")
+        try:
+            self.screen.keep(self._artefacts / f"failed-{self.scenario}-{test}.png")
+        except subprocess.SubprocessError as error:
+            print(f"no picture of the screen: {error}")
         for log in self.logs.glob("*.log"):
             shutil.copyfile(log, self._artefacts / f"failed-{self.scenario}-{test}-{log.name}")
 
@@ -131,13 +137,13 @@ class Desktop:
         for name in ("logs", "config/kelvinbar", "cache", "data", "state", "run"):
             (self.home / name).mkdir(parents=True)
         self.runtime.chmod(0o700)
-        self._give_away(self.home)
+        self._give_away(self.home, *self.home.rglob("*"))
 
-    def _give_away(self, folder: Path) -> None:
+    def _give_away(self, *paths: Path) -> None:
         if self._prefix:
             nobody = pwd.getpwnam("nobody")
-            for path in (folder, *folder.rglob("*")):
-                os.chown(path, nobody.pw_uid, nobody.pw_gid, follow_symlinks=False)
+            for path in paths:
+                os.chown(path, nobody.pw_uid, nobody.pw_gid)
 
     def _start_bus(self, name: str) -> str:
         address = f"unix:path={self.runtime / name}"

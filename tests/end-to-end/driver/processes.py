@@ -52,15 +52,20 @@ class Process:
         except subprocess.TimeoutExpired as expired:
             raise AssertionError(f"{self._child.args} still runs after {limit} s") from expired
 
+    def kill(self) -> None:
+        self._send_to_group(signal.SIGKILL)
+        self._child.wait(STOP_SECONDS)
+
     def stop(self) -> None:
-        """Ends the process and whatever else is in its group."""
+        """Ends the process and whatever else is in its group. After its end, the group may be another's."""
+        if not self.runs:
+            return
         self._send_to_group(signal.SIGTERM)
         try:
             self._child.wait(STOP_SECONDS)
         except subprocess.TimeoutExpired:
             pass
-        self._send_to_group(signal.SIGKILL)
-        self._child.wait(STOP_SECONDS)
+        self.kill()
 
     def _send_to_group(self, number: signal.Signals) -> None:
         try:

@@ -59,9 +59,6 @@ class Program:
         starts = [self._desktop.start("second-start", self.command, self._environment) for _ in range(times)]
         assert [start.status(HAND_OVER_SECONDS) for start in starts] == [0] * times
 
-    def log(self) -> str:
-        return self._process.text() if self._process else ""
-
     def item(self) -> Item:
         item = self._desktop.bus.exported_item_of(self.pid)
         assert item, "the item is not on the bus"

@@ -33,10 +33,6 @@ class XWindows:
         window = self._window(title)
         return window is not None and self._ask("xdotool", "getwindowfocus").strip() == window
 
-    def property(self, title: str, name: str) -> str:
-        """As xprop prints it."""
-        return self._ask("xprop", "-id", self._window(title) or "none", name)
-
     def _window(self, title: str) -> str | None:
         found = self._ask("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
         return found[-1] if found else None

@@ -15,6 +15,7 @@ from driver.waiting import wait_until
 
 OVERVIEW = ("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell", "OverviewActive")
 EXTENSION = "ubuntu-appindicators@ubuntu.com"
+SETTINGS_DAEMON = "/usr/libexec/gsd-xsettings"  # tells X programs the scale
 BAR_HEIGHT = 32
 SETTINGS = f"""[org/gnome/shell]
 enabled-extensions=['{EXTENSION}']
@@ -82,6 +83,12 @@ class GnomeWayland(Gnome):
         self.scale = scale
         self._monitors = monitors
 
+    @property
+    def bar(self) -> Rect:
+        """On the first monitor."""
+        width = self.desktop.screen.size[0] // self._monitors
+        return super().bar._replace(width=width)
+
     def start(self) -> None:
         self._write_settings(SETTINGS)
         width, height = self.desktop.screen.size
@@ -100,6 +107,7 @@ class GnomeWayland(Gnome):
             "DISPLAY": display[1],
             "XAUTHORITY": str(next(self.desktop.runtime.glob(".mutter-Xwaylandauth.*"))),
         }
+        self._launch("gsd-xsettings", [SETTINGS_DAEMON])
         self._leave_overview()
         self.wait_for_tray()
         time.sleep(self.settle_seconds)
@@ -110,6 +118,9 @@ class GnomeWayland(Gnome):
     def stop_bar(self) -> None:
         self._set_extension("disable")
         wait_until(10, "the tray's end", lambda: not self.has_tray())
+
+    def kill_bar(self) -> None:
+        self.stop_bar()
 
     def _set_extension(self, action: str) -> None:
         done = self.desktop.run(["gnome-extensions", action, EXTENSION])

@@ -78,15 +78,15 @@ class Host:
         while self._processes:
             self._processes.pop().stop()
 
+    def kill_bar(self) -> None:
+        """Ends the bar as a crash does. Returns when the tray is gone."""
+        self._processes[-1].kill()
+        self.stop_bar()
+
     def stop_bar(self) -> None:
         """Ends the bar with its tray. Returns when the tray is gone."""
         self._processes.pop().stop()
         wait_until(10, "the tray's end", lambda: not self.has_tray())
-
-    def restart(self) -> None:
-        self.stop_bar()
-        self.start_bar()
-        self.wait_for_tray()
 
     def wait_for_tray(self) -> None:
         wait_until(self.tray_seconds, "the tray", self.has_tray)
