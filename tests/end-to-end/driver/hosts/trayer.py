@@ -18,12 +18,8 @@ class Trayer(Host):
         wait_until(5, "the tray", self._owns_the_tray)
 
     def has_the_icon(self) -> bool:
-        return self.window_count() > 0
-
-    def window_count(self) -> int:
-        """How many windows the program shows, its icon, tooltip and menu among them."""
         search = ["xdotool", "search", "--onlyvisible", "--class", WINDOW_CLASS]
-        return len(self.desktop.run(search).stdout.split())
+        return self.desktop.run(search).stdout != ""
 
     def _owns_the_tray(self) -> bool:
         return "trayer" in self.desktop.run(["xwininfo", "-root", "-tree"]).stdout
