@@ -103,6 +103,7 @@ class PlaceContract(TrayTests):
     def test_an_activation_opens_the_panel_at_the_item(self) -> None:
         box = self.activate_item()
         frame = self.panel.wait_open()
+        time.sleep(1)  # it is drawn
         self.desktop.keep_picture("panel")
         assert self.screen.area.contains(frame)
         assert frame.x <= box.center.x <= frame.right, f"item at {box}, panel at {frame}"
@@ -114,6 +115,7 @@ class FloatingContract(TrayTests):
 
     def test_an_activation_opens_the_panel_floating_beside_the_bar(self) -> None:
         frame = self.open_panel()
+        time.sleep(1)  # it is drawn
         self.desktop.keep_picture("panel")
         assert self.panel.windows.is_floating(self.panel.TITLE)
         assert self.beside_the_bar().contains(frame), f"panel at {frame}"

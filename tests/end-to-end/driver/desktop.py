@@ -41,7 +41,7 @@ class Desktop:
     ) -> None:
         self.scenario = scenario
         self._artefacts = artefacts
-        self._prefix = _prefix_of_nobody() if is_unprivileged and os.geteuid() == 0 else ()
+        self._user = _as_nobody() if is_unprivileged and os.geteuid() == 0 else ()
         self.home = Path(tempfile.mkdtemp(prefix="kelvinbar-"))
         self.logs = self.home / "logs"
         self.environment = self._own_environment()
@@ -64,7 +64,7 @@ class Desktop:
 
     def start(self, name: str, command: Sequence[str], environment: Additions | None = None) -> Process:
         """Starts a program. Its output goes to the log of this name."""
-        process = Process([*self._prefix, *command], self._with(environment), self._log(name))
+        process = Process(command, self._with(environment), self._log(name), user=self._user)
         self._processes.append(process)
         return process
 
@@ -73,7 +73,7 @@ class Desktop:
     ) -> subprocess.CompletedProcess:
         """Runs a program to its end, with its output as text."""
         return subprocess.run(
-            [*self._prefix, *command],
+            [*self._user, *command],
             env=self._with(environment),
             stdin=subprocess.DEVNULL,
             capture_output=True,
@@ -140,7 +140,7 @@ class Desktop:
         self._give_away(self.home, *self.home.rglob("*"))
 
     def _give_away(self, *paths: Path) -> None:
-        if self._prefix:
+        if self._user:
             nobody = pwd.getpwnam("nobody")
             for path in paths:
                 os.chown(path, nobody.pw_uid, nobody.pw_gid)
@@ -159,6 +159,6 @@ class Desktop:
         return self.logs / f"{name}.log"
 
 
-def _prefix_of_nobody() -> tuple[str, ...]:
+def _as_nobody() -> tuple[str, ...]:
     nobody = pwd.getpwnam("nobody")
     return ("setpriv", f"--reuid={nobody.pw_uid}", f"--regid={nobody.pw_gid}", "--clear-groups")

@@ -17,12 +17,18 @@ class Process:
     """A program in a process group of its own, with a log of what it prints."""
 
     def __init__(
-        self, command: Sequence[str], environment: Mapping[str, str], log: Path, inherited: Sequence[int] = ()
+        self,
+        command: Sequence[str],
+        environment: Mapping[str, str],
+        log: Path,
+        user: Sequence[str] = (),
+        inherited: Sequence[int] = (),
     ) -> None:
+        """`user` is a command that runs another one as another user, which unbinds it from us."""
         self.log = log
         with log.open("ab") as output:
             self._child = subprocess.Popen(
-                [*BOUND_TO_US, *command],
+                [*user, *BOUND_TO_US, *command],
                 env=environment,
                 stdin=subprocess.DEVNULL,
                 stdout=output,

@@ -20,6 +20,8 @@ BAR_HEIGHT = 32
 SETTINGS = f"""[org/gnome/shell]
 enabled-extensions=['{EXTENSION}']
 welcome-dialog-last-shown-version='999'
+[org/gnome/desktop/lockdown]
+disable-lock-screen=true
 [org/gnome/desktop/interface]
 enable-animations=false
 """
