@@ -92,7 +92,7 @@ void QtPopover::showWindow() {
 void QtPopover::findPlace() {
     const auto button = buttonFrame_();
     screen_ = screens_.around(button);
-    anchor_ = button.value_or(cornerOfBar(screen_));
+    anchor_ = button.value_or(screens_.usualPlace(screen_));
 }
 
 void QtPopover::updatePlace() {
@@ -106,8 +106,7 @@ void QtPopover::place(Size size) {
     const QRect frame = qtRect(placedPopover(anchor_, size, screen_));
     const QMargins room = shadowRoom(frame);
     content_->setFrame(look_ != PopoverLook::plain, room);
-    window_->setGeometry(frame + room);
-    input_.windowPlaced(*window_, {{room.left(), room.top()}, frame.size()});
+    input_.placeWindow(*window_, frame + room, {{room.left(), room.top()}, frame.size()});
 }
 
 /// The shadow stays inside the visible frame: window managers push a window that leaves it back.
@@ -132,6 +131,12 @@ void QtPopover::performClose() {
 }
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == window_ && event->type() == QEvent::Close) {
+        // By the window manager. Accepted, it would destroy the window.
+        event->ignore();
+        performClose();
+        return true;
+    }
     const bool isOnScreen = watched == window_ && event->type() == QEvent::Expose && window_->isExposed();
     if (isOnScreen && isShown_ && !std::exchange(hasInput_, true)) acquireInput();
     return false;
