@@ -1,6 +1,8 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/AutostartEntry.h"
 #include "desktop/linux/FocusInput.h"
+#include "desktop/linux/LayerShell.h"
+#include "desktop/linux/LayerWindowSystem.h"
 #include "desktop/linux/LinuxScreens.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/PlatformChoice.h"
@@ -18,6 +20,7 @@
 #include <QProcess>
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <utility>
 
 #include <unistd.h>
@@ -58,6 +61,18 @@ QString busName(const std::string& name) {
     return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
 }
 
+/// Whether the desktop's panel is Plasma's, which reports clicks in the compositor's coordinates on Wayland.
+bool isPlasma() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains("KDE"); }
+
+FocusInput::WindowSystem windowSystem(const X11Session* x11, const std::optional<LayerShell>& layerShell) {
+    if (!layerShell) return popoverWindowSystem(x11);
+    return layerWindowSystem(*layerShell, isPlasma() ? LayerOutput::ofPlace : LayerOutput::inUse);
+}
+
+ClickReports clickReports(const std::optional<LayerShell>& layerShell) {
+    return layerShell && isPlasma() ? ClickReports::exact : ClickReports::asHint;
+}
+
 /// A tray program has no taskbar entry, and continues after its last window is closed.
 class TrayApplication final : public Application {
   public:
@@ -68,6 +83,7 @@ class LinuxDesktop final : public Desktop {
   public:
     LinuxDesktop(const std::string& name, const std::vector<std::string>& command, Log& log)
         : bus_(QDBusConnection::sessionBus())
+        , layerShell_(layerShellOfApplication(log))
         , instance_(bus_, busName(name), [this] { openPanel(); })
         , statusBar_(bus_,
                      trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
@@ -81,7 +97,9 @@ class LinuxDesktop final : public Desktop {
                      {openAutostartSettings, ringBell}, log)
         , userDefaults_(QString::fromStdString(name), log)
         , motion_(bus_)
-        , signals_([this] { quit(); }) {}
+        , signals_([this] { quit(); }) {
+        if (layerShell_ && !isPlasma()) screens_.setPanelCorner(loadPanelCorner(userDefaults_));
+    }
 
     bool handOverToRunningInstance() override {
         if (instance_.isThisOne()) return false;
@@ -117,8 +135,9 @@ class LinuxDesktop final : public Desktop {
     DesktopHandlers handlers_;
     QDBusConnection bus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
-    LinuxScreens screens_{x11_.get()};
-    FocusInput popoverInput_{popoverWindowSystem(x11_.get())};
+    std::optional<LayerShell> layerShell_;
+    LinuxScreens screens_{x11_.get(), clickReports(layerShell_)};
+    FocusInput popoverInput_{windowSystem(x11_.get(), layerShell_)};
     RunningInstance instance_;
     TrayApplication application_;
     TrayStatusBar statusBar_;
@@ -132,7 +151,7 @@ class LinuxDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
-    const PlatformChoice platform;
+    const PlatformChoice platform([&log] { return offersLayerShell(log); });
     return makeTrayApplication(argc, argv, log);
 }
 

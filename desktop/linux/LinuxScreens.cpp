@@ -49,7 +49,12 @@ QRect LinuxScreens::visibleFrame(const QScreen& screen) const {
     return visible.isEmpty() ? available : visible;
 }
 
+Rect LinuxScreens::usualPlace(const ScreenFrames& screen) const {
+    return corner_ ? cornerPlace(*corner_, screen.visibleFrame) : QtScreens::usualPlace(screen);
+}
+
 std::optional<QPoint> LinuxScreens::placeOfClick(QPoint reported) const {
+    if (reports_ == ClickReports::exact) return reported;
     QList<ScaledScreen> screens;
     const auto all = QGuiApplication::screens();
     for (const QScreen* const screen : all)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/linux/ClickPlace.h"
+#include "desktop/linux/PanelCorner.h"
 #include "desktop/qt/QtScreens.h"
 
 #include <QPoint>
@@ -10,22 +11,35 @@ namespace kelvinbar {
 
 class X11Session;
 
+/// How the host reports clicks on the status item.
+enum class ClickReports {
+    asHint, ///< perhaps in other coordinates than Qt's
+    exact,  ///< in Qt's coordinates
+};
+
 /// The screens of a Linux desktop. With several screens Qt does not know what bars cover, so on X11 the space
 /// that they reserve is read from the window manager. Main thread.
 class LinuxScreens final : public QtScreens {
   public:
     /// `x11` is null outside X11 and must outlive the object.
-    explicit LinuxScreens(const X11Session* x11) : x11_(x11) {}
+    LinuxScreens(const X11Session* x11, ClickReports reports) : x11_(x11), reports_(reports) {}
 
     /// Where the user has clicked the status item that a host reports as clicked at `reported`. No value if
     /// that is unknown.
     [[nodiscard]] std::optional<QPoint> placeOfClick(QPoint reported) const;
+
+    /// The usual place of the panel from now on.
+    void setPanelCorner(PanelCorner corner) { corner_ = corner; }
+
+    [[nodiscard]] Rect usualPlace(const ScreenFrames& screen) const override;
 
   protected:
     [[nodiscard]] QRect visibleFrame(const QScreen& screen) const override;
 
   private:
     const X11Session* x11_;
+    ClickReports reports_;
+    std::optional<PanelCorner> corner_; ///< none: the corner of the bar
 };
 
 } // namespace kelvinbar

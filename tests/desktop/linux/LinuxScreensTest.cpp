@@ -1,0 +1,35 @@
+#include "desktop/linux/LinuxScreens.h"
+
+#include <optional>
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr Rect frame{0, 0, 1000, 800};
+
+/// With a bar at the bottom.
+constexpr ScreenFrames screen{frame, {0, 0, 1000, 770}};
+
+} // namespace
+
+TEST(LinuxScreens, DoNotBelieveAHintThatNothingConfirms) {
+    const LinuxScreens screens(nullptr, ClickReports::asHint);
+    EXPECT_NE(screens.placeOfClick({-7000, -7000}), QPoint(-7000, -7000));
+}
+
+TEST(LinuxScreens, BelieveAnExactReport) {
+    const LinuxScreens screens(nullptr, ClickReports::exact);
+    EXPECT_EQ(screens.placeOfClick({700, 400}), QPoint(700, 400));
+}
+
+TEST(LinuxScreens, HaveThePanelInTheCornerOfTheBarUnlessOneIsChosen) {
+    LinuxScreens screens(nullptr, ClickReports::asHint);
+    EXPECT_EQ(screens.usualPlace(screen), (Rect{1000, 770, 0, 0}));
+    screens.setPanelCorner(PanelCorner::topLeft);
+    EXPECT_EQ(screens.usualPlace(screen), (Rect{0, 0, 0, 0}));
+}
+
+} // namespace kelvinbar
