@@ -132,8 +132,7 @@ void QtPopover::performClose() {
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
     if (watched == window_ && event->type() == QEvent::Close) {
-        // By the window manager. Accepted, it would destroy the window.
-        event->ignore();
+        // The window itself would be destroyed. A refusal would also keep the program from quitting.
         performClose();
         return true;
     }
