@@ -7,10 +7,13 @@
 #include "desktop/qt/QtPopover.h"
 #include "desktop/qt/QtScreens.h"
 #include "desktop/qt/QtTimers.h"
+#include "desktop/qt/TerminationSignals.h"
+#include "qt/Clipboard.h"
 #include "shell/AppDelegate.h"
 #include "store/MenuBarText.h"
 
 #include <QGuiApplication>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,16 +28,29 @@ constexpr std::size_t backgroundThreads = 2;
 std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
     std::vector<PinnedReading> pinned;
     for (const SMCReading& reading : store.menuBarReadings()) {
-        pinned.push_back({reading.name, reading.displayValue(), compactMenuBarValue(reading)});
+        pinned.push_back({reading.key, reading.name, reading.displayValue(), compactMenuBarValue(reading)});
     }
     return pinned;
 }
 
 /// The command that starts the program at login.
 std::vector<std::string> startCommand(const std::optional<std::string>& machineName) {
-    std::vector<std::string> command{QCoreApplication::applicationFilePath().toStdString()};
+    std::vector<std::string> command{QCoreApplication::applicationFilePath().toStdString(), "--autostart"};
     if (machineName) command.push_back(*machineName);
     return command;
+}
+
+ProgramStart programStart(const ProgramDescription& program, const ProgramOptions& options) {
+    return {.name = program.name, .isAtLogin = options.isAtLogin};
+}
+
+/// The exit status of a start that ends before a display is opened, which a start from another machine or at
+/// a set time does not have.
+std::optional<int> statusWithoutDisplay(const ProgramOptions& options, const ProgramDescription& program,
+                                        Log& log) {
+    if (mayHaveToolkitOptions(options)) return std::nullopt;
+    if (const auto status = refusedArguments(options, program)) return status;
+    return handOverWithoutDisplay(programStart(program, options), log);
 }
 
 /// The parts that live as long as the program. Each needs those before it.
@@ -42,20 +58,20 @@ struct Parts {
     Parts(Desktop& desktopOfUser, const Machine& machine, Log& ownLog)
         : log(ownLog)
         , desktop(desktopOfUser)
-        , appDelegate({.application = desktop.application(),
-                       .statusBar = desktop.statusBar(),
-                       .popover = popover,
-                       .contentFactory = panels,
-                       .timers = timers,
-                       .screens = desktop.screens(),
-                       .mainQueue = mainQueue,
-                       .notifications = notifications},
-                      {.machine = machine,
-                       .defaults = desktop.userDefaults(),
-                       .notifications = notifications,
-                       .mainQueue = mainQueue,
-                       .backgroundQueue = backgroundQueue,
-                       .wallClock = wallClock}) {}
+        , appDelegate(AppDelegate::create({.application = desktop.application(),
+                                           .statusBar = desktop.statusBar(),
+                                           .popover = popover,
+                                           .contentFactory = panels,
+                                           .timers = timers,
+                                           .screens = desktop.screens(),
+                                           .mainQueue = mainQueue,
+                                           .notifications = notifications},
+                                          {.machine = machine,
+                                           .defaults = desktop.userDefaults(),
+                                           .notifications = notifications,
+                                           .mainQueue = mainQueue,
+                                           .backgroundQueue = backgroundQueue,
+                                           .wallClock = wallClock})) {}
 
     Log& log;
     Desktop& desktop;
@@ -71,7 +87,7 @@ struct Parts {
                              .systemSymbols = desktop.systemSymbols()},
                             log};
     QtPopover popover{desktop.popoverInput(), desktop.screens(), log};
-    AppDelegate appDelegate;
+    std::shared_ptr<AppDelegate> appDelegate;
 };
 
 } // namespace
@@ -80,25 +96,31 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
                       const MachineMaker& makeMachine) {
     ProgramOptions options = programOptions(argc, argv);
     if (const auto status = answeredOptions(options, program)) return *status;
+    ignoreBrokenPipes();
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    if (const auto status = statusWithoutDisplay(options, program, log)) return *status;
     const auto application = makeApplication(argc, argv, log);
     options = programOptions(argc, argv);
     if (const auto status = refusedArguments(options, program)) return *status;
     const auto machineName = chosenMachineName(options);
     QGuiApplication::setApplicationName(QString::fromStdString(program.name));
     QGuiApplication::setDesktopFileName("org.kelvinbar.Kelvinbar");
-    const auto desktop = makeDesktop(program.name, startCommand(machineName), log);
-    if (desktop->handOverToRunningInstance()) {
-        log.write(LogCategory::panel, LogLevel::info, "another instance runs and opens its panel");
-        return 0;
-    }
+    const auto desktop = makeDesktop(programStart(program, options), startCommand(machineName), log);
+    if (const auto status = desktop->handOverToRunningInstance()) return *status;
 
     const Machine machine = makeMachine(machineName ? *machineName : program.usualMachineName, log);
     Parts parts(*desktop, machine, log);
-    AppDelegate& delegate = parts.appDelegate;
+    AppDelegate& delegate = *parts.appDelegate;
     desktop->setHandlers({.pinnedReadings = [&delegate] { return pinnedReadings(delegate.store()); },
                           .openPanel = [&delegate] { delegate.openPopover(); },
+                          .refresh = [&delegate] { delegate.store().refresh(false); },
+                          .copy = [&delegate] { copyToClipboard(delegate.store().exportText()); },
+                          .openAbout =
+                              [&delegate, &parts] {
+                                  delegate.openPopover();
+                                  parts.panels.showAbout();
+                              },
                           .quit = [] { QGuiApplication::quit(); }});
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();

@@ -5,6 +5,7 @@
 #include "panel/PanelWindow.h"
 
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace kelvinbar {
@@ -19,9 +20,14 @@ class LazyPanelFactory final : public PopoverContentFactory {
 
     std::unique_ptr<PopoverContent> make(KelvinbarStore& store, std::function<void()> closeAction) override;
 
+    /// Opens what the panel says about the program, in the panel that was made last. Does nothing if it has
+    /// not been shown yet, or no longer exists.
+    void showAbout() const;
+
   private:
     PanelHandlers handlers_;
     Log& log_;
+    std::weak_ptr<std::unique_ptr<PanelWindow>> lastPanel_; ///< null inside until it is first shown
 };
 
 } // namespace kelvinbar

@@ -5,7 +5,7 @@
 
 namespace kelvinbar {
 
-/// The panel's window over `store`, which must outlive it. Null if the panel cannot be loaded; the reason is
+/// The panel's window over `store`, which it keeps alive. Null if the panel cannot be loaded; the reason is
 /// logged. Main thread.
 std::unique_ptr<PanelWindow> makeLoadedPanel(KelvinbarStore& store, PanelHandlers handlers, Log& log);
 

@@ -13,16 +13,18 @@ constexpr int usageErrorExit = 2;
 constexpr std::string_view optionsHelp =
     "Shows sensor readings in the menu bar or tray.\n"
     "\n"
-    "  -v, --verbose  Log what is found and done on standard error; twice, every step\n"
-    "  -h, --help     Print this help\n"
-    "      --version  Print the version\n"
+    "  -v, --verbose    Log what is found and done on standard error; twice, every step\n"
+    "  -h, --help       Print this help\n"
+    "      --version    Print the version\n"
+    "      --autostart  Start as the session does at login: open nothing\n"
     "\n"
     "The environment variable KELVINBAR_LOG chooses what is logged by category, as in tray=debug,keys=info.\n"
-    "Exit status: 0, 2 for a wrong option.\n";
+    "Exit status: 0, 1 if the program cannot be started here, 2 for a wrong option.\n";
 
 std::string usage(const ProgramDescription& program) {
     const std::string_view machine = program.machineNames.empty() ? "" : " [NAME]";
-    return "Usage: " + program.name + " [--verbose] [--help] [--version]" + std::string(machine) + "\n";
+    return "Usage: " + program.name + " [--verbose] [--help] [--version] [--autostart]" +
+           std::string(machine) + "\n";
 }
 
 std::string joinedNames(const std::vector<std::string_view>& names) {
@@ -51,10 +53,14 @@ void note(ProgramOptions& options, std::string_view word) {
         options.wantsHelp = true;
     } else if (word == "--version") {
         options.wantsVersion = true;
+    } else if (word == "--autostart") {
+        options.isAtLogin = true;
     } else {
         options.others.emplace_back(word);
     }
 }
+
+bool isOption(const std::string& argument) { return argument.starts_with('-'); }
 
 int refused(const std::string& argument, const ProgramDescription& program) {
     std::cerr << program.name + ": unknown argument \"" + argument + "\"\n" + usage(program);
@@ -87,9 +93,12 @@ std::optional<int> answeredOptions(const ProgramOptions& options, const ProgramD
     return options.wantsHelp || options.wantsVersion ? std::optional(0) : std::nullopt;
 }
 
+bool mayHaveToolkitOptions(const ProgramOptions& options) {
+    return std::ranges::any_of(options.others, isOption);
+}
+
 std::optional<int> refusedArguments(const ProgramOptions& options, const ProgramDescription& program) {
     const std::vector<std::string>& others = options.others;
-    const auto isOption = [](const std::string& argument) { return argument.starts_with('-'); };
     const auto option = std::ranges::find_if(others, isOption);
     if (option != others.end()) return refused(*option, program);
     const std::size_t allowed = program.machineNames.empty() ? 0 : 1;

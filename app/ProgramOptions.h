@@ -21,6 +21,7 @@ struct ProgramOptions {
     std::size_t verbosity = 0; ///< how often --verbose was given
     bool wantsHelp = false;
     bool wantsVersion = false;
+    bool isAtLogin = false;          ///< the session starts the program, not the user
     std::vector<std::string> others; ///< arguments that are not options of the program
 };
 
@@ -29,6 +30,9 @@ ProgramOptions programOptions(int argc, const char* const* argv);
 /// Answers --help and --version on standard output, and rejects unknown options with two dashes, which are
 /// never the toolkit's. Returns the exit status, or no value if the program should run. Needs no display.
 std::optional<int> answeredOptions(const ProgramOptions& options, const ProgramDescription& program);
+
+/// Whether there may be options of the toolkit, which only the toolkit can tell from wrong ones.
+bool mayHaveToolkitOptions(const ProgramOptions& options);
 
 /// Rejects all arguments that are neither options of the program nor the name of a machine. Returns the exit
 /// status, or no value if there are none.

@@ -7,6 +7,8 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 
+#include <memory>
+
 namespace kelvinbar::bench {
 
 /// A store over 300 keys in memory. Its first refresh has been started.
@@ -14,16 +16,16 @@ class MemoryStore {
   public:
     /// The queues outlive the object.
     MemoryStore(MainQueue& mainQueue, BackgroundQueue& backgroundQueue)
-        : store_({.machine = memory_.machine,
-                  .defaults = defaults_,
-                  .notifications = notifications_,
-                  .mainQueue = mainQueue,
-                  .backgroundQueue = backgroundQueue,
-                  .wallClock = wallClock_}) {}
+        : store_(KelvinbarStore::create({.machine = memory_.machine,
+                                         .defaults = defaults_,
+                                         .notifications = notifications_,
+                                         .mainQueue = mainQueue,
+                                         .backgroundQueue = backgroundQueue,
+                                         .wallClock = wallClock_})) {}
 
-    [[nodiscard]] KelvinbarStore& store() { return store_; }
+    [[nodiscard]] KelvinbarStore& store() { return *store_; }
 
-    [[nodiscard]] const KelvinbarStore& store() const { return store_; }
+    [[nodiscard]] const KelvinbarStore& store() const { return *store_; }
 
     [[nodiscard]] MemoryDriver& driver() const { return *memory_.driver; }
 
@@ -32,7 +34,7 @@ class MemoryStore {
     InMemoryUserDefaults defaults_;
     NotificationCenter notifications_;
     SystemWallClock wallClock_;
-    KelvinbarStore store_;
+    std::shared_ptr<KelvinbarStore> store_;
 };
 
 } // namespace kelvinbar::bench

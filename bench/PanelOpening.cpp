@@ -1,7 +1,7 @@
 // Measures the time from a click on the status item to the panel's first frame, on the real program, from
 // outside. The click is sent over D-Bus, as a tray does; the screen is polled every millisecond.
 //
-// usage: kelvinbar_panel_opening PROGRAM [ARGUMENTS OF IT]
+// usage: kelvinbar_panel_opening DEMO [ARGUMENTS OF IT]
 
 #include <QDBusConnection>
 #include <QDBusInterface>
@@ -51,9 +51,8 @@ class Program {
 
     /// Clicks the status item, which opens or closes the panel.
     void click() {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            QString("org.kde.StatusNotifierItem-%1-1").arg(process_.processId()), "/StatusNotifierItem",
-            "org.kde.StatusNotifierItem", "Activate");
+        QDBusMessage message = QDBusMessage::createMethodCall("org.kelvinbar.Demo", "/StatusNotifierItem",
+                                                              "org.kde.StatusNotifierItem", "Activate");
         message << 4000 << 0;
         QDBusConnection::sessionBus().send(message);
     }

@@ -2,10 +2,12 @@
 
 #include "shell/LoginItemManager.h"
 #include "shell/ShellPorts.h"
+#include "shell/StatusMenuItems.h"
 #include "shell/SystemSymbols.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,9 +16,9 @@ class QGuiApplication;
 /// The desktop that the program runs on. One interface covers Linux and macOS: the build selects the folder
 /// that implements it, and the rest of the program does not know which.
 ///
-/// The composition root calls `makeApplication` first, because a desktop needs the toolkit, then
-/// `makeDesktop`, `handOverToRunningInstance` and `setHandlers`. Every reference that a Desktop returns is
-/// valid as long as the Desktop.
+/// The composition root calls `handOverWithoutDisplay` and `makeApplication` first, because a desktop needs
+/// the toolkit, then `makeDesktop`, `handOverToRunningInstance` and `setHandlers`. Every reference that a
+/// Desktop returns is valid as long as the Desktop.
 ///
 /// Limits: one Desktop per process, main thread only. Pitfall: until `setHandlers` is called, requests of the
 /// desktop, such as those of a second instance, are dropped.
@@ -27,19 +29,19 @@ class PopoverInput;
 class QtScreens;
 class UserDefaults;
 
-/// A pinned reading, for status items that show more than their title, such as a menu.
-struct PinnedReading {
-    std::string name;
-    std::string value;        ///< with unit
-    std::string compactValue; ///< short form, as in the title
-
-    friend bool operator==(const PinnedReading&, const PinnedReading&) = default;
+/// How the program was started.
+struct ProgramStart {
+    std::string name;       ///< the program's file name
+    bool isAtLogin = false; ///< by the session: opens nothing by itself
 };
 
 /// Called by the desktop. Main thread.
 struct DesktopHandlers {
     std::function<std::vector<PinnedReading>()> pinnedReadings;
-    std::function<void()> openPanel;
+    std::function<void()> openPanel; ///< leaves a panel that is open as it is
+    std::function<void()> refresh;   ///< reads all sensors
+    std::function<void()> copy;      ///< copies a snapshot of the readings to the clipboard
+    std::function<void()> openAbout; ///< opens the panel with what it says about the program
     std::function<void()> quit;
 };
 
@@ -47,9 +49,9 @@ struct DesktopHandlers {
 class Desktop {
   public:
     virtual ~Desktop() = default;
-    /// If another instance runs for this user, asks it to open its panel and returns true. The caller then
-    /// exits.
-    virtual bool handOverToRunningInstance() = 0;
+    /// Makes this process the user's only instance. If another one runs, does what `handOverWithoutDisplay`
+    /// does: of two simultaneous starts, one arrives here.
+    virtual std::optional<int> handOverToRunningInstance() = 0;
     virtual void setHandlers(DesktopHandlers handlers) = 0;
     virtual Application& application() = 0;
     virtual StatusBar& statusBar() = 0;
@@ -64,13 +66,17 @@ class Desktop {
     [[nodiscard]] virtual SystemSymbols systemSymbols() const { return {}; }
 };
 
+/// If another instance runs for this user, asks it to open its panel, or tells the user why that is not
+/// possible. Returns the exit status, or no value if the start goes on. Opens no display, so that a start
+/// without one can hand over.
+std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log);
+
 /// Creates the toolkit's application object, of the class that the desktop needs. Removes the toolkit's
 /// options from the arguments. `argc` and `argv` must outlive the result.
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log);
 
-/// `name` is the program's file name, `command` starts the program again at login. The log must outlive the
-/// result.
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+/// `command` starts the program at login. The log must outlive the result.
+std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& command,
                                      Log& log);
 
 } // namespace kelvinbar

@@ -87,6 +87,11 @@ void PanelContent::panelDidClose() {
     endDoubleClickWait();
 }
 
+void PanelContent::close() {
+    const auto closeAction = closeAction_; // a copy: see the declaration
+    closeAction();
+}
+
 // Rows
 
 void PanelContent::pressRow(const QString& key) {

@@ -81,7 +81,11 @@ class PanelContent final : public QObject {
     /// Of several changes during one interval only the last runs.
     void whenRowsMayMove(std::function<void()> change);
 
-    Q_INVOKABLE void close() { closeAction_(); }
+    /// Opens what the panel says about the program. Call while the panel is open.
+    void showAbout() { emit aboutRequested(); }
+
+    /// The close action may destroy the content.
+    Q_INVOKABLE void close();
 
     /// Call for each press on a row. Makes it the current row, and delays updates until a second press can no
     /// longer follow.
@@ -99,6 +103,7 @@ class PanelContent final : public QObject {
   signals:
     /// The content is up to date and the panel is about to be shown.
     void opened();
+    void aboutRequested();
     void stateChanged();
     void statusMessageChanged();
     void reducedMotionChanged();

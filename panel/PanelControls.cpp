@@ -1,11 +1,11 @@
 #include "panel/PanelControls.h"
 
 #include "panel/PanelActions.h"
+#include "qt/Clipboard.h"
 #include "qt/QtText.h"
 #include "shell/LoginItemManager.h"
 #include "store/KelvinbarStore.h"
 
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QUrl>
@@ -62,11 +62,7 @@ void PanelControls::toggleRunAtLogin() { setRunAtLogin(loginItem_.setEnabled(!ru
 
 void PanelControls::refresh() { store_.refresh(false); }
 
-void PanelControls::copy() {
-    QClipboard& clipboard = *QGuiApplication::clipboard();
-    clipboard.clear();
-    clipboard.setText(qtText(store_.exportText()));
-}
+void PanelControls::copy() { copyToClipboard(store_.exportText()); }
 
 void PanelControls::showAll() { store_.unhideAllReadings(); }
 

@@ -3,6 +3,7 @@
 #include "panel/PanelContent.h"
 #include "panel/PanelStyle.h"
 #include "panel/SystemMasks.h"
+#include "store/KelvinbarStore.h"
 
 #include <QJSEngine>
 #include <QMargins>
@@ -22,7 +23,8 @@ constexpr QColor metal(22, 24, 29);
 class QuickPanelWindow final : public PanelWindow {
   public:
     QuickPanelWindow(KelvinbarStore& store, PanelHandlers handlers)
-        : prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
+        : store_(store.shared_from_this())
+        , prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
         , content_(store, handlers.loginItem, SensorListMetrics(textScale()), std::move(handlers.close))
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
@@ -37,11 +39,18 @@ class QuickPanelWindow final : public PanelWindow {
         QObject::connect(&view_, &QWindow::visibleChanged, &content_, [this](bool isVisible) {
             if (isVisible) {
                 content_.panelWillOpen(prefersReducedMotion_());
+                if (std::exchange(isAboutWanted_, false)) content_.showAbout();
             } else {
                 content_.panelDidClose();
             }
         });
     }
+
+    QuickPanelWindow(const QuickPanelWindow&) = delete;
+    QuickPanelWindow& operator=(const QuickPanelWindow&) = delete;
+
+    /// Hides the window while the content that hears of it, and what the content calls, still exist.
+    ~QuickPanelWindow() override { view_.hide(); }
 
     QWindow& window() override { return view_; }
 
@@ -59,8 +68,16 @@ class QuickPanelWindow final : public PanelWindow {
         content_.whenRowsMayMove(std::move(change));
     }
 
+    /// Opening the panel closes what was open in it, so a window that is not shown yet waits for that.
+    void showAbout() override {
+        isAboutWanted_ = !view_.isVisible();
+        if (!isAboutWanted_) content_.showAbout();
+    }
+
   private:
+    std::shared_ptr<KelvinbarStore> store_; ///< shown until the end, whoever else has released it
     std::function<bool()> prefersReducedMotion_;
+    bool isAboutWanted_ = false; ///< as soon as the window is shown
     PanelContent content_;
     SystemMasks masks_;
     QQuickView view_; // last, so that it is destroyed before what it shows

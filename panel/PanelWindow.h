@@ -36,10 +36,13 @@ class PanelWindow {
     /// Runs `change`, which moves or resizes the window: at once, or as soon as it no longer falls between
     /// the two clicks of a double-click.
     virtual void whenContentMayMove(std::function<void()> change) = 0;
+    /// Opens what the panel says about the program. Call when the window is shown or
+    /// about to be.
+    virtual void showAbout() = 0;
 };
 
-/// Creates the window, hidden. The first call selects the software renderer for the whole process. The store
-/// outlives the window.
+/// Creates the window, hidden. The first call selects the software renderer for the whole process. The window
+/// keeps the store alive.
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers);
 
 } // namespace kelvinbar

@@ -10,7 +10,8 @@ declare -A evidence=(
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
   [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git [python3]='/usr/lib/python3*/unittest/__init__.py'
   [qt6-base-dev]='/usr/include/*/qt6/QtDBus/QDBusConnection' [qt6-declarative-dev]='/usr/include/*/qt6/QtQuick/QQuickView'
-  [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
+  [libxcb1-dev]=/usr/include/xcb/xcb.h [libxcb-shape0-dev]=/usr/include/xcb/shape.h [libxcb-xinput-dev]=/usr/include/xcb/xinput.h
+  [libxcb-xtest0-dev]=/usr/include/xcb/xtest.h [pkg-config]=pkg-config [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
   [qml6-module-qtquick]='/usr/lib/*/qt6/qml/QtQuick/qmldir' [libgl-dev]=/usr/include/GL/gl.h
   [qml6-module-qtquick-templates]='/usr/lib/*/qt6/qml/QtQuick/Templates/qmldir'
   [qml6-module-qtquick-window]='/usr/lib/*/qt6/qml/QtQuick/Window/qmldir'
@@ -18,24 +19,26 @@ declare -A evidence=(
   [qt6-declarative-dev-tools]=/usr/lib/qt6/bin/qmllint [qml6-module-qttest]='/usr/lib/*/qt6/qml/QtTest/qmldir'
   [qml6-module-qtqml-workerscript]='/usr/lib/*/qt6/qml/QtQml/WorkerScript/qmldir'
   [xvfb]=xvfb-run [xauth]=xauth [dbus-daemon]=dbus-run-session [libglib2.0-bin]=gdbus [xdotool]=xdotool
-  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo [procps]=pkill
+  [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo
   [xclip]=xclip [python3]=python3 [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
+  [python3-pytest]=/usr/lib/python3/dist-packages/pytest/__init__.py [gir1.2-gtk-3.0]='/usr/lib/*/girepository-1.0/Gtk-3.0.typelib'
   [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
   [npm]=npm [clang-19]=clang++-19 [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
+xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev $qt"
+build="g++ cmake ninja-build libcli11-dev $qt $xcb"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
-desktop="$virtual procps x11-utils python3-pyatspi xfwm4 xfce4-panel lxqt-panel trayer"
+desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer"
 declare -A packages=(
   [run]="$build"
-  [test]="$build $lint python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build $lint libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
-  [check]="$build qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
+  [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm clang-19 llvm-14 libc++1-19"

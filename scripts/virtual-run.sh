@@ -17,7 +17,7 @@ xvfb-run --auto-servernum --server-args="-screen 0 1280x1000x24" dbus-run-sessio
     done
   }
   title() {
-    gdbus call --session --dest "org.kde.StatusNotifierItem-$program-1" --object-path /StatusNotifierItem \
+    gdbus call --session --dest org.kelvinbar.Demo --object-path /StatusNotifierItem \
       --method org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel |
       sed "s/^(<'\(.*\)'>,)$/\1/"
   }

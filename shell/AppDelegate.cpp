@@ -40,20 +40,26 @@ StatusImage fallbackImage() {
 
 } // namespace
 
-AppDelegate::AppDelegate(const ShellPorts& ports, const StorePorts& storePorts)
-    : ports_(ports), store_(storePorts) {}
+std::shared_ptr<AppDelegate> AppDelegate::create(const ShellPorts& ports, const StorePorts& storePorts) {
+    return std::make_unique<AppDelegate>(Token(), ports, storePorts); // callbacks do not keep its memory
+}
+
+AppDelegate::AppDelegate(Token /*token*/, const ShellPorts& ports, const StorePorts& storePorts)
+    : ports_(ports), store_(KelvinbarStore::create(storePorts)) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
+    const auto self = shared_from_this();
     ports_.application.becomeAccessory();
     configureStatusItem();
     configurePopover();
     installRefreshTimer();
     observeStore();
     ports_.screens.setChangeHandler([this] { screensChanged(); });
-    updateStatusItemTitle(store_.menuBarTitle(), store_.menuBarToolTip());
+    updateStatusItemTitle(store_->menuBarTitle(), store_->menuBarToolTip());
 }
 
 void AppDelegate::applicationWillTerminate() {
+    const auto self = shared_from_this();
     for (Registration& observer : observers_) observer = {};
     ports_.screens.setChangeHandler(nullptr);
     if (refreshTimer_ != nullptr) refreshTimer_->invalidate();
@@ -61,7 +67,7 @@ void AppDelegate::applicationWillTerminate() {
     ports_.popover.performClose();
     ports_.popover.setContent(nullptr);
     statusItem_ = nullptr;
-    store_.shutdown();
+    store_->shutdown();
 }
 
 // Status item
@@ -76,11 +82,9 @@ void AppDelegate::configureStatusItem() {
     if (button == nullptr) return;
     const StatusImage own = ownImage();
     button->setImageLeftOfTitle(ports_.statusBar.hasImageResource(own.name) ? own : fallbackImage());
-    applyStatusTitle(store_.menuBarTitle(), *button);
-    button->setToolTip(store_.menuBarToolTip());
-    button->setAction([self = std::weak_ptr(self_)] {
-        if (const auto delegate = self.lock()) (*delegate)->togglePopover();
-    });
+    applyStatusTitle(store_->menuBarTitle(), *button);
+    button->setToolTip(store_->menuBarToolTip());
+    button->setAction(ifAlive(&AppDelegate::togglePopover));
 }
 
 void AppDelegate::applyStatusTitle(const std::string& title, StatusItemButton& button) {
@@ -104,23 +108,26 @@ void AppDelegate::updateStatusItemTitle(const std::string& title, const std::str
 
 void AppDelegate::installRefreshTimer() {
     if (refreshTimer_ != nullptr) refreshTimer_->invalidate();
-    const Sampling sampling = samplingAt(store_.samplingRate().value());
-    refreshTimer_ = ports_.timers.start(sampling.interval, sampling.tolerance, [this] { tick(); });
+    const Sampling sampling = samplingAt(store_->samplingRate().value());
+    refreshTimer_ = ports_.timers.start(sampling.interval, sampling.tolerance, ifAlive(&AppDelegate::tick));
 }
 
 void AppDelegate::tick() {
-    ports_.mainQueue.post([self = std::weak_ptr(self_)] {
-        const auto delegate = self.lock();
-        // The program may have ended since the tick was posted.
-        if (delegate && (*delegate)->refreshTimer_ != nullptr) (*delegate)->refreshWhatIsShown();
-    });
+    if (std::exchange(isTickPosted_, true)) return;
+    ports_.mainQueue.post(ifAlive(&AppDelegate::tickAsPosted));
+}
+
+void AppDelegate::tickAsPosted() {
+    isTickPosted_ = false;
+    // The program may have ended since the tick was posted.
+    if (refreshTimer_ != nullptr) refreshWhatIsShown();
 }
 
 void AppDelegate::refreshWhatIsShown() {
     if (ports_.popover.isShown()) {
-        store_.refresh(false);
-    } else if (!store_.menuBarKeys().value().empty()) {
-        store_.refreshMenuBarOnly();
+        store_->refresh(false);
+    } else if (!store_->menuBarKeys().value().empty()) {
+        store_->refreshMenuBarOnly();
     }
 }
 
@@ -128,14 +135,13 @@ void AppDelegate::refreshWhatIsShown() {
 
 void AppDelegate::observeStore() {
     NotificationCenter& center = ports_.notifications;
+    const auto resize = ifAlive([](AppDelegate& self, const auto&) { self.popoverSizeMayHaveChanged(); });
     observers_ = {
-        center.addObserver(kelvinbarSamplingRateChanged, {[this](const auto&) { samplingRateChanged(); }}),
-        center.addObserver(kelvinbarMenuBarReadingChanged,
-                           {[this](const auto& change) { menuBarReadingChanged(change); }}),
-        center.addObserver(kelvinbarDisplayModeChanged,
-                           {[this](const auto&) { popoverSizeMayHaveChanged(); }}),
-        center.addObserver(kelvinbarManualSizeChanged,
-                           {[this](const auto&) { popoverSizeMayHaveChanged(); }}),
+        center.addObserver(kelvinbarSamplingRateChanged,
+                           {ifAlive([](AppDelegate& self, const auto&) { self.samplingRateChanged(); })}),
+        center.addObserver(kelvinbarMenuBarReadingChanged, {ifAlive(&AppDelegate::menuBarReadingChanged)}),
+        center.addObserver(kelvinbarDisplayModeChanged, {resize}),
+        center.addObserver(kelvinbarManualSizeChanged, {resize}),
     };
 }
 
@@ -145,8 +151,8 @@ void AppDelegate::samplingRateChanged() {
 }
 
 void AppDelegate::menuBarReadingChanged(const MenuBarReadingChange& change) {
-    updateStatusItemTitle(change.title ? *change.title : store_.menuBarTitle(),
-                          change.toolTip ? *change.toolTip : store_.menuBarToolTip());
+    updateStatusItemTitle(change.title ? *change.title : store_->menuBarTitle(),
+                          change.toolTip ? *change.toolTip : store_->menuBarToolTip());
 }
 
 void AppDelegate::popoverSizeMayHaveChanged() { applyPopoverSize(calculatedPopoverSize()); }
@@ -162,15 +168,14 @@ void AppDelegate::configurePopover() {
     Popover& popover = ports_.popover;
     popover.setTransient(true);
     popover.setAnimates(false);
-    popover.setDidCloseHandler([this] { popoverDidClose(); });
+    popover.setDidCloseHandler(ifAlive(&AppDelegate::popoverDidClose));
     popover.setContentSize(fixedPopoverSize);
     popover.setContent(makePopoverContent());
 }
 
 std::unique_ptr<PopoverContent> AppDelegate::makePopoverContent() {
-    return ports_.contentFactory.make(store_, [self = std::weak_ptr(self_)] {
-        if (const auto delegate = self.lock()) (*delegate)->ports_.popover.performClose();
-    });
+    return ports_.contentFactory.make(*store_,
+                                      ifAlive([](AppDelegate& self) { self.ports_.popover.performClose(); }));
 }
 
 void AppDelegate::ensurePopoverContentController() {
@@ -188,10 +193,10 @@ Rect AppDelegate::visibleFrameForPopover() {
 
 Size AppDelegate::calculatedPopoverSize() {
     return targetPopoverSize({.visibleFrame = visibleFrameForPopover(),
-                              .displayMode = store_.displayMode().value(),
-                              .manualPopoverHeight = store_.manualPopoverHeight().value(),
-                              .readings = store_.readings().value(),
-                              .hiddenKeys = store_.hiddenKeys().value()});
+                              .displayMode = store_->displayMode().value(),
+                              .manualPopoverHeight = store_->manualPopoverHeight().value(),
+                              .readings = store_->readings().value(),
+                              .hiddenKeys = store_->hiddenKeys().value()});
 }
 
 void AppDelegate::applyPopoverSize(Size size) {
@@ -205,6 +210,7 @@ void AppDelegate::applyPopoverSize(Size size) {
 }
 
 void AppDelegate::togglePopover() {
+    const auto self = shared_from_this();
     StatusItemButton* const button = statusButton();
     if (button == nullptr) return;
     Popover& popover = ports_.popover;
@@ -213,7 +219,7 @@ void AppDelegate::togglePopover() {
         return;
     }
     ensurePopoverContentController();
-    store_.refresh(false);
+    store_->refresh(false);
     const Size target = calculatedPopoverSize();
     applyPopoverSize({target.width, std::min(target.height, openingPopoverHeight)});
     popover.show(*button, PopoverEdge::minY);
@@ -231,9 +237,8 @@ void AppDelegate::animatePopoverOpen(Size size) {
         applyPopoverSize(size);
         return;
     }
-    content->animateWindowContentSize(size, 160ms, [size, self = std::weak_ptr(self_)] {
-        if (const auto delegate = self.lock()) (*delegate)->applyPopoverSize(size);
-    });
+    content->animateWindowContentSize(size, 160ms,
+                                      ifAlive([size](AppDelegate& self) { self.applyPopoverSize(size); }));
 }
 
 } // namespace kelvinbar

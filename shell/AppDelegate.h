@@ -6,6 +6,7 @@
 #include "store/KelvinbarStore.h"
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -20,11 +21,19 @@
 /// after the timer has ended, and the desktop may close the panel on its own.
 namespace kelvinbar {
 
-/// Connects the store to the desktop. Callbacks that outlive the delegate do nothing. Main thread only.
-class AppDelegate {
+/// Connects the store to the desktop. Callbacks that outlive the delegate do nothing; one that releases it
+/// keeps it alive until the outermost call has returned. Main thread only.
+class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
+    struct Token {
+        explicit Token() = default;
+    };
+
   public:
     /// Creates the store and thereby starts its first refresh. Shows nothing yet.
-    AppDelegate(const ShellPorts& ports, const StorePorts& storePorts);
+    static std::shared_ptr<AppDelegate> create(const ShellPorts& ports, const StorePorts& storePorts);
+
+    /// For `create` alone.
+    AppDelegate(Token token, const ShellPorts& ports, const StorePorts& storePorts);
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
     ~AppDelegate() = default;
@@ -41,12 +50,22 @@ class AppDelegate {
     /// Opens the panel unless it is open. Called when the program is started a second time.
     void openPopover();
 
-    [[nodiscard]] KelvinbarStore& store() { return store_; }
+    [[nodiscard]] KelvinbarStore& store() { return *store_; }
 
   private:
+    /// A callback that does nothing if the delegate is gone, and keeps it alive until it returns. `action` is
+    /// called with the delegate and the arguments.
+    template <typename Action>
+    auto ifAlive(Action action) {
+        return [self = weak_from_this(), action](const auto&... arguments) {
+            if (const auto delegate = self.lock()) std::invoke(action, *delegate, arguments...);
+        };
+    }
+
     void configureStatusItem();
     void installRefreshTimer();
     void tick();
+    void tickAsPosted();
     void refreshWhatIsShown();
     void updateStatusItemTitle(const std::string& title, const std::string& tooltip);
     static void applyStatusTitle(const std::string& title, StatusItemButton& button);
@@ -70,15 +89,13 @@ class AppDelegate {
     void popoverDidClose() {}
 
     ShellPorts ports_;
-    KelvinbarStore store_;
+    std::shared_ptr<KelvinbarStore> store_;
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<RepeatingTimer> refreshTimer_;
+    bool isTickPosted_ = false;
     std::string lastStatusTitle_;
     std::string lastStatusToolTip_;
     std::array<Registration, 4> observers_;
-
-    /// Callbacks hold a weak pointer to it, to check on the main thread whether the delegate still exists.
-    std::shared_ptr<AppDelegate*> self_ = std::make_shared<AppDelegate*>(this);
 };
 
 } // namespace kelvinbar

@@ -31,7 +31,7 @@ class PopoverContent {
 class PopoverContentFactory {
   public:
     virtual ~PopoverContentFactory() = default;
-    /// A view of `store`, which must outlive it. Calls `closeAction` for controls that close the panel.
+    /// A view of `store`, which it keeps alive. Calls `closeAction` for controls that close the panel.
     virtual std::unique_ptr<PopoverContent> make(KelvinbarStore& store,
                                                  std::function<void()> closeAction) = 0;
 };

@@ -43,12 +43,15 @@ KeySet keptKeys(const KeySet& keys, const std::unordered_set<std::string_view>& 
 
 } // namespace
 
-KelvinbarStore::KelvinbarStore(const StorePorts& ports)
-    : KelvinbarStore(ports, loadPreferences(ports.defaults)) {
-    refresh(true);
+std::shared_ptr<KelvinbarStore> KelvinbarStore::create(const StorePorts& ports) {
+    // Not make_shared, with which a pass that still runs would keep the memory.
+    std::shared_ptr<KelvinbarStore> store =
+        std::make_unique<KelvinbarStore>(Token(), ports, loadPreferences(ports.defaults));
+    store->refresh(true);
+    return store;
 }
 
-KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
+KelvinbarStore::KelvinbarStore(Token /*token*/, StorePorts ports, Preferences preferences)
     : ports_(std::move(ports))
     , announcer_(ports_.notifications)
     , continuity_(ports_.defaults)
@@ -65,6 +68,7 @@ KelvinbarStore::KelvinbarStore(StorePorts ports, Preferences preferences)
 
 void KelvinbarStore::refresh(bool forceDiscovery) {
     if (refreshTask_) return;
+    const auto self = shared_from_this(); // an observer may release the store
     isLoading_.set(readings_.value().empty());
     statusMessage_.set(std::string(texts().reading));
     refreshTask_ = start({.fixedCandidates = fixedCandidates_,
@@ -101,12 +105,11 @@ bool KelvinbarStore::isDiscoveryDue() const {
 }
 
 Cancellation KelvinbarStore::start(const LoadPass& pass, Apply apply) {
-    return ports_.backgroundQueue.start([pass, apply, machine = ports_.machine,
-                                         weakSelf = std::weak_ptr(self_),
+    return ports_.backgroundQueue.start([pass, apply, machine = ports_.machine, weakSelf = weak_from_this(),
                                          &mainQueue = ports_.mainQueue](const Cancellation& cancellation) {
         const auto result = std::make_shared<SMCLoadResult>(loadReadings(machine, pass, cancellation));
         mainQueue.post([apply, weakSelf, result] {
-            if (const auto self = weakSelf.lock()) ((*self)->*apply)(std::move(*result));
+            if (const auto self = weakSelf.lock()) ((*self).*apply)(std::move(*result));
         });
     });
 }
@@ -183,6 +186,7 @@ void KelvinbarStore::patchReadings(std::vector<SMCReading> fresh) {
 // Pinned and hidden readings
 
 void KelvinbarStore::setMenuBarKeys(const std::vector<std::string>& keys) {
+    const auto self = shared_from_this(); // an observer may release the store
     menuBarKeys_.set(sanitizedPinnedKeys(keys));
     storeMenuBarKeys(ports_.defaults, menuBarKeys_.value());
     continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
@@ -211,6 +215,7 @@ void KelvinbarStore::unpin(std::string_view key) {
 void KelvinbarStore::hideReading(const SMCReading& reading) {
     const std::string key(trimmed(reading.key));
     if (key.empty()) return;
+    const auto self = shared_from_this(); // an observer may release the store
     KeySet keys = hiddenKeys_.value();
     keys.insert(key);
     setHiddenKeys(std::move(keys));
@@ -220,6 +225,7 @@ void KelvinbarStore::hideReading(const SMCReading& reading) {
 void KelvinbarStore::unhideAllReadings() { setHiddenKeys({}); }
 
 void KelvinbarStore::setHiddenKeys(KeySet keys) {
+    const auto self = shared_from_this(); // an observer may release the store
     if (!hiddenKeys_.set(std::move(keys))) return;
     storeHiddenKeys(ports_.defaults, hiddenKeys_.value());
     continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
@@ -228,18 +234,21 @@ void KelvinbarStore::setHiddenKeys(KeySet keys) {
 // Settings
 
 void KelvinbarStore::setSamplingRate(SMCSamplingRate rate) {
+    const auto self = shared_from_this(); // an observer may release the store
     if (!samplingRate_.set(rate)) return;
     storeSamplingRate(ports_.defaults, rate);
     announcer_.samplingRateChanged(rate);
 }
 
 void KelvinbarStore::setDisplayMode(SMCWindowDisplayMode mode) {
+    const auto self = shared_from_this(); // an observer may release the store
     if (!displayMode_.set(mode)) return;
     storeDisplayMode(ports_.defaults, mode);
     postDisplayModeChanged();
 }
 
 void KelvinbarStore::setManualPopoverHeight(double height) {
+    const auto self = shared_from_this(); // an observer may release the store
     // With the arguments in this order, NaN becomes the minimum.
     const PopoverSize size{standardPopoverSize.width,
                            std::min(std::max(minimumPopoverHeight, height), maximumPopoverHeight)};
@@ -250,6 +259,16 @@ void KelvinbarStore::setManualPopoverHeight(double height) {
         storeManualPopoverSize(ports_.defaults, size);
     }
     postManualSizeChanged();
+}
+
+void KelvinbarStore::setSelectedCategory(std::optional<SMCCategory> category) {
+    const auto self = shared_from_this(); // an observer may release the store
+    selectedCategory_.set(category);
+}
+
+void KelvinbarStore::setSearchText(std::string text) {
+    const auto self = shared_from_this(); // an observer may release the store
+    searchText_.set(std::move(text));
 }
 
 // Derived

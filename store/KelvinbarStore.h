@@ -33,7 +33,8 @@
 ///
 /// Pitfalls:
 /// - A full pass without readings unpins and unhides everything; a menu bar pass without readings does not.
-/// - Observers run inside the setters and may call the store again.
+/// - Observers run inside the setters and may call the store again, or release it: what calls observers keeps
+///   the store alive until it returns.
 /// - `smcAvailable` is also true if only the system's own facts can be shown.
 namespace kelvinbar {
 
@@ -49,13 +50,20 @@ struct StorePorts {
 };
 
 /// Readings, pins, hidden keys and settings, each as an observable field. Main thread only.
-class KelvinbarStore {
+class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
+    struct Token {
+        explicit Token() = default;
+    };
+
   public:
     /// Age at which the next full refresh discovers keys again.
     static constexpr std::chrono::seconds discoveryInterval{300};
 
     /// Loads the preferences and starts the first full refresh. Stores and posts nothing.
-    explicit KelvinbarStore(const StorePorts& ports);
+    static std::shared_ptr<KelvinbarStore> create(const StorePorts& ports);
+
+    /// For `create` alone.
+    KelvinbarStore(Token token, StorePorts ports, Preferences preferences);
     KelvinbarStore(const KelvinbarStore&) = delete;
     KelvinbarStore& operator=(const KelvinbarStore&) = delete;
     ~KelvinbarStore() = default;
@@ -88,9 +96,8 @@ class KelvinbarStore {
     void setManualPopoverHeight(double height);
 
     /// For views that filter or search. The panel does neither, so only tests set these.
-    void setSelectedCategory(std::optional<SMCCategory> category) { selectedCategory_.set(category); }
-
-    void setSearchText(std::string text) { searchText_.set(std::move(text)); }
+    void setSelectedCategory(std::optional<SMCCategory> category);
+    void setSearchText(std::string text);
 
     [[nodiscard]] const MachineTexts& texts() const { return ports_.machine.texts; }
 
@@ -136,8 +143,6 @@ class KelvinbarStore {
 
     using Apply = void (KelvinbarStore::*)(SMCLoadResult);
 
-    KelvinbarStore(StorePorts ports, Preferences preferences);
-
     [[nodiscard]] bool isDiscoveryDue() const;
     Cancellation start(const LoadPass& pass, Apply apply);
     void applyFullResult(SMCLoadResult result);
@@ -179,9 +184,6 @@ class KelvinbarStore {
     std::optional<std::chrono::nanoseconds> lastFullDiscovery_; ///< on the monotonic clock
     std::optional<Cancellation> refreshTask_;
     std::optional<Cancellation> menuBarRefreshTask_;
-
-    /// Results hold a weak pointer to it, to check on the main thread whether the store still exists.
-    std::shared_ptr<KelvinbarStore*> self_ = std::make_shared<KelvinbarStore*>(this);
 };
 
 } // namespace kelvinbar

@@ -56,7 +56,9 @@ class ProgramRun {
         return WEXITSTATUS(status);
     }
 
-    void terminate() const { ::kill(process_, SIGTERM); }
+    void terminate() const { send(SIGTERM); }
+
+    void send(int signal) const { ::kill(process_, signal); }
 
   private:
     static std::vector<char*> pointersTo(Words& words) {

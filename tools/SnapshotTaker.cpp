@@ -14,15 +14,15 @@ std::string takeSnapshot(const Machine& machine) {
     MainLoopQueue mainQueue;
     WorkerQueue backgroundQueue(1);
     const SystemWallClock wallClock;
-    KelvinbarStore store({.machine = machine,
-                          .defaults = defaults,
-                          .notifications = notifications,
-                          .mainQueue = mainQueue,
-                          .backgroundQueue = backgroundQueue,
-                          .wallClock = wallClock});
-    mainQueue.runUntil([&] { return !store.isLoading().value(); });
-    std::string text = store.exportText();
-    store.shutdown();
+    const auto store = KelvinbarStore::create({.machine = machine,
+                                               .defaults = defaults,
+                                               .notifications = notifications,
+                                               .mainQueue = mainQueue,
+                                               .backgroundQueue = backgroundQueue,
+                                               .wallClock = wallClock});
+    mainQueue.runUntil([&] { return !store->isLoading().value(); });
+    std::string text = store->exportText();
+    store->shutdown();
     return text;
 }
 

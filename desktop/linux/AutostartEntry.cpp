@@ -1,6 +1,6 @@
 #include "desktop/linux/AutostartEntry.h"
 
-#include "base/Text.h"
+#include "desktop/linux/DesktopEntry.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
-#include <optional>
 #include <sstream>
 #include <system_error>
 #include <utility>
@@ -20,10 +19,6 @@ namespace kelvinbar {
 namespace {
 
 namespace fs = std::filesystem;
-
-using Lines = std::vector<std::string>;
-
-constexpr std::string_view groupHeader = "[Desktop Entry]";
 
 /// Some desktops disable an entry with their own key instead of Hidden.
 constexpr std::array<std::string_view, 2> enablingKeys{"X-GNOME-Autostart-enabled",
@@ -37,51 +32,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 2> requiredV
 
 constexpr std::string_view newEntry = "[Desktop Entry]\nType=Application\nName=Kelvinbar\n"
                                       "Comment=Sensor readings in the panel\nIcon=kelvinbar\n";
-
-Lines linesOf(std::string_view text) {
-    Lines lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        lines.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
-}
-
-/// The value of a line "Key=value". No value if the line has another key.
-std::optional<std::string_view> valueIn(std::string_view line, std::string_view key) {
-    const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos || trimmed(line.substr(0, equals)) != key) return std::nullopt;
-    return trimmed(line.substr(equals + 1));
-}
-
-bool beginsGroup(std::string_view line) { return trimmed(line).starts_with('['); }
-
-/// The value of a key in the group [Desktop Entry]. The last of several wins.
-std::optional<std::string> valueOf(const Lines& lines, std::string_view key) {
-    std::optional<std::string> value;
-    bool isInGroup = false;
-    for (const std::string& line : lines) {
-        if (beginsGroup(line)) isInGroup = trimmed(line) == groupHeader;
-        if (const auto found = valueIn(line, key); found && isInGroup) value = *found;
-    }
-    return value;
-}
-
-/// `lines` with exactly one line for `key` in the group [Desktop Entry].
-Lines withValue(const Lines& lines, std::string_view key, std::string_view value) {
-    Lines result;
-    bool isInGroup = false;
-    for (const std::string& line : lines) {
-        if (beginsGroup(line)) isInGroup = trimmed(line) == groupHeader;
-        if (isInGroup && valueIn(line, key)) continue;
-        result.push_back(line);
-        if (isInGroup && beginsGroup(line)) {
-            result.push_back(std::string(key).append("=").append(value));
-        }
-    }
-    return result;
-}
 
 /// Replaces the content of `file` atomically.
 bool replaceFile(const fs::path& file, const std::string& text) {
@@ -100,28 +50,9 @@ bool replaceFile(const fs::path& file, const std::string& text) {
     return isReplaced;
 }
 
-/// `argument` in quotes, with reserved characters escaped. "%" introduces a field code and is doubled.
-std::string quotedArgument(std::string_view argument) {
-    std::string quoted = "\"";
-    for (const char character : argument) {
-        if (character == '"' || character == '`' || character == '$' || character == '\\') quoted += '\\';
-        if (character == '%') quoted += '%';
-        quoted += character;
-    }
-    return quoted + "\"";
-}
-
-/// Applies the escape sequences of all string values. Desktops resolve them before they parse the quotes.
-std::string escapedText(std::string_view text) {
-    std::string escaped = replacedAll(text, "\\", "\\\\");
-    escaped = replacedAll(escaped, "\n", "\\n");
-    escaped = replacedAll(escaped, "\t", "\\t");
-    return replacedAll(escaped, "\r", "\\r");
-}
-
 /// The content of `file`. No value if it cannot be read or is too large for a desktop entry. Opens only
 /// regular files: a pipe would block the program.
-std::optional<std::string> entryText(const fs::path& file) {
+std::optional<std::string> contentOf(const fs::path& file) {
     constexpr std::uintmax_t limit = std::uintmax_t{64} * 1024;
     std::error_code error;
     if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > limit) return std::nullopt;
@@ -131,30 +62,100 @@ std::optional<std::string> entryText(const fs::path& file) {
     return stream ? std::optional(std::move(text).str()) : std::nullopt;
 }
 
+/// Where a write to `file` ends up: the target of a symbolic link, which need not exist.
+fs::path linkTarget(fs::path file) {
+    constexpr int longestChain = 40;
+    std::error_code error;
+    for (int links = 0; links < longestChain && fs::is_symlink(file, error); ++links) {
+        file = file.parent_path() / fs::read_symlink(file, error);
+    }
+    return file;
+}
+
+bool isProgram(const fs::path& file) {
+    std::error_code error;
+    return fs::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0;
+}
+
+/// The program that a desktop starts for `word`, a path or a name to look for in `path`, the value of PATH.
+std::optional<fs::path> foundProgram(const std::string& word, const std::string& path) {
+    if (word.find('/') != std::string::npos) {
+        return isProgram(word) ? std::optional<fs::path>(word) : std::nullopt;
+    }
+    std::istringstream folders(path);
+    for (std::string folder; !word.empty() && std::getline(folders, folder, ':');) {
+        if (folder.starts_with('/') && isProgram(fs::path(folder) / word)) return fs::path(folder) / word;
+    }
+    return std::nullopt;
+}
+
+/// The word that names the program. "env" and the variables that it sets may come before it.
+auto programIn(std::vector<std::string>& words) {
+    if (words.empty() || fs::path(words.front()).filename() != "env") return words.begin();
+    return std::find_if(words.begin() + 1, words.end(),
+                        [](const std::string& word) { return word.find('=') == std::string::npos; });
+}
+
+bool isSwitchedOff(const EntryLines& lines) {
+    return entryValue(lines, "Hidden") == "true" ||
+           std::ranges::any_of(enablingKeys,
+                               [&](std::string_view key) { return entryValue(lines, key) == "false"; });
+}
+
 } // namespace
 
 AutostartEntry::AutostartEntry(const fs::path& folder, const std::string& name,
-                               std::vector<std::string> command, Actions actions, Log& log)
+                               std::vector<std::string> command, Surroundings surroundings, Actions actions,
+                               Log& log)
     : file_(folder / (name + ".desktop"))
     , command_(std::move(command))
+    , surroundings_(std::move(surroundings))
     , actions_(std::move(actions))
     , log_(log) {}
 
 bool AutostartEntry::isRegistered() const {
-    const auto text = entryText(file_);
-    if (!text) return false;
-    const Lines lines = linesOf(*text);
-    const bool isDisabled = std::ranges::any_of(
-        enablingKeys, [&](std::string_view key) { return valueOf(lines, key) == "false"; });
-    return valueOf(lines, "Exec") && valueOf(lines, "Hidden") != "true" && !isDisabled;
+    const auto text = contentOf(file_);
+    return text && starts(entryLines(*text));
+}
+
+/// Whether the desktop would start this program for the entry.
+bool AutostartEntry::starts(const EntryLines& lines) const {
+    auto words = commandOfExecValue(entryValue(lines, "Exec").value_or(""));
+    const auto program = programIn(words);
+    return program != words.end() && isThisProgram(*program) && !isSwitchedOff(lines) &&
+           isTryExecMet(lines) && isShownIn(lines, surroundings_.desktopNames);
+}
+
+bool AutostartEntry::isThisProgram(const std::string& word) const {
+    const auto found = foundProgram(word, surroundings_.path);
+    std::error_code error;
+    return found && fs::equivalent(*found, command_.front(), error);
+}
+
+/// Whether the entry's condition that a program is installed holds.
+bool AutostartEntry::isTryExecMet(const EntryLines& lines) const {
+    const auto condition = entryValue(lines, "TryExec");
+    return !condition || foundProgram(unescapedEntryValue(*condition), surroundings_.path);
+}
+
+std::string AutostartEntry::programWord() const {
+    const std::string name = fs::path(command_.front()).filename();
+    return isThisProgram(name) ? name : command_.front();
 }
 
 bool AutostartEntry::registerItem() {
     std::error_code error;
     fs::create_directories(file_.parent_path(), error);
-    const auto entry = enabledEntry();
-    if (!entry) return logged(LogLevel::error, "cannot be read in full and is left as it is");
-    if (!replaceFile(file_, *entry)) return logged(LogLevel::error, "cannot be written");
+    const auto text = contentOf(file_);
+    if (fs::exists(file_, error) && !text) {
+        return logged(LogLevel::error, "cannot be read in full and is left as it is");
+    }
+    return write(enabled(entryLines(text.value_or(std::string(newEntry)))));
+}
+
+bool AutostartEntry::write(const EntryLines& lines) const {
+    if (!replaceFile(linkTarget(file_), entryText(lines)))
+        return logged(LogLevel::error, "cannot be written");
     return logged(LogLevel::info, "is written");
 }
 
@@ -165,30 +166,48 @@ bool AutostartEntry::logged(LogLevel level, const char* what) const {
     return level != LogLevel::error;
 }
 
-/// The existing entry, or a new one, enabled. No value if there is an entry that cannot be read completely.
-std::optional<std::string> AutostartEntry::enabledEntry() const {
-    std::error_code error;
-    const auto text = entryText(file_);
-    if (fs::exists(file_, error) && !text) return std::nullopt;
-    Lines lines = linesOf(text.value_or(std::string(newEntry)));
-    if (std::ranges::none_of(lines, [](const std::string& line) { return trimmed(line) == groupHeader; })) {
-        lines.insert(lines.begin(), std::string(groupHeader));
-    }
+/// `lines` so that the desktop starts this program for them.
+EntryLines AutostartEntry::enabled(EntryLines lines) const {
     for (const auto& [key, value] : requiredValues) {
-        if (!valueOf(lines, key)) lines = withValue(lines, key, value);
+        if (!entryValue(lines, key)) lines = withEntryValue(lines, key, value);
     }
-    lines = withValue(lines, "Exec", desktopExecValue(command_));
-    lines = withValue(lines, "Hidden", "false");
+    auto command = command_;
+    command.front() = programWord();
+    lines = withEntryValue(lines, "Exec", desktopExecValue(command));
+    lines = withEntryValue(lines, "Hidden", "false");
     for (const std::string_view key : enablingKeys) {
-        if (valueOf(lines, key)) lines = withValue(lines, key, "true");
+        if (entryValue(lines, key)) lines = withEntryValue(lines, key, "true");
     }
-    std::string entry;
-    for (const std::string& line : lines) entry.append(line).append("\n");
-    return entry;
+    if (!isTryExecMet(lines)) lines = withoutEntryValue(lines, "TryExec");
+    if (isShownIn(lines, surroundings_.desktopNames)) return lines;
+    return withoutEntryValue(withoutEntryValue(lines, "OnlyShowIn"), "NotShowIn");
+}
+
+void AutostartEntry::renew() {
+    const auto text = contentOf(file_);
+    if (!text) return;
+    EntryLines lines = entryLines(*text);
+    auto words = commandOfExecValue(entryValue(lines, "Exec").value_or(""));
+    const auto program = programIn(words);
+    const bool isStale = program != words.end() && isOfOurName(*program) && !isThisProgram(*program);
+    if (!isStale || isSwitchedOff(lines)) return;
+    *program = programWord();
+    lines = withEntryValue(lines, "Exec", desktopExecValue(words));
+    if (!isTryExecMet(lines)) lines = withoutEntryValue(lines, "TryExec");
+    static_cast<void>(write(lines)); // a failure is logged
+}
+
+/// Other programs in an entry, such as a shell, are the user's own choice.
+bool AutostartEntry::isOfOurName(const std::string& word) const {
+    return fs::path(word).filename() == fs::path(command_.front()).filename();
 }
 
 bool AutostartEntry::unregisterItem() {
     std::error_code error;
+    // A link belongs to whoever keeps its target, and would be missed.
+    if (const auto text = contentOf(file_); text && fs::is_symlink(file_, error)) {
+        return write(withEntryValue(entryLines(*text), "Hidden", "true"));
+    }
     fs::remove(file_, error);
     return error ? logged(LogLevel::error, "cannot be removed") : logged(LogLevel::info, "is removed");
 }
@@ -199,15 +218,6 @@ fs::path userAutostartFolder() {
     if (config != nullptr && *config == '/') return fs::path(config) / "autostart";
     const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe)
     return fs::path(home == nullptr ? "/" : home) / ".config/autostart";
-}
-
-std::string desktopExecValue(const std::vector<std::string>& command) {
-    std::string value;
-    for (const std::string& argument : command) {
-        if (!value.empty()) value += ' ';
-        value += quotedArgument(argument);
-    }
-    return escapedText(value);
 }
 
 } // namespace kelvinbar

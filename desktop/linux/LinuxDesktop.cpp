@@ -1,13 +1,20 @@
 #include "desktop/Desktop.h"
+#include "desktop/linux/AlertSound.h"
 #include "desktop/linux/AutostartEntry.h"
+#include "desktop/linux/BarColors.h"
+#include "desktop/linux/DisplayFailure.h"
 #include "desktop/linux/FocusInput.h"
+#include "desktop/linux/InstanceLock.h"
 #include "desktop/linux/LayerShell.h"
 #include "desktop/linux/LayerWindowSystem.h"
 #include "desktop/linux/LinuxScreens.h"
 #include "desktop/linux/MotionPreference.h"
+#include "desktop/linux/NoTrayNotice.h"
 #include "desktop/linux/PlatformChoice.h"
 #include "desktop/linux/PreferencesFile.h"
 #include "desktop/linux/RunningInstance.h"
+#include "desktop/linux/SecondStart.h"
+#include "desktop/linux/SessionRestore.h"
 #include "desktop/linux/SessionWatch.h"
 #include "desktop/linux/TrayItem.h"
 #include "desktop/linux/WindowSystem.h"
@@ -15,15 +22,13 @@
 #include "desktop/linux/x11/X11Session.h"
 #include "desktop/qt/TerminationSignals.h"
 
+#include <QFile>
 #include <QGuiApplication>
-#include <QPalette>
 #include <QProcess>
+#include <QSettings>
 #include <array>
-#include <cstdio>
 #include <optional>
 #include <utility>
-
-#include <unistd.h>
 
 namespace kelvinbar {
 
@@ -46,19 +51,16 @@ void openAutostartSettings() {
     }
 }
 
-/// Rings the terminal's bell, if there is a terminal.
-void ringBell() {
-    if (isatty(STDERR_FILENO) == 1) static_cast<void>(std::fputc('\a', stderr));
-}
-
-bool hasDarkColors() {
-    const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
+std::string desktopNames() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(); }
 
 /// The program's name on the session bus, which is also that of its desktop entry.
 QString busName(const std::string& name) {
     return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
+}
+
+/// Whether the user has preferences of the program `name`. There are none before its first start.
+bool hasPreferences(const std::string& name) {
+    return QFile::exists(QSettings("kelvinbar", QString::fromStdString(name)).fileName());
 }
 
 /// Whether the desktop's panel is Plasma's, which reports clicks in the compositor's coordinates on Wayland.
@@ -81,33 +83,52 @@ class TrayApplication final : public Application {
 
 class LinuxDesktop final : public Desktop {
   public:
-    LinuxDesktop(const std::string& name, const std::vector<std::string>& command, Log& log)
-        : bus_(QDBusConnection::sessionBus())
+    LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
+        : log_(log)
+        , bus_(QDBusConnection::sessionBus())
         , layerShell_(layerShellOfApplication(log))
-        , instance_(bus_, busName(name), [this] { openPanel(); })
-        , statusBar_(bus_,
-                     trayStyle(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(), hasDarkColors()),
-                     handlers_,
-                     {.placeOfClick = [this](QPoint place) { return screens_.placeOfClick(place); },
-                      .visibleFrameAround =
-                          [this](const Rect& place) { return screens_.around(place).visibleFrame; },
-                      .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
-                     log)
-        , autostart_(userAutostartFolder(), busName(name).toStdString(), command,
-                     {openAutostartSettings, ringBell}, log)
-        , userDefaults_(QString::fromStdString(name), log)
+        , start_{.bus = bus_,
+                 .name = busName(start.name),
+                 .place = ownPlace(),
+                 .isAtLogin = start.isAtLogin || qGuiApp->isSessionRestored()}
+        , lock_(instanceLockFile(start.name))
+        , instance_(bus_, start_.name,
+                    [this](const FocusRight& right) {
+                        popoverInput_.grantFocus(right);
+                        openPanel();
+                    })
+        , isFirstStart_(!hasPreferences(start.name))
+        , userDefaults_(QString::fromStdString(start.name), log)
+        , barColors_(desktopNames(), bus_, PlasmaFolders::ofThisUser())
+        , statusBar_(bus_, trayContext(), handlers_, log)
+        , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
+                     {.path = qEnvironmentVariable("PATH").toStdString(), .desktopNames = desktopNames()},
+                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
         , motion_(bus_)
         , signals_([this] { quit(); }) {
-        if (layerShell_ && !isPlasma()) screens_.setPanelCorner(loadPanelCorner(userDefaults_));
+        if (opensInCorner()) screens_.setPanelCorner(loadPanelCorner(userDefaults_));
+        declineSessionRestore(*qGuiApp);
+        // A shutdown may take time, and a new start must not wait for it.
+        QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &instance_, [this] { stepAside(); });
     }
 
-    bool handOverToRunningInstance() override {
-        if (instance_.isThisOne()) return false;
-        instance_.activateOther();
-        return true;
+    std::optional<int> handOverToRunningInstance() override {
+        if (becomeTheOne()) return std::nullopt;
+        const auto status = exitStatusOf(start_, lock_, log_);
+        // The other instance may have ended in the meantime.
+        if (!status) becomeTheOne();
+        return status;
     }
 
-    void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
+    void setHandlers(DesktopHandlers handlers) override {
+        handlers_ = std::move(handlers);
+        if (!handlers_.openPanel) {
+            trayNotice_ = nullptr;
+            return;
+        }
+        autostart_.renew();
+        trayNotice_ = makeTrayNotice();
+    }
 
     Application& application() override { return application_; }
 
@@ -124,6 +145,56 @@ class LinuxDesktop final : public Desktop {
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
   private:
+    TrayContext trayContext() {
+        return {
+            .desktopNames = desktopNames(),
+            .colors = barColors_,
+            .userDefaults = userDefaults_,
+            .surroundings = {.placeOfClick = [this](QPoint place) { return screens_.placeOfClick(place); },
+                             .visibleFrameAround =
+                                 [this](const Rect& place) { return screens_.around(place).visibleFrame; },
+                             .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
+            .makeXEmbedIcon = makeXEmbedTrayIcon,
+            .desktopEntries = [this] { return cornerEntries(); },
+            .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
+            .hasTrayChanged = [this](bool hasTray) { hasTray_ = hasTray; }};
+    }
+
+    /// Whether hosts do not tell where the item is, and the panel can be in a corner.
+    [[nodiscard]] bool opensInCorner() const { return layerShell_ && !isPlasma(); }
+
+    std::vector<StatusMenuEntry> cornerEntries() {
+        if (!opensInCorner()) return {};
+        return panelCornerEntries(loadPanelCorner(userDefaults_), [this](PanelCorner corner) {
+            storePanelCorner(userDefaults_, corner);
+            screens_.setPanelCorner(corner);
+        });
+    }
+
+    /// The name first: whoever holds the lock also has the name, on its session bus.
+    bool becomeTheOne() {
+        if (!instance_.claim()) return false;
+        if (lock_.take(start_.place)) return true;
+        instance_.release();
+        return false;
+    }
+
+    void stepAside() {
+        lock_.release();
+        instance_.release();
+    }
+
+    std::unique_ptr<NoTrayNotice> makeTrayNotice() {
+        const auto wait = start_.isAtLogin ? NoTrayNotice::patienceAtLogin : NoTrayNotice::patience;
+        return std::make_unique<NoTrayNotice>(TraySituation{.command = autostart_.programWord(),
+                                                            .isAtLogin = start_.isAtLogin,
+                                                            .isFirstStart = isFirstStart_,
+                                                            .hasBus = bus_.isConnected(),
+                                                            .hasTray = [this] { return hasTray_; },
+                                                            .openPanel = [this] { openPanel(); }},
+                                              wait, log_);
+    }
+
     void openPanel() const {
         if (handlers_.openPanel) handlers_.openPanel();
     }
@@ -132,19 +203,26 @@ class LinuxDesktop final : public Desktop {
         if (handlers_.quit) handlers_.quit();
     }
 
+    Log& log_;
     DesktopHandlers handlers_;
     QDBusConnection bus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
     std::optional<LayerShell> layerShell_;
     LinuxScreens screens_{x11_.get(), clickReports(layerShell_)};
     FocusInput popoverInput_{windowSystem(x11_.get(), layerShell_)};
+    SecondStart start_;
+    InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
+    bool hasTray_ = false; ///< that shows the item, as far as is known
+    bool isFirstStart_;    // before the preferences make their file
+    PreferencesFile userDefaults_;
+    BarColors barColors_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
-    PreferencesFile userDefaults_;
     MotionPreference motion_;
     SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};
+    std::unique_ptr<NoTrayNotice> trayNotice_;
     TerminationSignals signals_;
 };
 
@@ -152,12 +230,26 @@ class LinuxDesktop final : public Desktop {
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
     const PlatformChoice platform([&log] { return offersLayerShell(log); });
+    const DisplayFailure failure(argc, argv, log);
     return makeTrayApplication(argc, argv, log);
 }
 
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& command,
+std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log) {
+    // Not the shared connection: that belongs to the application object, which does not exist yet.
+    const QString connection = "kelvinbar-start";
+    const auto status =
+        exitStatusOf({.bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection),
+                      .name = busName(start.name),
+                      .place = ownPlace(),
+                      .isAtLogin = start.isAtLogin},
+                     InstanceLock(instanceLockFile(start.name)), log);
+    QDBusConnection::disconnectFromBus(connection);
+    return status;
+}
+
+std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& command,
                                      Log& log) {
-    return std::make_unique<LinuxDesktop>(name, command, log);
+    return std::make_unique<LinuxDesktop>(start, command, log);
 }
 
 } // namespace kelvinbar

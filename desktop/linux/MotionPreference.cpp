@@ -1,20 +1,12 @@
 #include "desktop/linux/MotionPreference.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <vector>
 
 namespace kelvinbar {
 
 namespace {
-
-constexpr const char* portalService = "org.freedesktop.portal.Desktop";
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
-constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 
 /// A setting, and how to tell from its value that reduced motion is enabled.
 struct MotionSetting {
@@ -35,51 +27,23 @@ const std::array motionSettings{
                   }},
 };
 
-/// Portals wrap values in more variants than the signature has.
-QVariant unwrapped(QVariant value) {
-    while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
-    return value;
+std::vector<PortalSettings::Setting> namesOfSettings() {
+    std::vector<PortalSettings::Setting> names;
+    for (const MotionSetting& setting : motionSettings) names.emplace_back(setting.group, setting.name);
+    return names;
 }
 
 } // namespace
 
-MotionPreference::MotionPreference(QDBusConnection bus) : bus_(std::move(bus)) {
-    bus_.connect(portalService, portalPath, settingsInterface, "SettingChanged", this,
-                 SLOT(settingChanged(QString, QString, QDBusVariant)));
-    // At login, the program may start before the portal.
-    auto* const portalWatcher =
-        new QDBusServiceWatcher(portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &MotionPreference::readAll);
-    readAll();
+MotionPreference::MotionPreference(const QDBusConnection& bus) : settings_(bus, namesOfSettings()) {
+    connect(&settings_, &PortalSettings::settingRead, this, &MotionPreference::update);
 }
 
-void MotionPreference::readAll() {
-    for (const MotionSetting& setting : motionSettings) read({setting.group, setting.name});
-}
-
-void MotionPreference::read(const Setting& setting) {
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, "Read");
-    call << setting.first << setting.second;
-    call.setAutoStartService(false); // desktops start their portal themselves
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, setting, watcher] {
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (reply.isValid()) update(setting, reply.value().variant());
-        watcher->deleteLater();
-    });
-}
-
-void MotionPreference::settingChanged(const QString& group, const QString& name, const QDBusVariant& value) {
-    update({group, name}, value.variant());
-}
-
-void MotionPreference::update(const Setting& setting, QVariant value) {
+void MotionPreference::update(const Setting& setting, const QVariant& value) {
     const auto* const known = std::ranges::find_if(motionSettings, [&](const MotionSetting& candidate) {
         return setting == Setting(candidate.group, candidate.name);
     });
-    if (known != motionSettings.end()) {
-        isReduced_[setting] = known->isReducedBy(unwrapped(std::move(value)));
-    }
+    if (known != motionSettings.end()) isReduced_[setting] = known->isReducedBy(value);
 }
 
 bool MotionPreference::prefersReducedMotion() const {

@@ -3,6 +3,7 @@
 #include "store/UserDefaults.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,20 @@ std::string storedName(PanelCorner corner) {
     return {};
 }
 
+QString entryText(PanelCorner corner) {
+    switch (corner) {
+    case PanelCorner::topRight:
+        return "Panel at Top Right";
+    case PanelCorner::topLeft:
+        return "Panel at Top Left";
+    case PanelCorner::bottomRight:
+        return "Panel at Bottom Right";
+    case PanelCorner::bottomLeft:
+        return "Panel at Bottom Left";
+    }
+    return {};
+}
+
 } // namespace
 
 PanelCorner loadPanelCorner(const UserDefaults& defaults) {
@@ -37,6 +52,19 @@ PanelCorner loadPanelCorner(const UserDefaults& defaults) {
 
 void storePanelCorner(UserDefaults& defaults, PanelCorner corner) {
     defaults.setText(panelCornerKey, storedName(corner));
+}
+
+std::vector<StatusMenuEntry> panelCornerEntries(PanelCorner chosen,
+                                                const std::function<void(PanelCorner)>& choose) {
+    std::vector<StatusMenuEntry> entries{
+        {.identity = "corner-separator", .text = {}, .action = {}, .isChecked = std::nullopt}};
+    for (const PanelCorner corner : allPanelCorners) {
+        entries.push_back({.identity = QString::fromStdString("corner-" + storedName(corner)),
+                           .text = entryText(corner),
+                           .action = [choose, corner](uint) { choose(corner); },
+                           .isChecked = corner == chosen});
+    }
+    return entries;
 }
 
 Rect cornerPlace(PanelCorner corner, const Rect& visibleFrame) {

@@ -1,27 +1,42 @@
 #pragma once
 
-#include "desktop/qt/QtUserDefaults.h"
+#include "desktop/linux/PreferencesWriter.h"
+#include "desktop/qt/VariantUserDefaults.h"
+
+class QSettings;
 
 namespace kelvinbar {
 
-/// Preferences in a file in the user's configuration folder. Processes that write different keys at the same
-/// time do not lose each other's changes. A damaged file is copied to a backup before it is replaced.
-/// Main thread.
+/// Tries after 1, 2, 5, 10, 30 seconds and then every minute. Waits up to two seconds for the last changes.
+WriterPatience standardWriterPatience();
+
+/// Preferences in a file in the user's configuration folder, in the format of QSettings. They are read once;
+/// changes are visible at once and reach the file from a thread of their own (PreferencesWriter), as a rule
+/// within milliseconds. The file is replaced as a whole, so a kill at any time leaves the old or the new one.
 ///
-/// Pitfall: writing waits for other processes, at most about a second.
-class PreferencesFile final : public QtUserDefaults {
+/// Processes that write different keys at the same time do not lose each other's changes. A damaged file is
+/// copied to a backup before it is replaced.
+///
+/// Pitfalls: a change is not yet on the disk when the call returns. Changes that another process makes are
+/// seen at the next start. Main thread.
+class PreferencesFile final : public VariantUserDefaults {
   public:
-    /// Opens the file of the program `name` and logs its path. The log must outlive the object.
-    PreferencesFile(const QString& name, Log& log);
+    /// Reads the file of the program `name` and logs its path. The log must outlive the object.
+    PreferencesFile(const QString& name, Log& log, WriterPatience patience = standardWriterPatience());
+
+    /// See PreferencesWriter::flush.
+    bool flush(std::chrono::milliseconds limit) { return writer_.flush(limit); }
 
   protected:
-    void change(const std::function<void()>& make) override;
+    [[nodiscard]] QVariant storedValue(const QString& key) const override { return values_.value(key); }
+
+    void storeValue(const QString& key, const QVariant& value) override;
 
   private:
-    void waitForDistinctTimeStamp();
-    bool keepDamagedFileAside();
+    PreferencesFile(const QSettings& settings, Log& log, WriterPatience patience);
 
-    bool isDamaged_ = false;
+    QMap<QString, QVariant> values_;
+    PreferencesWriter writer_;
 };
 
 } // namespace kelvinbar

@@ -45,6 +45,20 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuItemPro
     return argument;
 }
 
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuRemovedProperties& value) {
+    argument.beginStructure();
+    argument << value.id << value.names;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuRemovedProperties& value) {
+    argument.beginStructure();
+    argument >> value.id >> value.names;
+    argument.endStructure();
+    return argument;
+}
+
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& value) {
     argument.beginStructure();
     argument << value.id << value.name << value.data << value.timestamp;
@@ -63,6 +77,8 @@ void registerStatusMenuTypes() {
     qDBusRegisterMetaType<StatusMenuLayout>();
     qDBusRegisterMetaType<StatusMenuItemProperties>();
     qDBusRegisterMetaType<QList<StatusMenuItemProperties>>();
+    qDBusRegisterMetaType<StatusMenuRemovedProperties>();
+    qDBusRegisterMetaType<QList<StatusMenuRemovedProperties>>();
     qDBusRegisterMetaType<StatusMenuEvent>();
     qDBusRegisterMetaType<QList<StatusMenuEvent>>();
 }

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QMetaType>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 /// The types of the menu protocol (com.canonical.dbusmenu) and their D-Bus encoding.
@@ -23,6 +24,12 @@ struct StatusMenuItemProperties {
     QVariantMap properties;
 };
 
+/// Properties that an entry no longer has: (ias).
+struct StatusMenuRemovedProperties {
+    int id = 0;
+    QStringList names;
+};
+
 /// An event of one entry, such as a click: (isvu).
 struct StatusMenuEvent {
     int id = 0;
@@ -35,6 +42,8 @@ QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& value
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& value);
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuItemProperties& value);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuItemProperties& value);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuRemovedProperties& value);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuRemovedProperties& value);
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& value);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& value);
 
@@ -45,4 +54,5 @@ void registerStatusMenuTypes();
 
 Q_DECLARE_METATYPE(kelvinbar::StatusMenuLayout)
 Q_DECLARE_METATYPE(kelvinbar::StatusMenuItemProperties)
+Q_DECLARE_METATYPE(kelvinbar::StatusMenuRemovedProperties)
 Q_DECLARE_METATYPE(kelvinbar::StatusMenuEvent)

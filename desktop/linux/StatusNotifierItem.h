@@ -7,19 +7,24 @@
 #include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <QString>
 #include <functional>
+#include <optional>
+#include <string>
 
 /// The status item as a tray shows it under Linux, by the StatusNotifierItem protocol. Three processes take
 /// part: the item is an object on the session bus with an icon, a tooltip and a menu; the watcher keeps the
 /// list of items; the host is the panel that displays them and reports clicks. The item registers with the
-/// watcher, and hosts then read its properties and listen for its signals.
+/// watcher, and hosts then read its properties and listen for its signals. It registers by the unique name of
+/// its connection: a name that is owned and given up can reach a watcher in another order than the item.
 ///
 /// Limits: the protocol has no text beside the icon. The label is an extension (XAyatanaLabel) that few hosts
 /// support. Pitfalls: the watcher may start after the program, crash or be replaced, so the item registers
-/// again whenever a watcher appears. Hosts do not report the icon's place, only where it was clicked, and
+/// again whenever a watcher appears, and when it drops the item, a limited number of times. A watcher may run
+/// without a host, which shows nothing. Hosts do not report the icon's place, only where it was clicked, and
 /// some report 0, 0.
 namespace kelvinbar {
 
@@ -34,16 +39,24 @@ struct StatusNotifierContent {
     QString toolTipText;
 };
 
+/// What hosts report. Both are called on the main thread.
+struct StatusNotifierHandlers {
+    std::function<void(QPoint place)> activated; ///< a click, with its position on the screen
+    /// An xdg-activation or startup-notification token, for the click that follows.
+    std::function<void(const QString& token)> activationTokenGiven;
+};
+
 /// An item on the session bus (org.kde.StatusNotifierItem). Registers with every watcher that appears, until
 /// it is destroyed. One per connection. Main thread.
 class StatusNotifierItem final : public QObject {
     Q_OBJECT
 
   public:
-    using Activation = std::function<void(QPoint)>;
+    /// How often the item registers again within a minute with a watcher that drops it.
+    static constexpr int mostRepeatedRegistrations = 5;
 
-    /// A click calls `onActivated` with its position on the screen. The log must outlive the object.
-    StatusNotifierItem(QDBusConnection bus, Activation onActivated, Log& log);
+    /// The log must outlive the object.
+    StatusNotifierItem(QDBusConnection bus, StatusNotifierHandlers handlers, Log& log);
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
     ~StatusNotifierItem() override;
@@ -53,11 +66,18 @@ class StatusNotifierItem final : public QObject {
 
     [[nodiscard]] const StatusNotifierContent& content() const { return content_; }
 
-    /// Whether a watcher runs. It may have refused the item, or have no host.
+    /// Whether a watcher runs. It may have refused the item.
     [[nodiscard]] bool hasWatcher() const { return hasWatcher_; }
 
+    /// Whether a watcher runs and has a host, which shows items. No value until the watcher has replied. A
+    /// watcher that does not tell counts as one with a host.
+    [[nodiscard]] std::optional<bool> hasHost() const { return hasHost_; }
+
+    /// The name of the watcher's process, at most 15 characters. Empty without a watcher, or if unknown.
+    [[nodiscard]] const std::string& watcherProcess() const { return watcherProcess_; }
+
   signals:
-    /// A watcher has appeared or vanished.
+    /// A watcher has appeared or vanished, or `hasHost` has changed.
     void watcherChanged();
 
   private:
@@ -67,15 +87,28 @@ class StatusNotifierItem final : public QObject {
     void watcherVanished();
     void registerWithWatcher();
     void registrationEnded(const QDBusError& error);
+    void registerAgainSoon();
+    [[nodiscard]] bool isOwnService(const QString& service) const;
+    [[nodiscard]] bool mayRegisterAgain();
+    void setHasHost(bool hasHost);
+    void followWatcherSignals();
 
     Log& log_;
     QDBusConnection bus_;
-    QString service_;
     QDBusServiceWatcher watcher_;
     bool hasWatcher_ = false;
-    Activation onActivated_;
+    std::optional<bool> hasHost_ = false;
+    std::string watcherProcess_;
+    bool isRegistrationPosted_ = false;
+    int repeatedRegistrations_ = 0;           ///< since the start of:
+    QElapsedTimer sinceRepeatedRegistration_; ///< the current minute of repetitions
+    StatusNotifierHandlers handlers_;
     StatusNotifierContent content_;
     class StatusNotifierItemAdaptor* adaptor_;
+
+  private slots: // NOLINT(readability-redundant-access-specifiers)
+    void itemUnregistered(const QString& service);
+    void readHasHost();
 };
 
 // NOLINTBEGIN(readability-convert-member-functions-to-static): D-Bus calls them on the object
@@ -137,7 +170,12 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
-    void Activate(int x, int y) { item_.onActivated_({x, y}); }
+    void Activate(int x, int y) const { item_.handlers_.activated({x, y}); }
+
+    /// Wayland hosts call it before Activate.
+    void ProvideXdgActivationToken(const QString& token) const {
+        item_.handlers_.activationTokenGiven(token);
+    }
 
     // The protocol requires these. A left click and the menu cover what they would do.
     void SecondaryActivate(int /*x*/, int /*y*/) {}

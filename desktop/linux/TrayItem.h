@@ -2,13 +2,18 @@
 
 #include "base/Log.h"
 #include "desktop/Desktop.h"
-#include "desktop/linux/ReadingIcon.h"
+#include "desktop/linux/BarColors.h"
+#include "desktop/linux/FocusRight.h"
 #include "desktop/linux/StatusMenu.h"
 #include "desktop/linux/StatusNotifierItem.h"
+#include "desktop/linux/TrayIcon.h"
 #include "desktop/linux/XEmbedTray.h"
+#include "store/UserDefaults.h"
 
 #include <QDBusConnection>
 #include <QRect>
+#include <QString>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,21 +24,13 @@
 /// The status item of a Linux desktop: icon, label, tooltip and menu. A StatusNotifierItem in desktops that
 /// support it, otherwise an icon in an XEmbed tray, never both at a time.
 ///
-/// Most trays show no text, so the first pinned reading is drawn into the icon; only trays that support
-/// labels show all pinned readings beside it. The rest is in the tooltip and the menu.
+/// Most trays show no text, so a pinned reading is drawn into the icon: the first that has a number, or all
+/// of these by turns if the user wants that. Only trays that support labels show all pinned readings beside
+/// it. The rest is in the tooltip and the menu.
 ///
 /// Limits: the place of the icon is unknown until it is clicked, and then only that of the click. Pitfall:
 /// changes are published when control returns to the event loop, together.
 namespace kelvinbar {
-
-/// How the desktop's tray displays items. Trays do not report this; it is derived from the desktop's name.
-struct TrayStyle {
-    bool showsLabels = false; ///< displays text beside the icon
-    bool isDark = true;       ///< has a dark background
-};
-
-/// `desktopName` is the value of XDG_CURRENT_DESKTOP, `hasDarkColors` whether programs have a dark theme.
-TrayStyle trayStyle(const std::string& desktopName, bool hasDarkColors);
 
 /// What the item has to know of the screens and of the panel. Main thread.
 struct TraySurroundings {
@@ -44,12 +41,34 @@ struct TraySurroundings {
     std::function<bool()> takesClick;
 };
 
+/// What an item needs besides the bus. References outlive it; functions may be empty, and are called on the
+/// main thread.
+struct TrayContext {
+    std::string desktopNames; ///< the value of XDG_CURRENT_DESKTOP
+    BarColors& colors;
+    UserDefaults& userDefaults;
+    TraySurroundings surroundings; ///< none of them empty
+    /// Makes the icon for XEmbed trays. Empty, or returns null, where these are not supported.
+    std::function<std::unique_ptr<XEmbedTrayIcon>(XEmbedTrayHandlers)> makeXEmbedIcon;
+    /// Entries of the menu that the desktop adds. Asked again after one of them has been chosen.
+    std::function<std::vector<StatusMenuEntry>()> desktopEntries;
+    /// Called right before a window is opened or closed at the user's request.
+    std::function<void(const FocusRight&)> focusRightGiven;
+    /// Called when it is known whether there is a tray that shows the item, and again when that has changed.
+    std::function<void(bool hasTray)> hasTrayChanged;
+    /// How long each reading is in the icon when they are shown by turns.
+    std::chrono::milliseconds turn{4000};
+};
+
 /// A status item. The destructor removes it from the tray. Main thread.
 class TrayItem final : public StatusItem, public StatusItemButton {
   public:
-    /// `handlers`, `surroundings` and the log must outlive the object.
-    TrayItem(const QDBusConnection& bus, TrayStyle style, const DesktopHandlers& handlers,
-             const TraySurroundings& surroundings, Log& log);
+    /// The preference of the user to see the readings in the icon by turns: 1, or absent.
+    static constexpr auto alternatesKey = "KelvinbarAlternatesIcon";
+
+    /// `context`, `handlers` and the log must outlive the object.
+    TrayItem(const QDBusConnection& bus, const TrayContext& context, const DesktopHandlers& handlers,
+             Log& log);
 
     StatusItemButton* button() override { return this; }
 
@@ -64,30 +83,46 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     /// Handles a click on the item. Without a place, it is where the item was last clicked.
     void activate(std::optional<QRect> place);
 
-    /// Handles a choice in the menu like a click at the last place.
-    void activateAgain();
+    /// Whether a tray shows the item. No value until that is known.
+    [[nodiscard]] std::optional<bool> hasTray() const;
 
   private:
+    [[nodiscard]] std::unique_ptr<XEmbedTrayIcon> makeXEmbedIcon();
+    void toggle();
+    void giveFocusRight(uint timestamp);
+    void run(StatusMenuCommand command, uint timestamp);
+    [[nodiscard]] StatusMenuEntry entryOf(const StatusMenuItem& item);
+    [[nodiscard]] StatusMenuEntry alternationEntry();
+    void appendDesktopEntries(std::vector<StatusMenuEntry>& entries);
+    void setAlternates(bool alternates);
+    void followTray();
+    void watcherChanged();
+    void decideOnLabels();
+    void colorsChanged();
+    void logStyle();
     void publishSoon();
     void publish();
     void publishMenu(const std::vector<PinnedReading>& pinned);
     void publishXEmbedIcon();
-    [[nodiscard]] StatusNotifierPixmaps iconPixmaps(const std::vector<PinnedReading>& pinned);
+    void reportTray();
+    void showNextReading();
+    [[nodiscard]] std::vector<PinnedReading> pinnedReadings() const;
 
-    TrayStyle style_;
+    const TrayContext& context_;
     const DesktopHandlers& handlers_;
-    const TraySurroundings& surroundings_;
     Log& log_;
     std::function<void()> action_;
     std::optional<QRect> lastClick_;
+    QString activationToken_; ///< of the host, for the next click or choice
+    QString toolTip_;
     StatusNotifierContent content_;
-    ReadingIcons readingIcons_;
-    StatusNotifierPixmaps ownIcon_;
-    QString drawnText_;
-    StatusNotifierPixmaps drawnIcon_;
+    bool showsLabels_ = false;
+    bool alternates_; ///< the user's choice
+    TrayIcon icon_;
     StatusNotifierPixmaps xembedPixmaps_; ///< content of `xembedIcon_`
     bool isPublishPosted_ = false;
     bool isInXEmbedTray_ = false;
+    std::optional<bool> reportedTray_;
     StatusMenu menu_;
     StatusNotifierItem item_;
     std::unique_ptr<XEmbedTrayIcon> xembedIcon_; ///< null if XEmbed trays are not supported
@@ -96,22 +131,17 @@ class TrayItem final : public StatusItem, public StatusItemButton {
 /// Creates items in the desktop's tray. Main thread.
 class TrayStatusBar final : public StatusBar {
   public:
-    TrayStatusBar(QDBusConnection bus, TrayStyle style, const DesktopHandlers& handlers,
-                  TraySurroundings surroundings, Log& log)
-        : bus_(std::move(bus))
-        , style_(style)
-        , handlers_(handlers)
-        , surroundings_(std::move(surroundings))
-        , log_(log) {}
+    /// `handlers` and the log must outlive the object and its items.
+    TrayStatusBar(QDBusConnection bus, TrayContext context, const DesktopHandlers& handlers, Log& log)
+        : bus_(std::move(bus)), context_(std::move(context)), handlers_(handlers), log_(log) {}
 
     std::unique_ptr<StatusItem> makeItem() override;
     [[nodiscard]] bool hasImageResource(const std::string& name) const override;
 
   private:
     QDBusConnection bus_;
-    TrayStyle style_;
+    TrayContext context_;
     const DesktopHandlers& handlers_;
-    TraySurroundings surroundings_;
     Log& log_;
 };
 

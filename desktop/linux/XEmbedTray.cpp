@@ -1,10 +1,10 @@
 #include "desktop/linux/XEmbedTray.h"
 
 #include "base/Log.h"
+#include "desktop/linux/StatusNotifierWatcher.h"
 #include "desktop/qt/Modules.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QGuiApplication>
 #include <utility>
 
@@ -17,23 +17,22 @@ XEmbedTrayModule& loadedModule() {
     return module;
 }
 
-bool isWatcherRunning() {
+bool hasStatusNotifierTray() {
     // Not the shared connection: that belongs to the application object, which does not exist yet.
     const QString name = "kelvinbar-probe";
     const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
-    const bool isRunning =
-        bus.isConnected() && bus.interface()->isServiceRegistered("org.kde.StatusNotifierWatcher");
+    const bool hasTray = isHostThere(bus);
     QDBusConnection::disconnectFromBus(name);
-    return isRunning;
+    return hasTray;
 }
 
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log) {
     using GetModule = void (*)(XEmbedTrayModule&);
-    if (!isWatcherRunning()) {
+    if (!hasStatusNotifierTray()) {
         log.write(LogCategory::tray, LogLevel::info,
-                  "no StatusNotifierItem watcher runs: XEmbed trays are used");
+                  "no StatusNotifierItem tray runs: XEmbed trays are used");
         const auto get = reinterpret_cast<GetModule>(
             moduleFunction("kelvinbar-xembed", "kelvinbarXEmbedTray", log, LogCategory::tray));
         if (get != nullptr) get(loadedModule());
@@ -43,9 +42,9 @@ std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log
                                                             : make(argc, argv));
 }
 
-std::unique_ptr<XEmbedTrayIcon> makeXEmbedTrayIcon(std::function<void(QRect)> onActivated) {
+std::unique_ptr<XEmbedTrayIcon> makeXEmbedTrayIcon(XEmbedTrayHandlers handlers) {
     const auto make = loadedModule().makeIcon;
-    return std::unique_ptr<XEmbedTrayIcon>(make == nullptr ? nullptr : make(std::move(onActivated)));
+    return std::unique_ptr<XEmbedTrayIcon>(make == nullptr ? nullptr : make(std::move(handlers)));
 }
 
 } // namespace kelvinbar

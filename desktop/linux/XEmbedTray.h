@@ -1,15 +1,18 @@
 #pragma once
 
+#include "desktop/linux/StatusMenuEntry.h"
+
 #include <QImage>
 #include <QRect>
 #include <QString>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QGuiApplication;
 
 /// Icons in trays that use the XEmbed protocol, which embeds a window of the program. Used only if no tray
-/// uses StatusNotifierItem (see StatusNotifierItem.h): XEmbed trays show neither labels nor our menu.
+/// uses StatusNotifierItem (see StatusNotifierItem.h): XEmbed trays show no labels.
 ///
 /// The implementation is in a module, because it needs Qt Widgets and a QApplication, which cost memory.
 /// Limit: the choice is made when the application object is created. A program started while a
@@ -26,15 +29,23 @@ class XEmbedTrayIcon {
     virtual void setIcon(const QList<QImage>& sizes) = 0;
     virtual void setToolTip(const QString& text) = 0;
     virtual void setShown(bool isShown) = 0;
+    /// Whether an XEmbed tray runs at the moment.
+    [[nodiscard]] virtual bool hasTray() const = 0;
+};
+
+/// What an icon needs from its owner. Called on the main thread.
+struct XEmbedTrayHandlers {
+    std::function<void(QRect frame)> activated; ///< a click, with the icon's frame on the screen
+    /// The entries of the menu, asked for each time it opens.
+    std::function<std::vector<StatusMenuEntry>()> menuEntries;
 };
 
 /// The functions of the module. Null if it is not loaded.
 struct XEmbedTrayModule {
     /// Creates an application object that supports these icons. The caller owns it.
     QGuiApplication* (*makeApplication)(int& argc, char** argv) = nullptr;
-    /// Creates an icon, hidden at first. A click calls `onActivated` with the icon's frame on the screen. The
-    /// caller owns the result.
-    XEmbedTrayIcon* (*makeIcon)(std::function<void(QRect)> onActivated) = nullptr;
+    /// Creates an icon, hidden at first. The caller owns the result.
+    XEmbedTrayIcon* (*makeIcon)(XEmbedTrayHandlers handlers) = nullptr;
 };
 
 /// Creates the program's application object. It supports XEmbed trays if no StatusNotifierItem tray runs at
@@ -42,6 +53,6 @@ struct XEmbedTrayModule {
 std::unique_ptr<QGuiApplication> makeTrayApplication(int& argc, char** argv, Log& log);
 
 /// Creates an icon. Null if the application object does not support XEmbed trays.
-std::unique_ptr<XEmbedTrayIcon> makeXEmbedTrayIcon(std::function<void(QRect)> onActivated);
+std::unique_ptr<XEmbedTrayIcon> makeXEmbedTrayIcon(XEmbedTrayHandlers handlers);
 
 } // namespace kelvinbar

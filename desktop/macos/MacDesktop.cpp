@@ -4,11 +4,12 @@
 #include "desktop/macos/CocoaStatusBar.h"
 #include "desktop/macos/MainAppLoginItem.h"
 #include "desktop/macos/SystemSymbolMask.h"
+#include "desktop/macos/SystemUserDefaults.h"
 #include "desktop/qt/QtScreens.h"
-#include "desktop/qt/QtUserDefaults.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
+#include <cstdlib>
 #include <utility>
 
 namespace kelvinbar {
@@ -37,7 +38,9 @@ class MacDesktop final : public Desktop {
             if (handlers_.quit) handlers_.quit();
         }) {}
 
-    bool handOverToRunningInstance() override { return handOverToRunningApplication(); }
+    std::optional<int> handOverToRunningInstance() override {
+        return handOverToRunningApplication() ? std::optional(EXIT_SUCCESS) : std::nullopt;
+    }
 
     void setHandlers(DesktopHandlers handlers) override { handlers_ = std::move(handlers); }
 
@@ -66,7 +69,7 @@ class MacDesktop final : public Desktop {
                                .hide = hideApplication,
                                .watchPresses = watchPressesInOtherPrograms}};
     QtScreens screens_;
-    QtUserDefaults userDefaults_;
+    SystemUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;
 };
@@ -79,9 +82,14 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& /*
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-std::unique_ptr<Desktop> makeDesktop(const std::string& name, const std::vector<std::string>& /*command*/,
+/// Every start has a display here, and the system itself finds a running instance.
+std::optional<int> handOverWithoutDisplay(const ProgramStart& /*start*/, Log& /*log*/) {
+    return std::nullopt;
+}
+
+std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& /*command*/,
                                      Log& log) {
-    return std::make_unique<MacDesktop>(name, log);
+    return std::make_unique<MacDesktop>(start.name, log);
 }
 
 } // namespace kelvinbar

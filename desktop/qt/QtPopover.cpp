@@ -53,6 +53,11 @@ void QtPopoverContent::animateWindowContentSize(Size size, std::chrono::millisec
 
 // QtPopover
 
+QtPopover::~QtPopover() {
+    didClose_ = nullptr;
+    performClose();
+}
+
 void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
     content_.reset(static_cast<QtPopoverContent*>(content.release()));
 }
@@ -127,7 +132,8 @@ void QtPopover::performClose() {
         window_->hide();
         window_->removeEventFilter(this);
     }
-    if (didClose_) didClose_();
+    const auto didClose = didClose_; // a copy: the handler may destroy the popover
+    if (didClose) didClose();
 }
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {

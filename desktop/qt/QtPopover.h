@@ -60,6 +60,10 @@ class QtPopover final : public QObject, public Popover {
     QtPopover(PopoverInput& input, const QtScreens& screens, Log& log)
         : input_(input), screens_(screens), log_(log) {}
 
+    /// Closes without calling the handler. It may be that handler, or the end of an animation, that destroys
+    /// the popover.
+    ~QtPopover() override;
+
     void setTransient(bool isTransient) override { isTransient_ = isTransient; }
 
     void setAnimates(bool /*animates*/) override {} // windows have no animation of their own

@@ -1,6 +1,10 @@
 #include "desktop/qt/QtTimers.h"
 
+#include "shell/TickSchedule.h"
+
 #include <QTimer>
+#include <algorithm>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -9,17 +13,34 @@ namespace {
 class QtTimer final : public RepeatingTimer {
   public:
     QtTimer(std::chrono::milliseconds interval, std::chrono::milliseconds tolerance,
-            std::function<void()> block) {
-        // A coarse timer may be late by up to a twentieth of its interval.
-        const bool mayBeCoarse = interval / 20 <= tolerance;
-        timer_.setTimerType(mayBeCoarse ? Qt::CoarseTimer : Qt::PreciseTimer);
-        QObject::connect(&timer_, &QTimer::timeout, std::move(block));
-        timer_.start(interval);
+            std::function<void()> block)
+        : schedule_(interval, tolerance, Clock::now())
+        , block_(std::make_shared<const std::function<void()>>(std::move(block))) {
+        timer_.setSingleShot(true);
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, [this] { fire(); });
+        waitForTick();
     }
 
     void invalidate() override { timer_.stop(); }
 
   private:
+    using Clock = std::chrono::steady_clock;
+
+    void waitForTick() {
+        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(schedule_.due() - Clock::now());
+        timer_.start(std::max(wait, std::chrono::milliseconds(0)));
+    }
+
+    void fire() {
+        schedule_.fired(Clock::now());
+        waitForTick();
+        const auto block = block_; // it may destroy the timer
+        (*block)();
+    }
+
+    TickSchedule schedule_;
+    std::shared_ptr<const std::function<void()>> block_;
     QTimer timer_;
 };
 

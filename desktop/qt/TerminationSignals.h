@@ -1,13 +1,20 @@
 #pragma once
 
 #include <QSocketNotifier>
+#include <array>
+#include <csignal>
 #include <functional>
 #include <memory>
 
 namespace kelvinbar {
 
-/// Calls `onSignal` in the event loop for SIGTERM, SIGINT and SIGHUP. The destructor restores their default
-/// handling. Only one object at a time. Main thread.
+/// Calls `onSignal` in the event loop for SIGTERM, SIGINT and SIGHUP. A signal that the starter of the
+/// program ignores, as nohup does, stays ignored. The destructor restores what was there before. Only one
+/// object at a time. Main thread.
+///
+/// Once the event loop has noticed a signal, the next one of the same number ends the program at once, so
+/// that a slow shutdown can be cut short. Until then it is the same request: wrappers pass signals on that
+/// the terminal sends as well, and session managers send SIGHUP right after SIGTERM.
 class TerminationSignals {
   public:
     explicit TerminationSignals(std::function<void()> onSignal);
@@ -16,7 +23,18 @@ class TerminationSignals {
     ~TerminationSignals();
 
   private:
+    void takeNotes();
+
+    static constexpr std::array numbers_{SIGTERM, SIGINT, SIGHUP};
+
+    std::function<void()> onSignal_;
     std::unique_ptr<QSocketNotifier> notifier_;
+    std::array<struct sigaction, numbers_.size()> earlier_{};
 };
+
+/// Makes writing to a closed pipe or connection fail instead of ending the program, as long as it runs: when
+/// a session ends, its terminal and its services may go first. Programs started through QProcess are not
+/// affected.
+void ignoreBrokenPipes();
 
 } // namespace kelvinbar

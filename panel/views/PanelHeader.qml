@@ -9,6 +9,14 @@ Item {
 
     implicitHeight: PanelStyle.scaled(54)
 
+    Connections {
+        target: header.content
+
+        function onAboutRequested() {
+            aboutPopover.showAbout = true;
+        }
+    }
+
     /// Call when the panel opens.
     function greet() {
         aboutPopover.showAbout = false;

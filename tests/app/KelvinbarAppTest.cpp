@@ -4,10 +4,18 @@
 #include "tests/ProgramRun.h"
 
 #include <array>
+#include <csignal>
 #include <cstddef>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <optional>
 #include <regex>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -45,8 +53,9 @@ TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
         const Outcome outcome = outcomeOf({KELVINBAR, "--verbose", option, "--help"}, {}, noDisplay);
         EXPECT_EQ(outcome.status, 2) << option;
         EXPECT_EQ(outcome.output, "");
-        EXPECT_EQ(outcome.errors, std::string("kelvinbar: unknown argument \"") + option +
-                                      "\"\nUsage: kelvinbar [--verbose] [--help] [--version]\n");
+        EXPECT_EQ(outcome.errors,
+                  std::string("kelvinbar: unknown argument \"") + option +
+                      "\"\nUsage: kelvinbar [--verbose] [--help] [--version] [--autostart]\n");
     }
 }
 
@@ -63,7 +72,8 @@ TEST(KelvinbarApp, RefusesWhatTheToolkitDoesNotKnowEither) {
 TEST(KelvinbarDemo, ListsItsMachinesInItsHelp) {
     const Outcome outcome = outcomeOf({KELVINBAR_DEMO, "--help"}, {}, noDisplay);
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_TRUE(outcome.output.starts_with("Usage: kelvinbar-demo [--verbose] [--help] [--version] [NAME]\n"))
+    EXPECT_TRUE(outcome.output.starts_with(
+        "Usage: kelvinbar-demo [--verbose] [--help] [--version] [--autostart] [NAME]\n"))
         << outcome.output;
     EXPECT_TRUE(contains(outcome.output, "intel-notebook, apple-silicon-desktop, amd-pc, linux-pc"))
         << outcome.output;
@@ -91,29 +101,61 @@ TEST(KelvinbarDemo, RefusesASecondMachineAndUnknownOptions) {
     }
 }
 
+/// A program whose standard error is read while it runs.
+class LoggingProgram {
+  public:
+    LoggingProgram(const Words& words, const Words& variables) {
+        EXPECT_EQ(::pipe2(pipe_.data(), O_CLOEXEC), 0); // the program must not be its own reader
+        run_.emplace(words,
+                     ProgramRun::Streams{"/dev/null", "/dev/null", "/dev/fd/" + std::to_string(pipe_[1])},
+                     variables);
+        ::close(pipe_[1]); // so that a program which ends early ends the log
+    }
+
+    LoggingProgram(const LoggingProgram&) = delete;
+    LoggingProgram& operator=(const LoggingProgram&) = delete;
+
+    ~LoggingProgram() { closeLog(); }
+
+    /// The log, read until it holds `text` or the program ends.
+    [[nodiscard]] const std::string& logUntil(const std::string& text) {
+        std::array<char, 4096> chunk{};
+        while (!contains(log_, text)) {
+            const ssize_t size = ::read(pipe_[0], chunk.data(), chunk.size());
+            if (size <= 0) break;
+            log_.append(chunk.data(), static_cast<std::size_t>(size));
+        }
+        return log_;
+    }
+
+    /// Leaves the program without anybody who reads what it writes.
+    void closeLog() {
+        if (pipe_[0] >= 0) ::close(std::exchange(pipe_[0], -1));
+    }
+
+    void send(int signal) const { run_->send(signal); }
+
+    [[nodiscard]] int status() const { return run_->status(); }
+
+  private:
+    std::array<int, 2> pipe_{};
+    std::optional<ProgramRun> run_;
+    std::string log_;
+};
+
 /// Starts the program, terminates it once its log holds `text`, and returns the log.
 std::string logUntil(const std::string& text, const Words& options, const Words& variables) {
-    std::array<int, 2> pipe{};
-    EXPECT_EQ(::pipe(pipe.data()), 0);
     const TemporaryFolder folder;
     Words words{KELVINBAR_DEMO};
     words.insert(words.end(), options.begin(), options.end());
     Words environment = hiddenScreen;
     environment.insert(environment.end(), variables.begin(), variables.end());
     environment.push_back("XDG_CONFIG_HOME=" + folder.path(""));
-    const ProgramRun program(words, {"/dev/null", "/dev/null", "/dev/fd/" + std::to_string(pipe[1])},
-                             environment);
-    ::close(pipe[1]); // so that a program which ends early ends the log
-    std::string log;
-    std::array<char, 4096> chunk{};
-    while (!contains(log, text)) {
-        const ssize_t size = ::read(pipe[0], chunk.data(), chunk.size());
-        if (size <= 0) break;
-        log.append(chunk.data(), static_cast<std::size_t>(size));
-    }
-    program.terminate();
+    environment.push_back("XDG_RUNTIME_DIR=" + folder.path(""));
+    LoggingProgram program(words, environment);
+    const std::string log = program.logUntil(text);
+    program.send(SIGTERM);
     EXPECT_EQ(program.status(), 0);
-    ::close(pipe[0]);
     return log;
 }
 
@@ -146,6 +188,208 @@ TEST(KelvinbarApp, LogsTheCategoriesThatTheEnvironmentChooses) {
         logUntil("kelvinbar: tray info: no watcher runs\n", {}, {"KELVINBAR_LOG=tray=info"});
     EXPECT_TRUE(contains(log, "kelvinbar: tray info: no watcher runs\n")) << log;
     EXPECT_FALSE(contains(log, "kelvinbar: preferences ")) << log;
+}
+
+// Displays
+
+TEST(KelvinbarApp, SaysInOneSentenceThatNoDisplayCanBeOpened) {
+    struct Case {
+        Words options;
+        Words variables;
+        std::string tried;
+    };
+
+    const std::vector<Case> cases{
+        {{}, {"DISPLAY=:65000"}, " with DISPLAY=:65000; "},
+        {{}, {"WAYLAND_DISPLAY=kelvinbar-none"}, " with WAYLAND_DISPLAY=kelvinbar-none; "},
+        {{}, {}, ", because neither DISPLAY nor WAYLAND_DISPLAY is set; "},
+        {{}, {"QT_QPA_PLATFORM=nonsense"}, " with QT_QPA_PLATFORM=nonsense; "},
+        {{"-platform", "nonsense"}, {}, " with -platform nonsense; "},
+    };
+    for (const auto& [options, variables, tried] : cases) {
+        const TemporaryFolder folder;
+        Words words{KELVINBAR};
+        words.insert(words.end(), options.begin(), options.end());
+        Words environment = variables;
+        for (const char* const name : {"DISPLAY=", "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM="}) {
+            environment.emplace_back(name); // the first of a name counts
+        }
+        environment.push_back("XDG_RUNTIME_DIR=" + folder.path(""));
+        environment.emplace_back("DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent");
+        const Outcome outcome = outcomeOf(words, {}, environment);
+        EXPECT_EQ(outcome.status, 1) << tried;
+        EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
+        EXPECT_TRUE(outcome.errors.starts_with("kelvinbar: no display can be opened" + tried))
+            << outcome.errors;
+    }
+}
+
+// A second start
+
+/// A session bus that starts no services.
+constexpr std::string_view busConfiguration =
+    "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy "
+    "context=\"default\">"
+    "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+
+/// A session with a bus, a runtime folder and preferences of its own.
+class Session {
+  public:
+    Session() {
+        EXPECT_EQ(::pipe(addressPipe_.data()), 0);
+        bus_.emplace(Words{KELVINBAR_DBUS_DAEMON,
+                           "--config-file=" + folder_.write("bus.conf", busConfiguration), "--nofork",
+                           "--print-address=" + std::to_string(addressPipe_[1])},
+                     ProgramRun::Streams{"/dev/null", "/dev/null", "/dev/null"});
+        ::close(addressPipe_[1]);
+        for (char character = 0; ::read(addressPipe_[0], &character, 1) == 1 && character != '\n';) {
+            address_ += character;
+        }
+        ::close(addressPipe_[0]);
+    }
+
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    ~Session() {
+        bus_->terminate();
+        static_cast<void>(bus_->status());
+    }
+
+    /// The environment of a program on `platform`, which need not be there.
+    [[nodiscard]] Words variables(const std::string& platform, const std::string& display = {}) const {
+        return {"QT_QPA_PLATFORM=" + platform,
+                "DISPLAY=" + display,
+                "WAYLAND_DISPLAY=",
+                "XDG_SESSION_ID=",
+                "DBUS_SESSION_BUS_ADDRESS=" + address_,
+                "XDG_CONFIG_HOME=" + folder_.path(""),
+                "XDG_RUNTIME_DIR=" + folder_.path("")};
+    }
+
+    /// The path of the program's autostart entry, whose folder is there.
+    [[nodiscard]] std::string autostartEntry() const {
+        std::filesystem::create_directory(folder_.path("autostart"));
+        return folder_.path("autostart/org.kelvinbar.Demo.desktop");
+    }
+
+  private:
+    TemporaryFolder folder_;
+    std::array<int, 2> addressPipe_{};
+    std::optional<ProgramRun> bus_;
+    std::string address_;
+};
+
+class SecondProgramStart : public testing::Test {
+  protected:
+    void SetUp() override {
+        EXPECT_TRUE(contains(first_.logUntil("readings are"), "readings are"));
+        environment_ = session_.variables("nonsense");
+    }
+
+    void TearDown() override {
+        first_.send(SIGTERM);
+        EXPECT_EQ(first_.status(), 0);
+    }
+
+    [[nodiscard]] Outcome secondStart(const Words& options = {}) const {
+        Words words{KELVINBAR_DEMO};
+        words.insert(words.end(), options.begin(), options.end());
+        return outcomeOf(words, {}, environment_);
+    }
+
+    Session session_;
+    LoggingProgram first_{{KELVINBAR_DEMO, "-vv"}, session_.variables("offscreen", ":5")};
+    Words environment_; ///< of the second start
+};
+
+TEST_F(SecondProgramStart, OpensThePanelOfTheFirstWithoutADisplay) {
+    const Outcome outcome = secondStart();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(contains(first_.logUntil("panel info: opened"), "panel info: opened"));
+}
+
+TEST_F(SecondProgramStart, RefusesAWrongArgumentInsteadOfOpeningThePanel) {
+    EXPECT_EQ(secondStart({"toaster"}).status, 2);
+}
+
+TEST_F(SecondProgramStart, OnAnotherDisplaySaysWhereTheFirstRuns) {
+    environment_ = session_.variables("nonsense", ":6");
+    const Outcome outcome = secondStart();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(outcome.errors.starts_with("kelvinbar: it already runs on display :5 (process "))
+        << outcome.errors;
+}
+
+TEST_F(SecondProgramStart, SaysThatTheFirstHangs) {
+    first_.send(SIGSTOP);
+    const Outcome outcome = secondStart();
+    first_.send(SIGCONT);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(contains(outcome.errors, "but does not answer; end it with \"kill -KILL ")) << outcome.errors;
+}
+
+TEST_F(SecondProgramStart, WithOptionsOfTheToolkitHandsOverToo) {
+    EXPECT_EQ(secondStart({"-platform", "offscreen"}).status, 0);
+    EXPECT_TRUE(contains(first_.logUntil("panel info: opened"), "panel info: opened"));
+}
+
+TEST_F(SecondProgramStart, AtLoginOpensNothing) {
+    const Outcome outcome = secondStart({"--autostart", "--verbose"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(contains(outcome.errors, "another instance runs already\n")) << outcome.errors;
+}
+
+TEST_F(SecondProgramStart, ByASessionManagerThatRestoresASessionOpensNothing) {
+    const Outcome outcome = secondStart({"--verbose", "-platform", "offscreen", "-session", "id"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(contains(outcome.errors, "another instance runs already\n")) << outcome.errors;
+}
+
+TEST(KelvinbarApp, AClosedLogDoesNotEndIt) {
+    Words environment = noDisplay;
+    environment.emplace_back("DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent");
+    LoggingProgram program({KELVINBAR, "-vv"}, environment);
+    program.closeLog(); // before it has begun to write
+    EXPECT_EQ(program.status(), 1);
+}
+
+TEST(KelvinbarApp, RenewsAStaleAutostartEntryAtItsStart) {
+    const Session session;
+    std::ofstream(session.autostartEntry()) << "[Desktop Entry]\nExec=/opt/gone/kelvinbar-demo --autostart\n";
+    LoggingProgram program({KELVINBAR_DEMO, "-v"}, session.variables("offscreen"));
+    const std::string written = session.autostartEntry() + " is written\n";
+    EXPECT_TRUE(contains(program.logUntil(written), written));
+    EXPECT_EQ(contentOf(session.autostartEntry()),
+              "[Desktop Entry]\nExec=\"" KELVINBAR_DEMO "\" \"--autostart\"\n");
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+}
+
+TEST(KelvinbarApp, AFirstStartWithoutATraySaysSoAndOpensThePanel) {
+    const Session session;
+    LoggingProgram program({KELVINBAR_DEMO, "-v"}, session.variables("offscreen"));
+    const std::string& log = program.logUntil("panel info: opened");
+    EXPECT_TRUE(contains(log, "kelvinbar: no tray shows the status item; to open the panel, run \"")) << log;
+    EXPECT_TRUE(contains(log, "panel info: opened")) << log;
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+}
+
+TEST(KelvinbarApp, OfTwoSimultaneousStartsOneRemains) {
+    const Session session;
+    const Words command{KELVINBAR_DEMO, "-vv"};
+    LoggingProgram one(command, session.variables("offscreen"));
+    LoggingProgram other(command, session.variables("offscreen"));
+    const std::string running = "tray debug: readings are";
+    const bool isOneRunning = contains(one.logUntil(running), running);
+    const bool isOtherRunning = contains(other.logUntil(running), running);
+    EXPECT_NE(isOneRunning, isOtherRunning);
+    if (isOneRunning) one.send(SIGTERM);
+    if (isOtherRunning) other.send(SIGTERM);
+    EXPECT_EQ(one.status(), 0);
+    EXPECT_EQ(other.status(), 0);
 }
 
 } // namespace

@@ -68,9 +68,22 @@ QList<QVariantList> BusPeer::received(const QString& signal) {
     return found;
 }
 
+void FakeNotifications::appear() {
+    auto bus = bus_.connection();
+    EXPECT_TRUE(bus.registerObject("/org/freedesktop/Notifications", this, QDBusConnection::ExportAllSlots));
+    EXPECT_TRUE(bus.registerService("org.freedesktop.Notifications"));
+}
+
+void FakeWatcher::exportObject() {
+    QDBusConnection::RegisterOptions exported =
+        QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals;
+    if (host) exported |= QDBusConnection::ExportAllProperties;
+    EXPECT_TRUE(bus_.connection().registerObject("/StatusNotifierWatcher", this, exported));
+}
+
 void FakeWatcher::appear() {
     auto bus = bus_.connection();
-    EXPECT_TRUE(bus.registerObject("/StatusNotifierWatcher", this, QDBusConnection::ExportAllSlots));
+    exportObject();
     EXPECT_TRUE(bus.registerService("org.kde.StatusNotifierWatcher"));
 }
 
@@ -82,7 +95,7 @@ void FakeWatcher::vanish() {
 
 void FakeWatcher::waitInLine() {
     auto bus = bus_.connection();
-    EXPECT_TRUE(bus.registerObject("/StatusNotifierWatcher", this, QDBusConnection::ExportAllSlots));
+    exportObject();
     const auto reply = bus.interface()->registerService("org.kde.StatusNotifierWatcher",
                                                         QDBusConnectionInterface::QueueService);
     EXPECT_EQ(reply.value(), QDBusConnectionInterface::ServiceQueued);

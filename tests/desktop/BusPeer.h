@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <optional>
 
 namespace kelvinbar {
 
@@ -60,12 +61,41 @@ class BusPeer final : public QObject {
     QList<QDBusMessage> messages_;
 };
 
+/// The desktop's service for notifications. Not on the bus until it appears.
+class FakeNotifications final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+  public:
+    void appear();
+
+    /// The texts of the notifications, oldest first.
+    const QStringList& bodies() const { return bodies_; }
+
+  public slots: // NOLINT(readability-redundant-access-specifiers)
+
+    uint Notify(const QString& /*program*/, uint /*replaced*/, const QString& /*icon*/,
+                const QString& /*summary*/, const QString& body, const QStringList& /*actions*/,
+                const QVariantMap& /*hints*/, int /*duration*/) {
+        bodies_.append(body);
+        return static_cast<uint>(bodies_.size());
+    }
+
+  private:
+    PrivateBus bus_;
+    QStringList bodies_;
+};
+
 /// A StatusNotifierItem watcher, like that of a desktop's panel. Not on the bus until it appears.
 class FakeWatcher final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
 
   public:
+    /// Whether it has a host. Without a value, the watcher lacks the property. Set before it appears.
+    std::optional<bool> host;
+
     void appear();
     void vanish();
     /// Appears as soon as the current watcher vanishes.
@@ -74,11 +104,20 @@ class FakeWatcher final : public QObject {
     /// The services of the registered items, oldest first.
     const QStringList& items() const { return items_; }
 
+    bool hasHost() const { return host.value_or(false); }
+
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
     void RegisterStatusNotifierItem(const QString& service) { items_.append(service); }
 
+  signals:
+    void StatusNotifierItemUnregistered(const QString& service);
+    void StatusNotifierHostRegistered();
+    void StatusNotifierHostUnregistered();
+
   private:
+    void exportObject();
+
     PrivateBus bus_;
     QStringList items_;
 };

@@ -1,26 +1,12 @@
 // Runs the tests on the session bus of the environment.
 
-#include "desktop/linux/PreferencesFile.h"
 #include "tests/QtTests.h"
-#include "tests/fakes/RecordingLog.h"
+#include "tests/desktop/ChildProcess.h"
 
 #include <QDBusConnection>
 #include <cstdio>
-#include <cstdlib>
-#include <string>
-#include <string_view>
 
 namespace {
-
-/// Runs in a second process: writes preferences with the keys `prefix`0, `prefix`1, and so on.
-int writePreferences(const char* name, const std::string& prefix, int count) {
-    kelvinbar::fakes::RecordingLog recording;
-    kelvinbar::PreferencesFile defaults(QString::fromUtf8(name), recording.log);
-    for (int number = 0; number < count; ++number) {
-        defaults.setText(prefix + std::to_string(number), prefix);
-    }
-    return recording.lines().empty() ? EXIT_SUCCESS : EXIT_FAILURE;
-}
 
 bool isOnSessionBus() {
     if (QDBusConnection::sessionBus().isConnected()) return true;
@@ -31,8 +17,6 @@ bool isOnSessionBus() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 5 && std::string_view(argv[1]) == "--write-preferences") {
-        return writePreferences(argv[2], argv[3], std::atoi(argv[4]));
-    }
+    if (const auto status = kelvinbar::playedPart(argc, argv)) return *status;
     return kelvinbar::runQtTests(argc, argv, isOnSessionBus);
 }

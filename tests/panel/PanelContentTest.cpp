@@ -712,6 +712,18 @@ TEST_F(ContentSecondClick, DestructionDuringTheWaitMakesNoMove) {
     EXPECT_EQ(moves, 0);
 }
 
+TEST_F(Content, MayBeDestroyedByItsCloseAction) {
+    const auto witness = std::make_shared<int>(0);
+    makeRefreshedStore(keys);
+    content = std::make_unique<PanelContent>(*store, loginItemManager, SensorListMetrics(1), [this, witness] {
+        content = nullptr;
+        ++*witness;
+    });
+    content->close();
+    EXPECT_EQ(*witness, 1);
+    EXPECT_EQ(witness.use_count(), 1);
+}
+
 } // namespace
 
 } // namespace kelvinbar

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -54,7 +55,7 @@ class JournalingBackgroundQueue final : public BackgroundQueue {
 struct AppDelegateTest : StoreFixture {
     FakeShell shell;
     JournalingBackgroundQueue journalingQueue{shell.journal, backgroundQueue};
-    std::unique_ptr<AppDelegate> delegate;
+    std::shared_ptr<AppDelegate> delegate;
 
     AppDelegateTest() {
         shell.statusBar.button.visibleFrame = Rect{0, 25, 1440, 875};
@@ -71,13 +72,13 @@ struct AppDelegateTest : StoreFixture {
 
     /// Creates the delegate. The store's first refresh then waits in the queue.
     void makeDelegate() {
-        delegate = std::make_unique<AppDelegate>(shell.ports(mainQueue, notifications),
-                                                 StorePorts{.machine = machineOfStore,
-                                                            .defaults = defaults,
-                                                            .notifications = notifications,
-                                                            .mainQueue = mainQueue,
-                                                            .backgroundQueue = journalingQueue,
-                                                            .wallClock = wallClock});
+        delegate = AppDelegate::create(shell.ports(mainQueue, notifications),
+                                       StorePorts{.machine = machineOfStore,
+                                                  .defaults = defaults,
+                                                  .notifications = notifications,
+                                                  .mainQueue = mainQueue,
+                                                  .backgroundQueue = journalingQueue,
+                                                  .wallClock = wallClock});
     }
 
     /// Launches after the store's first refresh has ended.
@@ -401,6 +402,19 @@ TEST_F(AppDelegateTest, ATickWithThePanelClosedAndNoPinsTouchesNothing) {
     EXPECT_EQ(taken(), Entries{});
     EXPECT_EQ(driver().calls.size(), 0U);
     EXPECT_EQ(machine.registry->walkedPlanes, Keys{});
+}
+
+TEST_F(AppDelegateTest, TicksThatTheMainQueueHasNotSeenAreOne) {
+    pin({"TC0P"});
+    launchAndForget();
+    for (int count = 0; count < 3; ++count) shell.timers.fire();
+    EXPECT_EQ(mainQueue.waitingCount(), 1U);
+    mainQueue.drain();
+    EXPECT_EQ(taken(), Entries{"store: pass begun"});
+    finishPasses();
+    forget();
+    tick();
+    EXPECT_EQ(taken(), Entries{"store: pass begun"});
 }
 
 TEST_F(AppDelegateTest, ATickWithThePanelClosedRefreshesThePinsAlone) {
@@ -913,6 +927,85 @@ TEST_F(AppDelegateTest, TerminationBeforeTheLaunchShutsTheStoreDown) {
     delegate->applicationWillTerminate();
     EXPECT_EQ(driver().closed.size(), 1U);
     EXPECT_EQ(takenOf("status bar:"), Entries{});
+}
+
+// The end of the delegate
+
+struct AppDelegateRelease : AppDelegateTest {
+    int calls = 0;
+
+    /// Runs the program through everything that it does, and releases the delegate in the desktop's call of
+    /// that number. Returns whether the delegate lived to see the end.
+    bool survivesWithReleaseAt(int call) {
+        calls = 0;
+        pin({"TC0P"});
+        shell.popover.shown = false;
+        shell.contentFactory.animations.clear();
+        makeDelegate();
+        finishPasses();
+        shell.journal.whenAdded = [this, call](const std::string&) {
+            if (++calls == call) delegate.reset();
+        };
+        runThroughLife();
+        shell.journal.whenAdded = nullptr;
+        const bool hasSurvived = delegate != nullptr;
+        delegate.reset();
+        shell.popover.currentContent.reset();
+        return hasSurvived;
+    }
+
+    void runThroughLife() {
+        const std::vector<std::function<void()>> steps{
+            [this] { delegate->applicationDidFinishLaunching(); },
+            [this] { tick(); },
+            [this] { postTexts({.title = "new", .toolTip = "newer"}); },
+            [this] { shell.statusBar.button.action(); },
+            [this] { shell.contentFactory.animations.back().completion(); },
+            [this] { tick(); },
+            [this] { post(kelvinbarManualSizeChanged); },
+            [this] { post(kelvinbarDisplayModeChanged); },
+            [this] { delegate->store().setSamplingRate(SMCSamplingRate::fast); },
+            [this] { delegate->store().setSamplingRate(SMCSamplingRate::medium); },
+            [this] { shell.contentFactory.closeActions.back()(); },
+            [this] { delegate->openPopover(); },
+            [this] { shell.popover.closeByClickOutside(); },
+            [this] { delegate->applicationWillTerminate(); },
+        };
+        for (const auto& step : steps) {
+            if (delegate == nullptr) return;
+            step();
+            finishPasses();
+        }
+    }
+};
+
+TEST_F(AppDelegateRelease, InAnyCallOfTheDesktopLetsTheDelegateFinish) {
+    ASSERT_TRUE(survivesWithReleaseAt(0));
+    const int all = calls;
+    EXPECT_GT(all, 50);
+    for (int call = 1; call <= all; ++call) EXPECT_FALSE(survivesWithReleaseAt(call)) << call;
+}
+
+TEST_F(AppDelegateRelease, ByAnObserverOfTheStoreLetsThePanelOpen) {
+    launch();
+    const Registration observer =
+        delegate->store().statusMessage().observe([this](const auto&) { delegate.reset(); });
+    delegate->togglePopover();
+    EXPECT_EQ(delegate, nullptr);
+    EXPECT_TRUE(shell.popover.shown);
+    EXPECT_EQ(shell.statusBar.itemCount, 0);
+    EXPECT_EQ(shell.timers.activeCount(), 0U);
+}
+
+TEST_F(AppDelegateRelease, LeavesCallbacksThatDoNothing) {
+    launchAndOpen();
+    delegate.reset();
+    forgetJournal();
+    shell.popover.closeByClickOutside();
+    shell.contentFactory.closeActions.back()();
+    post(kelvinbarManualSizeChanged);
+    tick();
+    EXPECT_EQ(taken(), Entries{});
 }
 
 } // namespace

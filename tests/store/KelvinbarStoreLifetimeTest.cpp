@@ -1,7 +1,12 @@
 #include "tests/store/StoreFixture.h"
 
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -11,6 +16,7 @@ namespace kelvinbar {
 namespace {
 
 using fakes::keysRead;
+using fakes::readingOf;
 using fakes::setKeys;
 using fakes::StoreFixture;
 using fakes::temperatureKey;
@@ -197,6 +203,105 @@ TEST_F(StoreDestruction, ItsResultDoesNotReachTheNextStore) {
     EXPECT_TRUE(store->isLoading().value());
     finishPasses();
     EXPECT_EQ(readingKeys(), Keys{"TC0P"});
+}
+
+/// Releases the store while it tells its observers of a change.
+struct StoreRelease : StoreFixture {
+    int changes = 0;
+    int fatalChange = 0; ///< the number of the change at which the store is released
+
+    template <typename Content>
+    void releaseAfter(const NotificationName<Content>& name) {
+        registrations.push_back(
+            notifications.addObserver<Content>(name, [this](const auto&) { countChange(); }));
+    }
+
+    void releaseAfter(const auto& field) {
+        registrations.push_back(field.observe([this](const auto&) { countChange(); }));
+    }
+
+    void countChange() {
+        if (++changes == fatalChange) store.reset();
+    }
+
+    void observeEverything() {
+        releaseAfter(store->readings());
+        releaseAfter(store->isLoading());
+        releaseAfter(store->lastUpdated());
+        releaseAfter(store->statusMessage());
+        releaseAfter(store->smcAvailable());
+        releaseAfter(store->samplingRate());
+        releaseAfter(store->displayMode());
+        releaseAfter(store->manualPopoverWidth());
+        releaseAfter(store->manualPopoverHeight());
+        releaseAfter(store->menuBarKeys());
+        releaseAfter(store->hiddenKeys());
+        releaseAfter(store->selectedCategory());
+        releaseAfter(store->searchText());
+        releaseAfter(kelvinbarSamplingRateChanged);
+        releaseAfter(kelvinbarMenuBarReadingChanged);
+        releaseAfter(kelvinbarDisplayModeChanged);
+        releaseAfter(kelvinbarManualSizeChanged);
+    }
+
+    /// Changes every field, until the store is gone.
+    void useStore() {
+        const std::vector<std::function<void()>> uses{
+            [this] { store->toggleMenuBarReading(readingOf("TC0P")); },
+            [this] { store->toggleMenuBarReading(readingOf("TC1C")); },
+            [this] { refreshMenuBarOnly(); },
+            [this] { store->hideReading(readingOf("TC0P")); },
+            [this] { store->unhideAllReadings(); },
+            [this] { store->setMenuBarKeys({"TC0P"}); },
+            [this] { store->setSamplingRate(SMCSamplingRate::fast); },
+            [this] { store->setDisplayMode(SMCWindowDisplayMode::dynamic); },
+            [this] { store->setManualPopoverHeight(700); },
+            [this] { store->setSelectedCategory(SMCCategory::fans); },
+            [this] { store->setSearchText("text"); },
+            [this] {
+                setKeys(driver(), {temperatureKey("TC2C", 40)}); // drops pins and hidden keys
+                refresh(true);
+            },
+        };
+        for (const auto& use : uses) {
+            if (store == nullptr) return;
+            wallClock.time += std::chrono::seconds(1);
+            setKeys(driver(), {temperatureKey("TC0P", ++temperature_), temperatureKey("TC1C", 41)});
+            use();
+        }
+    }
+
+    /// Returns whether the store lived to see the end.
+    bool survivesWithReleaseAt(int change) {
+        registrations.clear();
+        defaults.values = {};
+        changes = 0;
+        fatalChange = change;
+        makeRefreshedStore({temperatureKey("TC0P", 40), temperatureKey("TC1C", 41)});
+        observeEverything();
+        useStore();
+        return std::exchange(store, nullptr) != nullptr;
+    }
+
+  private:
+    std::uint8_t temperature_ = 40;
+};
+
+TEST_F(StoreRelease, ByAnObserverOfAnyChangeLetsTheStoreFinishItsCall) {
+    ASSERT_TRUE(survivesWithReleaseAt(0));
+    const int all = changes;
+    EXPECT_GT(all, 20);
+    for (int change = 1; change <= all; ++change) EXPECT_FALSE(survivesWithReleaseAt(change)) << change;
+}
+
+TEST_F(StoreRelease, ByAnObserverEndsItAfterTheCall) {
+    makeRefreshedStore({temperatureKey("TC0P", 40)});
+    const std::weak_ptr<KelvinbarStore> witness = store;
+    observeEverything();
+    fatalChange = 1;
+    store->setDisplayMode(SMCWindowDisplayMode::dynamic);
+    EXPECT_TRUE(witness.expired());
+    EXPECT_EQ(defaults.values.text("KelvinbarWindowDisplayMode"), "dynamic");
 }
 
 } // namespace

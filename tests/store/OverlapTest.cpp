@@ -253,12 +253,12 @@ class Program {
     void destroyStore() { store_.reset(); }
 
     void makeStore() {
-        store_ = std::make_unique<KelvinbarStore>(StorePorts{.machine = machine_,
-                                                             .defaults = defaults_,
-                                                             .notifications = notifications_,
-                                                             .mainQueue = mainQueue_,
-                                                             .backgroundQueue = *workers_,
-                                                             .wallClock = wallClock_});
+        store_ = KelvinbarStore::create(StorePorts{.machine = machine_,
+                                                   .defaults = defaults_,
+                                                   .notifications = notifications_,
+                                                   .mainQueue = mainQueue_,
+                                                   .backgroundQueue = *workers_,
+                                                   .wallClock = wallClock_});
         observers_.clear();
         observers_.push_back(store_->readings().observe(checkReadings));
         observers_.push_back(
@@ -331,7 +331,7 @@ class Program {
     NotificationCenter notifications_;
     MainLoopQueue mainQueue_;
     std::unique_ptr<WorkerQueue> workers_ = std::make_unique<WorkerQueue>(2);
-    std::unique_ptr<KelvinbarStore> store_;
+    std::shared_ptr<KelvinbarStore> store_;
     std::vector<Registration> observers_;
     std::size_t resultsWithKeys_ = 0;
 };

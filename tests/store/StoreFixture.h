@@ -39,7 +39,7 @@ struct StoreFixture : testing::Test {
     std::vector<std::string> events; ///< "field: new value" and "post: name", in order, since recordEvents()
     std::vector<Registration> registrations;
 
-    std::unique_ptr<KelvinbarStore> store;
+    std::shared_ptr<KelvinbarStore> store;
 
     StoreFixture() {
         wallClock.time += std::chrono::hours(24);
@@ -53,12 +53,12 @@ struct StoreFixture : testing::Test {
 
     /// Creates the store. Its first refresh then waits in the queue.
     void makeStore() {
-        store = std::make_unique<KelvinbarStore>(StorePorts{.machine = machineOfStore,
-                                                            .defaults = defaults,
-                                                            .notifications = notifications,
-                                                            .mainQueue = mainQueue,
-                                                            .backgroundQueue = backgroundQueue,
-                                                            .wallClock = wallClock});
+        store = KelvinbarStore::create(StorePorts{.machine = machineOfStore,
+                                                  .defaults = defaults,
+                                                  .notifications = notifications,
+                                                  .mainQueue = mainQueue,
+                                                  .backgroundQueue = backgroundQueue,
+                                                  .wallClock = wallClock});
     }
 
     /// Creates the store over a controller with `keys` and completes the first refresh.

@@ -43,7 +43,9 @@ std::vector<std::uint32_t> partialStrut(std::vector<std::uint32_t> depths, QSize
 
 std::unique_ptr<X11Session> X11Session::ofApplication() {
     const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return application == nullptr ? nullptr : std::make_unique<X11Session>(application->connection());
+    // Platforms without a display have the interface, too, but no connection.
+    auto* const connection = application == nullptr ? nullptr : application->connection();
+    return connection == nullptr ? nullptr : std::make_unique<X11Session>(connection);
 }
 
 X11Session::X11Session(xcb_connection_t* connection)

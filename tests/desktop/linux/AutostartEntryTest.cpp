@@ -1,14 +1,13 @@
 #include "desktop/linux/AutostartEntry.h"
 
+#include "tests/desktop/TemporaryVariable.h"
+#include "tests/desktop/linux/ExecValueReader.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -56,77 +55,29 @@ Texts entryValues(const std::string& text, std::string_view key) {
     return valuesIn(text, "[Desktop Entry]", key);
 }
 
-/// Resolves the escape sequences of a string value.
-std::string unescapedText(std::string_view value) {
-    const std::map<char, char> meanings{{'s', ' '}, {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'\\', '\\'}};
-    std::string text;
-    for (std::size_t place = 0; place < value.size(); ++place) {
-        if (value[place] != '\\') {
-            text += value[place];
-            continue;
-        }
-        ++place;
-        EXPECT_LT(place, value.size()) << value;
-        const auto meaning = meanings.find(value[place]);
-        EXPECT_NE(meaning, meanings.end()) << value;
-        text += meaning->second;
-    }
-    return text;
-}
-
-/// Parses the value of an Exec key into the program and its arguments, as a desktop does. Field codes such as
-/// "%f" are not expected here.
-Texts commandIn(std::string_view value) {
-    constexpr std::string_view escapedInQuotes = "\"`$\\";
-    constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
-    const std::string text = unescapedText(value);
-    Texts command;
-    bool isInQuotes = false;
-    bool isInArgument = false;
-    for (std::size_t place = 0; place < text.size(); ++place) {
-        char character = text[place];
-        if (!isInQuotes && character == ' ') {
-            isInArgument = false;
-            continue;
-        }
-        if (!isInArgument) command.emplace_back();
-        isInArgument = true;
-        if (character == '"') {
-            isInQuotes = !isInQuotes;
-            continue;
-        }
-        if (isInQuotes && character == '\\') {
-            character = text[++place];
-            EXPECT_NE(escapedInQuotes.find(character), std::string_view::npos) << value;
-        } else if (isInQuotes) {
-            EXPECT_EQ(escapedInQuotes.find(character), std::string_view::npos) << value;
-        } else {
-            EXPECT_EQ(reserved.find(character), std::string_view::npos) << value;
-        }
-        if (character == '%') {
-            EXPECT_EQ(text[++place], '%') << value;
-        }
-        command.back() += character;
-    }
-    EXPECT_FALSE(isInQuotes) << value;
-    return command;
-}
-
 struct AutostartEntryTest : testing::Test {
     fakes::TemporaryTree tree;
     fs::path folder = tree.root() / "config" / "autostart";
     fs::path file = folder / "kelvinbar.desktop";
     Texts called;
     fakes::RecordingLog recording{"login=info"};
+    fs::path program = makeProgram("bin/kelvinbar");
+    AutostartEntry::Surroundings surroundings{.path = tree.root() / "bin", .desktopNames = "XFCE"};
+
+    fs::path makeProgram(const fs::path& path) {
+        fs::path made = tree.write(path, "#!/bin/sh\n");
+        fs::permissions(made, fs::perms::owner_all);
+        return made;
+    }
 
     [[nodiscard]] AutostartEntry entryFor(Texts command) {
-        return AutostartEntry(folder, "kelvinbar", std::move(command),
+        return AutostartEntry(folder, "kelvinbar", std::move(command), surroundings,
                               {.openSettings = [this] { called.emplace_back("settings"); },
                                .beep = [this] { called.emplace_back("beep"); }},
                               recording.log);
     }
 
-    [[nodiscard]] AutostartEntry entry() { return entryFor({"/usr/bin/kelvinbar"}); }
+    [[nodiscard]] AutostartEntry entry() { return entryFor({program}); }
 
     void write(std::string_view text) { tree.write("config/autostart/kelvinbar.desktop", text); }
 
@@ -154,7 +105,7 @@ TEST_F(AutostartEntryTest, RegisteringMakesTheFolderAndACompleteEntry) {
     EXPECT_EQ(entryValues(text, "Type"), Texts{"Application"});
     EXPECT_EQ(entryValues(text, "Name"), Texts{"Kelvinbar"});
     ASSERT_EQ(entryValues(text, "Exec").size(), 1U);
-    EXPECT_EQ(commandIn(entryValues(text, "Exec")[0]), Texts{"/usr/bin/kelvinbar"});
+    EXPECT_EQ(commandIn(entryValues(text, "Exec")[0]), Texts{"kelvinbar"});
     EXPECT_TRUE(text.ends_with('\n'));
 }
 
@@ -206,7 +157,8 @@ TEST_F(AutostartEntryTest, WhatAnInterruptedWriteLeftIsNoObstacle) {
 }
 
 TEST_F(AutostartEntryTest, TheNameIsThatOfTheFile) {
-    AutostartEntry demo(folder, "kelvinbar-demo", {"/usr/bin/kelvinbar-demo"}, {}, recording.log);
+    AutostartEntry demo(folder, "kelvinbar-demo", {makeProgram("bin/kelvinbar-demo")}, surroundings, {},
+                        recording.log);
     EXPECT_TRUE(demo.registerItem());
     EXPECT_TRUE(demo.isRegistered());
     EXPECT_FALSE(entry().isRegistered());
@@ -381,7 +333,7 @@ TEST_F(AutostartEntryTest, RegisteringKeepsEverythingElse) {
     }
     EXPECT_EQ(kept, before);
     ASSERT_EQ(entryValues(after, "Exec").size(), 1U);
-    EXPECT_EQ(commandIn(entryValues(after, "Exec")[0]), Texts{"/usr/bin/kelvinbar"});
+    EXPECT_EQ(commandIn(entryValues(after, "Exec")[0]), Texts{"kelvinbar"});
     EXPECT_EQ(entryValues(after, "X-GNOME-Autostart-enabled"), Texts{"true"});
 }
 
@@ -406,52 +358,9 @@ TEST_F(AutostartEntryTest, SettingsAndSoundAreTheDesktops) {
 
 // The command
 
-TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneSpace) {
-    EXPECT_EQ(desktopExecValue({"/usr/bin/kelvinbar"}), R"("/usr/bin/kelvinbar")");
-    EXPECT_EQ(desktopExecValue({"/opt/my tools/kelvinbar", "--a b"}), R"("/opt/my tools/kelvinbar" "--a b")");
-}
-
-TEST(DesktopExecValue, EscapesWhatMeansSomethingInQuotes) {
-    EXPECT_EQ(desktopExecValue({R"(a"b)"}), R"("a\\"b")");
-    EXPECT_EQ(desktopExecValue({"a`b"}), R"("a\\`b")");
-    EXPECT_EQ(desktopExecValue({"a$b"}), R"("a\\$b")");
-    EXPECT_EQ(desktopExecValue({R"(a\b)"}), R"("a\\\\b")");
-}
-
-TEST(DesktopExecValue, DoublesThePercentSign) {
-    EXPECT_EQ(desktopExecValue({"100%f"}), R"("100%%f")");
-    EXPECT_EQ(desktopExecValue({"%%"}), R"("%%%%")");
-}
-
-TEST(DesktopExecValue, StaysOnOneLine) {
-    EXPECT_EQ(desktopExecValue({"a\nb"}), R"("a\nb")");
-    EXPECT_EQ(desktopExecValue({"a\rb"}), R"("a\rb")");
-    EXPECT_EQ(desktopExecValue({"a\tb"}), R"("a\tb")");
-}
-
-TEST(DesktopExecValue, DistinguishesABackslashBeforeAnNFromALineFeed) {
-    EXPECT_EQ(desktopExecValue({R"(a\nb)"}), R"("a\\\\nb")");
-}
-
-TEST(DesktopExecValue, KeepsWhatIsNotASCII) {
-    EXPECT_EQ(desktopExecValue({"/home/jörg/温度/kelvinbar"}), R"("/home/jörg/温度/kelvinbar")");
-}
-
-TEST(DesktopExecValue, KeepsAnEmptyArgument) {
-    EXPECT_EQ(desktopExecValue({"kelvinbar", "", "x"}), R"("kelvinbar" "" "x")");
-}
-
-TEST(DesktopExecValue, IsUnderstoodForEveryCharacter) {
-    for (int code = 1; code < 256; ++code) {
-        const std::string argument = std::string("/a").append(1, static_cast<char>(code)).append("b");
-        const Texts command{argument, std::string(2, static_cast<char>(code))};
-        EXPECT_EQ(commandIn(desktopExecValue(command)), command) << code;
-        EXPECT_EQ(desktopExecValue(command).find('\n'), std::string::npos) << code;
-    }
-}
-
 TEST_F(AutostartEntryTest, APathWithAnyCharacterComesThroughTheFile) {
-    const Texts command{"/home/a b/\"q\"/back\\slash/$HOME/100%/`x`/line\nend/jörg/kelvinbar"};
+    const Texts command{
+        makeProgram("home/a b/\"q\"/back\\slash/$HOME/100%/`x`/line\nend/jörg/kelvinbar").string()};
     EXPECT_TRUE(entryFor(command).registerItem());
     EXPECT_TRUE(entryFor(command).isRegistered());
     const Texts values = entryValues(textOf(file), "Exec");
@@ -459,33 +368,189 @@ TEST_F(AutostartEntryTest, APathWithAnyCharacterComesThroughTheFile) {
     EXPECT_EQ(commandIn(values[0]), command);
 }
 
+// Which program an entry starts
+
+TEST_F(AutostartEntryTest, AnEntryOfAProgramThatIsGoneIsNotRegistered) {
+    write("[Desktop Entry]\nExec=/opt/kelvinbar-1/bin/kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AnEntryOfAnotherProgramIsNotRegistered) {
+    const fs::path other = makeProgram("other/kelvinbar");
+    write("[Desktop Entry]\nExec=" + other.string() + "\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=" + program.string() + " --autostart\n");
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AnEntryThatNamesThisProgramByALinkIsRegistered) {
+    fs::create_symlink(program, tree.root() / "link");
+    write("[Desktop Entry]\nExec=" + (tree.root() / "link").string() + "\n");
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, ANameThatLeadsToAnotherProgramIsNotRegistered) {
+    makeProgram("first/kelvinbar");
+    surroundings.path = (tree.root() / "first").string() + ":" + (tree.root() / "bin").string();
+    write("[Desktop Entry]\nExec=kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+    surroundings.path = (tree.root() / "none").string() + "::relative:" + (tree.root() / "bin").string();
+    EXPECT_TRUE(entry().isRegistered());
+    surroundings.path = "";
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AFileThatCannotBeRunIsNoProgram) {
+    fs::permissions(program, fs::perms::owner_read);
+    EXPECT_FALSE(entryFor({program}).isRegistered());
+    write("[Desktop Entry]\nExec=kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, VariablesThatAnEntrySetsBeforeItsProgramDoNotMatter) {
+    write("[Desktop Entry]\nExec=env LANG=C QT_SCALE_FACTOR=2 kelvinbar\n");
+    EXPECT_TRUE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=env\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=sh -c kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, NamesTheProgramAsPathLeadsToIt) {
+    // An upgrade replaces the folder and the link, not the name.
+    const fs::path versioned = makeProgram("opt/kelvinbar-2/kelvinbar");
+    fs::remove(program);
+    fs::create_symlink(versioned, program);
+    EXPECT_TRUE(entryFor({versioned, "--autostart"}).registerItem());
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), (Texts{"kelvinbar", "--autostart"}));
+    EXPECT_TRUE(entryFor({versioned}).isRegistered());
+    EXPECT_EQ(entryFor({versioned}).programWord(), "kelvinbar");
+}
+
+TEST_F(AutostartEntryTest, NamesTheFullPathWherePathLeadsElsewhere) {
+    const fs::path own = makeProgram("own/kelvinbar");
+    EXPECT_TRUE(entryFor({own}).registerItem());
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), Texts{own});
+    EXPECT_EQ(entryFor({own}).programWord(), own);
+}
+
+// Conditions
+
+TEST_F(AutostartEntryTest, AnEntryWhoseTriedProgramIsMissingIsNotRegistered) {
+    write("[Desktop Entry]\nExec=kelvinbar\nTryExec=/opt/kelvinbar-1/kelvinbar\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=kelvinbar\nTryExec=kelvinbar\n");
+    EXPECT_TRUE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=kelvinbar\nTryExec=" + program.string() + "\n");
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, AnEntryForOtherDesktopsIsNotRegistered) {
+    write("[Desktop Entry]\nExec=kelvinbar\nOnlyShowIn=LXQt;\n");
+    EXPECT_FALSE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=kelvinbar\nOnlyShowIn=LXQt;XFCE;\n");
+    EXPECT_TRUE(entry().isRegistered());
+    write("[Desktop Entry]\nExec=kelvinbar\nNotShowIn=XFCE;\n");
+    EXPECT_FALSE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, RegisteringDropsConditionsThatDoNotHoldHere) {
+    for (const std::string condition : {"TryExec=/opt/gone", "OnlyShowIn=LXQt;", "NotShowIn=GNOME;XFCE;"}) {
+        write("[Desktop Entry]\nType=Application\nName=Mine\nExec=old\n" + condition + "\n");
+        EXPECT_TRUE(entry().registerItem());
+        EXPECT_TRUE(entry().isRegistered()) << condition;
+        EXPECT_EQ(entryValues(textOf(file), "Name"), Texts{"Mine"});
+    }
+}
+
+// Renewing
+
+TEST_F(AutostartEntryTest, RenewingMakesAStaleEntryStartThisProgram) {
+    write("# mine\n[Desktop Entry]\nExec=/opt/kelvinbar-1/kelvinbar --autostart "
+          "-v\nTryExec=/opt/gone\nX-Delay=3\n");
+    entry().renew();
+    EXPECT_TRUE(entry().isRegistered());
+    const std::string text = textOf(file);
+    EXPECT_EQ(commandIn(entryValues(text, "Exec").front()), (Texts{"kelvinbar", "--autostart", "-v"}));
+    EXPECT_EQ(entryValues(text, "X-Delay"), Texts{"3"});
+    EXPECT_EQ(linesOf(text).front(), "# mine");
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is written"));
+}
+
+TEST_F(AutostartEntryTest, RenewingReplacesAnotherCopyOfTheProgram) {
+    const fs::path older = makeProgram("opt/kelvinbar-1/kelvinbar");
+    write("[Desktop Entry]\nExec=env LANG=C \"" + older.string() + "\"\n");
+    entry().renew();
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), (Texts{"env", "LANG=C", "kelvinbar"}));
+}
+
+TEST_F(AutostartEntryTest, RenewingLeavesOtherEntriesAsTheyAre) {
+    for (const std::string lines : {
+             "Exec=kelvinbar\n",
+             "Exec=/opt/gone/kelvinbar\nHidden=true\n",
+             "Exec=/opt/gone/kelvinbar\nX-GNOME-Autostart-enabled=false\n",
+             "Exec=sh -c \"sleep 9; kelvinbar\"\n",
+             "Exec=/opt/gone/other\n",
+             "Name=Kelvinbar\n",
+         }) {
+        write("[Desktop Entry]\n" + lines);
+        entry().renew();
+        EXPECT_EQ(textOf(file), "[Desktop Entry]\n" + lines);
+    }
+    EXPECT_TRUE(recording.lines().empty());
+}
+
+TEST_F(AutostartEntryTest, RenewingMakesNoEntry) {
+    entry().renew();
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_FALSE(fs::exists(folder));
+}
+
+// Links
+
+TEST_F(AutostartEntryTest, ALinkedEntryStaysALink) {
+    const fs::path kept =
+        tree.write("dotfiles/kelvinbar.desktop", "[Desktop Entry]\nExec=/opt/gone/kelvinbar\n");
+    fs::create_directories(folder);
+    fs::create_symlink("../../dotfiles/kelvinbar.desktop", file);
+    entry().renew();
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_TRUE(entry().unregisterItem());
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(entryValues(textOf(kept), "Hidden"), Texts{"true"});
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
+}
+
+TEST_F(AutostartEntryTest, RegisteringMakesTheMissingTargetOfALink) {
+    fs::create_directories(folder);
+    fs::create_directories(tree.root() / "dotfiles");
+    fs::create_symlink(tree.root() / "dotfiles" / "entry", file);
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, RegisteringFailsForALinkIntoAFolderThatIsMissing) {
+    fs::create_directories(folder);
+    fs::create_symlink(tree.root() / "missing" / "entry", file);
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be written"));
+}
+
+TEST_F(AutostartEntryTest, RegisteringReplacesALinkToItself) {
+    fs::create_directories(folder);
+    fs::create_symlink(file, file);
+    EXPECT_TRUE(entry().registerItem());
+    EXPECT_TRUE(entry().isRegistered());
+}
+
 // The folder
-
-/// Sets an environment variable until it is destroyed.
-class TemporaryVariable {
-  public:
-    TemporaryVariable(const char* name, const char* value) : name_(name) {
-        if (const char* const old = std::getenv(name)) old_ = old; // NOLINT(concurrency-mt-unsafe)
-        set(value);
-    }
-
-    TemporaryVariable(const TemporaryVariable&) = delete;
-    TemporaryVariable& operator=(const TemporaryVariable&) = delete;
-
-    ~TemporaryVariable() { set(old_ ? old_->c_str() : nullptr); }
-
-  private:
-    void set(const char* value) {
-        if (value == nullptr) {
-            unsetenv(name_); // NOLINT(concurrency-mt-unsafe)
-        } else {
-            setenv(name_, value, 1); // NOLINT(concurrency-mt-unsafe)
-        }
-    }
-
-    const char* name_;
-    std::optional<std::string> old_;
-};
 
 TEST(UserAutostartFolder, IsInTheUsersConfiguration) {
     const TemporaryVariable home("HOME", "/home/user");

@@ -3,6 +3,9 @@
 #include "shell/PopoverPlacement.h"
 #include "store/InMemoryUserDefaults.h"
 
+#include <cstddef>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace kelvinbar {
@@ -40,6 +43,20 @@ TEST(PanelCorner, IsStoredByItsName) {
     InMemoryUserDefaults defaults;
     storePanelCorner(defaults, PanelCorner::bottomLeft);
     EXPECT_EQ(defaults.text(key), "bottom-left");
+}
+
+TEST(PanelCornerEntries, AreOnePerCornerOfWhichOneIsMarked) {
+    std::vector<PanelCorner> choices;
+    const auto entries =
+        panelCornerEntries(PanelCorner::bottomRight, [&](PanelCorner corner) { choices.push_back(corner); });
+    ASSERT_EQ(entries.size(), 5U);
+    EXPECT_TRUE(entries[0].text.isEmpty());
+    EXPECT_EQ(entries[2].text, "Panel at Top Left");
+    EXPECT_EQ(entries[2].isChecked, false);
+    EXPECT_EQ(entries[3].text, "Panel at Bottom Right");
+    EXPECT_EQ(entries[3].isChecked, true);
+    for (std::size_t entry = 1; entry < entries.size(); ++entry) entries[entry].action(0);
+    EXPECT_EQ(choices, std::vector(allPanelCorners.begin(), allPanelCorners.end()));
 }
 
 TEST(CornerPlace, PutsThePanelIntoTheCorner) {

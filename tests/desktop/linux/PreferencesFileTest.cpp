@@ -1,6 +1,7 @@
 #include "desktop/linux/PreferencesFile.h"
 
 #include "store/Preferences.h"
+#include "tests/desktop/EventLoop.h"
 #include "tests/fakes/RecordingLog.h"
 
 #include <QCoreApplication>
@@ -9,10 +10,15 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QSettings>
 #include <QTemporaryDir>
+#include <chrono>
+#include <csignal>
 #include <memory>
 #include <optional>
 #include <string>
+#include <sys/resource.h>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -22,6 +28,7 @@ namespace kelvinbar {
 
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -65,10 +72,16 @@ class PreferencesFileTest : public testing::Test {
         file.write(content);
     }
 
-    PreferencesFile open(const QString& name = "test-name") { return {name, recording_.log}; }
+    PreferencesFile open(const QString& name = "test-name") {
+        return {name, recording_.log, {.retries = {10ms}, .atEnd = 100ms}};
+    }
 
-    /// The preferences currently on disk, read by a new object that shares nothing in memory.
-    std::unique_ptr<PreferencesFile> onDisk() {
+    /// Waits until `defaults` has written, or has tried to.
+    static void flush(PreferencesFile& defaults) { defaults.flush(10s); }
+
+    /// What `defaults` has written, read by a new object that shares nothing in memory.
+    std::unique_ptr<PreferencesFile> onDisk(PreferencesFile& defaults) {
+        flush(defaults);
         const QString name = QString("copy-%1").arg(++copies_);
         EXPECT_TRUE(QFile::copy(path(), path(name)));
         return std::make_unique<PreferencesFile>(name, failing_);
@@ -76,15 +89,30 @@ class PreferencesFileTest : public testing::Test {
 
     /// Starts another process that writes the keys `prefix`0, `prefix`1, and so on.
     std::unique_ptr<QProcess> startWriter(const QString& prefix, int count) {
-        auto writer = std::make_unique<QProcess>();
+        return startProcess({"--write-preferences", "test-name", prefix, QString::number(count)});
+    }
+
+    /// Starts another process that takes its turn to write, and keeps it until it is killed.
+    std::unique_ptr<QProcess> startTurnHolder() {
+        QDir().mkpath(config_.filePath("kelvinbar"));
+        auto holder = startProcess({"--hold-lock", path() + ".turn"});
+        EXPECT_TRUE(waitFor([&] { return QFileInfo::exists(path() + ".turn"); }));
+        return holder;
+    }
+
+    static bool hasEnded(QProcess& process) {
+        return process.state() == QProcess::NotRunning || process.waitForFinished();
+    }
+
+    std::unique_ptr<QProcess> startProcess(const QStringList& arguments) {
+        auto process = std::make_unique<QProcess>();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CONFIG_HOME", config_.path());
-        writer->setProcessEnvironment(environment);
-        writer->setProcessChannelMode(QProcess::ForwardedChannels);
-        writer->start(QCoreApplication::applicationFilePath(),
-                      {"--write-preferences", "test-name", prefix, QString::number(count)});
-        EXPECT_TRUE(writer->waitForStarted());
-        return writer;
+        process->setProcessEnvironment(environment);
+        process->setProcessChannelMode(QProcess::ForwardedChannels);
+        process->start(QCoreApplication::applicationFilePath(), arguments);
+        EXPECT_TRUE(process->waitForStarted());
+        return process;
     }
 
     QTemporaryDir config_;
@@ -101,8 +129,7 @@ TEST_F(PreferencesFileTest, KeepsTexts) {
     for (const std::string text : {"fast", "TC0P", "VTT ", " x", "a,b", "a, \"b\"", "é 温度 °", "50%", "a=b",
                                    "a;b", "back\\slash", "@Invalid()", "line\nline", "7", "true"}) {
         defaults.setText("KelvinbarSamplingRate", text);
-        EXPECT_THAT(onDisk()->text("KelvinbarSamplingRate"), Optional(text));
-        EXPECT_THAT(open().text("KelvinbarSamplingRate"), Optional(text));
+        EXPECT_THAT(onDisk(defaults)->text("KelvinbarSamplingRate"), Optional(text));
     }
     EXPECT_THAT(recording_.lines(), IsEmpty());
 }
@@ -128,8 +155,7 @@ TEST_F(PreferencesFileTest, KeepsLists) {
     };
     for (const TextList& list : lists) {
         defaults.setTextList("KelvinbarMenuBarKeys", list);
-        EXPECT_THAT(onDisk()->textList("KelvinbarMenuBarKeys"), Optional(list));
-        EXPECT_THAT(open().textList("KelvinbarMenuBarKeys"), Optional(list));
+        EXPECT_THAT(onDisk(defaults)->textList("KelvinbarMenuBarKeys"), Optional(list));
     }
     EXPECT_THAT(recording_.lines(), IsEmpty());
 }
@@ -138,8 +164,7 @@ TEST_F(PreferencesFileTest, KeepsNumbers) {
     auto defaults = open();
     for (const double number : {462.0, 690.0, 0.1, 1e-7, 1400.25, 1.0 / 3, -5.5, 1e15}) {
         defaults.setNumber("KelvinbarManualPopoverWidth", number);
-        EXPECT_DOUBLE_EQ(onDisk()->number("KelvinbarManualPopoverWidth"), number);
-        EXPECT_DOUBLE_EQ(open().number("KelvinbarManualPopoverWidth"), number);
+        EXPECT_DOUBLE_EQ(onDisk(defaults)->number("KelvinbarManualPopoverWidth"), number);
     }
 }
 
@@ -150,7 +175,7 @@ TEST_F(PreferencesFileTest, KeepsEveryPreference) {
     storeManualPopoverSize(defaults, {500.5, 786});
     storeMenuBarKeys(defaults, {"TC0P", "F0Ac"});
     storeHiddenKeys(defaults, {"VP0R"});
-    const auto stored = onDisk();
+    const auto stored = onDisk(defaults);
     EXPECT_THAT(stored->text("KelvinbarSamplingRate"), Optional(std::string("fast")));
     EXPECT_THAT(stored->text("KelvinbarWindowDisplayMode"), Optional(std::string("dynamic")));
     EXPECT_EQ(stored->number("KelvinbarManualPopoverWidth"), 500.5);
@@ -172,14 +197,14 @@ TEST_F(PreferencesFileTest, FindsNoTextInAList) {
     auto defaults = open();
     defaults.setTextList("key", {"a", "b"});
     EXPECT_EQ(defaults.text("key"), std::nullopt);
-    EXPECT_EQ(onDisk()->text("key"), std::nullopt);
+    EXPECT_EQ(onDisk(defaults)->text("key"), std::nullopt);
 }
 
 TEST_F(PreferencesFileTest, FindsNoNumberInATextOrAList) {
     auto defaults = open();
     defaults.setText("text", "wide");
     defaults.setTextList("list", {"1", "2"});
-    const auto stored = onDisk();
+    const auto stored = onDisk(defaults);
     for (const auto* const key : {"text", "list"}) {
         EXPECT_EQ(defaults.number(key), 0) << key;
         EXPECT_EQ(stored->number(key), 0) << key;
@@ -190,7 +215,7 @@ TEST_F(PreferencesFileTest, FindsANumberInATextThatIsOne) {
     auto defaults = open();
     defaults.setText("text", "500.5");
     EXPECT_EQ(defaults.number("text"), 500.5);
-    EXPECT_EQ(onDisk()->number("text"), 500.5);
+    EXPECT_EQ(onDisk(defaults)->number("text"), 500.5);
 }
 
 TEST_F(PreferencesFileTest, IgnoresValuesOfOtherTypes) {
@@ -207,8 +232,8 @@ TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithASpace) {
     auto defaults = open();
     defaults.setText("VTT ", "a");
     defaults.setText("VTT", "b");
-    EXPECT_THAT(onDisk()->text("VTT "), Optional(std::string("a")));
-    EXPECT_THAT(onDisk()->text("VTT"), Optional(std::string("b")));
+    EXPECT_THAT(onDisk(defaults)->text("VTT "), Optional(std::string("a")));
+    EXPECT_THAT(onDisk(defaults)->text("VTT"), Optional(std::string("b")));
 }
 
 TEST_F(PreferencesFileTest, Removes) {
@@ -217,20 +242,25 @@ TEST_F(PreferencesFileTest, Removes) {
     defaults.setText("KelvinbarMenuBarKey", "TC0P");
     defaults.remove("KelvinbarMenuBarKeys");
     EXPECT_EQ(defaults.textList("KelvinbarMenuBarKeys"), std::nullopt);
-    EXPECT_EQ(onDisk()->textList("KelvinbarMenuBarKeys"), std::nullopt);
-    EXPECT_THAT(onDisk()->text("KelvinbarMenuBarKey"), Optional(std::string("TC0P")));
+    EXPECT_EQ(onDisk(defaults)->textList("KelvinbarMenuBarKeys"), std::nullopt);
+    EXPECT_THAT(onDisk(defaults)->text("KelvinbarMenuBarKey"), Optional(std::string("TC0P")));
     EXPECT_FALSE(bytes().contains("KelvinbarMenuBarKeys"));
 }
 
-TEST_F(PreferencesFileTest, HasEveryChangeOnDiskAtOnce) {
+TEST_F(PreferencesFileTest, HasEveryChangeOnDiskSoon) {
     auto defaults = open();
     defaults.setText("KelvinbarSamplingRate", "fast");
+    EXPECT_TRUE(waitFor([&] { return QFileInfo::exists(path()); }));
+    flush(defaults);
     EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarSamplingRate=fast"));
     defaults.setTextList("KelvinbarHiddenKeys", {"TC0P", "TC1P"});
+    flush(defaults);
     EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarHiddenKeys=TC0P, TC1P"));
     defaults.setNumber("KelvinbarManualPopoverWidth", 500.5);
+    flush(defaults);
     EXPECT_THAT(bytes().toStdString(), HasSubstr("KelvinbarManualPopoverWidth=500.5"));
     defaults.remove("KelvinbarSamplingRate");
+    flush(defaults);
     EXPECT_FALSE(bytes().contains("KelvinbarSamplingRate"));
 }
 
@@ -240,8 +270,9 @@ TEST_F(PreferencesFileTest, TwoObjectsLoseNoKeyOfEachOther) {
     first.setText("a", "1");
     second.setText("b", "2");
     first.setText("c", "3");
+    flush(first);
     second.remove("a");
-    const auto stored = onDisk();
+    const auto stored = onDisk(second);
     EXPECT_EQ(stored->text("a"), std::nullopt);
     EXPECT_THAT(stored->text("b"), Optional(std::string("2")));
     EXPECT_THAT(stored->text("c"), Optional(std::string("3")));
@@ -250,14 +281,14 @@ TEST_F(PreferencesFileTest, TwoObjectsLoseNoKeyOfEachOther) {
 TEST_F(PreferencesFileTest, LosesNoKeyOfAnotherProcess) {
     auto defaults = open();
     defaults.setText("first", "ours");
+    flush(defaults);
     const auto writer = startWriter("theirs", 3);
     ASSERT_TRUE(writer->waitForFinished());
     EXPECT_EQ(writer->exitCode(), 0);
     defaults.setText("last", "ours");
-    const auto stored = onDisk();
+    const auto stored = onDisk(defaults);
     for (const auto* const key : {"theirs0", "theirs1", "theirs2"}) {
         EXPECT_THAT(stored->text(key), Optional(std::string("theirs"))) << key;
-        EXPECT_THAT(defaults.text(key), Optional(std::string("theirs"))) << key;
     }
     EXPECT_THAT(stored->text("first"), Optional(std::string("ours")));
     EXPECT_THAT(stored->text("last"), Optional(std::string("ours")));
@@ -300,6 +331,7 @@ TEST_F(PreferencesFileTest, DoesNotReportAMissingOrEmptyFile) {
     write("");
     auto defaults = open();
     defaults.setText("key", "value");
+    flush(defaults);
     EXPECT_THAT(recording_.lines(), IsEmpty());
     EXPECT_FALSE(QFileInfo::exists(path() + ".damaged"));
 }
@@ -325,11 +357,13 @@ TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeItIsReplaced) {
     auto defaults = open();
     EXPECT_FALSE(QFileInfo::exists(path() + ".damaged"));
     defaults.setText("KelvinbarSamplingRate", "fast");
+    flush(defaults);
     EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
     defaults.setText("KelvinbarWindowDisplayMode", "dynamic");
+    flush(defaults);
     EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
     EXPECT_THAT(recording_.lines(), SizeIs(1));
-    const auto stored = onDisk();
+    const auto stored = onDisk(defaults);
     EXPECT_THAT(stored->text("KelvinbarSamplingRate"), Optional(std::string("fast")));
     EXPECT_THAT(stored->text("KelvinbarWindowDisplayMode"), Optional(std::string("dynamic")));
 }
@@ -338,6 +372,7 @@ TEST_P(DamagedUserDefaultsTest, IsKeptAsideBeforeSomethingIsRemoved) {
     write(GetParam());
     auto defaults = open();
     defaults.remove("KelvinbarMenuBarKeys");
+    flush(defaults);
     EXPECT_EQ(bytes(path() + ".damaged"), GetParam());
     EXPECT_THAT(recording_.lines(), SizeIs(1));
 }
@@ -377,7 +412,9 @@ TEST_F(PreferencesFileTest, LivesWithAPlaceThatCannotBeWritten) {
     defaults.setNumber("KelvinbarManualPopoverWidth", 500);
     defaults.setTextList("KelvinbarHiddenKeys", {"TC0P"});
     defaults.remove("KelvinbarHiddenKeys");
-    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString())));
+    flush(defaults);
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString() + " cannot be written")));
+    EXPECT_EQ(defaults.text("KelvinbarSamplingRate"), "fast");
     EXPECT_TRUE(QFileInfo(config_.filePath("kelvinbar")).isFile());
 }
 
@@ -386,7 +423,9 @@ TEST_F(PreferencesFileTest, WarnsOnceThatNothingIsSavedWhereADamagedFileCannotBe
     QDir().mkpath(path() + ".damaged/content");
     auto defaults = open();
     defaults.setText("a", "1");
+    flush(defaults);
     defaults.setText("a", "2");
+    flush(defaults);
     EXPECT_EQ(bytes(), "[damaged\n");
     EXPECT_THAT(recording_.lines(),
                 ElementsAre(HasSubstr("are damaged"),
@@ -430,6 +469,7 @@ TEST_F(PreferencesFileTest, LogsEveryChangeForDebugging) {
     PreferencesFile defaults("test-name", recording.log);
     defaults.setText("a", "1");
     defaults.remove("a");
+    flush(defaults);
     EXPECT_THAT(recording.lines(),
                 ElementsAre(HasSubstr("holds 0 values"), "kelvinbar: preferences debug: a is written",
                             "kelvinbar: preferences debug: a is removed"));
@@ -439,7 +479,9 @@ TEST_F(PreferencesFileTest, ReportsAPlaceInWhichNothingCanBeRemoved) {
     QDir().mkpath(path()); // a folder in place of the file
     auto defaults = open();
     defaults.remove("KelvinbarHiddenKeys");
-    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString())));
+    flush(defaults);
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr(path().toStdString() + " cannot be read"),
+                                                HasSubstr(path().toStdString() + " cannot be written")));
 }
 
 TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
@@ -449,12 +491,13 @@ TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
     int written = 0;
     while (!writer->waitForFinished(1) && written < 10'000) {
         defaults.setText("ours" + std::to_string(written % count), "ours");
+        flush(defaults);
         ++written;
     }
-    ASSERT_TRUE(writer->state() == QProcess::NotRunning || writer->waitForFinished());
+    ASSERT_TRUE(hasEnded(*writer));
     EXPECT_EQ(writer->exitCode(), 0);
     defaults.setText("last", "ours");
-    const auto stored = onDisk();
+    const auto stored = onDisk(defaults);
     for (int number = 0; number < count; ++number) {
         EXPECT_THAT(stored->text("theirs" + std::to_string(number)), Optional(std::string("theirs")))
             << number;
@@ -465,6 +508,147 @@ TEST_F(PreferencesFileTest, TwoProcessesLoseNoKeyOfEachOther) {
     }
     EXPECT_GT(written, 0);
     EXPECT_THAT(stored->text("last"), Optional(std::string("ours")));
+    EXPECT_THAT(recording_.lines(), IsEmpty());
+}
+
+/// A lock as another process left it.
+static QByteArray lockOf(const QByteArray& process, const QByteArray& host) {
+    return process + "\nkelvinbar\n" + host + "\n\n\n";
+}
+
+TEST_F(PreferencesFileTest, NeverWaitsForAnotherProcessInACall) {
+    write("[General]\na=1\n");
+    auto defaults = open();
+    const auto holder = startTurnHolder();
+    ASSERT_EQ(::kill(static_cast<pid_t>(holder->processId()), SIGSTOP), 0);
+    defaults.setText("a", "2");
+    EXPECT_THAT(defaults.text("a"), Optional(std::string("2")));
+    EXPECT_FALSE(defaults.flush(0ms));
+    EXPECT_FALSE(defaults.flush(10s));
+    EXPECT_EQ(bytes(), "[General]\na=1\n");
+    holder->kill();
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_EQ(bytes(), "[General]\na=2\n");
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("are being written by another process")));
+    EXPECT_TRUE(hasEnded(*holder));
+}
+
+TEST_F(PreferencesFileTest, TakesTheTurnOfAProcessThatIsGone) {
+    auto defaults = open();
+    const auto holder = startTurnHolder();
+    holder->kill();
+    EXPECT_TRUE(holder->waitForFinished());
+    ASSERT_TRUE(QFileInfo::exists(path() + ".turn"));
+    defaults.setText("a", "1");
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_THAT(bytes().toStdString(), HasSubstr("a=1"));
+    EXPECT_THAT(recording_.lines(), IsEmpty());
+}
+
+TEST_F(PreferencesFileTest, TakesTheTurnOfAnotherMachineWhenItIsOld) {
+    write("");
+    auto defaults = open();
+    QFile lock(path() + ".turn");
+    ASSERT_TRUE(lock.open(QFile::WriteOnly));
+    lock.write(lockOf("1", "another-machine"));
+    lock.close();
+    defaults.setText("a", "1");
+    EXPECT_FALSE(defaults.flush(10s));
+    EXPECT_EQ(bytes(), "");
+    ASSERT_TRUE(lock.open(QFile::ReadWrite));
+    ASSERT_TRUE(
+        lock.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600), QFile::FileModificationTime));
+    lock.close();
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_THAT(bytes().toStdString(), HasSubstr("a=1"));
+}
+
+TEST_F(PreferencesFileTest, SavesWhatCouldNotBeSavedWhenThePlaceIsThereAgain) {
+    QFile obstacle(config_.filePath("kelvinbar"));
+    ASSERT_TRUE(obstacle.open(QFile::WriteOnly));
+    obstacle.close();
+    fakes::RecordingLog recording("preferences=warning");
+    PreferencesFile defaults("test-name", recording.log, {.retries = {10ms}, .atEnd = 100ms});
+    defaults.setText("a", "1");
+    defaults.setText("b", "1");
+    EXPECT_FALSE(defaults.flush(10s));
+    defaults.setText("b", "2");
+    ASSERT_TRUE(obstacle.remove());
+    EXPECT_TRUE(waitFor([&] { return QFileInfo::exists(path()); }));
+    EXPECT_EQ(bytes(), "[General]\na=1\nb=2\n");
+    EXPECT_THAT(recording.lines(), SizeIs(1));
+}
+
+TEST_F(PreferencesFileTest, SavesWhatIsPendingWhenItIsDestroyed) {
+    open().setText("a", "1");
+    EXPECT_EQ(bytes(), "[General]\na=1\n");
+}
+
+TEST_F(PreferencesFileTest, ReportsChangesThatAreLostAtTheEnd) {
+    {
+        auto defaults = open();
+        QDir().mkpath(path()); // a folder in place of the file
+        defaults.setText("a", "1");
+    }
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("cannot be written"),
+                                                HasSubstr("the last changes of the preferences are lost")));
+}
+
+/// Lets no file of the process grow beyond a size, as a full disk does.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) : earlierHandler_(::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &earlier_);
+        const rlimit limited{bytes, earlier_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limited);
+    }
+
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &earlier_);
+        static_cast<void>(::signal(SIGXFSZ, earlierHandler_));
+    }
+
+  private:
+    rlimit earlier_{};
+    void (*earlierHandler_)(int);
+};
+
+TEST_F(PreferencesFileTest, KeepsTheFileWhenTheDiskIsFull) {
+    write("[General]\na=1\n");
+    auto defaults = open();
+    {
+        const FileSizeLimit limit(4096);
+        defaults.setText("long", std::string(10'000, 'x'));
+        defaults.setText("a", "2");
+        EXPECT_FALSE(defaults.flush(10s));
+    }
+    EXPECT_EQ(bytes(), "[General]\na=1\n");
+    EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("cannot be written")));
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_EQ(bytes().size(), std::string("[General]\na=2\nlong=\n").size() + 10'000);
+}
+
+TEST_F(PreferencesFileTest, IsWholeAfterEveryKill) {
+    constexpr int kills = 300;
+    qsizetype lines = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        const QString prefix = QString("%1-").arg(kill);
+        const QByteArray lastKey = (prefix + QString::number(kill % 3)).toUtf8();
+        const auto writer = startWriter(prefix, 1'000'000);
+        ASSERT_TRUE(waitFor([&] { return QFileInfo::exists(path()) && bytes().contains(lastKey); })) << kill;
+        writer->kill();
+        ASSERT_TRUE(writer->waitForFinished());
+        ASSERT_TRUE(bytes().endsWith('\n')) << kill;
+        ASSERT_GT(bytes().count('\n'), std::exchange(lines, bytes().count('\n'))) << kill;
+    }
+    const auto defaults = open();
+    for (int kill = 0; kill < kills; ++kill) {
+        const std::string prefix = std::to_string(kill) + "-";
+        EXPECT_THAT(defaults.text(prefix + "0"), Optional(prefix));
+    }
     EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 

@@ -2,10 +2,14 @@
 
 #include "tests/desktop/BusPeer.h"
 #include "tests/desktop/EventLoop.h"
+#include "tests/desktop/TemporaryVariable.h"
 
-#include <atomic>
+#include <QDBusMessage>
+#include <chrono>
+#include <cstddef>
+#include <future>
 #include <memory>
-#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -13,15 +17,33 @@ namespace kelvinbar {
 
 namespace {
 
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
 constexpr auto name = "org.kelvinbar.Test";
 
-void mustNotBeActivated() { ADD_FAILURE() << "activated"; }
+void mustNotBeActivated(const FocusRight& /*right*/) { ADD_FAILURE() << "activated"; }
 
 class RunningInstanceTest : public testing::Test {
   protected:
+    bool waitForActivations(std::size_t count) {
+        return waitFor([&] { return rights_.size() >= count; });
+    }
+
+    /// What a second instance gets on another thread, while the event loop of the first runs here.
+    static ActivationResult activationBySecond(milliseconds limit = seconds(10)) {
+        auto result = std::async(std::launch::async, [limit] {
+            const PrivateBus bus;
+            return activateRunningInstance(bus.connection(), name, limit);
+        });
+        EXPECT_TRUE(waitFor([&] { return result.wait_for(milliseconds(0)) == std::future_status::ready; }));
+        return result.get();
+    }
+
     PrivateBus bus_;
-    int activations_ = 0;
-    RunningInstance first_{bus_.connection(), name, [this] { ++activations_; }};
+    std::vector<FocusRight> rights_;
+    RunningInstance first_{bus_.connection(), name,
+                           [this](const FocusRight& right) { rights_.push_back(right); }};
 };
 
 } // namespace
@@ -29,25 +51,51 @@ class RunningInstanceTest : public testing::Test {
 TEST_F(RunningInstanceTest, TheFirstIsTheOne) {
     EXPECT_TRUE(first_.isThisOne());
     EXPECT_TRUE(PrivateBus().hasOwner(name));
-    EXPECT_EQ(activations_, 0);
+    EXPECT_TRUE(rights_.empty());
 }
 
 TEST_F(RunningInstanceTest, ASecondIsNotAndActivatesTheFirst) {
-    std::atomic isFinished = false;
-    std::atomic isTheOne = true;
-    // A second instance on another thread. It blocks until the first replies, whose event loop runs here.
-    std::thread program([&] {
-        const PrivateBus bus;
-        const RunningInstance second(bus.connection(), name, mustNotBeActivated);
-        isTheOne = second.isThisOne();
-        second.activateOther();
-        isFinished = true;
-    });
-    EXPECT_TRUE(waitFor([&] { return isFinished.load(); }));
-    program.join();
-    EXPECT_FALSE(isTheOne);
-    EXPECT_EQ(activations_, 1);
+    const PrivateBus bus;
+    const RunningInstance second(bus.connection(), name, mustNotBeActivated);
+    EXPECT_FALSE(second.isThisOne());
+    EXPECT_EQ(activationBySecond(), ActivationResult::opened);
+    EXPECT_TRUE(waitForActivations(1));
     EXPECT_TRUE(first_.isThisOne());
+}
+
+TEST_F(RunningInstanceTest, ASecondThatIsEntitledToTheFocusPassesTheRightOn) {
+    const TemporaryVariable token("XDG_ACTIVATION_TOKEN", "token-1");
+    const TemporaryVariable startup("DESKTOP_STARTUP_ID", "launcher/terminal/12-3-host_TIME4567");
+    EXPECT_EQ(activationBySecond(), ActivationResult::opened);
+    ASSERT_TRUE(waitForActivations(1));
+    EXPECT_EQ(rights_.front().activationToken, "token-1");
+    EXPECT_EQ(rights_.front().timestamp, 4567U);
+}
+
+TEST_F(RunningInstanceTest, AStartWithoutSuchARightPassesNoneOn) {
+    EXPECT_EQ(activationBySecond(), ActivationResult::opened);
+    ASSERT_TRUE(waitForActivations(1));
+    EXPECT_EQ(rights_.front().activationToken, "");
+    EXPECT_EQ(rights_.front().timestamp, 0U);
+}
+
+TEST_F(RunningInstanceTest, OneThatDoesNotReplyIsToldFromOneThatDoes) {
+    const PrivateBus bus;
+    // The event loop of the first does not run here.
+    EXPECT_EQ(activateRunningInstance(bus.connection(), name, milliseconds(20)),
+              ActivationResult::unanswered);
+}
+
+TEST_F(RunningInstanceTest, OneThatGaveUpTheNameIsNotFound) {
+    first_.release();
+    EXPECT_FALSE(first_.isThisOne());
+    const PrivateBus bus;
+    EXPECT_EQ(activateRunningInstance(bus.connection(), name, seconds(10)), ActivationResult::nobodyRuns);
+    RunningInstance next(bus.connection(), name, mustNotBeActivated);
+    EXPECT_TRUE(next.isThisOne());
+    EXPECT_FALSE(first_.claim());
+    next.release();
+    EXPECT_TRUE(first_.claim());
 }
 
 TEST_F(RunningInstanceTest, ASecondThatEndsLeavesTheNameToTheFirst) {
@@ -62,14 +110,15 @@ TEST_F(RunningInstanceTest, ASecondThatEndsLeavesTheNameToTheFirst) {
 TEST_F(RunningInstanceTest, IsActivatedByTheDesktopsLauncher) {
     BusPeer launcher(name, "/org/kelvinbar/Test", "org.freedesktop.Application");
     EXPECT_EQ(launcher.call("Activate", {QVariantMap()}).type(), QDBusMessage::ReplyMessage);
-    EXPECT_EQ(activations_, 1);
-    const QVariantMap platformData{{"desktop-startup-id", "1"}};
+    EXPECT_TRUE(waitForActivations(1));
+    const QVariantMap platformData{{"desktop-startup-id", "1_TIME8"}};
     EXPECT_EQ(launcher.call("Open", {QStringList("file:///tmp"), platformData}).type(),
               QDBusMessage::ReplyMessage);
-    EXPECT_EQ(activations_, 2);
+    EXPECT_TRUE(waitForActivations(2));
     EXPECT_EQ(launcher.call("ActivateAction", {"open", QVariantList(), platformData}).type(),
               QDBusMessage::ReplyMessage);
-    EXPECT_EQ(activations_, 3);
+    EXPECT_TRUE(waitForActivations(3));
+    EXPECT_EQ(rights_.back().timestamp, 8U);
 }
 
 TEST(RunningInstance, OneThatStartsAfterTheFirstEndedIsTheOne) {
@@ -90,6 +139,23 @@ TEST(RunningInstance, ProgramsOfOtherNamesDoNotMeet) {
     const RunningInstance demo(other.connection(), "org.kelvinbar.OtherTest", mustNotBeActivated);
     EXPECT_TRUE(program.isThisOne());
     EXPECT_TRUE(demo.isThisOne());
+}
+
+TEST(RunningInstance, ASlowOpeningDoesNotDelayTheReply) {
+    const PrivateBus bus;
+    std::future<ActivationResult> second;
+    const auto isReplied = [&] { return second.wait_for(milliseconds(0)) == std::future_status::ready; };
+    bool isOpened = false;
+    const RunningInstance instance(bus.connection(), name, [&](const FocusRight&) {
+        EXPECT_TRUE(waitFor(isReplied)); // stands for a panel that takes its time
+        isOpened = true;
+    });
+    second = std::async(std::launch::async, [] {
+        const PrivateBus other;
+        return activateRunningInstance(other.connection(), name, seconds(10));
+    });
+    EXPECT_TRUE(waitFor([&] { return isOpened; }));
+    EXPECT_EQ(second.get(), ActivationResult::opened);
 }
 
 TEST(RunningInstanceWithoutABus, IsTheOne) {

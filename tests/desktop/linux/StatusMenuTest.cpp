@@ -1,10 +1,15 @@
 #include "desktop/linux/StatusMenu.h"
 
 #include "tests/desktop/BusPeer.h"
+#include "tests/desktop/EventLoop.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusVariant>
+#include <numeric>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -19,9 +24,48 @@ using testing::IsEmpty;
 
 class StatusMenuTest : public testing::Test {
   protected:
-    /// An entry whose action records its text.
-    StatusMenuEntry entry(const QString& text) {
-        return {text, [this, text] { done_.push_back(text.toStdString()); }};
+    /// An entry that is known by `identity`, whose action records that.
+    StatusMenuEntry entry(const QString& identity, const QString& text) {
+        const auto note = [this, identity](uint timestamp) {
+            done_.push_back(identity.toStdString());
+            timestamps_.push_back(timestamp);
+        };
+        return {identity, text, note, std::nullopt};
+    }
+
+    /// An entry that is known by its text.
+    StatusMenuEntry entry(const QString& text) { return entry(text, text); }
+
+    static StatusMenuEntry separator() { return {"separator", "", {}, std::nullopt}; }
+
+    /// Sets the entries, and lets the menu announce them.
+    void show(std::vector<StatusMenuEntry> entries) {
+        menu_.setEntries(std::move(entries));
+        QCoreApplication::processEvents();
+    }
+
+    /// The ids of the entries, in order.
+    QList<int> ids() {
+        QList<int> ids;
+        const auto children = layout(0, -1).children;
+        for (const StatusMenuLayout& child : children) ids.append(child.id);
+        return ids;
+    }
+
+    qsizetype newLayouts() { return host_.received("LayoutUpdated").size(); }
+
+    /// The changed properties in the last ItemsPropertiesUpdated.
+    QList<StatusMenuItemProperties> updates() {
+        const auto received = host_.received("ItemsPropertiesUpdated");
+        if (received.isEmpty()) return {};
+        return qdbus_cast<QList<StatusMenuItemProperties>>(received.last().first().value<QDBusArgument>());
+    }
+
+    QList<StatusMenuItemProperties> groupProperties(const QList<int>& ids, const QStringList& names = {}) {
+        const QDBusMessage reply = host_.call("GetGroupProperties", {QVariant::fromValue(ids), names});
+        EXPECT_EQ(reply.signature(), "a(ia{sv})") << reply.errorMessage().toStdString();
+        if (reply.arguments().isEmpty()) return {};
+        return qdbus_cast<QList<StatusMenuItemProperties>>(reply.arguments().first().value<QDBusArgument>());
     }
 
     StatusMenuLayout layout(int parent, int depth) {
@@ -48,9 +92,9 @@ class StatusMenuTest : public testing::Test {
         return reply.arguments().first().value<QDBusVariant>().variant();
     }
 
-    void sendEvent(int id, const QString& name) {
+    void sendEvent(int id, const QString& name, uint timestamp = 0) {
         const QDBusMessage reply =
-            host_.call("Event", {id, name, QVariant::fromValue(QDBusVariant(QString())), 0U});
+            host_.call("Event", {id, name, QVariant::fromValue(QDBusVariant(QString())), timestamp});
         EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     }
 
@@ -58,6 +102,7 @@ class StatusMenuTest : public testing::Test {
     StatusMenu menu_{bus_.connection()};
     BusPeer host_{bus_.address(), StatusMenu::path, "com.canonical.dbusmenu"};
     std::vector<std::string> done_;
+    std::vector<uint> timestamps_;
     uint revision_ = 0;
 };
 
@@ -93,14 +138,10 @@ TEST_F(StatusMenuTest, HasNothingBelowAnEntry) {
 }
 
 TEST_F(StatusMenuTest, ReturnsThePropertiesOfSomeEntries) {
-    menu_.setEntries({entry("Open"), {}, entry("Quit")});
+    menu_.setEntries({entry("Open"), separator(), entry("Quit")});
     const auto children = layout(0, -1).children;
     ASSERT_EQ(children.size(), 3);
-    const QList<int> ids{children[2].id, children[1].id};
-    const QDBusMessage reply = host_.call("GetGroupProperties", {QVariant::fromValue(ids), QStringList()});
-    ASSERT_EQ(reply.signature(), "a(ia{sv})") << reply.errorMessage().toStdString();
-    const auto items =
-        qdbus_cast<QList<StatusMenuItemProperties>>(reply.arguments().first().value<QDBusArgument>());
+    const auto items = groupProperties({children[2].id, children[1].id});
     ASSERT_EQ(items.size(), 2);
     EXPECT_EQ(items[0].id, children[2].id);
     EXPECT_EQ(items[0].properties["label"].toString(), "Quit");
@@ -125,7 +166,7 @@ TEST_F(StatusMenuTest, HasTheVersionOfTheProtocol) {
 }
 
 TEST_F(StatusMenuTest, DoesWhatIsClicked) {
-    menu_.setEntries({entry("Open"), {}, entry("Quit")});
+    menu_.setEntries({entry("Open"), separator(), entry("Quit")});
     const auto children = layout(0, -1).children;
     ASSERT_EQ(children.size(), 3);
     sendEvent(children[2].id, "clicked");
@@ -148,12 +189,13 @@ TEST_F(StatusMenuTest, DoesNothingForUnknownEntries) {
         sendEvent(id, "clicked");
         EXPECT_EQ(property(id, "label").toString(), "") << id;
         EXPECT_TRUE(id == 0 || layout(id, -1).children.isEmpty()) << id;
+        EXPECT_EQ(groupProperties({id}).size(), id == 0 ? 1 : 0) << id;
     }
     EXPECT_THAT(done_, IsEmpty());
 }
 
 TEST_F(StatusMenuTest, DoesNothingForASeparator) {
-    menu_.setEntries({entry("Open"), {}});
+    menu_.setEntries({entry("Open"), separator()});
     const auto children = layout(0, -1).children;
     ASSERT_EQ(children.size(), 2);
     EXPECT_EQ(children[1].properties["type"].toString(), "separator");
@@ -173,10 +215,50 @@ TEST_F(StatusMenuTest, TakesAGroupOfEvents) {
     EXPECT_THAT(done_, ElementsAre("Quit"));
 }
 
-TEST_F(StatusMenuTest, NeedsNoUpdateBeforeItIsShown) {
-    const QDBusMessage reply = host_.call("AboutToShow", {0});
-    ASSERT_EQ(reply.signature(), "b");
-    EXPECT_FALSE(reply.arguments().first().toBool());
+TEST_F(StatusMenuTest, ClicksAnEntryOnceInAGroupAndReturnsUnknownIds) {
+    menu_.setEntries({entry("Open")});
+    const int id = ids().first();
+    const StatusMenuEvent click{id, "clicked", QDBusVariant(QString()), 0};
+    const StatusMenuEvent unknown{99, "clicked", QDBusVariant(QString()), 0};
+    const QList<StatusMenuEvent> events{click, unknown, click, click};
+    const QDBusMessage reply = host_.call("EventGroup", {QVariant::fromValue(events)});
+    EXPECT_THAT(done_, ElementsAre("Open"));
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().first()), QList<int>{99});
+}
+
+TEST_F(StatusMenuTest, PassesOnTheTimeOfAChoice) {
+    menu_.setEntries({entry("Open")});
+    sendEvent(ids().first(), "clicked", 123456U);
+    EXPECT_THAT(timestamps_, ElementsAre(123456U));
+}
+
+TEST_F(StatusMenuTest, ReturnsTheNamedPropertiesAlone) {
+    menu_.setEntries({entry("Open")});
+    const int id = ids().first();
+    const auto items = groupProperties({id}, {"label", "no such property"});
+    ASSERT_EQ(items.size(), 1);
+    EXPECT_EQ(items[0].properties, (QVariantMap{{"label", "Open"}}));
+    const QDBusMessage reply = host_.call("GetLayout", {0, -1, QStringList("visible")});
+    const auto root = qdbus_cast<StatusMenuLayout>(reply.arguments().value(1).value<QDBusArgument>());
+    ASSERT_EQ(root.children.size(), 1);
+    EXPECT_EQ(root.children[0].properties, (QVariantMap{{"visible", true}}));
+}
+
+TEST_F(StatusMenuTest, MarksWhatIsSwitchedOn) {
+    StatusMenuEntry alternate = entry("Alternate");
+    alternate.isChecked = true;
+    show({entry("Open"), alternate});
+    const QList<int> shown = ids();
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_EQ(property(shown[1], "toggle-type").toString(), "checkmark");
+    EXPECT_EQ(property(shown[1], "toggle-state").toInt(), 1);
+    EXPECT_EQ(property(shown[0], "toggle-type").toString(), "");
+    alternate.isChecked = false;
+    show({entry("Open"), alternate});
+    const auto updated = updates();
+    ASSERT_EQ(updated.size(), 1);
+    EXPECT_EQ(updated[0].id, shown[1]);
+    EXPECT_EQ(updated[0].properties, (QVariantMap{{"toggle-state", 0}}));
 }
 
 TEST_F(StatusMenuTest, DoublesUnderscores) {
@@ -184,45 +266,183 @@ TEST_F(StatusMenuTest, DoublesUnderscores) {
     EXPECT_THAT(labels(), ElementsAre("fan__1__in: 5 W"));
 }
 
-TEST_F(StatusMenuTest, ReportsAnotherText) {
-    menu_.setEntries({entry("CPU: 47 °C"), entry("Quit")});
-    EXPECT_EQ(host_.received("LayoutUpdated").size(), 1);
-    labels();
-    const uint earlier = revision_;
-    menu_.setEntries({entry("CPU: 48 °C"), entry("Quit")});
-    const auto received = host_.received("LayoutUpdated");
-    ASSERT_EQ(received.size(), 2);
+// Ids
+
+TEST_F(StatusMenuTest, AnEntryKeepsItsIdWhenAnotherVanishes) {
+    show({entry("pin:cpu", "CPU: 47 °C"), entry("Open"), entry("Quit")});
+    const QList<int> before = ids();
+    show({entry("Open"), entry("Quit")});
+    EXPECT_EQ(ids(), before.sliced(1));
+}
+
+TEST_F(StatusMenuTest, AClickOnAnEntryThatHasGoneDoesNothing) {
+    show({entry("pin:cpu", "CPU: 47 °C"), entry("Open"), entry("Quit")});
+    const int gone = ids().first();
+    show({entry("Open"), entry("Quit")});
+    sendEvent(gone, "clicked");
+    EXPECT_THAT(done_, IsEmpty());
+}
+
+TEST_F(StatusMenuTest, AnIdIsNeverGivenToAnotherEntry) {
+    show({entry("pin:cpu", "CPU")});
+    const int cpu = ids().first();
+    show({});
+    show({entry("pin:fan", "Fan")});
+    EXPECT_NE(ids().first(), cpu);
+    show({entry("pin:fan", "Fan"), entry("pin:cpu", "CPU")});
+    EXPECT_EQ(ids().last(), cpu);
+}
+
+// What hosts are told
+
+TEST_F(StatusMenuTest, ReportsAnotherTextAsAPropertyAndNotAsALayout) {
+    show({entry("pin:cpu", "CPU: 47 °C"), entry("Quit")});
+    const QList<int> shown = ids();
+    const uint revision = revision_;
+    show({entry("pin:cpu", "CPU: 48 °C"), entry("Quit")});
+    const auto updated = updates();
+    ASSERT_EQ(updated.size(), 1);
+    EXPECT_EQ(updated[0].id, shown[0]);
+    EXPECT_EQ(updated[0].properties, (QVariantMap{{"label", "CPU: 48 °C"}}));
+    EXPECT_EQ(newLayouts(), 1);
     EXPECT_THAT(labels(), ElementsAre("CPU: 48 °C", "Quit"));
-    EXPECT_GT(revision_, earlier);
-    EXPECT_EQ(received.last(), (QVariantList{revision_, 0}));
+    EXPECT_EQ(revision_, revision);
 }
 
-TEST_F(StatusMenuTest, ReportsAnotherNumberOfEntries) {
-    menu_.setEntries({entry("Open"), entry("Quit")});
-    menu_.setEntries({entry("Open")});
-    EXPECT_EQ(host_.received("LayoutUpdated").size(), 2);
-    EXPECT_THAT(labels(), ElementsAre("Open"));
+TEST_F(StatusMenuTest, ReportsChangedPropertiesWithTheTypesOfTheProtocol) {
+    show({entry("pin:cpu", "CPU: 47 °C")});
+    show({entry("pin:cpu", "CPU: 48 °C")});
+    const auto received = host_.received("ItemsPropertiesUpdated");
+    ASSERT_EQ(received.size(), 1);
+    EXPECT_EQ(received[0][0].value<QDBusArgument>().currentSignature(), "a(ia{sv})");
+    EXPECT_EQ(received[0][1].value<QDBusArgument>().currentSignature(), "a(ias)");
 }
 
-TEST_F(StatusMenuTest, DoesNotReportEqualTextsButUsesTheirNewActions) {
-    menu_.setEntries({entry("Open")});
+TEST_F(StatusMenuTest, ReportsAddedRemovedAndMovedEntriesAsALayout) {
+    show({entry("Open"), entry("Quit")});
+    const std::vector<std::vector<StatusMenuEntry>> layouts{{entry("Open"), entry("Copy"), entry("Quit")},
+                                                            {entry("Open"), entry("Quit")},
+                                                            {entry("Quit"), entry("Open")}};
+    qsizetype reports = 1;
+    for (const auto& entries : layouts) {
+        show(entries);
+        const auto received = host_.received("LayoutUpdated");
+        ASSERT_EQ(received.size(), ++reports);
+        static_cast<void>(ids());
+        EXPECT_EQ(received.last(), (QVariantList{revision_, 0}));
+    }
+    EXPECT_TRUE(host_.received("ItemsPropertiesUpdated").isEmpty());
+}
+
+TEST_F(StatusMenuTest, ReportsNothingForEqualEntriesButUsesTheirNewActions) {
+    show({entry("Open")});
     std::string done;
-    menu_.setEntries({{"Open", [&] { done = "the new one"; }}});
-    EXPECT_EQ(host_.received("LayoutUpdated").size(), 1);
-    sendEvent(layout(0, -1).children.first().id, "clicked");
+    show({{"Open", "Open", [&](uint) { done = "the new one"; }, std::nullopt}});
+    EXPECT_EQ(newLayouts(), 1);
+    EXPECT_TRUE(updates().isEmpty());
+    sendEvent(ids().first(), "clicked");
     EXPECT_EQ(done, "the new one");
     EXPECT_THAT(done_, IsEmpty());
 }
 
+TEST_F(StatusMenuTest, ReportsAllChangesOfATurnOfTheEventLoopOnce) {
+    show({entry("pin:cpu", "CPU: 47 °C")});
+    for (const auto* const text : {"CPU: 48 °C", "CPU: 49 °C", "CPU: 50 °C"}) {
+        menu_.setEntries({entry("pin:cpu", text)});
+    }
+    EXPECT_TRUE(host_.received("ItemsPropertiesUpdated").size() <= 1);
+    EXPECT_EQ(updates().first().properties, (QVariantMap{{"label", "CPU: 50 °C"}}));
+    EXPECT_EQ(host_.received("ItemsPropertiesUpdated").size(), 1);
+}
+
+TEST_F(StatusMenuTest, NeedsNoReloadBeforeItIsShownIfNothingHasChanged) {
+    show({entry("Open")});
+    const QDBusMessage reply = host_.call("AboutToShow", {0});
+    ASSERT_EQ(reply.signature(), "b");
+    EXPECT_FALSE(reply.arguments().first().toBool());
+}
+
+TEST_F(StatusMenuTest, HasToBeReloadedBeforeItIsShownIfItsEntriesHaveJustChanged) {
+    StatusMenuAdaptor& adaptor = *menu_.findChild<StatusMenuAdaptor*>();
+    show({entry("Open")});
+    menu_.setEntries({entry("Open"), entry("Quit")});
+    EXPECT_TRUE(adaptor.AboutToShow(0));
+    EXPECT_FALSE(adaptor.AboutToShow(0));
+    EXPECT_EQ(newLayouts(), 2);
+}
+
+TEST_F(StatusMenuTest, NamesUnknownIdsOfAGroupThatIsAboutToShow) {
+    show({entry("Open")});
+    const QDBusMessage reply = host_.call("AboutToShowGroup", {QVariant::fromValue(QList<int>{0, 77, -5})});
+    ASSERT_EQ(reply.signature(), "aiai") << reply.errorMessage().toStdString();
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments()[0]), QList<int>());
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments()[1]), (QList<int>{77, -5}));
+}
+
 TEST_F(StatusMenuTest, AnActionMayReplaceTheEntriesWhileItRuns) {
     const std::string note = "an action with a text of its own that is too long for a small buffer";
-    menu_.setEntries({{"Open", [this, note] {
-                           menu_.setEntries({entry("Close"), entry("Quit")});
-                           done_.push_back(note);
-                       }}});
-    sendEvent(layout(0, -1).children.first().id, "clicked");
+    const auto replace = [this, note](uint) {
+        menu_.setEntries({entry("Close"), entry("Quit")});
+        done_.push_back(note);
+    };
+    menu_.setEntries({{"Open", "Open", replace, std::nullopt}});
+    sendEvent(ids().first(), "clicked");
     EXPECT_THAT(done_, ElementsAre(note));
     EXPECT_THAT(labels(), ElementsAre("Close", "Quit"));
+}
+
+// Hostile callers
+
+TEST_F(StatusMenuTest, AnswersAMillionIdsWithEachEntryOnce) {
+    show({entry("Open"), entry("Quit")});
+    const QList<int> shown = ids();
+    QList<int> million(1'000'000);
+    std::iota(million.begin(), million.end(), -500'000);
+    for (qsizetype place = 0; place < million.size(); place += 3) million[place] = shown[0];
+    const auto items = groupProperties(million);
+    EXPECT_LE(items.size(), 3); // the root and two entries
+    EXPECT_EQ(items.first().id, shown[0]);
+}
+
+TEST_F(StatusMenuTest, RefusesCallsWithOtherTypes) {
+    show({entry("Open")});
+    const int id = ids().first();
+    const std::vector<std::pair<QString, QVariantList>> calls{
+        {"GetLayout", {"root", -1, QStringList()}},
+        {"GetGroupProperties", {QStringList{"1"}, QStringList()}},
+        {"GetProperty", {QString::number(id), "label"}},
+        {"Event", {id, 5, QVariant::fromValue(QDBusVariant(QString())), 0U}},
+        {"Event", {QString::number(id), "clicked", QVariant::fromValue(QDBusVariant(QString())), 0U}},
+        {"EventGroup", {QVariant::fromValue(QList<int>{id})}},
+        {"AboutToShow", {}},
+        {"NoSuchMethod", {}},
+    };
+    for (const auto& [method, arguments] : calls) {
+        EXPECT_EQ(host_.call(method, arguments).type(), QDBusMessage::ErrorMessage) << method.toStdString();
+    }
+    EXPECT_THAT(done_, IsEmpty());
+    EXPECT_THAT(labels(), ElementsAre("Open"));
+}
+
+TEST_F(StatusMenuTest, SurvivesTenThousandCalls) {
+    show({entry("Open"), entry("Quit")});
+    const QList<int> shown = ids();
+    const PrivateBus stranger;
+    auto bus = stranger.connection();
+    for (int number = 0; number < 10'000; ++number) {
+        QDBusMessage call = QDBusMessage::createMethodCall(bus_.address(), StatusMenu::path,
+                                                           "com.canonical.dbusmenu", "Event");
+        call << number + shown.last() + 1 << "clicked" << QVariant::fromValue(QDBusVariant(number)) << 0U;
+        bus.send(call);
+    }
+    // Messages of one connection arrive in order.
+    QDBusMessage last =
+        QDBusMessage::createMethodCall(bus_.address(), StatusMenu::path, "com.canonical.dbusmenu", "Event");
+    last << shown.last() << "clicked" << QVariant::fromValue(QDBusVariant(0)) << 0U;
+    bus.send(last);
+    ASSERT_TRUE(waitFor([&] { return !done_.empty(); }));
+    EXPECT_THAT(done_, ElementsAre("Quit"));
+    EXPECT_EQ(ids(), shown);
 }
 
 } // namespace kelvinbar

@@ -8,7 +8,9 @@
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,7 +44,12 @@ class StatusNotifierItemTest : public testing::Test {
     StatusNotifierItem& makeItem() {
         item_ = nullptr; // otherwise the old item would unregister the new one
         item_ = std::make_unique<StatusNotifierItem>(
-            bus_.connection(), [this](QPoint place) { places_.push_back(place); }, recording_.log);
+            bus_.connection(),
+            StatusNotifierHandlers{
+                .activated = [this](QPoint place) { places_.push_back(place); },
+                .activationTokenGiven =
+                    [this](const QString& token) { tokens_.push_back(token.toStdString()); }},
+            recording_.log);
         return *item_;
     }
 
@@ -69,6 +76,7 @@ class StatusNotifierItemTest : public testing::Test {
     PrivateBus bus_;
     FakeWatcher watcher_;
     std::vector<QPoint> places_;
+    std::vector<std::string> tokens_;
     fakes::RecordingLog recording_{"tray=info"};
     std::unique_ptr<StatusNotifierItem> item_;
 };
@@ -120,13 +128,159 @@ TEST_F(StatusNotifierItemTest, RegistersAgainWithItsCurrentLabelWhenTheWatcherRe
 TEST_F(StatusNotifierItemTest, ReportsWhenTheWatcherAppearsAndVanishes) {
     StatusNotifierItem& item = makeItem();
     std::vector<bool> states;
+    watcher_.appear();
+    ASSERT_TRUE(waitFor([&] { return item.hasHost() == true; }));
     QObject::connect(&item, &StatusNotifierItem::watcherChanged,
                      [&] { states.push_back(item.hasWatcher()); });
-    watcher_.appear();
-    ASSERT_TRUE(waitFor([&] { return states.size() == 1; }));
     watcher_.vanish();
+    ASSERT_TRUE(waitFor([&] { return states.size() == 1; }));
+    watcher_.appear();
     ASSERT_TRUE(waitFor([&] { return states.size() == 2; }));
-    EXPECT_THAT(states, ElementsAre(true, false));
+    EXPECT_THAT(states, ElementsAre(false, true));
+}
+
+TEST_F(StatusNotifierItemTest, RegistersByTheUniqueNameOfItsConnection) {
+    watcher_.appear();
+    makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    EXPECT_EQ(watcher_.items().first(), bus_.address());
+}
+
+TEST_F(StatusNotifierItemTest, KnowsTheWatchersProcess) {
+    const StatusNotifierItem& item = makeItem();
+    EXPECT_EQ(item.watcherProcess(), "");
+    watcher_.appear();
+    ASSERT_TRUE(waitFor([&] { return item.hasWatcher(); }));
+    EXPECT_EQ(item.watcherProcess(), "kelvinbar_deskt"); // 15 characters
+    watcher_.vanish();
+    ASSERT_TRUE(waitFor([&] { return !item.hasWatcher(); }));
+    EXPECT_EQ(item.watcherProcess(), "");
+}
+
+TEST_F(StatusNotifierItemTest, HasNoHostWithoutAWatcher) { EXPECT_EQ(makeItem().hasHost(), false); }
+
+TEST_F(StatusNotifierItemTest, DoesNotKnowTheHostBeforeTheWatcherReplies) {
+    watcher_.host = false;
+    watcher_.appear();
+    EXPECT_EQ(makeItem().hasHost(), std::nullopt);
+}
+
+TEST_F(StatusNotifierItemTest, HasNoHostIfTheWatcherSaysSo) {
+    watcher_.host = false;
+    watcher_.appear();
+    const StatusNotifierItem& item = makeItem();
+    EXPECT_TRUE(waitFor([&] { return item.hasHost() == false; }));
+    EXPECT_TRUE(item.hasWatcher());
+}
+
+TEST_F(StatusNotifierItemTest, TrustsAWatcherThatDoesNotTellToHaveAHost) {
+    watcher_.host = std::nullopt;
+    watcher_.appear();
+    const StatusNotifierItem& item = makeItem();
+    EXPECT_TRUE(waitFor([&] { return item.hasHost() == true; }));
+}
+
+TEST_F(StatusNotifierItemTest, FollowsTheHostThatComesAndGoes) {
+    watcher_.host = false;
+    watcher_.appear();
+    const StatusNotifierItem& item = makeItem();
+    ASSERT_TRUE(waitFor([&] { return item.hasHost() == false; }));
+    int changes = 0;
+    QObject::connect(&item, &StatusNotifierItem::watcherChanged, [&] { ++changes; });
+    watcher_.host = true;
+    emit watcher_.StatusNotifierHostRegistered();
+    EXPECT_TRUE(waitFor([&] { return item.hasHost() == true; }));
+    EXPECT_EQ(changes, 1);
+    watcher_.host = false;
+    emit watcher_.StatusNotifierHostUnregistered();
+    EXPECT_TRUE(waitFor([&] { return item.hasHost() == false; }));
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(StatusNotifierItemTest, KeepsTheTrayWhileOneOfTwoHostsGoes) {
+    watcher_.host = true;
+    watcher_.appear();
+    const StatusNotifierItem& item = makeItem();
+    ASSERT_TRUE(waitFor([&] { return item.hasHost() == true; }));
+    int changes = 0;
+    QObject::connect(&item, &StatusNotifierItem::watcherChanged, [&] { ++changes; });
+    emit watcher_.StatusNotifierHostUnregistered(); // another one is left
+    runEventLoop(std::chrono::milliseconds(100));
+    EXPECT_EQ(item.hasHost(), true);
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(StatusNotifierItemTest, RegistersAgainWhenTheWatcherDropsIt) {
+    watcher_.appear();
+    makeItem();
+    qsizetype registrations = 1;
+    ASSERT_TRUE(waitForRegistrations(registrations));
+    // Watchers name items in different ways.
+    for (const QString& service :
+         {bus_.address(), bus_.address() + "/StatusNotifierItem", bus_.address() + "@/StatusNotifierItem"}) {
+        emit watcher_.StatusNotifierItemUnregistered(service);
+        EXPECT_TRUE(waitForRegistrations(++registrations)) << service.toStdString();
+    }
+    EXPECT_EQ(watcher_.items().last(), bus_.address());
+}
+
+TEST_F(StatusNotifierItemTest, StaysAsItIsWhenTheWatcherDropsAnotherItem) {
+    watcher_.appear();
+    makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    emit watcher_.StatusNotifierItemUnregistered(bus_.address() + "0"); // of a later connection
+    emit watcher_.StatusNotifierItemUnregistered("org.kde.StatusNotifierItem-1-1");
+    emit watcher_.StatusNotifierItemUnregistered("");
+    runEventLoop(std::chrono::milliseconds(400));
+    EXPECT_EQ(watcher_.items().size(), 1);
+}
+
+TEST_F(StatusNotifierItemTest, RegistersAgainOnceForNewsThatComesTogether) {
+    watcher_.appear();
+    makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    for (int news = 0; news < 20; ++news) emit watcher_.StatusNotifierItemUnregistered(bus_.address());
+    ASSERT_TRUE(waitForRegistrations(2));
+    runEventLoop(std::chrono::milliseconds(400));
+    EXPECT_EQ(watcher_.items().size(), 2);
+}
+
+TEST_F(StatusNotifierItemTest, GivesUpOnAWatcherThatKeepsDroppingIt) {
+    watcher_.appear();
+    makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    constexpr int most = StatusNotifierItem::mostRepeatedRegistrations;
+    for (int repetition = 1; repetition <= most; ++repetition) {
+        emit watcher_.StatusNotifierItemUnregistered(bus_.address());
+        ASSERT_TRUE(waitForRegistrations(1 + repetition));
+    }
+    for (int news = 0; news < 3; ++news) {
+        emit watcher_.StatusNotifierItemUnregistered(bus_.address());
+        runEventLoop(std::chrono::milliseconds(300));
+    }
+    EXPECT_EQ(watcher_.items().size(), 1 + most);
+    const std::string warning =
+        "kelvinbar: the watcher keeps dropping the status item, which is not registered again";
+    EXPECT_EQ(std::ranges::count(recording_.lines(), warning), 1);
+}
+
+TEST_F(StatusNotifierItemTest, PassesOnActivationTokens) {
+    makeItem();
+    BusPeer host = makeHost();
+    EXPECT_EQ(host.call("ProvideXdgActivationToken", {"token-1"}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_THAT(tokens_, ElementsAre("token-1"));
+    EXPECT_THAT(places_, IsEmpty());
+}
+
+TEST_F(StatusNotifierItemTest, RefusesCallsWithOtherTypes) {
+    makeItem();
+    BusPeer host = makeHost();
+    EXPECT_EQ(host.call("Activate", {"left", "top"}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(host.call("Activate", {1}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(host.call("ProvideXdgActivationToken", {1}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(host.call("Explode").type(), QDBusMessage::ErrorMessage);
+    EXPECT_THAT(places_, IsEmpty());
+    EXPECT_THAT(tokens_, IsEmpty());
 }
 
 TEST_F(StatusNotifierItemTest, HasTheTypesOfTheProtocol) {
@@ -240,19 +394,18 @@ TEST_F(StatusNotifierItemTest, LeavesTheBusWithItsOwner) {
     makeItem();
     ASSERT_TRUE(waitForRegistrations(1));
     BusPeer host = makeHost();
-    const PrivateBus other;
-    ASSERT_TRUE(other.hasOwner(watcher_.items().first()));
+    ASSERT_EQ(host.call("Activate", {5, 6}).type(), QDBusMessage::ReplyMessage);
     item_ = nullptr;
-    EXPECT_FALSE(other.hasOwner(watcher_.items().first()));
     EXPECT_EQ(host.call("Activate", {5, 6}).type(), QDBusMessage::ErrorMessage);
 }
 
 TEST_F(StatusNotifierItemTest, LivesWithoutABus) {
     fakes::RecordingLog recording;
-    StatusNotifierItem item(
-        QDBusConnection("no such bus"), [](QPoint) {}, recording.log);
+    StatusNotifierItem item(QDBusConnection("no such bus"), {.activated = {}, .activationTokenGiven = {}},
+                            recording.log);
     item.setContent(sampleContent());
     EXPECT_FALSE(item.hasWatcher());
+    EXPECT_EQ(item.hasHost(), false);
     EXPECT_EQ(item.content().label, "47° 1200rpm");
     EXPECT_THAT(recording.lines(), IsEmpty());
 }
@@ -264,12 +417,11 @@ TEST_F(StatusNotifierItemTest, LogsWatchersAndItsRegistration) {
     watcher_.vanish();
     ASSERT_TRUE(waitFor([&] { return recording_.lines().size() >= 4; }));
     const std::string process = std::to_string(QCoreApplication::applicationPid());
-    EXPECT_THAT(
-        recording_.lines(),
-        ElementsAre("kelvinbar: tray info: no watcher runs",
-                    "kelvinbar: tray info: a watcher runs: process " + process + " (kelvinbar_deskt)",
-                    "kelvinbar: tray info: registered as org.kde.StatusNotifierItem-" + process + "-1",
-                    "kelvinbar: tray info: the watcher is gone"));
+    EXPECT_THAT(recording_.lines(),
+                ElementsAre("kelvinbar: tray info: no watcher runs",
+                            "kelvinbar: tray info: a watcher runs: process " + process + " (kelvinbar_deskt)",
+                            "kelvinbar: tray info: registered as " + bus_.address().toStdString(),
+                            "kelvinbar: tray info: the watcher is gone"));
 }
 
 TEST_F(StatusNotifierItemTest, WarnsOfAWatcherThatRefusesIt) {

@@ -2,13 +2,21 @@
 
 #include "desktop/linux/ReadingIcon.h"
 #include "tests/desktop/BusPeer.h"
+#include "tests/desktop/EventLoop.h"
+#include "tests/desktop/linux/PlasmaSettings.h"
 #include "tests/fakes/RecordingLog.h"
+#include "tests/fakes/RecordingUserDefaults.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusVariant>
+#include <QEvent>
 #include <algorithm>
+#include <chrono>
+#include <memory>
+#include <pthread.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -18,36 +26,113 @@ namespace kelvinbar {
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::Not;
 
-constexpr TrayStyle withLabels{.showsLabels = true, .isDark = true};
-constexpr TrayStyle withoutLabels{.showsLabels = false, .isDark = true};
+/// Without a watcher, the desktop's name decides whether labels are shown.
+constexpr auto withLabels = "MATE";
+constexpr auto withoutLabels = "XFCE";
+
+/// Gives the process another name while it exists.
+class ProcessName {
+  public:
+    explicit ProcessName(const char* name) { EXPECT_EQ(pthread_setname_np(pthread_self(), name), 0); }
+
+    ProcessName(const ProcessName&) = delete;
+    ProcessName& operator=(const ProcessName&) = delete;
+
+    ~ProcessName() { pthread_setname_np(pthread_self(), "kelvinbar_deskt"); }
+};
+
+constexpr std::chrono::milliseconds turn{10};
+
+/// The preferences of a user who has chosen to see the readings by turns.
+const fakes::RecordingUserDefaults alternating = [] {
+    fakes::RecordingUserDefaults defaults;
+    defaults.values.setNumber(TrayItem::alternatesKey, 1);
+    return defaults;
+}();
+
+/// What an icon in an XEmbed tray shows.
+struct XEmbedState {
+    bool isShown = false;
+    qsizetype sizes = 0;
+    int icons = 0; ///< how often it was set
+    QString toolTip;
+    bool hasTray = true;
+    XEmbedTrayHandlers handlers;
+};
+
+class FakeXEmbedIcon final : public XEmbedTrayIcon {
+  public:
+    explicit FakeXEmbedIcon(XEmbedState& state) : state_(state) {}
+
+    void setIcon(const QList<QImage>& sizes) override {
+        state_.sizes = sizes.size();
+        ++state_.icons;
+    }
+
+    void setToolTip(const QString& text) override { state_.toolTip = text; }
+
+    void setShown(bool isShown) override { state_.isShown = isShown; }
+
+    [[nodiscard]] bool hasTray() const override { return state_.hasTray; }
+
+  private:
+    XEmbedState& state_;
+};
 
 /// A tray item and its host.
 class Tray {
   public:
-    explicit Tray(TrayStyle style)
-        : handlers_{.pinnedReadings =
+    /// With `xembedState`, XEmbed trays are supported.
+    explicit Tray(const std::string& desktopNames, fakes::RecordingUserDefaults stored = {},
+                  XEmbedState* xembedState = nullptr)
+        : defaults(std::move(stored))
+        , handlers_{.pinnedReadings =
                         [this] {
                             if (whenAskedForPins) whenAskedForPins();
                             return pinned;
                         },
-                    .openPanel = {},
-                    .quit = [this] { ++quits; }}
-        , surroundings_{.placeOfClick = [this](QPoint reported) -> std::optional<QPoint> {
-                            if (reported.isNull()) return std::nullopt;
-                            return reported + clickOffset;
-                        },
-                        .visibleFrameAround =
-                            [](const Rect&) {
-                                return Rect{0, 28, 1280, 772};
-                            },
-                        .takesClick = [this] { return takesClick; }}
-        , item(bus_.connection(), style, handlers_, surroundings_, recording.log)
+                    .openPanel = note("open"),
+                    .refresh = note("refresh"),
+                    .copy = note("copy"),
+                    .openAbout = note("about"),
+                    .quit = note("quit")}
+        , colors_(desktopNames, bus_.connection(), plasma.folders())
+        , context_{.desktopNames = desktopNames,
+                   .colors = colors_,
+                   .userDefaults = defaults,
+                   .surroundings = {.placeOfClick = [this](QPoint reported) -> std::optional<QPoint> {
+                                        if (reported.isNull()) return std::nullopt;
+                                        return reported + clickOffset;
+                                    },
+                                    .visibleFrameAround =
+                                        [](const Rect&) {
+                                            return Rect{0, 28, 1280, 772};
+                                        },
+                                    .takesClick = [this] { return takesClick; }},
+                   .makeXEmbedIcon =
+                       [xembedState](XEmbedTrayHandlers handlers) -> std::unique_ptr<XEmbedTrayIcon> {
+                       if (xembedState == nullptr) return nullptr;
+                       xembedState->handlers = std::move(handlers);
+                       return std::make_unique<FakeXEmbedIcon>(*xembedState);
+                   },
+                   .desktopEntries = [this] { return desktopEntries; },
+                   .focusRightGiven =
+                       [this](const FocusRight& right) {
+                           rights.push_back(right);
+                           done.emplace_back("focus");
+                       },
+                   .hasTrayChanged = [this](bool hasTray) { trays.push_back(hasTray); },
+                   .turn = turn}
+        , item(bus_.connection(), context_, handlers_, recording.log)
         , host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem")
         , menu_(bus_.address(), StatusMenu::path, "com.canonical.dbusmenu") {
-        item.setAction([this] { ++actions; });
+        item.setAction(note("toggle"));
     }
 
     void setTitle(const std::string& text) {
@@ -65,6 +150,10 @@ class Tray {
         return qdbus_cast<StatusNotifierPixmaps>(host.properties()["IconPixmap"].value<QDBusArgument>());
     }
 
+    StatusNotifierToolTip toolTip() {
+        return qdbus_cast<StatusNotifierToolTip>(host.properties()["ToolTip"].value<QDBusArgument>());
+    }
+
     qsizetype newIcons() { return host.received("NewIcon").size(); }
 
     /// The entries of the menu; "-" for a separator.
@@ -77,27 +166,85 @@ class Tray {
         return texts;
     }
 
-    void clickEntry(qsizetype place) {
-        const int id = children().at(place).id;
-        menu_.call("Event", {id, "clicked", QVariant::fromValue(QDBusVariant(QString())), 0U});
+    /// Clicks the entry whose label begins with `text`, at a time of the display server.
+    void clickEntry(const QString& text, uint timestamp = 0) {
+        for (const StatusMenuLayout& child : children()) {
+            if (!child.properties["label"].toString().startsWith(text)) continue;
+            menu_.call("Event",
+                       {child.id, "clicked", QVariant::fromValue(QDBusVariant(QString())), timestamp});
+            return;
+        }
+        ADD_FAILURE() << "no entry is called " << text.toStdString();
     }
 
+    void pin(std::vector<PinnedReading> readings) {
+        pinned = std::move(readings);
+        setTitle("title " + std::to_string(++pins_));
+    }
+
+    [[nodiscard]] auto toggles() const { return std::ranges::count(done, "toggle"); }
+
+    /// Whether the menu has the entry, marked or not.
+    bool isOffered(const QString& label, bool isChecked) {
+        return std::ranges::any_of(children(), [&](const StatusMenuLayout& child) {
+            return child.properties["label"] == label && child.properties["toggle-state"] == int{isChecked};
+        });
+    }
+
+    /// Whether the item does anything without a reason from outside, for several turns.
+    bool wakesUp() {
+        int questions = 0;
+        whenAskedForPins = [&] { ++questions; };
+        runEventLoop(10 * turn);
+        whenAskedForPins = {};
+        return questions > 0;
+    }
+
+    /// Waits until the icon shows this value.
+    bool comesToShow(const QString& value) {
+        return waitFor([&] { return shows(value); });
+    }
+
+    /// Reports a palette that is as it was, after which colours are looked at.
+    static void reportPalette() {
+        QEvent event(QEvent::ApplicationPaletteChange);
+        QCoreApplication::sendEvent(qApp, &event);
+        QCoreApplication::processEvents(); // publishes the icon
+    }
+
+    void removeHandlers() { handlers_ = {}; }
+
+    /// Whether the icon shows this value.
+    bool shows(const QString& value, bool isDark = true) {
+        return icons() == ReadingIcons(isDark).pixmaps(value);
+    }
+
+    PlasmaSettings plasma;
+    fakes::RecordingUserDefaults defaults;
     std::vector<PinnedReading> pinned;
     std::function<void()> whenAskedForPins;
-    int actions = 0;
-    int quits = 0;
+    std::vector<StatusMenuEntry> desktopEntries;
+    std::vector<std::string> done; ///< what the item asked for, in order
+    std::vector<FocusRight> rights;
+    std::vector<bool> trays;
     fakes::RecordingLog recording{"tray=debug"};
 
   private:
+    std::function<void()> note(const char* what) {
+        return [this, what] { done.emplace_back(what); };
+    }
+
     QList<StatusMenuLayout> children() {
         const QDBusMessage reply = menu_.call("GetLayout", {0, -1, QStringList()});
         EXPECT_EQ(reply.arguments().size(), 2);
         return qdbus_cast<StatusMenuLayout>(reply.arguments().value(1).value<QDBusArgument>()).children;
     }
 
+    int pins_ = 0;
     PrivateBus bus_;
     DesktopHandlers handlers_;
-    TraySurroundings surroundings_;
+    BarColors colors_;
+    TrayContext context_;
 
   public:
     QPoint clickOffset; ///< of the believed place from the reported one
@@ -119,31 +266,13 @@ std::vector<int> widths(const StatusNotifierPixmaps& pixmaps) {
     return widths;
 }
 
-const PinnedReading cpu{"CPU", "49.8 °C", "49.80°"};
-const PinnedReading fan{"Fan", "1200 rpm", "1200rpm"};
+const PinnedReading cpu{"TC0P", "CPU", "49.8 °C", "49.80°"};
+const PinnedReading fan{"F0Ac", "Fan", "1200 rpm", "1200rpm"};
+const PinnedReading charging{"BAT0/status", "Battery Status", "Charging", "Charging"};
+
+const std::vector<std::string> commands{"Open Kelvinbar", "Refresh", "Copy", "-", "About", "Quit"};
 
 } // namespace
-
-TEST(TrayStyle, HasLabelsWhereTheTrayShowsThem) {
-    for (const auto* const name : {"ubuntu:GNOME", "GNOME", "MATE", "gnome"}) {
-        EXPECT_TRUE(trayStyle(name, false).showsLabels) << name;
-    }
-    for (const auto* const name : {"KDE", "XFCE", "LXQt", "sway", "X-Cinnamon", ""}) {
-        EXPECT_FALSE(trayStyle(name, false).showsLabels) << name;
-    }
-}
-
-TEST(TrayStyle, FollowsTheColoursOfProgramsOnKDE) {
-    EXPECT_TRUE(trayStyle("KDE", true).isDark);
-    EXPECT_FALSE(trayStyle("KDE", false).isDark);
-}
-
-TEST(TrayStyle, IsDarkOnOtherDesktops) {
-    for (const auto* const name : {"ubuntu:GNOME", "XFCE", ""}) {
-        EXPECT_TRUE(trayStyle(name, false).isDark) << name;
-        EXPECT_TRUE(trayStyle(name, true).isDark) << name;
-    }
-}
 
 TEST(TrayItem, HasItsTitleAsLabelAndTitle) {
     Tray tray(withLabels);
@@ -165,12 +294,30 @@ TEST(TrayItem, HasItsNameAsTitleWhereItHasNone) {
 
 TEST(TrayItem, HasItsToolTip) {
     Tray tray(withoutLabels);
-    tray.item.setToolTip("CPU: 49.8 °C\nFan: 1200 rpm");
-    const auto toolTip =
-        qdbus_cast<StatusNotifierToolTip>(tray.host.properties()["ToolTip"].value<QDBusArgument>());
+    tray.item.setToolTip("Kelvinbar • TC0P • CPU: 49.8 °C  |  F0Ac • Fan: 1200 rpm");
+    const StatusNotifierToolTip toolTip = tray.toolTip();
     EXPECT_EQ(toolTip.title, "Kelvinbar");
-    EXPECT_EQ(toolTip.text, "CPU: 49.8 °C\nFan: 1200 rpm");
+    EXPECT_EQ(toolTip.text, "TC0P • CPU: 49.8 °C  |  F0Ac • Fan: 1200 rpm");
     EXPECT_EQ(tray.host.received("NewToolTip").size(), 1);
+}
+
+TEST(TrayItem, HasTheProgramsNameOnceInTheToolTipThatSaysHowToPin) {
+    Tray tray(withoutLabels);
+    tray.item.setToolTip("Kelvinbar - double-click up to 6 sensors to show them here");
+    EXPECT_EQ(tray.toolTip().title, "Kelvinbar");
+    EXPECT_EQ(tray.toolTip().text, "double-click up to 6 sensors to show them here");
+}
+
+TEST(TrayItem, EscapesTheToolTipWhichHostsReadAsMarkup) {
+    Tray tray(withoutLabels);
+    tray.item.setToolTip("Kelvinbar • F1Ac • SYS & CPU: <b>1200</b> rpm");
+    EXPECT_EQ(tray.toolTip().text, "F1Ac • SYS &amp; CPU: &lt;b&gt;1200&lt;/b&gt; rpm");
+}
+
+TEST(TrayItem, KeepsAToolTipThatOnlyBeginsLikeTheProgramsName) {
+    Tray tray(withoutLabels);
+    tray.item.setToolTip("Kelvinbars: 2");
+    EXPECT_EQ(tray.toolTip().text, "Kelvinbars: 2");
 }
 
 TEST(TrayItem, HasOurIconInAllSides) {
@@ -215,10 +362,195 @@ TEST(TrayItem, HasTheFirstPinnedReadingAsIconInAllSides) {
 }
 
 TEST(TrayItem, DrawsTheReadingInTheColourOfTheTray) {
-    Tray tray({.showsLabels = false, .isDark = false});
-    tray.pinned = {cpu};
-    tray.setTitle("49.80°");
-    EXPECT_EQ(tray.icons(), ReadingIcons(false).pixmaps("49.80°"));
+    Tray tray("KDE");
+    tray.pin({cpu});
+    tray.plasma.write("config/kdeglobals", PlasmaSettings::lightWindows);
+    tray.reportPalette();
+    EXPECT_TRUE(tray.shows("49.80°", false));
+}
+
+TEST(TrayItem, DrawsTheReadingAgainWhenTheColourOfTheTrayChanges) {
+    Tray tray("KDE");
+    tray.pin({cpu});
+    tray.plasma.write("config/kdeglobals", PlasmaSettings::lightWindows);
+    tray.reportPalette();
+    const qsizetype before = tray.newIcons();
+    tray.plasma.write("config/kdeglobals", PlasmaSettings::darkWindows);
+    tray.reportPalette();
+    EXPECT_TRUE(tray.shows("49.80°", true));
+    EXPECT_EQ(tray.newIcons(), before + 1);
+    tray.reportPalette(); // nothing has changed
+    EXPECT_EQ(tray.newIcons(), before + 1);
+}
+
+TEST(TrayItem, DrawsTheFirstPinnedReadingThatHasANumber) {
+    Tray tray(withoutLabels);
+    tray.setOwnIcon();
+    tray.pin({charging, fan, cpu});
+    EXPECT_TRUE(tray.shows("1200rpm"));
+}
+
+TEST(TrayItem, HasOurIconWhereNoPinnedReadingHasANumber) {
+    Tray tray(withoutLabels);
+    tray.setOwnIcon();
+    const auto own = tray.icons();
+    tray.pin({charging});
+    EXPECT_EQ(tray.icons(), own);
+}
+
+// Entries of the desktop
+
+TEST(TrayItem, HasTheEntriesOfTheDesktopAboveTheLastSeparator) {
+    Tray tray(withoutLabels);
+    const auto before = tray.entries();
+    tray.desktopEntries = {{.identity = "here", .text = "Here", .action = [](uint) {}, .isChecked = true}};
+    tray.setTitle("new");
+    auto expected = before;
+    expected.insert(expected.end() - 2, "Here");
+    EXPECT_EQ(tray.entries(), expected);
+}
+
+TEST(TrayItem, AsksForTheEntriesOfTheDesktopAgainWhenOneIsChosen) {
+    Tray tray(withoutLabels);
+    tray.desktopEntries = {{.identity = "here",
+                            .text = "Here",
+                            .action = [&tray](uint) { tray.desktopEntries.front().isChecked = true; },
+                            .isChecked = false}};
+    tray.setTitle("new");
+    EXPECT_TRUE(tray.isOffered("Here", false));
+    tray.clickEntry("Here");
+    EXPECT_TRUE(waitFor([&] { return tray.isOffered("Here", true); }));
+}
+
+// Readings by turns
+
+TEST(TrayItem, DoesNotAlternateAtFirst) {
+    Tray tray(withoutLabels);
+    tray.pin({cpu, fan});
+    EXPECT_TRUE(tray.isOffered("Alternate Readings in Icon", false));
+    EXPECT_FALSE(tray.wakesUp());
+    EXPECT_TRUE(tray.shows("49.80°"));
+}
+
+TEST(TrayItem, AlternatesBetweenReadingsWithNumbersWhenThatIsChosen) {
+    Tray tray(withoutLabels);
+    tray.pin({cpu, charging, fan});
+    tray.clickEntry("Alternate");
+    EXPECT_TRUE(tray.comesToShow("1200rpm"));
+    EXPECT_TRUE(tray.comesToShow("49.80°"));
+    EXPECT_TRUE(tray.comesToShow("1200rpm"));
+    EXPECT_TRUE(tray.isOffered("Alternate Readings in Icon", true));
+}
+
+TEST(TrayItem, ShowsTheFirstReadingAgainWhenAlternatingIsSwitchedOff) {
+    Tray tray(withoutLabels);
+    tray.pin({cpu, fan});
+    tray.clickEntry("Alternate");
+    EXPECT_TRUE(tray.comesToShow("1200rpm"));
+    tray.clickEntry("Alternate");
+    EXPECT_TRUE(tray.comesToShow("49.80°"));
+    EXPECT_FALSE(tray.wakesUp());
+    EXPECT_TRUE(tray.shows("49.80°"));
+}
+
+TEST(TrayItem, RemembersThatItAlternates) {
+    Tray tray(withoutLabels);
+    tray.clickEntry("Alternate");
+    EXPECT_EQ(tray.defaults.number(TrayItem::alternatesKey), 1);
+    tray.clickEntry("Alternate");
+    EXPECT_THAT(tray.defaults.writes, ElementsAre("KelvinbarAlternatesIcon", "-KelvinbarAlternatesIcon"));
+}
+
+TEST(TrayItem, AlternatesFromTheStartIfItDidBefore) {
+    Tray tray(withoutLabels, alternating);
+    EXPECT_TRUE(tray.isOffered("Alternate Readings in Icon", true));
+    tray.pin({cpu, fan});
+    EXPECT_TRUE(tray.comesToShow("1200rpm"));
+}
+
+TEST(TrayItem, DoesNotWakeUpWhereThereIsNothingToAlternate) {
+    Tray tray(withoutLabels, alternating);
+    EXPECT_FALSE(tray.wakesUp());
+    tray.pin({cpu, charging});
+    EXPECT_FALSE(tray.wakesUp());
+    tray.pin({cpu, fan});
+    EXPECT_TRUE(tray.wakesUp());
+    tray.pin({fan});
+    EXPECT_FALSE(tray.wakesUp());
+}
+
+TEST(TrayItem, DoesNotAlternateWhereLabelsAreShown) {
+    Tray tray(withLabels, alternating);
+    tray.pin({cpu, fan});
+    EXPECT_FALSE(tray.wakesUp());
+    EXPECT_THAT(tray.entries(), Not(Contains("Alternate Readings in Icon")));
+}
+
+// Labels
+
+TEST(TrayItem, DecidesAnewWhetherLabelsAreShownWhenAWatcherAppears) {
+    Tray tray(withoutLabels);
+    tray.setOwnIcon();
+    const auto own = tray.icons();
+    tray.pin({cpu});
+    EXPECT_TRUE(tray.shows("49.80°"));
+    FakeWatcher watcher;
+    {
+        const ProcessName name("gnome-shell");
+        watcher.appear();
+        EXPECT_TRUE(waitFor([&] { return tray.icons() == own; }));
+        watcher.vanish();
+    }
+    EXPECT_TRUE(waitFor([&] { return tray.shows("49.80°"); }));
+}
+
+TEST(TrayItem, BelievesTheWatcherRatherThanTheDesktop) {
+    FakeWatcher watcher;
+    watcher.appear(); // in a process that shows no labels
+    Tray tray(withLabels);
+    tray.pin({cpu});
+    EXPECT_TRUE(tray.shows("49.80°"));
+}
+
+// Whether there is a tray
+
+TEST(TrayItem, ReportsThatThereIsNoTray) {
+    Tray tray(withoutLabels);
+    EXPECT_EQ(tray.item.hasTray(), false);
+    EXPECT_THAT(tray.trays, IsEmpty()); // the item is just being made
+    QCoreApplication::processEvents();
+    EXPECT_THAT(tray.trays, ElementsAre(false));
+}
+
+TEST(TrayItem, ReportsATrayThatComesAndGoesAndOnlyThat) {
+    FakeWatcher watcher;
+    Tray tray(withoutLabels);
+    QCoreApplication::processEvents();
+    watcher.appear();
+    ASSERT_TRUE(waitFor([&] { return tray.trays.size() == 2; }));
+    tray.setTitle("50°");
+    watcher.vanish();
+    ASSERT_TRUE(waitFor([&] { return tray.trays.size() == 3; }));
+    EXPECT_THAT(tray.trays, ElementsAre(false, true, false));
+}
+
+TEST(TrayItem, ReportsNothingBeforeTheWatcherHasReplied) {
+    FakeWatcher watcher;
+    watcher.appear();
+    Tray tray(withoutLabels);
+    EXPECT_EQ(tray.item.hasTray(), std::nullopt);
+    EXPECT_THAT(tray.trays, IsEmpty());
+    EXPECT_TRUE(waitFor([&] { return !tray.trays.empty(); }));
+    EXPECT_THAT(tray.trays, ElementsAre(true));
+}
+
+TEST(TrayItem, CountsAWatcherWithoutAHostAsNoTray) {
+    FakeWatcher watcher;
+    watcher.host = false;
+    watcher.appear();
+    Tray tray(withoutLabels);
+    EXPECT_TRUE(waitFor([&] { return !tray.trays.empty(); }));
+    EXPECT_THAT(tray.trays, ElementsAre(false));
 }
 
 TEST(TrayItem, DrawsTheReadingAgainOnlyWhenItsTextChanged) {
@@ -226,7 +558,7 @@ TEST(TrayItem, DrawsTheReadingAgainOnlyWhenItsTextChanged) {
     tray.pinned = {cpu, fan};
     tray.setTitle("49.80° 1200rpm");
     EXPECT_EQ(tray.newIcons(), 1);
-    tray.pinned = {{"CPU", "49.9 °C", "49.90°"}, fan}; // the icon's text is 50° as before
+    tray.pinned = {{"TC0P", "CPU", "49.9 °C", "49.90°"}, fan}; // the icon's text is 50° as before
     tray.setTitle("49.90° 1200rpm");
     tray.pinned[1].compactValue = "1300rpm";
     tray.setTitle("49.90° 1300rpm");
@@ -258,42 +590,156 @@ TEST(TrayItem, DoesNotPublishAnEqualTitle) {
     EXPECT_EQ(tray.host.received("NewTitle").size(), 1);
 }
 
+// XEmbed trays
+
+class XEmbedTrayTest : public testing::Test {
+  protected:
+    void makeTray() {
+        tray = std::make_unique<Tray>(withoutLabels, fakes::RecordingUserDefaults(), &xembed);
+        tray->setOwnIcon();
+        QCoreApplication::processEvents();
+    }
+
+    FakeWatcher watcher;
+    XEmbedState xembed;
+    std::unique_ptr<Tray> tray;
+};
+
+TEST_F(XEmbedTrayTest, HasTheIconWhereNoWatcherRuns) {
+    makeTray();
+    EXPECT_TRUE(xembed.isShown);
+    EXPECT_EQ(xembed.sizes, static_cast<qsizetype>(iconSides.size()));
+    EXPECT_THAT(tray->trays, ElementsAre(true));
+}
+
+TEST_F(XEmbedTrayTest, KeepsTheIconWhereAWatcherHasNoHost) {
+    watcher.host = false;
+    makeTray();
+    watcher.appear();
+    ASSERT_TRUE(waitFor([&] { return watcher.items().size() == 1; }));
+    runEventLoop(std::chrono::milliseconds(50));
+    EXPECT_TRUE(xembed.isShown);
+    EXPECT_THAT(tray->trays, ElementsAre(true));
+}
+
+TEST_F(XEmbedTrayTest, GivesTheIconUpAsSoonAsThereIsAHost) {
+    watcher.host = false;
+    watcher.appear();
+    makeTray();
+    ASSERT_TRUE(waitFor([&] { return xembed.isShown; }));
+    watcher.host = true;
+    emit watcher.StatusNotifierHostRegistered();
+    EXPECT_TRUE(waitFor([&] { return !xembed.isShown; }));
+    watcher.vanish();
+    EXPECT_TRUE(waitFor([&] { return xembed.isShown; }));
+}
+
+TEST_F(XEmbedTrayTest, DoesNotShowTheIconBeforeTheWatcherHasReplied) {
+    watcher.appear();
+    makeTray();
+    EXPECT_FALSE(xembed.isShown);
+    ASSERT_TRUE(waitFor([&] { return tray->item.hasTray().has_value(); }));
+    EXPECT_FALSE(xembed.isShown);
+    EXPECT_EQ(xembed.icons, 0);
+}
+
+TEST_F(XEmbedTrayTest, ReportsNoTrayWithoutOneOfEitherKind) {
+    xembed.hasTray = false;
+    makeTray();
+    EXPECT_THAT(tray->trays, ElementsAre(false));
+}
+
+TEST_F(XEmbedTrayTest, HasTheWholeToolTipAsPlainText) {
+    makeTray();
+    tray->item.setToolTip("Kelvinbar • F1Ac • SYS & CPU: 1200 rpm");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(xembed.toolTip, "Kelvinbar • F1Ac • SYS & CPU: 1200 rpm");
+}
+
+TEST_F(XEmbedTrayTest, OpensThePanelByAClickAndByItsMenu) {
+    makeTray();
+    tray->pin({cpu});
+    xembed.handlers.activated(QRect(4, 2, 22, 22));
+    ASSERT_TRUE(tray->item.frameOnScreen().has_value());
+    EXPECT_EQ(tray->item.frameOnScreen()->x, 4);
+    const std::vector<StatusMenuEntry> entries = xembed.handlers.menuEntries();
+    EXPECT_EQ(entries.front().text, "CPU: 49.8 °C");
+    entries.front().action(0);
+    EXPECT_THAT(tray->done, ElementsAre("focus", "toggle", "focus", "open"));
+}
+
+// The menu
+
 TEST(TrayItem, HasAMenuOfThePinnedReadingsAndWhatCanBeDone) {
     Tray tray(withLabels);
-    EXPECT_THAT(tray.entries(), ElementsAre("Open Kelvinbar", "Quit Kelvinbar"));
-    tray.pinned = {cpu, fan};
-    tray.setTitle("50° 1200rpm");
-    EXPECT_THAT(tray.entries(),
-                ElementsAre("CPU: 49.8 °C", "Fan: 1200 rpm", "-", "Open Kelvinbar", "Quit Kelvinbar"));
-    tray.pinned.clear();
-    tray.setTitle("");
-    EXPECT_THAT(tray.entries(), ElementsAre("Open Kelvinbar", "Quit Kelvinbar"));
+    EXPECT_THAT(tray.entries(), ElementsAreArray(commands));
+    tray.pin({cpu, fan});
+    std::vector<std::string> all{"CPU: 49.8 °C", "Fan: 1200 rpm", "-"};
+    all.insert(all.end(), commands.begin(), commands.end());
+    EXPECT_THAT(tray.entries(), ElementsAreArray(all));
+    tray.pin({});
+    EXPECT_THAT(tray.entries(), ElementsAreArray(commands));
 }
 
-TEST(TrayItem, OpensFromItsMenu) {
-    Tray tray(withLabels);
-    tray.pinned = {cpu};
-    tray.setTitle("50°");
-    tray.clickEntry(0);
-    EXPECT_EQ(tray.actions, 1);
-    tray.clickEntry(2);
-    EXPECT_EQ(tray.actions, 2);
-    EXPECT_EQ(tray.quits, 0);
+TEST(TrayItem, OffersToAlternateWhereNoLabelsAreShown) {
+    Tray tray(withoutLabels);
+    EXPECT_THAT(tray.entries(), ElementsAre("Open Kelvinbar", "Refresh", "Copy", "Alternate Readings in Icon",
+                                            "-", "About", "Quit"));
 }
 
-TEST(TrayItem, QuitsFromItsMenu) {
+TEST(TrayItem, OpensFromItsMenuAndNeverCloses) {
     Tray tray(withLabels);
-    tray.clickEntry(1);
-    EXPECT_EQ(tray.quits, 1);
-    EXPECT_EQ(tray.actions, 0);
+    tray.pin({cpu});
+    tray.clickEntry("CPU");
+    tray.clickEntry("Open Kelvinbar");
+    EXPECT_THAT(tray.done, ElementsAre("focus", "open", "focus", "open"));
 }
+
+TEST(TrayItem, DoesWhatIsChosenInItsMenu) {
+    Tray tray(withLabels);
+    for (const auto* const entry : {"Refresh", "Copy", "About", "Quit"}) tray.clickEntry(entry);
+    EXPECT_THAT(tray.done, ElementsAre("refresh", "copy", "focus", "about", "quit"));
+}
+
+TEST(TrayItem, DoesNothingInItsMenuWithoutHandlers) {
+    Tray tray(withLabels);
+    tray.removeHandlers();
+    for (const auto* const entry : {"Open", "Refresh", "Copy", "About", "Quit"}) tray.clickEntry(entry);
+    EXPECT_THAT(tray.done, ElementsAre("focus", "focus"));
+}
+
+TEST(TrayItem, PassesOnTheTimeOfAChoiceBeforeItOpens) {
+    Tray tray(withLabels);
+    tray.clickEntry("Open", 4711);
+    ASSERT_EQ(tray.rights.size(), 1U);
+    EXPECT_EQ(tray.rights[0].timestamp, 4711U);
+    EXPECT_EQ(tray.rights[0].activationToken, "");
+}
+
+TEST(TrayItem, PassesOnATokenOnceBeforeItTogglesOrOpens) {
+    Tray tray(withLabels);
+    tray.host.call("ProvideXdgActivationToken", {"token-1"});
+    EXPECT_THAT(tray.done, IsEmpty());
+    tray.host.call("Activate", {300, 20});
+    tray.host.call("Activate", {300, 20});
+    tray.host.call("ProvideXdgActivationToken", {"token-2"});
+    tray.clickEntry("Open");
+    EXPECT_THAT(tray.done, ElementsAre("focus", "toggle", "focus", "toggle", "focus", "open"));
+    ASSERT_EQ(tray.rights.size(), 3U);
+    EXPECT_EQ(tray.rights[0].activationToken, "token-1");
+    EXPECT_EQ(tray.rights[0].timestamp, 0U);
+    EXPECT_EQ(tray.rights[1].activationToken, "");
+    EXPECT_EQ(tray.rights[2].activationToken, "token-2");
+}
+
+// The place
 
 TEST(TrayItem, IsWhereItWasClicked) {
     Tray tray(withoutLabels);
     EXPECT_EQ(tray.item.frameOnScreen(), std::nullopt);
     EXPECT_EQ(tray.item.visibleFrameOfScreen(), std::nullopt);
     tray.host.call("Activate", {300, 20});
-    EXPECT_EQ(tray.actions, 1);
+    EXPECT_EQ(tray.toggles(), 1);
     EXPECT_EQ(tray.item.frameOnScreen(), (Rect{300, 20, 1, 1}));
     EXPECT_EQ(tray.item.visibleFrameOfScreen(), (Rect{0, 28, 1280, 772}));
 }
@@ -309,7 +755,7 @@ TEST(TrayItem, AClickThatHasDismissedThePanelDoesNotOpenItAgain) {
     Tray tray(withoutLabels);
     tray.takesClick = true;
     tray.host.call("Activate", {300, 20});
-    EXPECT_EQ(tray.actions, 0);
+    EXPECT_EQ(tray.toggles(), 0);
     EXPECT_EQ(tray.item.frameOnScreen(), (Rect{300, 20, 1, 1}));
 }
 
@@ -325,11 +771,11 @@ TEST(TrayItem, LogsHowItIsShownAndWhereItIsClicked) {
 TEST(TrayItem, StaysWhereItWasWithAClickSomewhere) {
     Tray tray(withoutLabels);
     tray.host.call("Activate", {0, 0});
-    EXPECT_EQ(tray.actions, 1);
+    EXPECT_EQ(tray.toggles(), 1);
     EXPECT_EQ(tray.item.frameOnScreen(), std::nullopt);
     tray.host.call("Activate", {300, 20});
     tray.host.call("Activate", {0, 0});
-    EXPECT_EQ(tray.actions, 3);
+    EXPECT_EQ(tray.toggles(), 3);
     ASSERT_TRUE(tray.item.frameOnScreen().has_value());
     EXPECT_EQ(tray.item.frameOnScreen()->x, 300);
 }
@@ -337,32 +783,110 @@ TEST(TrayItem, StaysWhereItWasWithAClickSomewhere) {
 TEST(TrayItem, StaysWhereItWasWhenItsMenuOpensThePanel) {
     Tray tray(withoutLabels);
     tray.host.call("Activate", {300, 20});
-    tray.clickEntry(0);
-    EXPECT_EQ(tray.actions, 2);
+    tray.clickEntry("Open");
     ASSERT_TRUE(tray.item.frameOnScreen().has_value());
     EXPECT_EQ(tray.item.frameOnScreen()->x, 300);
 }
 
-TEST(TrayStatusBar, FindsTheImagesInTheProgram) {
-    const PrivateBus bus;
-    const DesktopHandlers handlers;
-    fakes::RecordingLog recording;
-    const TrayStatusBar statusBar(bus.connection(), withLabels, handlers, {}, recording.log);
-    EXPECT_TRUE(statusBar.hasImageResource("MenuBarIcon"));
-    EXPECT_FALSE(statusBar.hasImageResource("NoSuchIcon"));
-    EXPECT_FALSE(statusBar.hasImageResource(""));
+class TrayStatusBarTest : public testing::Test {
+  protected:
+    PrivateBus bus_;
+    const DesktopHandlers handlers_;
+    fakes::RecordingLog recording_;
+    fakes::RecordingUserDefaults defaults_;
+    BarColors colors_{withLabels, bus_.connection(), {}};
+    TrayStatusBar statusBar_{bus_.connection(),
+                             {.desktopNames = withLabels,
+                              .colors = colors_,
+                              .userDefaults = defaults_,
+                              .surroundings = {},
+                              .makeXEmbedIcon = {},
+                              .focusRightGiven = {},
+                              .hasTrayChanged = {}},
+                             handlers_,
+                             recording_.log};
+};
+
+TEST_F(TrayStatusBarTest, FindsTheImagesInTheProgram) {
+    EXPECT_TRUE(statusBar_.hasImageResource("MenuBarIcon"));
+    EXPECT_FALSE(statusBar_.hasImageResource("NoSuchIcon"));
+    EXPECT_FALSE(statusBar_.hasImageResource(""));
 }
 
-TEST(TrayStatusBar, MakesAnItemOnTheBus) {
-    const PrivateBus bus;
-    const DesktopHandlers handlers;
-    fakes::RecordingLog recording;
-    TrayStatusBar statusBar(bus.connection(), withLabels, handlers, {}, recording.log);
-    const auto item = statusBar.makeItem();
+TEST_F(TrayStatusBarTest, MakesAnItemOnTheBus) {
+    const auto item = statusBar_.makeItem();
     ASSERT_NE(item->button(), nullptr);
     item->button()->setTitle({"50°", {}});
-    BusPeer host(bus.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    BusPeer host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
     EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "50°");
+}
+
+/// An item that what it calls destroys, with a witness in the handler that is looked at afterwards.
+class MortalItem {
+  public:
+    MortalItem() { item->setAction(destruction()); }
+
+    [[nodiscard]] int actions() const { return *witness_; }
+
+  private:
+    std::function<void()> destruction() {
+        return [this, witness = witness_] {
+            item = nullptr;
+            ++*witness;
+        };
+    }
+
+    std::shared_ptr<int> witness_ = std::make_shared<int>(0);
+    fakes::RecordingLog recording_;
+    fakes::RecordingUserDefaults defaults_;
+    const DesktopHandlers handlers_{.pinnedReadings = {},
+                                    .openPanel = destruction(),
+                                    .refresh = {},
+                                    .copy = {},
+                                    .openAbout = {},
+                                    .quit = {}};
+
+  public:
+    PrivateBus bus;
+
+  private:
+    BarColors colors_{withLabels, bus.connection(), {}};
+    const TrayContext context_{.desktopNames = withLabels,
+                               .colors = colors_,
+                               .userDefaults = defaults_,
+                               .surroundings = {.placeOfClick = [](QPoint reported) { return reported; },
+                                                .visibleFrameAround = [](const Rect&) { return Rect(); },
+                                                .takesClick = [] { return false; }},
+                               .makeXEmbedIcon = {},
+                               .focusRightGiven = {},
+                               .hasTrayChanged = {}};
+
+  public:
+    std::unique_ptr<TrayItem> item =
+        std::make_unique<TrayItem>(bus.connection(), context_, handlers_, recording_.log);
+};
+
+TEST(TrayItem, MayBeDestroyedByItsAction) {
+    MortalItem mortal;
+    mortal.item->activate(QRect(1, 1, 1, 1));
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
+TEST(TrayItem, MayBeDestroyedByItsActionWhenTheHostActivatesIt) {
+    MortalItem mortal;
+    BusPeer host(mortal.bus.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    host.call("Activate", {1, 1});
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
+}
+
+TEST(TrayItem, MayBeDestroyedByItsMenu) {
+    MortalItem mortal;
+    BusPeer menu(mortal.bus.address(), StatusMenu::path, "com.canonical.dbusmenu");
+    menu.call("Event", {1, "clicked", QVariant::fromValue(QDBusVariant(QString())), 0U});
+    EXPECT_EQ(mortal.actions(), 1);
+    EXPECT_EQ(mortal.item, nullptr);
 }
 
 } // namespace kelvinbar

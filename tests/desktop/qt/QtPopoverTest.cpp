@@ -11,9 +11,11 @@
 #include <QMargins>
 #include <QScreen>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -458,6 +460,75 @@ TEST_F(QtPopoverTest, AWindowThatIsClosedBeforeItIsShownStaysClosed) {
     runEventLoop(milliseconds(20));
     EXPECT_FALSE(window().isVisible());
     EXPECT_EQ(closings_, 1);
+}
+
+/// A popover that can be destroyed, over content of its own.
+class QtPopoverEndTest : public QtPopoverTest {
+  protected:
+    QtPopoverEndTest() {
+        auto content = std::make_unique<PlainContent>();
+        content_ = content.get();
+        mortal_->setContent(std::move(content));
+        mortal_->setContentSize({200, 300});
+        mortal_->setTransient(true);
+    }
+
+    void showMortal() {
+        mortal_->show(button_, PopoverEdge::minY);
+        ASSERT_TRUE(waitFor([&] { return content_->exposures() > 0; }));
+    }
+
+    /// A handler that uses what it has captured after it has destroyed the popover.
+    std::function<void()> destruction() {
+        return [this, witness = witness_] {
+            mortal_ = nullptr;
+            ++*witness;
+        };
+    }
+
+    std::unique_ptr<QtPopover> mortal_ = std::make_unique<QtPopover>(input_, screens_, recording_.log);
+    std::shared_ptr<int> witness_ = std::make_shared<int>(0);
+};
+
+TEST_F(QtPopoverEndTest, MayComeInItsCloseHandler) {
+    showMortal();
+    mortal_->setDidCloseHandler(destruction());
+    mortal_->performClose();
+    EXPECT_EQ(*witness_, 1);
+    EXPECT_EQ(witness_.use_count(), 1);
+}
+
+TEST_F(QtPopoverEndTest, MayComeInItsCloseHandlerAfterAClickOutside) {
+    showMortal();
+    mortal_->setDidCloseHandler(destruction());
+    input_.dismiss();
+    EXPECT_EQ(*witness_, 1);
+}
+
+TEST_F(QtPopoverEndTest, MayComeAtTheEndOfAnAnimation) {
+    showMortal();
+    content_->animateWindowContentSize({200, 100}, milliseconds(10), destruction());
+    ASSERT_TRUE(waitFor([&] { return *witness_ == 1; }));
+    runEventLoop(milliseconds(20));
+    EXPECT_EQ(witness_.use_count(), 1);
+}
+
+TEST_F(QtPopoverEndTest, MayComeDuringAnAnimation) {
+    showMortal();
+    content_->animateWindowContentSize({200, 100}, seconds(5), [this] { ++*witness_; });
+    runEventLoop(milliseconds(20));
+    mortal_ = nullptr;
+    runEventLoop(milliseconds(20));
+    EXPECT_EQ(*witness_, 0);
+}
+
+TEST_F(QtPopoverEndTest, WhileItIsOpenClosesItWithoutCallingTheHandler) {
+    mortal_->setDidCloseHandler([this] { ++closings_; });
+    showMortal();
+    ASSERT_EQ(input_.acquisitions, 1);
+    mortal_ = nullptr;
+    EXPECT_EQ(input_.releases, 1);
+    EXPECT_EQ(closings_, 0);
 }
 
 } // namespace kelvinbar

@@ -31,16 +31,16 @@ inline std::string exportedText(const Machine& machine) {
     fakes::ManualBackgroundQueue backgroundQueue;
     fakes::FakeWallClock wallClock;
     wallClock.time = sys_days(2026y / March / 1) + 14h + 5min + 9s;
-    KelvinbarStore store({.machine = machine,
-                          .defaults = defaults,
-                          .notifications = notifications,
-                          .mainQueue = mainQueue,
-                          .backgroundQueue = backgroundQueue,
-                          .wallClock = wallClock});
+    const auto store = KelvinbarStore::create({.machine = machine,
+                                               .defaults = defaults,
+                                               .notifications = notifications,
+                                               .mainQueue = mainQueue,
+                                               .backgroundQueue = backgroundQueue,
+                                               .wallClock = wallClock});
     backgroundQueue.runAll();
     mainQueue.drain();
-    std::string text = store.exportText();
-    store.shutdown();
+    std::string text = store->exportText();
+    store->shutdown();
     return text;
 }
 

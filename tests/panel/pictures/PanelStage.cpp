@@ -42,20 +42,20 @@ constexpr int untilNothingMoves = 1000;
 } // namespace
 
 PanelStage::PanelStage(const MakeMachine& makeMachine)
-    : store_({.machine = makeMachine(std::make_shared<fakes::FakeMonotonicClock>()),
-              .defaults = defaults_,
-              .notifications = notifications_,
-              .mainQueue = mainQueue_,
-              .backgroundQueue = backgroundQueue_,
-              .wallClock = wallClock_})
-    , panel_(makePanelWindow(store_, {.loginItem = loginItem_,
-                                      .close = [] {},
-                                      .prefersReducedMotion = [] { return true; },
-                                      .systemSymbols = {}})) {}
+    : store_(KelvinbarStore::create({.machine = makeMachine(std::make_shared<fakes::FakeMonotonicClock>()),
+                                     .defaults = defaults_,
+                                     .notifications = notifications_,
+                                     .mainQueue = mainQueue_,
+                                     .backgroundQueue = backgroundQueue_,
+                                     .wallClock = wallClock_}))
+    , panel_(makePanelWindow(*store_, {.loginItem = loginItem_,
+                                       .close = [] {},
+                                       .prefersReducedMotion = [] { return true; },
+                                       .systemSymbols = {}})) {}
 
 PanelStage::~PanelStage() {
     panel_.reset();
-    store_.shutdown();
+    store_->shutdown();
 }
 
 void PanelStage::finishRefresh() {
@@ -66,10 +66,10 @@ void PanelStage::finishRefresh() {
 
 void PanelStage::open() {
     open(targetPopoverSize({.visibleFrame = visibleFrame,
-                            .displayMode = store_.displayMode().value(),
-                            .manualPopoverHeight = store_.manualPopoverHeight().value(),
-                            .readings = store_.readings().value(),
-                            .hiddenKeys = store_.hiddenKeys().value()}));
+                            .displayMode = store_->displayMode().value(),
+                            .manualPopoverHeight = store_->manualPopoverHeight().value(),
+                            .readings = store_->readings().value(),
+                            .hiddenKeys = store_->hiddenKeys().value()}));
 }
 
 void PanelStage::open(Size size) {

@@ -32,7 +32,7 @@ class PanelStage {
     PanelStage& operator=(const PanelStage&) = delete;
     ~PanelStage();
 
-    KelvinbarStore& store() { return store_; }
+    KelvinbarStore& store() { return *store_; }
 
     /// Completes the running refresh.
     void finishRefresh();
@@ -62,7 +62,7 @@ class PanelStage {
     fakes::ShellJournal journal_;
     fakes::FakeLoginItemService loginItemService_{journal_};
     LoginItemManager loginItem_{loginItemService_};
-    KelvinbarStore store_;
+    std::shared_ptr<KelvinbarStore> store_;
     std::unique_ptr<PanelWindow> panel_;
 };
 

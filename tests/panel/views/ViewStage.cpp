@@ -65,25 +65,25 @@ struct ViewStage::Scene {
     fakes::FakeWallClock wallClock;
     fakes::ManualMainQueue mainQueue;
     fakes::ManualBackgroundQueue backgroundQueue;
-    KelvinbarStore store;
+    std::shared_ptr<KelvinbarStore> store;
     int closings = 0;
     PanelContent content;
     std::vector<std::unique_ptr<PanelControls>> controls;
 
     Scene(Clock sceneClock, Machine machine, LoginItemManager& loginItem)
         : clock(std::move(sceneClock))
-        , store({.machine = std::move(machine),
-                 .defaults = defaults,
-                 .notifications = notifications,
-                 .mainQueue = mainQueue,
-                 .backgroundQueue = backgroundQueue,
-                 .wallClock = wallClock})
-        , content(store, loginItem, SensorListMetrics(textScale()), [this] { ++closings; }) {}
+        , store(KelvinbarStore::create({.machine = std::move(machine),
+                                        .defaults = defaults,
+                                        .notifications = notifications,
+                                        .mainQueue = mainQueue,
+                                        .backgroundQueue = backgroundQueue,
+                                        .wallClock = wallClock}))
+        , content(*store, loginItem, SensorListMetrics(textScale()), [this] { ++closings; }) {}
 
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    ~Scene() { store.shutdown(); }
+    ~Scene() { store->shutdown(); }
 
     void finishRefresh() {
         backgroundQueue.runAll();
@@ -139,7 +139,7 @@ PanelControls* ViewStage::makeControls(const QString& author, const QString& con
         .open = [this](const QUrl& address) { openedAddresses_ << address.toString(); },
         .quit = [this] { ++quits_; }};
     scene().controls.push_back(
-        std::make_unique<PanelControls>(scene().store, loginItem_, std::move(environment)));
+        std::make_unique<PanelControls>(*scene().store, loginItem_, std::move(environment)));
     PanelControls* const controls = scene().controls.back().get();
     QQmlEngine::setObjectOwnership(controls, QQmlEngine::CppOwnership);
     return controls;
@@ -150,7 +150,7 @@ PanelControls* ViewStage::makeControls(const QString& author, const QString& con
 void ViewStage::advanceClock(int seconds) { scene().clock->advance(std::chrono::seconds(seconds)); }
 
 void ViewStage::beginRefresh() {
-    scene().store.refresh(false);
+    scene().store->refresh(false);
     QCoreApplication::processEvents();
 }
 
@@ -173,52 +173,52 @@ void ViewStage::showReadings(const QStringList& names, const QString& value) {
 
 // The store
 
-QStringList ViewStage::pins() const { return qtTexts(scene().store.menuBarKeys().value()); }
+QStringList ViewStage::pins() const { return qtTexts(scene().store->menuBarKeys().value()); }
 
 void ViewStage::setPins(const QStringList& keys) {
     std::vector<std::string> texts;
     for (const QString& key : keys) texts.push_back(key.toStdString());
-    scene().store.setMenuBarKeys(texts);
+    scene().store->setMenuBarKeys(texts);
     QCoreApplication::processEvents();
 }
 
-QStringList ViewStage::hiddenKeys() const { return qtTexts(scene().store.hiddenKeys().value()); }
+QStringList ViewStage::hiddenKeys() const { return qtTexts(scene().store->hiddenKeys().value()); }
 
 void ViewStage::hide(const QString& key) {
     SMCReading reading;
     reading.key = key.toStdString();
-    scene().store.hideReading(reading);
+    scene().store->hideReading(reading);
     QCoreApplication::processEvents();
 }
 
 void ViewStage::showAll() {
-    scene().store.unhideAllReadings();
+    scene().store->unhideAllReadings();
     QCoreApplication::processEvents();
 }
 
-bool ViewStage::isFast() const { return scene().store.samplingRate().value() == SMCSamplingRate::fast; }
+bool ViewStage::isFast() const { return scene().store->samplingRate().value() == SMCSamplingRate::fast; }
 
 bool ViewStage::isDynamic() const {
-    return scene().store.displayMode().value() == SMCWindowDisplayMode::dynamic;
+    return scene().store->displayMode().value() == SMCWindowDisplayMode::dynamic;
 }
 
 void ViewStage::setDynamic(bool isDynamic) {
-    scene().store.setDisplayMode(isDynamic ? SMCWindowDisplayMode::dynamic : SMCWindowDisplayMode::fixed);
+    scene().store->setDisplayMode(isDynamic ? SMCWindowDisplayMode::dynamic : SMCWindowDisplayMode::fixed);
     QCoreApplication::processEvents();
 }
 
-double ViewStage::height() const { return scene().store.manualPopoverHeight().value(); }
+double ViewStage::height() const { return scene().store->manualPopoverHeight().value(); }
 
 void ViewStage::setHeight(double height) {
-    scene().store.setManualPopoverHeight(height);
+    scene().store->setManualPopoverHeight(height);
     QCoreApplication::processEvents();
 }
 
-bool ViewStage::isLoading() const { return scene().store.isLoading().value(); }
+bool ViewStage::isLoading() const { return scene().store->isLoading().value(); }
 
-QString ViewStage::statusMessage() const { return qtText(scene().store.statusMessage().value()); }
+QString ViewStage::statusMessage() const { return qtText(scene().store->statusMessage().value()); }
 
-QString ViewStage::exportText() const { return qtText(scene().store.exportText()); }
+QString ViewStage::exportText() const { return qtText(scene().store->exportText()); }
 
 QVariantList ViewStage::itemsIn(QQuickItem* root) {
     QVariantList items;

@@ -93,6 +93,16 @@ Item {
             tryVerify(() => about.opened);
         }
 
+        function test_aRequestOpensAboutAndLeavesItOpen() {
+            const panel = makePanel();
+            const about = aboutOf(panel);
+            stage.content.aboutRequested();
+            tryVerify(() => about.opened);
+            stage.content.aboutRequested();
+            settle(panel);
+            verify(about.opened);
+        }
+
         function test_escapeClosesAboutAlone() {
             const panel = makePanel();
             const about = openAbout(panel);

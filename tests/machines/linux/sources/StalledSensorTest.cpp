@@ -68,25 +68,25 @@ TEST(StalledSensor, LeavesTheMainThreadFree) {
     MainLoopQueue mainQueue;
     WorkerQueue backgroundQueue(1);
     const SystemWallClock wallClock;
-    KelvinbarStore store({.machine = machine,
-                          .defaults = defaults,
-                          .notifications = notifications,
-                          .mainQueue = mainQueue,
-                          .backgroundQueue = backgroundQueue,
-                          .wallClock = wallClock});
+    const auto store = KelvinbarStore::create({.machine = machine,
+                                               .defaults = defaults,
+                                               .notifications = notifications,
+                                               .mainQueue = mainQueue,
+                                               .backgroundQueue = backgroundQueue,
+                                               .wallClock = wallClock});
     begun.get_future().wait();
 
     // All of these return before the chip has answered.
-    store.refresh(false);
-    store.refreshMenuBarOnly();
-    EXPECT_TRUE(store.readings().value().empty());
-    EXPECT_TRUE(store.isLoading().value());
+    store->refresh(false);
+    store->refreshMenuBarOnly();
+    EXPECT_TRUE(store->readings().value().empty());
+    EXPECT_TRUE(store->isLoading().value());
 
     goOn.set_value();
-    mainQueue.runUntil([&] { return !store.isLoading().value(); });
-    ASSERT_EQ(store.readings().value().size(), 1U);
-    EXPECT_EQ(store.readings().value().front().key, "TC0P");
-    store.shutdown();
+    mainQueue.runUntil([&] { return !store->isLoading().value(); });
+    ASSERT_EQ(store->readings().value().size(), 1U);
+    EXPECT_EQ(store->readings().value().front().key, "TC0P");
+    store->shutdown();
 }
 
 /// Opening a pipe blocks until it has a writer.

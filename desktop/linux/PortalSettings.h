@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar {
+
+/// Settings of the desktop, read from its settings portal (org.freedesktop.portal.Settings) and followed
+/// while the program runs.
+///
+/// Limits: reads asynchronously, and nothing is ever read on desktops without a portal. The portal may start
+/// after the program; the settings are read then. Main thread.
+class PortalSettings final : public QObject {
+    Q_OBJECT
+
+  public:
+    using Setting = std::pair<QString, QString>; ///< group and name
+
+    PortalSettings(QDBusConnection bus, std::vector<Setting> settings);
+
+  signals:
+    /// A setting has been read, or has changed. Not emitted for settings that the desktop does not have.
+    void settingRead(const kelvinbar::PortalSettings::Setting& setting, const QVariant& value);
+
+  private:
+    void readAll();
+    void read(const Setting& setting);
+
+    QDBusConnection bus_;
+    std::vector<Setting> settings_;
+
+  private slots: // NOLINT(readability-redundant-access-specifiers)
+    void settingChanged(const QString& group, const QString& name, const QDBusVariant& value);
+};
+
+} // namespace kelvinbar

@@ -1,0 +1,1 @@
+"""Desktops whose trays the program is tried in, one module each."""

@@ -1,0 +1,73 @@
+"""MATE: its window manager, settings and panel, with only a notification area, at the right end of the top bar."""
+
+from driver.desktop import Desktop
+from driver.geometry import Rect
+from driver.hosts.host import BAR_HEIGHT, Host, has_window_manager
+from driver.waiting import wait_until
+
+SETTINGS = f"""[org/mate/panel/general]
+toplevel-id-list=['top']
+object-id-list=['notification-area']
+[org/mate/panel/toplevels/top]
+expand=true
+orientation='top'
+size={BAR_HEIGHT}
+[org/mate/panel/objects/notification-area]
+object-type='applet'
+applet-iid='NotificationAreaAppletFactory::NotificationArea'
+toplevel-id='top'
+relative-to-edge='end'
+position=0
+locked=true
+[org/mate/marco/general]
+compositing-manager=false
+[org/mate/desktop/session]
+required-components-list=['windowmanager', 'panel']
+default-session=['mate-settings-daemon']
+[org/mate/desktop/session/required-components]
+windowmanager='marco'
+panel='mate-panel'
+[org/mate/desktop/interface]
+window-scaling-factor=%d
+"""
+
+
+class MatePanel(Host):
+    """The parts of the desktop, without session management."""
+
+    def __init__(self, desktop: Desktop, scale: int = 1) -> None:
+        super().__init__(desktop)
+        self.scale = scale
+
+    @property
+    def bar(self) -> Rect:
+        return Rect(0, 0, self.desktop.screen.size[0], BAR_HEIGHT * self.scale)
+
+    def start(self) -> None:
+        # The scale is what the settings daemon has the session manager tell programs.
+        scaling = {"QT_SCALE_FACTOR": str(self.scale), "QT_FONT_DPI": "96"}
+        self.environment = {"XDG_CURRENT_DESKTOP": "MATE", **scaling}
+        self._write_settings(SETTINGS % self.scale)
+        self._start_session()
+        super().start()
+
+    def start_bar(self) -> None:
+        self._launch("mate-panel", ["mate-panel"])
+
+    def _start_session(self) -> None:
+        self._launch("mate-settings-daemon", ["mate-settings-daemon"])
+        self._launch("marco", ["marco", "--no-composite"])
+        wait_until(5, "the window manager", lambda: has_window_manager(self.desktop))
+
+
+class MateSession(MatePanel):
+    """With session management, which starts the parts."""
+
+    tray_seconds = 20
+
+    def _start_session(self) -> None:
+        self._launch("mate-session", ["mate-session"])
+        wait_until(10, "the window manager", lambda: has_window_manager(self.desktop))
+
+    def start_bar(self) -> None:
+        """The session has started it."""

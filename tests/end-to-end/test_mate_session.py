@@ -1,0 +1,19 @@
+"""The program in the tray of MATE with its session manager, which starts the bar."""
+
+from collections.abc import Iterator
+
+import pytest
+
+from driver.desktop import Desktop
+from driver.hosts.mate import MateSession
+from tray_contract import BarContract, LookContract, PanelContract, PlaceContract
+
+
+@pytest.fixture(scope="module")
+def host(desktop: Desktop) -> Iterator[MateSession]:
+    with MateSession(desktop) as host:
+        yield host
+
+
+class TestMateSession(LookContract, PlaceContract, PanelContract, BarContract):
+    pass

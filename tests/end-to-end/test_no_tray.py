@@ -1,0 +1,42 @@
+"""A desktop without a tray: starting the program again opens the panel of the first instance."""
+
+from collections.abc import Iterator
+
+import pytest
+
+from driver.desktop import Desktop
+from driver.hosts.host import NoBar
+from driver.program import Panel, Program
+
+
+@pytest.fixture(scope="module")
+def host(desktop: Desktop) -> Iterator[NoBar]:
+    with NoBar(desktop) as host:
+        yield host
+
+
+@pytest.fixture(autouse=True)
+def _started(program: Program) -> None:
+    program.prefer(KelvinbarMenuBarKeys="TC0P", KelvinbarSamplingRate="fast")
+    program.start()
+
+
+def test_a_second_start_opens_the_panel_and_escape_closes_it(desktop: Desktop, program: Program, panel: Panel) -> None:
+    program.start_again()
+    assert desktop.screen.area.contains(panel.wait_open())
+    desktop.keep_picture("panel")
+    panel.wait_focus()
+    desktop.screen.type_key("Escape")
+    panel.wait_closed("closing by Escape")
+
+
+def test_of_two_starts_at_once_both_hand_over(program: Program, panel: Panel) -> None:
+    program.start_again_at_once(2)
+    panel.wait_open()
+
+
+def test_killing_the_program_leaves_the_preferences(program: Program) -> None:
+    before = program.preferences()
+    program.kill()
+    assert program.preferences() == before
+    program.start()

@@ -1,0 +1,24 @@
+"""The program in Plasma's tray, at twice the scale."""
+
+from collections.abc import Iterator
+
+import pytest
+
+from driver.desktop import Desktop
+from driver.hosts.plasma import Plasma
+from tray_contract import LookContract, PlaceContract
+
+
+@pytest.fixture(scope="module")
+def desktop(make_desktop) -> Desktop:
+    return make_desktop(size=(2560, 1600))
+
+
+@pytest.fixture(scope="module")
+def host(desktop: Desktop) -> Iterator[Plasma]:
+    with Plasma(desktop, scale=2) as host:
+        yield host
+
+
+class TestPlasmaScaled(LookContract, PlaceContract):
+    pass
