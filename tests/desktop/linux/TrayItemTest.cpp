@@ -406,7 +406,7 @@ TEST(TrayItem, HasTheEntriesOfTheDesktopAboveTheLastSeparator) {
     tray.desktopEntries = {{.identity = "here", .text = "Here", .action = [](uint) {}, .isChecked = true}};
     tray.setTitle("new");
     auto expected = before;
-    expected.insert(expected.end() - 2, "Here");
+    expected.insert(expected.end() - 3, "Here");
     EXPECT_EQ(tray.entries(), expected);
 }
 
@@ -801,6 +801,7 @@ class TrayStatusBarTest : public testing::Test {
                               .userDefaults = defaults_,
                               .surroundings = {},
                               .makeXEmbedIcon = {},
+                              .desktopEntries = {},
                               .focusRightGiven = {},
                               .hasTrayChanged = {}},
                              handlers_,
@@ -858,6 +859,7 @@ class MortalItem {
                                                 .visibleFrameAround = [](const Rect&) { return Rect(); },
                                                 .takesClick = [] { return false; }},
                                .makeXEmbedIcon = {},
+                               .desktopEntries = {},
                                .focusRightGiven = {},
                                .hasTrayChanged = {}};
 
