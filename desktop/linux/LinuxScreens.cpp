@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 
 namespace kelvinbar {
 
@@ -42,11 +43,21 @@ std::optional<QPoint> knownPointer() {
 
 } // namespace
 
+std::optional<Rect> lowestFrame(const std::vector<Rect>& frames) {
+    const auto found = std::ranges::min_element(frames, {}, &Rect::height);
+    return found == frames.end() ? std::nullopt : std::optional(*found);
+}
+
 QRect LinuxScreens::visibleFrame(const QScreen& screen) const {
     const QRect available = screen.availableGeometry();
     if (x11_ == nullptr) return available;
     const QRect visible = logicalRect(visibleDeviceFrame(screen, *x11_), screen) & available;
     return visible.isEmpty() ? available : visible;
+}
+
+std::optional<Rect> LinuxScreens::mainVisibleFrame() const {
+    // The panel has to fit on whichever screen is chosen.
+    return corner_ ? lowestFrame(visibleFrames()) : QtScreens::mainVisibleFrame();
 }
 
 Rect LinuxScreens::usualPlace(const ScreenFrames& screen) const {

@@ -6,6 +6,7 @@
 
 #include <QPoint>
 #include <optional>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -16,6 +17,9 @@ enum class ClickReports {
     asHint, ///< perhaps in other coordinates than Qt's
     exact,  ///< in Qt's coordinates
 };
+
+/// The lowest of the frames. No value without any. Pure function; any thread.
+std::optional<Rect> lowestFrame(const std::vector<Rect>& frames);
 
 /// The screens of a Linux desktop. With several screens Qt does not know what bars cover, so on X11 the space
 /// that they reserve is read from the window manager. Main thread.
@@ -28,9 +32,10 @@ class LinuxScreens final : public QtScreens {
     /// that is unknown.
     [[nodiscard]] std::optional<QPoint> placeOfClick(QPoint reported) const;
 
-    /// The usual place of the panel from now on.
+    /// The usual place of the panel from now on, on a screen that the compositor chooses.
     void setPanelCorner(PanelCorner corner) { corner_ = corner; }
 
+    [[nodiscard]] std::optional<Rect> mainVisibleFrame() const override;
     [[nodiscard]] Rect usualPlace(const ScreenFrames& screen) const override;
 
   protected:

@@ -25,6 +25,12 @@ TEST(LinuxScreens, BelieveAnExactReport) {
     EXPECT_EQ(screens.placeOfClick({700, 400}), QPoint(700, 400));
 }
 
+TEST(LowestFrame, IsTheOneOfLeastHeight) {
+    EXPECT_EQ(lowestFrame({{0, 0, 500, 800}, {500, 0, 900, 600}, {1400, 0, 400, 700}}),
+              (Rect{500, 0, 900, 600}));
+    EXPECT_EQ(lowestFrame({}), std::nullopt);
+}
+
 TEST(LinuxScreens, HaveThePanelInTheCornerOfTheBarUnlessOneIsChosen) {
     LinuxScreens screens(nullptr, ClickReports::asHint);
     EXPECT_EQ(screens.usualPlace(screen), (Rect{1000, 770, 0, 0}));
