@@ -63,7 +63,7 @@ bool hasPreferences(const std::string& name) {
     return QFile::exists(QSettings("kelvinbar", QString::fromStdString(name)).fileName());
 }
 
-/// Whether the desktop's panel is Plasma's, which reports clicks in the compositor's coordinates on Wayland.
+/// Whether the desktop's panel is Plasma's, which tells where the item is, also on Wayland.
 bool isPlasma() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains("KDE"); }
 
 FocusInput::WindowSystem windowSystem(const X11Session* x11, const std::optional<LayerShell>& layerShell) {
@@ -72,7 +72,7 @@ FocusInput::WindowSystem windowSystem(const X11Session* x11, const std::optional
 }
 
 ClickReports clickReports(const std::optional<LayerShell>& layerShell) {
-    return layerShell && isPlasma() ? ClickReports::exact : ClickReports::asHint;
+    return layerShell && isPlasma() ? ClickReports::ofPlasma : ClickReports::hint;
 }
 
 /// A tray program has no taskbar entry, and continues after its last window is closed.

@@ -65,11 +65,11 @@ Rect LinuxScreens::usualPlace(const ScreenFrames& screen) const {
 }
 
 std::optional<QPoint> LinuxScreens::placeOfClick(QPoint reported) const {
-    if (reports_ == ClickReports::exact) return reported;
     QList<ScaledScreen> screens;
     const auto all = QGuiApplication::screens();
     for (const QScreen* const screen : all)
         screens.append({screen->geometry(), visibleFrame(*screen), screen->devicePixelRatio()});
+    if (reports_ == ClickReports::ofPlasma) return plasmaClickPlace(reported, screens);
     return clickPlace(reported, knownPointer(), screens);
 }
 

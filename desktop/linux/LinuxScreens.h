@@ -12,10 +12,10 @@ namespace kelvinbar {
 
 class X11Session;
 
-/// How the host reports clicks on the status item.
+/// What the reports of clicks on the status item are worth.
 enum class ClickReports {
-    asHint, ///< perhaps in other coordinates than Qt's
-    exact,  ///< in Qt's coordinates
+    hint,     ///< to be checked against bars and the pointer
+    ofPlasma, ///< on Wayland, where neither is known, but Plasma knows
 };
 
 /// The lowest of the frames. No value without any. Pure function; any thread.

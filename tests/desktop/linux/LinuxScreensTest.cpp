@@ -15,14 +15,15 @@ constexpr ScreenFrames screen{frame, {0, 0, 1000, 770}};
 
 } // namespace
 
-TEST(LinuxScreens, DoNotBelieveAHintThatNothingConfirms) {
-    const LinuxScreens screens(nullptr, ClickReports::asHint);
+TEST(LinuxScreens, CheckAHint) {
+    const LinuxScreens screens(nullptr, ClickReports::hint);
     EXPECT_NE(screens.placeOfClick({-7000, -7000}), QPoint(-7000, -7000));
 }
 
-TEST(LinuxScreens, BelieveAnExactReport) {
-    const LinuxScreens screens(nullptr, ClickReports::exact);
-    EXPECT_EQ(screens.placeOfClick({700, 400}), QPoint(700, 400));
+TEST(LinuxScreens, BelieveAReportOfPlasma) {
+    const LinuxScreens screens(nullptr, ClickReports::ofPlasma);
+    EXPECT_EQ(screens.placeOfClick({300, 400}), QPoint(300, 400));
+    EXPECT_EQ(screens.placeOfClick({-7000, -7000}), std::nullopt);
 }
 
 TEST(LowestFrame, IsTheOneOfLeastHeight) {
@@ -32,7 +33,7 @@ TEST(LowestFrame, IsTheOneOfLeastHeight) {
 }
 
 TEST(LinuxScreens, HaveThePanelInTheCornerOfTheBarUnlessOneIsChosen) {
-    LinuxScreens screens(nullptr, ClickReports::asHint);
+    LinuxScreens screens(nullptr, ClickReports::hint);
     EXPECT_EQ(screens.usualPlace(screen), (Rect{1000, 770, 0, 0}));
     screens.setPanelCorner(PanelCorner::topLeft);
     EXPECT_EQ(screens.usualPlace(screen), (Rect{0, 0, 0, 0}));
