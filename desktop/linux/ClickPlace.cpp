@@ -1,5 +1,6 @@
 #include "desktop/linux/ClickPlace.h"
 
+#include <QMargins>
 #include <algorithm>
 #include <array>
 
@@ -10,9 +11,17 @@ namespace {
 /// No status item is larger, in device-independent pixels.
 constexpr int greatestItem = 64;
 
+/// No bar is wider, in device-independent pixels.
+constexpr int widestBar = 64;
+
 bool isNear(QPoint place, QPoint pointer) {
     const QPoint difference = place - pointer;
     return std::max(std::abs(difference.x()), std::abs(difference.y())) <= greatestItem;
+}
+
+bool isNearEdge(QPoint place, const ScaledScreen& screen) {
+    const QMargins bars(widestBar, widestBar, widestBar, widestBar);
+    return screen.frame.contains(place) && !screen.frame.marginsRemoved(bars).contains(place);
 }
 
 bool isInBar(QPoint place, const QList<ScaledScreen>& screens) {
@@ -47,6 +56,18 @@ std::optional<QPoint> clickPlace(QPoint reported, std::optional<QPoint> pointer,
     }
     const auto inBar = believed([&](QPoint place) { return isInBar(place, screens); });
     return inBar ? inBar : pointer;
+}
+
+std::optional<QPoint> plasmaClickPlace(QPoint reported, const QList<ScaledScreen>& screens) {
+    std::optional<QPoint> first;
+    for (const bool isScaled : {true, false}) {
+        for (const ScaledScreen& screen : screens) {
+            const QPoint place = isScaled ? (QPointF(reported) / screen.ratio).toPoint() : reported;
+            if (isNearEdge(place, screen)) return place;
+            if (!first && screen.frame.contains(place)) first = place;
+        }
+    }
+    return first;
 }
 
 } // namespace kelvinbar

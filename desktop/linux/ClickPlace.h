@@ -25,4 +25,9 @@ QPoint logicalPlace(QPoint devicePlace, const QList<ScaledScreen>& screens);
 std::optional<QPoint> clickPlace(QPoint reported, std::optional<QPoint> pointer,
                                  const QList<ScaledScreen>& screens);
 
+/// The place of a click that Plasma reports on Wayland, in device-independent pixels. Version 6.3 multiplies
+/// it, also the screen's own place, by the screen's ratio; others may not. So a place where a bar can be is
+/// preferred. No value if the report is on no screen.
+std::optional<QPoint> plasmaClickPlace(QPoint reported, const QList<ScaledScreen>& screens);
+
 } // namespace kelvinbar

@@ -27,9 +27,9 @@ void FocusInput::prepare(QWindow& window) {
     system_.prepare(window);
 }
 
-void FocusInput::windowPlaced(QWindow& window, const QRect& area) {
+void FocusInput::placeWindow(QWindow& window, const QRect& frame, const QRect& area) {
     area_ = area;
-    system_.windowPlaced(window, area);
+    system_.placeWindow(window, frame, area);
 }
 
 void FocusInput::acquire(QWindow& window, std::function<void()> onDismissed) {
@@ -38,8 +38,9 @@ void FocusInput::acquire(QWindow& window, std::function<void()> onDismissed) {
     onDismissed_ = std::move(onDismissed);
     hadFocus_ = window.isActive();
     connect(&window, &QWindow::activeChanged, this, [this] { activeChanged(); });
-    presses_ = system_.watchPresses(
-        {.pressed = [this](QPoint place) { pressed(place); }, .released = [this] { released(); }});
+    presses_ = system_.watchPresses({.pressed = [this](QPoint place) { pressed(place); },
+                                     .released = [this] { released(); },
+                                     .leaves = [this] { userLeaves(); }});
     system_.activate(window, std::exchange(right_, {}));
 }
 

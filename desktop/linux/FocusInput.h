@@ -28,6 +28,8 @@ class FocusInput final : public QObject, public PopoverInput {
     struct PressHandlers {
         std::function<void(QPoint)> pressed; ///< with the pointer's place on the screen
         std::function<void()> released;
+        /// For a press that is certainly not on the status item.
+        std::function<void()> leaves;
     };
 
     /// The window system, replaceable in tests.
@@ -38,8 +40,8 @@ class FocusInput final : public QObject, public PopoverInput {
         std::function<void(QWindow&)> prepare;
         /// Asks for the focus.
         std::function<void(QWindow&, const FocusRight&)> activate;
-        /// Called after each move and resize, with the part of the window that takes the pointer.
-        std::function<void(QWindow&, const QRect&)> windowPlaced;
+        /// Moves and resizes the window. Only `area` of it, in its own coordinates, takes the pointer.
+        std::function<void(QWindow&, const QRect& frame, const QRect& area)> placeWindow;
         /// Reports presses, wherever they are, as long as the result lives. The handlers may
         /// end it.
         std::function<std::shared_ptr<void>(PressHandlers)> watchPresses;
@@ -52,14 +54,14 @@ class FocusInput final : public QObject, public PopoverInput {
     [[nodiscard]] bool placesWindow() const override { return system_.placesWindow(); }
 
     void prepare(QWindow& window) override;
-    void windowPlaced(QWindow& window, const QRect& area) override;
+    void placeWindow(QWindow& window, const QRect& frame, const QRect& area) override;
     void acquire(QWindow& window, std::function<void()> onDismissed) override;
     void release(QWindow& window) override;
 
     /// The right by which the next opening asks for the focus. Used once.
     void grantFocus(const FocusRight& right) { right_ = right; }
 
-    /// Dismisses the popover because the user leaves the session.
+    /// Dismisses the popover because the user turns to something else, such as another session.
     void userLeaves();
 
     /// Whether a click that the tray reports now is the press that has just dismissed the popover. True once.

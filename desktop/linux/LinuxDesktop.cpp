@@ -5,6 +5,8 @@
 #include "desktop/linux/DisplayFailure.h"
 #include "desktop/linux/FocusInput.h"
 #include "desktop/linux/InstanceLock.h"
+#include "desktop/linux/LayerShell.h"
+#include "desktop/linux/LayerWindowSystem.h"
 #include "desktop/linux/LinuxScreens.h"
 #include "desktop/linux/MotionPreference.h"
 #include "desktop/linux/NoTrayNotice.h"
@@ -25,6 +27,7 @@
 #include <QProcess>
 #include <QSettings>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace kelvinbar {
@@ -60,6 +63,18 @@ bool hasPreferences(const std::string& name) {
     return QFile::exists(QSettings("kelvinbar", QString::fromStdString(name)).fileName());
 }
 
+/// Whether the desktop's panel is Plasma's, which tells where the item is, also on Wayland.
+bool isPlasma() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains("KDE"); }
+
+FocusInput::WindowSystem windowSystem(const X11Session* x11, const std::optional<LayerShell>& layerShell) {
+    if (!layerShell) return popoverWindowSystem(x11);
+    return layerWindowSystem(*layerShell, isPlasma() ? LayerOutput::ofPlace : LayerOutput::inUse);
+}
+
+ClickReports clickReports(const std::optional<LayerShell>& layerShell) {
+    return layerShell && isPlasma() ? ClickReports::ofPlasma : ClickReports::hint;
+}
+
 /// A tray program has no taskbar entry, and continues after its last window is closed.
 class TrayApplication final : public Application {
   public:
@@ -71,6 +86,7 @@ class LinuxDesktop final : public Desktop {
     LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
         : log_(log)
         , bus_(QDBusConnection::sessionBus())
+        , layerShell_(layerShellOfApplication(log))
         , start_{.bus = bus_,
                  .name = busName(start.name),
                  .place = ownPlace(),
@@ -90,6 +106,7 @@ class LinuxDesktop final : public Desktop {
                      {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
         , motion_(bus_)
         , signals_([this] { quit(); }) {
+        if (opensInCorner()) screens_.setPanelCorner(loadPanelCorner(userDefaults_));
         declineSessionRestore(*qGuiApp);
         // A shutdown may take time, and a new start must not wait for it.
         QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &instance_, [this] { stepAside(); });
@@ -138,8 +155,20 @@ class LinuxDesktop final : public Desktop {
                                  [this](const Rect& place) { return screens_.around(place).visibleFrame; },
                              .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
             .makeXEmbedIcon = makeXEmbedTrayIcon,
+            .desktopEntries = [this] { return cornerEntries(); },
             .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
             .hasTrayChanged = [this](bool hasTray) { hasTray_ = hasTray; }};
+    }
+
+    /// Whether hosts do not tell where the item is, and the panel can be in a corner.
+    [[nodiscard]] bool opensInCorner() const { return layerShell_ && !isPlasma(); }
+
+    std::vector<StatusMenuEntry> cornerEntries() {
+        if (!opensInCorner()) return {};
+        return panelCornerEntries(loadPanelCorner(userDefaults_), [this](PanelCorner corner) {
+            storePanelCorner(userDefaults_, corner);
+            screens_.setPanelCorner(corner);
+        });
     }
 
     /// The name first: whoever holds the lock also has the name, on its session bus.
@@ -178,14 +207,15 @@ class LinuxDesktop final : public Desktop {
     DesktopHandlers handlers_;
     QDBusConnection bus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
-    LinuxScreens screens_{x11_.get()};
-    FocusInput popoverInput_{popoverWindowSystem(x11_.get())};
+    std::optional<LayerShell> layerShell_;
+    LinuxScreens screens_{x11_.get(), clickReports(layerShell_)};
+    FocusInput popoverInput_{windowSystem(x11_.get(), layerShell_)};
     SecondStart start_;
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
     bool hasTray_ = false; ///< that shows the item, as far as is known
-    bool isFirstStart_; // before the preferences make their file
+    bool isFirstStart_;    // before the preferences make their file
     PreferencesFile userDefaults_;
     BarColors barColors_;
     TrayStatusBar statusBar_;
@@ -199,7 +229,7 @@ class LinuxDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
-    const PlatformChoice platform;
+    const PlatformChoice platform([&log] { return offersLayerShell(log); });
     const DisplayFailure failure(argc, argv, log);
     return makeTrayApplication(argc, argv, log);
 }

@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 
 namespace kelvinbar {
 
@@ -42,6 +43,11 @@ std::optional<QPoint> knownPointer() {
 
 } // namespace
 
+std::optional<Rect> lowestFrame(const std::vector<Rect>& frames) {
+    const auto found = std::ranges::min_element(frames, {}, &Rect::height);
+    return found == frames.end() ? std::nullopt : std::optional(*found);
+}
+
 QRect LinuxScreens::visibleFrame(const QScreen& screen) const {
     const QRect available = screen.availableGeometry();
     if (x11_ == nullptr) return available;
@@ -49,11 +55,21 @@ QRect LinuxScreens::visibleFrame(const QScreen& screen) const {
     return visible.isEmpty() ? available : visible;
 }
 
+std::optional<Rect> LinuxScreens::mainVisibleFrame() const {
+    // The panel has to fit on whichever screen is chosen.
+    return corner_ ? lowestFrame(visibleFrames()) : QtScreens::mainVisibleFrame();
+}
+
+Rect LinuxScreens::usualPlace(const ScreenFrames& screen) const {
+    return corner_ ? cornerPlace(*corner_, screen.visibleFrame) : QtScreens::usualPlace(screen);
+}
+
 std::optional<QPoint> LinuxScreens::placeOfClick(QPoint reported) const {
     QList<ScaledScreen> screens;
     const auto all = QGuiApplication::screens();
     for (const QScreen* const screen : all)
         screens.append({screen->geometry(), visibleFrame(*screen), screen->devicePixelRatio()});
+    if (reports_ == ClickReports::ofPlasma) return plasmaClickPlace(reported, screens);
     return clickPlace(reported, knownPointer(), screens);
 }
 

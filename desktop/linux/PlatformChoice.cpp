@@ -13,15 +13,18 @@ bool xServerAnswers() { return !qEnvironmentVariableIsEmpty("DISPLAY") && connec
 
 } // namespace
 
-QByteArray platformFor(bool hasXServer, bool hasWaylandDisplay) {
-    if (hasXServer) return "xcb";
-    return hasWaylandDisplay ? "wayland" : "";
+QByteArray platformFor(const SessionDisplays& displays) {
+    if (displays.hasLayerShell) return "wayland";
+    if (displays.hasXServer) return "xcb";
+    return displays.hasWayland ? "wayland" : "";
 }
 
-PlatformChoice::PlatformChoice() : isOurs_(!qEnvironmentVariableIsSet(platformVariable)) {
+PlatformChoice::PlatformChoice(const std::function<bool()>& offersLayerShell)
+    : isOurs_(!qEnvironmentVariableIsSet(platformVariable)) {
     if (!isOurs_) return;
-    const QByteArray platform =
-        platformFor(xServerAnswers(), !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+    const QByteArray platform = platformFor({.hasXServer = xServerAnswers(),
+                                             .hasWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"),
+                                             .hasLayerShell = offersLayerShell()});
     if (!platform.isEmpty()) qputenv(platformVariable, platform);
 }
 

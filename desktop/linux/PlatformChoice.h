@@ -1,18 +1,21 @@
 #pragma once
 
 #include <QByteArray>
+#include <functional>
 
 namespace kelvinbar {
 
-/// Chooses the window system for the application object that is created during its lifetime. X11 comes first,
-/// also within a Wayland session, because a window cannot choose its place on Wayland; Wayland if there is no
-/// X server or it refuses us. A choice of the user, in QT_QPA_PLATFORM or with -platform, stands.
+/// Chooses the window system for the application object that is created during its lifetime: Wayland if it
+/// offers layer surfaces. Otherwise X11 comes first, also within a Wayland session, because an ordinary
+/// window cannot choose its place on Wayland; and Wayland if there is no X server or it refuses us. A choice
+/// of the user, in QT_QPA_PLATFORM or with -platform, stands.
 ///
 /// Qt takes the choice from the environment, which is restored afterwards: it must not reach programs that
 /// are started later. Main thread, before other threads exist.
 class PlatformChoice {
   public:
-    PlatformChoice();
+    /// `offersLayerShell` tells whether the compositor has layer surfaces that we can use.
+    explicit PlatformChoice(const std::function<bool()>& offersLayerShell);
     PlatformChoice(const PlatformChoice&) = delete;
     PlatformChoice& operator=(const PlatformChoice&) = delete;
     ~PlatformChoice();
@@ -21,7 +24,14 @@ class PlatformChoice {
     bool isOurs_;
 };
 
+/// The window systems of a session.
+struct SessionDisplays {
+    bool hasXServer = false; ///< which accepts us
+    bool hasWayland = false;
+    bool hasLayerShell = false; ///< which we can use
+};
+
 /// Qt's name of the platform for a session. Empty to leave the choice to Qt. Pure function.
-QByteArray platformFor(bool hasXServer, bool hasWaylandDisplay);
+QByteArray platformFor(const SessionDisplays& displays);
 
 } // namespace kelvinbar

@@ -188,7 +188,10 @@ void TrayItem::publishXEmbedIcon() {
 void TrayItem::publishMenu(const std::vector<PinnedReading>& pinned) {
     std::vector<StatusMenuEntry> entries;
     for (const StatusMenuItem& item : statusMenuItems(pinned)) {
-        if (item.identity == lastSeparatorIdentity && !showsLabels_) entries.push_back(alternationEntry());
+        if (item.identity == lastSeparatorIdentity) {
+            if (!showsLabels_) entries.push_back(alternationEntry());
+            appendDesktopEntries(entries);
+        }
         entries.push_back(entryOf(item));
     }
     menu_.setEntries(std::move(entries));
@@ -206,6 +209,18 @@ StatusMenuEntry TrayItem::alternationEntry() {
             .text = "Alternate Readings in Icon",
             .action = [this](uint) { setAlternates(!alternates_); },
             .isChecked = alternates_};
+}
+
+void TrayItem::appendDesktopEntries(std::vector<StatusMenuEntry>& entries) {
+    if (!context_.desktopEntries) return;
+    for (StatusMenuEntry& entry : context_.desktopEntries()) {
+        const auto chosen = [this, action = std::move(entry.action)](uint timestamp) {
+            action(timestamp);
+            publishSoon();
+        };
+        entry.action = chosen;
+        entries.push_back(std::move(entry));
+    }
 }
 
 void TrayItem::run(StatusMenuCommand command, uint timestamp) {

@@ -50,6 +50,8 @@ struct TrayContext {
     TraySurroundings surroundings; ///< none of them empty
     /// Makes the icon for XEmbed trays. Empty, or returns null, where these are not supported.
     std::function<std::unique_ptr<XEmbedTrayIcon>(XEmbedTrayHandlers)> makeXEmbedIcon;
+    /// Entries of the menu that the desktop adds. Asked again after one of them has been chosen.
+    std::function<std::vector<StatusMenuEntry>()> desktopEntries;
     /// Called right before a window is opened or closed at the user's request.
     std::function<void(const FocusRight&)> focusRightGiven;
     /// Called when it is known whether there is a tray that shows the item, and again when that has changed.
@@ -91,6 +93,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void run(StatusMenuCommand command, uint timestamp);
     [[nodiscard]] StatusMenuEntry entryOf(const StatusMenuItem& item);
     [[nodiscard]] StatusMenuEntry alternationEntry();
+    void appendDesktopEntries(std::vector<StatusMenuEntry>& entries);
     void setAlternates(bool alternates);
     void followTray();
     void watcherChanged();

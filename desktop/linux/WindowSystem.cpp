@@ -54,23 +54,17 @@ FocusInput::WindowSystem x11WindowSystem(const X11Session& x11) {
                 x11.hideFromTaskbar(idOf(window));
             },
         .activate = [&x11](QWindow& window, const FocusRight& right) { activateOnX11(x11, window, right); },
-        .windowPlaced =
-            [&x11](QWindow& window, const QRect& area) {
+        .placeWindow =
+            [&x11](QWindow& window, const QRect& frame, const QRect& area) {
+                window.setGeometry(frame);
                 x11.setInputArea(idOf(window), scaled(area, window.devicePixelRatio()));
             },
         .watchPresses = presses};
 }
 
-/// Qt takes the token of its next request from the environment, from where it must not reach programs that
-/// the panel starts.
-void activateWithToken(QWindow& window, const FocusRight& right) {
-    if (!right.activationToken.isEmpty()) qputenv(tokenVariable, right.activationToken.toUtf8());
-    window.requestActivate();
-    qunsetenv(tokenVariable);
-}
-
 /// Window managers that tile leave a window of a fixed size floating.
-void fixSize(QWindow& window) {
+void placeWithFixedSize(QWindow& window, const QRect& frame, const QRect& /*area*/) {
+    window.setGeometry(frame);
     window.setMinimumSize(window.size());
     window.setMaximumSize(window.size());
 }
@@ -80,11 +74,18 @@ FocusInput::WindowSystem otherWindowSystem() {
             .placesWindow = [] { return false; },
             .prepare = [](QWindow&) {},
             .activate = activateWithToken,
-            .windowPlaced = [](QWindow& window, const QRect& /*area*/) { fixSize(window); },
+            .placeWindow = placeWithFixedSize,
             .watchPresses = [](const FocusInput::PressHandlers&) { return std::shared_ptr<void>(); }};
 }
 
 } // namespace
+
+void activateWithToken(QWindow& window, const FocusRight& right) {
+    // Programs that the panel starts must not inherit it.
+    if (!right.activationToken.isEmpty()) qputenv(tokenVariable, right.activationToken.toUtf8());
+    window.requestActivate();
+    qunsetenv(tokenVariable);
+}
 
 uint focusTime(const FocusRight& right, uint now) {
     constexpr uint longest = 60'000; // milliseconds

@@ -28,9 +28,11 @@ class PopoverInput {
     /// Sets the window's flags. Call before it is shown.
     virtual void prepare(QWindow& window) = 0;
 
-    /// Call after the window has been moved or resized. Only `area` of it, in the window's coordinates,
-    /// belongs to the popover; a shadow may surround it.
-    virtual void windowPlaced(QWindow& /*window*/, const QRect& /*area*/) {}
+    /// Moves and resizes the window. Only `area` of it, in the window's coordinates, belongs to the popover;
+    /// a shadow may surround it.
+    virtual void placeWindow(QWindow& window, const QRect& frame, const QRect& /*area*/) {
+        window.setGeometry(frame);
+    }
 
     /// Gives the window keyboard and pointer input. Call once, when it is exposed after it was shown. Calls
     /// `onDismissed` when the user clicks outside or turns to another program.

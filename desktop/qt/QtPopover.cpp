@@ -97,7 +97,7 @@ void QtPopover::showWindow() {
 void QtPopover::findPlace() {
     const auto button = buttonFrame_();
     screen_ = screens_.around(button);
-    anchor_ = button.value_or(cornerOfBar(screen_));
+    anchor_ = button.value_or(screens_.usualPlace(screen_));
 }
 
 void QtPopover::updatePlace() {
@@ -111,8 +111,7 @@ void QtPopover::place(Size size) {
     const QRect frame = qtRect(placedPopover(anchor_, size, screen_));
     const QMargins room = shadowRoom(frame);
     content_->setFrame(look_ != PopoverLook::plain, room);
-    window_->setGeometry(frame + room);
-    input_.windowPlaced(*window_, {{room.left(), room.top()}, frame.size()});
+    input_.placeWindow(*window_, frame + room, {{room.left(), room.top()}, frame.size()});
 }
 
 /// The shadow stays inside the visible frame: window managers push a window that leaves it back.
@@ -138,6 +137,11 @@ void QtPopover::performClose() {
 }
 
 bool QtPopover::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == window_ && event->type() == QEvent::Close) {
+        // The window itself would be destroyed. A refusal would also keep the program from quitting.
+        performClose();
+        return true;
+    }
     const bool isOnScreen = watched == window_ && event->type() == QEvent::Expose && window_->isExposed();
     if (isOnScreen && isShown_ && !std::exchange(hasInput_, true)) acquireInput();
     return false;

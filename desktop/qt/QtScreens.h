@@ -29,6 +29,9 @@ class QtScreens : public Screens {
     /// no screen.
     [[nodiscard]] ScreenFrames around(const std::optional<Rect>& place) const;
 
+    /// The anchor for an item whose place is unknown.
+    [[nodiscard]] virtual Rect usualPlace(const ScreenFrames& screen) const { return cornerOfBar(screen); }
+
   protected:
     /// The part of the screen that no bar covers.
     [[nodiscard]] virtual QRect visibleFrame(const QScreen& screen) const;

@@ -21,6 +21,11 @@ const QList<ScaledScreen> twoScreens{
     {.frame = {0, 0, 1280, 800}, .visibleFrame = {0, 0, 1280, 770}, .ratio = 2},
     {.frame = {2560, 0, 1920, 1080}, .visibleFrame = {2560, 0, 1920, 1080}, .ratio = 1}};
 
+/// In a Wayland session, where bars are unknown: one of 2400 x 1500 device pixels, and a coarse one.
+const QList<ScaledScreen> fractionalScreens{
+    {.frame = {0, 0, 1600, 1000}, .visibleFrame = {0, 0, 1600, 1000}, .ratio = 1.5},
+    {.frame = {1600, 0, 1280, 800}, .visibleFrame = {1600, 0, 1280, 800}, .ratio = 1}};
+
 constexpr std::nullopt_t unknown = std::nullopt;
 
 } // namespace
@@ -71,6 +76,28 @@ TEST(LogicalPlace, LeavesAPlaceOutsideTheScreensAsItIs) {
     EXPECT_EQ(logicalPlace({9000, 10}, twoScreens), QPoint(9000, 10));
     EXPECT_EQ(logicalPlace({-1, 10}, twoScreens), QPoint(-1, 10));
     EXPECT_EQ(logicalPlace({3, 4}, {}), QPoint(3, 4));
+}
+
+TEST(PlasmaClickPlace, IsTheReportedOneWithoutTheScreensRatio) {
+    EXPECT_EQ(plasmaClickPlace({2136, 1458}, fractionalScreens), QPoint(1424, 972));
+    EXPECT_EQ(plasmaClickPlace({1350, 30}, fractionalScreens), QPoint(900, 20));
+}
+
+TEST(PlasmaClickPlace, IsTheReportedOneWhereABarCanBeOnlyThere) {
+    EXPECT_EQ(plasmaClickPlace({1200, 972}, fractionalScreens), QPoint(1200, 972));
+}
+
+TEST(PlasmaClickPlace, MayBeAmongTheHiddenIconsAwayFromTheBar) {
+    EXPECT_EQ(plasmaClickPlace({1800, 1200}, fractionalScreens), QPoint(1200, 800));
+}
+
+TEST(PlasmaClickPlace, MayBeOnAScreenOfAnotherRatio) {
+    EXPECT_EQ(plasmaClickPlace({2800, 790}, fractionalScreens), QPoint(2800, 790));
+}
+
+TEST(PlasmaClickPlace, IsUnknownOutsideTheScreens) {
+    EXPECT_EQ(plasmaClickPlace({-5, 100}, fractionalScreens), std::nullopt);
+    EXPECT_EQ(plasmaClickPlace({100, 100}, {}), std::nullopt);
 }
 
 } // namespace kelvinbar

@@ -30,7 +30,7 @@ class FocusInputTest : public testing::Test {
         window_.show();
         window_.requestActivate();
         ASSERT_TRUE(waitFor([this] { return window_.isActive(); }));
-        input_.windowPlaced(window_, {0, 0, 200, 300});
+        input_.placeWindow(window_, window_.geometry(), {0, 0, 200, 300});
         input_.acquire(window_, [this] {
             ++dismissals_;
             close();
@@ -69,7 +69,7 @@ class FocusInputTest : public testing::Test {
                        .placesWindow = [] { return true; },
                        .prepare = [](QWindow&) {},
                        .activate = [this](QWindow&, const FocusRight& right) { rights_.push_back(right); },
-                       .windowPlaced = [](QWindow&, const QRect&) {},
+                       .placeWindow = [](QWindow&, const QRect&, const QRect&) {},
                        .watchPresses =
                            [this](FocusInput::PressHandlers handlers) {
                                presses_ = std::make_unique<FocusInput::PressHandlers>(std::move(handlers));
@@ -137,7 +137,7 @@ TEST_F(FocusInputTest, IsNotDismissedByAPressInside) {
 
 TEST_F(FocusInputTest, IsDismissedByAPressOnItsShadow) {
     open();
-    input_.windowPlaced(window_, {20, 0, 160, 280});
+    input_.placeWindow(window_, window_.geometry(), {20, 0, 160, 280});
     click({120, 150});
     EXPECT_EQ(dismissals_, 0);
     press({119, 150});
@@ -157,6 +157,14 @@ TEST_F(FocusInputTest, IsDismissedWhenTheUserLeaves) {
     EXPECT_EQ(dismissals_, 0);
     open();
     input_.userLeaves();
+    EXPECT_EQ(dismissals_, 1);
+    EXPECT_FALSE(input_.takesDismissingPress());
+    EXPECT_FALSE(isWatching());
+}
+
+TEST_F(FocusInputTest, APressThatIsNotOnTheItemTakesNoClick) {
+    open();
+    presses_->leaves();
     EXPECT_EQ(dismissals_, 1);
     EXPECT_FALSE(input_.takesDismissingPress());
     EXPECT_FALSE(isWatching());

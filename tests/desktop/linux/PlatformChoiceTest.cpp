@@ -42,20 +42,24 @@ class PlatformChoiceTest : public testing::Test {
 } // namespace
 
 TEST(PlatformFor, PrefersX11) {
-    EXPECT_EQ(platformFor(true, false), "xcb");
-    EXPECT_EQ(platformFor(true, true), "xcb");
+    EXPECT_EQ(platformFor({.hasXServer = true}), "xcb");
+    EXPECT_EQ(platformFor({.hasXServer = true, .hasWayland = true}), "xcb");
 }
 
-TEST(PlatformFor, IsWaylandWithoutAnXServer) { EXPECT_EQ(platformFor(false, true), "wayland"); }
+TEST(PlatformFor, IsWaylandWithLayerSurfaces) {
+    EXPECT_EQ(platformFor({.hasXServer = true, .hasWayland = true, .hasLayerShell = true}), "wayland");
+}
 
-TEST(PlatformFor, IsLeftToQtWithoutEither) { EXPECT_EQ(platformFor(false, false), ""); }
+TEST(PlatformFor, IsWaylandWithoutAnXServer) { EXPECT_EQ(platformFor({.hasWayland = true}), "wayland"); }
+
+TEST(PlatformFor, IsLeftToQtWithoutEither) { EXPECT_EQ(platformFor({}), ""); }
 
 TEST_F(PlatformChoiceTest, ADisplayThatRefusesUsDoesNotKeepUsFromWayland) {
     qunsetenv(variable);
     qputenv("DISPLAY", ":999");
     qputenv("WAYLAND_DISPLAY", "wayland-9");
     {
-        const PlatformChoice choice;
+        const PlatformChoice choice([] { return false; });
         EXPECT_EQ(qgetenv(variable), "wayland");
     }
     EXPECT_FALSE(qEnvironmentVariableIsSet(variable));
@@ -65,7 +69,10 @@ TEST_F(PlatformChoiceTest, TheUsersChoiceStands) {
     qputenv(variable, "vnc");
     qputenv("WAYLAND_DISPLAY", "wayland-9");
     {
-        const PlatformChoice choice;
+        const PlatformChoice choice([] {
+            ADD_FAILURE() << "the compositor is asked in vain";
+            return true;
+        });
         EXPECT_EQ(qgetenv(variable), "vnc");
     }
     EXPECT_EQ(qgetenv(variable), "vnc");

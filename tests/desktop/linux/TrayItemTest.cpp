@@ -121,6 +121,7 @@ class Tray {
                        xembedState->handlers = std::move(handlers);
                        return std::make_unique<FakeXEmbedIcon>(*xembedState);
                    },
+                   .desktopEntries = [this] { return desktopEntries; },
                    .focusRightGiven =
                        [this](const FocusRight& right) {
                            rights.push_back(right);
@@ -222,6 +223,7 @@ class Tray {
     fakes::RecordingUserDefaults defaults;
     std::vector<PinnedReading> pinned;
     std::function<void()> whenAskedForPins;
+    std::vector<StatusMenuEntry> desktopEntries;
     std::vector<std::string> done; ///< what the item asked for, in order
     std::vector<FocusRight> rights;
     std::vector<bool> trays;
@@ -394,6 +396,30 @@ TEST(TrayItem, HasOurIconWhereNoPinnedReadingHasANumber) {
     const auto own = tray.icons();
     tray.pin({charging});
     EXPECT_EQ(tray.icons(), own);
+}
+
+// Entries of the desktop
+
+TEST(TrayItem, HasTheEntriesOfTheDesktopAboveTheLastSeparator) {
+    Tray tray(withoutLabels);
+    const auto before = tray.entries();
+    tray.desktopEntries = {{.identity = "here", .text = "Here", .action = [](uint) {}, .isChecked = true}};
+    tray.setTitle("new");
+    auto expected = before;
+    expected.insert(expected.end() - 3, "Here");
+    EXPECT_EQ(tray.entries(), expected);
+}
+
+TEST(TrayItem, AsksForTheEntriesOfTheDesktopAgainWhenOneIsChosen) {
+    Tray tray(withoutLabels);
+    tray.desktopEntries = {{.identity = "here",
+                            .text = "Here",
+                            .action = [&tray](uint) { tray.desktopEntries.front().isChecked = true; },
+                            .isChecked = false}};
+    tray.setTitle("new");
+    EXPECT_TRUE(tray.isOffered("Here", false));
+    tray.clickEntry("Here");
+    EXPECT_TRUE(waitFor([&] { return tray.isOffered("Here", true); }));
 }
 
 // Readings by turns
@@ -775,6 +801,7 @@ class TrayStatusBarTest : public testing::Test {
                               .userDefaults = defaults_,
                               .surroundings = {},
                               .makeXEmbedIcon = {},
+                              .desktopEntries = {},
                               .focusRightGiven = {},
                               .hasTrayChanged = {}},
                              handlers_,
@@ -832,6 +859,7 @@ class MortalItem {
                                                 .visibleFrameAround = [](const Rect&) { return Rect(); },
                                                 .takesClick = [] { return false; }},
                                .makeXEmbedIcon = {},
+                               .desktopEntries = {},
                                .focusRightGiven = {},
                                .hasTrayChanged = {}};
 

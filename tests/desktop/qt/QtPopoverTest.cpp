@@ -96,7 +96,10 @@ class FakeInput final : public PopoverInput {
         window.setFlags(Qt::FramelessWindowHint);
     }
 
-    void windowPlaced(QWindow& /*window*/, const QRect& placedArea) override { area = placedArea; }
+    void placeWindow(QWindow& window, const QRect& frame, const QRect& placedArea) override {
+        PopoverInput::placeWindow(window, frame, placedArea);
+        area = placedArea;
+    }
 
     void acquire(QWindow& window, std::function<void()> onDismissed) override {
         wasExposed = window.isExposed();
@@ -308,6 +311,19 @@ TEST_F(QtPopoverTest, ClosesWhenTheUserDismissesIt) {
     EXPECT_FALSE(popover_.isShown());
     EXPECT_FALSE(window().isVisible());
     EXPECT_EQ(closings_, 1);
+}
+
+TEST_F(QtPopoverTest, ClosesWhenTheWindowManagerClosesItsWindow) {
+    show();
+    QWindow& before = window();
+    EXPECT_TRUE(window().close()); // otherwise the program could not quit
+    EXPECT_FALSE(popover_.isShown());
+    EXPECT_NE(window().handle(), nullptr);
+    EXPECT_EQ(input_.releases, 1);
+    EXPECT_EQ(closings_, 1);
+    show();
+    EXPECT_EQ(&window(), &before);
+    EXPECT_TRUE(popover_.isShown());
 }
 
 TEST_F(QtPopoverTest, StaysOpenWhenTheUserDismissesItAndItIsNotTransient) {
