@@ -60,9 +60,11 @@ std::optional<QPoint> clickPlace(QPoint reported, std::optional<QPoint> pointer,
 
 std::optional<QPoint> plasmaClickPlace(QPoint reported, const QList<ScaledScreen>& screens) {
     std::optional<QPoint> first;
-    for (const bool isScaled : {true, false}) {
+    // Qt rounds the ratio of a Wayland screen up to a whole number. Scales are multiples of a quarter.
+    for (const qreal excess : {0.0, 0.25, 0.5, 0.75, 1.0}) {
         for (const ScaledScreen& screen : screens) {
-            const QPoint place = isScaled ? (QPointF(reported) / screen.ratio).toPoint() : reported;
+            const qreal ratio = std::max(1.0, screen.ratio - excess);
+            const QPoint place = (QPointF(reported) / ratio).toPoint();
             if (isNearEdge(place, screen)) return place;
             if (!first && screen.frame.contains(place)) first = place;
         }

@@ -28,6 +28,9 @@ std::optional<QPoint> clickPlace(QPoint reported, std::optional<QPoint> pointer,
 /// The place of a click that Plasma reports on Wayland, in device-independent pixels. Version 6.3 multiplies
 /// it, also the screen's own place, by the screen's ratio; others may not. So a place where a bar can be is
 /// preferred. No value if the report is on no screen.
+///
+/// Limit: at a fractional scale, a place in a bar at the top or the left may be too near to the corner, since
+/// Qt does not tell that scale before a window is shown.
 std::optional<QPoint> plasmaClickPlace(QPoint reported, const QList<ScaledScreen>& screens);
 
 } // namespace kelvinbar

@@ -87,8 +87,14 @@ TEST(PlasmaClickPlace, IsTheReportedOneWhereABarCanBeOnlyThere) {
     EXPECT_EQ(plasmaClickPlace({1200, 972}, fractionalScreens), QPoint(1200, 972));
 }
 
+TEST(PlasmaClickPlace, MayHaveAScaleThatTheScreensRatioRoundsUp) {
+    const QList<ScaledScreen> rounded{
+        {.frame = {0, 0, 1600, 1000}, .visibleFrame = {0, 0, 1600, 1000}, .ratio = 2}};
+    EXPECT_EQ(plasmaClickPlace({2136, 1458}, rounded), QPoint(1424, 972));
+}
+
 TEST(PlasmaClickPlace, MayBeAmongTheHiddenIconsAwayFromTheBar) {
-    EXPECT_EQ(plasmaClickPlace({1800, 1200}, fractionalScreens), QPoint(1200, 800));
+    EXPECT_EQ(plasmaClickPlace({1200, 750}, fractionalScreens), QPoint(800, 500));
 }
 
 TEST(PlasmaClickPlace, MayBeOnAScreenOfAnotherRatio) {
