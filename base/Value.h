@@ -53,6 +53,8 @@ class Dictionary {
         entries_.emplace_back(key, std::forward<T>(value));
     }
 
+    void reserve(std::size_t count) { entries_.reserve(count); }
+
     /// The value of `key`; null if there is none.
     [[nodiscard]] const Value* find(std::string_view key) const;
 

@@ -18,6 +18,7 @@
 #include "desktop/linux/WindowSystem.h"
 #include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/x11/X11Session.h"
+#include "desktop/qt/QtTimers.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QFile>
@@ -123,6 +124,8 @@ class LinuxDesktop final : public Desktop {
 
     QtScreens& screens() override { return screens_; }
 
+    RepeatingTimers& timers() override { return timers_; }
+
     UserDefaults& userDefaults() override { return userDefaults_; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
@@ -179,13 +182,14 @@ class LinuxDesktop final : public Desktop {
     QDBusConnection bus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
     LinuxScreens screens_{x11_.get()};
+    QtTimers timers_;
     FocusInput popoverInput_{popoverWindowSystem(x11_.get())};
     SecondStart start_;
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
     bool hasTray_ = false; ///< that shows the item, as far as is known
-    bool isFirstStart_; // before the preferences make their file
+    bool isFirstStart_;    // before the preferences make their file
     PreferencesFile userDefaults_;
     BarColors barColors_;
     TrayStatusBar statusBar_;
