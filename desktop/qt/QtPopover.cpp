@@ -97,7 +97,7 @@ void QtPopover::showWindow() {
 void QtPopover::findPlace() {
     const auto button = buttonFrame_();
     screen_ = screens_.around(button);
-    anchor_ = button.value_or(cornerOfBar(screen_));
+    anchor_ = button.value_or(screens_.anchorWithoutItem(screen_));
 }
 
 void QtPopover::updatePlace() {

@@ -29,6 +29,11 @@ class QtScreens : public Screens {
     /// no screen.
     [[nodiscard]] ScreenFrames around(const std::optional<Rect>& place) const;
 
+    /// Where a panel hangs whose item's place is unknown.
+    [[nodiscard]] virtual Rect anchorWithoutItem(const ScreenFrames& screen) const {
+        return cornerOfBar(screen);
+    }
+
   protected:
     /// The part of the screen that no bar covers.
     [[nodiscard]] virtual QRect visibleFrame(const QScreen& screen) const;
