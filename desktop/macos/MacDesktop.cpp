@@ -24,7 +24,7 @@ namespace kelvinbar {
 namespace {
 
 /// Makes the domain of the preferences equal to the bundle identifier, "org.kelvinbar." and the name.
-constexpr const char* organization = "kelvinbar.org";
+constexpr const char* preferencesOwner = "kelvinbar.org";
 
 class AccessoryApplication final : public Application {
   public:
@@ -48,7 +48,7 @@ class MacDesktop final : public Desktop {
   public:
     MacDesktop(const std::string& name, Log& log)
         : log_(log)
-        , userDefaults_(organization, QString::fromStdString(name), log)
+        , userDefaults_(preferencesOwner, QString::fromStdString(name), log)
         , reopen_([this] { openedAgain(); })
         , signals_([this] {
             if (handlers_.quit) handlers_.quit();
