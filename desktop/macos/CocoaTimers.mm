@@ -16,11 +16,12 @@ class CocoaTimer final : public RepeatingTimer {
     CocoaTimer(std::chrono::milliseconds interval, std::chrono::milliseconds tolerance,
                std::function<void()> block) {
         @autoreleasepool {
+            const auto shared = std::make_shared<const std::function<void()>>(std::move(block));
             timer_ = [NSTimer timerWithTimeInterval:secondsOf(interval)
                                             repeats:YES
                                               block:^(NSTimer*) {
-                                                const auto kept = block; // it may destroy the timer
-                                                kept();
+                                                const auto kept = shared; // it may destroy the timer
+                                                (*kept)();
                                               }];
             timer_.tolerance = secondsOf(tolerance);
             // The common modes include those of open menus and of scrolling.
