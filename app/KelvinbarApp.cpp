@@ -6,7 +6,6 @@
 #include "desktop/qt/QtMainQueue.h"
 #include "desktop/qt/QtPopover.h"
 #include "desktop/qt/QtScreens.h"
-#include "desktop/qt/QtTimers.h"
 #include "desktop/qt/TerminationSignals.h"
 #include "qt/Clipboard.h"
 #include "shell/AppDelegate.h"
@@ -62,7 +61,7 @@ struct Parts {
                                            .statusBar = desktop.statusBar(),
                                            .popover = popover,
                                            .contentFactory = panels,
-                                           .timers = timers,
+                                           .timers = desktop.timers(),
                                            .screens = desktop.screens(),
                                            .mainQueue = mainQueue,
                                            .notifications = notifications},
@@ -79,7 +78,6 @@ struct Parts {
     QtMainQueue mainQueue;
     WorkerQueue backgroundQueue{backgroundThreads};
     SystemWallClock wallClock;
-    QtTimers timers;
     LoginItemManager loginItem{desktop.loginItemService()};
     LazyPanelFactory panels{{.loginItem = loginItem,
                              .close = {},

@@ -58,6 +58,7 @@ class Desktop {
     virtual LoginItemService& loginItemService() = 0;
     virtual PopoverInput& popoverInput() = 0;
     virtual QtScreens& screens() = 0;
+    virtual RepeatingTimers& timers() = 0;
     virtual UserDefaults& userDefaults() = 0;
     /// Whether the user has enabled reduced motion.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;

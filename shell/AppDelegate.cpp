@@ -56,6 +56,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     observeStore();
     ports_.screens.setChangeHandler([this] { screensChanged(); });
     updateStatusItemTitle(store_->menuBarTitle(), store_->menuBarToolTip());
+    noteWhatIsInView(store_->menuBarKeys().value());
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -67,6 +68,7 @@ void AppDelegate::applicationWillTerminate() {
     ports_.popover.performClose();
     ports_.popover.setContent(nullptr);
     statusItem_ = nullptr;
+    setReadingsInView(false);
     store_->shutdown();
 }
 
@@ -131,6 +133,15 @@ void AppDelegate::refreshWhatIsShown() {
     }
 }
 
+void AppDelegate::noteWhatIsInView(const std::vector<std::string>& menuBarKeys) {
+    setReadingsInView(ports_.popover.isShown() || !menuBarKeys.empty());
+}
+
+void AppDelegate::setReadingsInView(bool areInView) {
+    if (std::exchange(areReadingsInView_, areInView) == areInView) return;
+    ports_.application.setReadingsInView(areInView);
+}
+
 // Notifications of the store
 
 void AppDelegate::observeStore() {
@@ -142,6 +153,7 @@ void AppDelegate::observeStore() {
         center.addObserver(kelvinbarMenuBarReadingChanged, {ifAlive(&AppDelegate::menuBarReadingChanged)}),
         center.addObserver(kelvinbarDisplayModeChanged, {resize}),
         center.addObserver(kelvinbarManualSizeChanged, {resize}),
+        store_->menuBarKeys().observe(ifAlive(&AppDelegate::noteWhatIsInView)),
     };
 }
 
@@ -223,6 +235,7 @@ void AppDelegate::togglePopover() {
     const Size target = calculatedPopoverSize();
     applyPopoverSize({target.width, std::min(target.height, openingPopoverHeight)});
     popover.show(*button, PopoverEdge::minY);
+    noteWhatIsInView(store_->menuBarKeys().value());
     animatePopoverOpen(target);
     if (PopoverContent* const content = popover.content()) content->makeWindowKey();
 }
@@ -230,6 +243,8 @@ void AppDelegate::togglePopover() {
 void AppDelegate::openPopover() {
     if (!ports_.popover.isShown()) togglePopover();
 }
+
+void AppDelegate::popoverDidClose() { noteWhatIsInView(store_->menuBarKeys().value()); }
 
 void AppDelegate::animatePopoverOpen(Size size) {
     PopoverContent* const content = ports_.popover.content();

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 /// The program as a user meets it, on any desktop: a status item with the pinned readings, a panel that drops
 /// down from it, and the timer that drives all sampling. The desktop is reached through the ports in
@@ -67,6 +68,8 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void tick();
     void tickAsPosted();
     void refreshWhatIsShown();
+    void noteWhatIsInView(const std::vector<std::string>& menuBarKeys);
+    void setReadingsInView(bool areInView);
     void updateStatusItemTitle(const std::string& title, const std::string& tooltip);
     static void applyStatusTitle(const std::string& title, StatusItemButton& button);
     [[nodiscard]] StatusItemButton* statusButton();
@@ -86,16 +89,17 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void animatePopoverOpen(Size size);
 
     /// Called by the popover. Keeps the content, and with it the state of its views, for the next opening.
-    void popoverDidClose() {}
+    void popoverDidClose();
 
     ShellPorts ports_;
     std::shared_ptr<KelvinbarStore> store_;
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<RepeatingTimer> refreshTimer_;
     bool isTickPosted_ = false;
+    bool areReadingsInView_ = false;
     std::string lastStatusTitle_;
     std::string lastStatusToolTip_;
-    std::array<Registration, 4> observers_;
+    std::array<Registration, 5> observers_;
 };
 
 } // namespace kelvinbar

@@ -11,6 +11,14 @@ struct Size {
 };
 
 /// In points. The origin is the top left corner of the main screen; y grows downwards.
+struct Point {
+    double x = 0;
+    double y = 0;
+
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
+/// In points. The origin is the top left corner of the main screen; y grows downwards.
 struct Rect {
     double x = 0;
     double y = 0;

@@ -14,11 +14,6 @@ double right(const Rect& rect) { return rect.x + rect.width; }
 
 double bottom(const Rect& rect) { return rect.y + rect.height; }
 
-struct Point {
-    double x;
-    double y;
-};
-
 Point center(const Rect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
 
 /// The edge of the screen with the bar that contains the anchor: the side on which the anchor is outside the

@@ -48,6 +48,10 @@ class Application {
     virtual ~Application() = default;
     /// Removes the program from the list of running applications (Dock, taskbar), and its menu.
     virtual void becomeAccessory() = 0;
+
+    /// Whether readings are in view, pinned or in the open panel, and so have to be read on time. A system
+    /// that slows down programs without windows must not do so then. Not in view at first.
+    virtual void setReadingsInView(bool /*areInView*/) {}
 };
 
 /// What the delegate works with. All references must outlive it.

@@ -2,12 +2,16 @@
 
 #include "base/Value.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace kelvinbar {
+
+/// Whether the property of a name is wanted.
+using PropertyFilter = std::function<bool(std::string_view name)>;
 
 /// Port: one entry of the registry. Belongs to the iterator that returned it.
 class IORegistryEntry {
@@ -17,9 +21,10 @@ class IORegistryEntry {
     [[nodiscard]] virtual std::string name() const = 0;
     /// The property `name`, or no value if it is missing or not a text.
     [[nodiscard]] virtual std::optional<std::string> textProperty(std::string_view name) const = 0;
-    /// The properties in the platform's own order, or no value if they cannot be read. Contains at least the
-    /// numbers, bytes and texts; properties whose name is not a text are left out.
-    [[nodiscard]] virtual std::optional<Dictionary> properties() const = 0;
+    /// The properties whose name `isWanted` accepts, in the platform's own order, or no value if they cannot
+    /// be read. Contains at least the numbers, bytes and texts; properties whose name is not a text are left
+    /// out. Values of other properties are not converted, which would take most of the time of a walk.
+    [[nodiscard]] virtual std::optional<Dictionary> properties(const PropertyFilter& isWanted) const = 0;
 };
 
 /// Port: a walk over registry entries.

@@ -131,11 +131,10 @@ class FanWalk {
 
     void visit(const IORegistryEntry& entry) {
         const EntryIdentity identity = identityOf(entry);
-        const auto properties = entry.properties();
-        if (!properties) return;
-        for (const auto& [name, value] : *properties) {
-            if (namesAFan(name, identity.isSensorDriver)) take(identity, name, value);
-        }
+        const auto fans =
+            entry.properties([&](std::string_view name) { return namesAFan(name, identity.isSensorDriver); });
+        if (!fans) return;
+        for (const auto& [name, value] : *fans) take(identity, name, value);
     }
 
     std::vector<RawReading> finish() && { return std::move(fans_); }

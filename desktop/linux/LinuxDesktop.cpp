@@ -20,6 +20,7 @@
 #include "desktop/linux/WindowSystem.h"
 #include "desktop/linux/XEmbedTray.h"
 #include "desktop/linux/x11/X11Session.h"
+#include "desktop/qt/QtTimers.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QFile>
@@ -140,6 +141,8 @@ class LinuxDesktop final : public Desktop {
 
     QtScreens& screens() override { return screens_; }
 
+    RepeatingTimers& timers() override { return timers_; }
+
     UserDefaults& userDefaults() override { return userDefaults_; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
@@ -210,6 +213,7 @@ class LinuxDesktop final : public Desktop {
     std::optional<LayerShell> layerShell_;
     LinuxScreens screens_{x11_.get(), clickReports(layerShell_)};
     FocusInput popoverInput_{windowSystem(x11_.get(), layerShell_)};
+    QtTimers timers_;
     SecondStart start_;
     InstanceLock lock_;
     RunningInstance instance_;

@@ -1,5 +1,6 @@
 #include "desktop/linux/TrayItem.h"
 
+#include "desktop/StatusMenuCommands.h"
 #include "desktop/linux/LabelSupport.h"
 #include "qt/QtGeometry.h"
 #include "qt/QtText.h"
@@ -224,24 +225,10 @@ void TrayItem::appendDesktopEntries(std::vector<StatusMenuEntry>& entries) {
 }
 
 void TrayItem::run(StatusMenuCommand command, uint timestamp) {
-    const auto opening = [&](const std::function<void()>& open) {
-        giveFocusRight(timestamp);
-        call(open);
-    };
-    switch (command) {
-    case StatusMenuCommand::none:
-        return;
-    case StatusMenuCommand::openPanel:
-        return opening(handlers_.openPanel);
-    case StatusMenuCommand::refresh:
-        return call(handlers_.refresh);
-    case StatusMenuCommand::copy:
-        return call(handlers_.copy);
-    case StatusMenuCommand::openAbout:
-        return opening(handlers_.openAbout);
-    case StatusMenuCommand::quit:
-        return call(handlers_.quit);
-    }
+    const bool opensPanel =
+        command == StatusMenuCommand::openPanel || command == StatusMenuCommand::openAbout;
+    if (opensPanel) giveFocusRight(timestamp);
+    call(handlerOf(command, handlers_));
 }
 
 void TrayItem::activate(std::optional<QRect> place) {

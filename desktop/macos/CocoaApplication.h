@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/Geometry.h"
+
 #include <functional>
 #include <memory>
 
@@ -17,9 +19,16 @@ void hideApplication();
 /// Whether the user has enabled reduced motion in the system's settings. Main thread.
 bool systemPrefersReducedMotion();
 
-/// Calls `onPress` on the main thread for every mouse press in another program as long as the result lives.
-/// Null if the system refuses. Main thread.
-std::shared_ptr<void> watchPressesInOtherPrograms(std::function<void()> onPress);
+/// The buttons whose presses are watched.
+enum class MouseButtons { all, secondary };
+
+/// Calls `onPress` on the main thread for every press of the buttons in another program, with its place on
+/// the screen, as long as the result lives. Null if the system refuses. Main thread.
+std::shared_ptr<void> watchPressesInOtherPrograms(MouseButtons buttons, std::function<void(Point)> onPress);
+
+/// Keeps the system from slowing down this program, its timers for one, as long as the result lives. The
+/// machine may still sleep. Main thread.
+std::shared_ptr<void> runOnTime();
 
 /// If an older instance of the same application runs for this user, notifies its ReopenObserver and returns
 /// true. Main thread.

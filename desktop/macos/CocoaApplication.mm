@@ -1,5 +1,7 @@
 #include "desktop/macos/CocoaApplication.h"
 
+#include "desktop/macos/CocoaPlace.h"
+
 #import <AppKit/AppKit.h>
 #import <CoreServices/CoreServices.h>
 #include <utility>
@@ -62,8 +64,20 @@ NSString* handOverName() {
     return [NSRunningApplication.currentApplication.bundleIdentifier stringByAppendingString:@".open"];
 }
 
-constexpr NSEventMask anyPress =
-    NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown;
+NSEventMask pressMask(MouseButtons buttons) {
+    if (buttons == MouseButtons::secondary) return NSEventMaskRightMouseDown;
+    return NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown;
+}
+
+/// Keeps the object, and passes it to `end` at last.
+std::shared_ptr<void> keptUntil(void (*end)(id), id object) {
+    if (object == nil) return nullptr;
+    return {const_cast<void*>(CFBridgingRetain(object)), [end](void* kept) {
+                @autoreleasepool {
+                    end(CFBridgingRelease(kept));
+                }
+            }};
+}
 
 } // namespace
 
@@ -94,21 +108,25 @@ bool systemPrefersReducedMotion() {
     }
 }
 
-std::shared_ptr<void> watchPressesInOtherPrograms(std::function<void()> onPress) {
+std::shared_ptr<void> watchPressesInOtherPrograms(MouseButtons buttons, std::function<void(Point)> onPress) {
     @autoreleasepool {
-        id const monitor = [NSEvent addGlobalMonitorForEventsMatchingMask:anyPress
-                                                                  handler:^(NSEvent*) {
-                                                                    // It may remove the monitor and this
-                                                                    // block.
-                                                                    const auto handler = onPress;
-                                                                    handler();
-                                                                  }];
-        if (monitor == nil) return nullptr;
-        return {const_cast<void*>(CFBridgingRetain(monitor)), [](void* kept) {
-                    @autoreleasepool {
-                        [NSEvent removeMonitor:CFBridgingRelease(kept)];
-                    }
-                }};
+        id const monitor =
+            [NSEvent addGlobalMonitorForEventsMatchingMask:pressMask(buttons)
+                                                   handler:^(NSEvent*) {
+                                                     // The handler may remove the monitor and this block.
+                                                     const auto handler = onPress;
+                                                     handler(placeOnScreen(NSEvent.mouseLocation));
+                                                   }];
+        return keptUntil([](id ended) { [NSEvent removeMonitor:ended]; }, monitor);
+    }
+}
+
+std::shared_ptr<void> runOnTime() {
+    @autoreleasepool {
+        id const activity =
+            [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                         reason:@"Sensor readings are in view"];
+        return keptUntil([](id ended) { [NSProcessInfo.processInfo endActivity:ended]; }, activity);
     }
 }
 

@@ -1,15 +1,22 @@
+#include "base/Log.h"
 #include "desktop/Desktop.h"
 #include "desktop/macos/ActiveInput.h"
 #include "desktop/macos/CocoaApplication.h"
 #include "desktop/macos/CocoaStatusBar.h"
+#include "desktop/macos/CocoaTimers.h"
+#include "desktop/macos/CocoaWindow.h"
+#include "desktop/macos/ItemMenu.h"
+#include "desktop/macos/LoginRefusal.h"
+#include "desktop/macos/MacScreens.h"
 #include "desktop/macos/MainAppLoginItem.h"
 #include "desktop/macos/SystemSymbolMask.h"
 #include "desktop/macos/SystemUserDefaults.h"
-#include "desktop/qt/QtScreens.h"
 #include "desktop/qt/TerminationSignals.h"
 
 #include <QGuiApplication>
 #include <cstdlib>
+#include <memory>
+#include <string>
 #include <utility>
 
 namespace kelvinbar {
@@ -17,7 +24,7 @@ namespace kelvinbar {
 namespace {
 
 /// Makes the domain of the preferences equal to the bundle identifier, "org.kelvinbar." and the name.
-constexpr const char* organization = "kelvinbar.org";
+constexpr const char* preferencesOwner = "kelvinbar.org";
 
 class AccessoryApplication final : public Application {
   public:
@@ -25,15 +32,24 @@ class AccessoryApplication final : public Application {
         QGuiApplication::setQuitOnLastWindowClosed(false);
         becomeAccessoryApplication();
     }
+
+    void setReadingsInView(bool areInView) override { activity_ = areInView ? runOnTime() : nullptr; }
+
+  private:
+    std::shared_ptr<void> activity_;
 };
+
+/// The system's view behind a window, which is created for it if need be.
+void* viewOf(QWindow& window) { return reinterpret_cast<void*>(window.winId()); }
+
+std::string programFile() { return QCoreApplication::applicationFilePath().toStdString(); }
 
 class MacDesktop final : public Desktop {
   public:
     MacDesktop(const std::string& name, Log& log)
-        : userDefaults_(organization, QString::fromStdString(name), log)
-        , reopen_([this] {
-            if (handlers_.openPanel) handlers_.openPanel();
-        })
+        : log_(log)
+        , userDefaults_(preferencesOwner, QString::fromStdString(name), log)
+        , reopen_([this] { openedAgain(); })
         , signals_([this] {
             if (handlers_.quit) handlers_.quit();
         }) {}
@@ -54,6 +70,8 @@ class MacDesktop final : public Desktop {
 
     QtScreens& screens() override { return screens_; }
 
+    RepeatingTimers& timers() override { return timers_; }
+
     UserDefaults& userDefaults() override { return userDefaults_; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return systemPrefersReducedMotion(); }
@@ -61,14 +79,47 @@ class MacDesktop final : public Desktop {
     [[nodiscard]] SystemSymbols systemSymbols() const override { return systemSymbolMask; }
 
   private:
+    /// Somebody who opens the program again may not see its item.
+    void openedAgain() {
+        if (!handlers_.openPanel) return;
+        handlers_.openPanel();
+        const char* const reason = whyUnseen(statusBar_.itemSight());
+        if (reason != nullptr) log_.write(LogCategory::tray, LogLevel::warning, reason);
+    }
+
+    ItemMenu::Requests menuRequests() {
+        return {.isOnItem = [this](Point place) { return statusBar_.isOnItem(place); },
+                .watchSecondaryPresses =
+                    [](auto onPress) {
+                        return watchPressesInOtherPrograms(MouseButtons::secondary, std::move(onPress));
+                    },
+                .popUp = [this](const auto& items,
+                                auto onChosen) { statusBar_.popUpMenu(items, std::move(onChosen)); }};
+    }
+
+    ActiveInput::Requests inputRequests() {
+        return {.activate = activateApplication,
+                .hide = hideApplication,
+                .watchPresses =
+                    [](auto onPress) {
+                        return watchPressesInOtherPrograms(MouseButtons::all, std::move(onPress));
+                    },
+                .isOnItem = [this](Point place) { return statusBar_.isOnItem(place); },
+                .setItemHighlighted = [this](bool isOpen) { statusBar_.setItemHighlighted(isOpen); },
+                .followActiveSpace = [](QWindow& window) { followActiveSpace(viewOf(window)); },
+                .updateShadow = [](QWindow& window) { updateShadow(viewOf(window)); }};
+    }
+
+    Log& log_;
     DesktopHandlers handlers_;
     AccessoryApplication application_;
-    CocoaStatusBar statusBar_;
-    MainAppLoginItem loginItem_;
-    ActiveInput popoverInput_{{.activate = activateApplication,
-                               .hide = hideApplication,
-                               .watchPresses = watchPressesInOtherPrograms}};
-    QtScreens screens_;
+    CocoaStatusBar statusBar_{[this] { menu_.open(); }};
+    ItemMenu menu_{menuRequests(), handlers_};
+    MainAppLoginItem loginItem_{
+        [this] { log_.write(LogCategory::login, LogLevel::error, whyLoginIsRefused(programFile())); }};
+    ActiveInput popoverInput_{inputRequests()};
+    MacScreens screens_;
+    CocoaTimers timers_;
     SystemUserDefaults userDefaults_;
     ReopenObserver reopen_;
     TerminationSignals signals_;

@@ -2,6 +2,7 @@
 
 #import <AppKit/AppKit.h>
 #import <ServiceManagement/ServiceManagement.h>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -12,6 +13,8 @@ NSString* const loginItemsSettings =
     @"x-apple.systempreferences:com.apple.preferences.users?startupItemsPref";
 
 } // namespace
+
+MainAppLoginItem::MainAppLoginItem(std::function<void()> onRefusal) : onRefusal_(std::move(onRefusal)) {}
 
 bool MainAppLoginItem::canRegister() const {
     if (@available(macOS 13.0, *)) return true;
@@ -31,7 +34,8 @@ bool MainAppLoginItem::isRegistered() const {
 bool MainAppLoginItem::registerItem() {
     if (@available(macOS 13.0, *)) {
         @autoreleasepool {
-            return [SMAppService.mainAppService registerAndReturnError:nil];
+            if ([SMAppService.mainAppService registerAndReturnError:nil]) return true;
+            onRefusal_();
         }
     }
     return false;
@@ -40,7 +44,8 @@ bool MainAppLoginItem::registerItem() {
 bool MainAppLoginItem::unregisterItem() {
     if (@available(macOS 13.0, *)) {
         @autoreleasepool {
-            return [SMAppService.mainAppService unregisterAndReturnError:nil];
+            if ([SMAppService.mainAppService unregisterAndReturnError:nil]) return true;
+            onRefusal_();
         }
     }
     return false;

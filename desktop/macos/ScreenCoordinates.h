@@ -11,4 +11,9 @@ inline Rect fromSystemCoordinates(const Rect& place, double mainScreenHeight) {
     return {place.x, mainScreenHeight - (place.y + place.height), place.width, place.height};
 }
 
+/// The same for a point.
+inline Point fromSystemCoordinates(Point place, double mainScreenHeight) {
+    return {place.x, mainScreenHeight - place.y};
+}
+
 } // namespace kelvinbar

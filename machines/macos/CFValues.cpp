@@ -52,17 +52,16 @@ std::optional<Value> valueIn(CFTypeRef object) {
     return std::nullopt;
 }
 
-Dictionary dictionaryIn(CFDictionaryRef dictionary) {
+Dictionary dictionaryIn(CFDictionaryRef dictionary, const std::function<bool(std::string_view)>& isWanted) {
     const auto count = static_cast<std::size_t>(CFDictionaryGetCount(dictionary));
     std::vector<const void*> names(count);
     std::vector<const void*> values(count);
     CFDictionaryGetKeysAndValues(dictionary, names.data(), values.data());
     Dictionary result;
-    result.reserve(count);
     for (std::size_t index = 0; index < count; ++index) {
         const auto name = textIn(names[index]);
-        auto value = valueIn(values[index]);
-        if (name && value) result.append(*name, *std::move(value));
+        if (!name || !isWanted(*name)) continue;
+        if (auto value = valueIn(values[index])) result.append(*name, *std::move(value));
     }
     return result;
 }

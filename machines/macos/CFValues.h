@@ -3,6 +3,7 @@
 #include "base/Value.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,8 +21,9 @@ std::optional<std::string> textIn(CFTypeRef object);
 /// fit into 64 signed bits become doubles.
 std::optional<Value> valueIn(CFTypeRef object);
 
-/// The entries with a string as key and a value that `valueIn` converts, in the dictionary's own order.
-Dictionary dictionaryIn(CFDictionaryRef dictionary);
+/// The entries with a string as key that `isWanted` accepts and a value that `valueIn` converts, in the
+/// dictionary's own order. Other values are not touched.
+Dictionary dictionaryIn(CFDictionaryRef dictionary, const std::function<bool(std::string_view)>& isWanted);
 
 /// The caller releases the result. Null for text that is not UTF-8.
 CFStringRef createString(std::string_view text);

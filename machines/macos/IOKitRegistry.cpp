@@ -40,14 +40,14 @@ class Entry final : public IORegistryEntry {
         return textIn(property.get());
     }
 
-    [[nodiscard]] std::optional<Dictionary> properties() const override {
+    [[nodiscard]] std::optional<Dictionary> properties(const PropertyFilter& isWanted) const override {
         const AutoreleaseScope scope;
         CFMutableDictionaryRef created = nullptr;
         const kern_return_t code =
             IORegistryEntryCreateCFProperties(entry_.get(), &created, kCFAllocatorDefault, noOptions);
         const CFOwned dictionary(created);
         if (code != KERN_SUCCESS || !dictionary) return std::nullopt;
-        return dictionaryIn(dictionary.get());
+        return dictionaryIn(dictionary.get(), isWanted);
     }
 
   private:

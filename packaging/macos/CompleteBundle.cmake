@@ -3,8 +3,8 @@
 #   bundle        the folder NAME.app
 #   views         the folder with the QML files, whose imports determine the modules
 #   qt_modules    the folder with Qt's QML modules
-#   identity      the code-signing identity; "-" signs ad hoc
-#   qmlimportscanner, macdeployqt, codesign
+#   qmlimportscanner, macdeployqt
+#   and what SignBundle.cmake needs
 cmake_minimum_required(VERSION 3.25)
 
 set(library_folder "${bundle}/Contents/PlugIns/quick")
@@ -45,5 +45,4 @@ endif()
 
 # Most versions of macdeployqt modify libraries without signing them again, and Apple Silicon does not run unsigned
 # code. Signing everything again also sets the program's identifier.
-execute_process(COMMAND "${codesign}" --force --deep --sign "${identity}" "${bundle}" COMMAND_ERROR_IS_FATAL ANY)
-execute_process(COMMAND "${codesign}" --verify --deep --strict "${bundle}" COMMAND_ERROR_IS_FATAL ANY)
+include("${CMAKE_CURRENT_LIST_DIR}/SignBundle.cmake")

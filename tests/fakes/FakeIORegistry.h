@@ -28,7 +28,14 @@ struct FakeEntry final : public IORegistryEntry {
         return text == nullptr ? std::nullopt : std::optional(*text);
     }
 
-    [[nodiscard]] std::optional<Dictionary> properties() const override { return entryProperties; }
+    [[nodiscard]] std::optional<Dictionary> properties(const PropertyFilter& isWanted) const override {
+        if (!entryProperties) return std::nullopt;
+        Dictionary wanted;
+        for (const auto& [name, value] : *entryProperties) {
+            if (isWanted(name)) wanted.append(name, value);
+        }
+        return wanted;
+    }
 };
 
 /// A registry over a list of entries. Counts how it is used.

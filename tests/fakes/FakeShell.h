@@ -47,7 +47,11 @@ class FakeApplication final : public Application {
   public:
     explicit FakeApplication(ShellJournal& journal) : journal_(journal) {}
 
+    std::vector<bool> viewChanges; ///< what the program has reported of readings in view
+
     void becomeAccessory() override { journal_.add("application: accessory"); }
+
+    void setReadingsInView(bool areInView) override { viewChanges.push_back(areInView); }
 
   private:
     ShellJournal& journal_;

@@ -849,6 +849,47 @@ TEST_F(AppDelegateTest, AStoredWidthIsNotFollowed) {
     EXPECT_EQ(taken(), Entries{"popover: content size 462 x 690"});
 }
 
+// Readings in view
+
+TEST_F(AppDelegateTest, NothingIsInViewWithThePanelClosedAndNoPins) {
+    launch();
+    tick();
+    EXPECT_EQ(shell.application.viewChanges, std::vector<bool>{});
+}
+
+TEST_F(AppDelegateTest, PinnedReadingsAreInView) {
+    pin({"TC0P"});
+    launch();
+    EXPECT_EQ(shell.application.viewChanges, std::vector{true});
+    delegate->togglePopover();
+    delegate->togglePopover();
+    EXPECT_EQ(shell.application.viewChanges, std::vector{true});
+}
+
+TEST_F(AppDelegateTest, ReadingsAreInViewWhileThePanelIsOpen) {
+    launch();
+    delegate->togglePopover();
+    EXPECT_EQ(shell.application.viewChanges, std::vector{true});
+    shell.popover.closeByClickOutside();
+    EXPECT_EQ(shell.application.viewChanges, (std::vector{true, false}));
+}
+
+TEST_F(AppDelegateTest, ReadingsAreInViewFromTheFirstPinToTheLast) {
+    launch();
+    const std::vector<SMCReading> readings = delegate->store().readings().value();
+    ASSERT_GE(readings.size(), 2U);
+    for (const std::size_t index : {0U, 1U, 0U, 1U}) delegate->store().toggleMenuBarReading(readings[index]);
+    EXPECT_EQ(shell.application.viewChanges, (std::vector{true, false}));
+}
+
+TEST_F(AppDelegateTest, NothingIsInViewAfterTermination) {
+    pin({"TC0P"});
+    launch();
+    delegate->togglePopover();
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(shell.application.viewChanges, (std::vector{true, false}));
+}
+
 // Termination
 
 TEST_F(AppDelegateTest, TerminationTakesItsStepsInOrder) {

@@ -96,7 +96,8 @@ class PreferencesFileTest : public testing::Test {
     std::unique_ptr<QProcess> startTurnHolder() {
         QDir().mkpath(config_.filePath("kelvinbar"));
         auto holder = startProcess({"--hold-lock", path() + ".turn"});
-        EXPECT_TRUE(waitFor([&] { return QFileInfo::exists(path() + ".turn"); }));
+        // The file is made before its owner's name is written into it.
+        EXPECT_TRUE(waitFor([&] { return QFileInfo(path() + ".turn").size() > 0; }));
         return holder;
     }
 
@@ -527,10 +528,10 @@ TEST_F(PreferencesFileTest, NeverWaitsForAnotherProcessInACall) {
     EXPECT_FALSE(defaults.flush(10s));
     EXPECT_EQ(bytes(), "[General]\na=1\n");
     holder->kill();
+    EXPECT_TRUE(hasEnded(*holder));
     EXPECT_TRUE(defaults.flush(10s));
     EXPECT_EQ(bytes(), "[General]\na=2\n");
     EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("are being written by another process")));
-    EXPECT_TRUE(hasEnded(*holder));
 }
 
 TEST_F(PreferencesFileTest, TakesTheTurnOfAProcessThatIsGone) {

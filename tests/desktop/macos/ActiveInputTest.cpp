@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -12,12 +13,30 @@ namespace kelvinbar {
 
 namespace {
 
+constexpr Point onItem{1240, 12};
+constexpr Point elsewhere{300, 300};
+
 class ActiveInputTest : public testing::Test {
   protected:
     void prepareAndAcquire() {
         input.prepare(window);
         window.show();
-        input.acquire(window, [this] { ++dismissals; });
+        input.acquire(window, [this] {
+            ++dismissals;
+            if (isOpen) toggle();
+        });
+    }
+
+    /// What a click on the status item does.
+    void toggle() {
+        isOpen ? input.release(window) : prepareAndAcquire();
+        isOpen = !isOpen;
+    }
+
+    /// Reports a press to whoever listens, as the system does.
+    void reportPress(Point place) const {
+        const auto handler = press;
+        if (handler) handler(place);
     }
 
     /// Reports a state of the program, as the system does.
@@ -26,14 +45,27 @@ class ActiveInputTest : public testing::Test {
     int activations = 0;
     int hidings = 0;
     int dismissals = 0;
-    std::function<void()> press; ///< in another program; empty if nobody listens
+    bool isOpen = false; ///< by `toggle`, and until the window is dismissed
+    std::vector<bool> highlights;
+    QWindow* inActiveSpace = nullptr;
+    bool wasVisibleBefore = false; ///< it had to follow the active space
+    int shadows = 0;
+    std::function<void(Point)> press; ///< in another program; empty if nobody listens
     ActiveInput input{{.activate = [this] { ++activations; },
                        .hide = [this] { ++hidings; },
                        .watchPresses =
-                           [this](std::function<void()> onPress) {
+                           [this](std::function<void(Point)> onPress) {
                                press = std::move(onPress);
                                return std::shared_ptr<void>(&press, [this](void*) { press = nullptr; });
-                           }}};
+                           },
+                       .isOnItem = [](Point place) { return place == onItem; },
+                       .setItemHighlighted = [this](bool isIt) { highlights.push_back(isIt); },
+                       .followActiveSpace =
+                           [this](QWindow& followed) {
+                               inActiveSpace = &followed;
+                               wasVisibleBefore = followed.isVisible();
+                           },
+                       .updateShadow = [this](QWindow&) { ++shadows; }}};
     QWindow window;
 };
 
@@ -65,8 +97,72 @@ TEST_F(ActiveInputTest, APressInAnotherProgramDismissesTheWindowThoughThisOneSta
     prepareAndAcquire();
     reportState(Qt::ApplicationActive);
     ASSERT_TRUE(press);
-    press();
+    reportPress(elsewhere);
     EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(ActiveInputTest, APressOnTheItemIsNotElsewhere) {
+    prepareAndAcquire();
+    reportPress(onItem);
+    EXPECT_EQ(dismissals, 0);
+}
+
+TEST_F(ActiveInputTest, APressOnTheItemTogglesOnceIfItIsReportedBeforeTheClick) {
+    for (const bool opens : {true, false, true, false}) {
+        reportPress(onItem);
+        toggle();
+        EXPECT_EQ(isOpen, opens);
+    }
+    EXPECT_EQ(dismissals, 0);
+}
+
+TEST_F(ActiveInputTest, APressOnTheItemTogglesOnceIfItIsReportedAfterTheClick) {
+    for (const bool opens : {true, false, true, false}) {
+        toggle();
+        reportPress(onItem);
+        EXPECT_EQ(isOpen, opens);
+    }
+    EXPECT_EQ(dismissals, 0);
+}
+
+TEST_F(ActiveInputTest, APressElsewhereClosesAndTheNextClickOpens) {
+    toggle();
+    reportPress(elsewhere);
+    EXPECT_FALSE(isOpen);
+    toggle();
+    EXPECT_TRUE(isOpen);
+}
+
+TEST_F(ActiveInputTest, TheItemIsHighlightedWhileTheWindowIsOpenOnceItsClickHasBeenHandled) {
+    prepareAndAcquire();
+    EXPECT_EQ(highlights, std::vector<bool>{});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(highlights, std::vector{true});
+    input.release(window);
+    EXPECT_EQ(highlights, (std::vector{true, false}));
+}
+
+TEST_F(ActiveInputTest, AWindowThatIsClosedAtOnceLeavesNoHighlight) {
+    prepareAndAcquire();
+    input.release(window);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(highlights, std::vector{false});
+}
+
+TEST_F(ActiveInputTest, TheWindowFollowsTheActiveSpaceBeforeItIsShown) {
+    input.prepare(window);
+    EXPECT_EQ(inActiveSpace, &window);
+    EXPECT_FALSE(wasVisibleBefore);
+}
+
+TEST_F(ActiveInputTest, TheSystemsShadowSurroundsRoundedCornersOfEverySize) {
+    EXPECT_EQ(input.look(), PopoverLook::rounded);
+    input.placeWindow(window, QRect(100, 24, 462, 54), QRect(0, 0, 462, 54));
+    input.placeWindow(window, QRect(100, 24, 462, 690), QRect(0, 0, 462, 690));
+    EXPECT_EQ(window.geometry(), QRect(100, 24, 462, 690));
+    EXPECT_EQ(shadows, 2);
+    prepareAndAcquire();
+    EXPECT_EQ(shadows, 3);
 }
 
 TEST_F(ActiveInputTest, PressesAreWatchedOnlyWhileTheWindowHasTheInput) {
@@ -101,7 +197,7 @@ TEST_F(ActiveInputTest, TheInputMayBeReleasedWhileAPressIsReported) {
         input.release(window);
     });
     const auto pressHandler = press;
-    pressHandler();
+    pressHandler(elsewhere);
     reportState(Qt::ApplicationActive);
     reportState(Qt::ApplicationInactive);
     EXPECT_EQ(dismissals, 1);

@@ -78,6 +78,7 @@ struct Object {
     virtual ~Object() = default;
 
     Type type;
+    bool isValue = false; ///< of a property in a dictionary
 };
 
 std::vector<std::unique_ptr<Object>>& graveyard() {
@@ -295,6 +296,7 @@ kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t object,
     for (const auto& [name, value] : entry.properties) {
         table->names.push_back(makeObject(name));
         table->values.push_back(makeObject(value));
+        table->values.back()->isValue = true;
     }
     *properties = static_cast<CFMutableDictionaryRef>(const_cast<void*>(given(std::move(table))));
     return KERN_SUCCESS;
@@ -316,7 +318,11 @@ void CFRelease(CFTypeRef object) {
     graveyard().push_back(std::move(dead));
 }
 
-CFTypeID CFGetTypeID(CFTypeRef object) { return objectOf(object).type; }
+CFTypeID CFGetTypeID(CFTypeRef handle) {
+    auto& object = const_cast<Object&>(objectOf(handle));
+    if (std::exchange(object.isValue, false)) ++fake().convertedValues;
+    return object.type;
+}
 
 CFTypeID CFStringGetTypeID() { return textType; }
 

@@ -60,6 +60,8 @@ class FakeIOKit {
     std::size_t openScopes = 0; ///< autorelease scopes that are open now
     std::size_t scopes = 0;     ///< all that were ever opened
 
+    std::size_t convertedValues = 0; ///< values of properties whose type was asked for
+
     std::size_t live = 0; ///< living objects, counted by the functions of the system
 };
 

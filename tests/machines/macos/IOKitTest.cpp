@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,8 @@ namespace {
 using fakes::FakeIOKit;
 using fakes::FakeNumber;
 using fakes::FakeValue;
+
+bool any(std::string_view /*name*/) { return true; }
 
 class IOKit : public testing::Test {
   protected:
@@ -37,7 +40,7 @@ class IOKit : public testing::Test {
     std::optional<Dictionary> propertiesOf(std::vector<std::pair<FakeValue, FakeValue>> properties) {
         fake.entries = {{.className = "SMCSuperIO", .name = "SuperIO", .properties = std::move(properties)}};
         const auto entries = walk();
-        return entries->next()->properties();
+        return entries->next()->properties(any);
     }
 
     FakeIOKit& fake = FakeIOKit::shared();
@@ -194,8 +197,8 @@ TEST_F(IOKit, PropertiesThatAreRefusedOrMissingAreNone) {
         {.className = "A", .name = "a", .properties = {{u"FAN0", true}}, .propertiesCode = 5},
         {.className = "A", .name = "a", .properties = {{u"FAN0", true}}, .givesNoDictionary = true}};
     const auto entries = walk();
-    EXPECT_FALSE(entries->next()->properties().has_value());
-    EXPECT_FALSE(entries->next()->properties().has_value());
+    EXPECT_FALSE(entries->next()->properties(any).has_value());
+    EXPECT_FALSE(entries->next()->properties(any).has_value());
 }
 
 TEST_F(IOKit, PropertiesComeInTheirOwnOrderByTheirTypes) {
@@ -258,6 +261,19 @@ TEST_F(IOKit, ATextThatIsNoUnicodeIsLeftOut) {
 TEST_F(IOKit, ATextBeyondTheFirstPlaneIsWhole) {
     EXPECT_EQ(propertiesOf({{u"text", std::u16string(u"\U0001F321")}}),
               (Dictionary{{"text", std::string("\U0001F321")}}));
+}
+
+TEST_F(IOKit, OnlyWantedPropertiesAreConverted) {
+    fake.entries = {{.className = "A",
+                     .name = "a",
+                     .properties = {{u"FAN0", FakeNumber(std::int64_t{7})},
+                                    {u"image", std::vector<std::uint8_t>(4096)},
+                                    {u"FAN1", true}}}};
+    const auto entries = walk();
+    const auto properties =
+        entries->next()->properties([](std::string_view name) { return name.starts_with("FAN"); });
+    EXPECT_EQ(properties, (Dictionary{{"FAN0", std::int64_t{7}}, {"FAN1", true}}));
+    EXPECT_EQ(fake.convertedValues, 2U);
 }
 
 TEST_F(IOKit, AnEntryWithoutPropertiesHasNone) { EXPECT_EQ(propertiesOf({}), Dictionary()); }

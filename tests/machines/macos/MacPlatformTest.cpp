@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -46,7 +47,7 @@ TEST_F(MacPlatform, ItsRegistryHasEntriesWithClassAndName) {
     while (const IORegistryEntry* const entry = walk->next()) {
         ++count;
         EXPECT_NE(entry->className(), "");
-        const auto properties = entry->properties();
+        const auto properties = entry->properties([](std::string_view) { return true; });
         if (properties && properties->begin() != properties->end()) ++withProperties;
     }
     EXPECT_GT(count, 20U);

@@ -104,6 +104,17 @@ TEST_F(ReplayThroughIOKit, FansOfTheRegistryAreTheSame) {
     EXPECT_EQ(servedExport(fansAndKeys), expected);
 }
 
+TEST_F(ReplayThroughIOKit, AWalkConvertsOnlyWhatMayBeAFan) {
+    fake.entries.assign(1000, {.className = "IOPCIDevice",
+                               .name = "device",
+                               .properties = {{u"IOPowerManagement", std::vector<std::uint8_t>(64)},
+                                              {u"CPU Fan", FakeNumber(std::int64_t{900})},
+                                              {u"class-code", FakeNumber(std::int64_t{1})}}});
+    fake.entries.push_back(fanEntry());
+    EXPECT_EQ(servedExport(fansAndKeys), exportedReplay(fansAndKeys));
+    EXPECT_EQ(fake.convertedValues, 2U);
+}
+
 TEST_F(ReplayThroughIOKit, AMachineWithoutAControllerShowsWhatItsSystemKnows) {
     const std::string recording = "NCOR\tnative\tActive CPU Cores\t8\tRAW=8.0\n";
     const std::string expected = exportedReplay(recording);

@@ -70,11 +70,47 @@ KELVINBAR_EXPORT NSColorSpaceName const NSDeviceRGBColorSpace;
 @property(class, readonly, copy) NSArray<NSScreen*>* screens;
 @property(readonly) NSRect frame;
 @property(readonly) NSRect visibleFrame;
+@property(readonly) NSRect auxiliaryTopLeftArea API_AVAILABLE(macos(12.0));
+@property(readonly) NSRect auxiliaryTopRightArea API_AVAILABLE(macos(12.0));
 @end
+
+typedef NSUInteger NSWindowCollectionBehavior;
+
+enum : NSWindowCollectionBehavior {
+    NSWindowCollectionBehaviorMoveToActiveSpace = 1UL << 1,
+    NSWindowCollectionBehaviorTransient = 1UL << 3,
+    NSWindowCollectionBehaviorFullScreenAuxiliary = 1UL << 8
+};
 
 @interface NSWindow : NSObject
 @property(nullable, readonly, strong) NSScreen* screen;
+@property NSWindowCollectionBehavior collectionBehavior;
+- (void)invalidateShadow;
 - (NSRect)convertRectToScreen:(NSRect)rect;
+@end
+
+typedef unsigned long long NSEventMask;
+
+enum : NSEventMask {
+    NSEventMaskLeftMouseDown = 1ULL << 1,
+    NSEventMaskLeftMouseUp = 1ULL << 2,
+    NSEventMaskRightMouseDown = 1ULL << 3,
+    NSEventMaskRightMouseUp = 1ULL << 4,
+    NSEventMaskOtherMouseDown = 1ULL << 25
+};
+
+typedef enum NSEventType : NSUInteger { NSEventTypeLeftMouseUp = 2, NSEventTypeRightMouseUp = 4 } NSEventType;
+
+typedef NSUInteger NSEventModifierFlags;
+
+enum : NSEventModifierFlags { NSEventModifierFlagControl = 1UL << 18 };
+
+@interface NSEvent : NSObject
+@property(class, readonly) NSPoint mouseLocation;
+@property(readonly) NSEventType type;
+@property(readonly) NSEventModifierFlags modifierFlags;
++ (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent*))block;
++ (void)removeMonitor:(id)monitor;
 @end
 
 typedef enum NSCellImagePosition : NSUInteger { NSNoImage, NSImageOnly, NSImageLeft } NSCellImagePosition;
@@ -89,12 +125,14 @@ typedef enum NSCellImagePosition : NSUInteger { NSNoImage, NSImageOnly, NSImageL
 @interface NSControl : NSView
 @property(nullable, weak) id target;
 @property(nullable) SEL action;
+- (NSInteger)sendActionOn:(NSEventMask)mask;
 @end
 
 @interface NSButton : NSControl
 @property(nullable, strong) NSImage* image;
 @property NSCellImagePosition imagePosition;
 @property(copy) NSAttributedString* attributedTitle;
+- (void)highlight:(BOOL)isHighlighted;
 @end
 
 @interface NSStatusBarButton : NSButton
@@ -112,6 +150,22 @@ static const CGFloat NSVariableStatusItemLength = -1.0;
 - (void)removeStatusItem:(NSStatusItem*)item;
 @end
 
+@interface NSMenuItem : NSObject
++ (NSMenuItem*)separatorItem;
+- (instancetype)initWithTitle:(NSString*)title
+                       action:(nullable SEL)action
+                keyEquivalent:(NSString*)keyEquivalent;
+@property(nullable, weak) id target;
+@property NSInteger tag;
+@end
+
+@interface NSMenu : NSObject
+- (void)addItem:(NSMenuItem*)item;
+- (BOOL)popUpMenuPositioningItem:(nullable NSMenuItem*)item
+                      atLocation:(NSPoint)location
+                          inView:(nullable NSView*)view;
+@end
+
 typedef enum NSApplicationActivationPolicy : NSInteger {
     NSApplicationActivationPolicyRegular,
     NSApplicationActivationPolicyAccessory,
@@ -120,6 +174,7 @@ typedef enum NSApplicationActivationPolicy : NSInteger {
 
 @interface NSApplication : NSObject
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+@property(nullable, readonly, strong) NSEvent* currentEvent;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoresOthers;
 @property(getter=isHidden, readonly) BOOL hidden;
@@ -133,19 +188,6 @@ typedef enum NSApplicationActivationPolicy : NSInteger {
 @property(nullable, readonly, copy) NSDate* launchDate;
 @property(readonly) pid_t processIdentifier;
 + (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
-@end
-
-typedef unsigned long long NSEventMask;
-
-enum : NSEventMask {
-    NSEventMaskLeftMouseDown = 1ULL << 1,
-    NSEventMaskRightMouseDown = 1ULL << 3,
-    NSEventMaskOtherMouseDown = 1ULL << 25
-};
-
-@interface NSEvent : NSObject
-+ (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent*))block;
-+ (void)removeMonitor:(id)monitor;
 @end
 
 @interface NSWorkspace : NSObject

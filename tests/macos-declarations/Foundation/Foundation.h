@@ -168,10 +168,35 @@ typedef enum NSProcessInfoThermalState : NSInteger {
     NSProcessInfoThermalStateCritical
 } NSProcessInfoThermalState;
 
+typedef enum NSActivityOptions : uint64_t {
+    NSActivityUserInitiatedAllowingIdleSystemSleep = 0x00FFFFFFULL & ~(1ULL << 20)
+} NSActivityOptions;
+
 @interface NSProcessInfo : NSObject
 @property(class, readonly, strong) NSProcessInfo* processInfo;
 @property(readonly) NSUInteger activeProcessorCount;
 @property(readonly) unsigned long long physicalMemory;
 @property(readonly) NSProcessInfoThermalState thermalState;
 @property(readonly, getter=isLowPowerModeEnabled) BOOL lowPowerModeEnabled API_AVAILABLE(macos(12.0));
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
+- (void)endActivity:(id<NSObject>)activity;
+@end
+
+typedef double NSTimeInterval;
+
+@interface NSTimer : NSObject
++ (NSTimer*)timerWithTimeInterval:(NSTimeInterval)interval
+                          repeats:(BOOL)repeats
+                            block:(void (^)(NSTimer* timer))block;
+@property NSTimeInterval tolerance;
+- (void)invalidate;
+@end
+
+typedef NSString* NSRunLoopMode;
+
+KELVINBAR_EXPORT NSRunLoopMode const NSRunLoopCommonModes;
+
+@interface NSRunLoop : NSObject
+@property(class, readonly, strong) NSRunLoop* mainRunLoop;
+- (void)addTimer:(NSTimer*)timer forMode:(NSRunLoopMode)mode;
 @end
