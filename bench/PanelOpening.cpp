@@ -50,7 +50,7 @@ class Program {
     }
 
     /// Clicks the status item, which opens or closes the panel.
-    void click() {
+    static void click() {
         QDBusMessage message = QDBusMessage::createMethodCall("org.kelvinbar.Demo", "/StatusNotifierItem",
                                                               "org.kde.StatusNotifierItem", "Activate");
         message << 4000 << 0;
@@ -102,7 +102,7 @@ int main(int argc, char** argv) {
     std::vector<double> next;
     for (int opening = 0; opening < openings; ++opening) {
         rest(400ms);
-        program.click();
+        Program::click();
         rest(600ms);
         if (const auto time = program.clickUntilTheScreenChanges()) next.push_back(*time);
     }

@@ -109,6 +109,7 @@ class LayerInput {
     }
 
     void showBackdrop(QScreen& screen) {
+        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the deleter of the pointer is of its own kind
         auto& backdrop = *backdrops_.emplace_back(new Backdrop([this] { handlers_.leaves(); }));
         shell_.adopt(backdrop, LayerLevel::aboveWindows);
         shell_.setKeyboard(backdrop, LayerKeyboard::none);

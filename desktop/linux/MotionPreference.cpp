@@ -29,6 +29,7 @@ const std::array motionSettings{
 
 std::vector<PortalSettings::Setting> namesOfSettings() {
     std::vector<PortalSettings::Setting> names;
+    names.reserve(motionSettings.size());
     for (const MotionSetting& setting : motionSettings) names.emplace_back(setting.group, setting.name);
     return names;
 }

@@ -46,7 +46,7 @@ std::optional<bool> firstOf(const QStringList& paths, ReadFile read) {
 
 QString themeName(const PlasmaFolders& folders) {
     for (const QString& path : existing(folders.config, themeSettings)) {
-        const QString name = valueIn(path, "Theme/name").toString();
+        QString name = valueIn(path, "Theme/name").toString();
         if (!name.isEmpty()) return name;
     }
     return {};

@@ -130,7 +130,7 @@ bool keepAside(const QString& path, const QString& copy) {
 
 /// Adds the changes to what the file holds by now. Only one process at a time may do this.
 WriteReport mergeInto(const QString& path, const PreferenceChanges& changes) {
-    const WriteReport failure{false, described(path, "cannot be written")};
+    WriteReport failure{false, described(path, "cannot be written")};
     SettingsFormat format;
     const auto content = contentOf(path);
     auto stored = content ? format.parsed(*content) : std::nullopt;

@@ -60,6 +60,9 @@ class QtPopover final : public QObject, public Popover {
     QtPopover(PopoverInput& input, const QtScreens& screens, Log& log)
         : input_(input), screens_(screens), log_(log) {}
 
+    QtPopover(const QtPopover&) = delete;
+    QtPopover& operator=(const QtPopover&) = delete;
+
     /// Closes without calling the handler. It may be that handler, or the end of an animation, that destroys
     /// the popover.
     ~QtPopover() override;

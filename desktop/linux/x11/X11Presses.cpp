@@ -17,6 +17,7 @@ X11Presses::X11Presses(Handlers handlers)
     : handlers_(std::make_shared<Handlers>(std::move(handlers))), connection_(connectToX11()) {
     if (connection_ == nullptr || !selectEvents()) return;
     const int descriptor = xcb_get_file_descriptor(connection_.get());
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the pointer's deleter is of its own kind
     notifier_.reset(new QSocketNotifier(descriptor, QSocketNotifier::Read));
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { readEvents(); });
 }

@@ -7,7 +7,9 @@ namespace kelvinbar {
 
 /// Replies of the X server are allocated with malloc and belong to the caller.
 struct X11ReplyDeleter {
-    void operator()(void* reply) const { std::free(reply); } // NOLINT(cppcoreguidelines-no-malloc)
+    void operator()(void* reply) const {
+        std::free(reply); // NOLINT(cppcoreguidelines-no-malloc, cppcoreguidelines-owning-memory)
+    }
 };
 
 /// Null if the request has failed.
