@@ -1,7 +1,7 @@
 #include "tests/desktop/ChildProcess.h"
 
-#include "desktop/linux/InstanceLock.h"
-#include "desktop/linux/PreferencesFile.h"
+#include "desktop/linux/session/InstanceLock.h"
+#include "desktop/linux/settings/PreferencesFile.h"
 #include "desktop/qt/QtTimers.h"
 #include "desktop/qt/TerminationSignals.h"
 #include "tests/fakes/RecordingLog.h"

@@ -1,6 +1,6 @@
 // Runs the tests on the X server of the environment.
 
-#include "desktop/linux/x11/X11Connection.h"
+#include "desktop/linux/window/x11/X11Connection.h"
 #include "tests/QtTests.h"
 
 #include <cstdio>

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "base/Log.h"
+#include "desktop/linux/session/DesktopEntry.h"
+#include "shell/LoginItemManager.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kelvinbar {
+
+/// The program's XDG autostart entry: a desktop file in the user's autostart folder. The program is
+/// registered if the current desktop would start this very program for the entry. An entry that starts
+/// another file, that the user has disabled, in an editor or in the desktop's settings, or that is for other
+/// desktops does not count. Registering enables it and keeps its other lines, except for conditions that do
+/// not hold here.
+///
+/// The entry names the program as it is found in PATH, which survives an upgrade into another folder, and by
+/// its full path otherwise.
+///
+/// Pitfalls: a file that cannot be read completely is not replaced, so registering fails. An entry that is a
+/// symbolic link stays one: it is written through, and unregistering hides it. What a shell or another
+/// program in the entry starts in the end is unknown, so that such an entry does not count. Main thread.
+class AutostartEntry final : public LoginItemService {
+  public:
+    struct Actions {
+        /// Opens the desktop's settings for programs that start at login, if it has any.
+        std::function<void()> openSettings;
+        /// Plays the alert sound.
+        std::function<void()> beep;
+    };
+
+    /// Values of environment variables.
+    struct Surroundings {
+        std::string path;         ///< PATH
+        std::string desktopNames; ///< XDG_CURRENT_DESKTOP
+    };
+
+    /// `folder` is the autostart folder, `name` the entry's file name without ".desktop", and `command` the
+    /// full path of this program and its arguments. Logs changes, and failures as errors. The log must
+    /// outlive the object.
+    AutostartEntry(const std::filesystem::path& folder, const std::string& name,
+                   std::vector<std::string> command, Surroundings surroundings, Actions actions, Log& log);
+
+    [[nodiscard]] bool canRegister() const override { return true; }
+
+    [[nodiscard]] bool isRegistered() const override;
+    bool registerItem() override;
+    bool unregisterItem() override;
+
+    /// Makes an entry that starts this program under an earlier path, or an older copy of it, start this one.
+    /// Keeps everything else, and does nothing if the entry is disabled or another program's. To be called at
+    /// each start.
+    void renew();
+
+    /// What starts this program: its name where PATH leads to it, otherwise its full path.
+    [[nodiscard]] std::string programWord() const;
+
+    void openLoginItemsSettings() override { actions_.openSettings(); }
+
+    void beep() override { actions_.beep(); }
+
+  private:
+    [[nodiscard]] bool starts(const EntryLines& lines) const;
+    [[nodiscard]] bool isThisProgram(const std::string& word) const;
+    [[nodiscard]] bool isOfOurName(const std::string& word) const;
+    [[nodiscard]] bool isTryExecMet(const EntryLines& lines) const;
+    [[nodiscard]] EntryLines enabled(EntryLines lines) const;
+    [[nodiscard]] bool write(const EntryLines& lines) const;
+    bool logged(LogLevel level, const char* what) const;
+
+    std::filesystem::path file_;
+    std::vector<std::string> command_;
+    Surroundings surroundings_;
+    Actions actions_;
+    Log& log_;
+};
+
+/// The user's autostart folder, from the environment variables XDG_CONFIG_HOME and HOME.
+std::filesystem::path userAutostartFolder();
+
+} // namespace kelvinbar

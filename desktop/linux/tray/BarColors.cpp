@@ -1,0 +1,71 @@
+#include "desktop/linux/tray/BarColors.h"
+
+#include "desktop/linux/session/DesktopNames.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+bool hasDarkPalette() {
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+} // namespace
+
+BarColors::BarColors(const std::string& desktopNames, const QDBusConnection& bus, PlasmaFolders folders)
+    : folders_(std::move(folders)) {
+    if (hasDesktopName(desktopNames, "kde")) follow(bus);
+}
+
+void BarColors::follow(const QDBusConnection& bus) {
+    const PortalSettings::Setting colorScheme("org.freedesktop.appearance", "color-scheme");
+    portal_ = std::make_unique<PortalSettings>(bus, std::vector{colorScheme});
+    connect(portal_.get(), &PortalSettings::settingRead, this,
+            [this](const auto&, const QVariant& scheme) { colorSchemeRead(scheme.toUInt()); });
+    files_ = std::make_unique<QFileSystemWatcher>();
+    connect(files_.get(), &QFileSystemWatcher::fileChanged, this, &BarColors::update);
+    qGuiApp->installEventFilter(this);
+    followFiles();
+    isDark_ = isDarkNow();
+}
+
+bool BarColors::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) update();
+    return false;
+}
+
+/// Programs replace a settings file when they change it, and the new one is not watched by itself.
+void BarColors::followFiles() {
+    QStringList unwatched;
+    for (const QString& path : plasmaPanelSettings(folders_)) {
+        if (!files_->files().contains(path)) unwatched.append(path);
+    }
+    if (!unwatched.isEmpty()) files_->addPaths(unwatched);
+}
+
+void BarColors::colorSchemeRead(uint scheme) {
+    constexpr uint preferDark = 1;
+    constexpr uint preferLight = 2;
+    prefersDark_ =
+        scheme == preferDark || scheme == preferLight ? std::optional(scheme == preferDark) : std::nullopt;
+    update(); // also reads the files again, which may not have been watched
+}
+
+void BarColors::update() {
+    followFiles();
+    const bool isDark = isDarkNow();
+    if (std::exchange(isDark_, isDark) != isDark) emit changed();
+}
+
+bool BarColors::isDarkNow() const {
+    const std::optional<bool> ofPlasma = hasDarkPlasmaPanel(folders_);
+    return ofPlasma ? *ofPlasma : prefersDark_.value_or(hasDarkPalette());
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,186 @@
+#include "desktop/linux/tray/StatusNotifierItem.h"
+
+#include "base/Log.h"
+#include "desktop/linux/tray/StatusMenu.h"
+#include "desktop/linux/tray/StatusNotifierWatcher.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QFile>
+#include <QTimer>
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr auto itemPath = "/StatusNotifierItem";
+
+/// A watcher that has dropped the item is often about to be replaced.
+constexpr std::chrono::milliseconds delayOfRepeatedRegistration{200};
+constexpr std::chrono::minutes periodOfRepeatedRegistrations{1};
+
+/// The name of a process as the kernel has it. Empty if it is unknown.
+std::string processName(uint process) {
+    QFile name(QString("/proc/%1/comm").arg(process));
+    return name.open(QFile::ReadOnly) ? name.readAll().trimmed().toStdString() : std::string();
+}
+
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, StatusNotifierHandlers handlers, Log& log)
+    : log_(log)
+    , bus_(std::move(bus))
+    , watcher_(watcherService, bus_, QDBusServiceWatcher::WatchForOwnerChange)
+    , handlers_(std::move(handlers))
+    , adaptor_(new StatusNotifierItemAdaptor(*this)) {
+    registerStatusNotifierTypes();
+    bus_.registerObject(itemPath, this);
+    followWatcherSignals();
+    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& newOwner) {
+                newOwner.isEmpty() ? watcherVanished() : watcherAppeared();
+            });
+    const auto* const interface = bus_.interface();
+    if (interface != nullptr && interface->isServiceRegistered(watcherService)) {
+        watcherAppeared();
+    } else {
+        log_.write(LogCategory::tray, LogLevel::info, "no watcher runs");
+    }
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    if (bus_.isConnected()) bus_.unregisterObject(itemPath);
+}
+
+void StatusNotifierItem::followWatcherSignals() {
+    const auto follow = [this](const char* signal, const char* slot) {
+        bus_.connect(watcherService, watcherPath, watcherService, signal, this, slot);
+    };
+    follow("StatusNotifierItemUnregistered", SLOT(itemUnregistered(QString)));
+    follow("StatusNotifierHostRegistered", SLOT(readHasHost()));
+    follow("StatusNotifierHostUnregistered", SLOT(readHasHost()));
+}
+
+void StatusNotifierItem::watcherAppeared() {
+    hasWatcher_ = true;
+    hasHost_.reset();
+    const uint process = bus_.interface()->servicePid(watcherService).value();
+    watcherProcess_ = processName(process);
+    log_.write(LogCategory::tray, LogLevel::info, [&] {
+        const std::string& name = watcherProcess_.empty() ? "?" : watcherProcess_;
+        return "a watcher runs: process " + std::to_string(process) + " (" + name + ")";
+    });
+    registerWithWatcher();
+    readHasHost();
+    // Some hosts cache the properties of an item that they know from before.
+    emit adaptor_->NewTitle();
+    emit adaptor_->NewIcon();
+    emit adaptor_->XAyatanaNewLabel(content_.label, adaptor_->labelGuide());
+    emit watcherChanged();
+}
+
+void StatusNotifierItem::registerWithWatcher() {
+    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, watcherPath, watcherService,
+                                                       "RegisterStatusNotifierItem");
+    call << bus_.baseService();
+    auto* const reply = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
+        registrationEnded(reply->error());
+        reply->deleteLater();
+    });
+}
+
+void StatusNotifierItem::registrationEnded(const QDBusError& error) {
+    if (!error.isValid()) {
+        log_.write(LogCategory::tray, LogLevel::info,
+                   [this] { return "registered as " + bus_.baseService().toStdString(); });
+    } else if (hasWatcher_) { // a watcher that exits does not reply, which is not a failure
+        log_.write(LogCategory::tray, LogLevel::warning,
+                   [&] { return "the tray refuses the status item: " + error.message().toStdString(); });
+    }
+}
+
+/// Watchers name an item by its service, some with its path behind it.
+bool StatusNotifierItem::isOwnService(const QString& service) const {
+    const QString own = bus_.baseService();
+    return service == own || service.startsWith(own + '/') || service.startsWith(own + '@');
+}
+
+bool StatusNotifierItem::mayRegisterAgain() {
+    QElapsedTimer& since = sinceRepeatedRegistration_;
+    const std::chrono::milliseconds period = periodOfRepeatedRegistrations;
+    if (!since.isValid() || since.hasExpired(period.count())) {
+        since.start();
+        repeatedRegistrations_ = 0;
+    }
+    return ++repeatedRegistrations_ <= mostRepeatedRegistrations;
+}
+
+void StatusNotifierItem::itemUnregistered(const QString& service) {
+    if (!hasWatcher_ || !isOwnService(service) || isRegistrationPosted_) return;
+    if (mayRegisterAgain()) {
+        registerAgainSoon();
+    } else if (repeatedRegistrations_ == mostRepeatedRegistrations + 1) {
+        log_.write(LogCategory::tray, LogLevel::warning,
+                   "the watcher keeps dropping the status item, which is not registered again");
+    }
+}
+
+void StatusNotifierItem::registerAgainSoon() {
+    log_.write(LogCategory::tray, LogLevel::info, "the watcher has dropped the item: registering again");
+    isRegistrationPosted_ = true;
+    QTimer::singleShot(delayOfRepeatedRegistration, this, [this] {
+        isRegistrationPosted_ = false;
+        if (hasWatcher_) registerWithWatcher();
+    });
+}
+
+void StatusNotifierItem::readHasHost() {
+    auto* const call = new QDBusPendingCallWatcher(bus_.asyncCall(hostQuestion()), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        if (hasWatcher_) setHasHost(saysThatAHostIsThere(call->reply()));
+        call->deleteLater();
+    });
+}
+
+void StatusNotifierItem::setHasHost(bool hasHost) {
+    if (std::exchange(hasHost_, hasHost) == hasHost) return;
+    if (!hasHost) log_.write(LogCategory::tray, LogLevel::info, "the watcher has no host");
+    emit watcherChanged();
+}
+
+void StatusNotifierItem::watcherVanished() {
+    hasWatcher_ = false;
+    hasHost_ = false;
+    watcherProcess_.clear();
+    log_.write(LogCategory::tray, LogLevel::info, "the watcher is gone");
+    emit watcherChanged();
+}
+
+void StatusNotifierItem::setContent(const StatusNotifierContent& content) {
+    const StatusNotifierContent earlier = std::exchange(content_, content);
+    if (content.title != earlier.title) emit adaptor_->NewTitle();
+    if (content.label != earlier.label)
+        emit adaptor_->XAyatanaNewLabel(content.label, adaptor_->labelGuide());
+    if (content.iconPixmaps != earlier.iconPixmaps) emit adaptor_->NewIcon();
+    if (content.toolTipTitle != earlier.toolTipTitle || content.toolTipText != earlier.toolTipText) {
+        emit adaptor_->NewToolTip();
+    }
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): D-Bus calls it on the object
+QDBusObjectPath StatusNotifierItemAdaptor::menu() const { return QDBusObjectPath(StatusMenu::path); }
+
+QString StatusNotifierItemAdaptor::labelGuide() const {
+    QString guide = item_.content_.label;
+    for (QChar& character : guide) {
+        if (character.isDigit()) character = '8';
+    }
+    return guide;
+}
+
+} // namespace kelvinbar

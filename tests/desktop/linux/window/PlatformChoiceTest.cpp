@@ -1,0 +1,81 @@
+#include "desktop/linux/window/PlatformChoice.h"
+
+#include <gtest/gtest.h>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr auto variable = "QT_QPA_PLATFORM";
+
+/// Restores a variable of the environment.
+class EnvironmentGuard {
+  public:
+    explicit EnvironmentGuard(const char* name) : name_(name), isSet_(qEnvironmentVariableIsSet(name)) {
+        value_ = qgetenv(name);
+    }
+
+    EnvironmentGuard(const EnvironmentGuard&) = delete;
+    EnvironmentGuard& operator=(const EnvironmentGuard&) = delete;
+
+    ~EnvironmentGuard() {
+        if (isSet_) {
+            qputenv(name_, value_);
+        } else {
+            qunsetenv(name_);
+        }
+    }
+
+  private:
+    const char* name_;
+    bool isSet_;
+    QByteArray value_;
+};
+
+class PlatformChoiceTest : public testing::Test {
+  protected:
+    EnvironmentGuard platform_{variable};
+    EnvironmentGuard display_{"DISPLAY"};
+    EnvironmentGuard waylandDisplay_{"WAYLAND_DISPLAY"};
+};
+
+} // namespace
+
+TEST(PlatformFor, PrefersX11) {
+    EXPECT_EQ(platformFor({.hasXServer = true}), "xcb");
+    EXPECT_EQ(platformFor({.hasXServer = true, .hasWayland = true}), "xcb");
+}
+
+TEST(PlatformFor, IsWaylandWithLayerSurfaces) {
+    EXPECT_EQ(platformFor({.hasXServer = true, .hasWayland = true, .hasLayerShell = true}), "wayland");
+}
+
+TEST(PlatformFor, IsWaylandWithoutAnXServer) { EXPECT_EQ(platformFor({.hasWayland = true}), "wayland"); }
+
+TEST(PlatformFor, IsLeftToQtWithoutEither) { EXPECT_EQ(platformFor({}), ""); }
+
+TEST_F(PlatformChoiceTest, ADisplayThatRefusesUsDoesNotKeepUsFromWayland) {
+    qunsetenv(variable);
+    qputenv("DISPLAY", ":999");
+    qputenv("WAYLAND_DISPLAY", "wayland-9");
+    {
+        const PlatformChoice choice([] { return false; });
+        EXPECT_EQ(qgetenv(variable), "wayland");
+    }
+    EXPECT_FALSE(qEnvironmentVariableIsSet(variable));
+}
+
+TEST_F(PlatformChoiceTest, TheUsersChoiceStands) {
+    qputenv(variable, "vnc");
+    qputenv("WAYLAND_DISPLAY", "wayland-9");
+    {
+        const PlatformChoice choice([] {
+            ADD_FAILURE() << "the compositor is asked in vain";
+            return true;
+        });
+        EXPECT_EQ(qgetenv(variable), "vnc");
+    }
+    EXPECT_EQ(qgetenv(variable), "vnc");
+}
+
+} // namespace kelvinbar
