@@ -4,6 +4,7 @@
 #include "tests/fakes/FakeShell.h"
 #include "tests/store/StoreFixture.h"
 
+#include <QMargins>
 #include <QPointer>
 #include <QQuickItem>
 #include <QQuickView>
@@ -65,6 +66,25 @@ TEST_F(PanelWindowTest, KeepsTheStoreThatItShows) {
     QTest::qWait(0);
     panel = nullptr;
     EXPECT_TRUE(witness.expired());
+}
+
+TEST_F(PanelWindowTest, LeavesNothingInTheEnvironmentForOtherPrograms) {
+    const QByteArray before = qgetenv("QV4_FORCE_INTERPRETER");
+    open();
+    EXPECT_EQ(qgetenv("QV4_FORCE_INTERPRETER"), before);
+}
+
+TEST_F(PanelWindowTest, HasRoundCornersAndRoomForItsShadowWhereTheWindowCanShowThem) {
+    open();
+    const QQuickItem& frame = *qobject_cast<QQuickView*>(&panel->window())->rootObject();
+    panel->setFrame(true, QMargins(24, 0, 10, 24));
+    EXPECT_EQ(qobject_cast<QQuickView*>(&panel->window())->color().alpha(), 0);
+    EXPECT_TRUE(frame.property("isRounded").toBool());
+    EXPECT_EQ(frame.property("rightRoom").toInt(), 10);
+    panel->setFrame(false, {});
+    EXPECT_EQ(qobject_cast<QQuickView*>(&panel->window())->color().alpha(), 255);
+    EXPECT_FALSE(frame.property("isRounded").toBool());
+    EXPECT_EQ(frame.property("leftRoom").toInt(), 0);
 }
 
 } // namespace kelvinbar
