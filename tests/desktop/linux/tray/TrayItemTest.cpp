@@ -791,7 +791,7 @@ TEST(TrayItem, StaysWhereItWasWhenItsMenuOpensThePanel) {
 class TrayStatusBarTest : public testing::Test {
   protected:
     PrivateBus bus_;
-    const DesktopHandlers handlers_;
+    const DesktopHandlers handlers_{};
     fakes::RecordingLog recording_;
     fakes::RecordingUserDefaults defaults_;
     BarColors colors_{withLabels, bus_.connection(), {}};
