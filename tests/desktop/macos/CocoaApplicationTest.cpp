@@ -1,0 +1,177 @@
+#include "desktop/macos/CocoaApplication.h"
+
+#include "tests/macos-runtime/CocoaTest.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace kelvinbar {
+
+namespace {
+
+using fakes::FakePosting;
+using fakes::FakePress;
+using fakes::FakeProgram;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class CocoaApplicationTest : public CocoaTest {
+  protected:
+    CocoaApplicationTest() { cocoa.program = instance(20, 200); }
+
+    static FakeProgram instance(int identifier, std::optional<double> launch) {
+        return {.identifier = identifier, .launch = launch, .bundleIdentifier = "org.kelvinbar.kelvinbar"};
+    }
+
+    /// Whether this instance hands over when `other` runs too.
+    bool handsOverTo(const FakeProgram& other) {
+        cocoa.programs = {cocoa.program, other};
+        return handOverToRunningApplication();
+    }
+};
+
+} // namespace
+
+TEST_F(CocoaApplicationTest, AnAccessoryHasNoIconInTheDock) {
+    becomeAccessoryApplication();
+    EXPECT_EQ(cocoa.activationPolicy, 1); // the number with that meaning
+}
+
+TEST_F(CocoaApplicationTest, ActivationDoesNotWaitForOtherPrograms) {
+    activateApplication();
+    EXPECT_EQ(cocoa.activations, 1);
+}
+
+TEST_F(CocoaApplicationTest, AHiddenProgramIsShownBeforeItIsActivated) {
+    hideApplication();
+    EXPECT_EQ(cocoa.hidings, 1);
+    ASSERT_TRUE(cocoa.isHidden);
+    activateApplication();
+    EXPECT_FALSE(cocoa.isHidden);
+    EXPECT_EQ(cocoa.activations, 1);
+}
+
+TEST_F(CocoaApplicationTest, ReducedMotionIsTheSystemsSetting) {
+    EXPECT_FALSE(systemPrefersReducedMotion());
+    cocoa.reducesMotion = true;
+    EXPECT_TRUE(systemPrefersReducedMotion());
+}
+
+TEST_F(CocoaApplicationTest, EveryPressInAnotherProgramIsReported) {
+    int presses = 0;
+    const auto watch = watchPressesInOtherPrograms([&] { ++presses; });
+    for (const FakePress press : {FakePress::left, FakePress::right, FakePress::other}) {
+        cocoa.pressElsewhere(press);
+    }
+    EXPECT_EQ(presses, 3);
+}
+
+TEST_F(CocoaApplicationTest, PressesAreReportedWhileTheResultLives) {
+    int presses = 0;
+    auto watch = watchPressesInOtherPrograms([&] { ++presses; });
+    EXPECT_EQ(cocoa.monitorCount(), 1U);
+    watch.reset();
+    EXPECT_EQ(cocoa.monitorCount(), 0U);
+    cocoa.pressElsewhere(FakePress::left);
+    EXPECT_EQ(presses, 0);
+}
+
+TEST_F(CocoaApplicationTest, AHandlerOfPressesMayEndTheWatch) {
+    std::shared_ptr<void> watch;
+    int presses = 0;
+    watch = watchPressesInOtherPrograms([&watch, &presses] {
+        watch.reset();
+        ++presses;
+    });
+    cocoa.pressElsewhere(FakePress::left);
+    EXPECT_EQ(presses, 1);
+    EXPECT_EQ(cocoa.monitorCount(), 0U);
+}
+
+TEST_F(CocoaApplicationTest, WithoutAMonitorThereIsNoWatch) {
+    cocoa.allowsMonitors = false;
+    EXPECT_EQ(watchPressesInOtherPrograms([] {}), nullptr);
+}
+
+TEST_F(CocoaApplicationTest, AnInstanceHandsOverToAnOlderOne) {
+    EXPECT_TRUE(handsOverTo(instance(30, 100)));
+    EXPECT_THAT(cocoa.postings, ElementsAre(FakePosting{"org.kelvinbar.kelvinbar.open", true}));
+}
+
+TEST_F(CocoaApplicationTest, AnInstanceContinuesBesideANewerOne) {
+    EXPECT_FALSE(handsOverTo(instance(10, 300)));
+    EXPECT_THAT(cocoa.postings, IsEmpty());
+}
+
+TEST_F(CocoaApplicationTest, OfTwoThatStartAtTheSameTimeTheFirstProcessContinues) {
+    EXPECT_TRUE(handsOverTo(instance(10, 200)));
+    EXPECT_FALSE(handsOverTo(instance(30, 200)));
+}
+
+TEST_F(CocoaApplicationTest, WithoutATimeOfStartTheFirstProcessContinues) {
+    EXPECT_TRUE(handsOverTo(instance(10, std::nullopt)));
+    EXPECT_FALSE(handsOverTo(instance(30, std::nullopt)));
+    cocoa.program.launch = std::nullopt;
+    EXPECT_TRUE(handsOverTo(instance(10, 300)));
+    EXPECT_FALSE(handsOverTo(instance(30, 100)));
+}
+
+TEST_F(CocoaApplicationTest, AnInstanceOfAnotherApplicationDoesNotCount) {
+    FakeProgram other = instance(10, 100);
+    other.bundleIdentifier = "org.kelvinbar.kelvinbar-demo";
+    EXPECT_FALSE(handsOverTo(other));
+}
+
+TEST_F(CocoaApplicationTest, AProgramOutsideABundleHandsOverToNone) {
+    cocoa.program.bundleIdentifier = std::nullopt;
+    EXPECT_FALSE(handsOverTo(instance(10, 100)));
+}
+
+TEST_F(CocoaApplicationTest, OpeningTheRunningProgramIsReported) {
+    int openings = 0;
+    const ReopenObserver observer([&] { ++openings; });
+    cocoa.launch();
+    EXPECT_TRUE(cocoa.reopen());
+    EXPECT_EQ(openings, 1);
+}
+
+TEST_F(CocoaApplicationTest, AnInstanceThatHandsOverIsReported) {
+    int openings = 0;
+    const ReopenObserver observer([&] { ++openings; });
+    cocoa.receive("org.kelvinbar.kelvinbar.open");
+    cocoa.receive("org.kelvinbar.kelvinbar-demo.open");
+    EXPECT_EQ(openings, 1);
+}
+
+TEST_F(CocoaApplicationTest, NothingIsReportedAfterTheObserversEnd) {
+    int openings = 0;
+    auto observer = std::make_unique<ReopenObserver>([&] { ++openings; });
+    cocoa.launch();
+    observer.reset();
+    EXPECT_FALSE(cocoa.reopen());
+    cocoa.launch();
+    EXPECT_FALSE(cocoa.reopen());
+    cocoa.receive("org.kelvinbar.kelvinbar.open");
+    EXPECT_EQ(openings, 0);
+}
+
+TEST_F(CocoaApplicationTest, AnObserverOutsideABundleHearsOfTheUserAlone) {
+    cocoa.program.bundleIdentifier = std::nullopt;
+    int openings = 0;
+    const ReopenObserver observer([&] { ++openings; });
+    cocoa.launch();
+    cocoa.receive(".open");
+    EXPECT_EQ(openings, 0);
+    EXPECT_TRUE(cocoa.reopen());
+    EXPECT_EQ(openings, 1);
+}
+
+TEST_F(CocoaApplicationTest, AnObserverWithoutHandlerDoesNothing) {
+    const ReopenObserver observer(nullptr);
+    cocoa.launch();
+    EXPECT_TRUE(cocoa.reopen());
+    cocoa.receive("org.kelvinbar.kelvinbar.open");
+}
+
+} // namespace kelvinbar

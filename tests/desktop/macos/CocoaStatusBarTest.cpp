@@ -1,0 +1,220 @@
+#include "desktop/macos/CocoaStatusBar.h"
+
+#include "tests/macos-runtime/CocoaTest.h"
+
+#include <memory>
+#include <string>
+
+namespace kelvinbar {
+
+namespace {
+
+using fakes::FakePicture;
+using fakes::FakeTitle;
+using testing::Optional;
+
+class CocoaStatusBarTest : public CocoaTest {
+  protected:
+    CocoaStatusBarTest() {
+        cocoa.symbols = {{"thermometer.medium", {20, 16}}};
+        cocoa.pictures = {{"MenuBarIcon", {40, 40}}, {"fan.fill.png", {24, 24}}, {"fan", {24, 24}}};
+        cocoa.screens = {{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 70, 1440, 805}},
+                         {.frame = {1440, 100, 1000, 700}, .visibleFrame = {1440, 100, 1000, 675}}};
+        cocoa.itemWindow = Rect{1200, 876, 64, 24};
+        cocoa.itemScreen = 0;
+    }
+
+    FakePicture pictureFor(const StatusImage& image) {
+        const auto item = bar.makeItem();
+        item->button()->setImageLeftOfTitle(image);
+        return cocoa.button().picture.value_or(FakePicture{});
+    }
+
+    FakeTitle titleFor(const StatusTitle& title) {
+        const auto item = bar.makeItem();
+        item->button()->setTitle(title);
+        return cocoa.button().title.value_or(FakeTitle{});
+    }
+
+    CocoaStatusBar bar;
+};
+
+} // namespace
+
+TEST_F(CocoaStatusBarTest, AnItemIsInTheBarWhileItLives) {
+    auto item = bar.makeItem();
+    EXPECT_EQ(cocoa.itemCount(), 1U);
+    item.reset();
+    EXPECT_EQ(cocoa.itemCount(), 0U);
+}
+
+TEST_F(CocoaStatusBarTest, AnItemIsAsWideAsItsContent) {
+    const auto item = bar.makeItem();
+    EXPECT_EQ(cocoa.button().itemLength, -1); // the number with that meaning
+}
+
+TEST_F(CocoaStatusBarTest, AnItemWithoutButtonHasNone) {
+    cocoa.givesButtons = false;
+    EXPECT_EQ(bar.makeItem()->button(), nullptr);
+}
+
+TEST_F(CocoaStatusBarTest, ATitleHasItsTextFontColourAndBaseline) {
+    const FakeTitle title = titleFor({.text = "52 °C", .style = {}});
+    EXPECT_EQ(title, (FakeTitle{.text = "52 °C",
+                                .pointSize = 10.5,
+                                .weight = fakes::fakeSemiboldWeight,
+                                .hasMonospacedDigits = true,
+                                .color = "label",
+                                .baselineOffset = -0.5}));
+}
+
+TEST_F(CocoaStatusBarTest, ATitleCanHaveARegularFontWithProportionalDigits) {
+    const FakeTitle title = titleFor(
+        {.text = "…",
+         .style = {.pointSize = 12, .isSemibold = false, .hasMonospacedDigits = false, .baselineOffset = 0}});
+    EXPECT_EQ(title.weight, fakes::fakeRegularWeight);
+    EXPECT_FALSE(title.hasMonospacedDigits);
+    EXPECT_EQ(title.pointSize, 12);
+    EXPECT_EQ(title.baselineOffset, 0);
+}
+
+TEST_F(CocoaStatusBarTest, ATitleReplacesTheFormerOne) {
+    const auto item = bar.makeItem();
+    for (const std::string text : {"51 °C", "52 °C"}) {
+        item->button()->setTitle({.text = text, .style = {}});
+        EXPECT_EQ(cocoa.button().title.value_or(FakeTitle{}).text, text);
+    }
+}
+
+TEST_F(CocoaStatusBarTest, ATitleThatIsNotUTF8IsEmpty) {
+    EXPECT_EQ(titleFor({.text = "52 \xB0"
+                                "C",
+                        .style = {}})
+                  .text,
+              "");
+}
+
+TEST_F(CocoaStatusBarTest, AToolTipReachesTheButton) {
+    const auto item = bar.makeItem();
+    item->button()->setToolTip("CPU: 52 °C");
+    EXPECT_EQ(cocoa.button().toolTip, "CPU: 52 °C");
+}
+
+TEST_F(CocoaStatusBarTest, AnImageOfTheProgramIsLeftOfTheTitleInItsSize) {
+    const auto item = bar.makeItem();
+    item->button()->setImageLeftOfTitle({.name = "MenuBarIcon", .size = Size{18, 18}});
+    EXPECT_TRUE(cocoa.button().isPictureLeftOfTitle);
+    EXPECT_THAT(cocoa.button().picture, Optional(FakePicture{.name = "MenuBarIcon", .size = {18, 18}}));
+}
+
+TEST_F(CocoaStatusBarTest, AnImageWithoutSizeKeepsItsOwn) {
+    EXPECT_EQ(pictureFor({.name = "MenuBarIcon"}).size, (Size{40, 40}));
+}
+
+TEST_F(CocoaStatusBarTest, OnlyATemplateIsDrawnInTheColourOfTheBar) {
+    EXPECT_TRUE(pictureFor({.name = "fan", .isTemplate = true}).isTemplate);
+    EXPECT_FALSE(pictureFor({.name = "fan", .isTemplate = false}).isTemplate);
+}
+
+TEST_F(CocoaStatusBarTest, ASymbolIsTheSystemsWithItsDescription) {
+    const FakePicture picture = pictureFor({.source = StatusImage::Source::systemSymbol,
+                                            .name = "thermometer.medium",
+                                            .isTemplate = true,
+                                            .accessibilityDescription = "Kelvinbar"});
+    EXPECT_EQ(picture, (FakePicture{.name = "thermometer.medium",
+                                    .isSystemSymbol = true,
+                                    .size = {20, 16},
+                                    .isTemplate = true,
+                                    .description = "Kelvinbar"}));
+}
+
+TEST_F(CocoaStatusBarTest, ASymbolThatTheSystemLacksIsTheProgramsPicture) {
+    const FakePicture picture = pictureFor({.source = StatusImage::Source::systemSymbol,
+                                            .name = "fan.fill",
+                                            .isTemplate = true,
+                                            .accessibilityDescription = "Fan"});
+    EXPECT_EQ(
+        picture,
+        (FakePicture{.name = "fan.fill.png", .size = {24, 24}, .isTemplate = true, .description = "Fan"}));
+}
+
+TEST_F(CocoaStatusBarTest, WithoutAnyImageTheButtonHasNone) {
+    const auto item = bar.makeItem();
+    item->button()->setImageLeftOfTitle({.name = "MenuBarIcon"});
+    item->button()->setImageLeftOfTitle({.source = StatusImage::Source::systemSymbol, .name = "nothing"});
+    EXPECT_EQ(cocoa.button().picture, std::nullopt);
+}
+
+TEST_F(CocoaStatusBarTest, AnImageOfTheProgramIsKnownByItsName) {
+    EXPECT_TRUE(bar.hasImageResource("MenuBarIcon"));
+    EXPECT_FALSE(bar.hasImageResource("nothing"));
+}
+
+TEST_F(CocoaStatusBarTest, AClickIsReportedOnce) {
+    const auto item = bar.makeItem();
+    int clicks = 0;
+    item->button()->setAction([&] { ++clicks; });
+    EXPECT_TRUE(cocoa.clickItem());
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(CocoaStatusBarTest, AnActionReplacesTheFormerOne) {
+    const auto item = bar.makeItem();
+    int former = 0;
+    int latter = 0;
+    item->button()->setAction([&] { ++former; });
+    item->button()->setAction([&] { ++latter; });
+    cocoa.clickItem();
+    EXPECT_EQ(former, 0);
+    EXPECT_EQ(latter, 1);
+}
+
+TEST_F(CocoaStatusBarTest, AnItemWithoutActionIgnoresClicks) {
+    const auto item = bar.makeItem();
+    EXPECT_FALSE(cocoa.clickItem());
+    item->button()->setAction(nullptr);
+    EXPECT_TRUE(cocoa.clickItem());
+}
+
+TEST_F(CocoaStatusBarTest, TheActionsStateEndsWithTheItem) {
+    const auto state = std::make_shared<int>();
+    auto item = bar.makeItem();
+    item->button()->setAction([state] {});
+    item.reset();
+    EXPECT_EQ(state.use_count(), 1);
+}
+
+TEST_F(CocoaStatusBarTest, TheFrameIsThatOfTheButtonFromTheTopOfTheMainScreen) {
+    const auto item = bar.makeItem();
+    // The button is 2 points from the left of its window and 1 from the bottom; y grows downwards from 900.
+    EXPECT_THAT(item->button()->frameOnScreen(), Optional(Rect{1202, 1, 60, 22}));
+}
+
+TEST_F(CocoaStatusBarTest, TheVisibleFrameIsThatOfTheItemsScreen) {
+    const auto item = bar.makeItem();
+    EXPECT_THAT(item->button()->visibleFrameOfScreen(), Optional(Rect{0, 25, 1440, 805}));
+    cocoa.itemScreen = 1;
+    EXPECT_THAT(item->button()->visibleFrameOfScreen(), Optional(Rect{1440, 125, 1000, 675}));
+}
+
+TEST_F(CocoaStatusBarTest, AnItemWithoutWindowHasNoFrame) {
+    cocoa.itemWindow = std::nullopt;
+    const auto item = bar.makeItem();
+    EXPECT_EQ(item->button()->frameOnScreen(), std::nullopt);
+    EXPECT_EQ(item->button()->visibleFrameOfScreen(), std::nullopt);
+}
+
+TEST_F(CocoaStatusBarTest, AnItemOnNoScreenHasNoVisibleFrame) {
+    cocoa.itemScreen = std::nullopt;
+    const auto item = bar.makeItem();
+    EXPECT_EQ(item->button()->visibleFrameOfScreen(), std::nullopt);
+}
+
+TEST_F(CocoaStatusBarTest, WithoutScreensAFrameIsMeasuredFromTheBottom) {
+    cocoa.screens.clear();
+    cocoa.itemScreen = std::nullopt;
+    const auto item = bar.makeItem();
+    EXPECT_THAT(item->button()->frameOnScreen(), Optional(Rect{1202, -899, 60, 22}));
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "tests/macos-runtime/FakeCocoa.h"
+#import "tests/macos-runtime/FakeFoundation.h"
+
+#import <AppKit/AppKit.h>
+#include <vector>
+
+// What the fakes add to the classes of AppKit.
+
+@interface NSFont ()
+@property(nonatomic) double pointSize;
+@property(nonatomic) double weight;
+@property(nonatomic) bool hasMonospacedDigits;
+@end
+
+@interface NSColor ()
+@property(nonatomic) std::string name;
+@end
+
+@interface NSImageSymbolConfiguration ()
+@property(nonatomic) double pointSize;
+@property(nonatomic) double weight;
+@end
+
+@interface NSImage ()
+@property(nonatomic) std::string name;
+@property(nonatomic) bool isSystemSymbol;
+@property(nonatomic) bool isTemplate;
+@property(nonatomic, strong) NSImageSymbolConfiguration* configuration;
+@end
+
+@interface NSBitmapImageRep ()
+@property(nonatomic) NSInteger side;
+@end
+
+@interface NSGraphicsContext ()
+@property(nonatomic, strong) NSBitmapImageRep* bitmap;
+@end
+
+@interface NSScreen ()
+- (instancetype)initWithScreen:(const kelvinbar::fakes::FakeScreen&)screen;
+@end
+
+@interface NSRunningApplication ()
+- (instancetype)initWithProgram:(const kelvinbar::fakes::FakeProgram&)program;
+@end
+
+@interface NSStatusItem ()
+- (instancetype)initWithLength:(CGFloat)length;
+- (CGFloat)length;
+@end
+
+@interface NSStatusBar ()
+- (const std::vector<NSStatusItem*>&)items;
+@end
+
+namespace kelvinbar::fakes {
+
+/// The handlers of mouse presses in other programs.
+struct FakeMonitors {
+    struct Monitor {
+        NSObject* token; ///< what the program holds
+        NSEventMask mask;
+        void (^handler)(NSEvent*);
+    };
+
+    std::vector<Monitor> installed;
+};
+
+FakeMonitors& fakeMonitors();
+
+} // namespace kelvinbar::fakes
