@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/macos-runtime/FakeCocoa.h"
+#include "tests/macos-runtime/system/FakeCocoa.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

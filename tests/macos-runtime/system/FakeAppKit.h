@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/macos-runtime/FakeCocoa.h"
-#import "tests/macos-runtime/FakeFoundation.h"
+#include "tests/macos-runtime/system/FakeCocoa.h"
+#import "tests/macos-runtime/system/FakeFoundation.h"
 
 #import <AppKit/AppKit.h>
 #include <vector>

@@ -1,6 +1,6 @@
-#import "tests/macos-runtime/FakeAppKit.h"
+#import "tests/macos-runtime/system/FakeAppKit.h"
 
-#include "tests/macos-runtime/Runtime.h"
+#include "tests/macos-runtime/system/Runtime.h"
 
 #import <CoreServices/CoreServices.h>
 #include <algorithm>

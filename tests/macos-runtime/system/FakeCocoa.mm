@@ -1,8 +1,8 @@
-#include "tests/macos-runtime/FakeCocoa.h"
+#include "tests/macos-runtime/system/FakeCocoa.h"
 
-#import "tests/macos-runtime/FakeAppKit.h"
-#import "tests/macos-runtime/FakeFoundation.h"
-#include "tests/macos-runtime/Runtime.h"
+#import "tests/macos-runtime/system/FakeAppKit.h"
+#import "tests/macos-runtime/system/FakeFoundation.h"
+#include "tests/macos-runtime/system/Runtime.h"
 
 #import <CoreServices/CoreServices.h>
 #include <array>

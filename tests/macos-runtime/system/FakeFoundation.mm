@@ -1,7 +1,7 @@
-#import "tests/macos-runtime/FakeFoundation.h"
+#import "tests/macos-runtime/system/FakeFoundation.h"
 
-#include "tests/macos-runtime/FakeCocoa.h"
-#include "tests/macos-runtime/Runtime.h"
+#include "tests/macos-runtime/system/FakeCocoa.h"
+#include "tests/macos-runtime/system/Runtime.h"
 
 #import <CoreServices/CoreServices.h>
 #include <algorithm>

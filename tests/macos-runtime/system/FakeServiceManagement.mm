@@ -1,6 +1,6 @@
-#include "tests/macos-runtime/FakeCocoa.h"
-#import "tests/macos-runtime/FakeFoundation.h"
-#include "tests/macos-runtime/Runtime.h"
+#include "tests/macos-runtime/system/FakeCocoa.h"
+#import "tests/macos-runtime/system/FakeFoundation.h"
+#include "tests/macos-runtime/system/Runtime.h"
 
 #import <ServiceManagement/ServiceManagement.h>
 
