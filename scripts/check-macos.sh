@@ -10,7 +10,7 @@ export ZIG_GLOBAL_CACHE_DIR=$work/cache ZIG_LOCAL_CACHE_DIR=$work/cache
 source scripts/macos/gates.sh
 source scripts/macos/prove-gates.sh
 
-fetch_compiler() {
+fetch_packages() {
   mkdir -p "$work"
   cmp -s scripts/macos/package-lock.json "$work/fetched" && return
   cp scripts/macos/package.json scripts/macos/package-lock.json "$work/"
@@ -59,7 +59,7 @@ gather_toolkit_sources() {
 }
 
 scripts/install-dependencies.sh macos
-fetch_compiler
+fetch_packages
 write_compilers arm64 aarch64
 write_compilers x86_64 x86_64
 offer_libraries
@@ -86,10 +86,14 @@ echo "== The program over the toolkit, and the test of a real machine: compile"
 mapfile -t sources < <(git ls-files 'machines/macos/*.mm' 'machines/macos/*.cpp' 'desktop/macos/*.mm')
 is_analysed "${sources[@]}"
 echo "== Analyser: no findings in ${#sources[@]} sources"
+agrees_with_sdk $declarations
 
 cmake --preset core >/dev/null
-cmake --build --preset core --target kelvinbar_macos_tests
+cmake --build --preset core --target kelvinbar_macos_tests kelvinbar_cocoa_tests
 build/core/tests/machines/macos/kelvinbar_macos_tests --gtest_brief=1
+runs_over_fake build/core/tests/macos-runtime/kelvinbar_cocoa_tests
+mapfile -t sources < <(git ls-files 'machines/macos/*.mm' 'desktop/macos/*.mm' | grep -v DeclarationChecks) # which has no code
+covers_over_fake 95 "${sources[@]}"
 tests_pass_in_memory . | tail -n 1
 echo "== Tests: pass as code for this machine and as code for macOS"
 
