@@ -24,7 +24,7 @@ declare -A evidence=(
   [python3-pytest]=/usr/lib/python3/dist-packages/pytest/__init__.py [gir1.2-gtk-3.0]='/usr/lib/*/girepository-1.0/Gtk-3.0.typelib'
   [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
-  [npm]=npm [clang-19]=clang++-19 [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
+  [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
@@ -41,7 +41,7 @@ declare -A packages=(
   [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
-  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19"
+  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang libclang-rt-14-dev"
 )
 
