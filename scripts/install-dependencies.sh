@@ -41,7 +41,7 @@ declare -A packages=(
   [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
-  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19 qemu-user-static"
+  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang libclang-rt-14-dev"
 )
 

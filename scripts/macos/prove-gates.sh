@@ -142,6 +142,8 @@ prove_gates() {
 
   caught "no member named 'applicationStateChangedX'" compiles_over_toolkit \
     "$(mistake $desktop/ActiveInput.cpp 's/applicationStateChanged/&X/')"
+  /usr/lib/qt6/libexec/moc -I. "$(mistake panel/Plate.h 's/(Q_PROPERTY.* READ )(\w+)/\1\2X/')" -o "$work/mistakes/moc.cpp"
+  caught "no member named 'colorsX'" compiles_over_toolkit "$work/mistakes/moc.cpp"
   caught "no member named 'sourceX'" compiles_test \
     "$(mistake tests/machines/macos/MacPlatformTest.cpp 's/machine\.source/&X/')"
 
