@@ -62,6 +62,7 @@ caught_over_fake() { caught "$1" passes_over_fake "$(mistake "$2" "$3")"; }
 # What the compiler accepts and only a run shows: references, pools, what is taken back, threads, behaviour.
 prove_execution() {
   local application=desktop/macos/CocoaApplication.mm bar=desktop/macos/CocoaStatusBar.mm
+  local timers=desktop/macos/CocoaTimers.mm window=desktop/macos/CocoaWindow.mm
   local login=desktop/macos/MainAppLoginItem.mm symbol=desktop/macos/SystemSymbolMask.mm
   local system=machines/macos/MacSystemInformation.mm
   # a function's pool: the line after the one that opens the function
@@ -81,7 +82,9 @@ prove_execution() {
 
   # What has to be taken back
   caught_over_fake '"1 status items"' $bar '/removeStatusItem:/d'
-  caught_over_fake '"1 monitors"' $application 's/\[NSEvent removeMonitor:(CFBridgingRelease\(kept\))\]/(void)\1/'
+  caught_over_fake '"1 monitors"' $application 's/\[NSEvent removeMonitor:ended\]/(void)ended/'
+  caught_over_fake '"1 activities"' $application 's/\[NSProcessInfo\.processInfo endActivity:ended\]/(void)ended/'
+  caught_over_fake '"1 timers"' $timers '/\[timer_ invalidate\]/d'
   caught_over_fake '"1 observers"' $application '/\[NSNotificationCenter\.defaultCenter removeObserver:/d'
   caught_over_fake '"1 observers of other programs"' $application \
     '/\[NSDistributedNotificationCenter\.defaultCenter removeObserver:/d'
@@ -94,11 +97,19 @@ prove_execution() {
     '1i #include <thread>
      s/^( +)(\[NSApplication\.sharedApplication hide:nil\];)/std::thread([] { @autoreleasepool { \2 } }).join();/'
   caught_over_fake 'SMAppService before macOS 13' $login 's/macOS 13\.0/macOS 12.0/'
+  caught_over_fake 'the areas beside the notch before macOS 12' $bar 's/macOS 12\.0/macOS 11.0/'
   caught_over_fake 'the low power mode before macOS 12' $system 's/macOS 12\.0/macOS 11.0/'
 
   # Behaviour
   caught_over_fake 'OnlyATemplateIsDrawnInTheColourOfTheBar' $bar 's/setTemplate:image/setTemplate:!image/'
   caught_over_fake 'AClickIsReportedOnce' $bar 's/action = @selector\(togglePopover:\)/action = nullptr/'
+  caught_over_fake 'ARightClickIsReportedAsASecondaryOne' $bar 's/ \| NSEventMaskRightMouseUp//'
+  caught_over_fake 'AControlClickIsReportedAsASecondaryOne' $bar 's/(NSEventModifierFlagControl\)) != 0/\1 > 1UL << 18/'
+  caught_over_fake 'TheItemOfAnOpenPanelStaysHighlightedAfterItsMenu' $bar 's/highlight:isHighlighted_\]/highlight:NO]/'
+  caught_over_fake 'a menu at a place in a view' $bar 's/inView:nil/inView:button/'
+  caught_over_fake 'ATimerRepeatsInItsIntervalWithItsTolerance' $timers 's/secondsOf\(tolerance/secondsOf(interval - tolerance/'
+  caught_over_fake 'ATimerFiresUntilItIsInvalidated' $timers 's/NSRunLoopCommonModes\]/@"the default mode"]/'
+  caught_over_fake 'AWindowMovesToTheActiveSpace' $window 's/NSWindowCollectionBehaviorFullScreenAuxiliary \|//'
   caught_over_fake 'ATitleHasItsTextFontColourAndBaseline' $bar \
     's/(NSFontWeightSemibold) : (NSFontWeightRegular)/\2 : \1/'
   caught_over_fake 'are converted to another view' $bar 's/toView:nil/toView:button/'
