@@ -5,6 +5,7 @@
 #include "machines/macos/MacSystemInformation.h"
 #include "tests/macos-runtime/CocoaTest.h"
 
+#include <chrono>
 #include <thread>
 
 namespace kelvinbar {

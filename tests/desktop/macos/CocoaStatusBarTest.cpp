@@ -1,9 +1,11 @@
 #include "desktop/macos/CocoaStatusBar.h"
 
+#include "desktop/macos/CocoaApplication.h"
 #include "tests/macos-runtime/CocoaTest.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -11,7 +13,9 @@ namespace {
 
 using fakes::FakeClick;
 using fakes::FakePicture;
+using fakes::FakePress;
 using fakes::FakeTitle;
+using testing::ElementsAre;
 using testing::Optional;
 
 class CocoaStatusBarTest : public CocoaTest {
@@ -277,6 +281,18 @@ TEST_F(CocoaStatusBarTest, APressOnTheItemIsKnownByItsPlace) {
     const auto item = bar.makeItem();
     EXPECT_TRUE(bar.isOnItem({1230, 10}));
     EXPECT_FALSE(bar.isOnItem({1190, 10}));
+}
+
+TEST_F(CocoaStatusBarTest, APressThatTheSystemReportsAsElsewhereIsKnownToBeOnTheItem) {
+    const auto item = bar.makeItem();
+    std::vector<bool> areOnItem;
+    const auto watch = watchPressesInOtherPrograms(
+        MouseButtons::all, [&](Point place) { areOnItem.push_back(bar.isOnItem(place)); });
+    for (const Point place : {Point{1230, 899}, Point{1230, 100}}) {
+        cocoa.mousePlace = place;
+        cocoa.pressElsewhere(FakePress::left);
+    }
+    EXPECT_THAT(areOnItem, ElementsAre(true, false));
 }
 
 TEST_F(CocoaStatusBarTest, AnItemIsHighlightedOnRequest) {

@@ -2,7 +2,10 @@
 
 #include "tests/macos-runtime/CocoaTest.h"
 
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace kelvinbar {
 
