@@ -87,7 +87,7 @@ FakeMonitors& fakeMonitors() {
 
 @end
 
-/// The window of the status item, unless it says otherwise.
+/// The window of the status item. FakeWindow is that of a view.
 @implementation NSWindow
 
 - (nullable NSScreen*)screen {
@@ -126,7 +126,7 @@ FakeMonitors& fakeMonitors() {
 
 @end
 
-/// Another window than the status item's.
+/// The window of a view that belongs to no status item.
 @interface FakeWindow : NSWindow
 @end
 
