@@ -10,7 +10,7 @@ export ZIG_GLOBAL_CACHE_DIR=$work/cache ZIG_LOCAL_CACHE_DIR=$work/cache
 source scripts/macos/gates.sh
 source scripts/macos/prove-gates.sh
 
-fetch_compiler() {
+fetch_packages() {
   mkdir -p "$work"
   cmp -s scripts/macos/package-lock.json "$work/fetched" && return
   cp scripts/macos/package.json scripts/macos/package-lock.json "$work/"
@@ -18,6 +18,20 @@ fetch_compiler() {
   export NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-/etc/ssl/certs/ca-certificates.crt}
   (cd "$work" && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error)
   cp scripts/macos/package-lock.json "$work/fetched"
+}
+
+# A linker in memory and a C++ library for arm64, from Debian, outside this machine's own packages.
+fetch_arm64_programs() {
+  local root=$work/arm64-root packages=$work/arm64-packages deb
+  [[ -e $packages/unpacked ]] && return
+  mkdir -p "$root" "$packages"/{state/lists/partial,cache/archives/partial}
+  : >"$packages/state/status"
+  local options=(-qq -o APT::Architecture=arm64 -o APT::Architectures=arm64 -o "Dir::State=$packages/state"
+    -o "Dir::State::status=$packages/state/status" -o "Dir::Cache=$packages/cache" -o APT::Sandbox::User=)
+  apt-get "${options[@]}" update
+  apt-get "${options[@]}" install -y --no-install-recommends --download-only llvm-14 libc++1-19 >/dev/null
+  for deb in "$packages"/cache/archives/*.deb; do dpkg-deb --extract "$deb" "$root"; done
+  touch "$packages/unpacked"
 }
 
 # write_program FILE COMMAND…: writes a program that runs the command and passes its arguments on.
@@ -58,8 +72,28 @@ gather_toolkit_sources() {
   done
 }
 
+# Metaobjects, resources and compiled views, as the build generates them from the panel's sources.
+generate_toolkit_sources() {
+  local tools=/usr/lib/qt6/libexec folder=$work/toolkit/generated header view path=/qt-project.org/imports/Kelvinbar/Panel
+  mkdir -p "$folder"
+  while read -r header; do
+    "$tools/moc" -I. -p "$(dirname "$header")" "$header" -o "$folder/moc_$(basename "$header" .h).cpp"
+  done < <(git grep -lE '\bQ_(OBJECT|GADGET)\b' -- 'panel/*.h' 'desktop/qt/*.h' 'desktop/macos/*.h')
+  {
+    echo "<RCC><qresource prefix=\"$path\">"
+    git ls-files 'panel/views/*.qml' | sed "s#.*#<file alias=\"&\">$PWD/&</file>#; s#alias=\"panel/#alias=\"#"
+    echo "</qresource></RCC>"
+  } >"$folder/panel.qrc"
+  "$tools/rcc" --name panel "$folder/panel.qrc" -o "$folder/rcc_panel.cpp"
+  while read -r view; do
+    "$tools/qmlcachegen" --only-bytecode --resource-path "$path/${view#panel/}" -o "$folder/$(basename "$view" .qml)_qml.cpp" "$view"
+  done < <(git ls-files 'panel/views/*.qml')
+  (cd "$folder" && printf '#include "generated/%s"\n' moc_*.cpp rcc_*.cpp ./*_qml.cpp) >"$work/toolkit/generated.cpp"
+}
+
 scripts/install-dependencies.sh macos
-fetch_compiler
+fetch_packages
+fetch_arm64_programs
 write_compilers arm64 aarch64
 write_compilers x86_64 x86_64
 offer_libraries
@@ -80,17 +114,24 @@ has_both_architectures "$work/kelvinbar-snapshot"
 echo "== Links, imports, load commands: as meant"
 
 gather_toolkit_sources
+generate_toolkit_sources
 compiles_over_toolkit "$work"/toolkit/*.cpp
 compiles_test tests/machines/macos/MacPlatformTest.cpp
-echo "== The program over the toolkit, and the test of a real machine: compile"
+echo "== The program over the toolkit with what is generated for it, and the test of a real machine: compile"
 mapfile -t sources < <(git ls-files 'machines/macos/*.mm' 'machines/macos/*.cpp' 'desktop/macos/*.mm')
 is_analysed "${sources[@]}"
 echo "== Analyser: no findings in ${#sources[@]} sources"
+agrees_with_sdk $declarations
 
 cmake --preset core >/dev/null
-cmake --build --preset core --target kelvinbar_macos_tests
+cmake --build --preset core --target kelvinbar_macos_tests kelvinbar_cocoa_tests
 build/core/tests/machines/macos/kelvinbar_macos_tests --gtest_brief=1
-tests_pass_in_memory . | tail -n 1
+runs_over_fake build/core/tests/macos-runtime/kelvinbar_cocoa_tests
+mapfile -t sources < <(git ls-files 'machines/macos/*.mm' 'desktop/macos/*.mm' | grep -v DeclarationChecks) # which has no code
+covers_over_fake 95 "${sources[@]}"
+for architecture in x86_64 arm64; do
+  tests_pass_in_memory . "$architecture" | tail -n 1
+done
 echo "== Tests: pass as code for this machine and as code for macOS"
 
 prove_gates

@@ -31,7 +31,7 @@ declare -A evidence=(
   [mate-settings-daemon]=mate-settings-daemon [mate-session-manager]=mate-session [cinnamon]=cinnamon
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
   [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
-  [npm]=npm [clang-19]=clang++-19 [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
+  [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
@@ -52,7 +52,7 @@ declare -A packages=(
   [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
-  [macos]="$build libgtest-dev libgmock-dev locales git npm clang-19 llvm-14 libc++1-19"
+  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang libclang-rt-14-dev"
 )
 

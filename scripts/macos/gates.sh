@@ -106,5 +106,70 @@ is_analysed() {
     -Xanalyzer -analyzer-output=text -Xanalyzer -analyzer-werror -Xanalyzer -analyzer-checker=osx,cplusplus
 }
 
-# tests_pass_in_memory FOLDER: the tests over I/O Kit pass, compiled for macOS and linked in memory.
-tests_pass_in_memory() { ZIG="$toolchain/zig" "$1/scripts/macos/run-jit-tests.sh" "$work/jit"; }
+# tests_pass_in_memory FOLDER ARCHITECTURE: the tests over I/O Kit pass, compiled for macOS and linked in memory.
+tests_pass_in_memory() {
+  ZIG=$toolchain/zig ARM64_ROOT=$work/arm64-root "$1/scripts/macos/run-jit-tests.sh" "$2" "$work/jit-$2"
+}
+
+# agrees_with_sdk DECLARATIONS: the SDK has what the headers in that folder declare.
+agrees_with_sdk() {
+  local library=$toolchain/lib headers=(AppKit/AppKit CoreServices/CoreServices IOKit/IOKitLib ServiceManagement/ServiceManagement)
+  printf '#import <%s.h>\n' "${headers[@]}" |
+    clang++-19 --target=arm64-apple-macos$oldest_system -std=c++20 -x objective-c++ -fobjc-arc -nostdinc -isystem "$1" \
+      -isystem "$library/include" -isystem "$library/libc/include/any-macos-any" \
+      -fsyntax-only -Xclang -ast-dump=json - |
+    scripts/macos/check_declarations.py "$work/node_modules/@nativescript/macos-node-api/types" "$1"
+}
+
+# core_command TARGET PATTERN: the same as command_for, in the build for this machine.
+core_command() { ninja -C build/core -t commands "$1" | grep -E -- "$2" | tail -n 1; }
+
+# compiles_for_fake SOURCE OBJECT [FLAG …]: compiles SOURCE as the file of its name is compiled for the fake system.
+compiles_for_fake() {
+  local command
+  rm -f "$2"
+  command=$(core_command kelvinbar_cocoa_tests " -c .*/$(basename "$1")$" | sed "
+    s# -MD .* -c .*# ${*:3} -c '$(realpath "$1")' -o '$2'#")
+  (cd build/core && bash -c "$command")
+}
+
+# links_with_fake PROGRAM OBJECT …: links the tests over the fake system. The objects replace those of the build.
+links_with_fake() {
+  local command
+  command=$(core_command kelvinbar_cocoa_tests ' -o tests/macos-runtime/kelvinbar_cocoa_tests ' | sed "
+    s/^: && //; s/ && .*//
+    s# -o [^ ]*# ${*:2} -o $1#")
+  (cd build/core && bash -c "$command")
+}
+
+# runs_over_fake PROGRAM
+runs_over_fake() {
+  "$1" --gtest_brief=1 2>&1 || {
+    echo "The tests over the fake system ended with status $?."
+    return 1
+  }
+}
+
+# passes_over_fake SOURCE: the tests over the fake system pass with SOURCE in place of the file of its name.
+passes_over_fake() {
+  local folder=$work/replaced
+  mkdir -p "$folder"
+  compiles_for_fake "$1" "$folder/source.o" && links_with_fake "$folder/tests" "$folder/source.o" &&
+    runs_over_fake "$folder/tests"
+}
+
+# covers_over_fake PERCENT SOURCE …: the tests over the fake system run that share of the lines of each source.
+covers_over_fake() {
+  local folder=$work/coverage source objects=()
+  mkdir -p "$folder"
+  for source in "${@:2}"; do
+    objects+=("$folder/$(basename "$source").o")
+    compiles_for_fake "$source" "${objects[-1]}" -fprofile-instr-generate -fcoverage-mapping || return 1
+  done
+  links_with_fake "$folder/tests" "${objects[@]}" -u__llvm_profile_runtime \
+    "$(clang++ -print-runtime-dir)/libclang_rt.profile-x86_64.a" &&
+    LLVM_PROFILE_FILE=$folder/counts runs_over_fake "$folder/tests" >/dev/null &&
+    llvm-profdata-14 merge "$folder/counts" -o "$folder/merged" &&
+    llvm-cov-14 export --summary-only --instr-profile="$folder/merged" "$folder/tests" "${@:2}" |
+    scripts/macos/line_coverage.py "$1"
+}

@@ -31,6 +31,103 @@ caught() {
   caught_count=$((caught_count + 1))
 }
 
+# caught_by_sdk TEXT HEADER EDIT: the comparison with the SDK fails with TEXT for the declarations with a mistake.
+caught_by_sdk() {
+  rm -rf "$work/mistakes/declared"
+  cp -r $declarations "$work/mistakes/declared"
+  cp "$(mistake "$declarations/$2" "$3")" "$work/mistakes/declared/$2"
+  caught "Not in the SDK: $1" agrees_with_sdk "$work/mistakes/declared"
+}
+
+# One of each kind of name, of parameters, and of values.
+prove_comparison() {
+  local appkit=AppKit/AppKit.h
+  caught_by_sdk 'class NSWorkplace' $appkit 's/@interface NSWorkspace/@interface NSWorkplace/'
+  caught_by_sdk 'class NSStatusBarButton: NSScreen' $appkit 's/NSStatusBarButton : NSButton/NSStatusBarButton : NSScreen/'
+  caught_by_sdk '-[NSStatusBar removeItem:]' $appkit 's/removeStatusItem:/removeItem:/'
+  caught_by_sdk '-[NSEvent removeMonitor:]' $appkit 's/\+ (\(void\)removeMonitor:)/- \1/'
+  caught_by_sdk 'property NSScreen.visibleArea' $appkit 's/NSRect visibleFrame/NSRect visibleArea/'
+  caught_by_sdk 'a setter of NSScreen.frame' $appkit 's/@property\(readonly\) NSRect frame/@property NSRect frame/'
+  caught_by_sdk 'function NSBeeps' $appkit 's/void NSBeep\(/void NSBeeps(/'
+  caught_by_sdk 'function IOServiceClose with 2 parameters' IOKit/IOKitLib.h 's/(IOServiceClose\(io_connect_t connect)/\1, int how/'
+  caught_by_sdk 'constant NSFontWeightMiddle' $appkit 's/NSFontWeightMedium/NSFontWeightMiddle/'
+  caught_by_sdk 'enumerator NSApplicationActivationPolicyNever' $appkit 's/PolicyProhibited/PolicyNever/'
+  caught_by_sdk 'NSEventMaskOtherMouseDown = 16777216' $appkit 's/1ULL << 25/1ULL << 24/'
+  caught_by_sdk 'NSImageLeft = 1' $appkit 's/NSImageOnly, NSImageLeft/NSImageLeft, NSImageOnly/'
+}
+
+# caught_over_fake TEXT SOURCE EDIT: the tests over the fake system fail with TEXT for SOURCE with a mistake.
+caught_over_fake() { caught "$1" passes_over_fake "$(mistake "$2" "$3")"; }
+
+# What the compiler accepts and only a run shows: references, pools, what is taken back, threads, behaviour.
+prove_execution() {
+  local application=desktop/macos/CocoaApplication.mm bar=desktop/macos/CocoaStatusBar.mm
+  local timers=desktop/macos/CocoaTimers.mm window=desktop/macos/CocoaWindow.mm
+  local login=desktop/macos/MainAppLoginItem.mm symbol=desktop/macos/SystemSymbolMask.mm
+  local system=machines/macos/MacSystemInformation.mm
+  # a function's pool: the line after the one that opens the function
+  local pool='n; s/@autoreleasepool //'
+
+  # References and pools
+  caught_over_fake 'is autoreleased without a pool' $bar "/::hasImageResource/{ $pool }"
+  caught_over_fake 'is autoreleased without a pool' $application "/^bool systemPrefersReducedMotion/{ $pool }"
+  caught_over_fake 'is autoreleased without a pool' $system "/::activeProcessorCount/{ $pool }"
+  caught_over_fake '"KelvinbarClickTarget"' $bar \
+    's/^@property\(nonatomic\) std::function<void\(\)> action;/&\n@property(nonatomic) id itself;/
+     s/^ +target_\.action = .*/&\n target_.itself = target_;/'
+  caught_over_fake 'a released KelvinbarClickTarget is used' $bar \
+    's/^ +target_\.action = .*/&\n CFBridgingRelease((__bridge CFTypeRef)target_);/'
+  caught_over_fake '"NSObject"' $application 's/CFBridgingRelease\(kept\)/(__bridge id)kept/'
+  caught_over_fake 'ended with status' $application 's/const auto handler = onPress/const auto\& handler = onPress/'
+
+  # What has to be taken back
+  caught_over_fake '"1 status items"' $bar '/removeStatusItem:/d'
+  caught_over_fake '"1 monitors"' $application 's/\[NSEvent removeMonitor:ended\]/(void)ended/'
+  caught_over_fake '"1 activities"' $application 's/\[NSProcessInfo\.processInfo endActivity:ended\]/(void)ended/'
+  caught_over_fake '"1 timers"' $timers '/\[timer_ invalidate\]/d'
+  caught_over_fake '"1 observers"' $application '/\[NSNotificationCenter\.defaultCenter removeObserver:/d'
+  caught_over_fake '"1 observers of other programs"' $application \
+    '/\[NSDistributedNotificationCenter\.defaultCenter removeObserver:/d'
+  caught_over_fake '"1 handlers of events"' $application \
+    's/\[NSAppleEventManager\.sharedAppleEventManager$/[(NSAppleEventManager*)nil/'
+  caught_over_fake '"1 saved graphics states"' $symbol '/restoreGraphicsState/d'
+
+  # Threads and versions of the system
+  caught_over_fake 'from another thread than the main one' $application \
+    '1i #include <thread>
+     s/^( +)(\[NSApplication\.sharedApplication hide:nil\];)/std::thread([] { @autoreleasepool { \2 } }).join();/'
+  caught_over_fake 'SMAppService before macOS 13' $login 's/macOS 13\.0/macOS 12.0/'
+  caught_over_fake 'the areas beside the notch before macOS 12' $bar 's/macOS 12\.0/macOS 11.0/'
+  caught_over_fake 'the low power mode before macOS 12' $system 's/macOS 12\.0/macOS 11.0/'
+
+  # Behaviour
+  caught_over_fake 'OnlyATemplateIsDrawnInTheColourOfTheBar' $bar 's/setTemplate:image/setTemplate:!image/'
+  caught_over_fake 'AClickIsReportedOnce' $bar 's/action = @selector\(togglePopover:\)/action = nullptr/'
+  caught_over_fake 'ARightClickIsReportedAsASecondaryOne' $bar 's/ \| NSEventMaskRightMouseUp//'
+  caught_over_fake 'AControlClickIsReportedAsASecondaryOne' $bar 's/(NSEventModifierFlagControl\)) != 0/\1 > 1UL << 18/'
+  caught_over_fake 'TheItemOfAnOpenPanelStaysHighlightedAfterItsMenu' $bar 's/highlight:isHighlighted_\]/highlight:NO]/'
+  caught_over_fake 'a menu at a place in a view' $bar 's/inView:nil/inView:button/'
+  caught_over_fake 'ATimerRepeatsInItsIntervalWithItsTolerance' $timers 's/secondsOf\(tolerance/secondsOf(interval - tolerance/'
+  caught_over_fake 'ATimerFiresUntilItIsInvalidated' $timers 's/NSRunLoopCommonModes\]/@"the default mode"]/'
+  caught_over_fake 'AWindowMovesToTheActiveSpace' $window 's/NSWindowCollectionBehaviorFullScreenAuxiliary \|//'
+  caught_over_fake 'ATitleHasItsTextFontColourAndBaseline' $bar \
+    's/(NSFontWeightSemibold) : (NSFontWeightRegular)/\2 : \1/'
+  caught_over_fake 'are converted to another view' $bar 's/toView:nil/toView:button/'
+  caught_over_fake 'AnInstanceHandsOverToAnOlderOne' $application 's/NSOrderedAscending/NSOrderedDescending/'
+  caught_over_fake 'programs without an identifier are asked for' $application '/identifier == nil/d'
+  caught_over_fake 'EveryPressInAnotherProgramIsReported' $application 's/ \| NSEventMaskOtherMouseDown//'
+  caught_over_fake 'AHiddenProgramIsShownBeforeItIsActivated' $application '/unhideWithoutActivation/d'
+  caught_over_fake 'AnInstanceThatHandsOverIsReported' $application 's/BehaviorDeliverImmediately/BehaviorHold/'
+  caught_over_fake 'OnlyAnEnabledItemIsRegistered' $login 's/status == SMAppServiceStatusEnabled/status != 0/'
+  caught_over_fake 'no address is opened' $login 's/if \(address != nil\) //'
+  caught_over_fake 'WhatIsNotDrawnIsNotCovered' $symbol '/std::fill_n/d'
+  caught_over_fake 'a bitmap that is not square' $symbol 's/bytesPerRow:side \* bytesAPixel/bytesPerRow:side/'
+
+  caught 'run too few lines of CocoaApplication.mm' covers_over_fake 95 \
+    "$(mistake $application '$a bool isNeverCalled(int number);\
+      bool isNeverCalled(int number) {\n if (number > 3) {\n return true;\n }\n return\n number\n <\n 2;\n }')"
+}
+
 prove_gates() {
   caught_count=0
   rm -rf "$work/mistakes"
@@ -56,6 +153,8 @@ prove_gates() {
 
   caught "no member named 'applicationStateChangedX'" compiles_over_toolkit \
     "$(mistake $desktop/ActiveInput.cpp 's/applicationStateChanged/&X/')"
+  /usr/lib/qt6/libexec/moc -I. "$(mistake panel/Plate.h 's/(Q_PROPERTY.* READ )(\w+)/\1\2X/')" -o "$work/mistakes/moc.cpp"
+  caught "no member named 'colorsX'" compiles_over_toolkit "$work/mistakes/moc.cpp"
   caught "no member named 'sourceX'" compiles_test \
     "$(mistake tests/machines/macos/MacPlatformTest.cpp 's/machine\.source/&X/')"
 
@@ -89,10 +188,12 @@ prove_gates() {
 
   # Tests, as code for macOS
   caught "something was not released" tests_pass_in_memory "$(tree_with_mistake $machine/SystemHandles.h \
-    's/IOObjectRelease\(former\);//')"
+    's/IOObjectRelease\(former\);//')" x86_64
   caught "a port released twice" tests_pass_in_memory "$(tree_with_mistake $machine/IOKitSMCDriver.cpp \
-    's/^    IOServiceClose\(connection\);/&\n    IOObjectRelease(connection);/')"
+    's/^    IOServiceClose\(connection\);/&\n    IOObjectRelease(connection);/')" x86_64
   caught "an object used after its release" tests_pass_in_memory "$(tree_with_mistake $machine/CFValues.cpp \
-    's/^    CFIndex size = 0;/    CFRelease(text);\n&/')"
+    's/^    CFIndex size = 0;/    CFRelease(text);\n&/')" arm64
+  prove_comparison
+  prove_execution
   echo "== Proved: $caught_count mistakes are caught"
 }

@@ -1,0 +1,4 @@
+// Of each system's declarations, machines without it need none about versions: see Available.h.
+#pragma once
+
+#define API_AVAILABLE(...)
