@@ -58,7 +58,7 @@ class Program {
     }
 
     /// Milliseconds from a click until the screen changes; nothing on a timeout.
-    std::optional<double> clickUntilTheScreenChanges() {
+    static std::optional<double> clickUntilTheScreenChanges() {
         const QImage before = cornerOfScreen();
         const auto start = std::chrono::steady_clock::now();
         click();
@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
     Program program(arguments.at(1), arguments.mid(2));
     rest(4s);
     const double closed = program.residentMiB();
-    const auto first = program.clickUntilTheScreenChanges();
+    const auto first = Program::clickUntilTheScreenChanges();
     if (!first) {
         std::puts("the panel did not open");
         return 1;
@@ -104,7 +104,7 @@ int main(int argc, char** argv) {
         rest(400ms);
         Program::click();
         rest(600ms);
-        if (const auto time = program.clickUntilTheScreenChanges()) next.push_back(*time);
+        if (const auto time = Program::clickUntilTheScreenChanges()) next.push_back(*time);
     }
     std::ranges::sort(next);
     std::printf("  %-44s %8.0f ms\n", "first opening ever, until its first picture", *first);
