@@ -42,8 +42,7 @@ class FocusInput final : public QObject, public PopoverInput {
         std::function<void(QWindow&, const FocusRight&)> activate;
         /// Moves and resizes the window. Only `area` of it, in its own coordinates, takes the pointer.
         std::function<void(QWindow&, const QRect& frame, const QRect& area)> placeWindow;
-        /// Reports presses, wherever they are, as long as the result lives. The handlers may
-        /// end it.
+        /// Reports presses, wherever they are, as long as the result lives. The handlers may end it.
         std::function<std::shared_ptr<void>(PressHandlers)> watchPresses;
     };
 

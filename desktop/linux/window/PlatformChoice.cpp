@@ -22,9 +22,11 @@ QByteArray platformFor(const SessionDisplays& displays) {
 PlatformChoice::PlatformChoice(const std::function<bool()>& offersLayerShell)
     : isOurs_(!qEnvironmentVariableIsSet(platformVariable)) {
     if (!isOurs_) return;
-    const QByteArray platform = platformFor({.hasXServer = xServerAnswers(),
+    const bool hasLayerShell = offersLayerShell();
+    // A compositor may start its X server only when somebody asks for it.
+    const QByteArray platform = platformFor({.hasXServer = !hasLayerShell && xServerAnswers(),
                                              .hasWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"),
-                                             .hasLayerShell = offersLayerShell()});
+                                             .hasLayerShell = hasLayerShell});
     if (!platform.isEmpty()) qputenv(platformVariable, platform);
 }
 
