@@ -39,13 +39,13 @@ namespace kelvinbar {
 
 namespace {
 
-bool isOlder(NSRunningApplication* one, NSRunningApplication* other) {
-    NSDate* const start = one.launchDate; // nil for some programs
-    NSDate* const otherStart = other.launchDate;
-    if (start == nil || otherStart == nil || [start isEqualToDate:otherStart]) {
-        return one.processIdentifier < other.processIdentifier;
+bool isOlder(NSRunningApplication* candidate, NSRunningApplication* reference) {
+    NSDate* const start = candidate.launchDate; // nil for some programs
+    NSDate* const referenceStart = reference.launchDate;
+    if (start == nil || referenceStart == nil || [start isEqualToDate:referenceStart]) {
+        return candidate.processIdentifier < reference.processIdentifier;
     }
-    return [start compare:otherStart] == NSOrderedAscending;
+    return [start compare:referenceStart] == NSOrderedAscending;
 }
 
 /// If several instances start at the same time, only the oldest continues.
