@@ -125,6 +125,8 @@ class LinuxDesktop final : public Desktop {
 
     UserDefaults& userDefaults() override { return userDefaults_; }
 
+    void flushUserDefaults(std::chrono::milliseconds limit) override { userDefaults_.flush(limit); }
+
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
   private:
@@ -185,7 +187,7 @@ class LinuxDesktop final : public Desktop {
     RunningInstance instance_;
     TrayApplication application_;
     bool hasTray_ = false; ///< that shows the item, as far as is known
-    bool isFirstStart_; // before the preferences make their file
+    bool isFirstStart_;    // before the preferences make their file
     PreferencesFile userDefaults_;
     BarColors barColors_;
     TrayStatusBar statusBar_;

@@ -3,6 +3,7 @@
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
 #include "machines/linux/files/SystemFile.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <array>
@@ -45,6 +46,7 @@ std::vector<fs::path> classEntries(const fs::path& root, std::string_view classN
     std::vector<fs::path> entries;
     std::error_code error;
     const fs::path folder = root / "sys/class" / className;
+    const NotedRead noted(folder.native());
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         entries.push_back(entry->path());
     }
@@ -52,6 +54,11 @@ std::vector<fs::path> classEntries(const fs::path& root, std::string_view classN
         return comesBeforeNaturally(left.filename().native(), right.filename().native());
     });
     return entries;
+}
+
+std::vector<fs::path> visitedClassEntries(const fs::path& root, std::string_view className) {
+    const DeviceVisit visit((root / "sys/class" / className).native(), LogCategory::sourceKernel);
+    return visit.isAllowed() ? classEntries(root, className) : std::vector<fs::path>();
 }
 
 std::string devicePath(const fs::path& root, const fs::path& entry) {
