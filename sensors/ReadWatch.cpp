@@ -64,7 +64,7 @@ ReadWatch::NamedDevice* ReadWatch::enter(WatchedPass& pass, std::string_view nam
     Device& state = device->second;
     changed_.wait(lock, [&] { return !mustWait(state); });
     if (state.silentFile || silent_ >= mostSilent) {
-        pass.silentDevices_.push_back({device->first, state.silentFile.value_or(device->first)});
+        pass.addSilentDevice({device->first, state.silentFile.value_or(device->first)});
         return nullptr;
     }
     state.category = category;
@@ -111,6 +111,12 @@ bool WatchedPass::isAbandoned() const {
     if (watch_ == nullptr) return false;
     const std::lock_guard lock(watch_->mutex_);
     return isAbandoned_;
+}
+
+void WatchedPass::addSilentDevice(SilentDevice device) {
+    if (std::ranges::find(silentDevices_, device) == silentDevices_.end()) {
+        silentDevices_.push_back(std::move(device));
+    }
 }
 
 WatchedPass* WatchedPass::current() { return passOfThread; }

@@ -138,6 +138,9 @@ class WatchedPass {
     friend class DeviceVisit;
     friend class NotedRead;
 
+    /// Unless it is known.
+    void addSilentDevice(SilentDevice device);
+
     const std::shared_ptr<ReadWatch> watch_;
     std::vector<SilentDevice> silentDevices_;
     bool isVisiting_ = false; ///< only used by the thread of the pass

@@ -54,7 +54,9 @@ TEST(TakeSnapshot, GivesTheHeaderAloneOfAMachineWithoutReadings) {
 TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
-    SnapshotTaker().take(fake.machine()).text;
+    SnapshotTaker taker;
+    taker.take(fake.machine());
+    EXPECT_TRUE(taker.finish());
     EXPECT_EQ(fake.driver->openCount, 1);
     EXPECT_EQ(fake.driver->closed, std::vector<SMCDriver::Connection>{fake.driver->openConnection});
 }
@@ -62,7 +64,7 @@ TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
 TEST(TakeSnapshot, LeavesAMachineThatCanBeReadOn) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
-    SnapshotTaker().take(fake.machine()).text;
+    SnapshotTaker().take(fake.machine());
     EXPECT_EQ(fake.bridge->discoverKeys(), (std::vector<std::string>{"#KEY", "TC0P"}));
 }
 
