@@ -15,6 +15,10 @@ std::string limitText(std::chrono::milliseconds limit) {
 
 } // namespace
 
+bool isPathAtOrBelow(std::string_view path, std::string_view folder) {
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
 std::chrono::milliseconds ReadWatch::setAsideSilentDevices() {
     std::vector<Line> lines;
     std::chrono::nanoseconds next = limit_;
@@ -51,9 +55,21 @@ ReadWatch::Line ReadWatch::setAside(NamedDevice& device) {
 
 /// Whether a visit of `device` depends on what other visitors do. With three devices set aside, one visitor
 /// at a time keeps the number of stuck threads at four.
-bool ReadWatch::mustWait(const Device& device) const {
-    if (device.silentFile || silent_ >= mostSilent) return false;
-    return device.visitor != nullptr || visited_ + silent_ >= mostSilent;
+bool ReadWatch::mustWait(const NamedDevice& device) const {
+    if (silentFileOf(device)) return false;
+    return device.second.visitor != nullptr || visited_ + silent_ >= mostSilent;
+}
+
+/// The file because of which `device` must not be read; no value if it may be. A file that does not answer
+/// may have been read for another device, as in the search for a controller.
+std::optional<std::string> ReadWatch::silentFileOf(const NamedDevice& device) const {
+    const auto& [name, state] = device;
+    if (silent_ == 0 || state.silentFile) return state.silentFile;
+    for (const auto& other : devices_) {
+        const auto& file = other.second.silentFile;
+        if (file && isPathAtOrBelow(*file, name)) return file;
+    }
+    return silent_ >= mostSilent ? std::optional(name) : std::nullopt;
 }
 
 ReadWatch::NamedDevice* ReadWatch::enter(WatchedPass& pass, std::string_view name, LogCategory category) {
@@ -61,12 +77,12 @@ ReadWatch::NamedDevice* ReadWatch::enter(WatchedPass& pass, std::string_view nam
     if (pass.isAbandoned_) return nullptr;
     auto device = devices_.find(name);
     if (device == devices_.end()) device = devices_.emplace(name, Device{}).first;
-    Device& state = device->second;
-    changed_.wait(lock, [&] { return !mustWait(state); });
-    if (state.silentFile || silent_ >= mostSilent) {
-        pass.addSilentDevice({device->first, state.silentFile.value_or(device->first)});
+    changed_.wait(lock, [&] { return !mustWait(*device); });
+    if (auto file = silentFileOf(*device)) {
+        pass.addSilentDevice({device->first, *std::move(file)});
         return nullptr;
     }
+    Device& state = device->second;
     state.category = category;
     state.visitor = &pass;
     ++visited_;

@@ -41,6 +41,9 @@ struct SilentDevice {
     friend bool operator==(const SilentDevice&, const SilentDevice&) = default;
 };
 
+/// Whether `path` is `folder` or in it.
+bool isPathAtOrBelow(std::string_view path, std::string_view folder);
+
 /// The devices of one machine, those that are read at the moment and those that have been set aside. Any
 /// thread.
 class ReadWatch {
@@ -90,7 +93,8 @@ class ReadWatch {
     void leave(WatchedPass& pass, NamedDevice& device);
     std::optional<std::string_view> note(WatchedPass& pass, std::string_view file);
 
-    [[nodiscard]] bool mustWait(const Device& device) const;
+    [[nodiscard]] bool mustWait(const NamedDevice& device) const;
+    [[nodiscard]] std::optional<std::string> silentFileOf(const NamedDevice& device) const;
     Line setAside(NamedDevice& device);
 
     const std::shared_ptr<const MonotonicClock> clock_;

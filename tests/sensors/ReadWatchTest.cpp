@@ -190,6 +190,14 @@ TEST_F(ReadWatchTest, WithThreeDevicesSetAsideOneIsReadAtATime) {
     EXPECT_TRUE(other.get());
 }
 
+TEST_F(ReadWatchTest, AFileThatStalledForAnotherDeviceIsNotReadForItsOwn) {
+    const StuckPass stuck(watch, "controller", "hwmon1/name");
+    clock->advance(2s);
+    watch->setAsideSilentDevices();
+    EXPECT_FALSE(mayEnter("hwmon1"));
+    EXPECT_TRUE(mayEnter("hwmon10"));
+}
+
 TEST_F(ReadWatchTest, OutsideAPassEverythingIsAllowed) {
     const StuckPass stuck(watch, "chip", "temp1");
     clock->advance(2s);

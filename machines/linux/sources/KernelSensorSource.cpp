@@ -26,11 +26,6 @@ auto placeOf(const Sensors& sensors, std::string_view key) {
     return std::ranges::lower_bound(sensors, key, {}, keyOf);
 }
 
-/// Whether `path` is `folder` or in it.
-bool isAtOrBelow(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 /// Appends the chip to names that the controller's own readings have.
 void tellFromController(std::vector<std::vector<std::optional<SensorName>>>& names,
                         const KeySet& controllerKeys) {
@@ -84,7 +79,7 @@ class KernelSensorSource::ListBuilder {
     void keep(const std::vector<SilentDevice>& silent) {
         for (const Sensor& sensor : *earlier_.sensors) {
             const auto isSilent = [&](const SilentDevice& each) {
-                return isAtOrBelow(sensor.device, each.device);
+                return isPathAtOrBelow(sensor.device, each.device);
             };
             if (std::ranges::none_of(silent, isSilent)) continue;
             sensors_.push_back(sensor);
