@@ -13,11 +13,12 @@ std::string limitText(std::chrono::milliseconds limit) {
     return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(limit).count()) + " s";
 }
 
-} // namespace
-
-bool isPathAtOrBelow(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+/// Whether `file` is `device` or in its folder.
+bool isInDevice(std::string_view file, std::string_view device) {
+    return file.starts_with(device) && (file.size() == device.size() || file[device.size()] == '/');
 }
+
+} // namespace
 
 std::chrono::milliseconds ReadWatch::setAsideSilentDevices() {
     std::vector<Line> lines;
@@ -67,7 +68,7 @@ std::optional<std::string> ReadWatch::silentFileOf(const NamedDevice& device) co
     if (silent_ == 0 || state.silentFile) return state.silentFile;
     for (const auto& other : devices_) {
         const auto& file = other.second.silentFile;
-        if (file && isPathAtOrBelow(*file, name)) return file;
+        if (file && isInDevice(*file, name)) return file;
     }
     return silent_ >= mostSilent ? std::optional(name) : std::nullopt;
 }

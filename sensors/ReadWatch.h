@@ -41,9 +41,6 @@ struct SilentDevice {
     friend bool operator==(const SilentDevice&, const SilentDevice&) = default;
 };
 
-/// Whether `path` is `folder` or in it.
-bool isPathAtOrBelow(std::string_view path, std::string_view folder);
-
 /// The devices of one machine, those that are read at the moment and those that have been set aside. Any
 /// thread.
 class ReadWatch {

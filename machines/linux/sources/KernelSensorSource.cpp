@@ -26,6 +26,11 @@ auto placeOf(const Sensors& sensors, std::string_view key) {
     return std::ranges::lower_bound(sensors, key, {}, keyOf);
 }
 
+/// Whether `silent` is the device or the folder of its class, whose name ends with a slash.
+bool isDeviceOrItsClass(std::string_view silent, std::string_view device) {
+    return silent == device || (silent.ends_with('/') && device.starts_with(silent));
+}
+
 /// Appends the chip to names that the controller's own readings have.
 void tellFromController(std::vector<std::vector<std::optional<SensorName>>>& names,
                         const KeySet& controllerKeys) {
@@ -79,7 +84,7 @@ class KernelSensorSource::ListBuilder {
     void keep(const std::vector<SilentDevice>& silent) {
         for (const Sensor& sensor : *earlier_.sensors) {
             const auto isSilent = [&](const SilentDevice& each) {
-                return isPathAtOrBelow(sensor.device, each.device);
+                return isDeviceOrItsClass(each.device, sensor.device);
             };
             if (std::ranges::none_of(silent, isSilent)) continue;
             sensors_.push_back(sensor);
