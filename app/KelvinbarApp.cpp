@@ -12,6 +12,8 @@
 #include "store/MenuBarText.h"
 
 #include <QGuiApplication>
+#include <chrono>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,8 +23,13 @@ namespace kelvinbar {
 
 namespace {
 
-/// A full refresh and a refresh of the pinned readings may run at the same time.
-constexpr std::size_t backgroundThreads = 2;
+/// A full refresh and a refresh of the pinned readings may run at the same time; closing the sources comes
+/// last.
+constexpr std::size_t mostBackgroundThreads = ReadWatch::mostSilent + 3;
+
+/// How long quitting waits: together less than a second.
+constexpr std::chrono::milliseconds preferencesLimit{400};
+constexpr std::chrono::milliseconds closingLimit{400};
 
 std::vector<PinnedReading> pinnedReadings(const KelvinbarStore& store) {
     std::vector<PinnedReading> pinned;
@@ -52,6 +59,14 @@ std::optional<int> statusWithoutDisplay(const ProgramOptions& options, const Pro
     return handOverWithoutDisplay(programStart(program, options), log);
 }
 
+/// Ends the program at once if a thread is stuck in a driver: it cannot be ended, and still uses the machine
+/// and the log. Everything else has ended before.
+void leaveStuckThreadsBehind(WorkerQueue& backgroundQueue, int status, Log& log) {
+    if (backgroundQueue.finish(closingLimit)) return;
+    log.write(LogCategory::keys, LogLevel::warning, "a sensor does not answer; ending without it");
+    std::_Exit(status);
+}
+
 /// The parts that live as long as the program. Each needs those before it.
 struct Parts {
     Parts(Desktop& desktopOfUser, const Machine& machine, Log& ownLog)
@@ -76,7 +91,7 @@ struct Parts {
     Desktop& desktop;
     NotificationCenter notifications;
     QtMainQueue mainQueue;
-    WorkerQueue backgroundQueue{backgroundThreads};
+    WorkerQueue backgroundQueue{mostBackgroundThreads};
     SystemWallClock wallClock;
     LoginItemManager loginItem{desktop.loginItemService()};
     LazyPanelFactory panels{{.loginItem = loginItem,
@@ -124,6 +139,8 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
     const int status = QGuiApplication::exec();
     delegate.applicationWillTerminate();
     desktop->setHandlers({});
+    desktop->flushUserDefaults(preferencesLimit);
+    leaveStuckThreadsBehind(parts.backgroundQueue, status, log);
     return status;
 }
 

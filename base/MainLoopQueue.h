@@ -2,10 +2,13 @@
 
 #include "base/Queues.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -15,12 +18,23 @@ class MainLoopQueue final : public MainQueue {
   public:
     void post(std::function<void()> work) override;
 
-    /// Runs posted work until `done` returns true, and waits when there is none. `done` is called before each
-    /// piece of work, never while waiting: only posted work can end the wait. Main thread.
+    std::unique_ptr<Alarm> makeAlarm(std::function<void()> ring) override;
+
+    /// Runs posted work and rings alarms until `done` returns true, and waits when there is nothing to do.
+    /// `done` is called after each of them, never while waiting: only posted work and alarms can end the
+    /// wait. Main thread.
     void runUntil(const std::function<bool()>& done);
 
   private:
-    std::mutex mutex_; ///< guards `waiting_`; not held while work runs
+    class LoopAlarm;
+    using Clock = std::chrono::steady_clock;
+
+    void waitForWork(std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] LoopAlarm* nextAlarm() const;
+    void ringDueAlarm();
+
+    std::vector<LoopAlarm*> alarms_; ///< those that exist; main thread
+    std::mutex mutex_;               ///< guards `waiting_`; not held while work runs
     std::condition_variable wake_;
     std::deque<std::function<void()>> waiting_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -11,6 +12,16 @@
 /// so it captures values, or a weak_ptr to what may be gone. Work must not throw.
 namespace kelvinbar {
 
+/// A call on the main thread at a later time. Destroying the alarm clears it. Main thread.
+class Alarm {
+  public:
+    virtual ~Alarm() = default;
+    /// Rings once after `delay`, and not at the time it was set for before.
+    virtual void set(std::chrono::milliseconds delay) = 0;
+    /// Costs nothing if the alarm is not set.
+    virtual void clear() = 0;
+};
+
 /// Port: the queue of the main thread.
 class MainQueue {
   public:
@@ -18,6 +29,9 @@ class MainQueue {
     /// Runs `work` on the main thread, in posting order and never within this call, even if the caller is on
     /// the main thread. Returns at once. Any thread.
     virtual void post(std::function<void()> work) = 0;
+
+    /// An alarm that calls `ring`, and is not set. The queue must outlive it. Main thread.
+    virtual std::unique_ptr<Alarm> makeAlarm(std::function<void()> ring) = 0;
 };
 
 /// A flag that asks background work to stop. Copies share one flag, which can be set but not reset. The work

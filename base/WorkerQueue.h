@@ -2,7 +2,9 @@
 
 #include "base/Queues.h"
 
+#include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <mutex>
 #include <thread>
@@ -10,13 +12,15 @@
 
 namespace kelvinbar {
 
-/// A BackgroundQueue with a fixed number of threads. They start with the queue and are reused: a program that
-/// refreshes every second for months starts no further threads. Work starts in the order in which it was
-/// submitted; with more than one thread it can finish in any order.
+/// A BackgroundQueue with a limited number of threads. A thread starts when work finds all others busy, and
+/// is reused: a program that refreshes every second for months starts no further threads. Threads without
+/// work sleep. Work starts in the order in which it was submitted; with more than one thread it can finish in
+/// any order.
 class WorkerQueue final : public BackgroundQueue {
   public:
-    /// `threadCount` is at least 1: without a thread no work ever starts.
-    explicit WorkerQueue(unsigned threadCount);
+    /// `mostThreads` is at least 1: without a thread no work ever starts.
+    explicit WorkerQueue(std::size_t mostThreads) : mostThreads_(mostThreads) {}
+
     WorkerQueue(const WorkerQueue&) = delete;
     WorkerQueue& operator=(const WorkerQueue&) = delete;
 
@@ -26,17 +30,26 @@ class WorkerQueue final : public BackgroundQueue {
 
     Cancellation start(Work work) override;
 
+    /// Waits until all work has ended, including work that has not started, but not longer than `limit`.
+    /// Returns whether it has ended. If not, a thread is stuck: the destructor would wait for it, and what
+    /// the work uses must not be destroyed. Main thread.
+    [[nodiscard]] bool finish(std::chrono::milliseconds limit);
+
   private:
     struct Job {
         Work work;
         Cancellation cancellation;
     };
 
+    void startThread();
     void runJobs();
 
-    std::mutex mutex_; ///< guards `waiting_` and `stopping_`; not held while work runs
+    const std::size_t mostThreads_;
+    std::mutex mutex_; ///< guards the members below; not held while work runs
     std::condition_variable wake_;
+    std::condition_variable ended_; ///< a thread has no more work
     std::deque<Job> waiting_;
+    std::size_t idleThreads_ = 0;
     bool stopping_ = false;
     std::vector<std::thread> threads_;
 };

@@ -5,6 +5,7 @@
 #include "shell/StatusMenuItems.h"
 #include "shell/SystemSymbols.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -60,6 +61,9 @@ class Desktop {
     virtual QtScreens& screens() = 0;
     virtual RepeatingTimers& timers() = 0;
     virtual UserDefaults& userDefaults() = 0;
+
+    /// Waits until the preferences are written, at most `limit`.
+    virtual void flushUserDefaults(std::chrono::milliseconds limit) = 0;
     /// Whether the user has enabled reduced motion.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
 

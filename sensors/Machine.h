@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "sensors/MachineTexts.h"
+#include "sensors/ReadWatch.h"
 #include "sensors/SensorSource.h"
 #include "sensors/SystemInformation.h"
 
@@ -10,12 +11,13 @@
 namespace kelvinbar {
 
 /// A machine to read: the one that the program runs on, a recorded one or a fake. A plain value without
-/// process-wide state; copies share the source. Only `system` may be null.
+/// process-wide state; copies share the source. Only `system` and `watch` may be null.
 struct Machine {
     std::shared_ptr<SensorSource> source;
     std::shared_ptr<const SystemInformation> system; ///< null: no facts to show if the source fails
     std::shared_ptr<const MonotonicClock> clock;
-    MachineTexts texts{}; ///< always those of the platform, even if a recorded machine is read
+    std::shared_ptr<ReadWatch> watch{}; ///< null for a machine whose source always answers
+    MachineTexts texts{};               ///< always those of the platform, even if a recorded machine is read
 };
 
 } // namespace kelvinbar

@@ -26,6 +26,18 @@ struct RawReading {
     friend bool operator==(const RawReading&, const RawReading&) = default;
 };
 
+/// The value and the raw text of a reading whose device does not answer.
+inline constexpr std::string_view noAnswer = "no answer";
+
+/// `reading` as it is shown while its device does not answer: without a number and a unit.
+inline RawReading unansweredReading(RawReading reading) {
+    reading.value = reading.raw = noAnswer;
+    reading.numericValue.reset();
+    reading.size = 0;
+    reading.unit = "";
+    return reading;
+}
+
 /// Whether `key` belongs to a source that names its own readings, such as "k10temp-pci-00c3/temp1". The keys
 /// of controllers and registry fans have four characters, and the catalogue names them.
 inline bool isSelfNamedKey(std::string_view key) {

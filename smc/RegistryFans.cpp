@@ -3,6 +3,7 @@
 #include "base/NumberText.h"
 #include "base/Text.h"
 #include "catalogue/SMCCategory.h"
+#include "sensors/ReadWatch.h"
 #include "smc/SMCKeyText.h"
 
 #include <algorithm>
@@ -159,6 +160,8 @@ std::optional<std::vector<RawReading>> walkRegistry(IORegistry& registry) {
     if (entries == nullptr) return std::nullopt;
     FanWalk walk;
     for (std::size_t visited = 0; visited < maximumEntries && !walk.isFull(); ++visited) {
+        const NotedRead noted("the I/O registry");
+        if (!noted.isAllowed()) return std::nullopt;
         const IORegistryEntry* const entry = entries->next();
         if (entry == nullptr) break;
         walk.visit(*entry);

@@ -1,5 +1,6 @@
 #include "smc/SMCConnection.h"
 
+#include "sensors/ReadWatch.h"
 #include "smc/SMCKeyText.h"
 
 #include <cstddef>
@@ -10,6 +11,9 @@
 namespace kelvinbar {
 
 namespace {
+
+/// What the watch says of a call that does not return.
+constexpr std::string_view driverName = "AppleSMC";
 
 SMCParamBlock request(SMCCommand command) {
     SMCParamBlock block;
@@ -24,6 +28,8 @@ SMCConnection::SMCConnection(std::shared_ptr<SMCDriver> driver) : driver_(std::m
 SMCConnection::~SMCConnection() { close(); }
 
 ReturnCode SMCConnection::openSMC() {
+    const NotedRead noted(driverName);
+    if (!noted.isAllowed()) return kernFailure;
     const std::lock_guard lock(smcLock_);
     if (smcConnection_ != 0) return kernSuccess;
     const auto service = driver_->findService("AppleSMC");
@@ -38,12 +44,15 @@ ReturnCode SMCConnection::openSMC() {
 }
 
 void SMCConnection::close() {
+    const NotedRead noted(driverName);
     const std::lock_guard lock(smcLock_);
     if (smcConnection_ != 0) driver_->close(std::exchange(smcConnection_, 0));
 }
 
 ReturnCode SMCConnection::callSMC(const SMCParamBlock& input, SMCParamBlock& output) {
     output = {};
+    const NotedRead noted(driverName);
+    if (!noted.isAllowed()) return kernFailure;
     const std::lock_guard lock(smcLock_);
     if (smcConnection_ == 0) return kernInvalidArgument;
     std::size_t outputSize = sizeof(output);

@@ -16,7 +16,8 @@ namespace kelvinbar {
 ///
 /// Any thread. Every driver call holds the lock, but only for that call: another thread may get in between
 /// the two calls of `readKey`. The lock is recursive, so the thread that holds it may open the connection and
-/// call again. A failed call leaves the connection open.
+/// call again. A failed call leaves the connection open. In an abandoned pass every call fails with 5 at
+/// once.
 class SMCConnection {
   public:
     explicit SMCConnection(std::shared_ptr<SMCDriver> driver);

@@ -47,6 +47,11 @@ std::shared_ptr<KelvinbarStore> KelvinbarStore::create(const StorePorts& ports) 
     // Not make_shared, with which a pass that still runs would keep the memory.
     std::shared_ptr<KelvinbarStore> store =
         std::make_unique<KelvinbarStore>(Token(), ports, loadPreferences(ports.defaults));
+    if (ports.machine.watch != nullptr) {
+        store->watchAlarm_ = ports.mainQueue.makeAlarm([weakSelf = std::weak_ptr(store)] {
+            if (const auto self = weakSelf.lock()) self->goOnWithoutSilentDevices();
+        });
+    }
     store->refresh(true);
     return store;
 }
@@ -92,11 +97,19 @@ void KelvinbarStore::refreshMenuBarOnly() {
 }
 
 void KelvinbarStore::shutdown() {
-    if (refreshTask_) refreshTask_->cancel();
-    refreshTask_.reset();
-    if (menuBarRefreshTask_) menuBarRefreshTask_->cancel();
-    menuBarRefreshTask_.reset();
-    ports_.machine.source->close();
+    stop(refreshTask_);
+    stop(menuBarRefreshTask_);
+    if (watchAlarm_ != nullptr) watchAlarm_->clear();
+    ports_.backgroundQueue.start([machine = ports_.machine](const Cancellation&) {
+        WatchedPass watched(machine.watch);
+        const WatchedPass::Scope scope(watched);
+        machine.source->close();
+    });
+}
+
+void KelvinbarStore::stop(std::optional<RunningPass>& task) {
+    if (task) task->cancellation.cancel();
+    task.reset();
 }
 
 bool KelvinbarStore::isDiscoveryDue() const {
@@ -104,21 +117,54 @@ bool KelvinbarStore::isDiscoveryDue() const {
            ports_.machine.clock->now() - *lastFullDiscovery_ > discoveryInterval;
 }
 
-Cancellation KelvinbarStore::start(const LoadPass& pass, Apply apply) {
-    return ports_.backgroundQueue.start([pass, apply, machine = ports_.machine, weakSelf = weak_from_this(),
-                                         &mainQueue = ports_.mainQueue](const Cancellation& cancellation) {
-        const auto result = std::make_shared<SMCLoadResult>(loadReadings(machine, pass, cancellation));
-        mainQueue.post([apply, weakSelf, result] {
-            if (const auto self = weakSelf.lock()) ((*self).*apply)(std::move(*result));
+KelvinbarStore::RunningPass KelvinbarStore::start(const LoadPass& pass, Apply apply) {
+    auto watched = std::make_shared<WatchedPass>(ports_.machine.watch);
+    Cancellation cancellation = ports_.backgroundQueue.start(
+        [pass, apply, watched, machine = ports_.machine, weakSelf = weak_from_this(),
+         &mainQueue = ports_.mainQueue](const Cancellation& cancelled) {
+            const WatchedPass::Scope scope(*watched);
+            const auto result = std::make_shared<SMCLoadResult>(loadReadings(machine, pass, cancelled));
+            mainQueue.post([apply, watched, weakSelf, result] {
+                if (const auto self = weakSelf.lock()) self->applyResult(apply, *watched, std::move(*result));
+            });
         });
-    });
+    if (watchAlarm_ != nullptr) watchAlarm_->set(ports_.machine.watch->limit());
+    return {
+        .pass = pass, .resultHandler = apply, .watched = std::move(watched), .cancellation = cancellation};
+}
+
+void KelvinbarStore::applyResult(Apply apply, const WatchedPass& watched, SMCLoadResult result) {
+    if (watched.isAbandoned()) {
+        // Its device answers again, and may have been left out of the last discovery.
+        lastFullDiscovery_.reset();
+        return;
+    }
+    ((*this).*apply)(std::move(result));
+    if (watchAlarm_ != nullptr && !refreshTask_ && !menuBarRefreshTask_) watchAlarm_->clear();
+}
+
+// Devices that do not answer
+
+/// Sets such devices aside. The passes that wait for them begin again without them.
+void KelvinbarStore::goOnWithoutSilentDevices() {
+    const auto untilNextLook = ports_.machine.watch->setAsideSilentDevices();
+    restartIfAbandoned(refreshTask_);
+    restartIfAbandoned(menuBarRefreshTask_);
+    if (refreshTask_ || menuBarRefreshTask_) watchAlarm_->set(untilNextLook);
+}
+
+void KelvinbarStore::restartIfAbandoned(std::optional<RunningPass>& task) {
+    if (!task || !task->watched->isAbandoned()) return;
+    task->cancellation.cancel();
+    task = start(task->pass, task->resultHandler);
 }
 
 void KelvinbarStore::applyFullResult(SMCLoadResult result) {
     smcAvailable_.set(result.smcAvailable);
     readings_.set(std::move(result.readings));
     if (result.keyHistory) followMovedKeys(*std::move(result.keyHistory));
-    dropSelectionsWithoutReading();
+    if (result.silent.empty()) dropSelectionsWithoutReading();
+    silentDevices_ = std::move(result.silent);
     if (result.discoveredKeys) rememberDiscovery(*std::move(result.discoveredKeys));
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
     statusMessage_.set(std::move(result.statusMessage));
@@ -159,7 +205,8 @@ void KelvinbarStore::rememberDiscovery(KeySet keys) {
 }
 
 void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
-    auto pinned = keptKeys(menuBarKeys_.value(), keysOf(result.readings));
+    auto pinned = result.silent.empty() ? keptKeys(menuBarKeys_.value(), keysOf(result.readings))
+                                        : menuBarKeys_.value();
     patchReadings(std::move(result.readings));
     // Unlike a full pass, a pass without readings keeps the pins.
     if (!pinned.empty() && pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);

@@ -28,8 +28,11 @@
 /// works on copies of what it needs and posts its result to the main queue, where the store applies it. It
 /// does not keep the store alive: a result that arrives after the store's end is dropped.
 ///
-/// Limits: at most one full pass and one menu bar pass run at a time; a request for another is ignored, not
-/// queued. Six pins.
+/// A device that does not answer is set aside (sensors/ReadWatch.h). Its pass is left alone and done again
+/// without it. Such a pass drops no pins and hidden keys: they may belong to the device.
+///
+/// Limits: at most one full pass and one menu bar pass run at a time, apart from abandoned ones; a request
+/// for another is ignored, not queued. Six pins.
 ///
 /// Pitfalls:
 /// - A full pass without readings unpins and unhides everything; a menu bar pass without readings does not.
@@ -75,8 +78,8 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     /// Starts a refresh of the pinned readings, unless a refresh is running or nothing is pinned.
     void refreshMenuBarOnly();
 
-    /// Cancels running refreshes and closes the machine's source. Does not wait: a cancelled pass may still
-    /// read, and so open the source again.
+    /// Cancels running refreshes and lets the background queue close the machine's source. Does not wait: a
+    /// cancelled pass may still read, and so open the source again.
     void shutdown();
 
     /// Pins the reading, or unpins it if it is pinned. A seventh pin replaces the oldest.
@@ -98,6 +101,9 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     /// For views that filter or search. The panel does neither, so only tests set these.
     void setSelectedCategory(std::optional<SMCCategory> category);
     void setSearchText(std::string text);
+
+    /// The devices that the last full refresh left out because they do not answer.
+    [[nodiscard]] const std::vector<SilentDevice>& silentDevices() const { return silentDevices_; }
 
     [[nodiscard]] const MachineTexts& texts() const { return ports_.machine.texts; }
 
@@ -143,8 +149,20 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
 
     using Apply = void (KelvinbarStore::*)(SMCLoadResult);
 
+    /// A pass that runs.
+    struct RunningPass {
+        LoadPass pass;
+        Apply resultHandler = nullptr;
+        std::shared_ptr<WatchedPass> watched;
+        Cancellation cancellation;
+    };
+
     [[nodiscard]] bool isDiscoveryDue() const;
-    Cancellation start(const LoadPass& pass, Apply apply);
+    RunningPass start(const LoadPass& pass, Apply apply);
+    void applyResult(Apply apply, const WatchedPass& watched, SMCLoadResult result);
+    void goOnWithoutSilentDevices();
+    void restartIfAbandoned(std::optional<RunningPass>& task);
+    static void stop(std::optional<RunningPass>& task);
     void applyFullResult(SMCLoadResult result);
     void applyMenuBarResult(SMCLoadResult result);
     void followMovedKeys(KeyHistory history);
@@ -182,8 +200,10 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     std::shared_ptr<const KeySet> fixedCandidates_;
     std::shared_ptr<const KeySet> discoveredCompatibleKeys_ = std::make_shared<const KeySet>();
     std::optional<std::chrono::nanoseconds> lastFullDiscovery_; ///< on the monotonic clock
-    std::optional<Cancellation> refreshTask_;
-    std::optional<Cancellation> menuBarRefreshTask_;
+    std::optional<RunningPass> refreshTask_;
+    std::optional<RunningPass> menuBarRefreshTask_;
+    std::unique_ptr<Alarm> watchAlarm_; ///< set while a pass runs; null for a machine without a watch
+    std::vector<SilentDevice> silentDevices_;
 };
 
 } // namespace kelvinbar

@@ -35,7 +35,10 @@ KeySet discoveredNamedKeys(SensorSource& source) {
 
 SMCLoadResult withoutSource(const Machine& machine, std::string message) {
     SMCLoadResult result;
-    if (machine.system != nullptr) result.readings = NativeMacSupport(*machine.system).readings();
+    const DeviceVisit visit("system facts", LogCategory::keys);
+    if (machine.system != nullptr && visit.isAllowed()) {
+        result.readings = NativeMacSupport(*machine.system).readings();
+    }
     result.smcAvailable = !result.readings.empty();
     result.statusMessage =
         result.smcAvailable ? std::string(machine.texts.systemFactsOnly) : std::move(message);
@@ -55,9 +58,7 @@ std::vector<SMCReading> readKeys(SensorSource& source, const KeySet& keys, bool 
     return sortedByCategoryAndKey(displayableReadings(mergedResults(std::move(results), std::move(fans))));
 }
 
-} // namespace
-
-SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const Cancellation& cancellation) {
+SMCLoadResult loadedReadings(const Machine& machine, const LoadPass& pass, const Cancellation& cancellation) {
     SensorSource& source = *machine.source;
     SourceStatus status = source.status();
     if (!status.isAvailable) return withoutSource(machine, std::move(status.message));
@@ -77,6 +78,14 @@ SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const C
     const KeySet& keys = dynamicKeys.empty() ? *pass.fixedCandidates : dynamicKeys;
     result.readings = readKeys(source, keys, pass.readSuperIOFans);
     result.statusMessage = statusText(result.readings.size(), machine.texts);
+    return result;
+}
+
+} // namespace
+
+SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const Cancellation& cancellation) {
+    SMCLoadResult result = loadedReadings(machine, pass, cancellation);
+    if (const WatchedPass* const watched = WatchedPass::current()) result.silent = watched->silentDevices();
     return result;
 }
 

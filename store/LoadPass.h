@@ -27,11 +27,13 @@ struct SMCLoadResult {
     std::vector<SMCReading> readings;     ///< sorted, except for native readings
     std::optional<KeySet> discoveredKeys; ///< only if the pass was to discover
     std::optional<KeyHistory> keyHistory; ///< only if the pass did discover
-    std::string statusMessage;            ///< user-visible
+    std::vector<SilentDevice> silent; ///< devices that were not read because they have not answered before
+    std::string statusMessage;        ///< user-visible
 };
 
 /// Reads `machine` once. Blocks until the hardware has answered. Does not touch the store. A cancelled pass
-/// returns no readings, but does not stop while it reads keys. Any thread.
+/// returns no readings, but does not stop while it reads keys. Any thread; inside a scope of the machine's
+/// watch, devices that do not answer are left out.
 SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass,
                            const Cancellation& cancellation = {});
 

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -91,16 +92,30 @@ std::optional<Machine> chosenMachine(const Options& options, Log& log) {
     return replayedMachine(options.sampleName, sample->text, log);
 }
 
+void reportSilentDevices(const std::vector<SilentDevice>& silent) {
+    for (const SilentDevice& each : silent) reportError("no answer from " + each.file);
+}
+
+/// Prints the snapshot and returns the exit status.
+int print(const Snapshot& snapshot) {
+    std::cout << snapshot.text;
+    if (isStandardOutputTerminal()) std::cout << '\n';
+    const bool isWritten = static_cast<bool>(std::cout.flush());
+    reportSilentDevices(snapshot.silent);
+    if (!isWritten) reportError("cannot write the snapshot");
+    return isWritten && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
+}
+
 int printSnapshot(const Options& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
     const auto machine = chosenMachine(options, log);
     if (!machine) return inputErrorExit;
-    std::cout << takeSnapshot(*machine);
-    if (isStandardOutputTerminal()) std::cout << '\n';
-    if (std::cout.flush()) return 0;
-    reportError("cannot write the snapshot");
-    return inputErrorExit;
+    SnapshotTaker taker;
+    const int status = print(taker.take(*machine));
+    // A thread that is stuck in a driver cannot be ended, and still uses the machine and the log.
+    if (!taker.finish()) std::_Exit(status);
+    return status;
 }
 
 int run(int argc, char** argv) {
@@ -114,8 +129,10 @@ int run(int argc, char** argv) {
     auto* const demo = app.add_option("--demo", options.sampleName, "Read a made-up machine");
     demo->type_name("NAME")->expected(0, 1)->default_str(std::string(sampleMachines().front().name));
     demo->check(CLI::IsMember(sampleNames()))->excludes(replay);
-    app.footer("Without an option, this machine is read. Exit status: 0, 1 when the input cannot be used, "
-               "2 for a wrong option.");
+    app.footer(
+        "Without an option, this machine is read. A sensor that does not answer in two seconds is left "
+        "out and named on standard error. Exit status: 0, 1 when the input cannot be used or no sensor "
+        "answers, 2 for a wrong option.");
     app.add_flag("-v,--verbose", options.verbosity, "Log what is found and done; twice, every step");
     try {
         app.parse(argc, argv);

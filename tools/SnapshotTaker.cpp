@@ -1,29 +1,36 @@
 #include "tools/SnapshotTaker.h"
 
-#include "base/MainLoopQueue.h"
 #include "base/NotificationCenter.h"
-#include "base/WorkerQueue.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 
+#include <algorithm>
+
 namespace kelvinbar {
 
-std::string takeSnapshot(const Machine& machine) {
+namespace {
+
+/// Native readings are the system's own facts.
+bool isAnswer(const SMCReading& reading) { return reading.raw != noAnswer && reading.type != "native"; }
+
+} // namespace
+
+Snapshot SnapshotTaker::take(const Machine& machine) {
     InMemoryUserDefaults defaults;
     NotificationCenter notifications;
-    MainLoopQueue mainQueue;
-    WorkerQueue backgroundQueue(1);
     const SystemWallClock wallClock;
     const auto store = KelvinbarStore::create({.machine = machine,
                                                .defaults = defaults,
                                                .notifications = notifications,
-                                               .mainQueue = mainQueue,
-                                               .backgroundQueue = backgroundQueue,
+                                               .mainQueue = mainQueue_,
+                                               .backgroundQueue = backgroundQueue_,
                                                .wallClock = wallClock});
-    mainQueue.runUntil([&] { return !store->isLoading().value(); });
-    std::string text = store->exportText();
+    mainQueue_.runUntil([&] { return !store->isLoading().value(); });
+    Snapshot snapshot{.text = store->exportText(),
+                      .silent = store->silentDevices(),
+                      .hasAnswers = std::ranges::any_of(store->readings().value(), isAnswer)};
     store->shutdown();
-    return text;
+    return snapshot;
 }
 
 } // namespace kelvinbar

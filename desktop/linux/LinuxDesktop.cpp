@@ -145,6 +145,8 @@ class LinuxDesktop final : public Desktop {
 
     UserDefaults& userDefaults() override { return userDefaults_; }
 
+    void flushUserDefaults(std::chrono::milliseconds limit) override { userDefaults_.flush(limit); }
+
     [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
 
   private:

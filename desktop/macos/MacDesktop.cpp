@@ -74,6 +74,9 @@ class MacDesktop final : public Desktop {
 
     UserDefaults& userDefaults() override { return userDefaults_; }
 
+    /// Each change is written at once.
+    void flushUserDefaults(std::chrono::milliseconds /*limit*/) override {}
+
     [[nodiscard]] bool prefersReducedMotion() const override { return systemPrefersReducedMotion(); }
 
     [[nodiscard]] SystemSymbols systemSymbols() const override { return systemSymbolMask; }

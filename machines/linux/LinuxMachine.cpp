@@ -6,6 +6,7 @@
 #include "machines/linux/libsensors/Libsensors.h"
 #include "machines/linux/sources/KernelSensorSource.h"
 #include "sensors/SourceChain.h"
+#include "sensors/WatchedSource.h"
 #include "smc/SMCBridge.h"
 
 #include <utility>
@@ -25,7 +26,9 @@ constexpr MachineTexts linuxTexts{.reading = "Reading sensors…",
 std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
                                        const std::shared_ptr<const MonotonicClock>& clock, Log& log) {
     auto keys = std::make_unique<DetectedAppleSMC>([root, &log] { return openAppleSMC(root, log); }, clock);
-    return std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
+    auto bridge =
+        std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
+    return std::make_shared<WatchedSource>(std::move(bridge), "AppleSMC", LogCategory::sourceSMC);
 }
 
 /// libsensors only reads the /sys of the running system.
@@ -36,13 +39,15 @@ std::shared_ptr<SensorConfiguration> configurationFor(const std::filesystem::pat
 } // namespace
 
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
-                         Log& log) {
+                         Log& log, std::chrono::milliseconds answerLimit) {
     std::vector<std::shared_ptr<SensorSource>> sources{
         appleSMC(root, clock, log),
         std::make_shared<KernelSensorSource>(root, clock, log, configurationFor(root, log))};
+    auto watch = std::make_shared<ReadWatch>(clock, log, answerLimit);
     return {.source = std::make_shared<SourceChain>(std::move(sources)),
             .system = std::make_shared<LinuxSystemInformation>(root),
             .clock = std::move(clock),
+            .watch = std::move(watch),
             .texts = linuxTexts};
 }
 

@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "sensors/Machine.h"
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 
@@ -14,8 +15,8 @@ namespace kelvinbar {
 /// - the kernel's sensors, without those that the SMC already measures
 ///
 /// The user's libsensors configuration only applies to "/", since that library cannot read another root.
-/// `log` outlives the machine.
+/// `log` outlives the machine. A device whose read takes `answerLimit` is set aside (ReadWatch.h).
 Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<const MonotonicClock> clock,
-                         Log& log);
+                         Log& log, std::chrono::milliseconds answerLimit = ReadWatch::usualLimit);
 
 } // namespace kelvinbar

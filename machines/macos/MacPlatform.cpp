@@ -3,18 +3,21 @@
 #include "machines/macos/IOKitRegistry.h"
 #include "machines/macos/IOKitSMCDriver.h"
 #include "machines/macos/MacSystemInformation.h"
+#include "sensors/WatchedSource.h"
 #include "smc/SMCBridge.h"
 
 #include <memory>
 
 namespace kelvinbar {
 
-Machine makePlatform(Log& /*log*/) {
+Machine makePlatform(Log& log) {
     const auto clock = std::make_shared<ContinuousClock>();
-    return {.source = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
-                                                  std::make_shared<IOKitRegistry>(), clock),
+    auto bridge = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
+                                              std::make_shared<IOKitRegistry>(), clock);
+    return {.source = std::make_shared<WatchedSource>(std::move(bridge), "AppleSMC", LogCategory::sourceSMC),
             .system = std::make_shared<MacSystemInformation>(),
-            .clock = clock};
+            .clock = clock,
+            .watch = std::make_shared<ReadWatch>(clock, log)};
 }
 
 std::string_view usualDemoMachine() { return "intel-notebook"; }

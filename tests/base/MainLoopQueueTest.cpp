@@ -1,7 +1,9 @@
 #include "base/MainLoopQueue.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -95,6 +97,58 @@ TEST(MainLoopQueue, RunsOnTheThreadThatRunsItWhatManyThreadsPostEachInItsOrder) 
         EXPECT_EQ(numbers.size(), postsEach);
         EXPECT_TRUE(std::ranges::is_sorted(numbers));
     }
+}
+
+TEST(MainLoopQueue, RingsAnAlarmOnceItsTimeHasCome) {
+    MainLoopQueue queue;
+    int rung = 0;
+    const auto alarm = queue.makeAlarm([&] { ++rung; });
+    alarm->set(std::chrono::milliseconds(0));
+    queue.runUntil([&] { return rung > 0; });
+    bool isDone = false;
+    queue.post([&] { isDone = true; });
+    queue.runUntil([&] { return isDone; });
+    EXPECT_EQ(rung, 1);
+}
+
+TEST(MainLoopQueue, AClearedAlarmDoesNotRing) {
+    MainLoopQueue queue;
+    int rung = 0;
+    bool isDone = false;
+    const auto cleared = queue.makeAlarm([&] { ++rung; });
+    auto destroyed = queue.makeAlarm([&] { ++rung; });
+    const auto later = queue.makeAlarm([&] { isDone = true; });
+    cleared->set(std::chrono::milliseconds(0));
+    destroyed->set(std::chrono::milliseconds(0));
+    later->set(std::chrono::milliseconds(1));
+    cleared->clear();
+    destroyed = nullptr;
+    queue.runUntil([&] { return isDone; });
+    EXPECT_EQ(rung, 0);
+}
+
+TEST(MainLoopQueue, RingsTheEarlierOfTwoAlarmsFirst) {
+    MainLoopQueue queue;
+    std::string order;
+    const auto late = queue.makeAlarm([&] { order += "late"; });
+    const auto early = queue.makeAlarm([&] { order += "early "; });
+    late->set(std::chrono::milliseconds(2));
+    early->set(std::chrono::milliseconds(1));
+    queue.runUntil([&] { return order.ends_with("late"); });
+    EXPECT_EQ(order, "early late");
+}
+
+TEST(MainLoopQueue, AnAlarmMayDestroyItselfAsItRings) {
+    MainLoopQueue queue;
+    std::unique_ptr<Alarm> alarm;
+    bool rang = false;
+    alarm = queue.makeAlarm([&] {
+        alarm = nullptr;
+        rang = true;
+    });
+    alarm->set(std::chrono::milliseconds(0));
+    queue.runUntil([&] { return rang; });
+    EXPECT_EQ(alarm, nullptr);
 }
 
 } // namespace

@@ -184,6 +184,57 @@ TEST(WorkerQueue, DropsWorkThatHasNotBegunWhenItIsDestroyed) {
     EXPECT_FALSE(ran);
 }
 
+TEST(WorkerQueue, FinishesOnceAllWorkHasEnded) {
+    std::atomic<int> ended = 0;
+    WorkerQueue queue(1);
+    for (int piece = 0; piece < 3; ++piece) queue.start([&](const Cancellation&) { ++ended; });
+    EXPECT_TRUE(queue.finish(patience));
+    EXPECT_EQ(ended, 3);
+}
+
+TEST(WorkerQueue, DoesNotFinishWhileAThreadIsStuck) {
+    Gate release;
+    Gate begun;
+    WorkerQueue queue(1);
+    queue.start([&](const Cancellation&) {
+        begun.open();
+        static_cast<void>(release.wait());
+    });
+    ASSERT_TRUE(begun.wait());
+    EXPECT_FALSE(queue.finish(std::chrono::milliseconds(1)));
+    release.open();
+    EXPECT_TRUE(queue.finish(patience));
+}
+
+TEST(WorkerQueue, StartsAnotherThreadWhileOneIsStuck) {
+    Gate release;
+    Gate begun;
+    Gate other;
+    WorkerQueue queue(2);
+    queue.start([&](const Cancellation&) {
+        begun.open();
+        static_cast<void>(release.wait());
+    });
+    ASSERT_TRUE(begun.wait());
+    queue.start([&](const Cancellation&) { other.open(); });
+    EXPECT_TRUE(other.wait());
+    release.open();
+}
+
+TEST(WorkerQueue, FinishesWhenItWasNeverUsed) {
+    EXPECT_TRUE(WorkerQueue(4).finish(std::chrono::milliseconds(0)));
+}
+
+TEST(WorkerQueue, UsesOneThreadForWorkThatDoesNotOverlap) {
+    std::set<std::thread::id> threads;
+    WorkerQueue queue(4);
+    for (int piece = 0; piece < 50; ++piece) {
+        queue.start([&](const Cancellation&) { threads.insert(std::this_thread::get_id()); });
+        ASSERT_TRUE(queue.finish(patience));
+    }
+    EXPECT_EQ(threads.size(), 1U);
+}
+
 TEST(WorkerQueue, EndsWhenItWasNeverUsed) { EXPECT_NO_THROW(WorkerQueue(4)); }
 
 } // namespace

@@ -2,9 +2,12 @@
 
 #include "base/Queues.h"
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <utility>
 
 namespace kelvinbar::fakes {
@@ -13,6 +16,19 @@ namespace kelvinbar::fakes {
 class ManualMainQueue final : public MainQueue {
   public:
     void post(std::function<void()> work) override { waiting_.push_back(std::move(work)); }
+
+    std::unique_ptr<Alarm> makeAlarm(std::function<void()> ring) override {
+        return std::make_unique<ManualAlarm>(*this, std::move(ring));
+    }
+
+    /// The delay of the alarm that is set; no value if none is.
+    [[nodiscard]] std::optional<std::chrono::milliseconds> alarmDelay() const { return alarmDelay_; }
+
+    /// Rings the alarm, which must be set.
+    void ringAlarm() {
+        alarmDelay_.reset();
+        ring_();
+    }
 
     [[nodiscard]] std::size_t waitingCount() const { return waiting_.size(); }
 
@@ -26,7 +42,29 @@ class ManualMainQueue final : public MainQueue {
     }
 
   private:
+    /// A queue has one at a time.
+    class ManualAlarm final : public Alarm {
+      public:
+        ManualAlarm(ManualMainQueue& queue, std::function<void()> ring) : queue_(queue) {
+            queue_.ring_ = std::move(ring);
+        }
+
+        ManualAlarm(const ManualAlarm&) = delete;
+        ManualAlarm& operator=(const ManualAlarm&) = delete;
+
+        ~ManualAlarm() override { queue_.alarmDelay_.reset(); }
+
+        void set(std::chrono::milliseconds delay) override { queue_.alarmDelay_ = delay; }
+
+        void clear() override { queue_.alarmDelay_.reset(); }
+
+      private:
+        ManualMainQueue& queue_;
+    };
+
     std::deque<std::function<void()>> waiting_;
+    std::function<void()> ring_;
+    std::optional<std::chrono::milliseconds> alarmDelay_;
 };
 
 /// A background queue that a test runs by hand, on the test's thread.

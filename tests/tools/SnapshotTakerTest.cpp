@@ -29,16 +29,17 @@ TEST(TakeSnapshot, GivesTheReadingsOfTheMachine) {
     const FakeMachine fake;
     fake.driver->addKeyCount(3).add("TC0P", "sp78", {0x28, 0x80}).add("zzzz", "ui8 ", {1});
     fake.registry->add("SMCSuperIO", "chip", Dictionary{{"CPU Fan", std::int64_t{900}}});
-    EXPECT_EQ(withoutTime(takeSnapshot(fake.machine())), "Kelvinbar snapshot\nActive keys: 2\n"
-                                                         "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
-                                                         "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
+    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text),
+              "Kelvinbar snapshot\nActive keys: 2\n"
+              "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+              "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
 }
 
 TEST(TakeSnapshot, GivesWhatTheSystemKnowsWithoutAController) {
     const FakeMachine fake;
     fake.driver->hasService = false;
     fake.system->thermal = 2;
-    EXPECT_EQ(withoutTime(takeSnapshot(fake.machine())),
+    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text),
               "Kelvinbar snapshot\nActive keys: 3\n"
               "\nNARC\tnative\tArchitecture\tApple Silicon\tRAW=Apple Silicon"
               "\nNLPM\tnative\tLow Power Mode\tDisabled\tRAW=Disabled"
@@ -47,13 +48,15 @@ TEST(TakeSnapshot, GivesWhatTheSystemKnowsWithoutAController) {
 
 TEST(TakeSnapshot, GivesTheHeaderAloneOfAMachineWithoutReadings) {
     const FakeMachine fake;
-    EXPECT_EQ(withoutTime(takeSnapshot(fake.machine())), "Kelvinbar snapshot\nActive keys: 0\n");
+    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text), "Kelvinbar snapshot\nActive keys: 0\n");
 }
 
 TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
-    takeSnapshot(fake.machine());
+    SnapshotTaker taker;
+    taker.take(fake.machine());
+    EXPECT_TRUE(taker.finish());
     EXPECT_EQ(fake.driver->openCount, 1);
     EXPECT_EQ(fake.driver->closed, std::vector<SMCDriver::Connection>{fake.driver->openConnection});
 }
@@ -61,21 +64,22 @@ TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
 TEST(TakeSnapshot, LeavesAMachineThatCanBeReadOn) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
-    takeSnapshot(fake.machine());
+    SnapshotTaker().take(fake.machine());
     EXPECT_EQ(fake.bridge->discoverKeys(), (std::vector<std::string>{"#KEY", "TC0P"}));
 }
 
 TEST(TakeSnapshot, ReadsTheMachineAnewEveryTime) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
-    const std::string first = withoutTime(takeSnapshot(fake.machine()));
+    const std::string first = withoutTime(SnapshotTaker().take(fake.machine()).text);
     fake.driver->keys.back().bytes = {0x29, 0x00};
     fake.registry->add("SMCSuperIO", "chip", Dictionary{{"CPU Fan", std::int64_t{900}}});
     fake.clock->advance(std::chrono::minutes(1)); // fans of the registry are kept for a while
-    EXPECT_NE(withoutTime(takeSnapshot(fake.machine())), first);
-    EXPECT_EQ(withoutTime(takeSnapshot(fake.machine())), "Kelvinbar snapshot\nActive keys: 2\n"
-                                                         "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
-                                                         "\nTC0P\tsp78\tCPU Proximity\t41 °C\tRAW=2900");
+    EXPECT_NE(withoutTime(SnapshotTaker().take(fake.machine()).text), first);
+    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text),
+              "Kelvinbar snapshot\nActive keys: 2\n"
+              "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+              "\nTC0P\tsp78\tCPU Proximity\t41 °C\tRAW=2900");
 }
 
 } // namespace

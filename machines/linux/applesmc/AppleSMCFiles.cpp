@@ -1,5 +1,6 @@
 #include "machines/linux/applesmc/AppleSMCRegisters.h"
 #include "machines/linux/files/SensorFile.h"
+#include "sensors/ReadWatch.h"
 
 #include <array>
 #include <charconv>
@@ -21,7 +22,7 @@ namespace fs = std::filesystem;
 class Descriptor {
   public:
     Descriptor(const fs::path& file, int flags)
-        : number_(::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
+        : file_(file), number_(::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
 
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -32,7 +33,10 @@ class Descriptor {
 
     [[nodiscard]] int number() const { return number_; }
 
+    [[nodiscard]] const fs::path& file() const { return file_; }
+
   private:
+    fs::path file_;
     int number_;
 };
 
@@ -70,7 +74,9 @@ class AppleSMCFiles final : public AppleSMCRegisters {
     bool select(std::uint32_t index) override {
         std::array<char, 16> text{};
         const char* const end = std::to_chars(text.data(), text.data() + text.size(), index).ptr;
-        return ::pwrite(index_.number(), text.data(), static_cast<std::size_t>(end - text.data()), 0) > 0;
+        const NotedRead noted(index_.file().native());
+        return noted.isAllowed() &&
+               ::pwrite(index_.number(), text.data(), static_cast<std::size_t>(end - text.data()), 0) > 0;
     }
 
     std::optional<std::uint32_t> selectedIndex() override { return number(selected_); }
@@ -81,7 +87,10 @@ class AppleSMCFiles final : public AppleSMCRegisters {
 
     std::optional<std::uint32_t> dataLength() override { return number(length_); }
 
-    bool data(SMCBytes& bytes) override { return ::pread(data_.number(), bytes.data(), bytes.size(), 0) > 0; }
+    bool data(SMCBytes& bytes) override {
+        const NotedRead noted(data_.file().native());
+        return noted.isAllowed() && ::pread(data_.number(), bytes.data(), bytes.size(), 0) > 0;
+    }
 
   private:
     static constexpr int maximumAttempts = 20;

@@ -3,6 +3,7 @@
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
 #include "machines/linux/files/SystemFile.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <array>
@@ -39,12 +40,18 @@ bool isBelow(const fs::path& path, const fs::path& folder) {
     return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
 
+/// With a slash at the end, which tells the folder from the devices in it.
+fs::path classFolder(const fs::path& root, std::string_view className) {
+    return root / "sys/class" / className / "";
+}
+
 } // namespace
 
 std::vector<fs::path> classEntries(const fs::path& root, std::string_view className) {
     std::vector<fs::path> entries;
     std::error_code error;
-    const fs::path folder = root / "sys/class" / className;
+    const fs::path folder = classFolder(root, className);
+    const NotedRead noted(folder.native());
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         entries.push_back(entry->path());
     }
@@ -52,6 +59,12 @@ std::vector<fs::path> classEntries(const fs::path& root, std::string_view classN
         return comesBeforeNaturally(left.filename().native(), right.filename().native());
     });
     return entries;
+}
+
+std::vector<fs::path> visitedClassEntries(const fs::path& root, std::string_view className) {
+    const fs::path folder = classFolder(root, className);
+    const DeviceVisit visit(folder.native(), LogCategory::sourceKernel);
+    return visit.isAllowed() ? classEntries(root, className) : std::vector<fs::path>();
 }
 
 std::string devicePath(const fs::path& root, const fs::path& entry) {

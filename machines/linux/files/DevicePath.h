@@ -12,6 +12,10 @@ namespace kelvinbar {
 std::vector<std::filesystem::path> classEntries(const std::filesystem::path& root,
                                                 std::string_view className);
 
+/// Likewise, with the class's folder as a device of the watch. Empty while that is set aside.
+std::vector<std::filesystem::path> visitedClassEntries(const std::filesystem::path& root,
+                                                       std::string_view className);
+
 /// The path of a class entry's device below sys/devices, without the components that the kernel numbers in
 /// order of discovery (hwmon3, nvme0, phy1, thermal_zone2). It stays the same across boots as long as the
 /// device stays in its slot. Falls back to the link's target and to the device's uevent text, for trees that

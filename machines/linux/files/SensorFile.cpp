@@ -3,6 +3,7 @@
 #include "base/NumberText.h"
 #include "base/Text.h"
 #include "machines/linux/files/SystemFile.h"
+#include "sensors/ReadWatch.h"
 
 #include <array>
 #include <sys/stat.h>
@@ -35,6 +36,7 @@ SensorFile::SensorFile(const std::filesystem::path& path, OpenFileCount openFile
     : openFiles_(std::move(openFiles)) {
     const int descriptor = openRegularFile(path);
     if (descriptor < 0) return;
+    path_ = path;
     if (openFiles_->fetch_add(1) < limit) {
         descriptor_ = descriptor;
 
@@ -45,7 +47,6 @@ SensorFile::SensorFile(const std::filesystem::path& path, OpenFileCount openFile
     }
     openFiles_->fetch_sub(1);
     ::close(descriptor);
-    path_ = path;
 }
 
 SensorFile::~SensorFile() {
@@ -57,12 +58,14 @@ SensorFile::~SensorFile() {
 bool SensorFile::isStillAt(const std::filesystem::path& path) const {
     struct stat status {};
 
+    const NotedRead noted(path.native());
     if (descriptor_ < 0 || ::stat(path.c_str(), &status) != 0) return false;
     return identity_ == std::pair<std::uint64_t, std::uint64_t>(status.st_dev, status.st_ino);
 }
 
 std::optional<std::string_view> SensorFile::line(std::span<char> buffer) const {
-    if (!isOpen()) return std::nullopt;
+    const NotedRead noted(path_.native());
+    if (!isOpen() || !noted.isAllowed()) return std::nullopt;
     const ssize_t count = descriptor_ >= 0 ? readFromStart(descriptor_, buffer) : readOnce(path_, buffer);
     if (count <= 0 || static_cast<std::size_t>(count) == buffer.size()) return std::nullopt;
     const std::string_view text(buffer.data(), static_cast<std::size_t>(count));
@@ -82,17 +85,22 @@ std::optional<std::int64_t> numberInLine(std::string_view line) {
 }
 
 std::shared_ptr<const SensorFile> SensorFiles::open(const std::filesystem::path& path) {
+    auto file = known(path);
+    if (file != nullptr && file->isStillAt(path)) return file;
+    file = std::make_shared<const SensorFile>(path, openFiles_, limit_);
+    const std::lock_guard lock(mutex_);
+    files_[path.native()] = file;
+    return file;
+}
+
+std::shared_ptr<const SensorFile> SensorFiles::known(const std::filesystem::path& path) {
     constexpr std::size_t mostForgotten = 1024;
+    const std::lock_guard lock(mutex_);
     if (files_.size() > mostForgotten) {
         std::erase_if(files_, [](const auto& file) { return file.second.expired(); });
     }
-    std::weak_ptr<const SensorFile>& known = files_[path.native()];
-    auto file = known.lock();
-    if (file == nullptr || !file->isStillAt(path)) {
-        file = std::make_shared<const SensorFile>(path, openFiles_, limit_);
-        known = file;
-    }
-    return file;
+    const auto found = files_.find(path.native());
+    return found == files_.end() ? nullptr : found->second.lock();
 }
 
 } // namespace kelvinbar

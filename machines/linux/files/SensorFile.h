@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -34,7 +35,7 @@ class SensorFile {
     ~SensorFile();
 
     /// Whether there is a file to read.
-    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0 || !path_.empty(); }
+    [[nodiscard]] bool isOpen() const { return !path_.empty(); }
 
     /// Whether the open file is still the one at `path`. A device that was removed and returns has new files
     /// under the same paths, and the old descriptors fail.
@@ -49,17 +50,16 @@ class SensorFile {
 
   private:
     OpenFileCount openFiles_;
-    int descriptor_ = -1;
+    int descriptor_ = -1;                              ///< -1 if the file is opened for each read
     std::pair<std::uint64_t, std::uint64_t> identity_; ///< device and inode of the open file
-    std::filesystem::path path_;                       ///< empty unless the file is opened for each read
+    std::filesystem::path path_;                       ///< empty if there is no file to read
 };
 
 /// The decimal integer that makes up `line`. Surrounding spaces are allowed, since some drivers pad their
 /// numbers.
 std::optional<std::int64_t> numberInLine(std::string_view line);
 
-/// The attribute files of one machine. Files that are in use are shared, not opened again. Not thread-safe;
-/// the files themselves are.
+/// The attribute files of one machine. Files that are in use are shared, not opened again. Any thread.
 class SensorFiles {
   public:
     /// Half of the usual limit of 1024 open files per process.
@@ -71,8 +71,12 @@ class SensorFiles {
     std::shared_ptr<const SensorFile> open(const std::filesystem::path& path);
 
   private:
-    int limit_;
-    OpenFileCount openFiles_ = std::make_shared<std::atomic<int>>(0);
+    /// The file at `path` if it is in use, else null.
+    std::shared_ptr<const SensorFile> known(const std::filesystem::path& path);
+
+    const int limit_;
+    const OpenFileCount openFiles_ = std::make_shared<std::atomic<int>>(0);
+    std::mutex mutex_; ///< guards `files_`; not held while a file is opened
     std::unordered_map<std::string, std::weak_ptr<const SensorFile>> files_;
 };
 

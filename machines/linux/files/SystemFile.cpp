@@ -2,6 +2,7 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
+#include "sensors/ReadWatch.h"
 
 #include <array>
 #include <fcntl.h>
@@ -13,6 +14,8 @@
 namespace kelvinbar {
 
 int openRegularFile(const std::filesystem::path& file) {
+    const NotedRead noted(file.native());
+    if (!noted.isAllowed()) return -1;
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) return -1;
 
@@ -25,6 +28,7 @@ int openRegularFile(const std::filesystem::path& file) {
 
 std::optional<std::string> systemFileText(const std::filesystem::path& file) {
     constexpr std::size_t limit = std::size_t{64} * 1024;
+    const NotedRead noted(file.native());
     const int descriptor = openRegularFile(file);
     if (descriptor < 0) return std::nullopt;
     std::string text;

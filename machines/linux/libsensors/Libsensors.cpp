@@ -57,7 +57,7 @@ class LibsensorsConfiguration final : public SensorConfiguration {
         if (!isLoaded()) return;
         const auto files = configurationFiles(place_.configuration);
         std::string stamp = kelvinbar::stampOf(files).append(stampOf(chips));
-        if (stamp == stamp_) return;
+        if (stamp == stamp_ || library_->isBlocked()) return;
         stamp_ = std::move(stamp);
         start(files);
     }

@@ -106,7 +106,8 @@ LibsensorsLibrary::~LibsensorsLibrary() {
 }
 
 std::optional<std::string> LibsensorsLibrary::start(Log& log) {
-    const std::lock_guard lock(mutex_);
+    const auto lock = locked();
+    if (!lock) return "one of its chips does not answer";
     if (std::exchange(isStarted_, false)) functions_.cleanup();
     ++generation_;
     const ParseErrors errors(handle_.get(), log);
@@ -122,15 +123,17 @@ std::string LibsensorsLibrary::errorText(int error) const {
     return found != nullptr ? found : "error " + std::to_string(error);
 }
 
-std::uint64_t LibsensorsLibrary::generation() const {
-    const std::lock_guard lock(mutex_);
-    return generation_;
+LibsensorsLibrary::Lock LibsensorsLibrary::locked() const {
+    constexpr std::chrono::milliseconds patience{1000};
+    Lock lock(mutex_, isBlocked_ ? std::chrono::milliseconds(0) : patience);
+    isBlocked_ = !lock.owns_lock();
+    return lock;
 }
 
 std::vector<LibraryChip> LibsensorsLibrary::chips() const {
-    const std::lock_guard lock(mutex_);
+    const auto lock = locked();
     std::vector<LibraryChip> chips;
-    if (!isStarted_) return chips;
+    if (!lock || !isStarted_) return chips;
     int next = 0;
     while (const sensors_chip_name* const chip = functions_.getDetectedChips(nullptr, &next)) {
         chips.push_back({chip, chip->path != nullptr ? chip->path : "", featuresOf(*chip)});
@@ -164,8 +167,8 @@ std::optional<int> LibsensorsLibrary::valueNumber(const sensors_chip_name& chip,
 
 std::optional<double> LibsensorsLibrary::value(std::uint64_t generation, const sensors_chip_name* chip,
                                                int number) const {
-    const std::lock_guard lock(mutex_);
-    if (!isStarted_ || generation != generation_) return std::nullopt;
+    const auto lock = locked();
+    if (!lock || !isStarted_ || generation != generation_) return std::nullopt;
     double value = 0;
     const bool isRead = functions_.getValue(chip, number, &value) == 0;
     return isRead && std::isfinite(value) ? std::optional(value) : std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -28,9 +29,10 @@ struct LibraryChip {
     std::vector<LibraryFeature> features;    ///< without ignored ones
 };
 
-/// libsensors, loaded at run time, so that it is no dependency of the program. One lock serialises its calls.
-/// Pointers that the library returned dangle after its next start; `generation` guards against their use. Any
-/// thread.
+/// libsensors, loaded at run time, so that it is no dependency of the program. One lock serialises its calls:
+/// when a chip does not answer, the other chips cannot be read through the library either. Calls then fail at
+/// once, after the first has waited a second. Pointers that the library returned dangle after its next start;
+/// `generation` guards against their use. Any thread.
 class LibsensorsLibrary {
   public:
     /// Loads the library. Null when it or one of its functions is missing; `reason` then holds the message.
@@ -45,7 +47,10 @@ class LibsensorsLibrary {
     [[nodiscard]] std::optional<std::string> start(Log& log);
 
     /// The number of starts. Results from before the last start are no longer valid.
-    [[nodiscard]] std::uint64_t generation() const;
+    [[nodiscard]] std::uint64_t generation() const { return generation_; }
+
+    /// Whether a call does not come back. Waits up to a second to find out.
+    [[nodiscard]] bool isBlocked() const { return !locked(); }
 
     /// All detected chips; empty before the first start.
     [[nodiscard]] std::vector<LibraryChip> chips() const;
@@ -71,6 +76,11 @@ class LibsensorsLibrary {
 
     using Handle = std::unique_ptr<void, int (*)(void*)>;
 
+    using Lock = std::unique_lock<std::timed_mutex>;
+
+    /// Not locked if another call does not come back.
+    [[nodiscard]] Lock locked() const;
+
     explicit LibsensorsLibrary(Handle handle) : handle_(std::move(handle)) {}
 
     /// Looks up all functions. The name of the first one that is missing; null if all are present.
@@ -83,9 +93,10 @@ class LibsensorsLibrary {
 
     Handle handle_;
     Functions functions_;
-    mutable std::mutex mutex_; ///< guards the members below and all calls
+    mutable std::timed_mutex mutex_; ///< guards `isStarted_` and all calls
     bool isStarted_ = false;
-    std::uint64_t generation_ = 0;
+    std::atomic<std::uint64_t> generation_ = 0;
+    mutable std::atomic<bool> isBlocked_ = false; ///< the last attempt to lock failed
 };
 
 } // namespace kelvinbar

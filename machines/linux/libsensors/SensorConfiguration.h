@@ -7,9 +7,13 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvinbar {
+
+/// The configuration's name as a device of the watch. Calls of SensorConfiguration belong in a visit of it.
+inline constexpr std::string_view configurationName = "libsensors";
 
 /// The configuration of one feature of a chip ("temp1").
 struct ConfiguredFeature {

@@ -60,6 +60,7 @@ struct SensorChip {
     std::string model;            ///< of a drive, as reported by it; may be empty
     std::string network;          ///< the network interface of its device ("enp3s0"); may be empty
     std::optional<int> place;     ///< socket or slot from 0, if the device reports it
+    std::filesystem::path entry;  ///< in the kernel's class; the device's name for the watch
     std::filesystem::path folder; ///< contains the files of its channels
     std::vector<std::filesystem::path> powerStates; ///< files with the power state of its devices
     std::vector<SensorChannel> channels;

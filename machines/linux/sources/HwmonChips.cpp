@@ -6,6 +6,7 @@
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
 #include "machines/linux/naming/ChipName.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <array>
@@ -237,6 +238,7 @@ std::string networkInterface(const fs::path& root, const fs::path& entry) {
 
 SensorChip chipAt(const fs::path& root, const fs::path& entry) {
     SensorChip chip;
+    chip.entry = entry;
     chip.folder = channelFolder(entry);
     chip.device = devicePath(root, entry);
     chip.name = systemFileLine(chip.folder / "name").value_or("");
@@ -254,7 +256,10 @@ SensorChip chipAt(const fs::path& root, const fs::path& entry) {
 
 std::vector<SensorChip> hwmonChips(const fs::path& root) {
     std::vector<SensorChip> chips;
-    for (const fs::path& entry : classEntries(root, "hwmon")) chips.push_back(chipAt(root, entry));
+    for (const fs::path& entry : visitedClassEntries(root, "hwmon")) {
+        const DeviceVisit visit(entry.native(), LogCategory::sourceKernel);
+        if (visit.isAllowed()) chips.push_back(chipAt(root, entry));
+    }
     std::ranges::stable_sort(chips, [](const SensorChip& left, const SensorChip& right) {
         if (comesBeforeNaturally(left.device, right.device)) return true;
         if (comesBeforeNaturally(right.device, left.device)) return false;

@@ -9,6 +9,7 @@
 #include "machines/linux/naming/SensorNames.h"
 #include "machines/linux/naming/SensorPlaces.h"
 #include "machines/linux/sources/SensorChips.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -23,6 +24,11 @@ template <typename Sensors>
 auto placeOf(const Sensors& sensors, std::string_view key) {
     const auto keyOf = [](const auto& sensor) -> std::string_view { return sensor.prototype.key; };
     return std::ranges::lower_bound(sensors, key, {}, keyOf);
+}
+
+/// Whether `silent` is the device or the folder of its class, whose name ends with a slash.
+bool isDeviceOrItsClass(std::string_view silent, std::string_view device) {
+    return silent == device || (silent.ends_with('/') && device.starts_with(silent));
 }
 
 /// Appends the chip to names that the controller's own readings have.
@@ -45,19 +51,18 @@ void tellFromController(std::vector<std::vector<std::optional<SensorName>>>& nam
 /// Builds the list of sensors and opens their files.
 class KernelSensorSource::ListBuilder {
   public:
-    ListBuilder(const Sensors& earlier, const SensorConfiguration* configuration, SensorFiles& files,
-                std::shared_ptr<const MonotonicClock> clock)
-        : earlier_(earlier), configuration_(configuration), files_(files), clock_(std::move(clock)) {}
+    ListBuilder(const Listing& earlier, SensorFiles& files, std::shared_ptr<const MonotonicClock> clock)
+        : earlier_(earlier), files_(files), clock_(std::move(clock)) {}
 
     void add(const SensorChip& chip, const std::vector<std::optional<SensorName>>& names,
-             const KeySet& controllerKeys) {
+             const ConfiguredChannels& configured, const KeySet& controllerKeys) {
         const auto power = powerOf(chip);
         for (std::size_t index = 0; index < chip.channels.size(); ++index) {
             const SensorChannel& channel = chip.channels[index];
             if (!names[index] || isMeasuredByController(chip, channel, controllerKeys)) continue;
             if (auto place = sensorPlace(chip, channel))
                 places_.emplace(names[index]->key, *std::move(place));
-            append(prototypeOf(*names[index]), {}, channel, power, configured(chip, channel));
+            append(chip, prototypeOf(*names[index]), {}, channel, power, configured[index]);
         }
     }
 
@@ -68,10 +73,23 @@ class KernelSensorSource::ListBuilder {
             if (!key) continue;
             RawReading prototype;
             prototype.key = std::move(key->key);
-            append(std::move(prototype), key->type, channel, power, nullptr);
+            append(chip, std::move(prototype), key->type, channel, power, nullptr);
             const bool isFan = channel.kind == SensorKind::fan;
             auto name = isFan ? fanNameReading(channel) : std::nullopt;
-            if (name) sensors_.push_back({*std::move(name), {}, std::nullopt});
+            if (name) sensors_.push_back({chip.entry.native(), *std::move(name), {}, std::nullopt});
+        }
+    }
+
+    /// Adds what the earlier list holds of devices that could not be searched.
+    void keep(const std::vector<SilentDevice>& silent) {
+        for (const Sensor& sensor : *earlier_.sensors) {
+            const auto isSilent = [&](const SilentDevice& each) {
+                return isDeviceOrItsClass(each.device, sensor.device);
+            };
+            if (std::ranges::none_of(silent, isSilent)) continue;
+            sensors_.push_back(sensor);
+            const auto place = earlier_.places.find(sensor.prototype.key);
+            if (place != earlier_.places.end()) places_.insert(*place);
         }
     }
 
@@ -106,24 +124,18 @@ class KernelSensorSource::ListBuilder {
         return std::make_shared<DevicePower>(chip.powerStates, files_, clock_);
     }
 
-    [[nodiscard]] std::shared_ptr<const ConfiguredValue> configured(const SensorChip& chip,
-                                                                    const SensorChannel& channel) const {
-        return configuration_ == nullptr ? nullptr : configuredValue(*configuration_, chip, channel);
-    }
-
-    void append(RawReading prototype, std::string_view controllerType, const SensorChannel& channel,
-                const std::shared_ptr<const DevicePower>& power,
+    void append(const SensorChip& chip, RawReading prototype, std::string_view controllerType,
+                const SensorChannel& channel, const std::shared_ptr<const DevicePower>& power,
                 std::shared_ptr<const ConfiguredValue> configured) {
         LiveSensor live(channel, possibleRange(channel.kind, prototype.type), files_, power, clock_);
         live.configure(std::move(configured));
-        const auto earlier = placeOf(earlier_, prototype.key);
-        const bool wasThere = earlier != earlier_.end() && earlier->prototype.key == prototype.key;
+        const auto earlier = placeOf(*earlier_.sensors, prototype.key);
+        const bool wasThere = earlier != earlier_.sensors->end() && earlier->prototype.key == prototype.key;
         live.meter(wasThere && earlier->live ? &*earlier->live : nullptr);
-        sensors_.push_back({std::move(prototype), controllerType, std::move(live)});
+        sensors_.push_back({chip.entry.native(), std::move(prototype), controllerType, std::move(live)});
     }
 
-    const Sensors& earlier_;
-    const SensorConfiguration* configuration_;
+    const Listing& earlier_;
     SensorFiles& files_;
     std::shared_ptr<const MonotonicClock> clock_;
     Sensors sensors_;
@@ -135,64 +147,105 @@ KernelSensorSource::KernelSensorSource(std::filesystem::path root,
                                        std::shared_ptr<SensorConfiguration> configuration)
     : root_(std::move(root)), clock_(std::move(clock)), log_(log), configuration_(std::move(configuration)) {}
 
-SourceStatus KernelSensorSource::status() {
+KernelSensorSource::Listing KernelSensorSource::listing() const {
     const std::lock_guard lock(mutex_);
-    const bool isSearchDue = !builtAt_ || clock_->now() - *builtAt_ > searchInterval;
-    if (sensors_->empty() && isSearchDue) {
-        rebuild(listedBefore_);
-        isUnlisted_ = true;
-    }
-    if (sensors_->empty()) return {.isAvailable = false, .message = "No sensors"};
+    return listing_;
+}
+
+SourceStatus KernelSensorSource::status() {
+    const auto sensors = [this] {
+        const std::lock_guard lock(mutex_);
+        return listing_.sensors;
+    };
+    if (sensors()->empty()) searchIfDue();
+    if (sensors()->empty()) return {.isAvailable = false, .message = "No sensors"};
     return {.isAvailable = true, .message = "Sensors of the kernel"};
 }
 
+void KernelSensorSource::searchIfDue() {
+    const Listing last = listing();
+    if (!last.builtAt || clock_->now() - *last.builtAt > searchInterval) search(last.listedBefore, true);
+}
+
 /// The first pass calls `status` and `discoverKeys` in a row, which should search once.
-bool KernelSensorSource::isCurrent(const KeySet& listedBefore) const {
+bool KernelSensorSource::isCurrent(const Listing& listing, const KeySet& listedBefore,
+                                   std::chrono::nanoseconds now) {
     constexpr std::chrono::seconds moment{1};
-    return isUnlisted_ && listedBefore == listedBefore_ && clock_->now() - *builtAt_ <= moment;
+    return listing.isUnlisted && listedBefore == listing.listedBefore && now - *listing.builtAt <= moment;
 }
 
 std::vector<std::string> KernelSensorSource::discoverKeys(const KeySet& listedBefore) {
+    if (!isCurrent(listing(), listedBefore, clock_->now())) search(listedBefore, false);
     const std::lock_guard lock(mutex_);
-    if (!isCurrent(listedBefore)) rebuild(listedBefore);
-    isUnlisted_ = false;
+    listing_.isUnlisted = false;
     std::vector<std::string> keys;
-    keys.reserve(sensors_->size());
-    for (const Sensor& sensor : *sensors_) keys.push_back(sensor.prototype.key);
+    keys.reserve(listing_.sensors->size());
+    for (const Sensor& sensor : *listing_.sensors) keys.push_back(sensor.prototype.key);
     return keys;
 }
 
-void KernelSensorSource::rebuild(KeySet listedBefore) {
+/// By chip and channel.
+std::vector<KernelSensorSource::ConfiguredChannels>
+KernelSensorSource::configuredChannels(const std::vector<SensorChip>& chips) const {
+    std::vector<ConfiguredChannels> configured;
+    configured.reserve(chips.size());
+    for (const SensorChip& chip : chips) configured.emplace_back(chip.channels.size());
+    if (configuration_ == nullptr) return configured;
+    const DeviceVisit visit(configurationName, LogCategory::sourceKernel);
+    if (!visit.isAllowed()) return configured;
+    for (std::size_t place = 0; place < chips.size(); ++place) {
+        std::ranges::transform(chips[place].channels, configured[place].begin(),
+                               [&](const SensorChannel& channel) {
+                                   return configuredValue(*configuration_, chips[place], channel);
+                               });
+    }
+    return configured;
+}
+
+/// Searches without the lock, which a chip that does not answer would hold for ever. The result of an
+/// abandoned pass is dropped: the pass after it has searched since.
+void KernelSensorSource::search(const KeySet& listedBefore, bool isUnlisted) {
+    const Listing earlier = listing();
     const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_);
     auto names = sensorNames(chips);
-    listedBefore_ = std::move(listedBefore);
-    controllerKeys_ = listedBefore_.empty() ? keysOfControllerChips(chips) : listedBefore_;
-    tellFromController(names, controllerKeys_);
-    ListBuilder builder(*sensors_, configuration_.get(), files_, clock_);
+    const auto configured = configuredChannels(chips);
+    Listing found;
+    found.listedBefore = listedBefore;
+    found.controllerKeys = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
+    tellFromController(names, found.controllerKeys);
+    ListBuilder builder(earlier, files_, clock_);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
+        const DeviceVisit visit(chip.entry.native(), LogCategory::sourceKernel);
+        if (!visit.isAllowed()) continue;
         if (chip.name != appleSMCChip) {
-            builder.add(chip, names[place], controllerKeys_);
-        } else if (listedBefore_.empty()) {
+            builder.add(chip, names[place], configured[place], found.controllerKeys);
+        } else if (listedBefore.empty()) {
             builder.addControllerChip(chip);
         }
     }
-    places_ = builder.takePlaces();
-    sensors_ = std::make_shared<const Sensors>(std::move(builder).finish());
-    builtAt_ = clock_->now();
+    const WatchedPass* const pass = WatchedPass::current();
+    if (pass != nullptr) builder.keep(pass->silentDevices());
+    found.places = builder.takePlaces();
+    found.sensors = std::make_shared<const Sensors>(std::move(builder).finish());
+    found.builtAt = clock_->now();
+    found.isUnlisted = isUnlisted;
     log_.write(LogCategory::sourceKernel, LogLevel::debug,
-               [this] { return std::to_string(sensors_->size()) + " sensors found"; });
+               [&] { return std::to_string(found.sensors->size()) + " sensors found"; });
+    if (pass != nullptr && pass->isAbandoned()) return;
+    const std::lock_guard lock(mutex_);
+    listing_ = std::move(found);
 }
 
 KeyHistory KernelSensorSource::keyHistory(bool withFormerKeys) {
-    const std::lock_guard lock(mutex_);
-    KeyHistory history{.places = places_, .formerKeys = std::nullopt};
+    const Listing last = listing();
+    KeyHistory history{.places = last.places, .formerKeys = std::nullopt};
     if (!withFormerKeys) return history;
     // Version 0.1 used the kernel's labels.
     const std::vector<SensorChip> chips = sensorChips(root_, nullptr, log_);
     const auto names = sensorNames(chips);
     history.formerKeys.emplace();
-    for (const auto& [key, place] : formerKeys(chips, controllerKeys_)) {
+    for (const auto& [key, place] : formerKeys(chips, last.controllerKeys)) {
         const auto& name = names[place.chip][place.channel];
         if (name) history.formerKeys->emplace(key, name->key);
     }
@@ -203,24 +256,33 @@ std::vector<RawReading> KernelSensorSource::readCandidateKeys(std::span<const st
     std::shared_ptr<const Sensors> sensors;
     {
         const std::lock_guard lock(mutex_);
-        sensors = sensors_;
+        sensors = listing_.sensors;
     }
     std::vector<RawReading> readings;
     readings.reserve(keys.size());
     std::vector<bool> isDone(sensors->size());
     auto next = sensors->begin(); // usually all keys, in ascending order
+    std::string_view device;
+    std::optional<DeviceVisit> visit;
     for (const std::string& key : keys) {
         if (next == sensors->end() || next->prototype.key != key) next = placeOf(*sensors, key);
         if (next == sensors->end() || next->prototype.key != key) continue;
         auto done = isDone[static_cast<std::size_t>(next - sensors->begin())];
-        if (!done && !read(*next, readings.emplace_back())) readings.pop_back();
+        if (std::exchange(device, next->device) != next->device) {
+            visit.emplace(next->device, LogCategory::sourceKernel);
+        }
+        if (!done && !read(*next, visit->isAllowed(), readings.emplace_back())) readings.pop_back();
         done = true;
         ++next;
     }
     return readings;
 }
 
-bool KernelSensorSource::read(const Sensor& sensor, RawReading& reading) {
+bool KernelSensorSource::read(const Sensor& sensor, bool isAllowed, RawReading& reading) {
+    if (!isAllowed) {
+        reading = unansweredReading(sensor.prototype);
+        return true;
+    }
     if (!sensor.live) {
         reading = sensor.prototype;
         return true;
@@ -246,10 +308,11 @@ bool KernelSensorSource::readController(const Sensor& sensor, const SensorSample
 }
 
 void KernelSensorSource::close() {
+    auto sensors = std::make_shared<const Sensors>();
     const std::lock_guard lock(mutex_);
-    sensors_ = std::make_shared<const Sensors>();
-    builtAt_.reset();
-    isUnlisted_ = false;
+    listing_.sensors.swap(sensors); // whose files are closed after the lock
+    listing_.builtAt.reset();
+    listing_.isUnlisted = false;
 }
 
 } // namespace kelvinbar

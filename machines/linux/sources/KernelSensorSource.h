@@ -25,8 +25,9 @@ namespace kelvinbar {
 /// costs one system call per sensor. Devices that come and go are noticed at the next discovery.
 ///
 /// Limits and pitfalls:
-/// - A driver may block for seconds. Passes read values without a lock, so such a chip delays only the pass
-///   that reads it; but discovery reads energy counters and configured values under the lock.
+/// - A driver may block for ever. Each chip is a device of the watch (ReadWatch.h). While it is set aside,
+/// its
+///   readings say "no answer". Discovery keeps the sensors of such a chip, but cannot find new ones.
 /// - Sleeping devices are not read, because reading wakes them. Their value is the text "asleep".
 /// - The power of an energy counter needs two reads, 20 ms or more apart. The first is made at discovery.
 /// - On an Apple computer whose SMC keys may not be listed, the `applesmc` channels appear under the SMC's
@@ -62,33 +63,46 @@ class KernelSensorSource final : public SensorSource {
 
   private:
     struct Sensor {
+        std::string device;              ///< its chip's name for the watch
         RawReading prototype;            ///< the reading without its value
         std::string_view controllerType; ///< the data type of an SMC key, else empty
         std::optional<LiveSensor> live;  ///< empty for a constant
     };
 
+    /// By channel of a chip, how the configuration computes its value; may be null.
+    using ConfiguredChannels = std::vector<std::shared_ptr<const ConfiguredValue>>;
     using Sensors = std::vector<Sensor>; ///< in ascending order of key
     class ListBuilder;
 
-    /// Stores a reading in `reading`; false when the sensor cannot be read.
-    static bool read(const Sensor& sensor, RawReading& reading);
+    /// The result of a search.
+    struct Listing {
+        std::shared_ptr<const Sensors> sensors = std::make_shared<const Sensors>();
+        std::map<std::string, std::string> places;       ///< as in KeyHistory
+        KeySet controllerKeys;                           ///< the SMC keys at the time
+        KeySet listedBefore;                             ///< the argument of the search
+        std::optional<std::chrono::nanoseconds> builtAt; ///< empty before the first search and after `close`
+        bool isUnlisted = false;                         ///< found by `status`, not listed yet
+    };
+
+    /// Stores a reading in `reading`; false when the sensor cannot be read. Reads nothing unless `isAllowed`.
+    static bool read(const Sensor& sensor, bool isAllowed, RawReading& reading);
     static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
-    void rebuild(KeySet listedBefore);
-    [[nodiscard]] bool isCurrent(const KeySet& listedBefore) const;
+    static bool isCurrent(const Listing& listing, const KeySet& listedBefore, std::chrono::nanoseconds now);
+
+    [[nodiscard]] Listing listing() const;
+    void searchIfDue();
+    void search(const KeySet& listedBefore, bool isUnlisted);
+    [[nodiscard]] std::vector<ConfiguredChannels>
+    configuredChannels(const std::vector<SensorChip>& chips) const;
 
     const std::filesystem::path root_;
     const std::shared_ptr<const MonotonicClock> clock_;
     Log& log_;
 
-    std::mutex mutex_;                                         ///< guards the members below
     const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
     SensorFiles files_;
-    std::shared_ptr<const Sensors> sensors_ = std::make_shared<const Sensors>();
-    std::map<std::string, std::string> places_;       ///< as in KeyHistory, of the last search
-    KeySet controllerKeys_;                           ///< SMC keys at the last search
-    std::optional<std::chrono::nanoseconds> builtAt_; ///< empty before the first search and after `close`
-    KeySet listedBefore_;                             ///< the argument of the last search
-    bool isUnlisted_ = false;                         ///< found by `status`, not listed yet
+    mutable std::mutex mutex_; ///< guards `listing_`; not held while files are read
+    Listing listing_;
 };
 
 } // namespace kelvinbar

@@ -3,11 +3,12 @@
 #include "base/Text.h"
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <functional>
+#include <iterator>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -100,7 +101,7 @@ SensorChip chipAt(const fs::path& supply) {
     chip.device = systemFileLine(supply / "serial_number").value_or(entry);
     chip.stableName = prefix;
     chip.sensorsName = entry;
-    chip.folder = supply;
+    chip.entry = chip.folder = supply;
     for (const Attribute& attribute : attributes) {
         const bool isForChargersOnly = attribute.kind == SensorKind::flag;
         if (isForChargersOnly && prefix != chargerChipPrefix) continue;
@@ -114,12 +115,14 @@ SensorChip chipAt(const fs::path& supply) {
 } // namespace
 
 std::vector<SensorChip> powerSupplyChips(const fs::path& root) {
-    std::vector<fs::path> supplies = classEntries(root, "power_supply");
-    std::erase_if(supplies, [](const fs::path& supply) { return systemFileLine(supply / "present") == "0"; });
-    std::stable_partition(supplies.begin(), supplies.end(), std::not_fn(isOfAnotherDevice));
     std::vector<SensorChip> chips;
-    chips.reserve(supplies.size());
-    for (const fs::path& supply : supplies) chips.push_back(chipAt(supply));
+    std::vector<SensorChip> ofOtherDevices;
+    for (const fs::path& supply : visitedClassEntries(root, "power_supply")) {
+        const DeviceVisit visit(supply.native(), LogCategory::sourceKernel);
+        if (!visit.isAllowed() || systemFileLine(supply / "present") == "0") continue;
+        (isOfAnotherDevice(supply) ? ofOtherDevices : chips).push_back(chipAt(supply));
+    }
+    std::ranges::move(ofOtherDevices, std::back_inserter(chips));
     return chips;
 }
 

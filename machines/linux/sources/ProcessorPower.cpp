@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
+#include "sensors/ReadWatch.h"
 
 #include <optional>
 #include <string>
@@ -41,7 +42,7 @@ SensorChip chipAt(const fs::path& zone, const std::string& label) {
     chip.name = chip.stableName = "rapl";
     chip.sensorsName = replacedAll(chip.device, ":", "-");
     chip.place = packageOf(zone);
-    chip.folder = zone;
+    chip.entry = chip.folder = zone;
     chip.channels.push_back(std::move(channel));
     return chip;
 }
@@ -52,9 +53,11 @@ std::vector<SensorChip> processorPowerChips(const fs::path& root) {
     std::vector<SensorChip> chips;
     // "intel-rapl:0:1" is a zone. A name without a colon is the control type, and "intel-rapl-mmio:0" is the
     // package again.
-    for (const fs::path& zone : classEntries(root, "powercap")) {
+    for (const fs::path& zone : visitedClassEntries(root, "powercap")) {
         const std::string entry = zone.filename().string();
         if (!entry.starts_with("intel-rapl:")) continue;
+        const DeviceVisit visit(zone.native(), LogCategory::sourceKernel);
+        if (!visit.isAllowed()) continue;
         const auto label = systemFileLine(zone / "name");
         if (label) chips.push_back(chipAt(zone, *label));
     }

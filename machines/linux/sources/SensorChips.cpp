@@ -6,6 +6,7 @@
 #include "machines/linux/sources/HybridCores.h"
 #include "machines/linux/sources/PowerSupplies.h"
 #include "machines/linux/sources/ProcessorPower.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <iterator>
@@ -16,6 +17,8 @@ namespace kelvinbar {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 bool isReadable(const std::filesystem::path& file) {
     const int descriptor = openRegularFile(file);
     if (descriptor >= 0) ::close(descriptor);
@@ -25,6 +28,10 @@ bool isReadable(const std::filesystem::path& file) {
 void dropUnreadableCounters(std::vector<SensorChip>& chips, Log& log) {
     std::size_t unreadable = 0;
     for (SensorChip& chip : chips) {
+        if (std::ranges::find(chip.channels, SensorKind::energy, &SensorChannel::kind) == chip.channels.end())
+            continue;
+        const DeviceVisit visit(chip.entry.native(), LogCategory::sourceKernel);
+        if (!visit.isAllowed()) continue;
         unreadable += std::erase_if(chip.channels, [](const SensorChannel& channel) {
             return channel.kind == SensorKind::energy && !isReadable(channel.file);
         });
@@ -42,11 +49,16 @@ std::vector<SensorChip> sensorChips(const std::filesystem::path& root, SensorCon
     std::vector<SensorChip> chips = hwmonChips(root);
     // Before nameHybridCores(), which only renames cores with the driver's labels: a core that the user has
     // named keeps that name.
-    if (configuration != nullptr) applyConfiguration(chips, *configuration);
+    if (configuration != nullptr) {
+        const DeviceVisit visit(configurationName, LogCategory::sourceKernel);
+        if (visit.isAllowed()) applyConfiguration(chips, *configuration);
+    }
     std::ranges::move(powerSupplyChips(root), std::back_inserter(chips));
     std::ranges::move(processorPowerChips(root), std::back_inserter(chips));
     dropUnreadableCounters(chips, log);
-    nameHybridCores(root, chips);
+    const fs::path processors = root / "sys/devices/system/cpu";
+    const DeviceVisit visit(processors.native(), LogCategory::sourceKernel);
+    if (visit.isAllowed()) nameHybridCores(root, chips);
     return chips;
 }
 

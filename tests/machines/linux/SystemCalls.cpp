@@ -1,8 +1,10 @@
 #include "tests/machines/linux/SystemCalls.h"
 
+#include <array>
 #include <atomic>
 #include <cstdarg>
 #include <cstddef>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -23,7 +25,53 @@ mode_t modeOf(int flags, std::va_list arguments) {
 
 } // namespace
 
+namespace {
+
+/// Inode and state of a stalled file. The inode is 0 for a place without one.
+struct Stall {
+    std::atomic<ino_t> inode{0};
+    std::atomic<bool> hasVictim{false};
+};
+
+std::array<Stall, 8> stalls;
+
+ino_t inodeOf(int file) {
+    struct stat status {};
+
+    return fstatat(file, "", &status, AT_EMPTY_PATH) == 0 ? status.st_ino : 0;
+}
+
+/// Does not return while the file is stalled.
+void stallAt(ino_t inode) {
+    for (Stall& stall : stalls) {
+        if (inode == 0 || stall.inode != inode) continue;
+        stall.hasVictim = true;
+        stall.hasVictim.notify_all();
+        stall.inode.wait(inode);
+    }
+}
+
+} // namespace
+
 namespace kelvinbar::fakes {
+
+StalledFile::StalledFile(const std::filesystem::path& file) {
+    struct stat status {};
+
+    if (fstatat(AT_FDCWD, file.c_str(), &status, 0) != 0) std::abort();
+    while (stalls.at(place_).inode != 0) ++place_;
+    stalls.at(place_).hasVictim = false;
+    stalls.at(place_).inode = status.st_ino;
+}
+
+StalledFile::~StalledFile() {
+    stalls.at(place_).inode = 0;
+    stalls.at(place_).inode.notify_all();
+}
+
+void StalledFile::waitForVictim() const { stalls.at(place_).hasVictim.wait(false); }
+
+bool StalledFile::hasVictim() const { return stalls.at(place_).hasVictim; }
 
 SystemCalls systemCallsSoFar() { return {.reads = reads, .others = others}; }
 
@@ -34,11 +82,13 @@ extern "C" {
 
 [[gnu::visibility("default")]] ssize_t pread(int file, void* buffer, std::size_t size, off_t place) {
     ++reads;
+    stallAt(inodeOf(file));
     return syscall(SYS_pread64, file, buffer, size, place);
 }
 
 [[gnu::visibility("default")]] ssize_t read(int file, void* buffer, std::size_t size) {
     ++others;
+    stallAt(inodeOf(file));
     return syscall(SYS_read, file, buffer, size);
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <filesystem>
 
 namespace kelvinbar::fakes {
 
@@ -18,6 +20,25 @@ struct SystemCalls {
 };
 
 SystemCalls systemCallsSoFar();
+
+/// A file whose reads do not return while the object lives, as with a driver that hangs. At most
+/// eight at a time.
+class StalledFile {
+  public:
+    /// The file must exist.
+    explicit StalledFile(const std::filesystem::path& file);
+    StalledFile(const StalledFile&) = delete;
+    StalledFile& operator=(const StalledFile&) = delete;
+    ~StalledFile();
+
+    /// Waits until a thread is stuck in the file.
+    void waitForVictim() const;
+
+    [[nodiscard]] bool hasVictim() const;
+
+  private:
+    std::size_t place_ = 0;
+};
 
 /// The calls made by `work`.
 template <typename Work>
