@@ -85,7 +85,14 @@ struct Parts {
                                            .notifications = notifications,
                                            .mainQueue = mainQueue,
                                            .backgroundQueue = backgroundQueue,
-                                           .wallClock = wallClock})) {}
+                                           .wallClock = wallClock,
+                                           .absent = absentSelections(machine)})) {}
+
+    /// What becomes of pins and hidden keys without a reading.
+    [[nodiscard]] AbsentSelections absentSelections(const Machine& machine) {
+        if (!machine.devicesComeAndGo) return {};
+        return {desktop.userDefaults(), wallClock, log};
+    }
 
     Log& log;
     Desktop& desktop;
