@@ -48,7 +48,7 @@ std::optional<AbsentKeys::Absence> AbsentKeys::parsed(std::string_view entry) co
     const bool isKey = !entry.empty() && trimmed(entry) == entry;
     const auto keyOf = [](const Absence& each) -> const std::string& { return each.slot.key; };
     const bool isNew = std::ranges::find(absences_, entry, keyOf) == absences_.end();
-    if (!place || *place >= storage_.slots || !day || !isKey || !isNew) return std::nullopt;
+    if (!place || *place >= storage_.room || !day || !isKey || !isNew) return std::nullopt;
     const Slot slot{
         .key = std::string(entry), .isChosen = false, .absentSince = Day(std::chrono::days(*day))};
     return Absence{.slot = slot, .place = *place};
@@ -57,30 +57,30 @@ std::optional<AbsentKeys::Absence> AbsentKeys::parsed(std::string_view entry) co
 AbsentKeys::Keys AbsentKeys::settled(const Keys& chosen, const KeyViews& found) {
     const auto isFound = [&](const std::string& key) { return found.contains(key); };
     if (absences_.empty() && std::ranges::all_of(chosen, isFound)) return chosen;
-    std::vector<Slot> slots = slotsWith(chosen);
-    for (Slot& slot : slots) slot.isChosen = !slot.isTaken && isFound(slot.key);
-    return keep(std::move(slots));
+    std::vector<Slot> order = slotsWith(chosen);
+    for (Slot& slot : order) slot.isChosen = !slot.isTaken && isFound(slot.key);
+    return keep(std::move(order));
 }
 
 AbsentKeys::Keys AbsentKeys::moved(const Keys& chosen, const CurrentKey& currentKey) {
-    std::vector<Slot> slots = slotsWith(chosen);
-    for (Slot& slot : slots) {
+    std::vector<Slot> order = slotsWith(chosen);
+    for (Slot& slot : order) {
         auto current = currentKey(slot.key);
         slot.isTaken = !current.has_value();
         slot.isChosen = slot.isChosen && !slot.isTaken;
         if (current) slot.key = *std::move(current);
     }
-    return keep(std::move(slots));
+    return keep(std::move(order));
 }
 
 void AbsentKeys::changed(const Keys& before, const Keys& after) {
-    std::vector<Slot> slots;
-    for (const std::string& key : after) slots.push_back({.key = key});
+    std::vector<Slot> order;
+    for (const std::string& key : after) order.push_back({.key = key});
     const std::vector<Slot> earlier = slotsWith(before);
     for (auto slot = earlier.begin(); slot != earlier.end(); ++slot) {
-        if (!slot->isChosen) insertBehindNeighbour(slots, {earlier.begin(), slot}, *slot);
+        if (!slot->isChosen) insertBehindNeighbour(order, {earlier.begin(), slot}, *slot);
     }
-    keep(std::move(slots));
+    keep(std::move(order));
 }
 
 void AbsentKeys::forget(std::string_view key) {
@@ -100,29 +100,29 @@ AbsentKeys::Keys AbsentKeys::rememberedKeys(bool areTaken) const {
 }
 
 std::vector<AbsentKeys::Slot> AbsentKeys::slotsWith(const Keys& chosen) const {
-    std::vector<Slot> slots;
-    for (const std::string& key : chosen) slots.push_back({.key = key});
+    std::vector<Slot> order;
+    for (const std::string& key : chosen) order.push_back({.key = key});
     for (const auto& [slot, place] : absences_) {
         if (std::ranges::find(chosen, slot.key) != chosen.end()) continue;
-        slots.insert(slots.begin() + static_cast<std::ptrdiff_t>(std::min(place, slots.size())), slot);
+        order.insert(order.begin() + static_cast<std::ptrdiff_t>(std::min(place, order.size())), slot);
     }
-    return slots;
+    return order;
 }
 
 /// A slot stays behind the nearest one that was before it and is left.
-void AbsentKeys::insertBehindNeighbour(std::vector<Slot>& slots, std::span<const Slot> before,
+void AbsentKeys::insertBehindNeighbour(std::vector<Slot>& order, std::span<const Slot> before,
                                        const Slot& slot) {
-    const auto placeOf = [&](const Slot& each) { return std::ranges::find(slots, each.key, &Slot::key); };
-    const auto isLeft = [&](const Slot& each) { return placeOf(each) != slots.end(); };
+    const auto placeOf = [&](const Slot& each) { return std::ranges::find(order, each.key, &Slot::key); };
+    const auto isLeft = [&](const Slot& each) { return placeOf(each) != order.end(); };
     const auto neighbour = std::find_if(before.rbegin(), before.rend(), isLeft);
-    slots.insert(neighbour == before.rend() ? slots.begin() : std::next(placeOf(*neighbour)), slot);
+    order.insert(neighbour == before.rend() ? order.begin() : std::next(placeOf(*neighbour)), slot);
 }
 
 /// A chosen key counts more than a remembered one, and the first of two more than the second.
-void AbsentKeys::removeRepeatedKeys(std::vector<Slot>& slots) {
+void AbsentKeys::removeRepeatedKeys(std::vector<Slot>& order) {
     KeySet seen;
     for (const bool areChosen : {true, false}) {
-        std::erase_if(slots, [&](const Slot& slot) {
+        std::erase_if(order, [&](const Slot& slot) {
             return slot.isChosen == areChosen && !seen.insert(slot.key).second;
         });
     }
@@ -138,32 +138,32 @@ TextList AbsentKeys::entriesOf(const std::vector<Absence>& absences) {
     return entries;
 }
 
-/// Remembers the keys in `slots` that are not chosen. Returns those that are.
-AbsentKeys::Keys AbsentKeys::keep(std::vector<Slot> slots) {
-    removeRepeatedKeys(slots);
+/// Remembers the keys in `order` that are not chosen. Returns those that are.
+AbsentKeys::Keys AbsentKeys::keep(std::vector<Slot> order) {
+    removeRepeatedKeys(order);
     Keys chosen;
-    for (const Slot& slot : slots) {
+    for (const Slot& slot : order) {
         if (slot.isChosen) chosen.push_back(slot.key);
     }
-    if (defaults_ != nullptr) remember(std::move(slots));
+    if (defaults_ != nullptr) remember(std::move(order));
     return chosen;
 }
 
-void AbsentKeys::remember(std::vector<Slot> slots) {
+void AbsentKeys::remember(std::vector<Slot> order) {
     const Day today = std::chrono::floor<std::chrono::days>(wallClock_->now());
-    for (Slot& slot : slots) {
+    for (Slot& slot : order) {
         if (slot.absentSince == Day()) slot.absentSince = today;
     }
-    std::erase_if(slots, [today](const Slot& slot) {
+    std::erase_if(order, [today](const Slot& slot) {
         return !slot.isChosen && today - slot.absentSince > longestAbsence;
     });
-    while (slots.size() > storage_.slots) {
-        slots.erase(std::ranges::min_element(
-            slots, {}, [](const Slot& slot) { return std::pair(slot.isChosen, slot.absentSince); }));
+    while (order.size() > storage_.room) {
+        order.erase(std::ranges::min_element(
+            order, {}, [](const Slot& slot) { return std::pair(slot.isChosen, slot.absentSince); }));
     }
     std::vector<Absence> absences;
-    for (std::size_t place = 0; place < slots.size(); ++place) {
-        if (!slots[place].isChosen) absences.push_back({std::move(slots[place]), place});
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        if (!order[place].isChosen) absences.push_back({std::move(order[place]), place});
     }
     assign(std::move(absences));
 }
@@ -181,7 +181,7 @@ void AbsentKeys::assign(std::vector<Absence> absences) {
 }
 
 AbsentSelections::AbsentSelections(UserDefaults& defaults, const WallClock& wallClock, Log& log)
-    : pins(defaults, {.entry = "KelvinbarAbsentPins", .slots = maximumPinnedKeys}, wallClock, log)
+    : pins(defaults, {.entry = "KelvinbarAbsentPins", .room = maximumPinnedKeys}, wallClock, log)
     , hidden(defaults, {.entry = "KelvinbarAbsentHiddenKeys"}, wallClock, log) {}
 
 } // namespace kelvinbar

@@ -41,8 +41,8 @@ class AbsentKeys {
 
     /// Where the keys are stored.
     struct Storage {
-        std::string_view entry;                                      ///< in the preferences
-        std::size_t slots = std::numeric_limits<std::size_t>::max(); ///< for chosen and remembered keys
+        std::string_view entry;                                     ///< in the preferences
+        std::size_t room = std::numeric_limits<std::size_t>::max(); ///< for chosen and remembered keys
     };
 
     /// Remembers nothing: what a pass does not find is lost.
@@ -91,12 +91,12 @@ class AbsentKeys {
 
     [[nodiscard]] std::optional<Absence> parsed(std::string_view entry) const;
     [[nodiscard]] std::vector<Slot> slotsWith(const Keys& chosen) const;
-    static void insertBehindNeighbour(std::vector<Slot>& slots, std::span<const Slot> before,
+    static void insertBehindNeighbour(std::vector<Slot>& order, std::span<const Slot> before,
                                       const Slot& slot);
-    static void removeRepeatedKeys(std::vector<Slot>& slots);
+    static void removeRepeatedKeys(std::vector<Slot>& order);
     static TextList entriesOf(const std::vector<Absence>& absences);
-    Keys keep(std::vector<Slot> slots);
-    void remember(std::vector<Slot> slots);
+    Keys keep(std::vector<Slot> order);
+    void remember(std::vector<Slot> order);
     void assign(std::vector<Absence> absences);
     [[nodiscard]] Keys rememberedKeys(bool areTaken) const;
 

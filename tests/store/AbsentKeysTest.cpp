@@ -30,7 +30,7 @@ class AbsentKeysTest : public testing::Test {
     AbsentKeysTest() { wallClock.time = std::chrono::sys_days(std::chrono::days(20'000)); }
 
     [[nodiscard]] AbsentKeys loaded() {
-        return {defaults, {.entry = entry, .slots = 6}, wallClock, recording.log};
+        return {defaults, {.entry = entry, .room = 6}, wallClock, recording.log};
     }
 
     /// A pass that finds `found` and nothing else.
