@@ -270,7 +270,6 @@ void KelvinbarStore::hideReading(const SMCReading& reading) {
     const auto self = shared_from_this(); // an observer may release the store
     KeySet keys = hiddenKeys_.value();
     keys.insert(key);
-    absent_.hidden.forget(key);
     setHiddenKeys(std::move(keys));
     absent_.pins.forget(key);
     unpin(key);
