@@ -7,6 +7,7 @@
 #include "desktop/qt/QtPopover.h"
 #include "desktop/qt/QtScreens.h"
 #include "desktop/qt/TerminationSignals.h"
+#include "process/StandardStreams.h"
 #include "qt/Clipboard.h"
 #include "shell/AppDelegate.h"
 #include "store/MenuBarText.h"
@@ -85,7 +86,14 @@ struct Parts {
                                            .notifications = notifications,
                                            .mainQueue = mainQueue,
                                            .backgroundQueue = backgroundQueue,
-                                           .wallClock = wallClock})) {}
+                                           .wallClock = wallClock,
+                                           .absent = absentSelections(machine)})) {}
+
+    /// What becomes of pins and hidden keys without a reading.
+    [[nodiscard]] AbsentSelections absentSelections(const Machine& machine) {
+        if (!machine.devicesComeAndGo) return {};
+        return {desktop.userDefaults(), wallClock, log};
+    }
 
     Log& log;
     Desktop& desktop;
@@ -107,6 +115,7 @@ struct Parts {
 
 int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
                       const MachineMaker& makeMachine) {
+    openClosedStandardStreams();
     ProgramOptions options = programOptions(argc, argv);
     if (const auto status = answeredOptions(options, program)) return *status;
     ignoreBrokenPipes();

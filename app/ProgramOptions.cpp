@@ -8,6 +8,7 @@ namespace kelvinbar {
 
 namespace {
 
+constexpr int outputErrorExit = 1;
 constexpr int usageErrorExit = 2;
 
 constexpr std::string_view optionsHelp =
@@ -19,7 +20,8 @@ constexpr std::string_view optionsHelp =
     "      --autostart  Start as the session does at login: open nothing\n"
     "\n"
     "The environment variable KELVINBAR_LOG chooses what is logged by category, as in tray=debug,keys=info.\n"
-    "Exit status: 0, 1 if the program cannot be started here, 2 for a wrong option.\n";
+    "Exit status: 0, 1 if the program cannot be started here or an answer cannot be written, 2 for a wrong "
+    "option.\n";
 
 std::string usage(const ProgramDescription& program) {
     const std::string_view machine = program.machineNames.empty() ? "" : " [NAME]";
@@ -73,6 +75,13 @@ int refusedMachine(const std::string& machine, const ProgramDescription& program
     return usageErrorExit;
 }
 
+/// Prints an answer and returns the exit status.
+int printed(const std::string& answer, const ProgramDescription& program) {
+    if (std::cout << answer << std::flush) return 0;
+    std::cerr << program.name + ": cannot write to standard output\n";
+    return outputErrorExit;
+}
+
 } // namespace
 
 ProgramOptions programOptions(int argc, const char* const* argv) {
@@ -85,12 +94,10 @@ std::optional<int> answeredOptions(const ProgramOptions& options, const ProgramD
     const auto unknown = std::ranges::find_if(
         options.others, [](const std::string& argument) { return argument.starts_with("--"); });
     if (unknown != options.others.end()) return refused(*unknown, program);
-    if (options.wantsHelp) {
-        std::cout << usage(program) << optionsHelp << machinesHelp(program) << std::flush;
-    } else if (options.wantsVersion) {
-        std::cout << program.name + " " KELVINBAR_VERSION "\n" << std::flush;
-    }
-    return options.wantsHelp || options.wantsVersion ? std::optional(0) : std::nullopt;
+    if (options.wantsHelp)
+        return printed(usage(program).append(optionsHelp) + machinesHelp(program), program);
+    if (options.wantsVersion) return printed(program.name + " " KELVINBAR_VERSION "\n", program);
+    return std::nullopt;
 }
 
 bool mayHaveToolkitOptions(const ProgramOptions& options) {

@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 folders=("$@")
-[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue sensors smc store shell panel qt machines desktop app resources tools bench)
+[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue sensors smc store shell panel qt machines desktop app process resources tools bench)
 
 scripts/install-dependencies.sh check
 cmake --preset tidy >/dev/null
@@ -19,7 +19,7 @@ not_for_objective_c+=,-performance-unnecessary-value-param,-performance-unnecess
 # is_tidy CHECKS PATTERN…: whether the sources whose paths match are without findings.
 is_tidy() {
   run-clang-tidy -quiet -p build/tidy -j "$(nproc)" -checks="$1" \
-    -header-filter="^$PWD/(base|catalogue|sensors|smc|store|shell|panel|qt|machines|desktop|app|resources|tools|tests|bench|fuzz)/" \
+    -header-filter="^$PWD/(base|catalogue|sensors|smc|store|shell|panel|qt|machines|desktop|app|process|resources|tools|tests|bench|fuzz)/" \
     "${@:2}" 2>/dev/null
 }
 

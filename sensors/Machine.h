@@ -18,6 +18,7 @@ struct Machine {
     std::shared_ptr<const MonotonicClock> clock;
     std::shared_ptr<ReadWatch> watch{}; ///< null for a machine whose source always answers
     MachineTexts texts{};               ///< always those of the platform, even if a recorded machine is read
+    bool devicesComeAndGo = false;      ///< a sensor that is missing may be back later
 };
 
 } // namespace kelvinbar

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <unordered_set>
+#include <iterator>
 #include <utility>
 
 namespace kelvinbar {
@@ -18,28 +18,16 @@ namespace {
 
 bool areSamePoints(double left, double right) { return std::fabs(left - right) <= 0.5; }
 
-std::unordered_set<std::string_view> keysOf(const std::vector<SMCReading>& readings) {
-    std::unordered_set<std::string_view> keys;
+AbsentKeys::KeyViews keysOf(const std::vector<SMCReading>& readings) {
+    AbsentKeys::KeyViews keys;
     keys.reserve(readings.size());
     for (const SMCReading& reading : readings) keys.insert(reading.key);
     return keys;
 }
 
-std::vector<std::string> keptKeys(const std::vector<std::string>& keys,
-                                  const std::unordered_set<std::string_view>& valid) {
-    std::vector<std::string> kept;
-    std::ranges::copy_if(keys, std::back_inserter(kept),
-                         [&](const auto& key) { return valid.contains(key); });
-    return kept;
-}
+AbsentKeys::Keys listOf(const KeySet& keys) { return {keys.begin(), keys.end()}; }
 
-KeySet keptKeys(const KeySet& keys, const std::unordered_set<std::string_view>& valid) {
-    KeySet kept;
-    for (const std::string& key : keys) {
-        if (valid.contains(key)) kept.insert(kept.end(), key);
-    }
-    return kept;
-}
+KeySet setOf(const AbsentKeys::Keys& keys) { return {keys.begin(), keys.end()}; }
 
 } // namespace
 
@@ -60,6 +48,7 @@ KelvinbarStore::KelvinbarStore(Token /*token*/, StorePorts ports, Preferences pr
     : ports_(std::move(ports))
     , announcer_(ports_.notifications)
     , continuity_(ports_.defaults)
+    , absent_(std::move(ports_.absent))
     , samplingRate_(preferences.samplingRate)
     , displayMode_(preferences.displayMode)
     , manualPopoverWidth_(preferences.manualPopoverSize.width)
@@ -86,8 +75,9 @@ void KelvinbarStore::refresh(bool forceDiscovery) {
 
 void KelvinbarStore::refreshMenuBarOnly() {
     if (refreshTask_ || menuBarRefreshTask_ || menuBarKeys_.value().empty()) return;
-    const auto keys =
-        std::make_shared<const KeySet>(menuBarKeys_.value().begin(), menuBarKeys_.value().end());
+    KeySet pinned = setOf(menuBarKeys_.value());
+    pinned.merge(setOf(absent_.pins.waitingKeys()));
+    const auto keys = std::make_shared<const KeySet>(std::move(pinned));
     const bool anyFan = std::ranges::any_of(*keys, [](const auto& key) { return key.starts_with("FAN"); });
     menuBarRefreshTask_ = start({.fixedCandidates = keys,
                                  .shouldDiscover = false,
@@ -163,7 +153,7 @@ void KelvinbarStore::applyFullResult(SMCLoadResult result) {
     smcAvailable_.set(result.smcAvailable);
     readings_.set(std::move(result.readings));
     if (result.keyHistory) followMovedKeys(*std::move(result.keyHistory));
-    if (result.silent.empty()) dropSelectionsWithoutReading();
+    settleSelections(result.silent.empty());
     silentDevices_ = std::move(result.silent);
     if (result.discoveredKeys) rememberDiscovery(*std::move(result.discoveredKeys));
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
@@ -177,26 +167,28 @@ void KelvinbarStore::applyFullResult(SMCLoadResult result) {
 /// Updates pins and hidden keys whose sensor has got another key.
 void KelvinbarStore::followMovedKeys(KeyHistory history) {
     continuity_.learn(std::move(history));
-    std::vector<std::string> pinned;
-    for (const std::string& key : menuBarKeys_.value()) {
-        if (auto current = continuity_.currentKey(key)) pinned.push_back(*std::move(current));
-    }
-    KeySet hidden;
-    for (const std::string& key : hiddenKeys_.value()) {
-        if (auto current = continuity_.currentKey(key)) hidden.insert(*std::move(current));
-    }
-    if (pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
+    const auto currentKey = [this](const std::string& key) { return continuity_.currentKey(key); };
+    // Both before either is stored, with which their earlier places are lost.
+    auto pinned = absent_.pins.moved(menuBarKeys_.value(), currentKey);
+    auto hidden = setOf(absent_.hidden.moved(listOf(hiddenKeys_.value()), currentKey));
+    if (pinned != menuBarKeys_.value()) assignMenuBarKeys(std::move(pinned));
     setHiddenKeys(std::move(hidden));
-    continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
+    rememberPlaces();
 }
 
 /// Unpins and unhides keys that the machine does not have. A pass without readings therefore clears both.
-void KelvinbarStore::dropSelectionsWithoutReading() {
-    const auto valid = keysOf(readings_.value());
-    if (auto pinned = keptKeys(menuBarKeys_.value(), valid); pinned != menuBarKeys_.value()) {
-        setMenuBarKeys(pinned);
+/// Keys that were absent and have a reading again are pinned and hidden again.
+void KelvinbarStore::settleSelections(bool mayDrop) {
+    auto found = keysOf(readings_.value());
+    const auto pinned = menuBarKeys_.value();
+    const auto hidden = listOf(hiddenKeys_.value());
+    if (!mayDrop) {
+        found.insert(pinned.begin(), pinned.end());
+        found.insert(hidden.begin(), hidden.end());
     }
-    setHiddenKeys(keptKeys(hiddenKeys_.value(), valid));
+    auto settled = absent_.pins.settled(pinned, found);
+    if (settled != pinned) assignMenuBarKeys(std::move(settled));
+    setHiddenKeys(setOf(absent_.hidden.settled(hidden, found)));
 }
 
 void KelvinbarStore::rememberDiscovery(KeySet keys) {
@@ -205,14 +197,21 @@ void KelvinbarStore::rememberDiscovery(KeySet keys) {
 }
 
 void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
-    auto pinned = result.silent.empty() ? keptKeys(menuBarKeys_.value(), keysOf(result.readings))
-                                        : menuBarKeys_.value();
+    auto pinned = pinsFoundBy(result);
     patchReadings(std::move(result.readings));
-    // Unlike a full pass, a pass without readings keeps the pins.
-    if (!pinned.empty() && pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
+    if (pinned != menuBarKeys_.value()) assignMenuBarKeys(std::move(pinned));
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
     menuBarRefreshTask_.reset();
     postMenuBarReadingChanged();
+}
+
+/// The pins after a menu bar pass. Unlike a full pass, one that finds none of the pins keeps them.
+std::vector<std::string> KelvinbarStore::pinsFoundBy(const SMCLoadResult& result) {
+    const auto& pinned = menuBarKeys_.value();
+    auto found = keysOf(result.readings);
+    const bool isAnyFound = std::ranges::any_of(pinned, [&](const auto& key) { return found.contains(key); });
+    if (!isAnyFound || !result.silent.empty()) found.insert(pinned.begin(), pinned.end());
+    return absent_.pins.settled(pinned, found);
 }
 
 /// Replaces readings with the same key in place and appends the others.
@@ -233,10 +232,16 @@ void KelvinbarStore::patchReadings(std::vector<SMCReading> fresh) {
 // Pinned and hidden readings
 
 void KelvinbarStore::setMenuBarKeys(const std::vector<std::string>& keys) {
+    auto clean = sanitizedPinnedKeys(keys);
+    absent_.pins.changed(menuBarKeys_.value(), clean);
+    assignMenuBarKeys(std::move(clean));
+}
+
+void KelvinbarStore::assignMenuBarKeys(std::vector<std::string> keys) {
     const auto self = shared_from_this(); // an observer may release the store
-    menuBarKeys_.set(sanitizedPinnedKeys(keys));
+    menuBarKeys_.set(std::move(keys));
     storeMenuBarKeys(ports_.defaults, menuBarKeys_.value());
-    continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
+    rememberPlaces();
     postMenuBarReadingChanged();
 }
 
@@ -266,16 +271,31 @@ void KelvinbarStore::hideReading(const SMCReading& reading) {
     KeySet keys = hiddenKeys_.value();
     keys.insert(key);
     setHiddenKeys(std::move(keys));
+    absent_.pins.forget(key);
     unpin(key);
 }
 
-void KelvinbarStore::unhideAllReadings() { setHiddenKeys({}); }
+void KelvinbarStore::unhideAllReadings() {
+    absent_.hidden.forgetAll();
+    setHiddenKeys({});
+}
 
 void KelvinbarStore::setHiddenKeys(KeySet keys) {
     const auto self = shared_from_this(); // an observer may release the store
     if (!hiddenKeys_.set(std::move(keys))) return;
     storeHiddenKeys(ports_.defaults, hiddenKeys_.value());
-    continuity_.remember(menuBarKeys_.value(), hiddenKeys_.value());
+    rememberPlaces();
+}
+
+/// Stores the places of all chosen keys, also of those that are absent.
+void KelvinbarStore::rememberPlaces() {
+    std::vector<std::string> pinned = menuBarKeys_.value();
+    std::ranges::copy(absent_.pins.waitingKeys(), std::back_inserter(pinned));
+    KeySet hidden = hiddenKeys_.value();
+    hidden.merge(setOf(absent_.hidden.waitingKeys()));
+    auto taken = absent_.pins.takenKeys();
+    std::ranges::copy(absent_.hidden.takenKeys(), std::back_inserter(taken));
+    continuity_.remember(pinned, hidden, taken);
 }
 
 // Settings

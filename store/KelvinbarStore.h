@@ -6,6 +6,7 @@
 #include "base/Queues.h"
 #include "catalogue/SMCReading.h"
 #include "catalogue/Settings.h"
+#include "store/AbsentKeys.h"
 #include "store/ChangeAnnouncer.h"
 #include "store/KeyContinuity.h"
 #include "store/LoadPass.h"
@@ -36,6 +37,7 @@
 ///
 /// Pitfalls:
 /// - A full pass without readings unpins and unhides everything; a menu bar pass without readings does not.
+///   What comes back with its reading later depends on StorePorts::absent.
 /// - Observers run inside the setters and may call the store again, or release it: what calls observers keeps
 ///   the store alive until it returns.
 /// - `smcAvailable` is also true if only the system's own facts can be shown.
@@ -50,6 +52,7 @@ struct StorePorts {
     MainQueue& mainQueue;
     BackgroundQueue& backgroundQueue;
     const WallClock& wallClock;
+    AbsentSelections absent{}; ///< what becomes of pins and hidden keys without a reading
 };
 
 /// Readings, pins, hidden keys and settings, each as an observable field. Main thread only.
@@ -166,11 +169,14 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     void applyFullResult(SMCLoadResult result);
     void applyMenuBarResult(SMCLoadResult result);
     void followMovedKeys(KeyHistory history);
-    void dropSelectionsWithoutReading();
+    void settleSelections(bool mayDrop);
+    [[nodiscard]] std::vector<std::string> pinsFoundBy(const SMCLoadResult& result);
     void rememberDiscovery(KeySet keys);
     void patchReadings(std::vector<SMCReading> fresh);
 
+    void assignMenuBarKeys(std::vector<std::string> keys);
     void setHiddenKeys(KeySet keys);
+    void rememberPlaces();
     void unpin(std::string_view key);
     [[nodiscard]] std::size_t visibleReadingCount() const;
 
@@ -181,6 +187,7 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     StorePorts ports_;
     ChangeAnnouncer announcer_;
     KeyContinuity continuity_;
+    AbsentSelections absent_;
 
     Observable<std::vector<SMCReading>> readings_;
     Observable<bool> isLoading_{false};

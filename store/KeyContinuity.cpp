@@ -45,13 +45,21 @@ std::optional<std::string> KeyContinuity::currentKey(const std::string& key) con
 void KeyContinuity::note(Places& places, const std::string& key) const {
     if (const auto now = history_.places.find(key); now != history_.places.end()) {
         places.insert_or_assign(key, now->second);
-    } else if (const auto stored = places_.find(key); stored != places_.end()) {
+    } else {
+        noteStored(places, key);
+    }
+}
+
+void KeyContinuity::noteStored(Places& places, const std::string& key) const {
+    if (const auto stored = places_.find(key); stored != places_.end()) {
         places.insert_or_assign(key, stored->second);
     }
 }
 
-void KeyContinuity::remember(const std::vector<std::string>& pinned, const KeySet& hidden) {
+void KeyContinuity::remember(const std::vector<std::string>& pinned, const KeySet& hidden,
+                             const std::vector<std::string>& absent) {
     Places places;
+    for (const std::string& key : absent) noteStored(places, key);
     for (const std::string& key : pinned) note(places, key);
     for (const std::string& key : hidden) note(places, key);
     if (history_.formerKeys && !std::exchange(isCarriedOver_, true)) {

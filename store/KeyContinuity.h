@@ -31,14 +31,17 @@ class KeyContinuity {
     /// known.
     [[nodiscard]] std::optional<std::string> currentKey(const std::string& key) const;
 
-    /// Stores the places of these keys if they changed, and marks the migration as done.
-    void remember(const std::vector<std::string>& pinned, const KeySet& hidden);
+    /// Stores the places of these keys if they changed, and marks the migration as done. `absent` are keys
+    /// that another device has by now; they keep the places that are stored.
+    void remember(const std::vector<std::string>& pinned, const KeySet& hidden,
+                  const std::vector<std::string>& absent = {});
 
   private:
     using Places = std::map<std::string, std::string, std::less<>>;
 
     [[nodiscard]] static Places storedPlaces(const UserDefaults& defaults);
     void note(Places& places, const std::string& key) const;
+    void noteStored(Places& places, const std::string& key) const;
 
     UserDefaults& defaults_;
     Places places_; ///< as stored, by key

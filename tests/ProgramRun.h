@@ -26,7 +26,7 @@ using Words = std::vector<std::string>;
 /// One run of a program as a user starts it, begun with the constructor.
 class ProgramRun {
   public:
-    /// Files.
+    /// Files. An empty name leaves the stream closed.
     struct Streams {
         std::string input;
         std::string output;
@@ -38,11 +38,9 @@ class ProgramRun {
         Words environment = environmentWith(variables);
         posix_spawn_file_actions_t actions{};
         posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, streams.input.c_str(), O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, streams.output.c_str(),
-                                         O_WRONLY | O_CREAT | O_NOCTTY, 0600);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, streams.errors.c_str(), O_WRONLY | O_CREAT,
-                                         0600);
+        addStream(actions, STDIN_FILENO, streams.input, O_RDONLY);
+        addStream(actions, STDOUT_FILENO, streams.output, O_WRONLY | O_CREAT | O_NOCTTY);
+        addStream(actions, STDERR_FILENO, streams.errors, O_WRONLY | O_CREAT);
         const int code = posix_spawn(&process_, words.front().c_str(), &actions, nullptr,
                                      pointersTo(words).data(), pointersTo(environment).data());
         posix_spawn_file_actions_destroy(&actions);
@@ -60,7 +58,18 @@ class ProgramRun {
 
     void send(int signal) const { ::kill(process_, signal); }
 
+    [[nodiscard]] pid_t process() const { return process_; }
+
   private:
+    static void addStream(posix_spawn_file_actions_t& actions, int stream, const std::string& file,
+                          int flags) {
+        if (file.empty()) {
+            posix_spawn_file_actions_addclose(&actions, stream);
+        } else {
+            posix_spawn_file_actions_addopen(&actions, stream, file.c_str(), flags, 0600);
+        }
+    }
+
     static std::vector<char*> pointersTo(Words& words) {
         std::vector<char*> pointers;
         for (std::string& word : words) pointers.push_back(word.data());

@@ -3,6 +3,7 @@
 //
 // usage: kelvinbar-compile-symbols FOLDER FILE.svg …
 
+#include "process/StandardStreams.h"
 #include "resources/SymbolDrawing.h"
 
 #include <QDataStream>
@@ -117,6 +118,7 @@ bool compile(const QString& drawing, const QString& folder) {
 } // namespace
 
 int main(int argc, char** argv) {
+    kelvinbar::openClosedStandardStreams();
     const std::vector<QString> words(argv + 1, argv + argc);
     if (words.size() < 2) {
         std::cerr << "usage: kelvinbar-compile-symbols FOLDER FILE.svg ...\n";

@@ -4,9 +4,9 @@
 #include "base/Log.h"
 #include "machines/Platform.h"
 #include "machines/replay/ReplayMachine.h"
+#include "process/StandardStreams.h"
 #include "resources/SampleMachines.h"
 #include "tools/SnapshotTaker.h"
-#include "tools/StandardOutput.h"
 #include "tools/TextInput.h"
 
 #include <algorithm>
@@ -43,19 +43,17 @@ std::vector<std::string> sampleNames() {
 
 void reportError(const std::string& message) { std::cerr << "kelvinbar-snapshot: " + message + "\n"; }
 
-/// Prints the lines that cannot be used. Writes in chunks: there may be millions of lines, and standard error
-/// is not buffered.
+/// Prints the first lines that cannot be used, and how many there are if there are more.
 void reportProblems(const std::string& source, const std::vector<LineProblem>& problems) {
-    constexpr std::size_t chunk = std::size_t{64} * 1024;
-    std::string text;
-    for (const LineProblem& problem : problems) {
-        text.append("kelvinbar-snapshot: ").append(source).append(", line ");
-        text.append(std::to_string(problem.lineNumber)).append(": ").append(problem.reason).append("\n");
-        if (text.size() < chunk) continue;
-        std::cerr << text;
-        text.clear();
+    constexpr std::size_t mostNamed = 10;
+    const std::size_t named = std::min(problems.size(), mostNamed);
+    for (std::size_t index = 0; index < named; ++index) {
+        const auto& [lineNumber, reason] = problems[index];
+        reportError(source + ", line " + std::to_string(lineNumber) + ": " + std::string(reason));
     }
-    std::cerr << text;
+    if (named == problems.size()) return;
+    reportError(source + ": " + std::to_string(problems.size()) + " lines cannot be used; the first " +
+                std::to_string(named) + " are named");
 }
 
 /// The replayed machine, or no value after printing the reason. Lines that cannot be used are printed and
@@ -118,6 +116,13 @@ int printSnapshot(const Options& options) {
     return status;
 }
 
+/// The exit status when --help or --version has been printed.
+int statusOfAnswer() {
+    if (std::cout.flush()) return 0;
+    reportError("cannot write to standard output");
+    return inputErrorExit;
+}
+
 int run(int argc, char** argv) {
     Options options;
     CLI::App app("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot");
@@ -131,8 +136,9 @@ int run(int argc, char** argv) {
     demo->check(CLI::IsMember(sampleNames()))->excludes(replay);
     app.footer(
         "Without an option, this machine is read. A sensor that does not answer in two seconds is left "
-        "out and named on standard error. Exit status: 0, 1 when the input cannot be used or no sensor "
-        "answers, 2 for a wrong option.");
+        "out and named on standard error. Exit status: 0, 1 when the input cannot be used, no sensor answers "
+        "or "
+        "nothing can be written, 2 for a wrong option.");
     app.add_flag("-v,--verbose", options.verbosity, "Log what is found and done; twice, every step");
     try {
         app.parse(argc, argv);
@@ -141,7 +147,7 @@ int run(int argc, char** argv) {
             throw CLI::ValidationError("--demo", "NAME is empty");
         }
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : usageErrorExit;
+        return app.exit(error) == 0 ? statusOfAnswer() : usageErrorExit;
     }
     return printSnapshot(options);
 }
@@ -151,6 +157,7 @@ int run(int argc, char** argv) {
 } // namespace kelvinbar
 
 int main(int argc, char** argv) {
+    kelvinbar::openClosedStandardStreams();
     try {
         return kelvinbar::run(argc, argv);
     } catch (const std::exception& error) {

@@ -4,6 +4,8 @@
 // usage: kelvinbar-render-artwork FILE.svg FILE.png SIDE
 //        kelvinbar-render-artwork FILE.svg FOLDER SIDE …
 
+#include "process/StandardStreams.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -48,6 +50,7 @@ int renderAll(const std::vector<QString>& words) {
 } // namespace
 
 int main(int argc, char** argv) {
+    kelvinbar::openClosedStandardStreams();
     const std::vector<QString> words(argv + 1, argv + argc);
     const int status = words.size() < 3 ? 2 : renderAll(words);
     if (status != 0)

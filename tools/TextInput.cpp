@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <string_view>
 #include <system_error>
 
 namespace kelvinbar {
@@ -13,6 +14,22 @@ namespace kelvinbar {
 namespace {
 
 InputError systemError(int number) { return {std::generic_category().message(number)}; }
+
+/// Whether every second byte from `start` is zero, and no other.
+bool isZeroAtEverySecond(std::string_view bytes, std::size_t start) {
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        if ((bytes[index] == '\0') != (index % 2 == start)) return false;
+    }
+    return true;
+}
+
+/// By its byte order mark, or by a beginning of ASCII characters.
+bool isUtf16(std::string_view text) {
+    constexpr std::size_t beginning = 32;
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
+    const std::string_view bytes = text.substr(0, std::min(text.size(), beginning));
+    return bytes.size() >= 4 && (isZeroAtEverySecond(bytes, 0) || isZeroAtEverySecond(bytes, 1));
+}
 
 } // namespace
 
@@ -35,6 +52,7 @@ TextInput readTextInput(std::istream& stream) {
     }
     if (stream.bad()) return systemError(EIO);
     if (text.size() > maximumInputSize) return InputError{"it is larger than 16 MiB"};
+    if (isUtf16(text)) return InputError{"it is in UTF-16 instead of UTF-8"};
     return text;
 }
 

@@ -26,7 +26,6 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
-#include <QSettings>
 #include <array>
 #include <optional>
 #include <utility>
@@ -61,7 +60,7 @@ QString busName(const std::string& name) {
 
 /// Whether the user has preferences of the program `name`. There are none before its first start.
 bool hasPreferences(const std::string& name) {
-    return QFile::exists(QSettings("kelvinbar", QString::fromStdString(name)).fileName());
+    return QFile::exists(preferencesPath(QString::fromStdString(name)));
 }
 
 /// Whether the desktop's panel is Plasma's, which tells where the item is, also on Wayland.

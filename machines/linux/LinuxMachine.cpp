@@ -48,7 +48,8 @@ Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<cons
             .system = std::make_shared<LinuxSystemInformation>(root),
             .clock = std::move(clock),
             .watch = std::move(watch),
-            .texts = linuxTexts};
+            .texts = linuxTexts,
+            .devicesComeAndGo = true};
 }
 
 } // namespace kelvinbar

@@ -13,7 +13,9 @@
 #include <regex>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -46,6 +48,18 @@ TEST(KelvinbarApp, TellsItsNameAndVersion) {
     EXPECT_EQ(std::regex_replace(outcome.output, version, ""), "kelvinbar");
     EXPECT_EQ(std::regex_replace(outcomeOf({KELVINBAR_DEMO, "--version"}, {}, noDisplay).output, version, ""),
               "kelvinbar-demo");
+}
+
+TEST(KelvinbarApp, FailsWhenItCannotWriteAnAnswer) {
+    const TemporaryFolder folder;
+    for (const char* const option : {"--help", "--version"}) {
+        for (const std::string output : {"/dev/full", ""}) {
+            const std::string errors = folder.path(option);
+            EXPECT_EQ(ProgramRun({KELVINBAR, option}, {"/dev/null", output, errors}, noDisplay).status(), 1);
+            EXPECT_EQ(contentOf(errors), "kelvinbar: cannot write to standard output\n");
+            std::filesystem::remove(errors);
+        }
+    }
 }
 
 TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
@@ -101,14 +115,12 @@ TEST(KelvinbarDemo, RefusesASecondMachineAndUnknownOptions) {
     }
 }
 
-/// A program whose standard error is read while it runs.
+/// A program whose standard error is read while it runs. Its other streams are closed.
 class LoggingProgram {
   public:
     LoggingProgram(const Words& words, const Words& variables) {
         EXPECT_EQ(::pipe2(pipe_.data(), O_CLOEXEC), 0); // the program must not be its own reader
-        run_.emplace(words,
-                     ProgramRun::Streams{"/dev/null", "/dev/null", "/dev/fd/" + std::to_string(pipe_[1])},
-                     variables);
+        run_.emplace(words, ProgramRun::Streams{"", "", "/dev/fd/" + std::to_string(pipe_[1])}, variables);
         ::close(pipe_[1]); // so that a program which ends early ends the log
     }
 
@@ -134,6 +146,13 @@ class LoggingProgram {
     }
 
     void send(int signal) const { run_->send(signal); }
+
+    /// Where one of its descriptors leads.
+    [[nodiscard]] std::string target(int descriptor) const {
+        const std::filesystem::path files = "/proc/" + std::to_string(run_->process()) + "/fd";
+        std::error_code error;
+        return std::filesystem::read_symlink(files / std::to_string(descriptor), error);
+    }
 
     [[nodiscard]] int status() const { return run_->status(); }
 
@@ -176,6 +195,58 @@ TEST(KelvinbarApp, LogsItsStartWithVerbose) {
     EXPECT_TRUE(contains(log, "/kelvinbar/kelvinbar-demo.conf holds 0 values\n")) << log;
     EXPECT_TRUE(contains(log, "kelvinbar: tray info: no watcher runs\n")) << log;
     EXPECT_FALSE(contains(log, " debug: ")) << log;
+}
+
+TEST(KelvinbarApp, HasTheNullDeviceInPlaceOfStreamsThatItIsStartedWithout) {
+    const TemporaryFolder folder;
+    Words environment = hiddenScreen;
+    environment.push_back("XDG_CONFIG_HOME=" + folder.path(""));
+    environment.push_back("XDG_RUNTIME_DIR=" + folder.path(""));
+    LoggingProgram program({KELVINBAR_DEMO, "-vv"}, environment);
+    EXPECT_TRUE(contains(program.logUntil("readings are"), "readings are"));
+    EXPECT_EQ(program.target(0), "/dev/null");
+    EXPECT_EQ(program.target(1), "/dev/null");
+    program.send(SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+}
+
+/// A start with preferences of its own.
+class StartWithPreferences : public testing::Test {
+  protected:
+    StartWithPreferences() { std::filesystem::create_directory(folder_.path("kelvinbar")); }
+
+    /// Starts `program` and ends it once its log holds `text`. Returns the log.
+    [[nodiscard]] std::string logUntil(const std::string& text, const char* program) const {
+        Words environment = hiddenScreen;
+        environment.push_back("XDG_CONFIG_HOME=" + folder_.path(""));
+        environment.push_back("XDG_RUNTIME_DIR=" + folder_.path(""));
+        LoggingProgram run({program, "-vv"}, environment);
+        std::string log = run.logUntil(text);
+        run.send(SIGTERM);
+        EXPECT_EQ(run.status(), 0);
+        return log;
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(StartWithPreferences, ThatAreAPipeIsNotHeldUp) {
+    ASSERT_EQ(::mkfifo(folder_.path("kelvinbar/kelvinbar-demo.conf").c_str(), 0600), 0);
+    const std::string log = logUntil("readings are", KELVINBAR_DEMO);
+    EXPECT_TRUE(contains(log, "kelvinbar-demo.conf cannot be read: it is no regular file\n")) << log;
+    EXPECT_TRUE(contains(log, "readings are")) << log;
+}
+
+TEST_F(StartWithPreferences, RemembersAPinWhoseSensorIsMissing) {
+    const std::string file =
+        folder_.write("kelvinbar/kelvinbar.conf", "[General]\nKelvinbarMenuBarKeys=none-virtual-0/temp1\n");
+    const std::string line = "kelvinbar: preferences debug: KelvinbarMenuBarKeys is removed\n";
+    const std::string log = logUntil(line, KELVINBAR);
+    EXPECT_TRUE(contains(log, line)) << log;
+    const std::string content = contentOf(file);
+    EXPECT_TRUE(contains(content, "KelvinbarAbsentPins=0\\t")) << content;
+    EXPECT_TRUE(contains(content, "\\tnone-virtual-0/temp1\n")) << content;
+    EXPECT_FALSE(contains(content, "KelvinbarMenuBarKeys")) << content;
 }
 
 TEST(KelvinbarApp, LogsEveryStepWithVerboseGivenTwice) {

@@ -184,6 +184,15 @@ TEST_F(MovedDevices, ThePlaceOfAnAbsentDeviceIsKeptAsLongAsItsKeyIsChosen) {
     EXPECT_EQ(returned.currentKey(second), "ram-i2c-5-50/temp1");
 }
 
+TEST_F(MovedDevices, ThePlaceOfAnAbsentDeviceIsKeptAlthoughAnotherHasItsKey) {
+    continuity.remember({first}, {});
+    KeyContinuity later = restartedWith({{first, "c/50"}});
+    later.remember({}, {}, {first});
+    EXPECT_EQ(storedPlaces(), (TextList{std::string(first).append("\ta/50")}));
+    later.remember({first}, {}, {first});
+    EXPECT_EQ(storedPlaces(), (TextList{std::string(first).append("\tc/50")})) << "chosen for the other one";
+}
+
 TEST_F(MovedDevices, ThePlaceGoesWithItsKey) {
     continuity.remember({first}, {second});
     continuity.remember({first}, {});

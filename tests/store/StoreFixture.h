@@ -29,6 +29,7 @@ struct Posted {
 struct StoreFixture : testing::Test {
     FakeMachine machine;
     Machine machineOfStore = machine.machine(); ///< used by makeStore()
+    AbsentSelections absent;                    ///< likewise
     RecordingUserDefaults defaults;
     NotificationCenter notifications;
     FakeWallClock wallClock;
@@ -58,7 +59,8 @@ struct StoreFixture : testing::Test {
                                                   .notifications = notifications,
                                                   .mainQueue = mainQueue,
                                                   .backgroundQueue = backgroundQueue,
-                                                  .wallClock = wallClock});
+                                                  .wallClock = wallClock,
+                                                  .absent = absent});
     }
 
     /// Creates the store over a controller with `keys` and completes the first refresh.

@@ -277,6 +277,47 @@ TEST(KelvinbarSnapshot, NamesLinesThatItCannotUseAndShowsTheRest) {
     EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 2) << outcome.errors;
 }
 
+/// As many lines that cannot be used.
+std::string junk(int lines) {
+    std::string text;
+    for (int line = 0; line < lines; ++line) text.append("junk\n");
+    return text;
+}
+
+TEST(KelvinbarSnapshot, NamesTenLinesThatItCannotUseOneByOne) {
+    const Outcome outcome = run({"--replay", "-"}, junk(10) + std::string(oneKey));
+    EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 10) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "standard input, line 10: ")) << outcome.errors;
+}
+
+TEST(KelvinbarSnapshot, CountsAMillionLinesThatItCannotUseInOneMessage) {
+    const Outcome outcome = run({"--replay", "-"}, junk(1'000'000) + std::string(oneKey));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(withoutTime(outcome.output), withoutTime(oneKeySnapshot));
+    EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 11) << outcome.errors.substr(0, 2000);
+    EXPECT_TRUE(outcome.errors.ends_with("kelvinbar-snapshot: standard input: 1000000 lines cannot be used; "
+                                         "the first 10 are named\n"))
+        << outcome.errors.substr(0, 2000);
+}
+
+TEST(KelvinbarSnapshot, NamesTheEncodingOfATextInUtf16) {
+    const std::string ascii = "Kelvinbar snapshot\n" + std::string(oneKey);
+    std::string littleEndian;
+    std::string bigEndian;
+    for (const char character : ascii) {
+        littleEndian.append(1, character).append(1, '\0');
+        bigEndian.append(1, '\0').append(1, character);
+    }
+    for (const std::string& text :
+         {littleEndian, bigEndian, "\xFF\xFE" + littleEndian, "\xFE\xFF" + bigEndian}) {
+        const Outcome outcome = run({"--replay", "-"}, text);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors,
+                  "kelvinbar-snapshot: cannot read standard input: it is in UTF-16 instead of UTF-8\n");
+    }
+}
+
 TEST(KelvinbarSnapshot, NamesLinesOfStandardInput) {
     const Outcome outcome = run({"--replay", "-"}, "junk\n" + std::string(oneKey));
     EXPECT_EQ(outcome.status, 0);
@@ -291,6 +332,24 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWrite) {
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo"}), {"/dev/null", "/dev/full", errors}).status(), 1);
     EXPECT_NE(contentOf(errors), "");
+}
+
+TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "this system has no device that is always full";
+    const TemporaryFolder folder;
+    for (const char* const option : {"--help", "--version"}) {
+        const std::string errors = folder.write(option, "");
+        EXPECT_EQ(ProgramRun(program({option}), {"/dev/null", "/dev/full", errors}).status(), 1);
+        EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write to standard output\n");
+    }
+}
+
+TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
+    const TemporaryFolder folder;
+    const std::string errors = folder.write("errors", "");
+    EXPECT_EQ(ProgramRun(program({"--demo"}), {"", "", errors}).status(), 1);
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
 }
 
 /// What is typed at a terminal begins on a line of its own again.

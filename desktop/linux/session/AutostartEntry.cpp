@@ -1,14 +1,13 @@
 #include "desktop/linux/session/AutostartEntry.h"
 
+#include "desktop/linux/files/RegularFile.h"
 #include "desktop/linux/session/DesktopEntry.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -37,39 +36,24 @@ constexpr std::string_view newEntry = "[Desktop Entry]\nType=Application\nName=K
 bool replaceFile(const fs::path& file, const std::string& text) {
     fs::path temporary = file;
     temporary += ".new";
-    const int descriptor = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    std::error_code error;
+    fs::remove(temporary, error); // may be a link or a pipe
+    const int descriptor = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (descriptor < 0) return false;
     const bool isWritten =
         ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
         ::fsync(descriptor) == 0;
     ::close(descriptor);
-    std::error_code error;
     if (isWritten) fs::rename(temporary, file, error);
     const bool isReplaced = isWritten && !error;
     if (!isReplaced) fs::remove(temporary, error);
     return isReplaced;
 }
 
-/// The content of `file`. No value if it cannot be read or is too large for a desktop entry. Opens only
-/// regular files: a pipe would block the program.
+/// The content of `file`. No value if it cannot be read or is too large for a desktop entry.
 std::optional<std::string> contentOf(const fs::path& file) {
-    constexpr std::uintmax_t limit = std::uintmax_t{64} * 1024;
-    std::error_code error;
-    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > limit) return std::nullopt;
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return stream ? std::optional(std::move(text).str()) : std::nullopt;
-}
-
-/// Where a write to `file` ends up: the target of a symbolic link, which need not exist.
-fs::path linkTarget(fs::path file) {
-    constexpr int longestChain = 40;
-    std::error_code error;
-    for (int links = 0; links < longestChain && fs::is_symlink(file, error); ++links) {
-        file = file.parent_path() / fs::read_symlink(file, error);
-    }
-    return file;
+    constexpr std::size_t limit = std::size_t{64} * 1024;
+    return regularContent(file, limit);
 }
 
 bool isProgram(const fs::path& file) {
@@ -147,14 +131,15 @@ bool AutostartEntry::registerItem() {
     std::error_code error;
     fs::create_directories(file_.parent_path(), error);
     const auto text = contentOf(file_);
-    if (fs::exists(file_, error) && !text) {
+    if (kindOf(file_) != FileKind::missing && !text) {
         return logged(LogLevel::error, "cannot be read in full and is left as it is");
     }
     return write(enabled(entryLines(text.value_or(std::string(newEntry)))));
 }
 
 bool AutostartEntry::write(const EntryLines& lines) const {
-    if (!replaceFile(linkTarget(file_), entryText(lines)))
+    const auto target = replaceableFile(file_);
+    if (!target || !replaceFile(*target, entryText(lines)))
         return logged(LogLevel::error, "cannot be written");
     return logged(LogLevel::info, "is written");
 }
@@ -204,6 +189,7 @@ bool AutostartEntry::isOfOurName(const std::string& word) const {
 
 bool AutostartEntry::unregisterItem() {
     std::error_code error;
+    if (kindOf(file_) == FileKind::other) return logged(LogLevel::error, "is no file and is left as it is");
     // A link belongs to whoever keeps its target, and would be missed.
     if (const auto text = contentOf(file_); text && fs::is_symlink(file_, error)) {
         return write(withEntryValue(entryLines(*text), "Hidden", "true"));

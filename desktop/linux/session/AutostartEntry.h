@@ -21,7 +21,8 @@ namespace kelvinbar {
 /// its full path otherwise.
 ///
 /// Pitfalls: a file that cannot be read completely is not replaced, so registering fails. An entry that is a
-/// symbolic link stays one: it is written through, and unregistering hides it. What a shell or another
+/// symbolic link stays one: it is written through, and unregistering hides it. One that is, or leads to,
+/// anything but a regular file is left alone (files/RegularFile.h). What a shell or another
 /// program in the entry starts in the end is unknown, so that such an entry does not count. Main thread.
 class AutostartEntry final : public LoginItemService {
   public:

@@ -1,16 +1,23 @@
 #include "desktop/linux/settings/PreferencesFile.h"
 
+#include "desktop/linux/files/RegularFile.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <thread>
@@ -32,23 +39,29 @@ constexpr std::chrono::milliseconds turnPolling = 2ms;
 /// milliseconds.
 constexpr std::chrono::milliseconds staleTurnAge = 2s;
 
+/// In bytes. Larger than any preferences.
+constexpr std::size_t largestFile = std::size_t{16} * 1024 * 1024;
+
 using Values = QMap<QString, QVariant>;
 
 std::string described(const QString& path, const char* what) {
     return "the preferences in " + path.toStdString() + " " + what;
 }
 
+std::filesystem::path fileAt(const QString& path) { return path.toStdString(); }
+
 /// Empty if there is no file, no value if it cannot be read.
 std::optional<QByteArray> contentOf(const QString& path) {
-    QFile file(path);
-    if (!file.exists()) return QByteArray();
-    if (!file.open(QFile::ReadOnly)) return std::nullopt;
-    return file.readAll();
+    if (kindOf(fileAt(path)) == FileKind::missing) return QByteArray();
+    const auto content = regularContent(fileAt(path), largestFile);
+    return content ? std::optional(QByteArray::fromStdString(*content)) : std::nullopt;
 }
 
-/// Replaces the file as a whole.
+/// Replaces the file as a whole, or the one that a link leads to.
 bool writeFile(const QString& path, const QByteArray& content) {
-    QSaveFile file(path);
+    const auto target = replaceableFile(fileAt(path));
+    if (!target) return false;
+    QSaveFile file(QString::fromStdString(target->string()));
     // Committing does not notice a disk that is full; flushing does.
     return file.open(QFile::WriteOnly) && file.write(content) == content.size() && file.flush() &&
            file.commit();
@@ -59,17 +72,36 @@ struct StoredPreferences {
     bool isDamaged = false; ///< the values are what could still be read
 };
 
+/// The value as QSettings stores it, which keeps no other types of ours.
+QStringList textsOf(const QVariant& value) {
+    return value.typeId() == QMetaType::QStringList ? value.toStringList() : QStringList(value.toString());
+}
+
+bool isOurKey(const QString& key) {
+    static const QRegularExpression form("^Kelvinbar[A-Za-z]+$");
+    return form.match(key).hasMatch();
+}
+
+bool isOurValue(const QVariant& value) {
+    static const QRegularExpression garbage("[\\x{FFFD}\\x00-\\x08\\x0A-\\x1F\\x7F]");
+    const bool isText = value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QStringList;
+    return isText && textsOf(value).filter(garbage).isEmpty();
+}
+
+/// In a damaged file, anything may look like a value.
+void removeGarbage(Values& values) {
+    for (auto value = values.begin(); value != values.end();) {
+        value = isOurKey(value.key()) && isOurValue(*value) ? std::next(value) : values.erase(value);
+    }
+}
+
 StoredPreferences valuesOf(const QSettings& settings) {
     StoredPreferences stored;
     const QStringList keys = settings.allKeys(); // also makes QSettings read the file
     for (const QString& key : keys) stored.values.insert(key, settings.value(key));
     stored.isDamaged = settings.status() == QSettings::FormatError;
+    if (stored.isDamaged) removeGarbage(stored.values);
     return stored;
-}
-
-/// The value as QSettings stores it, which keeps no other types of ours.
-QStringList textsOf(const QVariant& value) {
-    return value.typeId() == QMetaType::QStringList ? value.toStringList() : QStringList(value.toString());
 }
 
 bool holdSameTexts(const Values& left, const Values& right) {
@@ -169,24 +201,32 @@ WriteReport writeInTurn(const QString& path, const PreferenceChanges& changes) {
 
 WriterPatience standardWriterPatience() { return {.retries = {1s, 2s, 5s, 10s, 30s, 60s}, .atEnd = 2s}; }
 
-PreferencesFile::PreferencesFile(const QString& name, Log& log, WriterPatience patience)
-    : PreferencesFile(QSettings(QSettings::NativeFormat, QSettings::UserScope, "kelvinbar", name), log,
-                      std::move(patience)) {}
+QString preferencesPath(const QString& program) {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return QString("%1/kelvinbar/%2.conf").arg(folder, program);
+}
 
-PreferencesFile::PreferencesFile(const QSettings& settings, Log& log, WriterPatience patience)
+PreferencesFile::PreferencesFile(const QString& name, Log& log, WriterPatience patience)
     : VariantUserDefaults(log)
-    , values_(valuesOf(settings).values)
-    , writer_([path = settings.fileName()](
-                  const PreferenceChanges& changes) { return writeInTurn(path, changes); },
+    , path_(preferencesPath(name))
+    , writer_([path = path_](const PreferenceChanges& changes) { return writeInTurn(path, changes); },
               std::move(patience), log) {
-    const QString path = settings.fileName();
+    const char* const complaint = readFile();
     log.write(LogCategory::preferences, LogLevel::info,
-              [&] { return path.toStdString() + " holds " + std::to_string(values_.size()) + " values"; });
-    const auto warn = [&](const char* what) {
-        log.write(LogCategory::preferences, LogLevel::warning, [&] { return described(path, what); });
-    };
-    if (settings.status() == QSettings::FormatError) warn("are damaged");
-    if (settings.status() == QSettings::AccessError) warn("cannot be read");
+              [&] { return path_.toStdString() + " holds " + std::to_string(values_.size()) + " values"; });
+    if (complaint == nullptr) return;
+    log.write(LogCategory::preferences, LogLevel::warning, [&] { return described(path_, complaint); });
+}
+
+/// Returns what is wrong with the file; null if nothing is.
+const char* PreferencesFile::readFile() {
+    const FileKind kind = kindOf(fileAt(path_));
+    if (kind == FileKind::other) return "cannot be read: it is no regular file";
+    if (kind == FileKind::missing) return nullptr;
+    const QSettings settings(path_, QSettings::NativeFormat);
+    values_ = valuesOf(settings).values;
+    if (settings.status() == QSettings::FormatError) return "are damaged";
+    return settings.status() == QSettings::AccessError ? "cannot be read" : nullptr;
 }
 
 void PreferencesFile::storeValue(const QString& key, const QVariant& value) {

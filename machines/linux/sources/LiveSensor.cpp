@@ -10,6 +10,16 @@
 
 namespace kelvinbar {
 
+namespace {
+
+/// 0 for a negative number that would be displayed as "-0".
+double withoutSignOfZero(double number) {
+    constexpr double smallest = 0.005; // displayed with two decimals or more
+    return number <= 0 && number > -smallest ? 0 : number;
+}
+
+} // namespace
+
 DevicePower::DevicePower(const std::vector<std::filesystem::path>& states, SensorFiles& files,
                          std::shared_ptr<const MonotonicClock> clock)
     : clock_(std::move(clock)), askedAt_((clock_->now() - 2 * validity).count()) {
@@ -140,7 +150,7 @@ std::optional<SensorSample> LiveSensor::readNumber(std::string_view line) const 
     auto number = configuredValue(static_cast<double>(*counts) / countsPerUnit_);
     if (meter_ != nullptr && number) number = meter_->powerAt(*number, clock_->now());
     if (!number || !range_.contains(*number)) return std::nullopt;
-    SensorSample sample{.number = number, .text = {}, .raw = std::string(trimmed(line))};
+    SensorSample sample{.number = withoutSignOfZero(*number), .text = {}, .raw = std::string(trimmed(line))};
     if (kind_ == SensorKind::flag) {
         sample.text = *number > 0 ? "Yes" : "No";
         sample.number.reset();

@@ -126,6 +126,8 @@ TEST_F(LinuxMachineTest, SpeaksOfSensorsWhereAMacSpeaksOfItsController) {
     EXPECT_EQ(makeMachine().texts.memoryCard, "Memory sensors");
 }
 
+TEST_F(LinuxMachineTest, TellsThatItsDevicesComeAndGo) { EXPECT_TRUE(makeMachine().devicesComeAndGo); }
+
 TEST_F(LinuxMachineTest, OneTemperatureIsEnoughToBeRead) {
     add("chip devices/pci0000:00/0000:01:00.0/hwmon/hwmon1\nname nvme\ntemp1_input 38850\n");
     const Machine machine = makeMachine();

@@ -1,5 +1,6 @@
 #include "desktop/linux/session/AutostartEntry.h"
 
+#include "tests/desktop/FileSizeLimit.h"
 #include "tests/desktop/TemporaryVariable.h"
 #include "tests/desktop/linux/session/ExecValueReader.h"
 #include "tests/fakes/RecordingLog.h"
@@ -11,6 +12,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -180,7 +182,7 @@ TEST_F(AutostartEntryTest, UnregisteringWhatIsNotThereSucceeds) { EXPECT_TRUE(en
 TEST_F(AutostartEntryTest, UnregisteringFailsWhereTheFileCannotBeRemoved) {
     tree.write("config/autostart/kelvinbar.desktop/content", "");
     EXPECT_FALSE(entry().unregisterItem());
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be removed"));
+    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "is no file and is left as it is"));
 }
 
 TEST_F(AutostartEntryTest, LogsWhatItWritesAndRemoves) {
@@ -217,9 +219,12 @@ TEST_F(AutostartEntryTest, AFailedReplacementLeavesWhatWasThereAndNoOtherFile) {
 
 TEST_F(AutostartEntryTest, AFailedWriteLeavesTheOldEntry) {
     write("[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\nHidden=true\n");
-    tree.makeDirectory("config/autostart/kelvinbar.desktop.new");
-    EXPECT_FALSE(entry().registerItem());
+    {
+        const FileSizeLimit limit(20);
+        EXPECT_FALSE(entry().registerItem());
+    }
     EXPECT_FALSE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
     EXPECT_EQ(textOf(file), "[Desktop Entry]\nType=Application\nName=Kelvinbar\nExec=old\nHidden=true\n");
 }
 
@@ -543,11 +548,32 @@ TEST_F(AutostartEntryTest, RegisteringFailsForALinkIntoAFolderThatIsMissing) {
     EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be written"));
 }
 
-TEST_F(AutostartEntryTest, RegisteringReplacesALinkToItself) {
+TEST_F(AutostartEntryTest, WhatIsNoRegularFileIsNeitherReadNorReplaced) {
     fs::create_directories(folder);
-    fs::create_symlink(file, file);
+    const fs::path pipe = tree.root() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const fs::path& target : {fs::path("/dev/null"), pipe, tree.root() / "bin", file}) {
+        fs::create_symlink(target, file);
+        EXPECT_FALSE(entry().isRegistered()) << target;
+        EXPECT_FALSE(entry().registerItem()) << target;
+        EXPECT_FALSE(entry().unregisterItem()) << target;
+        entry().renew();
+        EXPECT_EQ(fs::read_symlink(file), target);
+        fs::remove(file);
+    }
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    EXPECT_FALSE(entry().registerItem());
+    EXPECT_FALSE(entry().unregisterItem());
+    EXPECT_TRUE(fs::is_fifo(file));
+    EXPECT_TRUE(fs::is_fifo(pipe));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(AutostartEntryTest, APipeUnderTheNameOfTheNewFileIsNoObstacle) {
+    fs::create_directories(folder);
+    ASSERT_EQ(::mkfifo((folder / "kelvinbar.desktop.new").c_str(), 0600), 0);
     EXPECT_TRUE(entry().registerItem());
-    EXPECT_TRUE(entry().isRegistered());
+    EXPECT_EQ(filesInFolder(), Texts{"kelvinbar.desktop"});
 }
 
 // The folder

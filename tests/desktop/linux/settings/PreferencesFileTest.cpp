@@ -2,6 +2,8 @@
 
 #include "store/Preferences.h"
 #include "tests/desktop/EventLoop.h"
+#include "tests/desktop/FileSizeLimit.h"
+#include "tests/desktop/TemporaryVariable.h"
 #include "tests/fakes/RecordingLog.h"
 
 #include <QCoreApplication>
@@ -10,14 +12,13 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <chrono>
 #include <csignal>
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/resource.h>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -44,15 +45,6 @@ class FailingSink final : public LogSink {
 /// Each test has its own folder for preferences.
 class PreferencesFileTest : public testing::Test {
   protected:
-    PreferencesFileTest() {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, config_.path());
-    }
-
-    ~PreferencesFileTest() override {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           qEnvironmentVariable("XDG_CONFIG_HOME"));
-    }
-
     QString path(const QString& name = "test-name") const {
         return config_.filePath("kelvinbar/" + name + ".conf");
     }
@@ -117,6 +109,7 @@ class PreferencesFileTest : public testing::Test {
     }
 
     QTemporaryDir config_;
+    TemporaryVariable configHome_{"XDG_CONFIG_HOME", config_.path().toUtf8().constData()};
     fakes::RecordingLog recording_;
     FailingSink failingSink_;
     Log failing_{failingSink_};
@@ -403,6 +396,102 @@ TEST_F(PreferencesFileTest, KeepsTheLatestDamagedFileAside) {
     EXPECT_EQ(bytes(path() + ".damaged"), "[damaged again\n");
 }
 
+TEST_F(PreferencesFileTest, ARepairedFileKeepsNoGarbage) {
+    write("[General]\nKelvinbarSamplingRate=fast\nKelvinbarMenuBarKeys=TC0P, F0Ac\nrubbish=1\n"
+          "Kelvinbar\xff=1\n\x89PNG=\x01\x02\nKelvinbarWindowDisplayMode=\x89\xff\x01\n"
+          "KelvinbarManualPopoverWidth=@Size(4 5)\n[Other]\nKelvinbarMenuBarKey=TC0P\nno preference\n");
+    auto defaults = open();
+    EXPECT_THAT(defaults.text("KelvinbarSamplingRate"), Optional(std::string("fast")));
+    EXPECT_EQ(defaults.text("rubbish"), std::nullopt);
+    defaults.setText("KelvinbarHiddenKeys", "VP0R");
+    flush(defaults);
+    EXPECT_EQ(bytes(), "[General]\nKelvinbarHiddenKeys=VP0R\nKelvinbarMenuBarKeys=TC0P, F0Ac\n"
+                       "KelvinbarSamplingRate=fast\n");
+}
+
+TEST_F(PreferencesFileTest, AnIntactFileKeepsWhatIsNotOurs) {
+    write("[General]\nnote=mine\n");
+    auto defaults = open();
+    defaults.setText("KelvinbarSamplingRate", "fast");
+    flush(defaults);
+    EXPECT_EQ(bytes(), "[General]\nKelvinbarSamplingRate=fast\nnote=mine\n");
+}
+
+// Files of other kinds, and links
+
+/// Has a link to `target` in place of the file.
+class LinkedPreferences : public PreferencesFileTest {
+  protected:
+    void link(const QString& target) {
+        QDir().mkpath(config_.filePath("kelvinbar"));
+        ASSERT_TRUE(QFile::link(target, path()));
+    }
+
+    /// Preferences that cannot be read and not be written.
+    void expectNothingIsDone() {
+        auto defaults = open();
+        EXPECT_EQ(defaults.text("a"), std::nullopt);
+        defaults.setText("a", "1");
+        EXPECT_FALSE(defaults.flush(10s));
+        EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("cannot be read: it is no regular file"),
+                                                    HasSubstr("cannot be written")));
+    }
+};
+
+TEST_F(LinkedPreferences, ThatArePipesAreNeitherReadNorReplaced) {
+    QDir().mkpath(config_.filePath("kelvinbar"));
+    ASSERT_EQ(::mkfifo(path().toUtf8().constData(), 0600), 0);
+    expectNothingIsDone();
+
+    struct stat status {};
+
+    ASSERT_EQ(::stat(path().toUtf8().constData(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+}
+
+TEST_F(LinkedPreferences, ThatLeadToADeviceAreNeitherReadNorReplaced) {
+    link("/dev/zero");
+    expectNothingIsDone();
+    EXPECT_EQ(QFileInfo(path()).symLinkTarget(), "/dev/zero");
+
+    struct stat status {};
+
+    ASSERT_EQ(::stat("/dev/zero", &status), 0);
+    EXPECT_TRUE(S_ISCHR(status.st_mode));
+}
+
+TEST_F(LinkedPreferences, ThatLeadToAFileAreWrittenThere) {
+    QFile kept(config_.filePath("kept.conf"));
+    ASSERT_TRUE(kept.open(QFile::WriteOnly));
+    kept.write("[General]\na=1\n");
+    kept.close();
+    link("../kept.conf");
+    auto defaults = open();
+    EXPECT_THAT(defaults.text("a"), Optional(std::string("1")));
+    defaults.setText("a", "2");
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_TRUE(QFileInfo(path()).isSymLink());
+    EXPECT_EQ(bytes(config_.filePath("kept.conf")), "[General]\na=2\n");
+}
+
+TEST_F(LinkedPreferences, ThatLeadToNothingMakeAFileInAFolderThatIsThere) {
+    link(config_.filePath("new.conf"));
+    auto defaults = open();
+    defaults.setText("a", "1");
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_TRUE(QFileInfo(path()).isSymLink());
+    EXPECT_EQ(bytes(config_.filePath("new.conf")), "[General]\na=1\n");
+}
+
+TEST_F(LinkedPreferences, ThatLeadIntoAMissingFolderAreNotWritten) {
+    link(config_.filePath("missing/new.conf"));
+    auto defaults = open();
+    defaults.setText("a", "1");
+    EXPECT_FALSE(defaults.flush(10s));
+    EXPECT_TRUE(QFileInfo(path()).isSymLink());
+    EXPECT_FALSE(QFileInfo::exists(config_.filePath("missing")));
+}
+
 TEST_F(PreferencesFileTest, LivesWithAPlaceThatCannotBeWritten) {
     QFile file(config_.filePath("kelvinbar"));
     ASSERT_TRUE(file.open(QFile::WriteOnly));
@@ -594,28 +683,6 @@ TEST_F(PreferencesFileTest, ReportsChangesThatAreLostAtTheEnd) {
     EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("cannot be written"),
                                                 HasSubstr("the last changes of the preferences are lost")));
 }
-
-/// Lets no file of the process grow beyond a size, as a full disk does.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) : earlierHandler_(::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &earlier_);
-        const rlimit limited{bytes, earlier_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limited);
-    }
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &earlier_);
-        static_cast<void>(::signal(SIGXFSZ, earlierHandler_));
-    }
-
-  private:
-    rlimit earlier_{};
-    void (*earlierHandler_)(int);
-};
 
 TEST_F(PreferencesFileTest, KeepsTheFileWhenTheDiskIsFull) {
     write("[General]\na=1\n");

@@ -1,5 +1,6 @@
 #include "machines/linux/sources/LiveSensor.h"
 
+#include "base/NumberText.h"
 #include "machines/linux/sources/SensorValue.h"
 #include "tests/fakes/FakeClocks.h"
 #include "tests/machines/linux/SystemCalls.h"
@@ -75,6 +76,16 @@ TEST_F(LiveSensorTest, AValueIsTheFilesNumberInTheUnitOfItsKind) {
     EXPECT_EQ(valueOf(SensorKind::power, 1e6, "12500000\n"), 12.5);
     EXPECT_EQ(valueOf(SensorKind::fan, 1, "1234\n"), 1234);
     EXPECT_EQ(valueOf(SensorKind::fan, 1, "0\n"), 0);
+}
+
+TEST_F(LiveSensorTest, AValueThatIsDisplayedAsZeroHasNoSign) {
+    for (const std::string_view content : {"-0\n", "-1\n", "-4\n"}) {
+        const auto value = valueOf(SensorKind::temperature, 1e3, content);
+        ASSERT_TRUE(value) << content;
+        EXPECT_EQ(plainNumberText(*value), "0") << content;
+    }
+    EXPECT_EQ(valueOf(SensorKind::temperature, 1e3, "-5\n"), -0.005);
+    EXPECT_EQ(valueOf(SensorKind::temperature, 1e3, "4\n"), 0.004);
 }
 
 TEST_F(LiveSensorTest, AValueFollowsTheFile) {

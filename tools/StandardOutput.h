@@ -1,8 +1,0 @@
-#pragma once
-
-namespace kelvinbar {
-
-/// Whether standard output is a terminal.
-bool isStandardOutputTerminal();
-
-} // namespace kelvinbar
