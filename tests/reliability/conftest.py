@@ -36,6 +36,7 @@ def pytest_addoption(parser: pytest.Parser) -> None:
     parser.addoption("--build", type=Path, default=ROOT / "build/desktop", help="the build of what users run")
     parser.addoption("--sanitized-build", type=Path, default=ROOT / "build/asan", help="the build under sanitizers")
     parser.addoption("--fuzz-build", type=Path, default=ROOT / "build/fuzz", help="the build of the fuzz targets")
+    parser.addoption("--soak-minutes", type=float, default=60, help="how long the program soaks at night")
 
 
 def pytest_configure(config: pytest.Config) -> None:
@@ -94,6 +95,11 @@ def record(request: pytest.FixtureRequest) -> Record:
 def scale(request: pytest.FixtureRequest) -> str:
     """How much is tried: "quick" or "night"."""
     return request.config.getoption("scale")
+
+
+@pytest.fixture(scope="session")
+def soak_minutes(request: pytest.FixtureRequest) -> float:
+    return request.config.getoption("soak_minutes")
 
 
 @pytest.fixture
