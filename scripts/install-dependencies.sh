@@ -30,7 +30,7 @@ declare -A evidence=(
   [kwin-x11]=kwin_x11 [x11-xserver-utils]=xrdb [marco]=marco [mate-panel]=mate-panel
   [mate-settings-daemon]=mate-settings-daemon [mate-session-manager]=mate-session [cinnamon]=cinnamon
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
-  [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace
+  [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
@@ -54,6 +54,7 @@ declare -A packages=(
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang libclang-rt-14-dev"
+  [reliability]="bubblewrap strace"
 )
 
 is_here() {

@@ -3,6 +3,7 @@
 import os
 import pwd
 import shutil
+import socket
 import subprocess
 import tempfile
 from collections.abc import Mapping, Sequence
@@ -152,11 +153,17 @@ class Desktop:
         self.start(
             name, ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", f"--address={address}"]
         )
-        wait_until(5, f"the {name}", (self.runtime / name).is_socket)
+        wait_until(5, f"the {name}", lambda: _accepts_connections(self.runtime / name))
         return address
 
     def _log(self, name: str) -> Path:
         return self.logs / f"{name}.log"
+
+
+def _accepts_connections(path: Path) -> bool:
+    """A socket is there a moment before it does."""
+    with socket.socket(socket.AF_UNIX) as connection:
+        return connection.connect_ex(str(path)) == 0
 
 
 def _as_nobody() -> tuple[str, ...]:

@@ -1,0 +1,62 @@
+"""Sensors that come and go: a folder that programs see as /sys."""
+
+import os
+import shutil
+from collections.abc import Sequence
+from pathlib import Path
+
+from driver.desktop import Desktop
+from driver.program import Program
+
+ENTER_NAMESPACE = ("unshare", "--mount")
+ENTER_NAMESPACE_AS_USER = ("unshare", "--user", "--map-current-user", "--keep-caps", "--mount")
+
+
+class SensorTree:
+    """The folder, and a place beside it where chips are built before they appear at once."""
+
+    def __init__(self, folder: Path) -> None:
+        self._root = folder / "sys"
+        self._chips = self._root / "class/hwmon"
+        self._workshop = folder / "workshop"
+        self._chips.mkdir(parents=True)
+        self._workshop.mkdir()
+
+    def under(self, command: Sequence[str]) -> list[str]:
+        """The command over this tree, as the same process. Needs the right to mount, or user namespaces."""
+        enter = ENTER_NAMESPACE if os.geteuid() == 0 else ENTER_NAMESPACE_AS_USER
+        return [*enter, "sh", "-c", 'mount --bind "$0" /sys && exec "$@"', str(self._root), *command]
+
+    def plug(self, chip: str, temperatures: Sequence[float]) -> None:
+        """Adds a chip with these temperatures, in °C."""
+        entry = self._workshop / chip
+        entry.mkdir()
+        (entry / "name").write_text(f"{chip}\n")
+        for number, temperature in enumerate(temperatures, 1):
+            (entry / f"temp{number}_input").write_text(f"{round(1000 * temperature)}\n")
+        entry.rename(self._chips / chip)
+
+    def unplug(self, chip: str) -> None:
+        """Files that are still open become empty, as those of the kernel fail."""
+        entry = (self._chips / chip).rename(self._workshop / f"{chip}.gone")
+        for file in entry.iterdir():
+            file.write_text("")
+        shutil.rmtree(entry)
+
+    def set(self, chip: str, temperature: float) -> None:
+        (self._chips / chip / "temp1_input").write_text(f"{round(1000 * temperature)}\n")
+
+    def has(self, chip: str) -> bool:
+        return (self._chips / chip).exists()
+
+
+class SensorProgram(Program):
+    """kelvinbar over a tree."""
+
+    def __init__(self, file: Path, desktop: Desktop, tree: SensorTree) -> None:
+        super().__init__(file, desktop)
+        self.command = tree.under([str(file)])
+
+    def prefer(self, **preferences: str) -> None:
+        lines = [f"{name}={value}\n" for name, value in preferences.items()]
+        self._desktop.write(self._desktop.configuration / "kelvinbar/kelvinbar.conf", "[General]\n" + "".join(lines))
