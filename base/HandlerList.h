@@ -3,15 +3,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <utility>
-#include <vector>
 
 /// A list of callbacks, the base of observable fields and notifications. What one change triggers often
 /// registers or removes handlers, so the list allows every change to itself while it calls them.
 ///
-/// Limits: main thread only; no lock. Handlers must not throw. Adding takes constant time, removing looks at
-/// every handler: meant for tens of handlers, not thousands.
+/// Limits: main thread only; no lock. An exception of a handler, such as std::bad_alloc, ends the call: the
+/// handlers after it are not called. Adding takes constant time, removing looks at every handler: meant for
+/// tens of handlers, not thousands.
 ///
 /// Pitfalls: the registration owns the subscription, so a discarded one ends it at once. A handler must not
 /// keep alive the object that owns its registration, or both live as long as the list. Copies of a list share
@@ -66,23 +67,22 @@ class HandlerList {
     /// The handler stays registered as long as the result lives.
     Registration add(Handler handler) {
         const std::uint64_t number = ++state_->lastNumber;
-        state_->entries.push_back(std::make_unique<Entry>(Entry{number, true, std::move(handler)}));
-        return Registration([weak = std::weak_ptr<State>(state_), number] {
+        std::function<void()> cancel = [weak = std::weak_ptr<State>(state_), number] {
             if (const auto state = weak.lock()) state->remove(number);
-        });
+        };
+        state_->entries.push_back({number, true, std::move(handler)});
+        return Registration(std::move(cancel));
     }
 
     /// Calls every handler before it returns. Each receives the same arguments: use references for what is
     /// expensive to copy.
     void call(Arguments... arguments) const {
         const std::shared_ptr<State> state = state_; // a handler may destroy the list
-        const std::size_t count = state->entries.size();
-        ++state->depth;
-        for (std::size_t index = 0; index < count; ++index) {
-            if (const Entry& entry = *state->entries[index]; entry.active) entry.handler(arguments...);
+        std::size_t count = state->entries.size();
+        const Call call(*state);
+        for (auto entry = state->entries.begin(); count > 0; ++entry, --count) {
+            if (entry->active) entry->handler(arguments...);
         }
-        --state->depth;
-        state->sweep();
     }
 
     /// Whether no handler is registered. A handler removed during a call counts until that call has ended.
@@ -97,32 +97,49 @@ class HandlerList {
 
     /// Shared with calls in progress, so that it survives the list; registrations refer to it weakly.
     struct State {
-        std::vector<std::unique_ptr<Entry>> entries;
+        std::list<Entry> entries;
         std::uint64_t lastNumber = 0;
         std::size_t depth = 0; ///< calls in progress, one within the other
         bool hasInactive = false;
 
         void remove(std::uint64_t number) {
-            for (const auto& entry : entries) {
-                if (entry->number == number) entry->active = false;
+            for (Entry& entry : entries) {
+                if (entry.number == number) entry.active = false;
             }
             hasInactive = true;
             sweep();
         }
 
         /// Destroys removed handlers. Waits until the outermost call has ended, because one of them may still
-        /// be running.
+        /// be running. Allocates nothing: it is what destructors call.
         void sweep() {
             if (depth > 0 || !hasInactive) return;
             hasInactive = false;
-            std::vector<std::unique_ptr<Entry>> kept;
-            for (auto& entry : entries) {
-                if (entry->active) kept.push_back(std::move(entry));
-            }
             // Destroying a handler destroys what it has captured, which may add or remove handlers. The list
             // is consistent before that happens.
-            entries.swap(kept);
+            std::list<Entry> removed;
+            for (auto entry = entries.begin(); entry != entries.end();) {
+                const auto place = entry++;
+                if (!place->active) removed.splice(removed.end(), entries, place);
+            }
         }
+    };
+
+    /// A call in progress.
+    class Call {
+      public:
+        explicit Call(State& state) : state_(state) { ++state_.depth; }
+
+        Call(const Call&) = delete;
+        Call& operator=(const Call&) = delete;
+
+        ~Call() {
+            --state_.depth;
+            state_.sweep();
+        }
+
+      private:
+        State& state_;
     };
 
     std::shared_ptr<State> state_ = std::make_shared<State>();

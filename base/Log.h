@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/OutOfMemory.h"
+
 #include <array>
 #include <cstddef>
 #include <mutex>
@@ -10,7 +12,8 @@
 /// The log: what the program tells of itself on standard error, by category and level. Warnings and errors
 /// are shown unless a category is set to "error"; the rest is shown on request. There is no global log: the
 /// composition root owns one and hands a reference on. A text that takes work to build is passed as a
-/// callable, which is not called while its category and level are off.
+/// callable, which is not called while its category and level are off. A line that there is no memory for is
+/// left out.
 namespace kelvinbar {
 
 enum class LogLevel {
@@ -54,22 +57,27 @@ class Log {
     }
 
     void write(LogCategory category, LogLevel level, const char* text) {
-        if (isOn(category, level)) writeLine(category, level, text);
+        write(category, level, [text] { return text; });
     }
 
     /// `text()` builds the text. It may log by itself.
     template <typename Text>
     void write(LogCategory category, LogLevel level, const Text& text) {
-        if (isOn(category, level)) writeLine(category, level, text());
+        if (isOn(category, level)) ifThereIsMemory([&] { writeLine(category, level, text()); });
     }
 
     /// Writes the text that `text()` builds, unless this function wrote the same text before.
     template <typename Text>
     void once(LogCategory category, LogLevel level, const Text& text) {
-        if (isOn(category, level)) writeLineOnce(category, level, text());
+        if (isOn(category, level)) ifThereIsMemory([&] { writeLineOnce(category, level, text()); });
     }
 
   private:
+    template <typename Line>
+    static void ifThereIsMemory(const Line& line) {
+        static_cast<void>(hasMemoryFor(line));
+    }
+
     void choose(std::string_view word);
     void writeLine(LogCategory category, LogLevel level, std::string_view text);
     void writeLineOnce(LogCategory category, LogLevel level, std::string_view text);

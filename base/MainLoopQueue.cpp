@@ -1,5 +1,8 @@
 #include "base/MainLoopQueue.h"
 
+#include "base/OutOfMemory.h"
+
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -38,7 +41,7 @@ class MainLoopQueue::LoopAlarm final : public Alarm {
 void MainLoopQueue::post(std::function<void()> work) {
     {
         const std::lock_guard lock(mutex_);
-        waiting_.push_back(std::move(work));
+        hasLostWork_ = !hasMemoryFor([&] { waiting_.push_back(std::move(work)); }) || hasLostWork_;
     }
     wake_.notify_one();
 }
@@ -49,15 +52,7 @@ std::unique_ptr<Alarm> MainLoopQueue::makeAlarm(std::function<void()> ring) {
 
 void MainLoopQueue::runUntil(const std::function<bool()>& done) {
     while (!done()) {
-        std::unique_lock lock(mutex_);
-        waitForWork(lock);
-        std::function<void()> work;
-        if (!waiting_.empty()) {
-            work = std::move(waiting_.front());
-            waiting_.pop_front();
-        }
-        lock.unlock();
-        if (work) {
+        if (const auto work = takeWork()) {
             work();
         } else {
             ringDueAlarm();
@@ -65,9 +60,21 @@ void MainLoopQueue::runUntil(const std::function<bool()>& done) {
     }
 }
 
+/// Waits for the next work and returns it; null when the next alarm is due.
+std::function<void()> MainLoopQueue::takeWork() {
+    std::unique_lock lock(mutex_);
+    waitForWork(lock);
+    if (std::exchange(hasLostWork_, false)) throw std::bad_alloc();
+    std::function<void()> work;
+    if (waiting_.empty()) return work;
+    work = std::move(waiting_.front());
+    waiting_.pop_front();
+    return work;
+}
+
 /// Returns when there is work, or when the next alarm is due.
 void MainLoopQueue::waitForWork(std::unique_lock<std::mutex>& lock) {
-    const auto hasWork = [this] { return !waiting_.empty(); };
+    const auto hasWork = [this] { return hasLostWork_ || !waiting_.empty(); };
     const auto* const next = nextAlarm();
     if (next == nullptr) {
         wake_.wait(lock, hasWork);

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <limits>
 #include <locale>
+#include <new>
 #include <sstream>
 
 namespace kelvinbar {
@@ -107,8 +108,10 @@ double leadingNumber(std::string_view text) {
     std::istringstream stream{std::string(prefix)};
     stream.imbue(std::locale::classic());
     double number = 0;
+    stream >> number;
+    if (stream.bad()) throw std::bad_alloc(); // which the stream has caught
     // A number out of range sets the fail bit and returns the largest finite double.
-    if (!(stream >> number) && std::fabs(number) == std::numeric_limits<double>::max()) {
+    if (stream.fail() && std::fabs(number) == std::numeric_limits<double>::max()) {
         return std::copysign(std::numeric_limits<double>::infinity(), number);
     }
     return number;

@@ -9,7 +9,7 @@
 /// can block for seconds, so it runs on a background queue and posts its result to the main queue.
 ///
 /// Limits: work has no priority, delay or return value. Pitfalls: work can run later than its creator lives,
-/// so it captures values, or a weak_ptr to what may be gone. Work must not throw.
+/// so it captures values, or a weak_ptr to what may be gone. Work in the background must not throw.
 namespace kelvinbar {
 
 /// A call on the main thread at a later time. Destroying the alarm clears it. Main thread.
@@ -27,7 +27,8 @@ class MainQueue {
   public:
     virtual ~MainQueue() = default;
     /// Runs `work` on the main thread, in posting order and never within this call, even if the caller is on
-    /// the main thread. Returns at once. Any thread.
+    /// the main thread. Returns at once. Throws std::bad_alloc if there is no memory to remember it. Any
+    /// thread.
     virtual void post(std::function<void()> work) = 0;
 
     /// An alarm that calls `ring`, and is not set. The queue must outlive it. Main thread.
@@ -53,7 +54,8 @@ class BackgroundQueue {
 
     virtual ~BackgroundQueue() = default;
     /// Starts `work` as soon as a thread is free and returns its cancellation flag. Cancelled work that has
-    /// not started is still called, with the flag set. Two pieces of work may run at the same time.
+    /// not started is still called, with the flag set. Two pieces of work may run at the same time. Throws
+    /// std::bad_alloc if there is not enough memory; the work is then never called.
     virtual Cancellation start(Work work) = 0;
 };
 

@@ -19,7 +19,13 @@
 namespace kelvinbar {
 
 /// Bytes without a known meaning, as in registry properties.
-using Data = std::vector<std::uint8_t>;
+///
+/// A type of its own for the sake of Value: libstdc++ takes a variant of nothing but strings, vectors and
+/// numbers to be never without a value, and destroys one that ran out of memory while it was copied.
+/// (Releases before 13.3.)
+struct Data : std::vector<std::uint8_t> {
+    using std::vector<std::uint8_t>::vector;
+};
 
 /// A list of texts, as in preferences.
 using TextList = std::vector<std::string>;

@@ -1,5 +1,6 @@
 #include "base/WorkerQueue.h"
 
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -21,18 +22,25 @@ Cancellation WorkerQueue::start(Work work) {
         const std::lock_guard lock(mutex_);
         waiting_.push_back({std::move(work), cancellation});
         if (waiting_.size() > idleThreads_) startThread();
+        if (threads_.empty() && !stopping_) {
+            waiting_.pop_back();
+            throw std::bad_alloc();
+        }
     }
     wake_.notify_one();
     return cancellation;
 }
 
+/// Without memory for a further thread, those that there are do the work. The system reports a stack that it
+/// has no memory for as an error of its own.
 void WorkerQueue::startThread() {
     if (stopping_ || threads_.size() == mostThreads_) return;
     try {
         threads_.emplace_back([this] { runJobs(); });
     } catch (const std::system_error&) {
-        // The system is out of threads. Those that there are do the work.
-        if (threads_.empty()) throw;
+        return;
+    } catch (const std::bad_alloc&) {
+        return;
     }
 }
 
@@ -50,11 +58,12 @@ void WorkerQueue::runJobs() {
         wake_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
         --idleThreads_;
         if (waiting_.empty()) return;
-        Job job = std::move(waiting_.front());
-        waiting_.pop_front();
-        lock.unlock();
-        job.work(job.cancellation);
-        job = {};
+        {
+            const Job job = std::move(waiting_.front());
+            waiting_.pop_front();
+            lock.unlock();
+            job.work(job.cancellation);
+        }
         lock.lock();
     }
 }

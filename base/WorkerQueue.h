@@ -19,7 +19,9 @@ namespace kelvinbar {
 class WorkerQueue final : public BackgroundQueue {
   public:
     /// `mostThreads` is at least 1: without a thread no work ever starts.
-    explicit WorkerQueue(std::size_t mostThreads) : mostThreads_(mostThreads) {}
+    explicit WorkerQueue(std::size_t mostThreads) : mostThreads_(mostThreads) {
+        threads_.reserve(mostThreads);
+    }
 
     WorkerQueue(const WorkerQueue&) = delete;
     WorkerQueue& operator=(const WorkerQueue&) = delete;
@@ -28,6 +30,8 @@ class WorkerQueue final : public BackgroundQueue {
     /// block for as long as the hardware does. Must not run on one of the queue's own threads.
     ~WorkerQueue() override;
 
+    /// Throws std::bad_alloc if there is not enough memory, also if that is why the first thread does not
+    /// start.
     Cancellation start(Work work) override;
 
     /// Waits until all work has ended, including work that has not started, but not longer than `limit`.

@@ -45,13 +45,15 @@ std::chrono::milliseconds ReadWatch::setAsideSilentDevices() {
 
 ReadWatch::Line ReadWatch::setAside(NamedDevice& device) {
     auto& [name, state] = device;
-    state.silentFile = std::string(state.visitor->file_);
+    std::string file(state.visitor->file_);
+    Line line{state.category, "no answer from " + file + " in " + limitText(limit_) + "; " + name +
+                                  " is set aside until it answers"};
+    state.silentFile = std::move(file);
     state.visitor->isAbandoned_ = true;
     --visited_;
     ++silent_;
     changed_.notify_all();
-    return {state.category, "no answer from " + *state.silentFile + " in " + limitText(limit_) + "; " + name +
-                                " is set aside until it answers"};
+    return line;
 }
 
 /// Whether a visit of `device` depends on what other visitors do. With three devices set aside, one visitor
@@ -94,20 +96,18 @@ ReadWatch::NamedDevice* ReadWatch::enter(WatchedPass& pass, std::string_view nam
 
 void ReadWatch::leave(WatchedPass& pass, NamedDevice& device) {
     auto& [name, state] = device;
-    std::optional<Line> line;
+    bool answersAgain = false;
     {
         const std::lock_guard lock(mutex_);
         pass.file_ = {};
         state.visitor = nullptr;
-        if (std::exchange(state.silentFile, std::nullopt)) {
-            --silent_;
-            line = Line{state.category, name + " answers again"};
-        } else {
-            --visited_;
-        }
+        answersAgain = state.silentFile.has_value();
+        state.silentFile.reset();
+        --(answersAgain ? silent_ : visited_);
         changed_.notify_all();
     }
-    if (line) log_.write(line->category, LogLevel::info, [&] { return line->text; });
+    if (!answersAgain) return;
+    log_.write(state.category, LogLevel::info, [&name = name] { return name + " answers again"; });
 }
 
 /// The file that was noted before; no value if the pass is abandoned.

@@ -24,7 +24,7 @@ SourceStatus WatchedSource::status() {
     if (visit.isAllowed()) {
         SourceStatus status = source_->status();
         const std::lock_guard lock(mutex_);
-        if (isWhole()) lastStatus_ = status;
+        if (isWhole()) lastStatus_ = SourceStatus(status);
         return status;
     }
     const std::lock_guard lock(mutex_);
@@ -36,7 +36,7 @@ std::vector<std::string> WatchedSource::discoverKeys(const KeySet& listedBefore)
     if (visit.isAllowed()) {
         std::vector<std::string> keys = source_->discoverKeys(listedBefore);
         const std::lock_guard lock(mutex_);
-        if (isWhole()) listedKeys_ = keys;
+        if (isWhole()) listedKeys_ = std::vector(keys);
         return keys;
     }
     const std::lock_guard lock(mutex_);

@@ -1,5 +1,6 @@
 #include "shell/AppDelegate.h"
 
+#include "base/OutOfMemory.h"
 #include "catalogue/NotificationNames.h"
 #include "shell/PopoverSizing.h"
 
@@ -115,8 +116,8 @@ void AppDelegate::installRefreshTimer() {
 }
 
 void AppDelegate::tick() {
-    if (std::exchange(isTickPosted_, true)) return;
-    ports_.mainQueue.post(ifAlive(&AppDelegate::tickAsPosted));
+    if (isTickPosted_) return;
+    isTickPosted_ = hasMemoryFor([this] { ports_.mainQueue.post(ifAlive(&AppDelegate::tickAsPosted)); });
 }
 
 void AppDelegate::tickAsPosted() {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string>
 #include <unordered_set>
 #include <utility>
 
@@ -30,8 +31,8 @@ class SeenKeys {
 } // namespace
 
 SMCBridge::SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegistry> registry,
-                     std::shared_ptr<const MonotonicClock> clock)
-    : connection_(std::move(driver)), fans_(std::move(registry), std::move(clock)) {}
+                     std::shared_ptr<const MonotonicClock> clock, Log* log)
+    : connection_(std::move(driver)), fans_(std::move(registry), std::move(clock)), log_(log) {}
 
 /// Calls `visit` for every key of the controller's list. Skips duplicates.
 template <typename Visit>
@@ -78,12 +79,21 @@ std::vector<RawReading> SMCBridge::readCandidateKeys(std::span<const std::string
     std::vector<RawReading> readings;
     if (connection_.openSMC() != kernSuccess) return readings;
     const auto candidates = keys.first(std::min(keys.size(), maximumCandidates));
+    if (candidates.size() < keys.size()) logLeftOut(keys.size() - candidates.size());
     readings.reserve(candidates.size());
     SeenKeys seen(candidates.size());
     for (const std::string& key : candidates) {
         if (isPrintableSMCKey(key) && seen.addIfNew(key)) appendReading(readings, key);
     }
     return readings;
+}
+
+void SMCBridge::logLeftOut(std::size_t count) const {
+    if (log_ == nullptr) return;
+    log_->once(LogCategory::sourceSMC, LogLevel::warning, [count] {
+        return std::to_string(count) + " keys of the controller are left out: a pass reads " +
+               std::to_string(maximumCandidates);
+    });
 }
 
 std::vector<RawReading> SMCBridge::readSMCSuperIOFans() { return fans_.read(); }

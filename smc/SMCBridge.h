@@ -1,12 +1,14 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "base/Log.h"
 #include "sensors/SensorSource.h"
 #include "smc/IORegistry.h"
 #include "smc/RegistryFans.h"
 #include "smc/SMCConnection.h"
 #include "smc/SMCDriver.h"
 
+#include <cstddef>
 #include <memory>
 
 /// Sensor readings of a System Management Controller (SMC), the chip that manages fans, temperatures and
@@ -22,9 +24,10 @@ namespace kelvinbar {
 /// A source over one controller. Any thread. The destructor closes the connection.
 class SMCBridge final : public SensorSource {
   public:
-    /// `registry` is null on systems without an I/O registry. Opens nothing yet.
+    /// `registry` is null on systems without an I/O registry. `log`, which outlives the bridge, may be null.
+    /// Opens nothing yet.
     SMCBridge(std::shared_ptr<SMCDriver> driver, std::shared_ptr<IORegistry> registry,
-              std::shared_ptr<const MonotonicClock> clock);
+              std::shared_ptr<const MonotonicClock> clock, Log* log = nullptr);
 
     SourceStatus status() override;
 
@@ -36,7 +39,7 @@ class SMCBridge final : public SensorSource {
     /// diagnosis only: a pass reads the keys it needs.
     std::vector<RawReading> readAllKeys();
 
-    /// Reads only the first 1024 of `keys`.
+    /// Reads only the first 1024 of `keys`, and logs how many it leaves out.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
 
     /// Works without a connection. The result is cached for 15 seconds.
@@ -48,9 +51,11 @@ class SMCBridge final : public SensorSource {
     template <typename Visit>
     void visitListedKeys(Visit visit);
     void appendReading(std::vector<RawReading>& readings, const std::string& key);
+    void logLeftOut(std::size_t count) const;
 
     SMCConnection connection_;
     RegistryFans fans_;
+    Log* const log_; ///< may be null
 };
 
 } // namespace kelvinbar

@@ -1,5 +1,6 @@
 #include "store/KelvinbarStore.h"
 
+#include "base/OutOfMemory.h"
 #include "base/Text.h"
 #include "catalogue/SMCKeyDatabase.h"
 #include "store/MenuBarText.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -61,20 +63,27 @@ KelvinbarStore::KelvinbarStore(Token /*token*/, StorePorts ports, Preferences pr
 // Refreshing
 
 void KelvinbarStore::refresh(bool forceDiscovery) {
-    if (refreshTask_) return;
+    if (isRunning(refreshTask_)) return;
     const auto self = shared_from_this(); // an observer may release the store
-    isLoading_.set(readings_.value().empty());
-    statusMessage_.set(std::string(texts().reading));
-    refreshTask_ = start({.fixedCandidates = fixedCandidates_,
-                          .shouldDiscover = forceDiscovery || isDiscoveryDue(),
-                          .cachedDynamicKeys = discoveredCompatibleKeys_,
-                          .readSuperIOFans = true,
-                          .carryKeysOver = continuity_.needsFormerKeys()},
-                         &KelvinbarStore::applyFullResult);
+    // Without memory, the next refresh tries again.
+    static_cast<void>(hasMemoryFor([&] {
+        isLoading_.set(readings_.value().empty());
+        refreshTask_ = start({.fixedCandidates = fixedCandidates_,
+                              .shouldDiscover = forceDiscovery || isDiscoveryDue(),
+                              .cachedDynamicKeys = discoveredCompatibleKeys_,
+                              .readSuperIOFans = true,
+                              .carryKeysOver = continuity_.needsFormerKeys()},
+                             &KelvinbarStore::applyFullResult);
+        statusMessage_.set(std::string(texts().reading));
+    }));
 }
 
 void KelvinbarStore::refreshMenuBarOnly() {
-    if (refreshTask_ || menuBarRefreshTask_ || menuBarKeys_.value().empty()) return;
+    if (isRunning(refreshTask_) || isRunning(menuBarRefreshTask_) || menuBarKeys_.value().empty()) return;
+    static_cast<void>(hasMemoryFor([this] { startMenuBarRefresh(); }));
+}
+
+void KelvinbarStore::startMenuBarRefresh() {
     KeySet pinned = setOf(menuBarKeys_.value());
     pinned.merge(setOf(absent_.pins.waitingKeys()));
     const auto keys = std::make_shared<const KeySet>(std::move(pinned));
@@ -90,11 +99,13 @@ void KelvinbarStore::shutdown() {
     stop(refreshTask_);
     stop(menuBarRefreshTask_);
     if (watchAlarm_ != nullptr) watchAlarm_->clear();
-    ports_.backgroundQueue.start([machine = ports_.machine](const Cancellation&) {
+    // Without memory, the sources are closed as the machine is destroyed.
+    const auto close = [machine = ports_.machine](const Cancellation&) {
         WatchedPass watched(machine.watch);
         const WatchedPass::Scope scope(watched);
-        machine.source->close();
-    });
+        static_cast<void>(hasMemoryFor([&] { machine.source->close(); }));
+    };
+    static_cast<void>(hasMemoryFor([&] { ports_.backgroundQueue.start(close); }));
 }
 
 void KelvinbarStore::stop(std::optional<RunningPass>& task) {
@@ -107,29 +118,48 @@ bool KelvinbarStore::isDiscoveryDue() const {
            ports_.machine.clock->now() - *lastFullDiscovery_ > discoveryInterval;
 }
 
+/// What the end of the pass needs is made here: a pass that is out of memory must be able to end.
 KelvinbarStore::RunningPass KelvinbarStore::start(const LoadPass& pass, Apply apply) {
-    auto watched = std::make_shared<WatchedPass>(ports_.machine.watch);
-    Cancellation cancellation = ports_.backgroundQueue.start(
-        [pass, apply, watched, machine = ports_.machine, weakSelf = weak_from_this(),
-         &mainQueue = ports_.mainQueue](const Cancellation& cancelled) {
-            const WatchedPass::Scope scope(*watched);
-            const auto result = std::make_shared<SMCLoadResult>(loadReadings(machine, pass, cancelled));
-            mainQueue.post([apply, watched, weakSelf, result] {
-                if (const auto self = weakSelf.lock()) self->applyResult(apply, *watched, std::move(*result));
-            });
+    auto outcome = std::make_shared<PassOutcome>(ports_.machine.watch);
+    std::function<void()> end = [apply, outcome, weakSelf = weak_from_this()] {
+        if (const auto self = weakSelf.lock()) self->endPass(apply, *outcome);
+    };
+    Cancellation cancellation =
+        ports_.backgroundQueue.start([pass, outcome, end = std::move(end), machine = ports_.machine,
+                                      &mainQueue = ports_.mainQueue](const Cancellation& cancelled) mutable {
+            const WatchedPass::Scope scope(outcome->watched);
+            const bool isRead =
+                hasMemoryFor([&] { outcome->result = loadReadings(machine, pass, cancelled); });
+            if (!isRead) outcome->result.reset();
+            outcome->isLost = !hasMemoryFor([&] { mainQueue.post(std::move(end)); });
         });
     if (watchAlarm_ != nullptr) watchAlarm_->set(ports_.machine.watch->limit());
     return {
-        .pass = pass, .resultHandler = apply, .watched = std::move(watched), .cancellation = cancellation};
+        .pass = pass, .resultHandler = apply, .outcome = std::move(outcome), .cancellation = cancellation};
 }
 
-void KelvinbarStore::applyResult(Apply apply, const WatchedPass& watched, SMCLoadResult result) {
-    if (watched.isAbandoned()) {
+/// Whether `task` runs. A pass whose end was lost does not run any more.
+bool KelvinbarStore::isRunning(std::optional<RunningPass>& task) {
+    if (task && task->outcome->isLost) task.reset();
+    return task.has_value();
+}
+
+void KelvinbarStore::forget(std::optional<RunningPass>& task, const PassOutcome& outcome) {
+    if (task && task->outcome.get() == &outcome) task.reset();
+}
+
+void KelvinbarStore::endPass(Apply apply, PassOutcome& outcome) {
+    if (outcome.watched.isAbandoned()) {
         // Its device answers again, and may have been left out of the last discovery.
         lastFullDiscovery_.reset();
         return;
     }
-    ((*this).*apply)(std::move(result));
+    const bool isApplied =
+        outcome.result && hasMemoryFor([&] { ((*this).*apply)(*std::move(outcome.result)); });
+    if (!isApplied) {
+        forget(refreshTask_, outcome);
+        forget(menuBarRefreshTask_, outcome);
+    }
     if (watchAlarm_ != nullptr && !refreshTask_ && !menuBarRefreshTask_) watchAlarm_->clear();
 }
 
@@ -137,14 +167,19 @@ void KelvinbarStore::applyResult(Apply apply, const WatchedPass& watched, SMCLoa
 
 /// Sets such devices aside. The passes that wait for them begin again without them.
 void KelvinbarStore::goOnWithoutSilentDevices() {
-    const auto untilNextLook = ports_.machine.watch->setAsideSilentDevices();
-    restartIfAbandoned(refreshTask_);
-    restartIfAbandoned(menuBarRefreshTask_);
-    if (refreshTask_ || menuBarRefreshTask_) watchAlarm_->set(untilNextLook);
+    auto untilNextLook = ports_.machine.watch->limit();
+    // Without memory, the next look tries again.
+    static_cast<void>(hasMemoryFor([&] {
+        untilNextLook = ports_.machine.watch->setAsideSilentDevices();
+        restartIfAbandoned(refreshTask_);
+        restartIfAbandoned(menuBarRefreshTask_);
+    }));
+    const bool isAnyRunning = isRunning(refreshTask_) || isRunning(menuBarRefreshTask_);
+    if (isAnyRunning) watchAlarm_->set(untilNextLook);
 }
 
 void KelvinbarStore::restartIfAbandoned(std::optional<RunningPass>& task) {
-    if (!task || !task->watched->isAbandoned()) return;
+    if (!task || !task->outcome->watched.isAbandoned()) return;
     task->cancellation.cancel();
     task = start(task->pass, task->resultHandler);
 }

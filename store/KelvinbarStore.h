@@ -13,6 +13,7 @@
 #include "store/Preferences.h"
 #include "store/UserDefaults.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -31,6 +32,9 @@
 ///
 /// A device that does not answer is set aside (sensors/ReadWatch.h). Its pass is left alone and done again
 /// without it. Such a pass drops no pins and hidden keys: they may belong to the device.
+///
+/// A pass that runs out of memory has no result: the store keeps what it shows, drops nothing, and the next
+/// refresh begins another.
 ///
 /// Limits: at most one full pass and one menu bar pass run at a time, apart from abandoned ones; a request
 /// for another is ignored, not queued. Six pins.
@@ -123,6 +127,9 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
 
     [[nodiscard]] const Observable<std::vector<SMCReading>>& readings() const { return readings_; }
 
+    /// Whether a full refresh runs. If none does and `isLoading` is true, there was not enough memory for it.
+    [[nodiscard]] bool isRefreshing() const { return refreshTask_.has_value(); }
+
     [[nodiscard]] const Observable<bool>& isLoading() const { return isLoading_; }
 
     [[nodiscard]] const auto& lastUpdated() const { return lastUpdated_; }
@@ -152,17 +159,29 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
 
     using Apply = void (KelvinbarStore::*)(SMCLoadResult);
 
+    /// What the thread of a pass leaves for the main thread.
+    struct PassOutcome {
+        explicit PassOutcome(std::shared_ptr<ReadWatch> watch) : watched(std::move(watch)) {}
+
+        WatchedPass watched;
+        std::optional<SMCLoadResult> result; ///< no value if there was not enough memory for it
+        std::atomic<bool> isLost = false;    ///< there was not even enough to post it
+    };
+
     /// A pass that runs.
     struct RunningPass {
         LoadPass pass;
         Apply resultHandler = nullptr;
-        std::shared_ptr<WatchedPass> watched;
+        std::shared_ptr<PassOutcome> outcome;
         Cancellation cancellation;
     };
 
     [[nodiscard]] bool isDiscoveryDue() const;
+    void startMenuBarRefresh();
     RunningPass start(const LoadPass& pass, Apply apply);
-    void applyResult(Apply apply, const WatchedPass& watched, SMCLoadResult result);
+    void endPass(Apply apply, PassOutcome& outcome);
+    static bool isRunning(std::optional<RunningPass>& task);
+    static void forget(std::optional<RunningPass>& task, const PassOutcome& outcome);
     void goOnWithoutSilentDevices();
     void restartIfAbandoned(std::optional<RunningPass>& task);
     static void stop(std::optional<RunningPass>& task);

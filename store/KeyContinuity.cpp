@@ -62,18 +62,19 @@ void KeyContinuity::remember(const std::vector<std::string>& pinned, const KeySe
     for (const std::string& key : absent) noteStored(places, key);
     for (const std::string& key : pinned) note(places, key);
     for (const std::string& key : hidden) note(places, key);
-    if (history_.formerKeys && !std::exchange(isCarriedOver_, true)) {
+    if (history_.formerKeys && !isCarriedOver_) {
         defaults_.setNumber(keysCarriedOverKey, 1);
+        isCarriedOver_ = true;
     }
     if (places == places_) return;
-    places_ = std::move(places);
     TextList entries;
-    for (const auto& [key, place] : places_) entries.push_back(std::string(key) + separator + place);
+    for (const auto& [key, place] : places) entries.push_back(std::string(key) + separator + place);
     if (entries.empty()) {
         defaults_.remove(keyPlacesKey);
     } else {
         defaults_.setTextList(keyPlacesKey, entries);
     }
+    places_ = std::move(places);
 }
 
 } // namespace kelvinbar

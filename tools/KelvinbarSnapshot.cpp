@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "base/Log.h"
+#include "base/OutOfMemory.h"
 #include "machines/Platform.h"
 #include "machines/replay/ReplayMachine.h"
 #include "process/StandardStreams.h"
@@ -14,6 +15,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +44,11 @@ std::vector<std::string> sampleNames() {
 }
 
 void reportError(const std::string& message) { std::cerr << "kelvinbar-snapshot: " + message + "\n"; }
+
+/// Needs no memory itself.
+void reportMissingMemory() {
+    static_cast<void>(std::fputs("kelvinbar-snapshot: there is not enough memory\n", stderr));
+}
 
 /// Prints the first lines that cannot be used, and how many there are if there are more.
 void reportProblems(const std::string& source, const std::vector<LineProblem>& problems) {
@@ -110,7 +117,8 @@ int printSnapshot(const Options& options) {
     const auto machine = chosenMachine(options, log);
     if (!machine) return inputErrorExit;
     SnapshotTaker taker;
-    const int status = print(taker.take(*machine));
+    int status = inputErrorExit;
+    if (!hasMemoryFor([&] { status = print(taker.take(*machine)); })) reportMissingMemory();
     // A thread that is stuck in a driver cannot be ended, and still uses the machine and the log.
     if (!taker.finish()) std::_Exit(status);
     return status;
@@ -136,9 +144,9 @@ int run(int argc, char** argv) {
     demo->check(CLI::IsMember(sampleNames()))->excludes(replay);
     app.footer(
         "Without an option, this machine is read. A sensor that does not answer in two seconds is left "
-        "out and named on standard error. Exit status: 0, 1 when the input cannot be used, no sensor answers "
-        "or "
-        "nothing can be written, 2 for a wrong option.");
+        "out and named on standard error. Exit status: 0, 1 when the input cannot be used, no sensor "
+        "answers, "
+        "nothing can be written or memory runs out, 2 for a wrong option.");
     app.add_flag("-v,--verbose", options.verbosity, "Log what is found and done; twice, every step");
     try {
         app.parse(argc, argv);
@@ -160,6 +168,9 @@ int main(int argc, char** argv) {
     kelvinbar::openClosedStandardStreams();
     try {
         return kelvinbar::run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        kelvinbar::reportMissingMemory();
+        return kelvinbar::inputErrorExit;
     } catch (const std::exception& error) {
         static_cast<void>(std::fprintf(stderr, "kelvinbar-snapshot: %s\n", error.what()));
         return kelvinbar::inputErrorExit;

@@ -5,6 +5,7 @@
 #include "store/KelvinbarStore.h"
 
 #include <algorithm>
+#include <new>
 
 namespace kelvinbar {
 
@@ -25,7 +26,8 @@ Snapshot SnapshotTaker::take(const Machine& machine) {
                                                .mainQueue = mainQueue_,
                                                .backgroundQueue = backgroundQueue_,
                                                .wallClock = wallClock});
-    mainQueue_.runUntil([&] { return !store->isLoading().value(); });
+    mainQueue_.runUntil([&] { return !store->isRefreshing(); });
+    if (store->isLoading().value()) throw std::bad_alloc();
     Snapshot snapshot{.text = store->exportText(),
                       .silent = store->silentDevices(),
                       .hasAnswers = std::ranges::any_of(store->readings().value(), isAnswer)};

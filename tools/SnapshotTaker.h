@@ -24,7 +24,8 @@ class SnapshotTaker {
     static constexpr std::chrono::milliseconds closingLimit{500};
 
     /// Waits for the first full refresh of a store with in-memory preferences, then closes the machine's
-    /// source. Devices that do not answer in time are left out, if the machine has a watch.
+    /// source. Devices that do not answer in time are left out, if the machine has a watch. Throws
+    /// std::bad_alloc if there is not enough memory.
     Snapshot take(const Machine& machine);
 
     /// Waits until the sources are closed. Returns whether no thread is stuck in one: otherwise the object

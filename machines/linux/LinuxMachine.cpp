@@ -27,7 +27,7 @@ std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
                                        const std::shared_ptr<const MonotonicClock>& clock, Log& log) {
     auto keys = std::make_unique<DetectedAppleSMC>([root, &log] { return openAppleSMC(root, log); }, clock);
     auto bridge =
-        std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock);
+        std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock, &log);
     return std::make_shared<WatchedSource>(std::move(bridge), "AppleSMC", LogCategory::sourceSMC);
 }
 

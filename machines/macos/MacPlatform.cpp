@@ -13,7 +13,7 @@ namespace kelvinbar {
 Machine makePlatform(Log& log) {
     const auto clock = std::make_shared<ContinuousClock>();
     auto bridge = std::make_shared<SMCBridge>(std::make_shared<IOKitSMCDriver>(),
-                                              std::make_shared<IOKitRegistry>(), clock);
+                                              std::make_shared<IOKitRegistry>(), clock, &log);
     return {.source = std::make_shared<WatchedSource>(std::move(bridge), "AppleSMC", LogCategory::sourceSMC),
             .system = std::make_shared<MacSystemInformation>(),
             .clock = clock,

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -289,6 +290,17 @@ TEST(HandlerList, LetsWhatAHandlerHoldsRegisterAnotherWhenItGoes) {
     registration.reset();
     list.call();
     EXPECT_THAT(log, ElementsAre("late"));
+}
+
+TEST(HandlerList, StaysUsableAfterAnExceptionOfAHandler) {
+    HandlerList<> list;
+    int calls = 0;
+    auto throwing = list.add([] { throw std::bad_alloc(); });
+    const auto counting = list.add([&] { ++calls; });
+    EXPECT_THROW(list.call(), std::bad_alloc);
+    throwing.reset();
+    list.call();
+    EXPECT_EQ(calls, 1);
 }
 
 } // namespace

@@ -1,11 +1,13 @@
 #include "smc/SMCBridge.h"
 
 #include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/RecordingLog.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -333,6 +335,20 @@ TEST_F(SMCBridgeTest, OnlyTheFirst1024CandidatesAreRead) {
     EXPECT_EQ(results.front().key, "0000");
     EXPECT_EQ(results.back().key, "1023");
     EXPECT_THAT(driver.calls, SizeIs(2048));
+}
+
+TEST_F(SMCBridgeTest, TheLogSaysOnceHowManyCandidatesAreLeftOut) {
+    fakes::RecordingLog log;
+    SMCBridge logging(machine.driver, machine.registry, machine.clock, &log.log);
+    answerEveryKey();
+    std::vector<std::string> keys(1500);
+    std::ranges::generate(keys, [number = 0U]() mutable { return numberedKey(number++); });
+    logging.readCandidateKeys(std::span(keys).first(1024));
+    EXPECT_THAT(log.lines(), IsEmpty());
+    logging.readCandidateKeys(keys);
+    logging.readCandidateKeys(keys);
+    EXPECT_THAT(log.lines(),
+                ElementsAre("kelvinbar: 476 keys of the controller are left out: a pass reads 1024"));
 }
 
 TEST_F(SMCBridgeTest, SkippedCandidatesCountAmongTheFirst1024) {

@@ -3,6 +3,7 @@
 #include "tests/store/StoreFixture.h"
 
 #include <chrono>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -461,6 +462,47 @@ TEST_F(StoreResult, TheRefreshStillRunsWhileItsFieldsAreAssigned) {
     finishPasses();
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(backgroundQueue.startedCount, 1U);
+}
+
+/// A store whose driver runs out of memory when the test says so.
+struct StoreWithoutMemory : StoreRefresh {
+    void endMemory() {
+        driver().intercept = [](const SMCParamBlock&, SMCParamBlock&) -> std::optional<ReturnCode> {
+            throw std::bad_alloc();
+        };
+    }
+};
+
+TEST_F(StoreWithoutMemory, KeepsReadingsPinsAndHiddenKeys) {
+    makeRefreshedStore({temperatureKey("TC0P", 40), temperatureKey("TG0D", 50)});
+    store->toggleMenuBarReading(readingOf("TC0P"));
+    store->hideReading(readingOf("TG0D"));
+    const auto before = readingKeys();
+    endMemory();
+    refresh(true);
+    EXPECT_EQ(readingKeys(), before);
+    EXPECT_EQ(store->menuBarKeys().value(), std::vector<std::string>{"TC0P"});
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{"TG0D"});
+}
+
+TEST_F(StoreWithoutMemory, GoesOnWithTheNextRefresh) {
+    makeRefreshedStore({temperatureKey("TC0P", 40)});
+    endMemory();
+    refresh(true);
+    EXPECT_FALSE(store->isRefreshing());
+    driver().intercept = nullptr;
+    setKeys(driver(), {temperatureKey("TG0D", 50)});
+    refresh(true);
+    EXPECT_EQ(readingKeys(), std::vector<std::string>{"TG0D"});
+}
+
+TEST_F(StoreWithoutMemory, IsLoadingUntilItHasItsFirstResult) {
+    setKeys(driver(), {temperatureKey("TC0P", 40)});
+    endMemory();
+    makeStore();
+    finishPasses();
+    EXPECT_TRUE(store->isLoading().value());
+    EXPECT_FALSE(store->isRefreshing());
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "desktop/linux/settings/PreferencesWriter.h"
 
 #include "base/Log.h"
+#include "base/OutOfMemory.h"
 
 #include <algorithm>
 #include <condition_variable>
 #include <cstddef>
+#include <exception>
 #include <mutex>
 #include <utility>
 
@@ -16,6 +18,7 @@ struct PreferencesWriter::Shared {
         : write(std::move(ownWrite)), retryDelays(std::move(delays)), log(&ownLog) {}
 
     void writeAll();
+    [[nodiscard]] WriteReport attempt(const PreferenceChanges& changes) const;
     void tell(const WriteReport& report);
     void keepForRetry(PreferenceChanges changes);
     [[nodiscard]] std::chrono::milliseconds nextRetryDelay();
@@ -38,7 +41,7 @@ void PreferencesWriter::Shared::writeAll() {
     while (!pending.isEmpty()) {
         PreferenceChanges changes = std::exchange(pending, {});
         lock.unlock();
-        const WriteReport report = write(changes);
+        const WriteReport report = attempt(changes);
         lock.lock();
         tell(report);
         if (report.isWritten) continue;
@@ -48,6 +51,13 @@ void PreferencesWriter::Shared::writeAll() {
     }
     isRunning = false;
     changed.notify_all();
+}
+
+/// Writes the changes. The mutex is not held.
+WriteReport PreferencesWriter::Shared::attempt(const PreferenceChanges& changes) const {
+    WriteReport report{.isWritten = false, .remark = "out of memory"}; // short enough to need none
+    static_cast<void>(hasMemoryFor([&] { report = write(changes); }));
+    return report;
 }
 
 /// Logs the first of several equal failures, and that they are over.
@@ -115,7 +125,13 @@ void PreferencesWriter::startThread() {
         if (shared_->pending.isEmpty() || std::exchange(shared_->isRunning, true)) return;
     }
     if (thread_.joinable()) thread_.join(); // it has ended
-    thread_ = std::thread([shared = shared_] { shared->writeAll(); });
+    try {
+        thread_ = std::thread([shared = shared_] { shared->writeAll(); });
+    } catch (const std::exception&) {
+        // The system has no thread or no memory for one. The next change tries again, and so does the end.
+        const std::lock_guard lock(shared_->mutex);
+        shared_->isRunning = false;
+    }
 }
 
 } // namespace kelvinbar

@@ -46,9 +46,8 @@ std::uint8_t DetectedAppleSMC::readBytes(std::uint32_t code, SMCBytes& bytes) {
 std::unique_ptr<AppleSMCRegisters> openAppleSMC(const std::filesystem::path& root, Log& log) {
     for (const std::filesystem::path& entry : classEntries(root, "hwmon")) {
         for (const std::filesystem::path& folder : {entry, entry / "device"}) {
-            std::error_code error;
             const bool isDriver = systemFileLine(folder / "name") == appleSMCChip;
-            if (!isDriver || !std::filesystem::exists(folder / "key_at_index", error)) continue;
+            if (!isDriver || !isThere(folder / "key_at_index")) continue;
             if (auto registers = openAppleSMCFiles(folder)) return registers;
             log.once(LogCategory::sourceSMC, LogLevel::warning, [] {
                 return std::string("listing the keys of Apple's controller needs write access to its "

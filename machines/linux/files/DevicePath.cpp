@@ -48,16 +48,12 @@ fs::path classFolder(const fs::path& root, std::string_view className) {
 } // namespace
 
 std::vector<fs::path> classEntries(const fs::path& root, std::string_view className) {
-    std::vector<fs::path> entries;
-    std::error_code error;
     const fs::path folder = classFolder(root, className);
-    const NotedRead noted(folder.native());
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        entries.push_back(entry->path());
-    }
-    std::ranges::sort(entries, [](const fs::path& left, const fs::path& right) {
-        return comesBeforeNaturally(left.filename().native(), right.filename().native());
-    });
+    std::vector<std::string> names = folderEntries(folder);
+    std::ranges::sort(names, comesBeforeNaturally);
+    std::vector<fs::path> entries;
+    entries.reserve(names.size());
+    for (const std::string& name : names) entries.push_back(folder / name);
     return entries;
 }
 
@@ -68,16 +64,16 @@ std::vector<fs::path> visitedClassEntries(const fs::path& root, std::string_view
 }
 
 std::string devicePath(const fs::path& root, const fs::path& entry) {
-    std::error_code error;
-    const fs::path devices = fs::canonical(root / "sys/devices", error);
-    const fs::path self = fs::canonical(entry, error);
-    const fs::path device = fs::canonical(entry / "device", error);
+    const fs::path devices = canonicalPath(root / "sys/devices");
+    const fs::path self = canonicalPath(entry);
+    const fs::path device = canonicalPath(entry / "device");
     const fs::path& place = device.empty() ? self : device;
     if (!devices.empty() && isBelow(place, devices)) return stablePart(place.lexically_relative(devices));
     // In a tree with the class only, the link names the device even though it is dangling.
+    std::error_code error;
     const fs::path target = fs::read_symlink(entry / "device", error);
     if (!target.empty()) return stablePart(target);
-    if (fs::is_symlink(entry, error)) return stablePart(self.lexically_relative(fs::canonical(root, error)));
+    if (fs::is_symlink(entry, error)) return stablePart(self.lexically_relative(canonicalPath(root)));
     return systemFileText(entry / "device/uevent").value_or("");
 }
 

@@ -5,6 +5,7 @@
 #include "machines/linux/files/SystemFile.h"
 #include "sensors/ReadWatch.h"
 
+#include <algorithm>
 #include <array>
 #include <sys/stat.h>
 #include <utility>
@@ -20,11 +21,8 @@ ssize_t readFromStart(int descriptor, std::span<char> buffer) {
 }
 
 ssize_t readOnce(const std::filesystem::path& path, std::span<char> buffer) {
-    const int descriptor = openRegularFile(path);
-    if (descriptor < 0) return -1;
-    const ssize_t count = readFromStart(descriptor, buffer);
-    ::close(descriptor);
-    return count;
+    const OpenFile file(openRegularFile(path));
+    return file.isOpen() ? readFromStart(file.descriptor(), buffer) : -1;
 }
 
 } // namespace
@@ -33,10 +31,12 @@ SensorFile::SensorFile(const std::filesystem::path& path)
     : SensorFile(path, std::make_shared<std::atomic<int>>(0), 1) {}
 
 SensorFile::SensorFile(const std::filesystem::path& path, OpenFileCount openFiles, int limit)
-    : openFiles_(std::move(openFiles)) {
+    : openFiles_(std::move(openFiles)), path_(path) {
     const int descriptor = openRegularFile(path);
-    if (descriptor < 0) return;
-    path_ = path;
+    if (descriptor < 0) {
+        path_.clear();
+        return;
+    }
     if (openFiles_->fetch_add(1) < limit) {
         descriptor_ = descriptor;
 
@@ -94,10 +94,10 @@ std::shared_ptr<const SensorFile> SensorFiles::open(const std::filesystem::path&
 }
 
 std::shared_ptr<const SensorFile> SensorFiles::known(const std::filesystem::path& path) {
-    constexpr std::size_t mostForgotten = 1024;
     const std::lock_guard lock(mutex_);
-    if (files_.size() > mostForgotten) {
+    if (files_.size() > mostKnown_) {
         std::erase_if(files_, [](const auto& file) { return file.second.expired(); });
+        mostKnown_ = std::max(mostKnown_, 2 * files_.size()); // all of many files may be in use
     }
     const auto found = files_.find(path.native());
     return found == files_.end() ? nullptr : found->second.lock();

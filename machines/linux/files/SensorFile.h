@@ -76,8 +76,9 @@ class SensorFiles {
 
     const int limit_;
     const OpenFileCount openFiles_ = std::make_shared<std::atomic<int>>(0);
-    std::mutex mutex_; ///< guards `files_`; not held while a file is opened
+    std::mutex mutex_; ///< guards the members below; not held while a file is opened
     std::unordered_map<std::string, std::weak_ptr<const SensorFile>> files_;
+    std::size_t mostKnown_ = 1024; ///< at which files that are no longer in use are forgotten
 };
 
 } // namespace kelvinbar

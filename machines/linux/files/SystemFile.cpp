@@ -5,13 +5,66 @@
 #include "sensors/ReadWatch.h"
 
 #include <array>
+#include <cerrno>
+#include <dirent.h>
 #include <fcntl.h>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <utility>
 
 #include <unistd.h>
 
 namespace kelvinbar {
+
+namespace {
+
+/// The library reports a failed allocation as an error of the file system.
+void throwIfOutOfMemory(const std::error_code& error) {
+    if (error == std::errc::not_enough_memory) throw std::bad_alloc();
+}
+
+/// The library's own iterator ends the program when memory runs out.
+using OpenFolder = std::unique_ptr<DIR, int (*)(DIR*)>;
+
+} // namespace
+
+OpenFile::~OpenFile() {
+    if (isOpen()) ::close(descriptor_);
+}
+
+std::vector<std::string> folderEntries(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    const NotedRead noted(folder.native());
+    if (!noted.isAllowed()) return names;
+    const OpenFolder open(::opendir(folder.c_str()), ::closedir);
+    if (open == nullptr) {
+        throwIfOutOfMemory(std::error_code(errno, std::generic_category()));
+        return names;
+    }
+    while (const dirent* const entry = ::readdir(open.get())) { // NOLINT(concurrency-mt-unsafe): own stream
+        const std::string_view name = std::data(entry->d_name);
+        if (name != "." && name != "..") names.emplace_back(name);
+    }
+    return names;
+}
+
+bool isThere(const std::filesystem::path& path) {
+    std::error_code error;
+    const bool isThere = std::filesystem::exists(path, error);
+    throwIfOutOfMemory(error);
+    return isThere;
+}
+
+std::filesystem::path canonicalPath(const std::filesystem::path& path) {
+    std::error_code error;
+    std::filesystem::path canonical = std::filesystem::canonical(path, error);
+    throwIfOutOfMemory(error);
+    return canonical;
+}
 
 int openRegularFile(const std::filesystem::path& file) {
     const NotedRead noted(file.native());
@@ -29,15 +82,14 @@ int openRegularFile(const std::filesystem::path& file) {
 std::optional<std::string> systemFileText(const std::filesystem::path& file) {
     constexpr std::size_t limit = std::size_t{64} * 1024;
     const NotedRead noted(file.native());
-    const int descriptor = openRegularFile(file);
-    if (descriptor < 0) return std::nullopt;
+    const OpenFile open(openRegularFile(file));
+    if (!open.isOpen()) return std::nullopt;
     std::string text;
     std::array<char, 4096> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by read
     ssize_t count = 0;
-    while (text.size() < limit && (count = ::read(descriptor, buffer.data(), buffer.size())) > 0) {
+    while (text.size() < limit && (count = ::read(open.descriptor(), buffer.data(), buffer.size())) > 0) {
         text.append(buffer.data(), static_cast<std::size_t>(count));
     }
-    ::close(descriptor);
     return count < 0 ? std::nullopt : std::optional(std::move(text));
 }
 

@@ -89,11 +89,19 @@ bool isEarlierPath(std::string_view left, std::string_view right) {
     return left.empty() && !right.empty();
 }
 
-bool isEarlier(const SensorChip& left, const SensorChip& right) {
-    if (isEarlierPath(left.device, right.device)) return true;
-    if (isEarlierPath(right.device, left.device)) return false;
-    const auto identity = [](const SensorChip& chip) {
-        return std::tuple(chip.device, chip.sensorsName, contentOf(chip), chip.folder);
+/// A chip with what its place among others depends on.
+struct OrderedChip {
+    explicit OrderedChip(const SensorChip& ownChip) : chip(&ownChip), content(contentOf(ownChip)) {}
+
+    const SensorChip* chip;
+    std::string content;
+};
+
+bool isEarlier(const OrderedChip& left, const OrderedChip& right) {
+    if (isEarlierPath(left.chip->device, right.chip->device)) return true;
+    if (isEarlierPath(right.chip->device, left.chip->device)) return false;
+    const auto identity = [](const OrderedChip& each) {
+        return std::tie(each.chip->device, each.chip->sensorsName, each.content, each.chip->folder);
     };
     return identity(left) < identity(right);
 }
@@ -133,6 +141,7 @@ NamedDevice deviceOf(const SensorChip& chip) {
     device.keyStart = keyText(chip.sensorsName.empty() ? device.type : chip.sensorsName);
     device.family = familyOf(chip, device.type);
     device.row = deviceRowOf(device.family);
+    for (const SensorChannel& channel : chip.channels) ++device.channelCounts[channel.kind];
     device.words = device.row == nullptr ? driverWords(device.type) : std::string(device.row->words);
     return device;
 }
@@ -181,11 +190,8 @@ class DeviceCounter {
     /// The device's number, from 1, among those with the same detail, in the order of the calls.
     int numberOf(const NamedDevice& device) {
         auto& seen = seen_[{familyOf(device), device.detail}];
-        const std::string identity = identityOf(device);
-        const auto place = std::ranges::find(seen, identity);
-        const auto number = static_cast<int>(place - seen.begin()) + 1;
-        if (place == seen.end()) seen.push_back(identity);
-        return number;
+        const auto next = static_cast<int>(seen.size()) + 1;
+        return seen.try_emplace(identityOf(device), next).first->second;
     }
 
   private:
@@ -200,7 +206,8 @@ class DeviceCounter {
 
     std::set<std::string> supplies_;
     std::map<std::string, std::set<std::string>> families_;
-    std::map<std::pair<std::string, std::string>, std::vector<std::string>> seen_;
+    /// By family and detail, the numbers of the devices.
+    std::map<std::pair<std::string, std::string>, std::map<std::string, int>> seen_;
 };
 
 void countDevices(std::vector<NamedDevice>& devices) {
@@ -271,16 +278,15 @@ std::string keyText(std::string_view text) {
 }
 
 std::vector<NamedDevice> namedDevices(const std::vector<SensorChip>& chips) {
-    std::vector<const SensorChip*> order;
+    std::vector<OrderedChip> order;
     for (const SensorChip& chip : chips) {
         const bool hasReadings = std::ranges::any_of(chip.channels, isMeasured);
-        if (hasReadings && !isApplesController(chip)) order.push_back(&chip);
+        if (hasReadings && !isApplesController(chip)) order.emplace_back(chip);
     }
-    std::ranges::stable_sort(order,
-                             [](const auto* left, const auto* right) { return isEarlier(*left, *right); });
+    std::ranges::stable_sort(order, isEarlier);
     std::vector<NamedDevice> devices;
     devices.reserve(order.size());
-    for (const SensorChip* const chip : order) devices.push_back(deviceOf(*chip));
+    for (const OrderedChip& each : order) devices.push_back(deviceOf(*each.chip));
     countKeys(devices);
     countDevices(devices);
     return devices;

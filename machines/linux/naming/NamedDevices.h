@@ -3,6 +3,8 @@
 #include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/naming/SensorWords.h"
 
+#include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +25,7 @@ struct NamedDevice {
     int number = 1;                 ///< among equal devices, from 1
     bool isNumberShown = false;
     std::string detail; ///< model or interface, where that distinguishes it
+    std::map<SensorKind, std::size_t> channelCounts;
 };
 
 /// All chips with readings, in an order that does not depend on the order of `chips`, with numbered keys and

@@ -19,9 +19,7 @@ struct LabelWords {
     bool isWhole = false;
 };
 
-bool isOneOfSeveral(const NamedDevice& device, SensorKind kind) {
-    return std::ranges::count(device.chip->channels, kind, &SensorChannel::kind) > 1;
-}
+bool isOneOfSeveral(const NamedDevice& device, SensorKind kind) { return device.channelCounts.at(kind) > 1; }
 
 std::string numbered(std::string_view words, const NamedDevice& device, const SensorChannel& channel) {
     if (!isOneOfSeveral(device, channel.kind) && channel.number <= 1) return std::string(words);

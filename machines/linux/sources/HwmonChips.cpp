@@ -53,12 +53,8 @@ constexpr std::array channelFiles{
 };
 
 FileNames fileNames(const fs::path& folder) {
-    FileNames names;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        names.insert(entry->path().filename().string());
-    }
-    return names;
+    std::vector<std::string> entries = folderEntries(folder);
+    return {std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end())};
 }
 
 /// The number in a file name such as "temp3_input", if prefix and item match.
@@ -160,8 +156,7 @@ void appendFanOutputs(SensorChip& chip) {
 
 /// Old drivers put the name and all channels into the device's folder.
 fs::path channelFolder(const fs::path& entry) {
-    std::error_code error;
-    const bool isOnDevice = !fs::exists(entry / "name", error) && fs::exists(entry / "device/name", error);
+    const bool isOnDevice = !isThere(entry / "name") && isThere(entry / "device/name");
     return isOnDevice ? entry / "device" : entry;
 }
 
@@ -224,10 +219,9 @@ std::string driveModel(const fs::path& entry) {
 /// radio or in a transceiver on the card's own bus). A bridge has none.
 std::string networkInterface(const fs::path& root, const fs::path& entry) {
     constexpr int maximumFolders = 4;
-    std::error_code error;
-    const fs::path devices = fs::canonical(root / "sys/devices", error);
-    fs::path folder = fs::canonical(entry / "device", error);
-    for (int step = 0; !error && step < maximumFolders && folder != devices; ++step) {
+    const fs::path devices = canonicalPath(root / "sys/devices");
+    fs::path folder = canonicalPath(entry / "device");
+    for (int step = 0; !folder.empty() && step < maximumFolders && folder != devices; ++step) {
         std::string interface = firstEntry(folder / "net");
         if (!interface.empty()) return interface;
         if (folder == folder.root_path()) break;

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <iterator>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 namespace kelvinbar {
@@ -48,11 +47,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 3> energyAtt
     {"energy_full", "charge_full"},
     {"energy_full_design", "charge_full_design"},
 }};
-
-bool isThere(const fs::path& file) {
-    std::error_code error;
-    return fs::exists(file, error);
-}
 
 SensorChannel channelOf(const fs::path& supply, std::string_view attribute, SensorKind kind,
                         double countsPerUnit) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
-#include <system_error>
 
 namespace kelvinbar {
 
@@ -39,11 +38,8 @@ std::optional<int> thermalStateOfZone(const std::filesystem::path& zone) {
 
 std::optional<int> thermalStateOfZones(const std::filesystem::path& zones) {
     std::optional<int> state; // an empty optional is less than any number
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(zones, error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        if (name.starts_with("thermal_zone")) state = std::max(state, thermalStateOfZone(entry->path()));
+    for (const std::string& name : folderEntries(zones)) {
+        if (name.starts_with("thermal_zone")) state = std::max(state, thermalStateOfZone(zones / name));
     }
     return state;
 }

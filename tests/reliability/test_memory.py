@@ -1,0 +1,58 @@
+"""Allocations that fail: in a pass of the program, and in the console program."""
+
+import json
+import os
+import subprocess
+from collections.abc import Callable
+from pathlib import Path
+
+import pytest
+from conftest import Record
+
+QUICK = "ControllerWithoutMemory.*:*/nvme_alone"
+
+
+def failures(attack: Path, filter: str, folder: Path) -> tuple[int, bool]:
+    """Runs the attack; returns how many allocations have failed, and whether each came to what it should."""
+    report = folder / f"{attack.parents[2].name}.json"
+    words = [attack, f"--gtest_filter={filter}", f"--gtest_output=json:{report}"]
+    run = subprocess.run(words, capture_output=True, text=True)
+    print(run.stdout[-3000:], run.stderr[-3000:])
+    suites = json.loads(report.read_text())["testsuites"] if report.exists() else []
+    tests = [test for suite in suites for test in suite["testsuite"]]
+    return sum(int(test.get("failures_tried", 0)) for test in tests), run.returncode == 0 and bool(tests)
+
+
+@pytest.mark.parametrize("kind", ["plain", "sanitized"])
+def test_pass(
+    kind: str,
+    scale: str,
+    tmp_path: Path,
+    attack_file: Callable[[str], Path],
+    sanitized_attack_file: Callable[[str], Path],
+    record: Record,
+) -> None:
+    """A pass has its whole result or none; readings, pins and hidden keys stay."""
+    attack = (attack_file if kind == "plain" else sanitized_attack_file)("kelvinbar_memory_attack")
+    count, held = failures(attack, QUICK if scale == "quick" else "*", tmp_path)
+    machines = "a recorded machine and a controller" if scale == "quick" else "all recorded machines"
+    record(f"allocation failure at every N of a pass ({kind})", f"{count} failures, {machines}", held and count > 0)
+
+
+def test_console(scale: str, snapshot: Path, attack_file: Callable[[str], Path], record: Record) -> None:
+    """The snapshot is whole, or there is none, a message and exit status 1."""
+    samples = ["linux-pc"] if scale == "quick" else ["amd-pc", "apple-silicon-desktop", "intel-notebook", "linux-pc"]
+    preloaded = attack_file("kelvinbar_every_allocation_fails.so")
+    tried = []
+    held = True
+    for sample in samples:
+        run = subprocess.run(
+            [snapshot, "--demo", sample],
+            env=os.environ | {"LD_PRELOAD": str(preloaded), "KELVINBAR_ATTACK_STEP": "1"},
+            capture_output=True,
+            text=True,
+        )
+        print(run.stderr[-3000:])
+        tried.append(run.stdout.strip())
+        held = held and run.returncode == 0
+    record("allocation failure at every N of the console program", "; ".join(tried), held)
