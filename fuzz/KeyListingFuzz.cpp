@@ -1,6 +1,7 @@
 // A driver that lies: each answer is the next bytes of the input, whatever the question.
 
 #include "fuzz/Check.h"
+#include "fuzz/StandingClock.h"
 #include "sensors/Machine.h"
 #include "smc/SMCBridge.h"
 #include "smc/SMCKeyText.h"
@@ -8,7 +9,6 @@
 #include "store/LoadPass.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -71,11 +71,6 @@ class LyingDriver final : public SMCDriver {
     std::span<const std::uint8_t> rest_;
 };
 
-class StandingClock final : public MonotonicClock {
-  public:
-    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
-};
-
 /// A registry without entries.
 class EmptyRegistry final : public IORegistry {
   public:
@@ -84,27 +79,11 @@ class EmptyRegistry final : public IORegistry {
     }
 };
 
-/// System facts that are all unknown.
-class NoSystemInformation final : public SystemInformation {
-  public:
-    [[nodiscard]] std::optional<std::string> systemBytes(std::string_view /*name*/) const override {
-        return std::nullopt;
-    }
-
-    [[nodiscard]] int activeProcessorCount() const override { return 0; }
-
-    [[nodiscard]] std::uint64_t physicalMemory() const override { return 0; }
-
-    [[nodiscard]] int thermalState() const override { return -1; }
-
-    [[nodiscard]] bool isLowPowerModeEnabled() const override { return false; }
-};
-
 Machine lyingMachine(std::span<const std::uint8_t> input) {
     const auto clock = std::make_shared<StandingClock>();
     return {.source = std::make_shared<SMCBridge>(std::make_shared<LyingDriver>(input),
                                                   std::make_shared<EmptyRegistry>(), clock),
-            .system = std::make_shared<NoSystemInformation>(),
+            .system = nullptr,
             .clock = clock};
 }
 

@@ -1,11 +1,11 @@
 // Any text as a snapshot. The export of the replayed machine must replay to the same export.
 
 #include "fuzz/Check.h"
+#include "fuzz/StandingClock.h"
 #include "machines/replay/ReplayMachine.h"
 #include "store/LoadPass.h"
 #include "store/SnapshotExport.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -16,11 +16,6 @@
 namespace kelvinbar::fuzz {
 
 namespace {
-
-class StandingClock final : public MonotonicClock {
-  public:
-    [[nodiscard]] std::chrono::nanoseconds now() const override { return std::chrono::nanoseconds(0); }
-};
 
 std::optional<std::string> exportOf(std::string_view text) {
     const ReplayResult replay = makeReplayMachine(text, std::make_shared<StandingClock>());

@@ -102,6 +102,11 @@ def soak_minutes(request: pytest.FixtureRequest) -> float:
     return request.config.getoption("soak_minutes")
 
 
+@pytest.fixture(scope="session")
+def fuzz_build(request: pytest.FixtureRequest) -> Path:
+    return request.config.getoption("fuzz_build").absolute()
+
+
 @pytest.fixture
 def program(request: pytest.FixtureRequest) -> Path:
     """kelvinbar-demo, or what the test is marked with: `pytest.mark.program("kelvinbar")`."""

@@ -9,7 +9,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.host import NoBar
-from driver.program import Program
+from driver.program import Panel, Program
 from footprint import Footprint, footprint_of
 
 SAMPLE_SECONDS = 1
@@ -53,14 +53,17 @@ def figures_of(samples: list[Footprint]) -> str:
 
 
 @pytest.mark.night
-def test_nothing_grows(desktop: Desktop, program: Path, soak_minutes: float, record) -> None:
+@pytest.mark.parametrize("state", ["closed", "open"])
+def test_nothing_grows(desktop: Desktop, program: Path, state: str, soak_minutes: float, record) -> None:
     kelvinbar = Program(program, desktop)
     kelvinbar.prefer(KelvinbarMenuBarKeys="TC0P", KelvinbarSamplingRate="fast")
-    with NoBar(desktop):
+    with NoBar(desktop) as host:
         kelvinbar.start()
-        closed = soak(kelvinbar.pid, soak_minutes / 2)
-        kelvinbar.start_again()
-        opened = soak(kelvinbar.pid, soak_minutes / 2)
+        panel = Panel(host.windows(), host.scale, host.shadow)
+        if state == "open":
+            kelvinbar.start_again()
+            panel.wait_open()
+        samples = soak(kelvinbar.pid, soak_minutes / 2)
+        assert panel.is_open() == (state == "open")
         kelvinbar.finish()
-    for state, samples in (("closed", closed), ("open", opened)):
-        record(f"soak, panel {state}", f"{soak_minutes / 2:g} min, {figures_of(samples)}", is_level(samples))
+    record(f"soak, panel {state}", f"{soak_minutes / 2:g} min, {figures_of(samples)}", is_level(samples))

@@ -100,10 +100,12 @@ EntryLines withoutEntryValue(const EntryLines& lines, std::string_view key) {
 }
 
 EntryLines withEntryValue(const EntryLines& lines, std::string_view key, std::string_view value) {
-    EntryLines result = withoutEntryValue(lines, key);
-    auto header =
-        std::ranges::find_if(result, [](const std::string& line) { return trimmed(line) == groupHeader; });
-    if (header == result.end()) header = result.insert(result.begin(), std::string(groupHeader));
+    const auto isHeader = [](const std::string& line) { return trimmed(line) == groupHeader; };
+    EntryLines result = lines;
+    // Lines before the first group become lines of the new one, with their values.
+    if (std::ranges::none_of(result, isHeader)) result.insert(result.begin(), std::string(groupHeader));
+    result = withoutEntryValue(result, key);
+    const auto header = std::ranges::find_if(result, isHeader);
     result.insert(header + 1, std::string(key).append("=").append(value));
     return result;
 }

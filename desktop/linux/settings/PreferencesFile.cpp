@@ -54,6 +54,11 @@ bool writeFile(const QString& path, const QByteArray& content) {
            file.commit();
 }
 
+/// QSettings reads keys from a file that was edited by hand which it would write as others, or not at all.
+bool isWritableKey(const QString& key) {
+    return !key.isEmpty() && !key.startsWith('/') && !key.endsWith('/') && !key.contains("//");
+}
+
 struct StoredPreferences {
     Values values;
     bool isDamaged = false; ///< the values are what could still be read
@@ -62,7 +67,9 @@ struct StoredPreferences {
 StoredPreferences valuesOf(const QSettings& settings) {
     StoredPreferences stored;
     const QStringList keys = settings.allKeys(); // also makes QSettings read the file
-    for (const QString& key : keys) stored.values.insert(key, settings.value(key));
+    for (const QString& key : keys) {
+        if (isWritableKey(key)) stored.values.insert(key, settings.value(key));
+    }
     stored.isDamaged = settings.status() == QSettings::FormatError;
     return stored;
 }

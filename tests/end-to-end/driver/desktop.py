@@ -160,16 +160,17 @@ class Desktop:
         self._buses[name] = self.start(
             name, ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", f"--address={address}"]
         )
-        wait_until(5, f"the {name}", lambda: _accepts(self.runtime / name))
+        wait_until(5, f"the {name}", lambda: _accepts_connections(self.runtime / name))
         return address
 
     def _log(self, name: str) -> Path:
         return self.logs / f"{name}.log"
 
 
-def _accepts(address: Path) -> bool:
-    with socket.socket(socket.AF_UNIX) as client:
-        return client.connect_ex(str(address)) == 0
+def _accepts_connections(path: Path) -> bool:
+    """A socket is there a moment before it does."""
+    with socket.socket(socket.AF_UNIX) as connection:
+        return connection.connect_ex(str(path)) == 0
 
 
 def _as_nobody() -> tuple[str, ...]:

@@ -110,6 +110,11 @@ TEST(EntryLines, GetAValueInTheirGroup) {
               "[X]\nA=0\n[Desktop Entry]\nA=1\nB=3\n");
 }
 
+TEST(EntryLines, GetTheirGroupWithOneValueForTheKey) {
+    EXPECT_EQ(withEntryValue({"Key=old", "Other=1"}, "Key", "new"),
+              (EntryLines{"[Desktop Entry]", "Key=new", "Other=1"}));
+}
+
 TEST(EntryLines, LoseAValueOfTheirGroupOnly) {
     EXPECT_EQ(entryText(withoutEntryValue(entryLines("[X]\nA=0\n[Desktop Entry]\nA = 2\nB=3"), "A")),
               "[X]\nA=0\n[Desktop Entry]\nB=3\n");

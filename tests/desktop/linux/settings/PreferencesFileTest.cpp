@@ -237,6 +237,14 @@ TEST_F(PreferencesFileTest, KeepsAKeyThatEndsWithASpace) {
     EXPECT_THAT(onDisk(defaults)->text("VTT"), Optional(std::string("b")));
 }
 
+TEST_F(PreferencesFileTest, SavesBesideKeysThatItCannotWrite) {
+    write("[General]\n=1\n/a=2\nb\\\\c=3\nd=4\n");
+    PreferencesFile defaults = open();
+    defaults.setText("Key", "text");
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_EQ(bytes(), "[General]\nKey=text\nd=4\n");
+}
+
 TEST_F(PreferencesFileTest, Removes) {
     auto defaults = open();
     defaults.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
