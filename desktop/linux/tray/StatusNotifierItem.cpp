@@ -32,7 +32,7 @@ std::string processName(uint process) {
 StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, StatusNotifierHandlers handlers, Log& log)
     : log_(log)
     , bus_(QString())
-    , object_(itemPath)
+    , object_(itemPath, CallLimit(), this)
     , handlers_(std::move(handlers))
     , adaptor_(new StatusNotifierItemAdaptor(*this, object_)) {
     registerStatusNotifierTypes();
