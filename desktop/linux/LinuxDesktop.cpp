@@ -1,6 +1,7 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/session/AlertSound.h"
 #include "desktop/linux/session/AutostartEntry.h"
+#include "desktop/linux/session/BusKeeper.h"
 #include "desktop/linux/session/InstanceLock.h"
 #include "desktop/linux/session/NoTrayNotice.h"
 #include "desktop/linux/session/RunningInstance.h"
@@ -86,6 +87,8 @@ class LinuxDesktop final : public Desktop {
     LinuxDesktop(const ProgramStart& start, const std::vector<std::string>& command, Log& log)
         : log_(log)
         , bus_(QDBusConnection::sessionBus())
+        , sessionBus_(bus_, QDBusConnection::SessionBus, log)
+        , systemBus_(QDBusConnection::systemBus(), QDBusConnection::SystemBus, log)
         , layerShell_(layerShellOfApplication(log))
         , start_{.bus = bus_,
                  .name = busName(start.name),
@@ -107,9 +110,10 @@ class LinuxDesktop final : public Desktop {
         , motion_(bus_)
         , signals_([this] { quit(); }) {
         if (opensInCorner()) screens_.setPanelCorner(loadPanelCorner(userDefaults_));
+        followBuses();
         declineSessionRestore(*qGuiApp);
         // A shutdown may take time, and a new start must not wait for it.
-        QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &instance_, [this] { stepAside(); });
+        QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &sessionBus_, [this] { stepAside(); });
     }
 
     std::optional<int> handOverToRunningInstance() override {
@@ -154,6 +158,7 @@ class LinuxDesktop final : public Desktop {
             .desktopNames = desktopNames(),
             .colors = barColors_,
             .userDefaults = userDefaults_,
+            .busKeeper = sessionBus_,
             .surroundings = {.placeOfClick = [this](QPoint place) { return screens_.placeOfClick(place); },
                              .visibleFrameAround =
                                  [this](const Rect& place) { return screens_.around(place).visibleFrame; },
@@ -162,6 +167,17 @@ class LinuxDesktop final : public Desktop {
             .desktopEntries = [this] { return cornerEntries(); },
             .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
             .hasTrayChanged = [this](bool hasTray) { hasTray_ = hasTray; }};
+    }
+
+    /// The item follows the session bus itself.
+    void followBuses() {
+        QObject::connect(&sessionBus_, &BusKeeper::reconnected, [this](const QDBusConnection& bus) {
+            instance_.moveTo(bus);
+            barColors_.moveTo(bus);
+            motion_.moveTo(bus);
+        });
+        QObject::connect(&systemBus_, &BusKeeper::reconnected,
+                         [this](const QDBusConnection& bus) { session_.moveTo(bus); });
     }
 
     /// Whether hosts do not tell where the item is, and the panel can be in a corner.
@@ -209,7 +225,9 @@ class LinuxDesktop final : public Desktop {
 
     Log& log_;
     DesktopHandlers handlers_;
-    QDBusConnection bus_;
+    QDBusConnection bus_; ///< of the start
+    BusKeeper sessionBus_;
+    BusKeeper systemBus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
     std::optional<LayerShell> layerShell_;
     LinuxScreens screens_{x11_.get(), clickReports(layerShell_)};

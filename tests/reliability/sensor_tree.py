@@ -44,7 +44,11 @@ class SensorTree:
         shutil.rmtree(entry)
 
     def set(self, chip: str, temperature: float) -> None:
-        (self._chips / chip / "temp1_input").write_text(f"{round(1000 * temperature)}\n")
+        self.file(chip).write_text(f"{round(1000 * temperature)}\n")
+
+    def file(self, chip: str) -> Path:
+        """What a program reads for the first temperature."""
+        return self._chips / chip / "temp1_input"
 
     def has(self, chip: str) -> bool:
         return (self._chips / chip).exists()
@@ -53,9 +57,10 @@ class SensorTree:
 class SensorProgram(Program):
     """kelvinbar over a tree."""
 
-    def __init__(self, file: Path, desktop: Desktop, tree: SensorTree) -> None:
+    def __init__(self, file: Path, desktop: Desktop, tree: SensorTree, variables: Sequence[str] = ()) -> None:
+        """`variables`, as NAME=value, are for the program alone."""
         super().__init__(file, desktop)
-        self.command = tree.under([str(file)])
+        self.command = tree.under(["env", *variables, str(file)])
 
     def prefer(self, **preferences: str) -> None:
         lines = [f"{name}={value}\n" for name, value in preferences.items()]

@@ -42,7 +42,7 @@ def test_pass(
 def test_console(scale: str, snapshot: Path, attack_file: Callable[[str], Path], record: Record) -> None:
     """The snapshot is whole, or there is none, a message and exit status 1."""
     samples = ["linux-pc"] if scale == "quick" else ["amd-pc", "apple-silicon-desktop", "intel-notebook", "linux-pc"]
-    preloaded = attack_file("kelvinbar_every_allocation_fails.so")
+    preloaded = attack_file("libkelvinbar_every_allocation_fails.so")
     tried = []
     held = True
     for sample in samples:

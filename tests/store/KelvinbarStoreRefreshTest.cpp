@@ -16,6 +16,7 @@ namespace {
 
 using fakes::discoveryCount;
 using fakes::keysRead;
+using fakes::readingOf;
 using fakes::setKeys;
 using fakes::StoreFixture;
 using fakes::temperatureKey;

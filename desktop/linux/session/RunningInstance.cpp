@@ -39,6 +39,16 @@ FocusRight focusRightOf(const QVariantMap& platformData) {
             .timestamp = timeOfStartupId(platformData.value(startupIdKey).toString())};
 }
 
+/// Asks the bus for a name, unless another program has it.
+QDBusMessage nameRequest(const QString& name) {
+    constexpr uint doNotQueue = 4;
+    constexpr auto busService = "org.freedesktop.DBus";
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(busService, "/org/freedesktop/DBus", busService, "RequestName");
+    request << name << doNotQueue;
+    return request;
+}
+
 bool hasOwner(const QDBusConnection& bus, const QString& name) {
     return bus.isConnected() && bus.interface()->isServiceRegistered(name);
 }
@@ -46,22 +56,23 @@ bool hasOwner(const QDBusConnection& bus, const QString& name) {
 } // namespace
 
 RunningInstance::RunningInstance(QDBusConnection bus, const QString& name, Activation onActivated)
-    : bus_(std::move(bus)), name_(name), path_(objectPath(name)), onActivated_(std::move(onActivated)) {
-    new RunningInstanceAdaptor(
-        *this); // NOLINT(cppcoreguidelines-owning-memory): the object owns its adaptors
+    : bus_(std::move(bus)), name_(name), object_(objectPath(name)), onActivated_(std::move(onActivated)) {
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the object owns its adaptors
+    new RunningInstanceAdaptor(*this, object_);
     // Register the object before the name, so that whoever sees the name can call it.
-    if (bus_.isConnected()) bus_.registerObject(path_, this);
+    object_.moveTo(bus_);
     claim();
-}
-
-RunningInstance::~RunningInstance() {
-    release();
-    if (bus_.isConnected()) bus_.unregisterObject(path_);
 }
 
 bool RunningInstance::claim() {
     if (!isThisOne_) isThisOne_ = !bus_.isConnected() || bus_.registerService(name_);
     return isThisOne_;
+}
+
+void RunningInstance::moveTo(const QDBusConnection& bus) {
+    bus_ = bus;
+    object_.moveTo(bus_);
+    if (isThisOne_) bus_.send(nameRequest(name_));
 }
 
 void RunningInstance::release() {
@@ -71,7 +82,9 @@ void RunningInstance::release() {
 /// Opening the panel takes time on a busy machine, and the caller takes a late reply for that of a hung
 /// program.
 void RunningInstance::activated(const QVariantMap& platformData) {
-    queue_.post([this, right = focusRightOf(platformData)] { onActivated_(right); });
+    const bool isPosted = activation_.has_value();
+    activation_ = focusRightOf(platformData);
+    if (!isPosted) queue_.post([this] { onActivated_(std::exchange(activation_, std::nullopt).value()); });
 }
 
 ActivationResult activateRunningInstance(const QDBusConnection& bus, const QString& name,

@@ -1,37 +1,41 @@
 #pragma once
 
+#include "desktop/linux/session/BusObject.h"
 #include "desktop/linux/session/FocusRight.h"
 #include "desktop/qt/QtMainQueue.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
-#include <QObject>
 #include <QStringList>
 #include <QVariantMap>
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace kelvinbar {
 
 /// Ensures that one instance of the program runs per session bus: the one that owns the program's name on it.
 /// Other instances and the desktop's launcher activate it through org.freedesktop.Application. Main thread.
-class RunningInstance final : public QObject {
-    Q_OBJECT
-
+class RunningInstance final {
   public:
     using Activation = std::function<void(const FocusRight&)>;
 
     /// Claims `name`, the program's bus name, such as "org.kelvinbar.Kelvinbar". `onActivated` is called from
     /// the event loop, after the caller has its reply, when another instance or the launcher activates this
-    /// one.
+    /// one; once for all activations until then, with the right of the last.
     RunningInstance(QDBusConnection bus, const QString& name, Activation onActivated);
     RunningInstance(const RunningInstance&) = delete;
     RunningInstance& operator=(const RunningInstance&) = delete;
-    ~RunningInstance() override;
+
+    ~RunningInstance() { release(); }
 
     /// Claims the name unless this instance owns it. Returns whether it does then. Also true without a
     /// session bus, where others cannot be found.
     bool claim();
+
+    /// Goes on on another connection, after the earlier one was lost. Claims the name there, unless it was
+    /// given up, without waiting for the result.
+    void moveTo(const QDBusConnection& bus);
 
     /// Gives the name up, so that a new start does not find this instance.
     void release();
@@ -46,8 +50,9 @@ class RunningInstance final : public QObject {
 
     QDBusConnection bus_;
     QString name_;
-    QString path_;
+    BusObject object_;
     Activation onActivated_;
+    std::optional<FocusRight> activation_; ///< of the call that is posted
     bool isThisOne_ = false;
     QtMainQueue queue_;
 };
@@ -66,8 +71,8 @@ class RunningInstanceAdaptor final : public QDBusAbstractAdaptor {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    explicit RunningInstanceAdaptor(RunningInstance& instance)
-        : QDBusAbstractAdaptor(&instance), instance_(instance) {}
+    RunningInstanceAdaptor(RunningInstance& instance, BusObject& object)
+        : QDBusAbstractAdaptor(&object), instance_(instance) {}
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 

@@ -15,8 +15,13 @@ constexpr auto managerInterface = "org.freedesktop.login1.Manager";
 
 } // namespace
 
-SessionWatch::SessionWatch(QDBusConnection bus, std::function<void()> onAway)
-    : bus_(std::move(bus)), onAway_(std::move(onAway)) {
+SessionWatch::SessionWatch(const QDBusConnection& bus, std::function<void()> onAway)
+    : bus_(bus), onAway_(std::move(onAway)) {
+    moveTo(bus);
+}
+
+void SessionWatch::moveTo(const QDBusConnection& bus) {
+    bus_ = bus;
     if (!bus_.isConnected()) return;
     bus_.connect(service, managerPath, managerInterface, "PrepareForSleep", this,
                  SLOT(preparingForSleep(bool)));

@@ -17,7 +17,10 @@ class SessionWatch final : public QObject {
 
   public:
     /// `bus` is the system bus.
-    SessionWatch(QDBusConnection bus, std::function<void()> onAway);
+    SessionWatch(const QDBusConnection& bus, std::function<void()> onAway);
+
+    /// Goes on on another connection, after the earlier one was lost.
+    void moveTo(const QDBusConnection& bus);
 
   private:
     void followLocks(const QDBusObjectPath& session);

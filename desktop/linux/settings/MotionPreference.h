@@ -19,6 +19,9 @@ class MotionPreference final : public QObject {
   public:
     explicit MotionPreference(const QDBusConnection& bus);
 
+    /// Goes on on another connection, after the earlier one was lost.
+    void moveTo(const QDBusConnection& bus) { settings_.moveTo(bus); }
+
     [[nodiscard]] bool prefersReducedMotion() const;
 
   private:

@@ -3,7 +3,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
 #include <algorithm>
 
 namespace kelvinbar {
@@ -22,14 +21,20 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
-PortalSettings::PortalSettings(QDBusConnection bus, std::vector<Setting> settings)
-    : bus_(std::move(bus)), settings_(std::move(settings)) {
+PortalSettings::PortalSettings(const QDBusConnection& bus, std::vector<Setting> settings)
+    : bus_(bus), settings_(std::move(settings)) {
+    // At login, the program may start before the portal.
+    portal_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    portal_.addWatchedService(portalService);
+    connect(&portal_, &QDBusServiceWatcher::serviceRegistered, this, &PortalSettings::readAll);
+    moveTo(bus);
+}
+
+void PortalSettings::moveTo(const QDBusConnection& bus) {
+    bus_ = bus;
     bus_.connect(portalService, portalPath, settingsInterface, "SettingChanged", this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
-    // At login, the program may start before the portal.
-    auto* const portalWatcher =
-        new QDBusServiceWatcher(portalService, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalSettings::readAll);
+    portal_.setConnection(bus_);
     readAll();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -21,7 +22,10 @@ class PortalSettings final : public QObject {
   public:
     using Setting = std::pair<QString, QString>; ///< group and name
 
-    PortalSettings(QDBusConnection bus, std::vector<Setting> settings);
+    PortalSettings(const QDBusConnection& bus, std::vector<Setting> settings);
+
+    /// Goes on on another connection, after the earlier one was lost, and reads everything again.
+    void moveTo(const QDBusConnection& bus);
 
   signals:
     /// A setting has been read, or has changed. Not emitted for settings that the desktop does not have.
@@ -33,6 +37,7 @@ class PortalSettings final : public QObject {
 
     QDBusConnection bus_;
     std::vector<Setting> settings_;
+    QDBusServiceWatcher portal_;
 
   private slots: // NOLINT(readability-redundant-access-specifiers)
     void settingChanged(const QString& group, const QString& name, const QDBusVariant& value);

@@ -23,6 +23,10 @@ BarColors::BarColors(const std::string& desktopNames, const QDBusConnection& bus
     if (hasDesktopName(desktopNames, "kde")) follow(bus);
 }
 
+void BarColors::moveTo(const QDBusConnection& bus) {
+    if (portal_ != nullptr) portal_->moveTo(bus);
+}
+
 void BarColors::follow(const QDBusConnection& bus) {
     const PortalSettings::Setting colorScheme("org.freedesktop.appearance", "color-scheme");
     portal_ = std::make_unique<PortalSettings>(bus, std::vector{colorScheme});

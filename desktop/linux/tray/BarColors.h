@@ -26,6 +26,9 @@ class BarColors final : public QObject {
     /// `desktopNames` is the value of XDG_CURRENT_DESKTOP, names separated by colons.
     BarColors(const std::string& desktopNames, const QDBusConnection& bus, PlasmaFolders folders);
 
+    /// Goes on on another connection, after the earlier one was lost.
+    void moveTo(const QDBusConnection& bus);
+
     [[nodiscard]] bool isDark() const { return isDark_; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,6 +1,5 @@
 #include "desktop/linux/tray/StatusMenu.h"
 
-#include <QSet>
 #include <algorithm>
 #include <utility>
 
@@ -22,8 +21,11 @@ QVariantMap propertiesOfEntry(const StatusMenuEntry& entry) {
     return properties;
 }
 
+/// A caller may send a million names, which are compared with those of each entry.
+QSet<QString> setOf(const QStringList& names) { return {names.begin(), names.end()}; }
+
 /// The properties with these names; without names, all of them.
-QVariantMap selected(const QVariantMap& properties, const QStringList& names) {
+QVariantMap selected(const QVariantMap& properties, const QSet<QString>& names) {
     if (names.isEmpty()) return properties;
     QVariantMap selection;
     for (const auto& [name, value] : properties.asKeyValueRange()) {
@@ -52,14 +54,17 @@ QList<int> distinct(const QList<int>& ids, IsWanted isWanted) {
     return found;
 }
 
-} // namespace
-
-StatusMenu::StatusMenu(QDBusConnection bus) : bus_(std::move(bus)), adaptor_(new StatusMenuAdaptor(*this)) {
-    registerStatusMenuTypes();
-    bus_.registerObject(path, this);
+void appendUnknown(int id, QList<int>& unknown) {
+    if (unknown.size() < StatusMenuAdaptor::mostUnknownIds) unknown.append(id);
 }
 
-StatusMenu::~StatusMenu() { bus_.unregisterObject(path); }
+} // namespace
+
+StatusMenu::StatusMenu(const QDBusConnection& bus) : adaptor_(new StatusMenuAdaptor(*this, object_)) {
+    registerStatusMenuTypes();
+    moveTo(bus);
+    connect(&object_, &BusObject::callsRefused, this, &StatusMenu::announceLayout);
+}
 
 void StatusMenu::setEntries(std::vector<StatusMenuEntry> entries) {
     entries_ = std::move(entries);
@@ -109,11 +114,14 @@ bool StatusMenu::announce() {
     if (isSameLayout) {
         announceProperties(current);
     } else {
-        emit adaptor_->LayoutUpdated(++revision_, rootId); // hosts then read the properties as well
+        announceLayout();
     }
     announced_ = current;
     return !isSameLayout;
 }
+
+/// Hosts then read the properties as well.
+void StatusMenu::announceLayout() { emit adaptor_->LayoutUpdated(++revision_, rootId); }
 
 /// The ids in `current` are those that were announced before.
 void StatusMenu::announceProperties(const QList<Announcement>& current) {
@@ -135,10 +143,11 @@ void StatusMenu::trigger(int id, uint timestamp) const {
 
 uint StatusMenuAdaptor::GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                                   StatusMenuLayout& layout) {
-    layout = {parentId, selected(menu_.propertiesOf(parentId), propertyNames), {}};
+    const QSet<QString> names = setOf(propertyNames);
+    layout = {parentId, selected(menu_.propertiesOf(parentId), names), {}};
     if (parentId == rootId && recursionDepth != 0) {
         for (const StatusMenuItemProperties& entry : menu_.allProperties()) {
-            layout.children.append({entry.id, selected(entry.properties, propertyNames), {}});
+            layout.children.append({entry.id, selected(entry.properties, names), {}});
         }
     }
     return menu_.revision_;
@@ -148,9 +157,10 @@ QList<StatusMenuItemProperties> StatusMenuAdaptor::GetGroupProperties(const QLis
                                                                       const QStringList& propertyNames) {
     QList<int> wanted = distinct(ids, [this](int id) { return menu_.isKnown(id); });
     if (ids.isEmpty()) wanted = QList<int>{rootId} + menu_.shownIds_;
+    const QSet<QString> names = setOf(propertyNames);
     QList<StatusMenuItemProperties> items;
     for (const int id : std::as_const(wanted)) {
-        items.append({id, selected(menu_.propertiesOf(id), propertyNames)});
+        items.append({id, selected(menu_.propertiesOf(id), names)});
     }
     return items;
 }
@@ -168,7 +178,7 @@ QList<int> StatusMenuAdaptor::EventGroup(const QList<StatusMenuEvent>& events) {
     QSet<int> clicked;
     for (const StatusMenuEvent& event : events) {
         if (!menu_.isKnown(event.id)) {
-            unknown.append(event.id);
+            appendUnknown(event.id, unknown);
         } else if (event.name == "clicked" && !clicked.contains(event.id)) {
             clicked.insert(event.id);
             menu_.trigger(event.id, event.timestamp);
@@ -181,7 +191,7 @@ bool StatusMenuAdaptor::AboutToShow(int /*id*/) { return menu_.announce(); }
 
 QList<int> StatusMenuAdaptor::AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors) {
     for (const int id : ids) {
-        if (!menu_.isKnown(id)) idErrors.append(id);
+        if (!menu_.isKnown(id)) appendUnknown(id, idErrors);
     }
     return menu_.announce() ? QList<int>{rootId} : QList<int>();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/linux/session/BusObject.h"
 #include "desktop/linux/tray/StatusMenuEntry.h"
 #include "desktop/linux/tray/StatusMenuTypes.h"
 
@@ -9,6 +10,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -32,10 +34,13 @@ class StatusMenu final : public QObject {
     /// Of the object on the bus.
     static constexpr auto path = "/StatusMenu";
 
-    explicit StatusMenu(QDBusConnection bus);
+    explicit StatusMenu(const QDBusConnection& bus);
     StatusMenu(const StatusMenu&) = delete;
     StatusMenu& operator=(const StatusMenu&) = delete;
-    ~StatusMenu() override;
+    ~StatusMenu() override = default;
+
+    /// Goes on on another connection, after the earlier one was lost.
+    void moveTo(const QDBusConnection& bus) { object_.moveTo(bus); }
 
     /// Replaces the entries. Hosts are notified of texts and marks that have changed, and of entries that
     /// have been added, removed or moved.
@@ -55,13 +60,14 @@ class StatusMenu final : public QObject {
     [[nodiscard]] bool isKnown(int id) const;
     [[nodiscard]] QVariantMap propertiesOf(int id) const;
     [[nodiscard]] QList<Announcement> allProperties() const;
+    void announceLayout();
     void announceSoon();
     /// Returns whether the layout has changed.
     bool announce();
     void announceProperties(const QList<Announcement>& current);
     void trigger(int id, uint timestamp) const;
 
-    QDBusConnection bus_;
+    BusObject object_{path, CallLimit(), this};
     std::vector<StatusMenuEntry> entries_;
     QHash<QString, int> ids_; ///< of all identities there ever were
     QList<int> shownIds_;     ///< of `entries_`, in their order
@@ -73,7 +79,8 @@ class StatusMenu final : public QObject {
 
 // NOLINTBEGIN(readability-convert-member-functions-to-static): D-Bus calls them on the object
 /// The object on the bus. Names and signatures are those of the protocol; ids count from 1, and 0 is the
-/// root. Unknown ids have no properties and are left out of lists.
+/// root. Unknown ids have no properties and are left out of lists. No answer is longer than the menu and
+/// `mostUnknownIds`, whatever is asked.
 class StatusMenuAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
@@ -83,7 +90,10 @@ class StatusMenuAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath)
 
   public:
-    explicit StatusMenuAdaptor(StatusMenu& menu) : QDBusAbstractAdaptor(&menu), menu_(menu) {}
+    /// Of the unknown ids in a call, how many are named in the reply.
+    static constexpr qsizetype mostUnknownIds = 1000;
+
+    StatusMenuAdaptor(StatusMenu& menu, BusObject& object) : QDBusAbstractAdaptor(&object), menu_(menu) {}
 
     [[nodiscard]] uint version() const { return 3; }
 

@@ -4,9 +4,7 @@
 #include "desktop/linux/tray/StatusMenu.h"
 #include "desktop/linux/tray/StatusNotifierWatcher.h"
 
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QFile>
 #include <QTimer>
 #include <chrono>
@@ -31,29 +29,33 @@ std::string processName(uint process) {
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, StatusNotifierHandlers handlers, Log& log)
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, StatusNotifierHandlers handlers, Log& log)
     : log_(log)
-    , bus_(std::move(bus))
-    , watcher_(watcherService, bus_, QDBusServiceWatcher::WatchForOwnerChange)
+    , bus_(QString())
+    , object_(itemPath, CallLimit(), this)
     , handlers_(std::move(handlers))
-    , adaptor_(new StatusNotifierItemAdaptor(*this)) {
+    , adaptor_(new StatusNotifierItemAdaptor(*this, object_)) {
     registerStatusNotifierTypes();
-    bus_.registerObject(itemPath, this);
-    followWatcherSignals();
+    watcher_.addWatchedService(watcherService);
     connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString&, const QString&, const QString& newOwner) {
-                newOwner.isEmpty() ? watcherVanished() : watcherAppeared();
+                newOwner.isEmpty() ? watcherVanished() : findWatcher();
             });
-    const auto* const interface = bus_.interface();
-    if (interface != nullptr && interface->isServiceRegistered(watcherService)) {
-        watcherAppeared();
-    } else {
-        log_.write(LogCategory::tray, LogLevel::info, "no watcher runs");
-    }
+    connect(&object_, &BusObject::callsRefused, this, &StatusNotifierItem::announceAll);
+    moveTo(bus);
 }
 
-StatusNotifierItem::~StatusNotifierItem() {
-    if (bus_.isConnected()) bus_.unregisterObject(itemPath);
+void StatusNotifierItem::moveTo(const QDBusConnection& bus) {
+    if (hasWatcher_) watcherVanished();
+    bus_ = bus;
+    object_.moveTo(bus_);
+    watcher_.setConnection(bus_);
+    if (bus_.isConnected()) {
+        followWatcherSignals();
+        findWatcher();
+    } else {
+        noWatcherFound();
+    }
 }
 
 void StatusNotifierItem::followWatcherSignals() {
@@ -65,10 +67,25 @@ void StatusNotifierItem::followWatcherSignals() {
     follow("StatusNotifierHostUnregistered", SLOT(readHasHost()));
 }
 
-void StatusNotifierItem::watcherAppeared() {
+void StatusNotifierItem::findWatcher() {
+    search_ = std::make_unique<QDBusPendingCallWatcher>(bus_.asyncCall(watcherProcessQuestion()));
+    connect(search_.get(), &QDBusPendingCallWatcher::finished, this, [this] {
+        const QDBusMessage reply = search_->reply();
+        search_.release()->deleteLater();
+        const std::optional<uint> process = watcherProcessIn(reply);
+        process ? watcherAppeared(*process) : noWatcherFound();
+    });
+}
+
+void StatusNotifierItem::noWatcherFound() {
+    log_.write(LogCategory::tray, LogLevel::info, "no watcher runs");
+    hasHost_ = false;
+    emit watcherChanged();
+}
+
+void StatusNotifierItem::watcherAppeared(uint process) {
     hasWatcher_ = true;
     hasHost_.reset();
-    const uint process = bus_.interface()->servicePid(watcherService).value();
     watcherProcess_ = processName(process);
     log_.write(LogCategory::tray, LogLevel::info, [&] {
         const std::string& name = watcherProcess_.empty() ? "?" : watcherProcess_;
@@ -76,11 +93,15 @@ void StatusNotifierItem::watcherAppeared() {
     });
     registerWithWatcher();
     readHasHost();
-    // Some hosts cache the properties of an item that they know from before.
+    announceAll(); // some hosts cache the properties of an item that they know from before
+    emit watcherChanged();
+}
+
+void StatusNotifierItem::announceAll() {
     emit adaptor_->NewTitle();
     emit adaptor_->NewIcon();
+    emit adaptor_->NewToolTip();
     emit adaptor_->XAyatanaNewLabel(content_.label, adaptor_->labelGuide());
-    emit watcherChanged();
 }
 
 void StatusNotifierItem::registerWithWatcher() {
@@ -154,6 +175,7 @@ void StatusNotifierItem::setHasHost(bool hasHost) {
 }
 
 void StatusNotifierItem::watcherVanished() {
+    search_ = nullptr;
     hasWatcher_ = false;
     hasHost_ = false;
     watcherProcess_.clear();

@@ -1,17 +1,20 @@
 #pragma once
 
+#include "desktop/linux/session/BusObject.h"
 #include "desktop/linux/tray/StatusNotifierTypes.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -47,7 +50,7 @@ struct StatusNotifierHandlers {
 };
 
 /// An item on the session bus (org.kde.StatusNotifierItem). Registers with every watcher that appears, until
-/// it is destroyed. One per connection. Main thread.
+/// it is destroyed. One per connection. Never waits for the bus. Main thread.
 class StatusNotifierItem final : public QObject {
     Q_OBJECT
 
@@ -56,21 +59,24 @@ class StatusNotifierItem final : public QObject {
     static constexpr int mostRepeatedRegistrations = 5;
 
     /// The log must outlive the object.
-    StatusNotifierItem(QDBusConnection bus, StatusNotifierHandlers handlers, Log& log);
+    StatusNotifierItem(const QDBusConnection& bus, StatusNotifierHandlers handlers, Log& log);
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
-    ~StatusNotifierItem() override;
+    ~StatusNotifierItem() override = default;
+
+    /// Goes on on another connection, after the earlier one was lost: looks for a watcher there.
+    void moveTo(const QDBusConnection& bus);
 
     /// Notifies hosts of the properties that have changed, and only of those.
     void setContent(const StatusNotifierContent& content);
 
     [[nodiscard]] const StatusNotifierContent& content() const { return content_; }
 
-    /// Whether a watcher runs. It may have refused the item.
+    /// Whether a watcher runs, as far as the bus has told. It may have refused the item.
     [[nodiscard]] bool hasWatcher() const { return hasWatcher_; }
 
-    /// Whether a watcher runs and has a host, which shows items. No value until the watcher has replied. A
-    /// watcher that does not tell counts as one with a host.
+    /// Whether a watcher runs and has a host, which shows items. No value until the bus and the watcher have
+    /// replied. A watcher that does not tell counts as one with a host.
     [[nodiscard]] std::optional<bool> hasHost() const { return hasHost_; }
 
     /// The name of the watcher's process, at most 15 characters. Empty without a watcher, or if unknown.
@@ -83,8 +89,11 @@ class StatusNotifierItem final : public QObject {
   private:
     friend class StatusNotifierItemAdaptor;
 
-    void watcherAppeared();
+    void findWatcher();
+    void watcherAppeared(uint process);
+    void noWatcherFound();
     void watcherVanished();
+    void announceAll();
     void registerWithWatcher();
     void registrationEnded(const QDBusError& error);
     void registerAgainSoon();
@@ -95,9 +104,11 @@ class StatusNotifierItem final : public QObject {
 
     Log& log_;
     QDBusConnection bus_;
+    BusObject object_;
     QDBusServiceWatcher watcher_;
+    std::unique_ptr<QDBusPendingCallWatcher> search_; ///< for the watcher; null if none is under way
     bool hasWatcher_ = false;
-    std::optional<bool> hasHost_ = false;
+    std::optional<bool> hasHost_;
     std::string watcherProcess_;
     bool isRegistrationPosted_ = false;
     int repeatedRegistrations_ = 0;           ///< since the start of:
@@ -136,7 +147,11 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
 
   public:
-    explicit StatusNotifierItemAdaptor(StatusNotifierItem& item) : QDBusAbstractAdaptor(&item), item_(item) {}
+    /// Longer activation tokens are none.
+    static constexpr qsizetype longestToken = 1024;
+
+    StatusNotifierItemAdaptor(StatusNotifierItem& item, BusObject& object)
+        : QDBusAbstractAdaptor(&object), item_(item) {}
 
     [[nodiscard]] QString category() const { return "Hardware"; }
 
@@ -174,7 +189,7 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
 
     /// Wayland hosts call it before Activate.
     void ProvideXdgActivationToken(const QString& token) const {
-        item_.handlers_.activationTokenGiven(token);
+        if (token.size() <= longestToken) item_.handlers_.activationTokenGiven(token);
     }
 
     // The protocol requires these. A left click and the menu cover what they would do.

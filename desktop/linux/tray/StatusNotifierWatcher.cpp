@@ -5,6 +5,20 @@
 
 namespace kelvinbar {
 
+QDBusMessage watcherProcessQuestion() {
+    constexpr auto busService = "org.freedesktop.DBus";
+    QDBusMessage call = QDBusMessage::createMethodCall(busService, "/org/freedesktop/DBus", busService,
+                                                       "GetConnectionUnixProcessID");
+    call << watcherService;
+    return call;
+}
+
+std::optional<uint> watcherProcessIn(const QDBusMessage& reply) {
+    if (reply.type() == QDBusMessage::ReplyMessage) return reply.arguments().value(0).toUInt();
+    const bool isThere = reply.errorName() == "org.freedesktop.DBus.Error.UnixProcessIdUnknown";
+    return isThere ? std::optional(0U) : std::nullopt;
+}
+
 QDBusMessage hostQuestion() {
     QDBusMessage call =
         QDBusMessage::createMethodCall(watcherService, watcherPath, "org.freedesktop.DBus.Properties", "Get");

@@ -61,10 +61,18 @@ TrayItem::TrayItem(const QDBusConnection& bus, const TrayContext& context, const
 
 void TrayItem::followTray() {
     QObject::connect(&item_, &StatusNotifierItem::watcherChanged, [this] { watcherChanged(); });
+    QObject::connect(&context_.busKeeper, &BusKeeper::reconnected, &item_,
+                     [this](const QDBusConnection& bus) { moveTo(bus); });
     QObject::connect(&context_.colors, &BarColors::changed, &item_, [this] { colorsChanged(); });
     // Not at once: whoever makes the item is told when it has been made.
     QMetaObject::invokeMethod(
         &item_, [this] { reportTray(); }, Qt::QueuedConnection);
+}
+
+/// The menu first: a host reads it as soon as the item is registered.
+void TrayItem::moveTo(const QDBusConnection& bus) {
+    menu_.moveTo(bus);
+    item_.moveTo(bus);
 }
 
 std::unique_ptr<XEmbedTrayIcon> TrayItem::makeXEmbedIcon() {

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "desktop/Desktop.h"
+#include "desktop/linux/session/BusKeeper.h"
 #include "desktop/linux/session/FocusRight.h"
 #include "desktop/linux/tray/BarColors.h"
 #include "desktop/linux/tray/StatusMenu.h"
@@ -47,6 +48,7 @@ struct TrayContext {
     std::string desktopNames; ///< the value of XDG_CURRENT_DESKTOP
     BarColors& colors;
     UserDefaults& userDefaults;
+    BusKeeper& busKeeper;
     TraySurroundings surroundings; ///< none of them empty
     /// Makes the icon for XEmbed trays. Empty, or returns null, where these are not supported.
     std::function<std::unique_ptr<XEmbedTrayIcon>(XEmbedTrayHandlers)> makeXEmbedIcon;
@@ -96,6 +98,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void appendDesktopEntries(std::vector<StatusMenuEntry>& entries);
     void setAlternates(bool alternates);
     void followTray();
+    void moveTo(const QDBusConnection& bus);
     void watcherChanged();
     void decideOnLabels();
     void colorsChanged();

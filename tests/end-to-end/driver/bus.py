@@ -29,6 +29,13 @@ class Bus:
         )
         return reply.unpack()
 
+    def own(self, name: str) -> None:
+        self._ask_bus("RequestName", GLib.Variant("(su)", (name, 0)))
+
+    def emit(self, path: str, interface: str, signal: str, arguments: GLib.Variant) -> None:
+        self._connection.emit_signal(None, path, interface, signal, arguments)
+        self._connection.flush_sync(None)
+
     def property(self, service: str, path: str, interface: str, name: str):
         arguments = GLib.Variant("(ss)", (interface, name))
         return self.call(service, path, "org.freedesktop.DBus.Properties", "Get", arguments)[0]

@@ -50,10 +50,10 @@ class Desktop:
         self.screen = Screen(size, self.environment, self._log("screen"))
         self.environment["DISPLAY"] = self.screen.display
         self._processes: list[Process] = []
+        self._buses: dict[str, Process] = {}
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self._start_bus("system-bus")
-        address = self._start_bus("session-bus")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
-        self.bus = Bus(address)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus("session-bus")
+        self.bus = Bus(self.environment["DBUS_SESSION_BUS_ADDRESS"])
 
     def stop(self) -> None:
         self.bus.close()
@@ -62,6 +62,13 @@ class Desktop:
         self.screen.stop()
         kill_processes_of(self.home)
         shutil.rmtree(self.home, ignore_errors=True)
+
+    def restart_session_bus(self) -> None:
+        """Ends the bus as a crash does, and starts another at the same address."""
+        self.bus.close()
+        self._buses["session-bus"].kill()
+        (self.runtime / "session-bus").unlink()
+        self.bus = Bus(self._start_bus("session-bus"))
 
     def start(self, name: str, command: Sequence[str], environment: Additions | None = None) -> Process:
         """Starts a program. Its output goes to the log of this name."""
@@ -150,7 +157,7 @@ class Desktop:
         address = f"unix:path={self.runtime / name}"
         configuration = self.home / "bus.conf"
         self.write(configuration, BUS_CONFIGURATION)
-        self.start(
+        self._buses[name] = self.start(
             name, ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", f"--address={address}"]
         )
         wait_until(5, f"the {name}", lambda: _accepts_connections(self.runtime / name))

@@ -73,8 +73,11 @@ class Program:
     def wait_for_tray(self) -> None:
         wait_until(REGISTRATION_SECONDS, "the item in the tray", self.is_registered)
 
+    def send(self, number: signal.Signals) -> None:
+        self._process.send(number)
+
     def kill(self) -> None:
-        self._process.send(signal.SIGKILL)
+        self.send(signal.SIGKILL)
         self._process.status(QUIT_SECONDS)
 
     def wait(self) -> None:
@@ -83,7 +86,7 @@ class Program:
         assert status == 0, f"the program ended with status {status}"
 
     def finish(self) -> None:
-        self._process.send(signal.SIGTERM)
+        self.send(signal.SIGTERM)
         self.wait()
 
 

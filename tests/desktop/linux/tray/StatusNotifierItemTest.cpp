@@ -85,8 +85,9 @@ class StatusNotifierItemTest : public testing::Test {
 
 TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatRuns) {
     watcher_.appear();
-    EXPECT_TRUE(makeItem().hasWatcher());
+    const StatusNotifierItem& item = makeItem();
     ASSERT_TRUE(waitForRegistrations(1));
+    EXPECT_TRUE(item.hasWatcher());
     const QString service = watcher_.items().first();
     const PrivateBus other;
     EXPECT_EQ(other.connection().interface()->serviceOwner(service).value(), bus_.address());
@@ -157,7 +158,38 @@ TEST_F(StatusNotifierItemTest, KnowsTheWatchersProcess) {
     EXPECT_EQ(item.watcherProcess(), "");
 }
 
-TEST_F(StatusNotifierItemTest, HasNoHostWithoutAWatcher) { EXPECT_EQ(makeItem().hasHost(), false); }
+TEST_F(StatusNotifierItemTest, HasNoHostWithoutAWatcher) {
+    const StatusNotifierItem& item = makeItem();
+    EXPECT_TRUE(waitFor([&] { return item.hasHost() == false; }));
+}
+
+TEST_F(StatusNotifierItemTest, RegistersOnTheBusThatItMovesTo) {
+    watcher_.appear();
+    StatusNotifierItem& item = makeItem();
+    ASSERT_TRUE(waitForRegistrations(1));
+    item.setContent(sampleContent());
+    const PrivateBus next;
+    item.moveTo(next.connection());
+    ASSERT_TRUE(waitForRegistrations(2));
+    EXPECT_EQ(watcher_.items().last(), next.address());
+    BusPeer host(next.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
+    EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "47° 1200rpm");
+}
+
+TEST_F(StatusNotifierItemTest, IgnoresAnActivationTokenWithoutMeasure) {
+    makeItem();
+    BusPeer host = makeHost();
+    host.call("ProvideXdgActivationToken", {QString(100'000, 'x')});
+    EXPECT_THAT(tokens_, IsEmpty());
+}
+
+TEST_F(StatusNotifierItemTest, TellsHostsToReadItAgainAfterItHasRefusedCalls) {
+    makeItem();
+    BusPeer host = makeHost();
+    for (int call = 0; call < 1000; ++call) host.call("ContextMenu", {0, 0});
+    EXPECT_TRUE(waitFor([&] { return !host.received("NewIcon").isEmpty(); }));
+    EXPECT_FALSE(host.received("XAyatanaNewLabel").isEmpty());
+}
 
 TEST_F(StatusNotifierItemTest, DoesNotKnowTheHostBeforeTheWatcherReplies) {
     watcher_.host = false;

@@ -106,6 +106,7 @@ class Tray {
         , context_{.desktopNames = desktopNames,
                    .colors = colors_,
                    .userDefaults = defaults,
+                   .busKeeper = keeper_,
                    .surroundings = {.placeOfClick = [this](QPoint reported) -> std::optional<QPoint> {
                                         if (reported.isNull()) return std::nullopt;
                                         return reported + clickOffset;
@@ -133,6 +134,11 @@ class Tray {
         , host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem")
         , menu_(bus_.address(), StatusMenu::path, "com.canonical.dbusmenu") {
         item.setAction(note("toggle"));
+    }
+
+    /// Waits until it is known whether there is a tray.
+    void settle() {
+        EXPECT_TRUE(waitFor([this] { return !trays.empty(); }));
     }
 
     void setTitle(const std::string& text) {
@@ -244,6 +250,7 @@ class Tray {
     PrivateBus bus_;
     DesktopHandlers handlers_;
     BarColors colors_;
+    BusKeeper keeper_{bus_.connection(), QDBusConnection::SessionBus, recording.log};
     TrayContext context_;
 
   public:
@@ -470,6 +477,7 @@ TEST(TrayItem, AlternatesFromTheStartIfItDidBefore) {
 
 TEST(TrayItem, DoesNotWakeUpWhereThereIsNothingToAlternate) {
     Tray tray(withoutLabels, alternating);
+    tray.settle();
     EXPECT_FALSE(tray.wakesUp());
     tray.pin({cpu, charging});
     EXPECT_FALSE(tray.wakesUp());
@@ -516,9 +524,9 @@ TEST(TrayItem, BelievesTheWatcherRatherThanTheDesktop) {
 
 TEST(TrayItem, ReportsThatThereIsNoTray) {
     Tray tray(withoutLabels);
-    EXPECT_EQ(tray.item.hasTray(), false);
     EXPECT_THAT(tray.trays, IsEmpty()); // the item is just being made
-    QCoreApplication::processEvents();
+    tray.settle();
+    EXPECT_EQ(tray.item.hasTray(), false);
     EXPECT_THAT(tray.trays, ElementsAre(false));
 }
 
@@ -571,6 +579,7 @@ TEST(TrayItem, DrawsTheReadingAgainOnlyWhenItsTextChanged) {
 
 TEST(TrayItem, PublishesTitleAndToolTipTogether) {
     Tray tray(withLabels);
+    tray.settle();
     int questions = 0;
     tray.whenAskedForPins = [&] { ++questions; };
     tray.item.setTitle({"50°", {}});
@@ -761,10 +770,11 @@ TEST(TrayItem, AClickThatHasDismissedThePanelDoesNotOpenItAgain) {
 
 TEST(TrayItem, LogsHowItIsShownAndWhereItIsClicked) {
     Tray tray(withLabels);
+    tray.settle();
     tray.item.activate(QRect(700, 4, 1, 1));
     EXPECT_THAT(tray.recording.lines(),
-                ElementsAre("kelvinbar: tray info: no watcher runs",
-                            "kelvinbar: tray debug: readings are beside the icon, for a dark panel",
+                ElementsAre("kelvinbar: tray debug: readings are beside the icon, for a dark panel",
+                            "kelvinbar: tray info: no watcher runs",
                             "kelvinbar: tray debug: clicked at 700, 4"));
 }
 
@@ -795,10 +805,12 @@ class TrayStatusBarTest : public testing::Test {
     fakes::RecordingLog recording_;
     fakes::RecordingUserDefaults defaults_;
     BarColors colors_{withLabels, bus_.connection(), {}};
+    BusKeeper keeper_{bus_.connection(), QDBusConnection::SessionBus, recording_.log};
     TrayStatusBar statusBar_{bus_.connection(),
                              {.desktopNames = withLabels,
                               .colors = colors_,
                               .userDefaults = defaults_,
+                              .busKeeper = keeper_,
                               .surroundings = {},
                               .makeXEmbedIcon = {},
                               .desktopEntries = {},
@@ -852,9 +864,11 @@ class MortalItem {
 
   private:
     BarColors colors_{withLabels, bus.connection(), {}};
+    BusKeeper keeper_{bus.connection(), QDBusConnection::SessionBus, recording_.log};
     const TrayContext context_{.desktopNames = withLabels,
                                .colors = colors_,
                                .userDefaults = defaults_,
+                               .busKeeper = keeper_,
                                .surroundings = {.placeOfClick = [](QPoint reported) { return reported; },
                                                 .visibleFrameAround = [](const Rect&) { return Rect(); },
                                                 .takesClick = [] { return false; }},
