@@ -476,8 +476,8 @@ struct StoreWithoutMemory : StoreRefresh {
 
 TEST_F(StoreWithoutMemory, KeepsReadingsPinsAndHiddenKeys) {
     makeRefreshedStore({temperatureKey("TC0P", 40), temperatureKey("TG0D", 50)});
-    store->toggleMenuBarReading(readingOf("TC0P"));
-    store->hideReading(readingOf("TG0D"));
+    store->toggleMenuBarReading(fakes::readingOf("TC0P"));
+    store->hideReading(fakes::readingOf("TG0D"));
     const auto before = readingKeys();
     endMemory();
     refresh(true);
