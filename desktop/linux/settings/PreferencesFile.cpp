@@ -74,9 +74,11 @@ StoredPreferences valuesOf(const QSettings& settings) {
     return stored;
 }
 
-/// The value as QSettings stores it, which keeps no other types of ours.
+/// The value as QSettings stores it, which keeps no other types of ours. It reads a list with an element that
+/// begins with "@" as one of variants.
 QStringList textsOf(const QVariant& value) {
-    return value.typeId() == QMetaType::QStringList ? value.toStringList() : QStringList(value.toString());
+    const bool isList = value.typeId() == QMetaType::QStringList || value.typeId() == QMetaType::QVariantList;
+    return isList ? value.toStringList() : QStringList(value.toString());
 }
 
 bool holdSameTexts(const Values& left, const Values& right) {
