@@ -77,9 +77,14 @@ struct StoredPreferences {
     bool isDamaged = false; ///< the values are what could still be read
 };
 
+/// QSettings reads a list with an element that begins with "@" as one of variants.
+bool isList(const QVariant& value) {
+    return value.typeId() == QMetaType::QStringList || value.typeId() == QMetaType::QVariantList;
+}
+
 /// The value as QSettings stores it, which keeps no other types of ours.
 QStringList textsOf(const QVariant& value) {
-    return value.typeId() == QMetaType::QStringList ? value.toStringList() : QStringList(value.toString());
+    return isList(value) ? value.toStringList() : QStringList(value.toString());
 }
 
 bool isOurKey(const QString& key) {
@@ -89,7 +94,7 @@ bool isOurKey(const QString& key) {
 
 bool isOurValue(const QVariant& value) {
     static const QRegularExpression garbage("[\\x{FFFD}\\x00-\\x08\\x0A-\\x1F\\x7F]");
-    const bool isText = value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QStringList;
+    const bool isText = value.typeId() == QMetaType::QString || isList(value);
     return isText && textsOf(value).filter(garbage).isEmpty();
 }
 

@@ -238,6 +238,14 @@ TEST_F(PreferencesFileTest, SavesBesideKeysThatItCannotWrite) {
     EXPECT_EQ(bytes(), "[General]\nKey=text\nd=4\n");
 }
 
+TEST_F(PreferencesFileTest, SavesBesideListsThatItReadsAsOthers) {
+    write("[General]\na=@b, c\nd=e, \"f\\0g\"\n");
+    PreferencesFile defaults = open();
+    defaults.setText("Key", "text");
+    EXPECT_TRUE(defaults.flush(10s));
+    EXPECT_EQ(open().text("Key"), "text");
+}
+
 TEST_F(PreferencesFileTest, Removes) {
     auto defaults = open();
     defaults.setTextList("KelvinbarMenuBarKeys", {"TC0P"});
