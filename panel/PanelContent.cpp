@@ -18,6 +18,11 @@ PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
     , controls_(store, loginItem) {
     secondClickWait_.setSingleShot(true);
     connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::endDoubleClickWait);
+    scanWait_.setSingleShot(true);
+    connect(&scanWait_, &QTimer::timeout, this, [this] {
+        isScanLong_ = true;
+        updateTexts();
+    });
     // The open panel grabs the pointer, which the program that opens now needs.
     connect(&controls_, &PanelControls::linkOpened, this, &PanelContent::close);
     observe();
@@ -56,20 +61,38 @@ void PanelContent::update() {
     isUpdatePosted_ = false;
     if (!isOpen_) return;
     controls_.storeChanged();
-    if (secondClickWait_.isActive()) return;
-    if (std::exchange(areSensorsStale_, false)) {
-        sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
-    }
+    updateSensors();
     updateTexts();
+}
+
+void PanelContent::updateSensors() {
+    if (!areSensorsStale_) return;
+    if (secondClickWait_.isActive()) {
+        sensors_.updateInPlace(store_.readings().value(), store_.menuBarKeys().value());
+    } else {
+        sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
+        areSensorsStale_ = false;
+    }
 }
 
 void PanelContent::updateTexts() {
     const auto state =
         static_cast<State>(contentState(store_.isLoading().value(), store_.smcAvailable().value(),
                                         sensors_.visibleReadingCount(), sensors_.sectionCount()));
-    if (std::exchange(state_, state) != state) emit stateChanged();
+    if (state == Scanning && state_ != Scanning && !isScanLong_) {
+        if (!scanWait_.isActive()) scanWait_.start(longScan);
+        return;
+    }
+    scanWait_.stop();
+    isScanLong_ = false;
+    const bool hidesRows = state_ == Sections && state != Sections;
+    if (!hidesRows || !secondClickWait_.isActive()) setState(state);
     const QString message = qtText(store_.statusMessage().value());
     if (std::exchange(statusMessage_, message) != message) emit statusMessageChanged();
+}
+
+void PanelContent::setState(State state) {
+    if (std::exchange(state_, state) != state) emit stateChanged();
 }
 
 double PanelContent::minimumHeight() { return minimumPopoverSize.height; }
@@ -84,6 +107,7 @@ void PanelContent::panelWillOpen(bool reducedMotion) {
 
 void PanelContent::panelDidClose() {
     isOpen_ = false;
+    scanWait_.stop();
     endDoubleClickWait();
 }
 
@@ -94,10 +118,11 @@ void PanelContent::close() {
 
 // Rows
 
-void PanelContent::pressRow(const QString& key) {
+void PanelContent::pressRow(const QString& key, const QPointF& place) {
     sensors_.setCurrentKey(key);
     isSameRowPressed_ = key == pressedKey_;
     pressedKey_ = key;
+    pressedPlace_ = place;
     secondClickWait_.start(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
@@ -117,12 +142,13 @@ void PanelContent::apply(RowAction action, const QString& key) {
     (store_.*action)(reading);
 }
 
-void PanelContent::pressHideButton(const QString& key) {
-    const bool isSecondClick =
-        sinceHideButton_.isValid() &&
-        sinceHideButton_.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
-    sinceHideButton_.start();
-    if (!isSecondClick) hideRow(key);
+void PanelContent::pressHideButton(const QString& key, const QPointF& place) {
+    if (key == pressedKey_ || !isSecondPressAt(place)) hideRow(key);
+}
+
+bool PanelContent::isSecondPressAt(const QPointF& place) const {
+    const int greatestDistance = QGuiApplication::styleHints()->mouseDoubleClickDistance();
+    return secondClickWait_.isActive() && (place - pressedPlace_).manhattanLength() <= greatestDistance;
 }
 
 void PanelContent::endDoubleClickWait() {
@@ -132,7 +158,7 @@ void PanelContent::endDoubleClickWait() {
 }
 
 void PanelContent::whenRowsMayMove(std::function<void()> change) {
-    if (secondClickWait_.isActive()) {
+    if (secondClickWait_.isActive() && sensors_.isHovered()) {
         changeAfterWait_ = std::move(change);
     } else {
         change();

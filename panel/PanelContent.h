@@ -5,10 +5,11 @@
 #include "panel/PanelControls.h"
 #include "panel/SensorList.h"
 
-#include <QElapsedTimer>
 #include <QObject>
+#include <QPointF>
 #include <QString>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <qqmlregistration.h>
 #include <string>
@@ -26,8 +27,11 @@ class KelvinbarStore;
 /// SensorList and in PanelControls.
 ///
 /// Pitfall: rows must not move between the two clicks of a double-click, or the second would hit another row.
-/// A press therefore delays updates of the list for the system's double-click interval; controls are updated
-/// regardless. Whatever moves rows by other means must go through `whenRowsMayMove`.
+/// After a press they therefore keep their places for the system's double-click interval; values and texts
+/// follow the store regardless. Whatever moves rows by other means must go through `whenRowsMayMove`.
+///
+/// A refresh without readings scans anew each time. What the panel shows and says stays until a scan takes
+/// longer than `longScan`, so that it does not flip with every refresh.
 ///
 /// Main thread. Store and login item outlive it.
 class PanelContent final : public QObject {
@@ -53,6 +57,8 @@ class PanelContent final : public QObject {
     };
     Q_ENUM(State)
 
+    static constexpr std::chrono::milliseconds longScan{400};
+
     /// `closeAction` closes the panel. Store and login item outlive the content.
     PanelContent(KelvinbarStore& store, LoginItemManager& loginItem, const SensorListMetrics& metrics,
                  std::function<void()> closeAction);
@@ -77,8 +83,8 @@ class PanelContent final : public QObject {
     /// Call when the panel has closed. Ends the wait for a second click.
     void panelDidClose();
 
-    /// Runs `change`, which moves rows on the screen: at once, or when the double-click interval has passed.
-    /// Of several changes during one interval only the last runs.
+    /// Runs `change`, which moves rows on the screen: when the double-click interval has passed, or at once
+    /// where no row is under the pointer. Of several changes during one interval only the last runs.
     void whenRowsMayMove(std::function<void()> change);
 
     /// Opens what the panel says about the program. Call while the panel is open.
@@ -87,18 +93,18 @@ class PanelContent final : public QObject {
     /// The close action may destroy the content.
     Q_INVOKABLE void close();
 
-    /// Call for each press on a row. Makes it the current row, and delays updates until a second press can no
-    /// longer follow.
-    Q_INVOKABLE void pressRow(const QString& key);
+    /// Call for each press on a row, with its place in the window. Makes it the current row, and keeps all
+    /// rows in place until a second press can no longer follow.
+    Q_INVOKABLE void pressRow(const QString& key, const QPointF& place);
     /// Call after both presses of a double-click. Pins or unpins the row; does nothing if the presses were on
     /// different rows.
     Q_INVOKABLE void doubleClickRow(const QString& key);
     /// Pins the reading to the menu bar, or unpins it. Unknown keys are ignored, here and below.
     Q_INVOKABLE void toggleRow(const QString& key);
     Q_INVOKABLE void hideRow(const QString& key);
-    /// Hides a row. Ignores the second press of a double-click, because it would hit the row that has moved
-    /// up.
-    Q_INVOKABLE void pressHideButton(const QString& key);
+    /// Hides the row whose button is pressed, however quickly presses follow each other. Ignores the second
+    /// press of a double-click that began on another row.
+    Q_INVOKABLE void pressHideButton(const QString& key, const QPointF& place);
 
   signals:
     /// The content is up to date and the panel is about to be shown.
@@ -116,7 +122,10 @@ class PanelContent final : public QObject {
     void postUpdate();
     void updateAsPosted();
     void update();
+    void updateSensors();
     void updateTexts();
+    void setState(State state);
+    [[nodiscard]] bool isSecondPressAt(const QPointF& place) const;
     /// Runs `action` on the reading with `key`, after updates that were delayed.
     void apply(RowAction action, const QString& key);
     void endDoubleClickWait();
@@ -132,9 +141,11 @@ class PanelContent final : public QObject {
     bool isUpdatePosted_ = false;
     bool areSensorsStale_ = true; ///< the list lags behind the store
     QString pressedKey_;
+    QPointF pressedPlace_;          ///< in the window
     bool isSameRowPressed_ = false; ///< by the last two presses
     QTimer secondClickWait_;
-    QElapsedTimer sinceHideButton_;
+    QTimer scanWait_;                       ///< runs while a scan is not shown yet
+    bool isScanLong_ = false;               ///< it takes longer than `longScan`
     std::function<void()> changeAfterWait_; ///< see `whenRowsMayMove`
     std::vector<Registration> observers_;
 };

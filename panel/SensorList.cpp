@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
 #include <utility>
 
 namespace kelvinbar {
@@ -27,6 +28,20 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
         requestViewportTop(formerViewportTop + spanOfRow(*number).top - formerTop);
         break;
     }
+    publish();
+}
+
+void SensorList::updateInPlace(const std::vector<SMCReading>& readings,
+                               const std::vector<std::string>& menuBarKeys) {
+    std::unordered_map<std::string_view, const SMCReading*> freshReadings;
+    for (const SMCReading& reading : readings) {
+        if (reading.hasDisplayableValue()) freshReadings.emplace(reading.key, &reading);
+    }
+    for (SMCReading& shown : readings_) {
+        const auto fresh = freshReadings.find(shown.key);
+        if (fresh != freshReadings.end()) shown = *fresh->second;
+    }
+    menuBarKeys_ = menuBarKeys;
     publish();
 }
 

@@ -106,6 +106,8 @@ class ViewStage final : public QObject {
 
     /// Two clicks of the left button on the centre of `item`, `milliseconds` apart by their timestamps.
     Q_INVOKABLE void clickTwice(QQuickItem* item, int milliseconds);
+    /// A click of the left button at that place in the window of `item`, so many milliseconds after the last.
+    Q_INVOKABLE void clickAt(QQuickItem* item, double x, double y, int milliseconds);
 
   signals:
     void contentChanged();
