@@ -160,6 +160,7 @@ void KelvinbarStore::restartIfAbandoned(std::optional<RunningPass>& task) {
 }
 
 void KelvinbarStore::applyFullResult(SMCLoadResult result) {
+    ranges_.record(result.readings);
     smcAvailable_.set(result.smcAvailable);
     readings_.set(std::move(result.readings));
     if (result.keyHistory) followMovedKeys(*std::move(result.keyHistory));
@@ -207,6 +208,7 @@ void KelvinbarStore::rememberDiscovery(KeySet keys) {
 void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
     auto pinned = result.silent.empty() ? keptKeys(menuBarKeys_.value(), keysOf(result.readings))
                                         : menuBarKeys_.value();
+    ranges_.record(result.readings);
     patchReadings(std::move(result.readings));
     // Unlike a full pass, a pass without readings keeps the pins.
     if (!pinned.empty() && pinned != menuBarKeys_.value()) setMenuBarKeys(pinned);
@@ -270,6 +272,11 @@ void KelvinbarStore::hideReading(const SMCReading& reading) {
 }
 
 void KelvinbarStore::unhideAllReadings() { setHiddenKeys({}); }
+
+void KelvinbarStore::showReading(const std::string& key) {
+    KeySet keys = hiddenKeys_.value();
+    if (keys.erase(key) > 0) setHiddenKeys(std::move(keys));
+}
 
 void KelvinbarStore::setHiddenKeys(KeySet keys) {
     const auto self = shared_from_this(); // an observer may release the store
