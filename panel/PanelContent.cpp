@@ -1,11 +1,15 @@
 #include "panel/PanelContent.h"
 
+#include "panel/PanelFrameMetrics.h"
+#include "panel/SensorRowTexts.h"
+#include "qt/Clipboard.h"
 #include "qt/QtText.h"
 #include "shell/PopoverSizing.h"
 #include "store/KelvinbarStore.h"
 
 #include <QGuiApplication>
 #include <QStyleHints>
+#include <algorithm>
 #include <utility>
 
 namespace kelvinbar {
@@ -15,7 +19,10 @@ PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
     : store_(store)
     , closeAction_(std::move(closeAction))
     , sensors_(metrics, store.texts().memoryCard)
-    , controls_(store, loginItem) {
+    , controls_(store, loginItem)
+    , hidden_(store)
+    , search_(sensors_)
+    , rowMenu_(store, sensors_) {
     secondClickWait_.setSingleShot(true);
     connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::endDoubleClickWait);
     scanWait_.setSingleShot(true);
@@ -61,18 +68,28 @@ void PanelContent::update() {
     isUpdatePosted_ = false;
     if (!isOpen_) return;
     controls_.storeChanged();
+    hidden_.storeChanged();
     updateSensors();
+    updateSpareHeight();
     updateTexts();
 }
 
 void PanelContent::updateSensors() {
     if (!areSensorsStale_) return;
-    if (secondClickWait_.isActive()) {
+    if (secondClickWait_.isActive() || isListMoving_) {
         sensors_.updateInPlace(store_.readings().value(), store_.menuBarKeys().value());
     } else {
         sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
         areSensorsStale_ = false;
     }
+}
+
+void PanelContent::updateSpareHeight() {
+    const bool isDynamic = store_.displayMode().value() == SMCWindowDisplayMode::dynamic;
+    const double given = dynamicPopoverHeight(store_.readings().value(), store_.hiddenKeys().value());
+    const double taken = PanelFrameMetrics().height() + sensors_.contentHeight();
+    const double spare = isDynamic ? std::max(0.0, given - taken) : 0;
+    if (std::exchange(spareHeight_, spare) != spare) emit spareHeightChanged();
 }
 
 void PanelContent::updateTexts() {
@@ -108,7 +125,15 @@ void PanelContent::panelWillOpen(bool reducedMotion) {
 void PanelContent::panelDidClose() {
     isOpen_ = false;
     scanWait_.stop();
+    search_.end();
+    hidden_.endOffer();
+    isListMoving_ = false;
     endDoubleClickWait();
+}
+
+void PanelContent::setListMoving(bool isMoving) {
+    isListMoving_ = isMoving;
+    if (!isMoving) update();
 }
 
 void PanelContent::close() {
@@ -130,16 +155,27 @@ void PanelContent::doubleClickRow(const QString& key) {
     if (isSameRowPressed_ && key == pressedKey_) toggleRow(key);
 }
 
-void PanelContent::toggleRow(const QString& key) { apply(&KelvinbarStore::toggleMenuBarReading, key); }
+void PanelContent::toggleRow(const QString& key) {
+    apply([this](const SMCReading& reading) { store_.toggleMenuBarReading(reading); }, key);
+}
 
-void PanelContent::hideRow(const QString& key) { apply(&KelvinbarStore::hideReading, key); }
+void PanelContent::hideRow(const QString& key) {
+    apply([this](const SMCReading& reading) { hidden_.hide(reading); }, key);
+}
 
-void PanelContent::apply(RowAction action, const QString& key) {
+void PanelContent::copyCurrentRow() const {
+    if (const SMCReading* const reading = sensors_.reading(sensors_.currentKey())) {
+        copyToClipboard(clipboardLine(*reading));
+    }
+}
+
+void PanelContent::apply(const RowAction& action, const QString& key) {
     const SMCReading* const shown = sensors_.reading(key);
     if (shown == nullptr) return;
     const SMCReading reading = *shown; // a copy: the delayed update may remove it
+    isListMoving_ = false;             // what the user asks for is seen at once
     endDoubleClickWait();
-    (store_.*action)(reading);
+    action(reading);
 }
 
 void PanelContent::pressHideButton(const QString& key, const QPointF& place) {

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "base/HandlerList.h"
+#include "panel/HiddenRows.h"
 #include "panel/PanelContentState.h"
 #include "panel/PanelControls.h"
+#include "panel/RowSearch.h"
 #include "panel/SensorList.h"
+#include "panel/SensorRowMenu.h"
 
 #include <QObject>
 #include <QPointF>
@@ -44,6 +47,12 @@ class PanelContent final : public QObject {
     Q_PROPERTY(QString scanningText READ scanningText CONSTANT)
     Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
     Q_PROPERTY(kelvinbar::PanelControls* controls READ controls CONSTANT)
+    Q_PROPERTY(kelvinbar::HiddenRows* hidden READ hidden CONSTANT)
+    Q_PROPERTY(kelvinbar::RowSearch* search READ search CONSTANT)
+    Q_PROPERTY(kelvinbar::SensorRowMenu* rowMenu READ rowMenu CONSTANT)
+    /// What dynamic mode gives beyond the height of the list, in points: for categories that share a card,
+    /// and for readings without one. The footer takes it.
+    Q_PROPERTY(double spareHeight READ spareHeight NOTIFY spareHeightChanged)
     /// The smallest height of the layout, in points. A lower window shows its upper part.
     Q_PROPERTY(double minimumHeight READ minimumHeight CONSTANT)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
@@ -73,6 +82,14 @@ class PanelContent final : public QObject {
 
     [[nodiscard]] PanelControls* controls() { return &controls_; }
 
+    [[nodiscard]] HiddenRows* hidden() { return &hidden_; }
+
+    [[nodiscard]] RowSearch* search() { return &search_; }
+
+    [[nodiscard]] SensorRowMenu* rowMenu() { return &rowMenu_; }
+
+    [[nodiscard]] double spareHeight() const { return spareHeight_; }
+
     [[nodiscard]] static double minimumHeight();
 
     [[nodiscard]] bool reducedMotion() const { return reducedMotion_; }
@@ -93,6 +110,10 @@ class PanelContent final : public QObject {
     /// The close action may destroy the content.
     Q_INVOKABLE void close();
 
+    /// Call when the list begins or ends to move by itself or under a finger. While it moves, rows keep
+    /// their places in it.
+    Q_INVOKABLE void setListMoving(bool isMoving);
+
     /// Call for each press on a row, with its place in the window. Makes it the current row, and keeps all
     /// rows in place until a second press can no longer follow.
     Q_INVOKABLE void pressRow(const QString& key, const QPointF& place);
@@ -102,6 +123,8 @@ class PanelContent final : public QObject {
     /// Pins the reading to the menu bar, or unpins it. Unknown keys are ignored, here and below.
     Q_INVOKABLE void toggleRow(const QString& key);
     Q_INVOKABLE void hideRow(const QString& key);
+    /// Name and value of the current row, to the clipboard. Does nothing without one.
+    Q_INVOKABLE void copyCurrentRow() const;
     /// Hides the row whose button is pressed, however quickly presses follow each other. Ignores the second
     /// press of a double-click that began on another row.
     Q_INVOKABLE void pressHideButton(const QString& key, const QPointF& place);
@@ -113,9 +136,10 @@ class PanelContent final : public QObject {
     void stateChanged();
     void statusMessageChanged();
     void reducedMotionChanged();
+    void spareHeightChanged();
 
   private:
-    using RowAction = void (KelvinbarStore::*)(const SMCReading& reading);
+    using RowAction = std::function<void(const SMCReading& reading)>;
 
     void observe();
     /// Schedules `update` for the end of this turn of the event loop.
@@ -127,19 +151,25 @@ class PanelContent final : public QObject {
     void setState(State state);
     [[nodiscard]] bool isSecondPressAt(const QPointF& place) const;
     /// Runs `action` on the reading with `key`, after updates that were delayed.
-    void apply(RowAction action, const QString& key);
+    void apply(const RowAction& action, const QString& key);
+    void updateSpareHeight();
     void endDoubleClickWait();
 
     KelvinbarStore& store_;
     std::function<void()> closeAction_;
     SensorList sensors_;
     PanelControls controls_;
+    HiddenRows hidden_;
+    RowSearch search_;
+    SensorRowMenu rowMenu_;
     State state_ = Scanning;
     QString statusMessage_;
     bool reducedMotion_ = false;
     bool isOpen_ = false;
     bool isUpdatePosted_ = false;
     bool areSensorsStale_ = true; ///< the list lags behind the store
+    bool isListMoving_ = false;
+    double spareHeight_ = 0;
     QString pressedKey_;
     QPointF pressedPlace_;          ///< in the window
     bool isSameRowPressed_ = false; ///< by the last two presses

@@ -1,5 +1,6 @@
 #include "panel/SensorList.h"
 
+#include "panel/SensorRowTexts.h"
 #include "qt/QtText.h"
 
 #include <algorithm>
@@ -137,6 +138,20 @@ void SensorList::hover(const QString& key, bool isHovered) {
     }
 }
 
+QString SensorList::keyAt(double y) const {
+    for (std::size_t section = 0; section < sections_.size(); ++section) {
+        const ReadingList& rows = sections_[section].readings;
+        const auto [first, count] = visibleRows(metrics_, cardSpans_[section], rows.size(), {y, 0});
+        if (count > 0) return qtText(rows[first]->key);
+    }
+    return {};
+}
+
+double SensorList::bottomOf(const QString& key) const {
+    const auto number = numberOfRow(key.toStdString());
+    return number ? spanOfRow(*number).bottom() : 0;
+}
+
 void SensorList::setViewport(double top, double height) {
     const Span viewport{top, height};
     if (viewport == viewport_) return;
@@ -219,6 +234,18 @@ void SensorList::moveCurrentToFirst() {
 
 void SensorList::moveCurrentToLast() {
     if (rowCount() > 0) goToRow(rowCount() - 1);
+}
+
+bool SensorList::goToRowNamed(const QString& text, bool isAfterCurrent) {
+    const auto current = numberOfRow(currentKey_);
+    const std::size_t first = current ? *current + (isAfterCurrent ? 1 : 0) : 0;
+    for (std::size_t step = 0; step < rowCount(); ++step) {
+        const std::size_t number = (first + step) % rowCount();
+        if (!qtText(rowName(readingOfRow(number))).contains(text, Qt::CaseInsensitive)) continue;
+        goToRow(number);
+        return true;
+    }
+    return false;
 }
 
 /// The rows that may replace the current row, best first: those below it, then those above it.

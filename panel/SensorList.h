@@ -41,6 +41,8 @@ class SensorList final : public QObject {
     QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(kelvinbar::SensorCardsModel* cards READ cards CONSTANT)
     Q_PROPERTY(double rowHeight READ rowHeight CONSTANT)
+    /// Of a card, above its first row.
+    Q_PROPERTY(double headerHeight READ headerHeight CONSTANT)
     /// Above the first card and below the last one.
     Q_PROPERTY(double margin READ margin CONSTANT)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
@@ -66,6 +68,8 @@ class SensorList final : public QObject {
 
     [[nodiscard]] double rowHeight() const { return metrics_.rowHeight; }
 
+    [[nodiscard]] double headerHeight() const { return metrics_.cardHeader; }
+
     [[nodiscard]] double margin() const { return metrics_.margin; }
 
     [[nodiscard]] double contentHeight() const { return listHeight(metrics_, cardSpans_); }
@@ -90,6 +94,11 @@ class SensorList final : public QObject {
     /// Whether the pointer is over a row.
     [[nodiscard]] bool isHovered() const { return !hoveredKey_.empty(); }
 
+    /// The row at a distance from the top of the list; empty between rows.
+    Q_INVOKABLE [[nodiscard]] QString keyAt(double y) const;
+    /// The distance of a row's lower edge from the top of the list; 0 for unknown keys.
+    Q_INVOKABLE [[nodiscard]] double bottomOf(const QString& key) const;
+
     /// Call when the list gets the keyboard focus. Makes a row current and scrolls to it: the previous
     /// current row, or else the first one on the screen.
     Q_INVOKABLE void ensureCurrent();
@@ -100,6 +109,10 @@ class SensorList final : public QObject {
     Q_INVOKABLE void moveCurrentByPages(int pages);
     Q_INVOKABLE void moveCurrentToFirst();
     Q_INVOKABLE void moveCurrentToLast();
+    /// The same for the next row whose name contains `text`, in any case; after the last row comes the first.
+    /// `isAfterCurrent`: whether the current row comes last instead of first. Returns false without such a
+    /// row.
+    bool goToRowNamed(const QString& text, bool isAfterCurrent);
 
   signals:
     void contentHeightChanged();

@@ -47,8 +47,6 @@ Item {
         hoverEnabled: true
         onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
         onPressed: mouse => {
-            // With a mouse, a small movement during a double-click must not drag the list; a finger drags it.
-            preventStealing = mouse.source === Qt.MouseEventNotSynthesized;
             HoverTarget.hover(pointer, false);
             row.content.pressRow(row.key, pointer.mapToItem(null, mouse.x, mouse.y));
         }

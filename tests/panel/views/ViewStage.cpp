@@ -5,6 +5,7 @@
 #include "panel/PanelStyle.h"
 #include "qt/QtText.h"
 #include "sensors/Machine.h"
+#include "shell/PopoverSizing.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
@@ -212,6 +213,10 @@ double ViewStage::height() const { return scene().store->manualPopoverHeight().v
 void ViewStage::setHeight(double height) {
     scene().store->setManualPopoverHeight(height);
     QCoreApplication::processEvents();
+}
+
+double ViewStage::dynamicHeight() const {
+    return dynamicPopoverHeight(scene().store->readings().value(), scene().store->hiddenKeys().value());
 }
 
 bool ViewStage::isLoading() const { return scene().store->isLoading().value(); }

@@ -90,6 +90,8 @@ class ViewStage final : public QObject {
     Q_INVOKABLE void setDynamic(bool isDynamic);
     Q_INVOKABLE [[nodiscard]] double height() const;
     Q_INVOKABLE void setHeight(double height);
+    /// What dynamic mode would give on a screen that is high enough.
+    Q_INVOKABLE [[nodiscard]] double dynamicHeight() const;
     Q_INVOKABLE [[nodiscard]] bool isLoading() const;
     Q_INVOKABLE [[nodiscard]] QString statusMessage() const;
     Q_INVOKABLE [[nodiscard]] QString exportText() const;

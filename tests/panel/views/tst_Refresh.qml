@@ -184,11 +184,17 @@ Item {
             compare(stage.pins(), []);
         }
 
-        function test_tenPressesAtOnePlaceHideTenRows() {
+        function test_everyPressAtOnePlaceHidesARow_data() {
+            return [{tag: "the first row of ten", number: 0, presses: 10}, {tag: "beside the line that offers to undo", number: 7, presses: 3}];
+        }
+
+        function test_everyPressAtOnePlaceHidesARow(data) {
             const panel = makePanel();
-            const button = buttonIn(rowIn(panel, "TC0P"), "Hide this property from the list");
+            const whole = rowsIn(panel).filter(item => isInside(placeOf(item), placeOf(listIn(panel))))
+                .sort((one, other) => one.rowTop - other.rowTop);
+            const button = buttonIn(whole[data.number], "Hide this property from the list");
             const place = placeOf(button);
-            for (let count = 1; count <= 10; ++count) {
+            for (let count = 1; count <= data.presses; ++count) {
                 stage.clickAt(panel, place.x + place.width / 2, place.y + place.height / 2, 40);
                 compare(stage.hiddenKeys().length, count);
             }
