@@ -85,10 +85,11 @@ void PanelContent::updateSensors() {
 }
 
 void PanelContent::updateSpareHeight() {
-    const bool isDynamic = store_.displayMode().value() == SMCWindowDisplayMode::dynamic;
-    const double given = dynamicPopoverHeight(store_.readings().value(), store_.hiddenKeys().value());
-    const double taken = PanelFrameMetrics().height() + sensors_.contentHeight();
-    const double spare = isDynamic ? std::max(0.0, given - taken) : 0;
+    double spare = 0;
+    if (store_.displayMode().value() == SMCWindowDisplayMode::dynamic) {
+        const double given = dynamicPopoverHeight(store_.readings().value(), store_.hiddenKeys().value());
+        spare = std::max(0.0, given - PanelFrameMetrics().height() - sensors_.contentHeight());
+    }
     if (std::exchange(spareHeight_, spare) != spare) emit spareHeightChanged();
 }
 
@@ -125,6 +126,7 @@ void PanelContent::panelWillOpen(bool reducedMotion) {
 void PanelContent::panelDidClose() {
     isOpen_ = false;
     scanWait_.stop();
+    controls_.forgetRefresh();
     search_.end();
     hidden_.endOffer();
     isListMoving_ = false;
@@ -133,7 +135,7 @@ void PanelContent::panelDidClose() {
 
 void PanelContent::setListMoving(bool isMoving) {
     isListMoving_ = isMoving;
-    if (!isMoving) update();
+    if (!isMoving && areSensorsStale_) update();
 }
 
 void PanelContent::close() {

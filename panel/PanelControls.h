@@ -89,6 +89,9 @@ class PanelControls final : public QObject {
     /// Call when the store has changed; emits `changed`, and answers a refresh that has ended.
     void storeChanged();
 
+    /// Call when the panel closes: a refresh that still runs is not answered.
+    void forgetRefresh() { isRefreshAsked_ = false; }
+
     /// Call when the panel opens: asks the system for the state of the login item, which the user may have
     /// changed in the system's settings.
     void readLoginItem();

@@ -114,7 +114,7 @@ FocusScope {
 
             anchors.bottom: parent.bottom
             width: parent.width
-            height: implicitHeight + (rest > 0 && rest <= view.content.spareHeight ? rest : 0)
+            height: implicitHeight + Math.max(0, Math.min(rest, view.content.spareHeight))
             content: view.content
         }
     }

@@ -93,7 +93,7 @@ FocusScope {
         // A mouse scrolls with its wheel. It does not drag the list as a finger does, neither on purpose nor with a
         // small movement during a double-click.
         PointHandler {
-            acceptedDevices: PointerDevice.Mouse
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
             onActiveChanged: flickable.interactive = !active
         }
     }

@@ -5,6 +5,7 @@
 #include "tests/fakes/FakeShell.h"
 #include "tests/store/StoreFixture.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -796,6 +797,52 @@ TEST_F(ContentSecondClick, DestructionDuringTheWaitMakesNoMove) {
     content.reset();
     runEventLoop(milliseconds(250));
     EXPECT_EQ(moves, 0);
+}
+
+// While the list is flicked
+
+TEST_F(ContentRows, StayInPlaceWhileTheListMoves) {
+    content->setListMoving(true);
+    moveRows();
+    turn();
+    EXPECT_EQ(rowKeys(), allRows);
+    EXPECT_EQ(valueOf("TC0P"), QString::fromUtf8("61°"));
+    content->setListMoving(false);
+    EXPECT_EQ(rowKeys(), movedRows);
+}
+
+TEST_F(ContentRows, AreHiddenAtOnceWhileTheListMoves) {
+    content->setListMoving(true);
+    content->hideRow("TC0P");
+    turn();
+    EXPECT_EQ(rowKeys(), (Keys{"TC1C", "TG0D", "F0Ac"}));
+}
+
+TEST_F(ContentRows, AMoveOfTheListThatEndsUpdatesNothing) {
+    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    content->setListMoving(true);
+    content->setListMoving(false);
+    EXPECT_EQ(updates.count(), 0);
+}
+
+TEST_F(ContentRows, TheCurrentRowIsCopied) {
+    content->copyCurrentRow();
+    sensors().setCurrentKey("TC1C");
+    content->copyCurrentRow();
+    const QString copied = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(copied.endsWith(QString::fromUtf8("\t41 °C"))) << copied.toStdString();
+}
+
+TEST_F(ContentRows, AreShownAgainPinnedInTheirPlace) {
+    store->setMenuBarKeys({"TC0P", "TC1C", "TG0D"});
+    content->hideRow("TC1C");
+    turn();
+    EXPECT_EQ(content->hidden()->count(), 1);
+    content->hidden()->undo();
+    turn();
+    EXPECT_EQ(rowKeys(), allRows);
+    EXPECT_EQ(pins(), (Keys{"TC0P", "TC1C", "TG0D"}));
+    EXPECT_EQ(content->hidden()->count(), 0);
 }
 
 TEST_F(Content, MayBeDestroyedByItsCloseAction) {

@@ -228,6 +228,14 @@ TEST_F(ActionControls, ARefreshThatNobodyAskedForIsNotAnswered) {
     EXPECT_FALSE(controls->refreshed()->isShown());
 }
 
+TEST_F(ActionControls, ARefreshThatEndsAfterThePanelHasClosedIsNotAnswered) {
+    controls->refresh();
+    controls->forgetRefresh();
+    finishPasses();
+    controls->storeChanged();
+    EXPECT_FALSE(controls->refreshed()->isShown());
+}
+
 TEST_F(ActionControls, CopyIsAnswered) {
     EXPECT_FALSE(controls->copied()->isShown());
     controls->copy();
