@@ -65,6 +65,7 @@ FocusScope {
         onHeightChanged: list.sensors.setViewport(contentY, height)
         onMovingChanged: list.content.setListMoving(moving)
         T.ScrollBar.vertical: scrollBar
+
         Repeater {
             model: list.sensors.cards
 
