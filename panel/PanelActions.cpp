@@ -37,6 +37,14 @@ void increaseHeight(KelvinbarStore& store) {
 
 void resetHeight(KelvinbarStore& store) { store.setManualPopoverHeight(standardPopoverSize.height); }
 
+bool isLowestHeight(const KelvinbarStore& store) {
+    return store.manualPopoverHeight().value() <= minimumPopoverHeight;
+}
+
+bool isGreatestHeight(const KelvinbarStore& store) {
+    return store.manualPopoverHeight().value() >= maximumPopoverHeight;
+}
+
 long long shownHeight(const KelvinbarStore& store) {
     return static_cast<long long>(std::min(store.manualPopoverHeight().value(), greatestShownHeight));
 }

@@ -20,6 +20,10 @@ void decreaseHeight(KelvinbarStore& store);
 void increaseHeight(KelvinbarStore& store);
 void resetHeight(KelvinbarStore& store);
 
+/// Whether a step down or up has no effect.
+bool isLowestHeight(const KelvinbarStore& store);
+bool isGreatestHeight(const KelvinbarStore& store);
+
 /// The manual height for the stepper, in whole points. Limited to six digits, since a preference file may
 /// contain any number.
 long long shownHeight(const KelvinbarStore& store);

@@ -1,11 +1,15 @@
 #include "panel/PanelContent.h"
 
+#include "panel/PanelFrameMetrics.h"
+#include "panel/SensorRowTexts.h"
+#include "qt/Clipboard.h"
 #include "qt/QtText.h"
 #include "shell/PopoverSizing.h"
 #include "store/KelvinbarStore.h"
 
 #include <QGuiApplication>
 #include <QStyleHints>
+#include <algorithm>
 #include <utility>
 
 namespace kelvinbar {
@@ -15,9 +19,17 @@ PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
     : store_(store)
     , closeAction_(std::move(closeAction))
     , sensors_(metrics, store.texts().memoryCard)
-    , controls_(store, loginItem) {
+    , controls_(store, loginItem)
+    , hidden_(store)
+    , search_(sensors_)
+    , rowMenu_(store, sensors_) {
     secondClickWait_.setSingleShot(true);
     connect(&secondClickWait_, &QTimer::timeout, this, &PanelContent::endDoubleClickWait);
+    scanWait_.setSingleShot(true);
+    connect(&scanWait_, &QTimer::timeout, this, [this] {
+        isScanLong_ = true;
+        updateTexts();
+    });
     // The open panel grabs the pointer, which the program that opens now needs.
     connect(&controls_, &PanelControls::linkOpened, this, &PanelContent::close);
     observe();
@@ -56,20 +68,49 @@ void PanelContent::update() {
     isUpdatePosted_ = false;
     if (!isOpen_) return;
     controls_.storeChanged();
-    if (secondClickWait_.isActive()) return;
-    if (std::exchange(areSensorsStale_, false)) {
-        sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
-    }
+    hidden_.storeChanged();
+    updateSensors();
+    updateSpareHeight();
     updateTexts();
+}
+
+void PanelContent::updateSensors() {
+    if (!areSensorsStale_) return;
+    if (secondClickWait_.isActive() || isListMoving_) {
+        sensors_.updateInPlace(store_.readings().value(), store_.menuBarKeys().value());
+    } else {
+        sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
+        areSensorsStale_ = false;
+    }
+}
+
+void PanelContent::updateSpareHeight() {
+    double spare = 0;
+    if (store_.displayMode().value() == SMCWindowDisplayMode::dynamic) {
+        const double given = dynamicPopoverHeight(store_.readings().value(), store_.hiddenKeys().value());
+        spare = std::max(0.0, given - PanelFrameMetrics().height() - sensors_.contentHeight());
+    }
+    if (std::exchange(spareHeight_, spare) != spare) emit spareHeightChanged();
 }
 
 void PanelContent::updateTexts() {
     const auto state =
         static_cast<State>(contentState(store_.isLoading().value(), store_.smcAvailable().value(),
                                         sensors_.visibleReadingCount(), sensors_.sectionCount()));
-    if (std::exchange(state_, state) != state) emit stateChanged();
+    if (state == Scanning && state_ != Scanning && !isScanLong_) {
+        if (!scanWait_.isActive()) scanWait_.start(longScan);
+        return;
+    }
+    scanWait_.stop();
+    isScanLong_ = false;
+    const bool hidesRows = state_ == Sections && state != Sections;
+    if (!hidesRows || !secondClickWait_.isActive()) setState(state);
     const QString message = qtText(store_.statusMessage().value());
     if (std::exchange(statusMessage_, message) != message) emit statusMessageChanged();
+}
+
+void PanelContent::setState(State state) {
+    if (std::exchange(state_, state) != state) emit stateChanged();
 }
 
 double PanelContent::minimumHeight() { return minimumPopoverSize.height; }
@@ -84,7 +125,17 @@ void PanelContent::panelWillOpen(bool reducedMotion) {
 
 void PanelContent::panelDidClose() {
     isOpen_ = false;
+    scanWait_.stop();
+    controls_.forgetRefresh();
+    search_.end();
+    hidden_.endOffer();
+    isListMoving_ = false;
     endDoubleClickWait();
+}
+
+void PanelContent::setListMoving(bool isMoving) {
+    isListMoving_ = isMoving;
+    if (!isMoving && areSensorsStale_) update();
 }
 
 void PanelContent::close() {
@@ -94,10 +145,11 @@ void PanelContent::close() {
 
 // Rows
 
-void PanelContent::pressRow(const QString& key) {
+void PanelContent::pressRow(const QString& key, const QPointF& place) {
     sensors_.setCurrentKey(key);
     isSameRowPressed_ = key == pressedKey_;
     pressedKey_ = key;
+    pressedPlace_ = place;
     secondClickWait_.start(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
@@ -105,24 +157,36 @@ void PanelContent::doubleClickRow(const QString& key) {
     if (isSameRowPressed_ && key == pressedKey_) toggleRow(key);
 }
 
-void PanelContent::toggleRow(const QString& key) { apply(&KelvinbarStore::toggleMenuBarReading, key); }
+void PanelContent::toggleRow(const QString& key) {
+    apply([this](const SMCReading& reading) { store_.toggleMenuBarReading(reading); }, key);
+}
 
-void PanelContent::hideRow(const QString& key) { apply(&KelvinbarStore::hideReading, key); }
+void PanelContent::hideRow(const QString& key) {
+    apply([this](const SMCReading& reading) { hidden_.hide(reading); }, key);
+}
 
-void PanelContent::apply(RowAction action, const QString& key) {
+void PanelContent::copyCurrentRow() const {
+    if (const SMCReading* const reading = sensors_.reading(sensors_.currentKey())) {
+        copyToClipboard(clipboardLine(*reading));
+    }
+}
+
+void PanelContent::apply(const RowAction& action, const QString& key) {
     const SMCReading* const shown = sensors_.reading(key);
     if (shown == nullptr) return;
     const SMCReading reading = *shown; // a copy: the delayed update may remove it
+    isListMoving_ = false;             // what the user asks for is seen at once
     endDoubleClickWait();
-    (store_.*action)(reading);
+    action(reading);
 }
 
-void PanelContent::pressHideButton(const QString& key) {
-    const bool isSecondClick =
-        sinceHideButton_.isValid() &&
-        sinceHideButton_.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
-    sinceHideButton_.start();
-    if (!isSecondClick) hideRow(key);
+void PanelContent::pressHideButton(const QString& key, const QPointF& place) {
+    if (key == pressedKey_ || !isSecondPressAt(place)) hideRow(key);
+}
+
+bool PanelContent::isSecondPressAt(const QPointF& place) const {
+    const int greatestDistance = QGuiApplication::styleHints()->mouseDoubleClickDistance();
+    return secondClickWait_.isActive() && (place - pressedPlace_).manhattanLength() <= greatestDistance;
 }
 
 void PanelContent::endDoubleClickWait() {
@@ -132,7 +196,7 @@ void PanelContent::endDoubleClickWait() {
 }
 
 void PanelContent::whenRowsMayMove(std::function<void()> change) {
-    if (secondClickWait_.isActive()) {
+    if (secondClickWait_.isActive() && sensors_.isHovered()) {
         changeAfterWait_ = std::move(change);
     } else {
         change();

@@ -22,7 +22,22 @@ PanelEnvironment PanelEnvironment::ofThisProgram() {
 }
 
 PanelControls::PanelControls(KelvinbarStore& store, LoginItemManager& loginItem, PanelEnvironment environment)
-    : store_(store), loginItem_(loginItem), environment_(std::move(environment)) {}
+    : store_(store)
+    , loginItem_(loginItem)
+    , environment_(std::move(environment))
+    , readingsObserver_(store.readings().observe([this](const auto&) { areReadingsNew_ = true; })) {}
+
+void PanelControls::storeChanged() {
+    emit changed();
+    if (isRefreshAsked_ && !store_.isRefreshing()) answerRefresh();
+}
+
+void PanelControls::answerRefresh() {
+    isRefreshAsked_ = false;
+    refreshAnswer_ = areReadingsNew_ ? "New values" : "Nothing new";
+    emit refreshAnswerChanged();
+    refreshed_.show();
+}
 
 bool PanelControls::isFast() const { return store_.samplingRate().value() == SMCSamplingRate::fast; }
 
@@ -37,6 +52,10 @@ QString PanelControls::dynamicToolTip() const {
 }
 
 double PanelControls::manualHeight() const { return static_cast<double>(shownHeight(store_)); }
+
+bool PanelControls::isLowest() const { return isLowestHeight(store_); }
+
+bool PanelControls::isGreatest() const { return isGreatestHeight(store_); }
 
 QString PanelControls::loginToolTip() const { return qtText(loginItemToolTip(loginItem_.canRegister())); }
 
@@ -60,9 +79,16 @@ void PanelControls::increaseHeight() { kelvinbar::increaseHeight(store_); }
 
 void PanelControls::toggleRunAtLogin() { setRunAtLogin(loginItem_.setEnabled(!runAtLogin_)); }
 
-void PanelControls::refresh() { store_.refresh(false); }
+void PanelControls::refresh() {
+    isRefreshAsked_ = true;
+    areReadingsNew_ = false;
+    store_.refresh(false);
+}
 
-void PanelControls::copy() { copyToClipboard(store_.exportText()); }
+void PanelControls::copy() {
+    copyToClipboard(store_.exportText());
+    copied_.show();
+}
 
 void PanelControls::showAll() { store_.unhideAllReadings(); }
 

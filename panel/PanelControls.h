@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/HandlerList.h"
+#include "panel/Acknowledgement.h"
+
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -37,6 +40,14 @@ class PanelControls final : public QObject {
     Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY changed)
     /// In points, as the stepper shows it.
     Q_PROPERTY(double manualHeight READ manualHeight NOTIFY changed)
+    /// Whether a step down or up has no effect.
+    Q_PROPERTY(bool isLowest READ isLowest NOTIFY changed)
+    Q_PROPERTY(bool isGreatest READ isGreatest NOTIFY changed)
+    /// That the snapshot is on the clipboard, and that the refresh that was asked for has ended.
+    Q_PROPERTY(kelvinbar::Acknowledgement* copied READ copied CONSTANT)
+    Q_PROPERTY(kelvinbar::Acknowledgement* refreshed READ refreshed CONSTANT)
+    /// What that refresh has found.
+    Q_PROPERTY(QString refreshAnswer READ refreshAnswer NOTIFY refreshAnswerChanged)
     /// Whether the login item is enabled, as the system reported when the panel opened.
     Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
     Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
@@ -56,6 +67,15 @@ class PanelControls final : public QObject {
     [[nodiscard]] QString dynamicToolTip() const;
     [[nodiscard]] double manualHeight() const;
 
+    [[nodiscard]] bool isLowest() const;
+    [[nodiscard]] bool isGreatest() const;
+
+    [[nodiscard]] Acknowledgement* copied() { return &copied_; }
+
+    [[nodiscard]] Acknowledgement* refreshed() { return &refreshed_; }
+
+    [[nodiscard]] QString refreshAnswer() const { return refreshAnswer_; }
+
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
     [[nodiscard]] QString loginToolTip() const;
@@ -66,8 +86,11 @@ class PanelControls final : public QObject {
 
     [[nodiscard]] QString donationPage() const { return environment_.donationPage; }
 
-    /// Call when the store has changed; emits `changed`.
-    void storeChanged() { emit changed(); }
+    /// Call when the store has changed; emits `changed`, and answers a refresh that has ended.
+    void storeChanged();
+
+    /// Call when the panel closes: a refresh that still runs is not answered.
+    void forgetRefresh() { isRefreshAsked_ = false; }
 
     /// Call when the panel opens: asks the system for the state of the login item, which the user may have
     /// changed in the system's settings.
@@ -94,9 +117,11 @@ class PanelControls final : public QObject {
     /// A web page or a mail program has been opened, so the panel should close.
     void linkOpened();
     void runAtLoginChanged();
+    void refreshAnswerChanged();
 
   private:
     void setRunAtLogin(bool runAtLogin);
+    void answerRefresh();
     /// Opens a web or mail address, then emits `linkOpened`.
     void open(const QString& address);
 
@@ -104,6 +129,12 @@ class PanelControls final : public QObject {
     LoginItemManager& loginItem_;
     PanelEnvironment environment_;
     bool runAtLogin_ = false;
+    Acknowledgement copied_;
+    Acknowledgement refreshed_;
+    QString refreshAnswer_;
+    bool isRefreshAsked_ = false;
+    bool areReadingsNew_ = false; ///< since the refresh was asked for
+    Registration readingsObserver_;
 };
 
 } // namespace kelvinbar

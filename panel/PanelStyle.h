@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panel/PanelFrameMetrics.h"
+
 #include <QColor>
 #include <QFont>
 #include <QObject>
@@ -19,6 +21,13 @@ class PanelStyle : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QColor focusRing READ focusRing CONSTANT)
+    // The heights of the panel's parts; see PanelFrameMetrics.h. Those of controls grow with the text.
+    Q_PROPERTY(double headerHeight READ headerHeight CONSTANT)
+    Q_PROPERTY(double dividerHeight READ dividerHeight CONSTANT)
+    Q_PROPERTY(double footerPadding READ footerPadding CONSTANT)
+    Q_PROPERTY(double footerSpacing READ footerSpacing CONSTANT)
+    Q_PROPERTY(double settingsHeight READ settingsHeight CONSTANT)
+    Q_PROPERTY(double actionHeight READ actionHeight CONSTANT)
     // Accents; see PanelColor.h.
     Q_PROPERTY(QColor cyan READ cyan CONSTANT)
     Q_PROPERTY(QColor purple READ purple CONSTANT)
@@ -29,6 +38,18 @@ class PanelStyle : public QObject {
 
   public:
     explicit PanelStyle(QObject* parent = nullptr);
+
+    [[nodiscard]] double headerHeight() const { return scaled(frame_.header); }
+
+    [[nodiscard]] double dividerHeight() const { return frame_.divider; }
+
+    [[nodiscard]] double footerPadding() const { return frame_.footerPadding; }
+
+    [[nodiscard]] double footerSpacing() const { return frame_.footerSpacing; }
+
+    [[nodiscard]] double settingsHeight() const { return scaled(frame_.settingsRow); }
+
+    [[nodiscard]] double actionHeight() const { return scaled(frame_.actionRow); }
 
     [[nodiscard]] static QColor focusRing();
     [[nodiscard]] static QColor cyan();
@@ -57,6 +78,7 @@ class PanelStyle : public QObject {
     /// A font in the panel's points, which are pixels at the standard text size.
     [[nodiscard]] static QFont cut(const QString& family, double points, int weight);
 
+    PanelFrameMetrics frame_;
     double textScale_;
     QString family_;
     QString roundedFamily_;

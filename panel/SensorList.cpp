@@ -1,9 +1,11 @@
 #include "panel/SensorList.h"
 
+#include "panel/SensorRowTexts.h"
 #include "qt/QtText.h"
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
 #include <utility>
 
 namespace kelvinbar {
@@ -27,6 +29,20 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
         requestViewportTop(formerViewportTop + spanOfRow(*number).top - formerTop);
         break;
     }
+    publish();
+}
+
+void SensorList::updateInPlace(const std::vector<SMCReading>& readings,
+                               const std::vector<std::string>& menuBarKeys) {
+    std::unordered_map<std::string_view, const SMCReading*> freshReadings;
+    for (const SMCReading& reading : readings) {
+        if (reading.hasDisplayableValue()) freshReadings.emplace(reading.key, &reading);
+    }
+    for (SMCReading& shown : readings_) {
+        const auto fresh = freshReadings.find(shown.key);
+        if (fresh != freshReadings.end()) shown = *fresh->second;
+    }
+    menuBarKeys_ = menuBarKeys;
     publish();
 }
 
@@ -122,6 +138,20 @@ void SensorList::hover(const QString& key, bool isHovered) {
     }
 }
 
+QString SensorList::keyAt(double y) const {
+    for (std::size_t section = 0; section < sections_.size(); ++section) {
+        const ReadingList& rows = sections_[section].readings;
+        const auto [first, count] = visibleRows(metrics_, cardSpans_[section], rows.size(), {y, 0});
+        if (count > 0) return qtText(rows[first]->key);
+    }
+    return {};
+}
+
+double SensorList::bottomOf(const QString& key) const {
+    const auto number = numberOfRow(key.toStdString());
+    return number ? spanOfRow(*number).bottom() : 0;
+}
+
 void SensorList::setViewport(double top, double height) {
     const Span viewport{top, height};
     if (viewport == viewport_) return;
@@ -204,6 +234,18 @@ void SensorList::moveCurrentToFirst() {
 
 void SensorList::moveCurrentToLast() {
     if (rowCount() > 0) goToRow(rowCount() - 1);
+}
+
+bool SensorList::goToRowNamed(const QString& text, bool isAfterCurrent) {
+    const auto current = numberOfRow(currentKey_);
+    const std::size_t first = current ? *current + (isAfterCurrent ? 1 : 0) : 0;
+    for (std::size_t step = 0; step < rowCount(); ++step) {
+        const std::size_t number = (first + step) % rowCount();
+        if (!qtText(rowName(readingOfRow(number))).contains(text, Qt::CaseInsensitive)) continue;
+        goToRow(number);
+        return true;
+    }
+    return false;
 }
 
 /// The rows that may replace the current row, best first: those below it, then those above it.

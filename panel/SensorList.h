@@ -27,6 +27,13 @@ namespace kelvinbar {
 /// When readings come and go, what the user looks at stays in place: the row under the pointer, or else the
 /// first visible row. At the top of the list, new rows push the others down.
 ///
+/// Why not the toolkit's ListView with sections, tried with reused delegates in Qt 6.4:
+/// - A card frames its rows. ListView draws a section's header alone.
+/// - ListView estimates its height from the delegates that it has: 5350 to 8770 points for a list of 5773,
+///   changing while it scrolls. The scroll bar jumps, and no place can be computed before it is seen.
+/// - ListView keeps its scroll position at the top and its first row elsewhere, but not the row under the
+///   pointer: a row that comes or goes above moves it.
+///
 /// Lengths are in points. Main thread.
 class SensorList final : public QObject {
     Q_OBJECT
@@ -34,6 +41,8 @@ class SensorList final : public QObject {
     QML_UNCREATABLE("made by the panel")
     Q_PROPERTY(kelvinbar::SensorCardsModel* cards READ cards CONSTANT)
     Q_PROPERTY(double rowHeight READ rowHeight CONSTANT)
+    /// Of a card, above its first row.
+    Q_PROPERTY(double headerHeight READ headerHeight CONSTANT)
     /// Above the first card and below the last one.
     Q_PROPERTY(double margin READ margin CONSTANT)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
@@ -51,9 +60,15 @@ class SensorList final : public QObject {
     void update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
                 const std::vector<std::string>& menuBarKeys);
 
+    /// Shows new values, texts and pins in the rows that there are, which keep their places: nothing comes,
+    /// goes or changes its order until the next `update`.
+    void updateInPlace(const std::vector<SMCReading>& readings, const std::vector<std::string>& menuBarKeys);
+
     [[nodiscard]] SensorCardsModel* cards() { return &cardsModel_; }
 
     [[nodiscard]] double rowHeight() const { return metrics_.rowHeight; }
+
+    [[nodiscard]] double headerHeight() const { return metrics_.cardHeader; }
 
     [[nodiscard]] double margin() const { return metrics_.margin; }
 
@@ -76,6 +91,14 @@ class SensorList final : public QObject {
     /// come and go.
     Q_INVOKABLE void hover(const QString& key, bool isHovered);
 
+    /// Whether the pointer is over a row.
+    [[nodiscard]] bool isHovered() const { return !hoveredKey_.empty(); }
+
+    /// The row at a distance from the top of the list; empty between rows.
+    Q_INVOKABLE [[nodiscard]] QString keyAt(double y) const;
+    /// The distance of a row's lower edge from the top of the list; 0 for unknown keys.
+    Q_INVOKABLE [[nodiscard]] double bottomOf(const QString& key) const;
+
     /// Call when the list gets the keyboard focus. Makes a row current and scrolls to it: the previous
     /// current row, or else the first one on the screen.
     Q_INVOKABLE void ensureCurrent();
@@ -86,6 +109,10 @@ class SensorList final : public QObject {
     Q_INVOKABLE void moveCurrentByPages(int pages);
     Q_INVOKABLE void moveCurrentToFirst();
     Q_INVOKABLE void moveCurrentToLast();
+    /// The same for the next row whose name contains `text`, in any case; after the last row comes the first.
+    /// `isAfterCurrent`: whether the current row comes last instead of first. Returns false without such a
+    /// row.
+    bool goToRowNamed(const QString& text, bool isAfterCurrent);
 
   signals:
     void contentHeightChanged();

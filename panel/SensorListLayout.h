@@ -17,8 +17,8 @@ struct SensorListMetrics {
     double margin = 12;     ///< above the first and below the last card
     double spacing = 10;    ///< between cards
     double cardHeader = 48; ///< above a card's first row
-    double cardFooter = 3;  ///< below a card's last row and its gap
-    double rowHeight = 41;
+    double cardFooter = 4;  ///< below a card's last row and its gap
+    double rowHeight = 42;
     double rowGap = 5; ///< below a row
 
     /// From the top of a row to the top of the next.

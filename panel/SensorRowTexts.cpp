@@ -1,6 +1,7 @@
 #include "panel/SensorRowTexts.h"
 
 #include "base/Text.h"
+#include "store/ValueNormalization.h"
 
 #include <array>
 #include <span>
@@ -25,8 +26,7 @@ std::string replaced(std::string_view text, std::span<const Replacement> replace
 } // namespace
 
 std::string rowName(const SMCReading& reading) {
-    const std::string_view name = trimmed(reading.name);
-    const std::string shorter = replaced(name.empty() ? reading.key : name, shorterWords);
+    const std::string shorter = replaced(fullName(reading), shorterWords);
     return std::string(trimmed(shorter));
 }
 
@@ -38,6 +38,21 @@ std::string metadataLine(const SMCReading& reading) {
 
 std::string rowValue(const SMCReading& reading) {
     return replaced(trimmed(reading.displayValue()), shorterUnits);
+}
+
+std::string rowValue(const SMCReading& reading, double value) {
+    SMCReading other = reading;
+    other.value = normalizeValue(reading.key, {}, value, reading.unit).value;
+    return rowValue(other);
+}
+
+std::string_view fullName(const SMCReading& reading) {
+    const std::string_view name = trimmed(reading.name);
+    return name.empty() ? std::string_view(reading.key) : name;
+}
+
+std::string clipboardLine(const SMCReading& reading) {
+    return std::string(fullName(reading)) + "\t" + reading.displayValue();
 }
 
 std::string_view rowToolTip(bool isMenuBarSelected) {

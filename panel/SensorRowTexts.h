@@ -20,6 +20,15 @@ std::string metadataLine(const SMCReading& reading);
 /// The value with its unit, as short as it stays legible.
 std::string rowValue(const SMCReading& reading);
 
+/// The same for another value of the reading, in its unit.
+std::string rowValue(const SMCReading& reading, double value);
+
+/// The name as it was read; the key if there is no name.
+std::string_view fullName(const SMCReading& reading);
+
+/// Name and value, separated by a tab, for the clipboard.
+std::string clipboardLine(const SMCReading& reading);
+
 /// What a double-click does: pin or unpin.
 std::string_view rowToolTip(bool isMenuBarSelected);
 

@@ -29,7 +29,9 @@ long long sum(long long left, long long right) {
     return result;
 }
 
-double estimatedHeight(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys) {
+} // namespace
+
+double dynamicPopoverHeight(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys) {
     long long rows = 0;
     std::bitset<allCategories.size()> categories;
     for (const SMCReading& reading : readings) {
@@ -41,14 +43,12 @@ double estimatedHeight(const std::vector<SMCReading>& readings, const KeySet& hi
     return static_cast<double>(sum(baseHeight, sum(product(cardHeight, groups), product(rowHeight, rows))));
 }
 
-} // namespace
-
 Size targetPopoverSize(const PopoverSizing& sizing) {
     const auto [leastWidth, leastHeight] = minimumPopoverSize;
     const double greatestHeight = std::max(sizing.visibleFrame.height - screenMargin, leastHeight);
     double height = std::min(greatestHeight, std::max(sizing.manualPopoverHeight, leastHeight));
     if (sizing.displayMode == SMCWindowDisplayMode::dynamic) {
-        const double estimate = estimatedHeight(sizing.readings, sizing.hiddenKeys);
+        const double estimate = dynamicPopoverHeight(sizing.readings, sizing.hiddenKeys);
         height = std::min(greatestHeight, std::max(height, estimate));
     }
     const double width =

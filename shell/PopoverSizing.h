@@ -25,6 +25,10 @@ struct PopoverSizing {
     const KeySet& hiddenKeys;
 };
 
+/// The height of all visible readings, in points, by their number and that of their categories. Pure
+/// function; any thread.
+double dynamicPopoverHeight(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys);
+
 /// The panel's size in points. The height is the user's, or in dynamic mode the height of all visible
 /// readings if that is more. It is at least 560 and otherwise fits the screen; the width is 420 to 462. Pure
 /// function; any thread.

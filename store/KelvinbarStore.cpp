@@ -185,6 +185,7 @@ void KelvinbarStore::restartIfAbandoned(std::optional<RunningPass>& task) {
 }
 
 void KelvinbarStore::applyFullResult(SMCLoadResult result) {
+    ranges_.record(result.readings);
     smcAvailable_.set(result.smcAvailable);
     readings_.set(std::move(result.readings));
     if (result.keyHistory) followMovedKeys(*std::move(result.keyHistory));
@@ -233,6 +234,7 @@ void KelvinbarStore::rememberDiscovery(KeySet keys) {
 
 void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
     auto pinned = pinsFoundBy(result);
+    ranges_.record(result.readings);
     patchReadings(std::move(result.readings));
     if (pinned != menuBarKeys_.value()) assignMenuBarKeys(std::move(pinned));
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
@@ -313,6 +315,11 @@ void KelvinbarStore::hideReading(const SMCReading& reading) {
 void KelvinbarStore::unhideAllReadings() {
     absent_.hidden.forgetAll();
     setHiddenKeys({});
+}
+
+void KelvinbarStore::showReading(const std::string& key) {
+    KeySet keys = hiddenKeys_.value();
+    if (keys.erase(key) > 0) setHiddenKeys(std::move(keys));
 }
 
 void KelvinbarStore::setHiddenKeys(KeySet keys) {

@@ -11,6 +11,7 @@
 #include "store/KeyContinuity.h"
 #include "store/LoadPass.h"
 #include "store/Preferences.h"
+#include "store/ReadingRanges.h"
 #include "store/UserDefaults.h"
 
 #include <atomic>
@@ -96,6 +97,9 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     void hideReading(const SMCReading& reading);
     void unhideAllReadings();
 
+    /// Shows a hidden reading again. Ignores other keys.
+    void showReading(const std::string& key);
+
     void setSamplingRate(SMCSamplingRate rate);
     void setDisplayMode(SMCWindowDisplayMode mode);
 
@@ -111,6 +115,12 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
 
     /// The devices that the last full refresh left out because they do not answer.
     [[nodiscard]] const std::vector<SilentDevice>& silentDevices() const { return silentDevices_; }
+
+    /// Whether a full refresh runs.
+    [[nodiscard]] bool isRefreshing() const { return refreshTask_.has_value(); }
+
+    /// Lowest, highest and mean values since the store exists.
+    [[nodiscard]] const ReadingRanges& ranges() const { return ranges_; }
 
     [[nodiscard]] const MachineTexts& texts() const { return ports_.machine.texts; }
 
@@ -207,6 +217,7 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     ChangeAnnouncer announcer_;
     KeyContinuity continuity_;
     AbsentSelections absent_;
+    ReadingRanges ranges_;
 
     Observable<std::vector<SMCReading>> readings_;
     Observable<bool> isLoading_{false};

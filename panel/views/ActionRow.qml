@@ -6,6 +6,7 @@ Row {
     id: actions
 
     required property PanelControls controls
+    required property HiddenRows hidden
     readonly property real room: width - 4 * spacing
     /// Symbols are left out when the text is so large that not everything fits.
     readonly property bool showsSymbols: login.fullWidth + refresh.fullWidth + copy.fullWidth + showAll.fullWidth
@@ -15,6 +16,14 @@ Row {
                                    - showAll.implicitWidth - quit.implicitWidth) / 5
 
     spacing: 6
+
+    function openHiddenMenu() {
+        hidden.list();
+        if (hidden.names.length === 0)
+            return;
+        hiddenMenu.active = true;
+        (hiddenMenu.item as HiddenMenu).popup(showAll, 0, -4);
+    }
 
     MenuFooterButtonStyle {
         id: login
@@ -30,18 +39,27 @@ Row {
     }
     MenuFooterButtonStyle {
         id: refresh
+
+        readonly property bool isRefreshed: actions.controls.refreshed.isShown
+
         width: implicitWidth + actions.spare
         showsSymbol: actions.showsSymbols
         text: "Refresh"
-        symbol: "arrow.clockwise"
+        symbol: isRefreshed ? "checkmark.circle.fill" : "arrow.clockwise"
+        // A screen reader reads the description of the button with the keyboard again when it changes.
+        Accessible.description: isRefreshed ? actions.controls.refreshAnswer : toolTip
         onClicked: actions.controls.refresh()
     }
     MenuFooterButtonStyle {
         id: copy
+
+        readonly property bool isCopied: actions.controls.copied.isShown
+
         width: implicitWidth + actions.spare
         showsSymbol: actions.showsSymbols
         text: "Copy"
-        symbol: "doc.on.doc"
+        symbol: isCopied ? "checkmark.circle.fill" : "doc.on.doc"
+        Accessible.description: isCopied ? "Copied" : toolTip
         onClicked: actions.controls.copy()
     }
     MenuFooterButtonStyle {
@@ -50,7 +68,34 @@ Row {
         showsSymbol: actions.showsSymbols
         text: "ShowAll"
         symbol: "eye"
+        detail: actions.hidden.count > 0 ? actions.hidden.count : ""
         toolTip: "Show all hidden properties again"
+        Accessible.name: detail.length > 0 ? text + ", " + detail + " hidden" : text
+        Keys.onPressed: event => {
+            const isMenuKey = event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier;
+            event.accepted = isMenuKey;
+            if (isMenuKey)
+                actions.openHiddenMenu();
+        }
+
+        // On an item of its own: a button is pressed by every button of the mouse that a handler on it accepts.
+        Item {
+            anchors.fill: parent
+
+            TapHandler {
+                acceptedButtons: Qt.RightButton
+                onTapped: actions.openHiddenMenu()
+            }
+        }
+        Loader {
+            id: hiddenMenu
+            active: false
+            // qmllint disable unqualified
+            sourceComponent: HiddenMenu {
+                hidden: actions.hidden
+            }
+            // qmllint enable unqualified
+        }
         onClicked: actions.controls.showAll()
     }
     MenuFooterButtonStyle {

@@ -12,7 +12,7 @@ PanelButton {
 
     text: title
     checkable: true
-    implicitHeight: PanelStyle.scaled(36)
+    implicitHeight: PanelStyle.settingsHeight
     leftPadding: 8
     rightPadding: 8
     plate.colors: control.isOn ? [PanelStyle.tinted(tint, control.hovered ? 0.24 : 0.17), PanelStyle.tinted(tint, 0.07)]

@@ -9,6 +9,8 @@ PanelButton {
     property real symbolSize: 11
     /// The opacity of the symbol, 0 to 1, while the pointer is elsewhere.
     property real ink: 0.72
+    /// Whether a press would change nothing.
+    property bool isDim: false
 
     implicitWidth: PanelStyle.scaled(25)
     implicitHeight: PanelStyle.scaled(25)
@@ -20,7 +22,7 @@ PanelButton {
             anchors.centerIn: parent
             name: control.symbol
             size: PanelStyle.scaled(control.symbolSize)
-            color: PanelStyle.white(control.hovered ? 0.95 : control.ink)
+            color: PanelStyle.white(control.isDim ? 0.3 : control.hovered ? 0.95 : control.ink)
         }
     }
 }

@@ -7,7 +7,7 @@ Item {
 
     required property PanelControls controls
 
-    implicitHeight: PanelStyle.scaled(36)
+    implicitHeight: PanelStyle.settingsHeight
     implicitWidth: decrease.width + number.implicitWidth + reset.width + increase.width + 18
     Accessible.role: Accessible.Grouping
     Accessible.name: "Height"
@@ -26,6 +26,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         symbol: "minus"
         toolTip: "Decrease height"
+        autoRepeat: true
+        isDim: stepper.controls.isLowest
         onClicked: stepper.controls.decreaseHeight()
     }
     DigitsText {
@@ -57,6 +59,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         symbol: "plus"
         toolTip: "Increase height"
+        autoRepeat: true
+        isDim: stepper.controls.isGreatest
         onClicked: stepper.controls.increaseHeight()
     }
 }

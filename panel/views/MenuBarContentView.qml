@@ -11,11 +11,43 @@ FocusScope {
     property real cornerRadius: 0
 
     focus: true
-    Keys.onEscapePressed: content.close()
+    Keys.onEscapePressed: if (!content.search.end()) content.close()
     Keys.onDownPressed: enterReadings()
     Keys.onUpPressed: enterReadings()
+    Keys.onPressed: event => {
+        event.accepted = event.modifiers & Qt.ControlModifier ? command(event) : step(event.key) || search(event);
+    }
     Accessible.role: Accessible.Pane
     Accessible.name: "Kelvinbar"
+
+    /// Returns whether there is such a command.
+    function command(event: KeyEvent): bool {
+        const isShifted = (event.modifiers & Qt.ShiftModifier) !== 0;
+        switch (event.key) {
+        case Qt.Key_C: if (isShifted) content.controls.copy(); else content.copyCurrentRow(); return true;
+        case Qt.Key_Z: content.hidden.undo(); return true;
+        case Qt.Key_Q: content.controls.quit(); return true;
+        }
+        return false;
+    }
+
+    function step(key: int): bool {
+        switch (key) {
+        case Qt.Key_Plus: content.controls.increaseHeight(); return true;
+        case Qt.Key_Minus: content.controls.decreaseHeight(); return true;
+        case Qt.Key_F5: content.controls.refresh(); return true;
+        }
+        return false;
+    }
+
+    function search(event: KeyEvent): bool {
+        if (!readings.visible || event.modifiers & (Qt.AltModifier | Qt.MetaModifier))
+            return false;
+        if (!content.search.type(event.text))
+            return false;
+        readings.forceActiveFocus();
+        return true;
+    }
 
     function enterReadings() {
         if (readings.visible)
@@ -75,8 +107,14 @@ FocusScope {
         }
         PanelFooter {
             id: footer
+
+            /// What neither the list nor the controls need.
+            readonly property real rest: parent.height - header.height - upperDivider.height - lowerDivider.height
+                                         - implicitHeight - view.content.sensors.contentHeight
+
             anchors.bottom: parent.bottom
             width: parent.width
+            height: implicitHeight + Math.max(0, Math.min(rest, view.content.spareHeight))
             content: view.content
         }
     }

@@ -8,11 +8,13 @@ PanelButton {
     property string symbol: ""
     property color symbolColor: PanelStyle.white(0.78)
     property bool showsSymbol: true
+    /// Follows the label; usually empty.
+    property string detail: ""
     /// The width that the button needs with its symbol.
     readonly property real fullWidth: leftPadding + mark.width + pair.spacing + label.implicitWidth + rightPadding
 
     implicitWidth: showsSymbol ? fullWidth : fullWidth - mark.width - pair.spacing
-    implicitHeight: PanelStyle.scaled(30)
+    implicitHeight: PanelStyle.actionHeight
     leftPadding: 4
     rightPadding: 4
 
@@ -41,7 +43,7 @@ PanelButton {
                                                + (control.showsSymbol ? 0 : mark.width + pair.spacing))
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
-                text: control.text
+                text: control.detail.length > 0 ? control.text + " " + control.detail : control.text
                 font: PanelStyle.font(11, Font.Bold)
                 color: PanelStyle.white(control.hovered ? 0.95 : 0.82)
             }

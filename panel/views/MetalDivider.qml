@@ -3,7 +3,7 @@ import Kelvinbar.Panel
 
 /// A thin line between the areas of the panel: a dark groove with a light edge.
 Item {
-    implicitHeight: 2
+    implicitHeight: PanelStyle.dividerHeight
 
     Plate {
         width: parent.width

@@ -7,7 +7,7 @@ Item {
 
     required property PanelContent content
 
-    implicitHeight: column.implicitHeight + 22
+    implicitHeight: column.implicitHeight + 2 * PanelStyle.footerPadding
 
     Column {
         id: column
@@ -15,7 +15,7 @@ Item {
         anchors.right: parent.right
         anchors.margins: 12
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+        spacing: PanelStyle.footerSpacing
 
         SettingsRow {
             width: parent.width
@@ -24,6 +24,7 @@ Item {
         ActionRow {
             width: parent.width
             controls: footer.content.controls
+            hidden: footer.content.hidden
         }
     }
 }

@@ -7,7 +7,7 @@ Item {
 
     required property PanelContent content
 
-    implicitHeight: PanelStyle.scaled(54)
+    implicitHeight: PanelStyle.headerHeight
 
     Connections {
         target: header.content
@@ -28,7 +28,7 @@ Item {
         anchors.left: parent.left
         anchors.leftMargin: 16
         anchors.verticalCenter: parent.verticalCenter
-        size: PanelStyle.scaled(32)
+        size: PanelStyle.scaled(44)
         isAnimated: !header.content.reducedMotion
     }
     Text {

@@ -16,11 +16,13 @@ FocusScope {
     Keys.onDownPressed: sensors.moveCurrent(1)
     Keys.onPressed: event => {
         switch (event.key) {
+        case Qt.Key_Space: if (content.search.type(event.text)) break; // falls through
         case Qt.Key_Return:
-        case Qt.Key_Enter:
-        case Qt.Key_Space: if (!event.isAutoRepeat) toggleCurrent(); break;
-        case Qt.Key_Delete:
-        case Qt.Key_Backspace: if (!event.isAutoRepeat) hideCurrent(); break;
+        case Qt.Key_Enter: if (!event.isAutoRepeat) toggleCurrent(); break;
+        case Qt.Key_Backspace: if (content.search.eraseLast()) break; // falls through
+        case Qt.Key_Delete: if (!event.isAutoRepeat) hideCurrent(); break;
+        case Qt.Key_F10: if (event.modifiers !== Qt.ShiftModifier) return; // falls through
+        case Qt.Key_Menu: openMenuOfCurrent(); break;
         case Qt.Key_PageUp: sensors.moveCurrentByPages(-1); break;
         case Qt.Key_PageDown: sensors.moveCurrentByPages(1); break;
         case Qt.Key_Home: sensors.moveCurrentToFirst(); break;
@@ -33,6 +35,19 @@ FocusScope {
     function toggleCurrent() {
         sensors.ensureCurrent();
         content.toggleRow(sensors.currentKey);
+    }
+
+    /// At a place in the viewport.
+    function openMenu(key: string, x: real, y: real) {
+        if (!content.rowMenu.open(key))
+            return;
+        menuLoader.active = true;
+        (menuLoader.item as RowMenu).popup(list, x, y);
+    }
+
+    function openMenuOfCurrent() {
+        sensors.ensureCurrent();
+        openMenu(sensors.currentKey, 2 * sensors.margin, sensors.bottomOf(sensors.currentKey) - flickable.contentY);
     }
 
     function hideCurrent() {
@@ -48,6 +63,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         onContentYChanged: list.sensors.setViewport(contentY, height)
         onHeightChanged: list.sensors.setViewport(contentY, height)
+        onMovingChanged: list.content.setListMoving(moving)
         T.ScrollBar.vertical: scrollBar
 
         Repeater {
@@ -63,6 +79,49 @@ FocusScope {
             }
             // qmllint enable unqualified
         }
+    }
+    // Above the list, since an item that accepts a press hides it from what is below.
+    Item {
+        anchors.fill: parent
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: point => {
+                const place = point.position;
+                list.openMenu(list.sensors.keyAt(place.y + flickable.contentY), place.x, place.y);
+            }
+        }
+        // A mouse scrolls with its wheel. It does not drag the list as a finger does, neither on purpose nor with a
+        // small movement during a double-click.
+        PointHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onActiveChanged: flickable.interactive = !active
+        }
+    }
+    // What few openings need is built when it is first needed.
+    Loader {
+        id: menuLoader
+        active: false
+        // Before Qt 6.5, a component cannot declare that it uses ids around it (ComponentBehavior).
+        // qmllint disable unqualified
+        sourceComponent: RowMenu {
+            content: list.content
+        }
+        // qmllint enable unqualified
+    }
+    Loader {
+        active: list.content.hidden.lastName.length > 0 || list.content.search.text.length > 0
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: list.sensors.margin
+        // The buttons that hide rows stay free: quick presses at one place hide one row after the other.
+        anchors.rightMargin: list.sensors.margin + PanelStyle.scaled(20) + 24
+        // qmllint disable unqualified
+        sourceComponent: ListNotice {
+            content: list.content
+        }
+        // qmllint enable unqualified
     }
     T.ScrollBar {
         id: scrollBar

@@ -47,10 +47,8 @@ Item {
         hoverEnabled: true
         onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
         onPressed: mouse => {
-            // With a mouse, a small movement during a double-click must not drag the list; a finger drags it.
-            preventStealing = mouse.source === Qt.MouseEventNotSynthesized;
             HoverTarget.hover(pointer, false);
-            row.content.pressRow(row.key);
+            row.content.pressRow(row.key, pointer.mapToItem(null, mouse.x, mouse.y));
         }
         onDoubleClicked: row.content.doubleClickRow(row.key)
     }
@@ -140,7 +138,7 @@ Item {
             symbolSize: 10
             ink: 0.5
             Accessible.description: row.name
-            onClicked: row.content.pressHideButton(row.key)
+            onClicked: row.content.pressHideButton(row.key, hide.mapToItem(null, hide.pressX, hide.pressY))
         }
     }
 }

@@ -31,7 +31,7 @@ Item {
     Plate {
         id: tile
         x: 10
-        y: 9
+        y: (card.content.sensors.headerHeight - height) / 2
         width: PanelStyle.scaled(30)
         height: width
         radius: 8

@@ -5,6 +5,7 @@
 #include "tests/fakes/FakeShell.h"
 #include "tests/store/StoreFixture.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -28,6 +29,8 @@ using fakes::wholeNumberKey;
 using std::chrono::milliseconds;
 
 using Keys = std::vector<std::string>;
+
+constexpr QPointF somewhere(100, 100);
 
 /// Counts what the models and the list signal.
 class SignalCount {
@@ -88,8 +91,8 @@ struct Content : StoreFixture {
 
     /// What a view reports for a double-click: the second press is also a press.
     void doubleClick(const QString& key) const {
-        content->pressRow(key);
-        content->pressRow(key);
+        content->pressRow(key, somewhere);
+        content->pressRow(key, somewhere);
         content->doubleClickRow(key);
     }
 
@@ -172,7 +175,7 @@ struct ContentSecondClick : Content {
     /// Presses a row, with a short double-click interval.
     void pressForAMoment(const QString& key) const {
         setInterval(100);
-        content->pressRow(key);
+        content->pressRow(key, somewhere);
     }
 
   private:
@@ -247,8 +250,39 @@ TEST_F(ContentState, ScansAgainWhereThereIsNothingToShow) {
     content->panelWillOpen(false);
     store->refresh(true);
     turn();
-    EXPECT_EQ(content->state(), PanelContent::Scanning);
+    EXPECT_TRUE(waitFor([&] { return content->state() == PanelContent::Scanning; }));
     finishPasses();
+    turn();
+    EXPECT_EQ(content->state(), PanelContent::NothingFound);
+}
+
+TEST_F(ContentState, StaysDuringAShortScan) {
+    makeRefreshedStore({temperatureKey("ZZZZ", 1)});
+    makeContent();
+    content->panelWillOpen(false);
+    const QSignalSpy stateChanges(content.get(), &PanelContent::stateChanged);
+    const QSignalSpy messageChanges(content.get(), &PanelContent::statusMessageChanged);
+    for (int scans = 0; scans < 3; ++scans) {
+        store->refresh(true);
+        turn();
+        EXPECT_EQ(content->state(), PanelContent::NothingFound);
+        finishPasses();
+        turn();
+    }
+    EXPECT_EQ(stateChanges.count(), 0);
+    EXPECT_EQ(messageChanges.count(), 0);
+}
+
+TEST_F(ContentState, ALaterScanWaitsAnew) {
+    makeRefreshedStore({temperatureKey("ZZZZ", 1)});
+    makeContent();
+    content->panelWillOpen(false);
+    store->refresh(true);
+    turn();
+    ASSERT_TRUE(waitFor([&] { return content->state() == PanelContent::Scanning; }));
+    finishPasses();
+    turn();
+    store->refresh(true);
     turn();
     EXPECT_EQ(content->state(), PanelContent::NothingFound);
 }
@@ -431,7 +465,7 @@ TEST_F(ContentUpdates, CloseClosesThePanel) {
 TEST_F(ContentUpdates, TheStoreGoesOnWithoutThem) {
     openContent();
     store->setMenuBarKeys({"TC0P"}); // an update waits
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     content.reset();
     moveRows();
     store->setMenuBarKeys({"TC2C"});
@@ -457,15 +491,15 @@ TEST_F(ContentRows, ADoubleClickPinsAndAnotherUnpins) {
 }
 
 TEST_F(ContentRows, APressAlonePinsNothing) {
-    content->pressRow("TG0D");
+    content->pressRow("TG0D", somewhere);
     turn();
     EXPECT_EQ(pins(), Keys{});
     EXPECT_EQ(store->hiddenKeys().value(), KeySet{});
 }
 
 TEST_F(ContentRows, ADoubleClickOnAnotherRowThanWasPressedPinsNeither) {
-    content->pressRow("TG0D");
-    content->pressRow("TC0P");
+    content->pressRow("TG0D", somewhere);
+    content->pressRow("TC0P", somewhere);
     content->doubleClickRow("TC0P");
     EXPECT_EQ(pins(), Keys{});
 }
@@ -476,14 +510,14 @@ TEST_F(ContentRows, ADoubleClickWithoutAPressPinsNothing) {
 }
 
 TEST_F(ContentRows, ADoubleClickRightAfterAClickOnAnotherRowPins) {
-    content->pressRow("TG0D");
+    content->pressRow("TG0D", somewhere);
     doubleClick("TC0P");
     EXPECT_EQ(pins(), Keys{"TC0P"});
 }
 
 TEST_F(ContentRows, AThirdPressPinsNothingMore) {
     doubleClick("TC0P");
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     turn();
     EXPECT_EQ(pins(), Keys{"TC0P"});
 }
@@ -545,19 +579,27 @@ TEST_F(ContentRows, WhatIsNotShownIsNeitherPinnedNorHidden) {
 // During the double-click interval
 
 TEST_F(ContentSecondClick, ARefreshDoesNotMoveTheRows) {
-    content->pressRow("TC1C");
-    const SignalCount changes(sensors());
-    const QString message = content->statusMessage();
+    content->pressRow("TC1C", somewhere);
     moveRows();
+    turn();
+    EXPECT_EQ(rowKeys(), allRows);
+}
+
+TEST_F(ContentSecondClick, ValuesPinsAndTextsGoOn) {
+    content->pressRow("TC1C", somewhere);
+    moveRows();
+    store->setMenuBarKeys({"F0Ac"});
+    turn();
+    EXPECT_EQ(valueOf("TC0P"), QString::fromUtf8("61°"));
+    EXPECT_EQ(valueOf("TC1C"), QString::fromUtf8("41°")) << "the last value of a reading that has gone";
+    EXPECT_EQ(pinnedRowKeys(), Keys{"F0Ac"});
     store->refresh(false);
     turn();
-    EXPECT_EQ(changes.count(), 0);
-    EXPECT_EQ(rowKeys(), allRows);
-    EXPECT_EQ(content->statusMessage(), message);
+    EXPECT_EQ(content->statusMessage(), QString::fromStdString(store->statusMessage().value()));
 }
 
 TEST_F(ContentSecondClick, TheControlsFollowTheStoreNevertheless) {
-    content->pressRow("TC1C");
+    content->pressRow("TC1C", somewhere);
     const QSignalSpy updates(content->controls(), &PanelControls::changed);
     content->controls()->toggleFast();
     turn();
@@ -583,11 +625,24 @@ TEST_F(ContentSecondClick, TheStateFollowsWhenItDoesNotCome) {
     EXPECT_EQ(rowKeys(), Keys{});
 }
 
+TEST_F(ContentSecondClick, RowsThatCannotBeReadAnyMoreStayUntilThen) {
+    content.reset();
+    machineOfStore.system = nullptr;
+    openContent();
+    pressForAMoment("TC1C");
+    machineOfStore.source->close();
+    driver().hasService = false;
+    refresh(true);
+    turn();
+    EXPECT_EQ(content->state(), PanelContent::Sections);
+    EXPECT_TRUE(waitFor([&] { return content->state() == PanelContent::Unavailable; }));
+}
+
 TEST_F(ContentSecondClick, ItPinsAtOnceWhatWasRefreshedMeanwhile) {
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     moveRows();
     turn();
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     content->doubleClickRow("TC0P");
     turn();
     EXPECT_EQ(store->menuBarKeys().value(), Keys{"TC0P"});
@@ -596,33 +651,51 @@ TEST_F(ContentSecondClick, ItPinsAtOnceWhatWasRefreshedMeanwhile) {
 }
 
 TEST_F(ContentSecondClick, OnAReadingThatIsGoneMeanwhilePinsWhatWasOnTheScreen) {
-    content->pressRow("TC1C");
+    content->pressRow("TC1C", somewhere);
     moveRows();
     turn();
-    content->pressRow("TC1C");
+    content->pressRow("TC1C", somewhere);
     content->doubleClickRow("TC1C");
     turn();
     EXPECT_EQ(store->menuBarKeys().value(), Keys{"TC1C"});
     EXPECT_EQ(rowKeys(), movedRows);
 }
 
-TEST_F(ContentSecondClick, OnAButtonThatHidesHidesNothingMore) {
-    content->pressHideButton("TC0P");
-    turn();
-    content->pressHideButton("TC1C");
-    turn();
+TEST_F(ContentSecondClick, EveryPressOfAButtonThatHidesHidesARow) {
+    for (const std::string& key : allRows) {
+        content->pressHideButton(QString::fromStdString(key), somewhere);
+        turn();
+    }
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet(allRows.begin(), allRows.end()));
+}
+
+TEST_F(ContentSecondClick, OnTheHideButtonOfAnotherRowHidesNothing) {
+    content->pressRow("TC0P", somewhere);
+    content->pressHideButton("TC1C", somewhere + QPointF(1, 1));
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{});
+}
+
+TEST_F(ContentSecondClick, OnTheHideButtonOfItsRowHidesTheRow) {
+    content->pressRow("TC0P", somewhere);
+    content->pressHideButton("TC0P", somewhere + QPointF(1, 1));
     EXPECT_EQ(store->hiddenKeys().value(), KeySet{"TC0P"});
 }
 
+TEST_F(ContentSecondClick, APressElsewhereIsNone) {
+    content->pressRow("TC0P", somewhere);
+    content->pressHideButton("TC1C", somewhere + QPointF(80, 0));
+    EXPECT_EQ(store->hiddenKeys().value(), KeySet{"TC1C"});
+}
+
 TEST_F(ContentSecondClick, HidingARowIsSeenAtOnce) {
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     content->hideRow("TC0P");
     turn();
     EXPECT_EQ(rowKeys(), (Keys{"TC1C", "TG0D", "F0Ac"}));
 }
 
 TEST_F(ContentSecondClick, PinningByTheKeyboardIsSeenAtOnce) {
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     content->toggleRow("F0Ac");
     turn();
     EXPECT_EQ(pinnedRowKeys(), Keys{"F0Ac"});
@@ -631,13 +704,13 @@ TEST_F(ContentSecondClick, PinningByTheKeyboardIsSeenAtOnce) {
 TEST_F(ContentSecondClick, ANewPressWaitsAnew) {
     pressForAMoment("TC0P");
     setInterval(never);
-    content->pressRow("TG0D");
+    content->pressRow("TG0D", somewhere);
     moveRows();
     runEventLoop(milliseconds(250));
     EXPECT_EQ(rowKeys(), allRows);
     content->doubleClickRow("TC0P");
     EXPECT_EQ(store->menuBarKeys().value(), Keys{});
-    content->pressRow("TG0D");
+    content->pressRow("TG0D", somewhere);
     content->doubleClickRow("TG0D");
     EXPECT_EQ(store->menuBarKeys().value(), Keys{"TG0D"});
 }
@@ -650,7 +723,17 @@ TEST_F(ContentSecondClick, AMoveOfTheRowsIsMadeAtOnceWhereNoneMayCome) {
     EXPECT_EQ(moves, 1);
 }
 
+TEST_F(ContentSecondClick, AMoveOfTheRowsIsMadeAtOnceWhereThePointerIsElsewhere) {
+    sensors().hover("TC1C", true);
+    content->pressRow("TC1C", somewhere);
+    sensors().hover("TC1C", false);
+    int moves = 0;
+    content->whenRowsMayMove([&] { ++moves; });
+    EXPECT_EQ(moves, 1);
+}
+
 TEST_F(ContentSecondClick, AMoveOfTheRowsIsMadeAfterTheWait) {
+    sensors().hover("TC1C", true);
     pressForAMoment("TC1C");
     moveRows();
     int moves = 0;
@@ -659,16 +742,17 @@ TEST_F(ContentSecondClick, AMoveOfTheRowsIsMadeAfterTheWait) {
     ASSERT_TRUE(waitFor([&] { return moves > 0; }));
     EXPECT_EQ(rowKeys(), movedRows);
     setInterval(1);
-    content->pressRow("TC0P");
+    content->pressRow("TC0P", somewhere);
     runEventLoop(milliseconds(50));
     EXPECT_EQ(moves, 1);
 }
 
 TEST_F(ContentSecondClick, AMoveOfTheRowsIsMadeWhenItCame) {
-    content->pressRow("TC1C");
+    sensors().hover("TC1C", true);
+    content->pressRow("TC1C", somewhere);
     int moves = 0;
     content->whenRowsMayMove([&] { ++moves; });
-    content->pressRow("TC1C");
+    content->pressRow("TC1C", somewhere);
     EXPECT_EQ(moves, 0);
     content->doubleClickRow("TC1C");
     EXPECT_EQ(moves, 1);
@@ -676,7 +760,8 @@ TEST_F(ContentSecondClick, AMoveOfTheRowsIsMadeWhenItCame) {
 }
 
 TEST_F(ContentSecondClick, AMoveOfTheRowsMayWaitForTheNext) {
-    content->pressRow("TC1C");
+    sensors().hover("TC1C", true);
+    content->pressRow("TC1C", somewhere);
     int moves = 0;
     content->whenRowsMayMove([&] {
         ++moves;
@@ -687,7 +772,8 @@ TEST_F(ContentSecondClick, AMoveOfTheRowsMayWaitForTheNext) {
 }
 
 TEST_F(ContentSecondClick, ClosingEndsTheWait) {
-    content->pressRow("TC1C");
+    sensors().hover("TC1C", true);
+    content->pressRow("TC1C", somewhere);
     moveRows();
     int moves = 0;
     content->whenRowsMayMove([&] { ++moves; });
@@ -704,12 +790,59 @@ TEST_F(ContentSecondClick, ClosingEndsTheWait) {
 }
 
 TEST_F(ContentSecondClick, DestructionDuringTheWaitMakesNoMove) {
+    sensors().hover("TC1C", true);
     pressForAMoment("TC1C");
     int moves = 0;
     content->whenRowsMayMove([&] { ++moves; });
     content.reset();
     runEventLoop(milliseconds(250));
     EXPECT_EQ(moves, 0);
+}
+
+// While the list is flicked
+
+TEST_F(ContentRows, StayInPlaceWhileTheListMoves) {
+    content->setListMoving(true);
+    moveRows();
+    turn();
+    EXPECT_EQ(rowKeys(), allRows);
+    EXPECT_EQ(valueOf("TC0P"), QString::fromUtf8("61°"));
+    content->setListMoving(false);
+    EXPECT_EQ(rowKeys(), movedRows);
+}
+
+TEST_F(ContentRows, AreHiddenAtOnceWhileTheListMoves) {
+    content->setListMoving(true);
+    content->hideRow("TC0P");
+    turn();
+    EXPECT_EQ(rowKeys(), (Keys{"TC1C", "TG0D", "F0Ac"}));
+}
+
+TEST_F(ContentRows, AMoveOfTheListThatEndsUpdatesNothing) {
+    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    content->setListMoving(true);
+    content->setListMoving(false);
+    EXPECT_EQ(updates.count(), 0);
+}
+
+TEST_F(ContentRows, TheCurrentRowIsCopied) {
+    content->copyCurrentRow();
+    sensors().setCurrentKey("TC1C");
+    content->copyCurrentRow();
+    const QString copied = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(copied.endsWith(QString::fromUtf8("\t41 °C"))) << copied.toStdString();
+}
+
+TEST_F(ContentRows, AreShownAgainPinnedInTheirPlace) {
+    store->setMenuBarKeys({"TC0P", "TC1C", "TG0D"});
+    content->hideRow("TC1C");
+    turn();
+    EXPECT_EQ(content->hidden()->count(), 1);
+    content->hidden()->undo();
+    turn();
+    EXPECT_EQ(rowKeys(), allRows);
+    EXPECT_EQ(pins(), (Keys{"TC0P", "TC1C", "TG0D"}));
+    EXPECT_EQ(content->hidden()->count(), 0);
 }
 
 TEST_F(Content, MayBeDestroyedByItsCloseAction) {

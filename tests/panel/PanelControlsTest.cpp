@@ -169,6 +169,17 @@ TEST_F(HeightControls, ResetGoesBackToTheStandard) {
     }
 }
 
+TEST_F(HeightControls, TellWhereAStepHasNoEffect) {
+    EXPECT_FALSE(controls->isLowest() || controls->isGreatest());
+    store->setManualPopoverHeight(560);
+    EXPECT_TRUE(controls->isLowest());
+    controls->decreaseHeight();
+    EXPECT_FALSE(controls->isGreatest());
+    store->setManualPopoverHeight(1400);
+    EXPECT_TRUE(controls->isGreatest());
+    EXPECT_FALSE(controls->isLowest());
+}
+
 TEST_F(HeightControls, EachClickIsAnnounced) {
     controls->decreaseHeight();
     controls->resetHeight();
@@ -191,6 +202,44 @@ TEST_F(ActionControls, RefreshWhileOneRunsStartsNone) {
     controls->refresh();
     controls->refresh();
     EXPECT_EQ(backgroundQueue.waitingCount(), 1U);
+}
+
+TEST_F(ActionControls, ARefreshIsAnsweredWhenItHasEnded) {
+    controls->refresh();
+    controls->storeChanged();
+    EXPECT_FALSE(controls->refreshed()->isShown());
+    finishPasses();
+    controls->storeChanged();
+    EXPECT_TRUE(controls->refreshed()->isShown());
+    EXPECT_EQ(controls->refreshAnswer(), "Nothing new");
+}
+
+TEST_F(ActionControls, ARefreshWithOtherValuesTellsSo) {
+    fakes::setKeys(driver(), {temperatureKey("TC0P", 99)});
+    controls->refresh();
+    finishPasses();
+    controls->storeChanged();
+    EXPECT_EQ(controls->refreshAnswer(), "New values");
+}
+
+TEST_F(ActionControls, ARefreshThatNobodyAskedForIsNotAnswered) {
+    refresh();
+    controls->storeChanged();
+    EXPECT_FALSE(controls->refreshed()->isShown());
+}
+
+TEST_F(ActionControls, ARefreshThatEndsAfterThePanelHasClosedIsNotAnswered) {
+    controls->refresh();
+    controls->forgetRefresh();
+    finishPasses();
+    controls->storeChanged();
+    EXPECT_FALSE(controls->refreshed()->isShown());
+}
+
+TEST_F(ActionControls, CopyIsAnswered) {
+    EXPECT_FALSE(controls->copied()->isShown());
+    controls->copy();
+    EXPECT_TRUE(controls->copied()->isShown());
 }
 
 TEST_F(ActionControls, CopyReplacesTheClipboardByTheSnapshotText) {

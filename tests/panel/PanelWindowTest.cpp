@@ -44,7 +44,8 @@ struct PanelWindowTest : fakes::StoreFixture {
 
 TEST_F(PanelWindowTest, RunsAChangeThatWaitedForASecondClickBeforeItsWindowEnds) {
     open();
-    content().pressRow("TC0P");
+    content().sensors()->hover("TC0P", true);
+    content().pressRow("TC0P", QPointF(100, 100));
     const QPointer<QWindow> window = &panel->window();
     bool isWindowThere = false;
     int changes = 0;

@@ -78,13 +78,13 @@ void compareForManyViewports(const SensorListMetrics& metrics, const Span& card,
 
 TEST(SensorListMetrics, TheStandardTextSizeLeavesTheMeasures) {
     EXPECT_EQ(standard.cardHeader, 48);
-    EXPECT_EQ(standard.rowHeight, 41);
+    EXPECT_EQ(standard.rowHeight, 42);
 }
 
 TEST(SensorListMetrics, ALargerTextGivesHigherHeadersAndRowsOfWholePoints) {
     const SensorListMetrics larger(1.25);
     EXPECT_EQ(larger.cardHeader, 60);
-    EXPECT_EQ(larger.rowHeight, 51) << "51.25, rounded";
+    EXPECT_EQ(larger.rowHeight, 53) << "52.5, rounded";
     EXPECT_EQ(larger.spacing, standard.spacing);
     EXPECT_EQ(larger.margin, standard.margin);
 }
@@ -107,7 +107,7 @@ TEST(SensorListMetrics, EveryTextSizeGivesWholePoints) {
 TEST(SensorListLayout, ACardHoldsItsHeaderItsRowsAndItsFooter) {
     EXPECT_THAT(cardSpans(simpleMetrics(), RowCounts{1}), ElementsAre(Span{7, 20 + 12 + 3}));
     EXPECT_THAT(cardSpans(simpleMetrics(), RowCounts{5}), ElementsAre(Span{7, 20 + 5 * 12 + 3}));
-    EXPECT_THAT(cardSpans(standard, RowCounts{3}), ElementsAre(Span{12, 48 + 3 * 46 + 3}));
+    EXPECT_THAT(cardSpans(standard, RowCounts{3}), ElementsAre(Span{12, 48 + 3 * 47 + 4}));
 }
 
 TEST(SensorListLayout, CardsFollowEachOtherWithTheirSpacing) {
@@ -128,13 +128,13 @@ TEST(SensorListLayout, TheListEndsAMarginBelowItsLastCard) {
     EXPECT_EQ(listHeight(simpleMetrics(), cardSpans(simpleMetrics(), RowCounts{1})), 7 + 35 + 7);
     EXPECT_EQ(listHeight(simpleMetrics(), cardSpans(simpleMetrics(), RowCounts{2, 1, 4})),
               7 + 47 + 5 + 35 + 5 + 71 + 7);
-    EXPECT_EQ(listHeight(standard, cardSpans(standard, RowCounts{1, 1})), 12 + 97 + 10 + 97 + 12);
+    EXPECT_EQ(listHeight(standard, cardSpans(standard, RowCounts{1, 1})), 12 + 99 + 10 + 99 + 12);
 }
 
 TEST(SensorListLayout, OneMoreRowMakesTheListHigherByARowAndItsGap) {
     const double former = listHeight(standard, cardSpans(standard, RowCounts{3, 5}));
-    EXPECT_EQ(listHeight(standard, cardSpans(standard, RowCounts{4, 5})) - former, 46);
-    EXPECT_EQ(listHeight(standard, cardSpans(standard, RowCounts{3, 6})) - former, 46);
+    EXPECT_EQ(listHeight(standard, cardSpans(standard, RowCounts{4, 5})) - former, 47);
+    EXPECT_EQ(listHeight(standard, cardSpans(standard, RowCounts{3, 6})) - former, 47);
 }
 
 // Rows
@@ -143,19 +143,19 @@ TEST(SensorListLayout, RowsFollowTheHeaderWithTheirGaps) {
     EXPECT_EQ(rowSpan(simpleMetrics(), 0), (Span{20, 10}));
     EXPECT_EQ(rowSpan(simpleMetrics(), 1), (Span{32, 10}));
     EXPECT_EQ(rowSpan(simpleMetrics(), 4), (Span{68, 10}));
-    EXPECT_EQ(rowSpan(standard, 2), (Span{48 + 92, 41}));
+    EXPECT_EQ(rowSpan(standard, 2), (Span{48 + 94, 42}));
 }
 
 TEST(SensorListLayout, TheLastRowsGapAndTheFooterAreInTheCard) {
     for (const std::size_t rowCount : {std::size_t{1}, std::size_t{8}, std::size_t{1000}}) {
         const Span card = cardSpans(standard, RowCounts{rowCount}).front();
-        EXPECT_EQ(card.height - rowSpan(standard, rowCount - 1).bottom(), 5 + 3);
+        EXPECT_EQ(card.height - rowSpan(standard, rowCount - 1).bottom(), 5 + 4);
     }
 }
 
 TEST(SensorListLayout, AThousandRowsArePlacedExactly) {
-    EXPECT_EQ(rowSpan(standard, 999), (Span{48 + 999 * 46, 41}));
-    EXPECT_THAT(cardSpans(standard, RowCounts{1000}), ElementsAre(Span{12, 48 + 1000 * 46 + 3}));
+    EXPECT_EQ(rowSpan(standard, 999), (Span{48 + 999 * 47, 42}));
+    EXPECT_THAT(cardSpans(standard, RowCounts{1000}), ElementsAre(Span{12, 48 + 1000 * 47 + 4}));
 }
 
 // Visible rows
@@ -233,8 +233,8 @@ TEST(SensorListLayout, AnEndlessViewportShowsEveryRow) {
 TEST(SensorListLayout, OfAThousandRowsThoseOnTheScreenAreFound) {
     const Span card = cardSpans(standard, RowCounts{1000}).front();
     const double rowTop = card.top + rowSpan(standard, 500).top;
-    EXPECT_EQ(visibleRows(standard, card, 1000, {rowTop, 460}), (IndexRange{500, 10}));
-    EXPECT_EQ(visibleRows(standard, card, 1000, {rowTop - 6, 467}), (IndexRange{499, 12}));
+    EXPECT_EQ(visibleRows(standard, card, 1000, {rowTop, 470}), (IndexRange{500, 10}));
+    EXPECT_EQ(visibleRows(standard, card, 1000, {rowTop - 6, 477}), (IndexRange{499, 12}));
     EXPECT_EQ(visibleRows(standard, card, 1000, {card.bottom() - 100, 500}), (IndexRange{998, 2}));
 }
 

@@ -379,8 +379,8 @@ TEST_F(ListContent, ItsHeightIsThatOfAllCardsAndIsSignalledWhenItChanges) {
 TEST_F(ListContent, GrowsWithTheText) {
     SensorList larger(SensorListMetrics(1.5));
     larger.update(cpuReadings(2), {}, {});
-    EXPECT_EQ(larger.rowHeight(), 62); // 61.5
-    EXPECT_EQ(larger.contentHeight(), 12 + 72 + 2 * (62 + 5) + 3 + 12);
+    EXPECT_EQ(larger.rowHeight(), 63);
+    EXPECT_EQ(larger.contentHeight(), 12 + 72 + 2 * (63 + 5) + 4 + 12);
 }
 
 TEST_F(ListContent, GivesTheReadingOfAShownKeyOnly) {
@@ -421,7 +421,7 @@ TEST_F(ListOnScreen, OnlyWhatIsAtLeastInPartOnItIsBuilt) {
     const Readings thermal = thermalReadings(40);
     show(cpu + thermal);
     const double end = list.contentHeight();
-    for (const double height : {1.0, 41.0, 46.0, 300.0, 690.0}) {
+    for (const double height : {1.0, 42.0, 47.0, 300.0, 690.0}) {
         for (double top = 0; top < end; top += 7.5) {
             list.setViewport(top, height);
             ASSERT_EQ(built(), expectedOnScreen({{"cpu", keysOf(cpu)}, {"thermal", keysOf(thermal)}}, top,
@@ -840,6 +840,44 @@ TEST_F(ListInPlace, OnAMachineWhoseReadingsComeAndGoEveryTime) {
 }
 
 // The keyboard
+
+// Without moving
+
+TEST_F(ListRefresh, InPlaceShowsNewValuesAndPinsInTheSameRows) {
+    show(cpuReadings(3));
+    list.setViewport(0, 600);
+    const Texts before = built();
+    Readings fresh = cpuReadings(4, 1);
+    for (SMCReading& reading : fresh) reading.value = "77";
+    list.updateInPlace(fresh, {"C0001"});
+    EXPECT_EQ(built(), before);
+    EXPECT_EQ(list.reading("C0000")->value, "40") << "gone, and shown as it was";
+    EXPECT_EQ(row(0, 1, SensorRowsModel::ValueRole).toString(), QString::fromUtf8("77°"));
+    EXPECT_TRUE(row(0, 1, SensorRowsModel::SelectedRole).toBool());
+    EXPECT_EQ(list.reading("C0004"), nullptr) << "comes with the next update";
+}
+
+TEST_F(ListRefresh, InPlaceKeepsTheLastValueOfAReadingThatHasNone) {
+    Readings readings = cpuReadings(1);
+    show(readings);
+    readings.front().value = "nan";
+    list.updateInPlace(readings, {});
+    EXPECT_EQ(list.reading("C0000")->value, "40");
+}
+
+// Places
+
+TEST_F(ListOnScreen, TellsTheRowAtAPlace) {
+    show(cpuReadings(2) + thermalReadings(1));
+    const double top = firstCardRowTop(0);
+    EXPECT_EQ(list.keyAt(top), "");
+    EXPECT_EQ(list.keyAt(top + 1), "C0000");
+    EXPECT_EQ(list.keyAt(top + metrics.rowHeight + 1), "") << "between two rows";
+    EXPECT_EQ(list.keyAt(top + pitch() + 1), "C0001");
+    EXPECT_EQ(list.keyAt(list.contentHeight() + 1), "");
+    EXPECT_EQ(list.bottomOf("C0001"), top + pitch() + metrics.rowHeight);
+    EXPECT_EQ(list.bottomOf("K999"), 0);
+}
 
 TEST_F(ListKeyboard, ComesToTheFirstRow) {
     show(cpuReadings(3) + thermalReadings(2));

@@ -36,6 +36,29 @@ std::string valueOf(const std::string& value, const std::string& unit = "") {
     return rowValue(reading);
 }
 
+// Values and lines of their own
+
+TEST(RowValue, OfAnotherNumberHasTheFormOfTheRow) {
+    SMCReading reading;
+    reading.key = "TC0P";
+    reading.unit = "°C";
+    EXPECT_EQ(rowValue(reading, 48), "48°");
+    EXPECT_EQ(rowValue(reading, 48.25), "48.25°");
+    reading.unit = "RPM";
+    EXPECT_EQ(rowValue(reading, 1200.4), "1200 rpm");
+}
+
+TEST(ClipboardLine, HasTheWholeNameAndTheValueWithItsUnit) {
+    SMCReading reading;
+    reading.key = "TC0P";
+    reading.name = " Intel CPU Temperature ";
+    reading.value = "48";
+    reading.unit = "°C";
+    EXPECT_EQ(clipboardLine(reading), "Intel CPU Temperature\t48 °C");
+    reading.name = " ";
+    EXPECT_EQ(clipboardLine(reading), "TC0P\t48 °C");
+}
+
 // Name
 
 TEST(RowName, APlainNameStaysAsItIs) { EXPECT_EQ(nameOf("CPU Core 1"), "CPU Core 1"); }

@@ -87,6 +87,22 @@ QImage rowWithTheKeyboard() {
     return stage.picture();
 }
 
+QImage menuOfARow() {
+    DemoStage stage;
+    stage.open();
+    stage.click("Core 2", Qt::RightButton);
+    QTest::keyClick(&stage.window(), Qt::Key_Down);
+    return stage.picture();
+}
+
+QImage undoLine() {
+    DemoStage stage;
+    stage.open();
+    for (int presses = 0; presses < 3; ++presses) QTest::keyClick(&stage.window(), Qt::Key_Down);
+    QTest::keyClick(&stage.window(), Qt::Key_Delete);
+    return stage.picture();
+}
+
 QImage aboutPanel() {
     DemoStage stage;
     stage.open();
@@ -116,6 +132,8 @@ constexpr std::array pictures{
     PanelPicture{"dynamic", dynamicPanel},
     PanelPicture{"hovered-row", hoveredRow},
     PanelPicture{"keyboard", rowWithTheKeyboard},
+    PanelPicture{"row-menu", menuOfARow},
+    PanelPicture{"undo", undoLine},
     PanelPicture{"about", aboutPanel},
     PanelPicture{"scanning", scanning},
     PanelPicture{"nothing-found", [] { return emptyPanel(true); }},

@@ -86,9 +86,9 @@ void PanelStage::pointAt(const QString& name) {
     if (const QQuickItem* const found = item(name)) QTest::mouseMove(&window(), middleOf(*found));
 }
 
-void PanelStage::click(const QString& name) {
+void PanelStage::click(const QString& name, Qt::MouseButton button) {
     if (const QQuickItem* const found = item(name)) {
-        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, middleOf(*found));
+        QTest::mouseClick(&window(), button, Qt::NoModifier, middleOf(*found));
     }
 }
 

@@ -48,7 +48,7 @@ class PanelStage {
 
     /// Move the pointer to the centre of that item, and click there.
     void pointAt(const QString& name);
-    void click(const QString& name);
+    void click(const QString& name, Qt::MouseButton button = Qt::LeftButton);
 
     /// The panel, once all animations have ended.
     QImage picture();

@@ -5,6 +5,7 @@
 #include "panel/PanelStyle.h"
 #include "qt/QtText.h"
 #include "sensors/Machine.h"
+#include "shell/PopoverSizing.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
@@ -214,6 +215,10 @@ void ViewStage::setHeight(double height) {
     QCoreApplication::processEvents();
 }
 
+double ViewStage::dynamicHeight() const {
+    return dynamicPopoverHeight(scene().store->readings().value(), scene().store->hiddenKeys().value());
+}
+
 bool ViewStage::isLoading() const { return scene().store->isLoading().value(); }
 
 QString ViewStage::statusMessage() const { return qtText(scene().store->statusMessage().value()); }
@@ -240,21 +245,23 @@ void ViewStage::setClipboardText(const QString& text) { QGuiApplication::clipboa
 bool ViewStage::hasDrawing(const QString& symbol) { return QFile::exists(":/symbols/" + symbol + ".shape"); }
 
 void ViewStage::clickTwice(QQuickItem* item, int milliseconds) {
-    QQuickWindow& window = *item->window();
     const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    constexpr int pause = 10'000;
+    clickAt(item, middle.x(), middle.y(), pause);
+    clickAt(item, middle.x(), middle.y(), milliseconds);
+}
+
+void ViewStage::clickAt(QQuickItem* item, double x, double y, int milliseconds) {
+    QQuickWindow& window = *item->window();
+    const QPointF place(x, y);
+    mouseTime_ += milliseconds;
     const auto turnButton = [&](Qt::MouseButtons down, QEvent::Type event, int time) {
-        qt_handleMouseEvent(&window, middle, window.mapToGlobal(middle), down, Qt::LeftButton, event,
+        qt_handleMouseEvent(&window, place, window.mapToGlobal(place), down, Qt::LeftButton, event,
                             Qt::NoModifier, time);
         QCoreApplication::processEvents();
     };
-    const auto click = [&](int time) {
-        turnButton(Qt::LeftButton, QEvent::MouseButtonPress, time);
-        turnButton(Qt::NoButton, QEvent::MouseButtonRelease, time + 1);
-    };
-    constexpr int pause = 10'000;
-    mouseTime_ += pause;
-    click(mouseTime_);
-    click(mouseTime_ + milliseconds);
+    turnButton(Qt::LeftButton, QEvent::MouseButtonPress, mouseTime_);
+    turnButton(Qt::NoButton, QEvent::MouseButtonRelease, mouseTime_ + 1);
 }
 
 } // namespace kelvinbar

@@ -90,6 +90,8 @@ class ViewStage final : public QObject {
     Q_INVOKABLE void setDynamic(bool isDynamic);
     Q_INVOKABLE [[nodiscard]] double height() const;
     Q_INVOKABLE void setHeight(double height);
+    /// What dynamic mode would give on a screen that is high enough.
+    Q_INVOKABLE [[nodiscard]] double dynamicHeight() const;
     Q_INVOKABLE [[nodiscard]] bool isLoading() const;
     Q_INVOKABLE [[nodiscard]] QString statusMessage() const;
     Q_INVOKABLE [[nodiscard]] QString exportText() const;
@@ -106,6 +108,8 @@ class ViewStage final : public QObject {
 
     /// Two clicks of the left button on the centre of `item`, `milliseconds` apart by their timestamps.
     Q_INVOKABLE void clickTwice(QQuickItem* item, int milliseconds);
+    /// A click of the left button at that place in the window of `item`, so many milliseconds after the last.
+    Q_INVOKABLE void clickAt(QQuickItem* item, double x, double y, int milliseconds);
 
   signals:
     void contentChanged();

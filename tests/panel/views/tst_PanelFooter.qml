@@ -232,7 +232,7 @@ Item {
         }
 
         function test_quitAsksToQuitOnce() {
-            const row = make(quitComponent, {controls: stage.makeControls("", "", "")});
+            const row = make(quitComponent, {controls: stage.makeControls("", "", ""), hidden: stage.content.hidden});
             mouseClick(buttonIn(row, "Quit"));
             compare(stage.quits, 1);
         }

@@ -168,19 +168,37 @@ Item {
             }
         }
 
-        function test_aRefreshBetweenTheClicksOfADoubleClickMovesNothing() {
+        function test_aRefreshBetweenTheClicksOfADoubleClickMovesNoRow() {
             const panel = makePanel();
-            const row = rowIn(panel, "TC0P");
-            const above = rowsIn(panel).filter(item => placeOf(item).y < placeOf(row).y);
             stage.setPins([]);
-            const value = row.value;
+            const [first, above, row] = rowsIn(panel).sort((one, other) => one.rowTop - other.rowTop);
+            const [value, place, key] = [first.value, placeOf(row), above.key];
             mousePress(row, 30, 20);
             mouseRelease(row, 30, 20);
+            stage.hide(key);
             refreshLater();
-            compare(row.value, value);
-            tryVerify(() => row.value !== value, 3000);
+            verify(first.value !== value);
+            compare(placeOf(row), place);
+            verify(rowIn(panel, key).visible);
+            tryVerify(() => rowsIn(panel).every(item => item.key !== key), 3000);
             compare(stage.pins(), []);
-            compare(rowsIn(panel).filter(item => placeOf(item).y < placeOf(row).y).length, above.length);
+        }
+
+        function test_everyPressAtOnePlaceHidesARow_data() {
+            return [{tag: "the first row of ten", number: 0, presses: 10}, {tag: "beside the line that offers to undo", number: 7, presses: 3}];
+        }
+
+        function test_everyPressAtOnePlaceHidesARow(data) {
+            const panel = makePanel();
+            const whole = rowsIn(panel).filter(item => isInside(placeOf(item), placeOf(listIn(panel))))
+                .sort((one, other) => one.rowTop - other.rowTop);
+            const button = buttonIn(whole[data.number], "Hide this property from the list");
+            const place = placeOf(button);
+            for (let count = 1; count <= data.presses; ++count) {
+                stage.clickAt(panel, place.x + place.width / 2, place.y + place.height / 2, 40);
+                compare(stage.hiddenKeys().length, count);
+            }
+            compare(stage.pins(), []);
         }
     }
 }

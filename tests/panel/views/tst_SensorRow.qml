@@ -21,7 +21,7 @@ Item {
             accent: "#64d2ff"
             content: stage.content
             width: 438
-            height: 41
+            height: 42
         }
     }
 

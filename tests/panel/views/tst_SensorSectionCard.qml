@@ -173,21 +173,6 @@ Item {
             compare(stage.hiddenKeys(), ["TC0P"]);
         }
 
-        function test_aDoubleClickOnAButtonHidesOneRow() {
-            const panel = makePanel();
-            const row = rowsOf(card(panel, "CPU"))[2];
-            const place = placeOf(buttonIn(row, "Hide this property from the list"));
-            const x = place.x + place.width / 2;
-            const y = place.y + place.height / 2;
-            mouseClick(panel, x, y);
-            wait(0);
-            mouseClick(panel, x, y);
-            compare(stage.hiddenKeys().length, 1);
-            wait(Qt.styleHints.mouseDoubleClickInterval + 50);
-            mouseClick(panel, x, y);
-            compare(stage.hiddenKeys().length, 2);
-        }
-
         function test_hidingTheLastRowTakesTheCardAway() {
             const panel = makePanel();
             const cpu = card(panel, "CPU");

@@ -1,0 +1,62 @@
+import QtQuick
+import Kelvinbar.Panel
+
+/// A line over the lower edge of the list, for some seconds: what was hidden, or what is searched for.
+Plate {
+    id: notice
+
+    required property PanelContent content
+    readonly property bool isSearch: content.search.text.length > 0
+
+    height: PanelStyle.scaled(32)
+    radius: 9
+    isVertical: true
+    colors: ["#3a3f47", "#2c3037"]
+    stroke: PanelStyle.white(0.16)
+    Accessible.role: Accessible.StaticText
+    Accessible.name: label.text
+
+    // Nothing reaches the rows below.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+    }
+    Text {
+        id: label
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.right: undo.visible ? undo.left : parent.right
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+        text: !notice.isSearch ? "Hidden: " + notice.content.hidden.lastName
+            : notice.content.search.isFound ? notice.content.search.text
+            : notice.content.search.text + " – no such name"
+        font: PanelStyle.font(11, Font.DemiBold)
+        color: PanelStyle.white(0.9)
+        Accessible.ignored: true
+    }
+    PanelButton {
+        id: undo
+        visible: !notice.isSearch
+        anchors.right: parent.right
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        text: "Undo"
+        toolTip: "Ctrl+Z"
+        focusPolicy: Qt.NoFocus
+        activeFocusOnTab: false
+        implicitHeight: PanelStyle.scaled(24)
+        leftPadding: 10
+        rightPadding: 10
+        contentItem: Text {
+            verticalAlignment: Text.AlignVCenter
+            text: undo.text
+            font: PanelStyle.font(11, Font.Bold)
+            color: PanelStyle.white(0.95)
+        }
+        onClicked: notice.content.hidden.undo()
+    }
+}
