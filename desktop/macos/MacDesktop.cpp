@@ -9,6 +9,7 @@
 #include "desktop/macos/LoginRefusal.h"
 #include "desktop/macos/MacScreens.h"
 #include "desktop/macos/MainAppLoginItem.h"
+#include "desktop/macos/OpeningAgain.h"
 #include "desktop/macos/SystemSymbolMask.h"
 #include "desktop/macos/SystemUserDefaults.h"
 #include "desktop/qt/TerminationSignals.h"
@@ -49,7 +50,10 @@ class MacDesktop final : public Desktop {
     MacDesktop(const std::string& name, Log& log)
         : log_(log)
         , userDefaults_(preferencesOwner, QString::fromStdString(name), log)
-        , reopen_([this] { openedAgain(); })
+        , reopen_([this] {
+            openAgain(
+                handlers_.openPanel, [this] { return statusBar_.itemSight(); }, log_);
+        })
         , signals_([this] {
             if (handlers_.quit) handlers_.quit();
         }) {}
@@ -82,14 +86,6 @@ class MacDesktop final : public Desktop {
     [[nodiscard]] SystemSymbols systemSymbols() const override { return systemSymbolMask; }
 
   private:
-    /// Somebody who opens the program again may not see its item.
-    void openedAgain() {
-        if (!handlers_.openPanel) return;
-        handlers_.openPanel();
-        const char* const reason = whyUnseen(statusBar_.itemSight());
-        if (reason != nullptr) log_.write(LogCategory::tray, LogLevel::warning, reason);
-    }
-
     ItemMenu::Requests menuRequests() {
         return {.isOnItem = [this](Point place) { return statusBar_.isOnItem(place); },
                 .watchSecondaryPresses =

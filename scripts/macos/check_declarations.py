@@ -2,8 +2,10 @@
 """Compares the declarations in tests/macos-declarations with ones that others generated from Apple's SDK.
 
 Fails for a class, base class, selector, property, C function, enumerator, value of an enumerator, or constant that the
-SDK does not have, for another number of parameters, and for a class member that belongs to the objects, or the reverse.
-Types of parameters, and the values of constants that are no enumerators there, are not compared.
+SDK does not have, for another number or kind of parameters, results and values of properties, and for a class member
+that belongs to the objects, or the reverse. The SDK's declarations do not tell the sizes of numbers, what a pointer points
+to, parameters of blocks, or which of the types without a class an object has; these, and the values of constants that are
+no enumerators there, are not compared.
 
 usage: check_declarations.py SDK DECLARATIONS <AST
 SDK is the folder with the generated declarations (*.d.ts), AST what clang prints for the headers below DECLARATIONS with
@@ -24,21 +26,85 @@ RENAMED = {
     "kCFStringEncodingUTF8": ("CFStringBuiltInEncodings", "UTF8"),
 }
 # In the SDK itself these are macros or inline functions, which the generated declarations leave out.
+ARROW = "\N{RIGHTWARDS ARROW}"
+SDK_KINDS = {
+    "string": "text",
+    "NSString": "text",
+    "interop.Enum": "number",
+    "bigint": "number",
+    "interop.Object": "object",
+    "NSObject": "object",
+    "interop.Pointer": "pointer",
+    "interop.PointerConvertible": "pointer",
+    "NSRect": "CGRect",
+    "NSSize": "CGSize",
+    "NSPoint": "CGPoint",
+}
+DECLARED_KINDS = {
+    "void": "void",
+    "BOOL": "boolean",
+    "NSString*": "text",
+    "SEL": "text",
+    "id": "object",
+    "instancetype": "object",
+    "NSObject*": "object",
+    "ObjectType": "ObjectType",
+}
+STRUCTURES = {"NSRect": "CGRect", "NSSize": "CGSize", "NSPoint": "CGPoint", "CFRange": "CFRange"}
 LEFT_OUT = {"CFBridgingRelease", "CFBridgingRetain", "NSMakeRect", "NSMakeSize"}
 
 
-def parameter_count(text: str) -> int:
-    """The number of parameters in a list, without the `this` of a constructor."""
+def parameter_types(text: str) -> list[str]:
+    """The types in a list of parameters, without the `this` of a constructor."""
     depth = 0
     parameters = [""]
-    for character in text.replace("=>", ""):
+    for character in text.replace("=>", ARROW):
         depth += (character in "(<[{") - (character in ")>]}")
         if character == "," and depth == 0:
             parameters.append("")
         else:
             parameters[-1] += character
-    names = [each.split(":")[0].strip() for each in parameters]
-    return len([name for name in names if name not in ("", "this")])
+    pairs = [each.partition(":") for each in parameters]
+    return [type_.strip() for name, _, type_ in pairs if name.strip() not in ("", "this")]
+
+
+def sdk_kind(text: str) -> str:
+    """What a type of the SDK is: void, number, boolean, text, block, object, pointer, or the name of a class or structure."""
+    text = text.replace("=>", ARROW)
+    if ARROW in text:
+        return "block"
+    text = re.sub(r"<.*>", "", text.split("|")[0]).strip(" ;()")
+    if text.endswith("[]"):
+        return "NSArray"
+    return SDK_KINDS.get(text, text)
+
+
+def declared_kind(node_type: dict) -> str:
+    """The same for a type that clang prints."""
+    written = re.sub(r"\b(_Nullable|_Nonnull|const|__kindof|__strong|__weak|__unsafe_unretained|struct)\b", "", node_type["qualType"])
+    written = re.sub(r"<.*>", "", written).replace(" ", "")
+    if written in DECLARED_KINDS:
+        return DECLARED_KINDS[written]
+    if "(^)" in written:
+        return "block"
+    if re.fullmatch(r"(NS|SM)\w+\*", written):
+        return written[:-1]
+    if re.fullmatch(r"CF\w+Ref|CFMutableDictionaryRef", written):
+        return "object"
+    if written in STRUCTURES:
+        return STRUCTURES[written]
+    full = node_type.get("desugaredQualType", node_type["qualType"])
+    if re.match(r"NSString \*", full):
+        return "text"
+    return "pointer" if "*" in full or "[" in full else "number"
+
+
+def agree(declared: str, of_sdk: str) -> bool:
+    """Whether both may be the same type. Without a class in one of them, the other may be any object."""
+    anonymous = {"object", "pointer", "unknown"}
+    if declared in anonymous or of_sdk in anonymous:
+        return not {declared, of_sdk} & {"number", "boolean", "void"} or of_sdk == "unknown"
+    return declared == of_sdk
 
 
 def closing(text: str) -> int:
@@ -52,12 +118,41 @@ def closing(text: str) -> int:
 
 
 @dataclass
+class Signature:
+    """The kinds of a function's parameters and result."""
+
+    parameters: list[str]
+    result: str
+
+    def agrees(self, other: "Signature") -> bool:
+        """Whether both may be one function's. `self` is the declared one."""
+        return (
+            len(self.parameters) == len(other.parameters)
+            and all(map(agree, self.parameters, other.parameters))
+            and agree(self.result, other.result)
+        )
+
+    def __str__(self) -> str:
+        return f"({', '.join(self.parameters)}) -> {self.result}"
+
+
+def sdk_signature(parameters: str, result: str) -> Signature:
+    return Signature([sdk_kind(each) for each in parameter_types(parameters)], sdk_kind(result))
+
+
+def declared_signature(node: dict, result: dict) -> Signature:
+    parameters = [each["type"] for each in node.get("inner", []) if each["kind"] == "ParmVarDecl"]
+    return Signature([declared_kind(each) for each in parameters], declared_kind(result))
+
+
+@dataclass
 class Type:
     """A class or protocol of the SDK."""
 
     bases: list[str]
-    methods: set[tuple[bool, str, int]] = field(default_factory=set)  # is of the class, name, number of parameters
-    properties: dict[tuple[bool, str], bool] = field(default_factory=dict)  # is of the class, name -> can be set
+    # Both by whether they are of the class, and by name; properties with whether they can be set.
+    methods: dict[tuple[bool, str], list[Signature]] = field(default_factory=dict)
+    properties: dict[tuple[bool, str], tuple[bool, str]] = field(default_factory=dict)
 
 
 class SDK:
@@ -67,13 +162,14 @@ class SDK:
         self.types: dict[str, Type] = {}
         self.enumerations: dict[str, dict[str, int]] = {}
         self.constants: set[str] = set()
-        self.functions: dict[str, int] = {}
+        self.functions: dict[str, Signature] = {}
         for framework in [*FRAMEWORKS, "Runtime"]:
             self._read((folder / f"{framework}.d.ts").read_text())
 
     def _read(self, text: str) -> None:
-        for name, parameters in re.findall(r"^declare function (\w+)\((.*)\): ", text, re.M):
-            self.functions[name] = parameter_count(parameters)
+        for name, rest in re.findall(r"^declare function (\w+)(\(.*);$", text, re.M):
+            end = closing(rest)
+            self.functions[name] = sdk_signature(rest[1:end], rest[end + 2 :])
         self.constants |= set(re.findall(r"^declare const (\w+): \S", text, re.M))
         for name, body in re.findall(r"^declare const (\w+): \{\n(.*?)^\}", text, re.M | re.S):
             self.enumerations[name] = {
@@ -95,9 +191,11 @@ class SDK:
                 continue
             of_class, member, rest = bool(match[1]), match[3], match[5]
             if rest.startswith("("):
-                type_.methods.add((of_class, member, parameter_count(rest[1 : closing(rest)])))
+                end = closing(rest)
+                signature = sdk_signature(rest[1:end], rest[end + 2 :])
+                type_.methods.setdefault((of_class, member), []).append(signature)
             else:
-                type_.properties[of_class, member] = not match[2]
+                type_.properties[of_class, member] = (not match[2], sdk_kind(rest[1:]))
 
     def family(self, name: str) -> list[Type]:
         """The type and everything that it inherits from."""
@@ -147,26 +245,37 @@ class Comparison:
         selector, of_class = node["name"], not node["instance"]
         parts = selector.split(":")
         name = parts[0] + "".join(part[:1].upper() + part[1:] for part in parts[1:])
-        wanted = (of_class, name, selector.count(":"))
         family = self.sdk.family(owner)
-        # A getter that is declared as a method.
-        is_getter = ":" not in selector and any((of_class, name) in type_.properties for type_ in family)
-        sign = "+" if of_class else "-"
-        self.expect(is_getter or any(wanted in type_.methods for type_ in family), f"{sign}[{owner} {selector}]")
+        candidates = [each for type_ in family for each in type_.methods.get((of_class, name), [])]
+        if ":" not in selector:  # a getter that is declared as a method
+            properties = [type_.properties[of_class, name] for type_ in family if (of_class, name) in type_.properties]
+            candidates += [Signature([], kind) for _, kind in properties]
+        wanted = f"{'+' if of_class else '-'}[{owner} {selector}]"
+        self.signature(wanted, declared_signature(node, node["returnType"]), candidates)
+
+    def signature(self, name: str, declared: Signature, candidates: list[Signature]) -> None:
+        self.expect(any(len(declared.parameters) == len(each.parameters) for each in candidates), name)
+        if candidates:
+            self.expect(any(map(declared.agrees, candidates)), f"{name} as {declared}, but {candidates[0]}")
 
     def property(self, owner: str, node: dict) -> None:
         key = (bool(node.get("class")), node["name"])
+        name = f"{owner}.{node['name']}"
         found = [type_.properties[key] for type_ in self.sdk.family(owner) if key in type_.properties]
-        self.expect(bool(found), f"property {owner}.{node['name']}")
+        self.expect(bool(found), f"property {name}")
+        if found:
+            declared, of_sdk = declared_kind(node["type"]), found[0][1]
+            self.expect(agree(declared, of_sdk), f"property {name} as {declared}, but {of_sdk}")
         if found and not node.get("readonly"):
-            self.expect(any(found), f"a setter of {owner}.{node['name']}")
+            self.expect(any(settable for settable, _ in found), f"a setter of {name}")
 
     def function(self, node: dict) -> None:
         name = node["name"]
         if name in LEFT_OUT:
             return
-        count = len([each for each in node.get("inner", []) if each["kind"] == "ParmVarDecl"])
-        self.expect(self.sdk.functions.get(name) == count, f"function {name} with {count} parameters")
+        candidates = [self.sdk.functions[name]] if name in self.sdk.functions else []
+        result = {"qualType": node["type"]["qualType"].split("(")[0].strip()}
+        self.signature(f"function {name}", declared_signature(node, result), candidates)
 
     def constant(self, node: dict) -> None:
         self.expect(node["name"] in self.sdk.constants, f"constant {node['name']}")

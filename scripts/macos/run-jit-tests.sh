@@ -1,55 +1,140 @@
 #!/usr/bin/env bash
-# Runs the tests over I/O Kit as macOS code on x86-64 Linux: compiled to Mach-O objects and linked in memory against a
-# fake I/O Kit. Needs llvm-jitlink-14 (llvm-14) and libc++.so.1 (libc++1-19). Code for arm64 runs in an emulator
-# (qemu-user-static), with these two for arm64 in the folder ARM64_ROOT.
-# usage: ZIG=path-of-zig [ARM64_ROOT=folder] scripts/macos/run-jit-tests.sh x86_64|arm64 BUILD_FOLDER
+# Runs tests as macOS code on x86-64 Linux: compiled to Mach-O objects and linked in memory, over a fake I/O Kit and the C
+# library of the host. Needs llvm-jitlink-14 (llvm-14) and libc++.so.1 (libc++1-19). Code for arm64 runs in an emulator
+# (qemu-user-static), with that program for arm64 in the folder ARM64_ROOT, and with the C++ library for macOS.
+#
+# Without ARCHIVES, the folder of a build for that architecture, only the tests over I/O Kit run, otherwise all tests of
+# the core but those in tests/macos-in-memory/not-run.txt.
+# usage: ZIG=path-of-zig [ARM64_ROOT=folder] scripts/macos/run-jit-tests.sh x86_64|arm64 BUILD_FOLDER [ARCHIVES]
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 architecture=${1:?is to be x86_64 or arm64}
-export zig=${ZIG:?is to be the path of the zig program} build=${2:?is to be a folder}
-export processor=${architecture/arm64/aarch64}
-
-program=(machines/macos/{CFValues,IOKitRegistry,IOKitSMCDriver}.cpp base/Value.cpp)
-tests=(tests/machines/macos/IOKitTest.cpp)
-support=(tests/machines/macos/FakeIOKit.cpp tests/machines/macos/jit/{Runner,HostLibrary}.cpp)
-
-mkdir -p "$build"
-build=$(realpath "$build")
-rm -rf "$build/objects"
-mkdir "$build/objects"
+zig=${ZIG:?is to be the path of the zig program}
+mkdir -p "${2:?is to be a folder}"
+build=$(realpath "$2")
+archives=${3:-}
+processor=${architecture/arm64/aarch64}
+support=tests/macos-in-memory
 export ZIG_GLOBAL_CACHE_DIR=${ZIG_GLOBAL_CACHE_DIR:-$build/cache} ZIG_LOCAL_CACHE_DIR=${ZIG_LOCAL_CACHE_DIR:-$build/cache}
 
-# Counts everything that looks like a test, so that none can be missing from the list unnoticed.
-sed -nE 's/^TEST(_F)?\((\w+), (\w+)\).*/TEST_CASE(\2, \3)/p' "${tests[@]}" >"$build/TestList.inc"
-count=$(cat "${tests[@]}" | grep -cE '\bTEST(_[FP])?\(') || { echo "There are no tests." >&2; exit 1; }
+# The tests of each unit, which is compiled as a whole.
+declare -A units=([iokit]="tests/machines/macos/IOKitTest.cpp tests/machines/macos/FakeIOKit.cpp")
+if [[ -n $archives ]]; then
+  for folder in base catalogue sensors smc store shell; do units[$folder]=$(echo tests/$folder/*.cpp); done
+  units[machines]=$(echo tests/machines/{replay,demo,linux/naming}/*.cpp)
+  units[system]=$(echo tests/machines/macos/{MacPlatform,MacSystemInformation,ReplayThroughIOKit,SystemEntries}Test.cpp)
+  units[tools]=$(echo tests/{tools,resources}/*.cpp)
+fi
 
-# Constructors of global objects would not run, so they are errors.
-export flags="-target $processor-macos.11.0 -std=c++20 -O2 -fno-stack-protector -Wall -Wextra -Wpedantic -Wshadow
-  -Wconversion -Wsign-conversion -Wglobal-constructors -Werror -I. -Itests/machines/macos/jit
-  -isystem tests/macos-declarations -include tests/machines/macos/jit/HostLocks.h"
-compile() {
-  # shellcheck disable=SC2086
-  "$zig" c++ $flags "-I$build" -c "$1" -o "$build/objects/${1//\//_}.o"
+rm -rf "$build/units" "$build/objects"
+mkdir -p "$build/units" "$build/objects"
+left_out() { grep -q "^$1: " $support/not-run.txt; }
+
+# write_unit NAME SOURCE …: helpers in different test files have the same names, so those of each file get a namespace.
+write_unit() {
+  local unit=$build/units/$1.cpp source sources=()
+  for source in "${@:2}"; do
+    if ! left_out "$source"; then sources+=("$source"); fi
+  done
+  for source in "${sources[@]}"; do
+    echo "#line 1 \"$source\""
+    if [[ ${#sources[@]} -gt 1 && $source == *Test.cpp ]]; then
+      sed "s/^namespace {$/namespace Of$(basename "$source" .cpp) {/" "$source"
+    else
+      cat "$source"
+    fi
+  done >"$unit"
+  make_initializer_known "$1"
 }
-export -f compile
-printf '%s\n' "${tests[@]}" "${support[@]}" "${program[@]}" | xargs -P "$(nproc)" -I{} bash -euc 'compile {}'
 
-linker=(llvm-jitlink-14 -preload libc++.so.1)
-if [[ $architecture == arm64 ]]; then
-  root=${ARM64_ROOT:?is to be a folder with programs for arm64}
-  # Texts are laid out in another way than in the host's libc++: that of macOS, which the compiler builds when it first
-  # links for it, comes first.
+# The function that initialises the global objects of a unit is local to it.
+make_initializer_known() {
+  echo "__asm(\".globl \\\"__GLOBAL__sub_I_$1.cpp\\\"\");" >>"$build/units/$1.cpp"
+  echo "INITIALIZER($1)" >>"$build/units/Initializers.inc"
+}
+
+framework=/usr/src/googletest
+for part in gtest gmock; do
+  echo "#include \"src/$part-all.cc\"" >"$build/units/$part.cpp"
+  make_initializer_known $part
+done
+for unit in "${!units[@]}"; do
+  # shellcheck disable=SC2086
+  write_unit "$unit" ${units[$unit]}
+done
+if [[ -z $archives ]]; then
+  printf '#include "%s"\n' machines/macos/{CFValues,IOKitRegistry,IOKitSMCDriver}.cpp base/Value.cpp >"$build/units/program.cpp"
+fi
+printf '#include "%s"\n' $support/{Runner,HostLibrary,HostThreads,HostCharacters}.cpp >"$build/units/support.cpp"
+
+# The framework's headers, separated from the others of this machine.
+mkdir -p "$build/include"
+ln -sfn "$framework/googletest/include/gtest" "$build/include/gtest"
+ln -sfn "$framework/googlemock/include/gmock" "$build/include/gmock"
+
+# Statics are not guarded: the guards need locks, which are among them.
+flags=(-target "$processor-macos.11.0" -std=c++20 -fno-stack-protector -fno-sanitize=undefined -I. "-I$build/units"
+  -isystem tests/macos-declarations -isystem "$build/include" "-DKELVINBAR_ROOT=\"$PWD\"")
+warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
+compile() {
+  local options=()
+  case $1 in
+    gtest | gmock) options=("-I$framework/googletest" "-I$framework/googlemock" -w) ;;
+    program) options=(-O2 "${warnings[@]}") ;;
+    support) options=(-O1 -fno-threadsafe-statics "${warnings[@]}") ;;
+    *) options=("${warnings[@]}") ;;
+  esac
+  "$zig" c++ "${flags[@]}" "${options[@]}" -c "$build/units/$1.cpp" -o "$build/objects/$1.o"
+}
+# The largest first.
+names=$(cd "$build/units" && ls -S -- *.cpp | sed 's/\.cpp$//')
+# The arrays are needed in the other processes.
+definitions=$(declare -p flags warnings zig build framework; declare -f compile)
+printf '%s\n' $names | xargs -P "$(nproc)" -I{} bash -euc "$definitions"$'\n''compile {}'
+
+# unpack_library: the C++ library, which the compiler builds when it first links for a system.
+unpack_library() {
   echo 'int main() { return 0; }' >"$build/empty.cpp"
   "$zig" c++ -target "$processor-macos.11.0" "$build/empty.cpp" -o "$build/empty"
-  for library in "$ZIG_GLOBAL_CACHE_DIR"/o/*/libc++.a; do
+  mkdir -p "$build/library"
+  for library in "$ZIG_GLOBAL_CACHE_DIR"/o/*/libc++{,abi}.a; do
     headers=$(llvm-readobj-14 --file-headers "$library" 2>/dev/null)
-    if [[ $headers == *"Arch: $processor"* ]]; then library_folder=$(dirname "$library"); fi
+    if [[ $headers == *"Arch: $processor"* ]]; then (cd "$build/library" && llvm-ar-14 x "$library"); fi
   done
-  linker=(qemu-aarch64-static -L "$root" "$root/usr/lib/llvm-14/bin/llvm-jitlink" -preload libc++abi.so.1
-    "-L$library_folder" -lc++)
+  rm -f "$build/library/cxa_noexception.o" # defines what others define
+}
+
+objects=("$build"/objects/*.o)
+if [[ $architecture == arm64 ]]; then
+  # Texts are laid out in another way than in the host's C++ library.
+  root=${ARM64_ROOT:?is to be a folder with programs for arm64}
+  linker=(qemu-aarch64-static -L "$root" "$root/usr/lib/llvm-14/bin/llvm-jitlink")
+  unpack_library
+  objects+=("$build"/library/*.o)
+else
+  linker=(llvm-jitlink-14 -preload libc++.so.1)
 fi
-timeout 120 "${linker[@]}" "$build"/objects/*.o | tee "$build/output.txt"
-if [[ $count -eq 0 || $(tail -n 1 "$build/output.txt") != "$count tests passed" ]]; then
-  echo "$count tests were to pass." >&2
+libraries=()
+if [[ -n $archives ]]; then
+  for library in "$archives"/{tools/libkelvinbar_tools,machines/demo/libkelvinbar_demo,machines/replay/libkelvinbar_replay,machines/linux/naming/libkelvinbar_sensor_names,machines/macos/libkelvinbar_macos,resources/libkelvinbar_resources,libkelvinbar_core}.a; do
+    name=$(basename "$library" .a)
+    libraries+=("-L$(dirname "$library")" "-l${name#lib}")
+  done
+fi
+
+filter=$(sed -nE 's/^(\w+\.\w+): .*/\1/p' $support/not-run.txt | paste -sd :)
+timeout 120 "${linker[@]}" "${objects[@]}" "${libraries[@]}" \
+  --args tests "--gtest_filter=-$filter" >"$build/output.txt" 2>"$build/errors.txt" || {
+  sed -E '/^\[ *(OK|RUN|-+) *\]/d' "$build/output.txt" >&2
+  tail -n 20 "$build/errors.txt" >&2
   exit 1
-fi
+}
+
+# Every test in the sources, but those that are left out, has passed. (Tests with parameters are counted by their framework.)
+tests_in() { sed -nE 's/^ *TEST(_F)?\((\w+), (\w+)\).*/\2.\3/p' "$@"; }
+tests_in "$build"/units/*.cpp | sort >"$build/tests.txt"
+sed -nE 's/^(\w+\.\w+): .*/\1/p' $support/not-run.txt | sort >"$build/left-out.txt"
+sed -nE 's/^\[ +OK \] (\w+\.\w+) .*/\1/p' "$build/output.txt" | sort >"$build/passed.txt"
+diff <(comm -23 "$build/tests.txt" "$build/left-out.txt") "$build/passed.txt" >&2 || { echo "Other tests ran than those in the sources." >&2; exit 1; }
+[[ -s $build/passed.txt ]] || { echo "There are no tests." >&2; exit 1; }
+echo "$(grep -c '^\[ *OK' "$build/output.txt") tests passed"

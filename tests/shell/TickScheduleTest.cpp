@@ -13,8 +13,6 @@ using namespace std::chrono_literals;
 /// `sinceStart` after the start of the monotonic clock.
 TickSchedule::Time at(std::chrono::microseconds sinceStart) { return TickSchedule::Time(sinceStart); }
 
-} // namespace
-
 TEST(TickSchedule, IsDueAtAMultipleOfTheTolerance) {
     EXPECT_EQ(TickSchedule(1000ms, 20ms, at(7'001'001us)).due(), at(8'020ms));
     EXPECT_EQ(TickSchedule(1000ms, 20ms, at(7'019'999us)).due(), at(8'020ms));
@@ -49,5 +47,7 @@ TEST(TickSchedule, StartsAnewFromATickThatIsTooLate) {
     schedule.fired(at(3'600'001ms)); // an hour of sleep is one tick, not many
     EXPECT_EQ(schedule.due(), at(3'601'020ms));
 }
+
+} // namespace
 
 } // namespace kelvinbar
