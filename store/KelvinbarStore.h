@@ -116,9 +116,6 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     /// The devices that the last full refresh left out because they do not answer.
     [[nodiscard]] const std::vector<SilentDevice>& silentDevices() const { return silentDevices_; }
 
-    /// Whether a full refresh runs.
-    [[nodiscard]] bool isRefreshing() const { return refreshTask_.has_value(); }
-
     /// Lowest, highest and mean values since the store exists.
     [[nodiscard]] const ReadingRanges& ranges() const { return ranges_; }
 
