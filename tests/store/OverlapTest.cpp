@@ -283,6 +283,13 @@ class Program {
         runWaitingResults();
     }
 
+    /// Waits for passes, and for stores that were shut down to close the source: another's next pass would be
+    /// cut short by that.
+    void waitForWork() {
+        EXPECT_TRUE(workers_->finish(std::chrono::minutes(1)));
+        runWaitingResults();
+    }
+
     void closeSource() const { machine_.source->close(); }
 
     [[nodiscard]] std::size_t resultsWithKeys() const { return resultsWithKeys_; }
@@ -410,6 +417,7 @@ TEST(Overlap, PassesShutdownsAndDestructionsOfStoresDoNotDisturbOneAnother) {
 
         program.driver().reliable = true;
         program.destroyStore();
+        program.waitForWork();
         program.makeStore();
         program.waitForFirstResult();
         EXPECT_EQ(program.store().statusMessage().value(), "Loaded 17 HWMonitorSMC2-compatible keys");
