@@ -20,13 +20,14 @@ from driver.desktop import Desktop
 
 
 class Row(NamedTuple):
-    """An attack in the table. `figures`: how often or how long it was tried, and what came of it."""
+    """An attack in the table. `figures`: how often or how long it was tried, and what came of it; or why it was not."""
 
     attack: str
     figures: str
-    held: bool
+    held: bool | None  # None: not tried
 
 
+HELD = {True: "yes", False: "NO", None: "–"}
 Record = Callable[[str, str, bool], None]
 ROWS = pytest.StashKey[list[Row]]()  # all rows of a run; in the stash of a test, its own
 
@@ -53,12 +54,15 @@ def pytest_collection_modifyitems(config: pytest.Config, items: list[pytest.Item
 
 
 @pytest.hookimpl(hookwrapper=True)
-def pytest_runtest_makereport(item: pytest.Item) -> Iterator[None]:
-    """An attack that fails without a row that says so gets one. Logs are shown before the desktop is removed."""
+def pytest_runtest_makereport(item: pytest.Item, call: pytest.CallInfo[None]) -> Iterator[None]:
+    """An attack that fails or is skipped without a row that says so gets one. Logs are shown before the desktop is
+    removed."""
     report = (yield).get_result()
+    if report.skipped:
+        item.config.stash[ROWS].append(Row(item.name, f"not tried: {call.excinfo.value}", None))
     if not report.failed:
         return
-    if all(row.held for row in item.stash.get(ROWS, [])):
+    if False not in (row.held for row in item.stash.get(ROWS, [])):
         item.config.stash[ROWS].append(Row(item.name, f"failed in its {report.when}", False))
     if desktop := item.funcargs.get("desktop"):
         for log in sorted(desktop.logs.glob("*.log")):
@@ -68,7 +72,7 @@ def pytest_runtest_makereport(item: pytest.Item) -> Iterator[None]:
 
 def pytest_terminal_summary(terminalreporter: TerminalReporter, config: pytest.Config) -> None:
     """Prints the table of docs/reliability.md."""
-    cells = [(row.attack, row.figures, "yes" if row.held else "NO") for row in config.stash[ROWS]]
+    cells = [(row.attack, row.figures, HELD[row.held]) for row in config.stash[ROWS]]
     if not cells:
         return
     header = ("Attack", f"Figures ({config.getoption('scale')})", "Held")

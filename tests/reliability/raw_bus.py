@@ -58,9 +58,7 @@ class RawPeer:
             pass  # closed
 
 
-def method_call(
-    service: str, path: str, interface: str, method: str, arguments: GLib.Variant | None = None
-) -> bytes:
+def method_call(service: str, path: str, interface: str, method: str, arguments: GLib.Variant | None = None) -> bytes:
     """The bytes of a call. Its serial number is set when it is sent."""
     message = Gio.DBusMessage.new_method_call(service, path, interface, method)
     if arguments is not None:

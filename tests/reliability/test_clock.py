@@ -63,9 +63,7 @@ def test_a_stop_is_followed_by_one_refresh(
     sensors.send(signal.SIGCONT)
     reads = reads_while_watched(tree)
     sensors.finish()
-    record(
-        f"clock: stopped for {STOP_SECONDS[scale]} s", f"{reads} refreshes in {WATCH_SECONDS} s", is_regular(reads)
-    )
+    record(f"clock: stopped for {STOP_SECONDS[scale]} s", f"{reads} refreshes in {WATCH_SECONDS} s", is_regular(reads))
 
 
 def snapshot_time(desktop: Desktop, sensors: SensorProgram) -> datetime:
