@@ -107,7 +107,7 @@ void ReadWatch::leave(WatchedPass& pass, NamedDevice& device) {
         changed_.notify_all();
     }
     if (!answersAgain) return;
-    log_.write(state.category, LogLevel::info, [&name = name] { return name + " answers again"; });
+    log_.write(state.category, LogLevel::info, [&answering = name] { return answering + " answers again"; });
 }
 
 /// The file that was noted before; no value if the pass is abandoned.
