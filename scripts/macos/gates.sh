@@ -109,7 +109,7 @@ is_analysed() {
 # tests_pass_in_memory FOLDER ARCHITECTURE [ARCHIVES]: the tests over I/O Kit, and with the folder of a build those of the
 # core, pass, compiled for macOS and linked in memory.
 tests_pass_in_memory() {
-  ZIG=$toolchain/zig ARM64_ROOT=$work/arm64-root "$1/scripts/macos/run-jit-tests.sh" "$2" "$work/jit-$2" "${@:3}"
+  ZIG=$toolchain/zig ARM64_ROOT=$work/arm64-root "$1/scripts/macos/run-jit-tests.sh" "$2" "$work/jit-$2${3:+-core}" "${@:3}"
 }
 
 # agrees_with_sdk DECLARATIONS: the SDK has what the headers in that folder declare.

@@ -1,9 +1,11 @@
 # Proves that every gate detects a mistake of its kind. Stops if a mistake passes, or fails for another reason.
+#
+# Two groups of mistakes are tried at a time, each in its own folder, `mistakes`, and with its own count, `caught_count`.
 
 # mistake FILE EDIT: prints the path of a copy of FILE, edited with sed.
 mistake() {
   local copy
-  copy=$work/mistakes/$(basename "$1")
+  copy=$mistakes/$(basename "$1")
   sed -E "$2" "$1" >"$copy"
   ! cmp -s "$1" "$copy" || { echo "An edit changes nothing in $1: $2" >&2; exit 1; }
   echo "$copy"
@@ -11,7 +13,7 @@ mistake() {
 
 # The same in a copy of all sources of the tests over I/O Kit. Prints the folder.
 tree_with_mistake() {
-  local tree=$work/mistakes/tree
+  local tree=$mistakes/tree
   rm -rf "$tree"
   mkdir "$tree"
   git ls-files -z base machines/macos scripts/macos smc tests/macos-declarations tests/macos-in-memory tests/machines/macos |
@@ -33,10 +35,10 @@ caught() {
 
 # caught_by_sdk TEXT HEADER EDIT: the comparison with the SDK fails with TEXT for the declarations with a mistake.
 caught_by_sdk() {
-  rm -rf "$work/mistakes/declared"
-  cp -r $declarations "$work/mistakes/declared"
-  cp "$(mistake "$declarations/$2" "$3")" "$work/mistakes/declared/$2"
-  caught "Not in the SDK: $1" agrees_with_sdk "$work/mistakes/declared"
+  rm -rf "$mistakes/declared"
+  cp -r $declarations "$mistakes/declared"
+  cp "$(mistake "$declarations/$2" "$3")" "$mistakes/declared/$2"
+  caught "Not in the SDK: $1" agrees_with_sdk "$mistakes/declared"
 }
 
 # One of each kind of name, of parameters, and of values.
@@ -135,10 +137,9 @@ prove_execution() {
       bool isNeverCalled(int number) {\n if (number > 3) {\n return true;\n }\n return\n number\n <\n 2;\n }')"
 }
 
-prove_gates() {
-  caught_count=0
-  rm -rf "$work/mistakes"
-  mkdir -p "$work/mistakes/declarations"
+# What compilers and the analyser report, and what the checks of declarations, links, imports and load commands do.
+prove_build() {
+  mkdir "$mistakes/declarations"
   local desktop=desktop/macos machine=machines/macos
   local library=$work/arm64/build/$desktop/libkelvinbar_cocoa_complete.dylib
 
@@ -154,35 +155,35 @@ prove_gates() {
   caught "'to_chars' is unavailable: introduced in macOS 13.4" compiles kelvinbar_platform \
     "$(mistake $machine/MacSystemInformation.mm '1i #include <charconv>
       $a char text[40]; const auto end = std::to_chars(text, text + 40, 1.5).ptr;')"
-  cp -r $declarations/* "$work/mistakes/declarations"
-  cp "$(mistake $declarations/IOKit/IOKitLib.h 's/io_name_t\[128\]/io_name_t[64]/')" "$work/mistakes/declarations/IOKit/"
-  caught "sizeof(io_name_t) == 128" compiles kelvinbar_platform $machine/DeclarationChecks.mm "$work/mistakes/declarations"
+  cp -r $declarations/* "$mistakes/declarations"
+  cp "$(mistake $declarations/IOKit/IOKitLib.h 's/io_name_t\[128\]/io_name_t[64]/')" "$mistakes/declarations/IOKit/"
+  caught "sizeof(io_name_t) == 128" compiles kelvinbar_platform $machine/DeclarationChecks.mm "$mistakes/declarations"
 
   caught "no member named 'applicationStateChangedX'" compiles_over_toolkit \
     "$(mistake $desktop/ActiveInput.cpp 's/applicationStateChanged/&X/')"
-  /usr/lib/qt6/libexec/moc -I. "$(mistake panel/Plate.h 's/(Q_PROPERTY.* READ )(\w+)/\1\2X/')" -o "$work/mistakes/moc.cpp"
-  caught "no member named 'colorsX'" compiles_over_toolkit "$work/mistakes/moc.cpp"
+  /usr/lib/qt6/libexec/moc -I. "$(mistake panel/Plate.h 's/(Q_PROPERTY.* READ )(\w+)/\1\2X/')" -o "$mistakes/moc.cpp"
+  caught "no member named 'colorsX'" compiles_over_toolkit "$mistakes/moc.cpp"
   caught "no member named 'sourceX'" compiles_test \
     "$(mistake tests/machines/macos/MacPlatformTest.cpp 's/machine\.source/&X/')"
 
   # Links, imports and load commands
   cp "$(mistake $declarations/stubs/Frameworks/AppKit.framework/AppKit.tbd '/_NSBeep/d')" \
-    "$work/mistakes/declarations/stubs/Frameworks/AppKit.framework/"
-  caught "undefined symbol: _NSBeep" links "$work/mistakes/complete.dylib" "$work/mistakes/declarations/stubs"
+    "$mistakes/declarations/stubs/Frameworks/AppKit.framework/"
+  caught "undefined symbol: _NSBeep" links "$mistakes/complete.dylib" "$mistakes/declarations/stubs"
   local list=$declarations/imports/libkelvinbar_cocoa_complete.txt
   caught "+AppKit _NSBeep" imports_are "$library" "$(mistake $list '/_NSBeep/d')"
   caught "-AppKit _NSBeepTwice" imports_are "$library" "$(mistake $list '$a AppKit _NSBeepTwice')"
   caught "-ServiceManagement _OBJC_CLASS_\$_SMAppService" imports_are "$library" "$(mistake $list 's/ weak$//')"
-  echo 'int main(void) { return 0; }' >"$work/mistakes/newer.c"
-  "$toolchain/zig" cc -target aarch64-macos.12.0 "$work/mistakes/newer.c" -o "$work/mistakes/newer"
-  caught "is not for macOS from $oldest_system on" loads_as_meant "$work/mistakes/newer"
-  caught "is not for both architectures" has_both_architectures "$work/mistakes/newer"
+  echo 'int main(void) { return 0; }' >"$mistakes/newer.c"
+  "$toolchain/zig" cc -target aarch64-macos.12.0 "$mistakes/newer.c" -o "$mistakes/newer"
+  caught "is not for macOS from $oldest_system on" loads_as_meant "$mistakes/newer"
+  caught "is not for both architectures" has_both_architectures "$mistakes/newer"
 
-  cp "$(mistake $declarations/stubs/lib/libobjc.tbd 's#/usr/lib/#/opt/#')" "$work/mistakes/declarations/stubs/lib/"
+  cp "$(mistake $declarations/stubs/lib/libobjc.tbd 's#/usr/lib/#/opt/#')" "$mistakes/declarations/stubs/lib/"
   cp $declarations/stubs/Frameworks/AppKit.framework/AppKit.tbd \
-    "$work/mistakes/declarations/stubs/Frameworks/AppKit.framework/"
-  links "$work/mistakes/complete.dylib" "$work/mistakes/declarations/stubs"
-  caught "loads what no Mac has" loads_as_meant "$work/mistakes/complete.dylib"
+    "$mistakes/declarations/stubs/Frameworks/AppKit.framework/"
+  links "$mistakes/complete.dylib" "$mistakes/declarations/stubs"
+  caught "loads what no Mac has" loads_as_meant "$mistakes/complete.dylib"
 
   # Null pointers and reference counts
   caught "Dereference of null pointer" is_analysed "$(mistake $machine/SystemEntries.cpp \
@@ -193,7 +194,12 @@ prove_gates() {
     's/^    return CFStringCreateWithBytes/    const CFStringRef created = CFStringCreateWithBytes/
      s/^( +static_cast<CFIndex>\(text.size.*)$/\1\n    CFRelease(created);\n    CFRelease(created);\n    return nullptr;/')"
 
-  # Tests, as code for macOS
+  prove_comparison
+  prove_tests_in_memory
+}
+
+prove_tests_in_memory() {
+  local machine=machines/macos
   caught "something was not released" tests_pass_in_memory "$(tree_with_mistake $machine/SystemHandles.h \
     's/IOObjectRelease\(former\);//')" x86_64
   caught "a port released twice" tests_pass_in_memory "$(tree_with_mistake $machine/IOKitSMCDriver.cpp \
@@ -202,7 +208,21 @@ prove_gates() {
     's/^    CFIndex size = 0;/    CFRelease(text);\n&/')" arm64
   caught "Other tests ran than those in the sources" tests_pass_in_memory "$(tree_with_mistake \
     tests/machines/macos/IOKitTest.cpp 's/(IOKit, )(FindsAServiceByItsClass)/\1DISABLED_\2/')" x86_64
-  prove_comparison
-  prove_execution
-  echo "== Proved: $caught_count mistakes are caught"
+}
+
+# proves GROUP: the function prove_GROUP catches its mistakes; their number is in a file.
+proves() {
+  local mistakes=$work/mistakes/$1 caught_count=0
+  mkdir -p "$mistakes"
+  "prove_$1"
+  echo "$caught_count" >"$mistakes/count"
+}
+
+prove_gates() {
+  rm -rf "$work/mistakes"
+  proves build &
+  local build=$!
+  proves execution
+  wait "$build"
+  echo "== Proved: $(($(paste -sd + "$work"/mistakes/*/count))) mistakes are caught"
 }

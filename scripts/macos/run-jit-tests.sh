@@ -53,11 +53,6 @@ make_initializer_known() {
   echo "INITIALIZER($1)" >>"$build/units/Initializers.inc"
 }
 
-framework=/usr/src/googletest
-for part in gtest gmock; do
-  echo "#include \"src/$part-all.cc\"" >"$build/units/$part.cpp"
-  make_initializer_known $part
-done
 for unit in "${!units[@]}"; do
   # shellcheck disable=SC2086
   write_unit "$unit" ${units[$unit]}
@@ -67,30 +62,57 @@ if [[ -z $archives ]]; then
 fi
 printf '#include "%s"\n' $support/{Runner,HostLibrary,HostThreads,HostCharacters}.cpp >"$build/units/support.cpp"
 
-# The framework's headers, separated from the others of this machine.
-mkdir -p "$build/include"
-ln -sfn "$framework/googletest/include/gtest" "$build/include/gtest"
-ln -sfn "$framework/googlemock/include/gmock" "$build/include/gmock"
+flags=(-target "$processor-macos.11.0" -std=c++20 -g0 -fno-stack-protector -fno-sanitize=undefined)
 
-# Statics are not guarded: the guards need locks, which are among them.
-flags=(-target "$processor-macos.11.0" -std=c++20 -fno-stack-protector -fno-sanitize=undefined -I. "-I$build/units"
-  -isystem tests/macos-declarations -isystem "$build/include" "-DKELVINBAR_ROOT=\"$PWD\"")
+# The tests' framework and its precompiled headers, which change with the framework, the compiler and its flags only.
+framework=/usr/src/googletest/googletest mocks=/usr/src/googletest/googlemock
+version=$({ "$zig" version; echo "${flags[@]}"; find -L "$framework" "$mocks" -name '*.[hc]*' -exec cat {} +; } | sha256sum)
+prepared=$ZIG_LOCAL_CACHE_DIR/framework-${version%% *}
+
+# The headers of the framework, separated from the others of this machine.
+mkdir -p "$prepared/include"
+ln -sfn "$framework/include/gtest" "$prepared/include/gtest"
+ln -sfn "$mocks/include/gmock" "$prepared/include/gmock"
+printf '#include <%s.h>\n' gmock/gmock gtest/gtest >"$prepared/headers.h"
+for part in gtest gmock; do
+  echo "#include \"src/$part-all.cc\"" >"$build/units/$part.cpp"
+  make_initializer_known $part
+done
+
 warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
+own=(-I. "-I$build/units" -isystem tests/macos-declarations "-DKELVINBAR_ROOT=\"$PWD\"" "${warnings[@]}")
+run_compiler() { "$zig" c++ "${flags[@]}" -isystem "$prepared/include" "$@"; }
+
+# compile NAME: compiles a unit, or prepares a part of the framework.
 compile() {
-  local options=()
+  local unit=$build/units/$1.cpp object=$build/objects/$1.o
   case $1 in
-    gtest | gmock) options=("-I$framework/googletest" "-I$framework/googlemock" -w) ;;
-    program) options=(-O2 "${warnings[@]}") ;;
-    support) options=(-O1 -fno-threadsafe-statics "${warnings[@]}") ;;
-    *) options=("${warnings[@]}") ;;
+    headers) run_compiler -x c++-header "$prepared/headers.h" -o "$build/$1" && mv "$build/$1" "$prepared/headers.pch" ;;
+    gtest | gmock)
+      run_compiler -w "-I$framework" "-I$mocks" -c "$unit" -o "$object" && mv "$object" "$prepared/$1.o"
+      ;;
+    program) run_compiler "${own[@]}" -O2 -c "$unit" -o "$object" ;;
+    # Statics are not guarded: the guards need locks, which are among them.
+    support) run_compiler "${own[@]}" -O1 -fno-threadsafe-statics -c "$unit" -o "$object" ;;
+    *) run_compiler "${own[@]}" -include-pch "$prepared/headers.pch" -c "$unit" -o "$object" ;;
   esac
-  "$zig" c++ "${flags[@]}" "${options[@]}" -c "$build/units/$1.cpp" -o "$build/objects/$1.o"
 }
+
+# compile_all NAME …: as many at a time as there are processors.
+compile_all() {
+  local definitions
+  definitions=$(declare -p flags own zig build framework mocks prepared; declare -f run_compiler compile)
+  printf '%s\n' "$@" | xargs -r -P "$(nproc)" -I{} bash -euc "$definitions"$'\n''compile {}'
+}
+
+missing=()
+for file in headers.pch gtest.o gmock.o; do
+  [[ -e $prepared/$file ]] || missing+=("${file%.*}")
+done
+[[ ${#missing[@]} -eq 0 ]] || compile_all "${missing[@]}"
 # The largest first.
-names=$(cd "$build/units" && ls -S -- *.cpp | sed 's/\.cpp$//')
-# The arrays are needed in the other processes.
-definitions=$(declare -p flags warnings zig build framework; declare -f compile)
-printf '%s\n' $names | xargs -P "$(nproc)" -I{} bash -euc "$definitions"$'\n''compile {}'
+mapfile -t names < <(cd "$build/units" && ls -S -- *.cpp | sed 's/\.cpp$//' | grep -vxE 'gtest|gmock')
+compile_all "${names[@]}"
 
 # unpack_library: the C++ library, which the compiler builds when it first links for a system.
 unpack_library() {
@@ -104,7 +126,7 @@ unpack_library() {
   rm -f "$build/library/cxa_noexception.o" # defines what others define
 }
 
-objects=("$build"/objects/*.o)
+objects=("$prepared"/{gtest,gmock}.o "$build"/objects/*.o)
 if [[ $architecture == arm64 ]]; then
   # Texts are laid out in another way than in the host's C++ library.
   root=${ARM64_ROOT:?is to be a folder with programs for arm64}
@@ -123,7 +145,7 @@ if [[ -n $archives ]]; then
 fi
 
 filter=$(sed -nE 's/^(\w+\.\w+): .*/\1/p' $support/not-run.txt | paste -sd :)
-timeout 120 "${linker[@]}" "${objects[@]}" "${libraries[@]}" \
+timeout 600 "${linker[@]}" "${objects[@]}" "${libraries[@]}" \
   --args tests "--gtest_filter=-$filter" >"$build/output.txt" 2>"$build/errors.txt" || {
   sed -E '/^\[ *(OK|RUN|-+) *\]/d' "$build/output.txt" >&2
   tail -n 20 "$build/errors.txt" >&2
