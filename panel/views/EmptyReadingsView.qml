@@ -12,14 +12,14 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         name: "line.3.horizontal.decrease.circle"
         size: PanelStyle.scaled(34)
-        color: PanelStyle.white(0.38)
+        color: PanelStyle.noticeTextInk
     }
     Text {
         id: title
         anchors.horizontalCenter: parent.horizontalCenter
         text: "No sensor with a real value was found"
         font: PanelStyle.roundedFont(13, Font.Black)
-        color: PanelStyle.white(0.66)
+        color: PanelStyle.noticeTitleInk
         Accessible.ignored: true
     }
     Text {
@@ -30,7 +30,7 @@ Column {
         wrapMode: Text.Wrap
         text: "The app filters empty keys and shows only sensors that return a real value."
         font: PanelStyle.font(11, Font.DemiBold)
-        color: PanelStyle.white(0.38)
+        color: PanelStyle.noticeTextInk
         Accessible.ignored: true
     }
 }
