@@ -3,6 +3,12 @@ import Kelvinbar.Panel
 
 /// Shown when the machine can be read, but there is no reading to show.
 Column {
+    id: view
+
+    required property PanelControls controls
+    /// Of readings that are there, but hidden.
+    required property int hiddenCount
+
     spacing: 11
     Accessible.role: Accessible.StaticText
     Accessible.name: title.text
@@ -32,5 +38,22 @@ Column {
         font: PanelStyle.font(11, Font.DemiBold)
         color: PanelStyle.noticeTextInk
         Accessible.ignored: true
+    }
+    Text {
+        anchors.horizontalCenter: parent.horizontalCenter
+        visible: view.hiddenCount > 0
+        text: view.hiddenCount === 1 ? "1 reading is hidden." : view.hiddenCount + " readings are hidden."
+        font: PanelStyle.font(11, Font.DemiBold)
+        color: PanelStyle.secondaryInk
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    MenuFooterButtonStyle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        visible: view.hiddenCount > 0
+        width: implicitWidth + 24
+        symbol: "eye"
+        text: "ShowAll"
+        onClicked: view.controls.showAll()
     }
 }

@@ -40,7 +40,7 @@ Item {
         font: PanelStyle.roundedFont(12, Font.Black)
         color: PanelStyle.labelInk
         Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        Accessible.name: "Height " + text
     }
     CompactIconButtonStyle {
         id: reset

@@ -86,9 +86,9 @@ Item {
     Row {
         id: marks
         anchors.right: parent.right
-        anchors.rightMargin: 9
+        anchors.rightMargin: 9 - hide.rim
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+        spacing: 8 - hide.rim
 
         Symbol {
             id: pin
@@ -133,10 +133,18 @@ Item {
         }
         CompactIconButtonStyle {
             id: hide
+
+            readonly property real rim: 2
+
             anchors.verticalCenter: parent.verticalCenter
-            implicitWidth: PanelStyle.scaled(20)
-            implicitHeight: PanelStyle.scaled(20)
-            radius: height / 2
+            // The circle is smaller than what can be hit.
+            implicitWidth: PanelStyle.scaled(20) + 2 * rim
+            implicitHeight: implicitWidth
+            leftInset: rim
+            topInset: rim
+            rightInset: rim
+            bottomInset: rim
+            radius: plate.height / 2
             toolTip: "Hide this property from the list"
             focusPolicy: Qt.NoFocus
             activeFocusOnTab: false

@@ -116,7 +116,8 @@ Item {
             const hide = buttonIn(row, "Hide this property from the list");
             compare(symbolNamesIn(hide), ["minus"]);
             compare(hide.width, hide.height);
-            compare(hide.plate.radius, hide.height / 2);
+            compare(hide.plate.radius, hide.plate.height / 2);
+            verify(hide.plate.height < hide.height);
             verify(hide.plate.stroke.a > 0);
             verify(isInside(placeOf(hide), placeOf(row)));
             verify(placeOf(hide).x >= placeOf(chipOf(row)).x + chipOf(row).width);
