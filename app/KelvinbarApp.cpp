@@ -105,6 +105,7 @@ struct Parts {
     LazyPanelFactory panels{{.loginItem = loginItem,
                              .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
+                             .prefersMoreContrast = [this] { return desktop.prefersMoreContrast(); },
                              .systemSymbols = desktop.systemSymbols()},
                             log};
     QtPopover popover{desktop.popoverInput(), desktop.screens(), log};

@@ -131,6 +131,7 @@ class OpenPanel {
         makePanelWindow(memory_.store(), {.loginItem = loginItem_,
                                           .close = [] {},
                                           .prefersReducedMotion = [] { return true; },
+                                          .prefersMoreContrast = [] { return false; },
                                           .systemSymbols = {}});
     int frames_ = 0;
 };

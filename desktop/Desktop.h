@@ -66,6 +66,8 @@ class Desktop {
     virtual void flushUserDefaults(std::chrono::milliseconds limit) = 0;
     /// Whether the user has enabled reduced motion.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
+    /// Whether the user has asked for more contrast.
+    [[nodiscard]] virtual bool prefersMoreContrast() const = 0;
 
     /// Empty if the system has no symbols.
     [[nodiscard]] virtual SystemSymbols systemSymbols() const { return {}; }

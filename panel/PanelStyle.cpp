@@ -1,6 +1,7 @@
 #include "panel/PanelStyle.h"
 
 #include "panel/PanelColor.h"
+#include "panel/PanelSurfaces.h"
 #include "panel/QtColors.h"
 
 #include <QFontDatabase>
@@ -12,35 +13,41 @@ namespace kelvinbar {
 
 namespace {
 
-constexpr double standardDotsPerInch = KELVINBAR_STANDARD_DOTS_PER_INCH; // 72 or 96, by platform
+/// Qt measures points on the primary screen, whatever screen a window is on.
+double typographicPoints(double pixels) {
+    constexpr double typographicPointsPerInch = 72;
+    return pixels * typographicPointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInch();
+}
 
 QString roundedFamilyOf(const QString& family) {
     const QString rounded = family + " Rounded";
     return QFontDatabase::hasFamily(rounded) ? rounded : family;
 }
 
-} // namespace
-
-double textScale() {
-    const QScreen* const screen = QGuiApplication::primaryScreen();
-    return screen == nullptr ? 1 : screen->logicalDotsPerInch() / standardDotsPerInch;
+QColor lightened(const QColor& color, double share) {
+    return qtColor(kelvinbar::lightened(panelColor(color), share));
 }
 
-PanelStyle::PanelStyle(QObject* parent)
-    : QObject(parent)
-    , textScale_(kelvinbar::textScale())
-    , family_(QGuiApplication::font().family())
-    , roundedFamily_(roundedFamilyOf(family_)) {}
+} // namespace
+
+PanelStyle::PanelStyle(QObject* parent) : QObject(parent) {
+    setLook(PanelLook::of(QGuiApplication::primaryScreen(), false));
+}
+
+void PanelStyle::setLook(const PanelLook& look) {
+    inks_ = panelInks(look.isContrastHigh);
+    textScale_ = look.textScale;
+    family_ = look.family;
+    roundedFamily_ = roundedFamilyOf(family_);
+}
 
 QFont PanelStyle::font(double points, int weight) const { return cut(family_, points, weight); }
 
 QFont PanelStyle::roundedFont(double points, int weight) const { return cut(roundedFamily_, points, weight); }
 
-QFont PanelStyle::cut(const QString& family, double points, int weight) {
-    // One point of the panel is one pixel at the standard text size.
-    constexpr double typographicPointsPerInch = 72;
+QFont PanelStyle::cut(const QString& family, double points, int weight) const {
     QFont font(family);
-    font.setPointSizeF(points * typographicPointsPerInch / standardDotsPerInch);
+    font.setPointSizeF(typographicPoints(points * textScale_));
     font.setWeight(static_cast<QFont::Weight>(weight));
     return font;
 }
@@ -55,11 +62,31 @@ QColor PanelStyle::tinted(const QColor& color, double opacity) {
     return tint;
 }
 
-QColor PanelStyle::chipInk(const QColor& accent) {
-    constexpr float accentShare = 0.35F;
-    const auto mixed = [](float channel) { return 1 - accentShare * (1 - channel); };
-    return QColor::fromRgbF(mixed(accent.redF()), mixed(accent.greenF()), mixed(accent.blueF()));
-}
+QColor PanelStyle::accentText(const QColor& accent) { return lightened(accent, accentInText); }
+
+QColor PanelStyle::accentSymbol(const QColor& accent) { return lightened(accent, accentInSymbols); }
+
+QList<QColor> PanelStyle::backdropColors() { return qtColors(surfaces::backdrop); }
+
+QList<QColor> PanelStyle::sheenColors() { return qtColors(surfaces::sheen); }
+
+QList<QColor> PanelStyle::cardColors() { return qtColors(surfaces::card); }
+
+QList<QColor> PanelStyle::popupColors() { return qtColors(surfaces::popup); }
+
+QList<QColor> PanelStyle::aboutColors() { return qtColors(surfaces::about); }
+
+QList<QColor> PanelStyle::chipColors() { return qtColors(surfaces::chip); }
+
+QList<QColor> PanelStyle::buttonColors() { return qtColors(surfaces::button); }
+
+QList<QColor> PanelStyle::hoveredButtonColors() { return qtColors(surfaces::hoveredButton); }
+
+double PanelStyle::badgeTint() { return surfaces::badgeTint; }
+
+double PanelStyle::tileTint() { return surfaces::tileTint; }
+
+double PanelStyle::checkTint() { return surfaces::checkTint; }
 
 QColor PanelStyle::focusRing() { return qtColor(withOpacity(shade(Accent::cyan), 0.95)); }
 
@@ -73,7 +100,7 @@ QColor PanelStyle::orange() { return qtColor(shade(Accent::orange)); }
 
 QColor PanelStyle::yellow() { return qtColor(shade(Accent::yellow)); }
 
-QColor PanelStyle::red() { return qtColor(shade(Accent::red)); }
+QColor PanelStyle::pin() { return qtColor(pinRed); }
 
 double PanelStyle::scaled(double length) const { return std::round(length * textScale_); }
 

@@ -1,14 +1,19 @@
 #include "panel/PanelWindow.h"
 
 #include "panel/PanelContent.h"
+#include "panel/PanelLook.h"
 #include "panel/PanelStyle.h"
 #include "panel/SystemMasks.h"
 #include "store/KelvinbarStore.h"
 
+#include <QEvent>
+#include <QGuiApplication>
 #include <QJSEngine>
 #include <QMargins>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QScreen>
 #include <utility>
 
 void qml_register_types_Kelvinbar_Panel();
@@ -20,12 +25,48 @@ namespace {
 /// What is seen until the first frame is drawn.
 constexpr QColor metal(22, 24, 29);
 
+/// A window that tells when what it looks like on the desktop may have changed.
+class PanelView final : public QQuickView {
+  public:
+    /// The font of the desktop, or the text size on its screen, has changed.
+    std::function<void()> onLookChange = [] {};
+
+    PanelView() {
+        connect(this, &QWindow::screenChanged, this, [this] { followScreen(); });
+        connect(this, &QWindow::visibleChanged, this, [this](bool isVisible) {
+            if (isVisible) {
+                qGuiApp->installEventFilter(this);
+            } else {
+                qGuiApp->removeEventFilter(this);
+            }
+        });
+        followScreen();
+    }
+
+    /// Sees the events of the whole program, so it is installed while the window is visible.
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationFontChange) onLookChange();
+        return false;
+    }
+
+  private:
+    void followScreen() {
+        QObject::disconnect(textSize_);
+        textSize_ = connect(screen(), &QScreen::logicalDotsPerInchChanged, this, [this] { onLookChange(); });
+        onLookChange();
+    }
+
+    QMetaObject::Connection textSize_;
+};
+
 class QuickPanelWindow final : public PanelWindow {
   public:
     QuickPanelWindow(KelvinbarStore& store, PanelHandlers handlers)
         : store_(store.shared_from_this())
         , prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
-        , content_(store, handlers.loginItem, SensorListMetrics(textScale()), std::move(handlers.close))
+        , prefersMoreContrast_(std::move(handlers.prefersMoreContrast))
+        , content_(store, handlers.loginItem, SensorListMetrics(textScale(QGuiApplication::primaryScreen())),
+                   std::move(handlers.close))
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
         view_.setTitle("Kelvinbar");
@@ -35,9 +76,13 @@ class QuickPanelWindow final : public PanelWindow {
         view_.setColor(metal);
         view_.setResizeMode(QQuickView::SizeRootObjectToView);
         view_.setInitialProperties({{"content", QVariant::fromValue(&content_)}});
-        view_.setSource(QUrl("qrc:/qt-project.org/imports/Kelvinbar/Panel/PanelFrame.qml"));
+        makeViews(presentLook());
+        view_.onLookChange = [this] {
+            if (view_.isVisible()) followLook();
+        };
         QObject::connect(&view_, &QWindow::visibleChanged, &content_, [this](bool isVisible) {
             if (isVisible) {
+                followLook();
                 content_.panelWillOpen(prefersReducedMotion_());
                 if (std::exchange(isAboutWanted_, false)) content_.showAbout();
             } else {
@@ -55,13 +100,9 @@ class QuickPanelWindow final : public PanelWindow {
     QWindow& window() override { return view_; }
 
     void setFrame(bool isRounded, const QMargins& shadowRoom) override {
-        view_.setColor(isRounded ? QColor(Qt::transparent) : metal);
-        QQuickItem& frame = *view_.rootObject();
-        frame.setProperty("isRounded", isRounded);
-        frame.setProperty("leftRoom", shadowRoom.left());
-        frame.setProperty("topRoom", shadowRoom.top());
-        frame.setProperty("rightRoom", shadowRoom.right());
-        frame.setProperty("bottomRoom", shadowRoom.bottom());
+        isRounded_ = isRounded;
+        shadowRoom_ = shadowRoom;
+        frameViews();
     }
 
     void whenContentMayMove(std::function<void()> change) override {
@@ -75,12 +116,48 @@ class QuickPanelWindow final : public PanelWindow {
     }
 
   private:
+    [[nodiscard]] PanelLook presentLook() const {
+        return PanelLook::of(view_.screen(), prefersMoreContrast_());
+    }
+
+    /// The views read the style once. A change of it is rare, so they are made anew.
+    void followLook() {
+        const PanelLook look = presentLook();
+        if (look == look_) return;
+        view_.setSource({});
+        makeViews(look);
+        frameViews();
+    }
+
+    void makeViews(const PanelLook& look) {
+        look_ = look;
+        auto* const style =
+            view_.engine()->singletonInstance<PanelStyle*>(qmlTypeId("Kelvinbar.Panel", 1, 0, "PanelStyle"));
+        style->setLook(look);
+        content_.sensors()->setMetrics(SensorListMetrics(look.textScale));
+        view_.setSource(QUrl("qrc:/qt-project.org/imports/Kelvinbar/Panel/PanelFrame.qml"));
+    }
+
+    void frameViews() {
+        view_.setColor(isRounded_ ? QColor(Qt::transparent) : metal);
+        QQuickItem& frame = *view_.rootObject();
+        frame.setProperty("isRounded", isRounded_);
+        frame.setProperty("leftRoom", shadowRoom_.left());
+        frame.setProperty("topRoom", shadowRoom_.top());
+        frame.setProperty("rightRoom", shadowRoom_.right());
+        frame.setProperty("bottomRoom", shadowRoom_.bottom());
+    }
+
     std::shared_ptr<KelvinbarStore> store_; ///< shown until the end, whoever else has released it
     std::function<bool()> prefersReducedMotion_;
+    std::function<bool()> prefersMoreContrast_;
     bool isAboutWanted_ = false; ///< as soon as the window is shown
+    PanelLook look_;             ///< that the views are made for
+    bool isRounded_ = false;
+    QMargins shadowRoom_;
     PanelContent content_;
     SystemMasks masks_;
-    QQuickView view_; // last, so that it is destroyed before what it shows
+    PanelView view_; // last, so that it is destroyed before what it shows
 };
 
 /// Scripts this short do not gain from the JIT compiler, and with Qt 6.4 compiled ones occasionally crash in

@@ -20,6 +20,7 @@ struct PanelHandlers {
     LoginItemManager& loginItem; ///< outlives the panel
     std::function<void()> close; ///< closes the panel
     std::function<bool()> prefersReducedMotion;
+    std::function<bool()> prefersMoreContrast;
     SystemSymbols systemSymbols; ///< empty on a system without symbols
 };
 

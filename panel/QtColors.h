@@ -4,7 +4,8 @@
 
 #include <QColor>
 #include <QList>
-#include <vector>
+#include <cstdint>
+#include <span>
 
 namespace kelvinbar {
 
@@ -15,7 +16,12 @@ inline QColor qtColor(const PanelColor& color) {
     return result;
 }
 
-inline QList<QColor> qtColors(const std::vector<PanelColor>& colors) {
+inline PanelColor panelColor(const QColor& color) {
+    const auto channel = [](int value) { return static_cast<std::uint8_t>(value); };
+    return {channel(color.red()), channel(color.green()), channel(color.blue()), color.alphaF()};
+}
+
+inline QList<QColor> qtColors(std::span<const PanelColor> colors) {
     QList<QColor> result;
     for (const PanelColor& color : colors) result.append(qtColor(color));
     return result;

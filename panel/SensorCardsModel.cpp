@@ -7,7 +7,7 @@
 namespace kelvinbar {
 
 SensorCardItem::SensorCardItem(const SensorSectionModel& section, const Span& place,
-                               SensorRowsModel& rowsOfCard)
+                               const std::string& longestValue, SensorRowsModel& rowsOfCard)
     : sectionId(section.id)
     , title(section.title)
     , subtitle(section.subtitle)
@@ -15,6 +15,7 @@ SensorCardItem::SensorCardItem(const SensorSectionModel& section, const Span& pl
     , accent(section.accent)
     , count(static_cast<int>(section.readings.size()))
     , span(place)
+    , valueShape(qtText(longestValue))
     , rows(&rowsOfCard) {}
 
 QList<int> SensorCardItem::changedRoles(const SensorCardItem& next) const {
@@ -23,6 +24,7 @@ QList<int> SensorCardItem::changedRoles(const SensorCardItem& next) const {
     if (count != next.count) roles << Model::CountRole;
     if (span.top != next.span.top) roles << Model::TopRole;
     if (span.height != next.span.height) roles << Model::HeightRole;
+    if (valueShape != next.valueShape) roles << Model::ValueShapeRole;
     return roles;
 }
 
@@ -46,6 +48,8 @@ QVariant SensorCardsModel::data(const QModelIndex& index, int role) const {
         return card.span.top;
     case HeightRole:
         return card.span.height;
+    case ValueShapeRole:
+        return card.valueShape;
     case RowsRole:
         return QVariant::fromValue(card.rows);
     default:
@@ -56,7 +60,8 @@ QVariant SensorCardsModel::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> SensorCardsModel::roleNames() const {
     return {{IdRole, "sectionId"}, {TitleRole, "title"},       {SubtitleRole, "subtitle"},
             {IconRole, "icon"},    {AccentRole, "accent"},     {CountRole, "count"},
-            {TopRole, "cardTop"},  {HeightRole, "cardHeight"}, {RowsRole, "rows"}};
+            {TopRole, "cardTop"},  {HeightRole, "cardHeight"}, {ValueShapeRole, "valueShape"},
+            {RowsRole, "rows"}};
 }
 
 } // namespace kelvinbar

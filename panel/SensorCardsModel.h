@@ -5,7 +5,9 @@
 #include "panel/SensorSections.h"
 
 #include <QObject>
+#include <QString>
 #include <qqmlregistration.h>
+#include <string>
 #include <string_view>
 
 namespace kelvinbar {
@@ -14,7 +16,8 @@ class SensorRowsModel;
 
 /// One card as it is drawn.
 struct SensorCardItem {
-    SensorCardItem(const SensorSectionModel& section, const Span& place, SensorRowsModel& rowsOfCard);
+    SensorCardItem(const SensorSectionModel& section, const Span& place, const std::string& longestValue,
+                   SensorRowsModel& rowsOfCard);
 
     [[nodiscard]] std::string_view id() const { return sectionId; }
 
@@ -29,6 +32,7 @@ struct SensorCardItem {
     Accent accent;
     int count;             ///< of rows, including those off screen
     Span span;             ///< in the list
+    QString valueShape;    ///< see longestValueShape()
     SensorRowsModel* rows; ///< owned by SensorList
 };
 
@@ -45,10 +49,11 @@ class SensorCardsModel : public KeyedListModel<SensorCardItem> {
         SubtitleRole,
         IconRole, ///< name of the symbol
         AccentRole,
-        CountRole,  ///< of all its rows
-        TopRole,    ///< points from the top of the list
-        HeightRole, ///< points
-        RowsRole,   ///< a SensorRowsModel
+        CountRole,      ///< of all its rows
+        TopRole,        ///< points from the top of the list
+        HeightRole,     ///< points
+        ValueShapeRole, ///< as wide as the column of values
+        RowsRole,       ///< a SensorRowsModel
     };
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

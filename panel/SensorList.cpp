@@ -32,6 +32,13 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
     publish();
 }
 
+void SensorList::setMetrics(const SensorListMetrics& metrics) {
+    metrics_ = metrics;
+    layOut();
+    publish();
+    emit contentHeightChanged();
+}
+
 void SensorList::updateInPlace(const std::vector<SMCReading>& readings,
                                const std::vector<std::string>& menuBarKeys) {
     std::unordered_map<std::string_view, const SMCReading*> freshReadings;
@@ -42,6 +49,7 @@ void SensorList::updateInPlace(const std::vector<SMCReading>& readings,
         const auto fresh = freshReadings.find(shown.key);
         if (fresh != freshReadings.end()) shown = *fresh->second;
     }
+    measureValues();
     menuBarKeys_ = menuBarKeys;
     publish();
 }
@@ -51,6 +59,18 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
     const ReadingList visible = visibleReadings(readings_, hiddenKeys);
     visibleReadingCount_ = visible.size();
     sections_ = sectionModels(visible, memorySubtitle_);
+    layOut();
+    measureValues();
+}
+
+void SensorList::measureValues() {
+    valueShapes_.clear();
+    for (const SensorSectionModel& section : sections_) {
+        valueShapes_.push_back(longestValueShape(section.readings));
+    }
+}
+
+void SensorList::layOut() {
     std::vector<std::size_t> rowCounts;
     std::ranges::transform(sections_, std::back_inserter(rowCounts),
                            [](const SensorSectionModel& section) { return section.readings.size(); });
@@ -174,7 +194,7 @@ void SensorList::publish() {
         if (!overlap(cardSpans_[index], viewport_)) continue;
         SensorRowsModel& rows = rowsModel(section.id);
         rows.update(shownRows(section, cardSpans_[index]));
-        cards.emplace_back(section, cardSpans_[index], rows);
+        cards.emplace_back(section, cardSpans_[index], valueShapes_[index], rows);
     }
     cardsModel_.update(std::move(cards));
 }

@@ -55,6 +55,9 @@ class SensorList final : public QObject {
                         std::string_view memorySubtitle = MachineTexts().memoryCard)
         : metrics_(metrics), memorySubtitle_(memorySubtitle) {}
 
+    /// Replaces the measures, with the same rows. Call while no view shows the list.
+    void setMetrics(const SensorListMetrics& metrics);
+
     /// Replaces the content. If the current row has gone, the row below it becomes current, or else the row
     /// above.
     void update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
@@ -145,6 +148,8 @@ class SensorList final : public QObject {
 
     /// Rebuilds the sections and their positions.
     void derive(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys);
+    void layOut();
+    void measureValues();
     [[nodiscard]] std::vector<std::string> successorsOfCurrentRow() const;
     void keepCurrentRow(const std::vector<std::string>& successors);
     void makeCurrent(const std::string& key);
@@ -164,6 +169,7 @@ class SensorList final : public QObject {
     std::vector<SMCReading> readings_;         ///< all readings, including hidden ones
     std::vector<SensorSectionModel> sections_; ///< points into `readings_`
     std::vector<Span> cardSpans_;              ///< by section
+    std::vector<std::string> valueShapes_;     ///< by section
     std::vector<std::string> menuBarKeys_;     ///< pinned keys
     std::size_t visibleReadingCount_ = 0;
     Span viewport_;          ///< the part on the screen

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "store/ValueNormalization.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 #include <utility>
@@ -46,6 +47,20 @@ std::string rowValue(const SMCReading& reading, double value) {
     return rowValue(other);
 }
 
+std::string longestValueShape(const std::vector<const SMCReading*>& readings) {
+    std::string longest;
+    std::size_t greatestLength = 0;
+    for (const SMCReading* const reading : readings) {
+        std::string value = rowValue(*reading);
+        const std::size_t length = characterCount(value);
+        if (length <= greatestLength) continue;
+        greatestLength = length;
+        longest = std::move(value);
+    }
+    std::ranges::replace_if(longest, isDecimalDigit, '0');
+    return longest;
+}
+
 std::string_view fullName(const SMCReading& reading) {
     const std::string_view name = trimmed(reading.name);
     return name.empty() ? std::string_view(reading.key) : name;
@@ -62,8 +77,7 @@ std::string_view rowToolTip(bool isMenuBarSelected) {
 
 std::vector<PanelColor> rowBackgroundColors(bool isMenuBarSelected, Accent accent) {
     if (!isMenuBarSelected) return {withOpacity(white, 0.05), withOpacity(black, 0.2)};
-    return {withOpacity(shade(Accent::red), 0.155), withOpacity(shade(accent), 0.11),
-            withOpacity(black, 0.22)};
+    return {withOpacity(pinRed, 0.155), withOpacity(shade(accent), 0.11), withOpacity(black, 0.22)};
 }
 
 } // namespace kelvinbar

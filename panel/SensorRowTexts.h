@@ -23,6 +23,10 @@ std::string rowValue(const SMCReading& reading);
 /// The same for another value of the reading, in its unit.
 std::string rowValue(const SMCReading& reading, double value);
 
+/// The shape of the longest value, with 0 for every digit: as wide as the column of values, and the same as
+/// long as no value gets longer. Empty without readings.
+std::string longestValueShape(const std::vector<const SMCReading*>& readings);
+
 /// The name as it was read; the key if there is no name.
 std::string_view fullName(const SMCReading& reading);
 

@@ -8,7 +8,7 @@
 #include "desktop/linux/session/SecondStart.h"
 #include "desktop/linux/session/SessionRestore.h"
 #include "desktop/linux/session/SessionWatch.h"
-#include "desktop/linux/settings/MotionPreference.h"
+#include "desktop/linux/settings/DesktopPreference.h"
 #include "desktop/linux/settings/PreferencesFile.h"
 #include "desktop/linux/tray/BarColors.h"
 #include "desktop/linux/tray/TrayItem.h"
@@ -107,7 +107,8 @@ class LinuxDesktop final : public Desktop {
         , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
                      {.path = qEnvironmentVariable("PATH").toStdString(), .desktopNames = desktopNames()},
                      {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
-        , motion_(bus_)
+        , reducedMotion_(bus_, reducedMotionSettings())
+        , moreContrast_(bus_, moreContrastSettings())
         , signals_([this] { quit(); }) {
         if (opensInCorner()) screens_.setPanelCorner(loadPanelCorner(userDefaults_));
         followBuses();
@@ -150,7 +151,9 @@ class LinuxDesktop final : public Desktop {
 
     void flushUserDefaults(std::chrono::milliseconds limit) override { userDefaults_.flush(limit); }
 
-    [[nodiscard]] bool prefersReducedMotion() const override { return motion_.prefersReducedMotion(); }
+    [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion_.isExpressed(); }
+
+    [[nodiscard]] bool prefersMoreContrast() const override { return moreContrast_.isExpressed(); }
 
   private:
     TrayContext trayContext() {
@@ -174,7 +177,8 @@ class LinuxDesktop final : public Desktop {
         QObject::connect(&sessionBus_, &BusKeeper::reconnected, [this](const QDBusConnection& bus) {
             instance_.moveTo(bus);
             barColors_.moveTo(bus);
-            motion_.moveTo(bus);
+            reducedMotion_.moveTo(bus);
+            moreContrast_.moveTo(bus);
         });
         QObject::connect(&systemBus_, &BusKeeper::reconnected,
                          [this](const QDBusConnection& bus) { session_.moveTo(bus); });
@@ -243,7 +247,8 @@ class LinuxDesktop final : public Desktop {
     BarColors barColors_;
     TrayStatusBar statusBar_;
     AutostartEntry autostart_;
-    MotionPreference motion_;
+    DesktopPreference reducedMotion_;
+    DesktopPreference moreContrast_;
     SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};
     std::unique_ptr<NoTrayNotice> trayNotice_;
     TerminationSignals signals_;

@@ -19,6 +19,9 @@ void hideApplication();
 /// Whether the user has enabled reduced motion in the system's settings. Main thread.
 bool systemPrefersReducedMotion();
 
+/// Whether the user has asked for more contrast there. Main thread.
+bool systemPrefersMoreContrast();
+
 /// The buttons whose presses are watched.
 enum class MouseButtons { all, secondary };
 

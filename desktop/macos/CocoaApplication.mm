@@ -108,6 +108,12 @@ bool systemPrefersReducedMotion() {
     }
 }
 
+bool systemPrefersMoreContrast() {
+    @autoreleasepool {
+        return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldIncreaseContrast;
+    }
+}
+
 std::shared_ptr<void> watchPressesInOtherPrograms(MouseButtons buttons, std::function<void(Point)> onPress) {
     @autoreleasepool {
         id const monitor =

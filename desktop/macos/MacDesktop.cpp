@@ -83,6 +83,8 @@ class MacDesktop final : public Desktop {
 
     [[nodiscard]] bool prefersReducedMotion() const override { return systemPrefersReducedMotion(); }
 
+    [[nodiscard]] bool prefersMoreContrast() const override { return systemPrefersMoreContrast(); }
+
     [[nodiscard]] SystemSymbols systemSymbols() const override { return systemSymbolMask; }
 
   private:

@@ -32,7 +32,7 @@ T.Popup {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 120 }
     }
     background: Plate {
-        colors: ["#454a53", "#2b2f36", "#23262b"]
+        colors: PanelStyle.aboutColors
         radius: 14
         stroke: PanelStyle.white(0.2)
     }
@@ -49,7 +49,7 @@ T.Popup {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Kelvinbar"
             font: PanelStyle.roundedFont(18, Font.Black)
-            color: PanelStyle.white(0.95)
+            color: PanelStyle.titleInk
             Accessible.role: Accessible.Heading
             Accessible.name: text
         }
@@ -59,7 +59,7 @@ T.Popup {
             wrapMode: Text.Wrap
             text: "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
             font: PanelStyle.font(11.5, Font.Normal)
-            color: PanelStyle.white(0.75)
+            color: PanelStyle.secondaryInk
             lineHeight: 1.15
             Accessible.role: Accessible.StaticText
             Accessible.name: text
@@ -71,7 +71,7 @@ T.Popup {
             wrapMode: Text.Wrap
             text: popover.controls.author
             font: PanelStyle.font(11.5, Font.Bold)
-            color: PanelStyle.white(0.85)
+            color: PanelStyle.labelInk
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }

@@ -33,7 +33,7 @@ Row {
         checkable: true
         isOn: actions.controls.runAtLogin
         symbol: isOn ? "checkmark.square.fill" : "square"
-        symbolColor: isOn ? PanelStyle.cyan : PanelStyle.white(0.6)
+        symbolColor: isOn ? PanelStyle.cyan : PanelStyle.secondaryInk
         toolTip: actions.controls.loginToolTip
         onClicked: actions.controls.toggleRunAtLogin()
     }

@@ -15,7 +15,7 @@ PanelButton {
     implicitHeight: PanelStyle.settingsHeight
     leftPadding: 8
     rightPadding: 8
-    plate.colors: control.isOn ? [PanelStyle.tinted(tint, control.hovered ? 0.24 : 0.17), PanelStyle.tinted(tint, 0.07)]
+    plate.colors: control.isOn ? [PanelStyle.tinted(tint, control.hovered ? PanelStyle.checkTint : 0.17), PanelStyle.tinted(tint, 0.07)]
                 : control.hovered ? [PanelStyle.white(0.14), PanelStyle.white(0.08)]
                 : [PanelStyle.white(0.08), PanelStyle.white(0.04)]
     plate.stroke: control.activeFocus ? PanelStyle.focusRing
@@ -29,13 +29,13 @@ PanelButton {
             anchors.verticalCenter: parent.verticalCenter
             name: control.isOn ? "checkmark.circle.fill" : "circle"
             size: PanelStyle.scaled(14)
-            color: control.isOn ? control.tint : PanelStyle.white(0.4)
+            color: control.isOn ? control.tint : PanelStyle.markInk
         }
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
             name: control.symbol
             size: PanelStyle.scaled(14)
-            color: control.isOn ? control.tint : PanelStyle.white(0.6)
+            color: control.isOn ? control.tint : PanelStyle.secondaryInk
         }
         Column {
             anchors.verticalCenter: parent.verticalCenter
@@ -43,12 +43,12 @@ PanelButton {
             Text {
                 text: control.title
                 font: PanelStyle.font(11, Font.Bold)
-                color: PanelStyle.white(0.88)
+                color: PanelStyle.labelInk
             }
             Text {
                 text: control.subtitle
                 font: PanelStyle.font(8.7, Font.DemiBold)
-                color: PanelStyle.white(0.45)
+                color: PanelStyle.secondaryInk
             }
         }
     }

@@ -7,8 +7,6 @@ PanelButton {
 
     property string symbol: ""
     property real symbolSize: 11
-    /// The opacity of the symbol, 0 to 1, while the pointer is elsewhere.
-    property real ink: 0.72
     /// Whether a press would change nothing.
     property bool isDim: false
 
@@ -22,7 +20,7 @@ PanelButton {
             anchors.centerIn: parent
             name: control.symbol
             size: PanelStyle.scaled(control.symbolSize)
-            color: PanelStyle.white(control.isDim ? 0.3 : control.hovered ? 0.95 : control.ink)
+            color: control.isDim ? PanelStyle.dimInk : control.hovered ? PanelStyle.titleInk : PanelStyle.secondaryInk
         }
     }
 }

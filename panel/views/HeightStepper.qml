@@ -38,9 +38,9 @@ Item {
         isCentered: true
         text: stepper.controls.manualHeight
         font: PanelStyle.roundedFont(12, Font.Black)
-        color: PanelStyle.white(0.85)
+        color: PanelStyle.labelInk
         Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        Accessible.name: "Height " + text
     }
     CompactIconButtonStyle {
         id: reset

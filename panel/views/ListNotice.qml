@@ -11,7 +11,7 @@ Plate {
     height: PanelStyle.scaled(32)
     radius: 9
     isVertical: true
-    colors: ["#3a3f47", "#2c3037"]
+    colors: PanelStyle.popupColors
     stroke: PanelStyle.white(0.16)
     Accessible.role: Accessible.StaticText
     Accessible.name: label.text
@@ -35,7 +35,7 @@ Plate {
             : notice.content.search.isFound ? notice.content.search.text
             : notice.content.search.text + " – no such name"
         font: PanelStyle.font(11, Font.DemiBold)
-        color: PanelStyle.white(0.9)
+        color: PanelStyle.labelInk
         Accessible.ignored: true
     }
     PanelButton {
@@ -55,7 +55,7 @@ Plate {
             verticalAlignment: Text.AlignVCenter
             text: undo.text
             font: PanelStyle.font(11, Font.Bold)
-            color: PanelStyle.white(0.95)
+            color: PanelStyle.titleInk
         }
         onClicked: notice.content.hidden.undo()
     }

@@ -21,7 +21,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         text: view.text
         font: PanelStyle.roundedFont(12, Font.Bold)
-        color: PanelStyle.white(0.55)
+        color: PanelStyle.scanningInk
         Accessible.ignored: true
     }
 }

@@ -93,6 +93,8 @@ FocusScope {
             EmptyReadingsView {
                 anchors.centerIn: parent
                 visible: view.content.state === PanelContent.NothingFound
+                controls: view.content.controls
+                hiddenCount: view.content.hidden.count
             }
             UnavailableView {
                 anchors.centerIn: parent

@@ -6,7 +6,7 @@ PanelButton {
     id: control
 
     property string symbol: ""
-    property color symbolColor: PanelStyle.white(0.78)
+    property color symbolColor: PanelStyle.secondaryInk
     property bool showsSymbol: true
     /// Follows the label; usually empty.
     property string detail: ""
@@ -45,7 +45,7 @@ PanelButton {
                 textFormat: Text.PlainText
                 text: control.detail.length > 0 ? control.text + " " + control.detail : control.text
                 font: PanelStyle.font(11, Font.Bold)
-                color: PanelStyle.white(control.hovered ? 0.95 : 0.82)
+                color: control.hovered ? PanelStyle.titleInk : PanelStyle.labelInk
             }
         }
     }

@@ -10,14 +10,14 @@ Item {
     Plate {
         anchors.fill: parent
         radius: background.radius
-        colors: ["#34383f", "#212429", "#191b1f", "#15171a"]
+        colors: PanelStyle.backdropColors
     }
     Plate {
         width: parent.width
         height: 120
         radius: background.radius
         isVertical: true
-        colors: [PanelStyle.white(0.06), PanelStyle.white(0)]
+        colors: PanelStyle.sheenColors
     }
     Plate {
         anchors.fill: parent

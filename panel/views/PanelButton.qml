@@ -14,8 +14,8 @@ T.AbstractButton {
         radius: control.radius
         isVertical: true
         colors: control.down ? [PanelStyle.white(0.05), PanelStyle.white(0.09)]
-              : control.hovered ? [PanelStyle.white(0.16), PanelStyle.white(0.09)]
-              : [PanelStyle.white(0.1), PanelStyle.white(0.05)]
+              : control.hovered ? PanelStyle.hoveredButtonColors
+              : PanelStyle.buttonColors
         stroke: control.activeFocus ? PanelStyle.focusRing : PanelStyle.white(0.1)
     }
 

@@ -37,7 +37,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: "Kelvinbar"
         font: PanelStyle.roundedFont(18, Font.Black)
-        color: PanelStyle.white(0.95)
+        color: PanelStyle.titleInk
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
@@ -70,7 +70,7 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     text: donation.text
                     font: PanelStyle.font(10.5, Font.Bold)
-                    color: PanelStyle.white(0.85)
+                    color: PanelStyle.labelInk
                 }
             }
             onClicked: header.content.controls.openDonationPage()

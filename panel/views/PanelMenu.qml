@@ -29,7 +29,7 @@ T.Menu {
         boundsBehavior: Flickable.StopAtBounds
     }
     background: Plate {
-        colors: ["#3a3f47", "#2c3037"]
+        colors: PanelStyle.popupColors
         isVertical: true
         radius: 9
         stroke: PanelStyle.white(0.16)

@@ -17,7 +17,7 @@ T.MenuItem {
         textFormat: Text.PlainText
         text: item.text
         font: PanelStyle.font(11, Font.DemiBold)
-        color: PanelStyle.white(0.9)
+        color: PanelStyle.labelInk
     }
     background: Plate {
         radius: 6

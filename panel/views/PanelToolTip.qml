@@ -28,11 +28,11 @@ T.ToolTip {
     contentItem: Text {
         text: control.text
         font: PanelStyle.font(10.5, Font.Normal)
-        color: PanelStyle.white(0.9)
+        color: PanelStyle.labelInk
         wrapMode: Text.Wrap
     }
     background: Plate {
-        colors: ["#3a3f47", "#2c3037"]
+        colors: PanelStyle.popupColors
         isVertical: true
         radius: 7
         stroke: PanelStyle.white(0.16)

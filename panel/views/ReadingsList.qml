@@ -139,7 +139,7 @@ FocusScope {
         contentItem: Plate {
             implicitWidth: 6
             radius: width / 2
-            colors: [PanelStyle.white(scrollBar.pressed ? 0.42 : scrollBar.hovered ? 0.34 : 0.2)]
+            colors: [scrollBar.pressed ? PanelStyle.labelInk : scrollBar.hovered ? PanelStyle.secondaryInk : PanelStyle.markInk]
         }
     }
     Connections {

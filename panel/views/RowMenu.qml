@@ -30,7 +30,7 @@ PanelMenu {
                 textFormat: Text.PlainText
                 text: rowMenu.row.name
                 font: PanelStyle.font(11, Font.Bold)
-                color: PanelStyle.white(0.66)
+                color: PanelStyle.secondaryInk
                 Accessible.ignored: true
             }
             Text {
@@ -40,7 +40,7 @@ PanelMenu {
                 text: rowMenu.row.mean.length === 0 ? ""
                     : "Lowest " + rowMenu.row.lowest + "\nHighest " + rowMenu.row.highest + "\nMean " + rowMenu.row.mean
                 font: PanelStyle.font(10, Font.DemiBold)
-                color: PanelStyle.white(0.66)
+                color: PanelStyle.secondaryInk
                 lineHeight: 1.1
                 Accessible.ignored: true
             }

@@ -15,6 +15,8 @@ Item {
     required property real rowTop
     required property color accent
     required property PanelContent content
+    /// The width of the longest value in the column.
+    property real columnWidth: 0
     readonly property bool isHovered: pointer.containsMouse || hide.hovered
 
     y: rowTop
@@ -35,8 +37,8 @@ Item {
         colors: row.backgroundColors
         radius: 9
         stroke: row.activeFocus ? PanelStyle.focusRing
-              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.red, row.isHovered ? 0.5 : 0.34)
-              : PanelStyle.white(row.isHovered ? 0.2 : 0.065)
+              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.pin, row.isHovered ? 0.9 : 0.34)
+              : row.isHovered ? PanelStyle.markInk : PanelStyle.white(0.065)
     }
     MouseArea {
         id: pointer
@@ -67,7 +69,7 @@ Item {
             maximumLineCount: 1
             text: row.name
             font: PanelStyle.font(11.2, Font.Bold)
-            color: PanelStyle.white(0.84)
+            color: PanelStyle.rowNameInk
             Accessible.ignored: true
         }
         Text {
@@ -77,16 +79,16 @@ Item {
             maximumLineCount: 1
             text: row.metadata
             font: PanelStyle.font(8.7, Font.Bold)
-            color: PanelStyle.white(0.34)
+            color: PanelStyle.metadataInk
             Accessible.ignored: true
         }
     }
     Row {
         id: marks
         anchors.right: parent.right
-        anchors.rightMargin: 9
+        anchors.rightMargin: 9 - hide.rim
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+        spacing: 8 - hide.rim
 
         Symbol {
             id: pin
@@ -97,46 +99,59 @@ Item {
             visible: row.isMenuBarSelected
             name: "menubar.rectangle"
             size: PanelStyle.scaled(13)
-            color: PanelStyle.red
+            color: PanelStyle.pin
 
             HoverHandler {
                 onHoveredChanged: HoverTarget.hover(hovered ? pin : pointer, hovered || pointer.containsMouse)
             }
         }
         Plate {
+            id: chip
+
+            readonly property real margin: 9
+            readonly property real valueWidth: Math.max(row.columnWidth, chipText.implicitWidth)
+
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(row.width / 2, Math.max(PanelStyle.scaled(76), chipText.implicitWidth + 18))
+            width: Math.min(row.width / 2, Math.max(PanelStyle.scaled(76), Math.ceil(valueWidth) + 2 * margin))
             height: PanelStyle.scaled(23)
             radius: height / 2
             isVertical: true
-            colors: [PanelStyle.black(0.34), PanelStyle.black(0.22)]
+            colors: PanelStyle.chipColors
             stroke: PanelStyle.tinted(row.accent, 0.3)
 
             DigitsText {
                 id: chipText
                 anchors.right: parent.right
-                anchors.rightMargin: 9
+                // The column is in the middle of its chips.
+                anchors.rightMargin: Math.max(chip.margin, Math.floor((chip.width - chip.valueWidth) / 2))
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, parent.width - 18)
+                width: Math.min(implicitWidth, chip.width - 2 * chip.margin)
                 text: row.value
-                font: PanelStyle.roundedFont(11.5, Font.Black)
-                color: PanelStyle.chipInk(row.accent)
+                font: PanelStyle.valueFont
+                color: PanelStyle.accentText(row.accent)
             }
         }
         CompactIconButtonStyle {
             id: hide
+
+            readonly property real rim: 2
+
             anchors.verticalCenter: parent.verticalCenter
-            implicitWidth: PanelStyle.scaled(20)
-            implicitHeight: PanelStyle.scaled(20)
-            radius: height / 2
+            // The circle is smaller than what can be hit.
+            implicitWidth: PanelStyle.scaled(20) + 2 * rim
+            implicitHeight: implicitWidth
+            leftInset: rim
+            topInset: rim
+            rightInset: rim
+            bottomInset: rim
+            radius: plate.height / 2
             toolTip: "Hide this property from the list"
             focusPolicy: Qt.NoFocus
             activeFocusOnTab: false
             plate.colors: hovered ? [PanelStyle.white(0.14)] : []
-            plate.stroke: PanelStyle.white(hovered ? 0.5 : 0.2)
+            plate.stroke: hovered ? PanelStyle.secondaryInk : PanelStyle.markInk
             symbol: "minus"
             symbolSize: 10
-            ink: 0.5
             Accessible.description: row.name
             onClicked: row.content.pressHideButton(row.key, hide.mapToItem(null, hide.pressX, hide.pressY))
         }

@@ -12,6 +12,7 @@ Item {
     required property int count
     required property real cardTop
     required property real cardHeight
+    required property string valueShape
     required property SensorRowsModel rows
     required property PanelContent content
     required property string focusedKey
@@ -25,7 +26,7 @@ Item {
     Plate {
         anchors.fill: parent
         radius: 14
-        colors: [PanelStyle.white(0.075), PanelStyle.white(0.03), PanelStyle.black(0.1)]
+        colors: PanelStyle.cardColors
         stroke: PanelStyle.white(0.09)
     }
     Plate {
@@ -35,14 +36,14 @@ Item {
         width: PanelStyle.scaled(30)
         height: width
         radius: 8
-        colors: [PanelStyle.tinted(card.accent, 0.28), PanelStyle.tinted(card.accent, 0.1)]
+        colors: [PanelStyle.tinted(card.accent, PanelStyle.tileTint), PanelStyle.tinted(card.accent, 0.1)]
         stroke: PanelStyle.tinted(card.accent, 0.3)
 
         Symbol {
             anchors.centerIn: parent
             name: card.icon
             size: PanelStyle.scaled(16)
-            color: card.accent
+            color: PanelStyle.accentSymbol(card.accent)
         }
     }
     Column {
@@ -58,7 +59,7 @@ Item {
             elide: Text.ElideRight
             text: card.title
             font: PanelStyle.roundedFont(12, Font.Black)
-            color: PanelStyle.white(0.92)
+            color: PanelStyle.titleInk
             Accessible.ignored: true
         }
         Text {
@@ -68,7 +69,7 @@ Item {
             minimumPointSize: 6
             text: card.subtitle
             font: PanelStyle.font(9.2, Font.DemiBold)
-            color: PanelStyle.white(0.42)
+            color: PanelStyle.secondaryInk
             Accessible.ignored: true
         }
     }
@@ -80,7 +81,7 @@ Item {
         width: Math.max(height, countText.implicitWidth + 14)
         height: PanelStyle.scaled(20)
         radius: height / 2
-        colors: [PanelStyle.tinted(card.accent, 0.16)]
+        colors: [PanelStyle.tinted(card.accent, PanelStyle.badgeTint)]
         stroke: PanelStyle.tinted(card.accent, 0.26)
 
         DigitsText {
@@ -88,8 +89,14 @@ Item {
             anchors.centerIn: parent
             text: card.count
             font: PanelStyle.roundedFont(10, Font.Black)
-            color: card.accent
+            color: PanelStyle.accentText(card.accent)
         }
+    }
+    DigitsText {
+        id: longestValue
+        visible: false
+        text: card.valueShape
+        font: PanelStyle.valueFont
     }
     Repeater {
         model: card.rows
@@ -101,6 +108,7 @@ Item {
             width: card.width - 16
             height: card.content.sensors.rowHeight
             accent: card.accent
+            columnWidth: longestValue.implicitWidth
             content: card.content
             focus: key === card.focusedKey
         }

@@ -25,7 +25,7 @@ Column {
         textFormat: Text.PlainText
         text: view.statusMessage
         font: PanelStyle.font(12, Font.DemiBold)
-        color: PanelStyle.white(0.62)
+        color: PanelStyle.secondaryInk
         Accessible.ignored: true
     }
 }

@@ -28,7 +28,7 @@ OBJECTS = [
     ("check box", "Fast, 1s", "On: fast 1s sampling. Off: medium 3s sampling.", "focusable"),
     ("check box", "Dynamic, vertical", "Keeps the window at the compact standard size.", "focusable"),
     ("push button", "Decrease height", "", "focusable"),
-    ("label", "690", "", None),
+    ("label", "Height 690", "", None),
     ("push button", "Reset height", "", "focusable"),
     ("push button", "Increase height", "", "focusable"),
     ("check box", "Login", "Enable or disable Kelvinbar as a macOS login item.", "focusable"),

@@ -1,11 +1,15 @@
 #include "panel/PanelWindow.h"
 
 #include "panel/PanelContent.h"
+#include "panel/PanelStyle.h"
 #include "tests/fakes/FakeShell.h"
 #include "tests/store/StoreFixture.h"
 
+#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMargins>
 #include <QPointer>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
@@ -22,16 +26,27 @@ struct PanelWindowTest : fakes::StoreFixture {
     fakes::FakeLoginItemService loginItemService{journal};
     LoginItemManager loginItem{loginItemService};
     std::unique_ptr<PanelWindow> panel;
+    bool prefersMoreContrast = false;
 
     void open() {
         makeRefreshedStore({fakes::temperatureKey("TC0P", 48)});
         panel = makePanelWindow(*store, {.loginItem = loginItem,
                                          .close = [] {},
                                          .prefersReducedMotion = [] { return true; },
+                                         .prefersMoreContrast = [this] { return prefersMoreContrast; },
                                          .systemSymbols = {}});
         panel->window().resize(462, 690);
         panel->window().show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel->window()));
+    }
+
+    [[nodiscard]] PanelStyle& style() const {
+        return *qmlEngine(qobject_cast<QQuickView*>(&panel->window())->rootObject())
+                    ->singletonInstance<PanelStyle*>(qmlTypeId("Kelvinbar.Panel", 1, 0, "PanelStyle"));
+    }
+
+    [[nodiscard]] QQuickItem* root() const {
+        return qobject_cast<QQuickView*>(&panel->window())->rootObject();
     }
 
     [[nodiscard]] PanelContent& content() const {
@@ -86,6 +101,51 @@ TEST_F(PanelWindowTest, HasRoundCornersAndRoomForItsShadowWhereTheWindowCanShowT
     EXPECT_EQ(qobject_cast<QQuickView*>(&panel->window())->color().alpha(), 255);
     EXPECT_FALSE(frame.property("isRounded").toBool());
     EXPECT_EQ(frame.property("leftRoom").toInt(), 0);
+}
+
+TEST_F(PanelWindowTest, OpensWithTheContrastThatTheUserWants) {
+    open();
+    const QColor usual = style().metadataInk();
+    panel->window().hide();
+    prefersMoreContrast = true;
+    panel->window().show();
+    EXPECT_GT(style().metadataInk().alpha(), usual.alpha());
+    panel->window().hide();
+    prefersMoreContrast = false;
+    panel->window().show();
+    EXPECT_EQ(style().metadataInk(), usual);
+}
+
+TEST_F(PanelWindowTest, KeepsItsViewsWhileNothingOfTheDesktopChanges) {
+    open();
+    const QPointer<QQuickItem> views = root();
+    panel->window().hide();
+    panel->window().show();
+    EXPECT_EQ(views, root());
+}
+
+TEST_F(PanelWindowTest, FollowsTheInterfaceFontWhileItIsOpen) {
+    open();
+    panel->setFrame(true, QMargins(24, 0, 10, 24));
+    const QFont former = QGuiApplication::font();
+    QFont other = former;
+    other.setFamily("Another Family");
+    QGuiApplication::setFont(other);
+    EXPECT_EQ(style().font(12, QFont::Bold).family(), "Another Family");
+    EXPECT_TRUE(root()->property("isRounded").toBool());
+    EXPECT_EQ(root()->property("rightRoom").toInt(), 10);
+    QGuiApplication::setFont(former);
+    EXPECT_EQ(style().font(12, QFont::Bold).family(), former.family());
+}
+
+TEST(PanelStyleTest, LengthsAndFontsGrowWithTheText) {
+    PanelStyle style;
+    const double pointSize = style.font(12, QFont::Bold).pointSizeF();
+    style.setLook({.textScale = 2, .family = "Some Family"});
+    EXPECT_EQ(style.headerHeight(), 160);
+    EXPECT_EQ(style.scaled(23), 46);
+    EXPECT_NEAR(style.font(12, QFont::Bold).pointSizeF(), 2 * pointSize, 0.01);
+    EXPECT_EQ(style.font(12, QFont::Bold).family(), "Some Family");
 }
 
 } // namespace kelvinbar

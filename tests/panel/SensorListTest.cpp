@@ -308,6 +308,31 @@ TEST_F(ListContent, ACardTellsItsSectionAndItsPlace) {
     EXPECT_NE(card(0, SensorCardsModel::AccentRole), card(1, SensorCardsModel::AccentRole));
 }
 
+TEST_F(ListContent, ACardTellsTheShapeOfItsLongestValue) {
+    list.setViewport(0, 1000);
+    Readings readings = cpuReadings(2);
+    at(readings, "C0001").value = "112.5";
+    show(readings);
+    EXPECT_EQ(card(0, SensorCardsModel::ValueShapeRole), "000.0°");
+    record();
+    at(readings, "C0001").value = "113.4";
+    show(readings);
+    EXPECT_EQ(journal, (Texts{"cpu: change 1 value"})) << "the column stays";
+    at(readings, "C0001").value = "9.5";
+    list.updateInPlace(readings, {});
+    EXPECT_EQ(card(0, SensorCardsModel::ValueShapeRole), "0.0°");
+}
+
+TEST_F(ListContent, KeepsItsRowsWhenItsMeasuresChange) {
+    list.setViewport(0, 1000);
+    show(cpuReadings(2));
+    list.setMetrics(SensorListMetrics(2));
+    EXPECT_EQ(list.rowHeight(), 84);
+    EXPECT_EQ(built(), (Texts{"[cpu]", "C0000", "C0001"}));
+    EXPECT_EQ(card(0, SensorCardsModel::HeightRole), list.contentHeight() - 24);
+    EXPECT_GT(card(0, SensorCardsModel::HeightRole).toDouble(), heightOfCard(2));
+}
+
 TEST_F(ListContent, ARowTellsItsTextsAndItsPlaceInTheCard) {
     list.setViewport(0, 1000);
     Readings readings = cpuReadings(2);
@@ -565,8 +590,8 @@ TEST_F(ListRefresh, SignalsEachThingThatChangedInARow) {
     at(readings, "C0001").unit = "W";
     at(readings, "C0002").type = "flt ";
     show(readings);
-    EXPECT_EQ(journal,
-              (Texts{"cpu: change 0 name", "cpu: change 1 metadata value", "cpu: change 2 metadata"}));
+    EXPECT_EQ(journal, (Texts{"cpu: change 0 name", "cpu: change 1 metadata value", "cpu: change 2 metadata",
+                              "cards: change 0 valueShape"}));
 }
 
 TEST_F(ListRefresh, APinSignalsItsRowAlone) {

@@ -237,6 +237,24 @@ TEST(RowValue, TheCaseOfAUnitCounts) {
 
 TEST(RowValue, EveryOccurrenceIsReplaced) { EXPECT_EQ(valueOf("40 °C / 50°C / 60 °C"), "40° / 50° / 60°"); }
 
+// Column of values
+
+std::string shapeOf(const std::vector<std::string>& values) {
+    std::vector<SMCReading> readings(values.size());
+    std::vector<const SMCReading*> rows;
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        readings[index].value = values[index];
+        rows.push_back(&readings[index]);
+    }
+    return longestValueShape(rows);
+}
+
+TEST(ValueShape, IsThatOfTheLongestValue) { EXPECT_EQ(shapeOf({"9.5°", "112.5°", "45.1°"}), "000.0°"); }
+
+TEST(ValueShape, CountsCharactersNotBytes) { EXPECT_EQ(shapeOf({"1°°°", "12345"}), "00000"); }
+
+TEST(ValueShape, IsEmptyWithoutReadings) { EXPECT_EQ(shapeOf({}), ""); }
+
 // Tool tip
 
 TEST(RowToolTip, ItSaysWhatADoubleClickDoes) {
@@ -256,7 +274,7 @@ TEST(RowBackground, ARowThatIsNotPinnedGoesFromWhiteToBlackInEverySection) {
 TEST(RowBackground, APinnedRowIsRedWithTheAccentMixedIn) {
     for (const Accent accent : {Accent::cyan, Accent::purple, Accent::pink, Accent::grey, Accent::mint,
                                 Accent::orange, Accent::yellow, Accent::red}) {
-        const PanelColor red = shade(Accent::red);
+        const PanelColor red = pinRed;
         const PanelColor mixedIn = shade(accent);
         EXPECT_THAT(rowBackgroundColors(true, accent),
                     ElementsAre(PanelColor{red.red, red.green, red.blue, 0.155},

@@ -58,6 +58,12 @@ TEST_F(CocoaApplicationTest, ReducedMotionIsTheSystemsSetting) {
     EXPECT_TRUE(systemPrefersReducedMotion());
 }
 
+TEST_F(CocoaApplicationTest, MoreContrastIsTheSystemsSetting) {
+    EXPECT_FALSE(systemPrefersMoreContrast());
+    cocoa.increasesContrast = true;
+    EXPECT_TRUE(systemPrefersMoreContrast());
+}
+
 TEST_F(CocoaApplicationTest, EveryPressInAnotherProgramIsReported) {
     int presses = 0;
     const auto watch = watchPressesInOtherPrograms(MouseButtons::all, [&](Point) { ++presses; });

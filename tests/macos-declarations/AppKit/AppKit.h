@@ -193,5 +193,6 @@ typedef enum NSApplicationActivationPolicy : NSInteger {
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
 @property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
+@property(readonly) BOOL accessibilityDisplayShouldIncreaseContrast;
 - (BOOL)openURL:(NSURL*)address;
 @end

@@ -352,6 +352,10 @@ FakeMonitors& fakeMonitors() {
     return cocoa().reducesMotion;
 }
 
+- (BOOL)accessibilityDisplayShouldIncreaseContrast {
+    return cocoa().increasesContrast;
+}
+
 - (BOOL)openURL:(NSURL*)address {
     if (address == nil) fail("no address is opened");
     cocoa().openedAddresses.push_back(textOf([address text]));

@@ -154,6 +154,7 @@ class FakeCocoa {
     FakeProgram program;
     std::vector<FakeProgram> programs; ///< all that run, this one included
     bool reducesMotion = false;
+    bool increasesContrast = false;
     FakeLoginState loginState = FakeLoginState::notRegistered;
     bool allowsLoginChanges = true;
     bool parsesAddresses = true;

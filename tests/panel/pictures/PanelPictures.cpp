@@ -87,6 +87,13 @@ QImage rowWithTheKeyboard() {
     return stage.picture();
 }
 
+QImage highContrast() {
+    DemoStage stage;
+    stage.setContrastHigh(true);
+    stage.open();
+    return stage.picture();
+}
+
 QImage menuOfARow() {
     DemoStage stage;
     stage.open();
@@ -132,6 +139,7 @@ constexpr std::array pictures{
     PanelPicture{"dynamic", dynamicPanel},
     PanelPicture{"hovered-row", hoveredRow},
     PanelPicture{"keyboard", rowWithTheKeyboard},
+    PanelPicture{"high-contrast", highContrast},
     PanelPicture{"row-menu", menuOfARow},
     PanelPicture{"undo", undoLine},
     PanelPicture{"about", aboutPanel},

@@ -51,6 +51,7 @@ PanelStage::PanelStage(const MakeMachine& makeMachine)
     , panel_(makePanelWindow(*store_, {.loginItem = loginItem_,
                                        .close = [] {},
                                        .prefersReducedMotion = [] { return true; },
+                                       .prefersMoreContrast = [this] { return isContrastHigh_; },
                                        .systemSymbols = {}})) {}
 
 PanelStage::~PanelStage() {

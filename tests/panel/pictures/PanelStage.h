@@ -34,6 +34,9 @@ class PanelStage {
 
     KelvinbarStore& store() { return *store_; }
 
+    /// Whether the desktop asks for more contrast. Takes effect when the panel opens.
+    void setContrastHigh(bool isHigh) { isContrastHigh_ = isHigh; }
+
     /// Completes the running refresh.
     void finishRefresh();
 
@@ -62,6 +65,7 @@ class PanelStage {
     fakes::ShellJournal journal_;
     fakes::FakeLoginItemService loginItemService_{journal_};
     LoginItemManager loginItem_{loginItemService_};
+    bool isContrastHigh_ = false;
     std::shared_ptr<KelvinbarStore> store_;
     std::unique_ptr<PanelWindow> panel_;
 };

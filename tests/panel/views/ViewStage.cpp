@@ -2,7 +2,7 @@
 
 #include "base/NotificationCenter.h"
 #include "machines/demo/DemoMachine.h"
-#include "panel/PanelStyle.h"
+#include "panel/PanelLook.h"
 #include "qt/QtText.h"
 #include "sensors/Machine.h"
 #include "shell/PopoverSizing.h"
@@ -79,7 +79,8 @@ struct ViewStage::Scene {
                                         .mainQueue = mainQueue,
                                         .backgroundQueue = backgroundQueue,
                                         .wallClock = wallClock}))
-        , content(*store, loginItem, SensorListMetrics(textScale()), [this] { ++closings; }) {}
+        , content(*store, loginItem, SensorListMetrics(textScale(QGuiApplication::primaryScreen())),
+                  [this] { ++closings; }) {}
 
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;

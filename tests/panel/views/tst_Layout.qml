@@ -55,6 +55,13 @@ Item {
             return item.text || item.toolTip || item.toString();
         }
 
+        function test_everyButtonIsLargeEnoughForAPointer() {
+            const buttons = buttonsIn(makePanel(420, 560));
+            verify(buttons.length > 12, buttons.length);
+            for (const button of buttons)
+                verify(button.width >= 24 && button.height >= 24, nameOf(button) + " " + button.width + " x " + button.height);
+        }
+
         function test_noTwoControlsOfHeaderAndFooterOverlap_data() {
             return sizes();
         }

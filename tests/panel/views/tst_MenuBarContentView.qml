@@ -176,6 +176,29 @@ Item {
             verify(explanation.lineCount > 1);
         }
 
+        function test_nothingFoundTellsHowManyReadingsAreHidden() {
+            const panel = makePanel();
+            for (let row = rowsIn(panel)[0]; row !== undefined; row = rowsIn(panel)[0]) {
+                stage.hide(row.key);
+                stage.layOut(panel);
+            }
+            const view = theOneInTheMiddle(panel, Panel.EmptyReadingsView);
+            const count = stage.hiddenKeys().length;
+            verify(count > 1);
+            verify(hasText(view, count + " readings are hidden."));
+            verifyIsCentred(panel, view);
+            mouseClick(buttonIn(view, "ShowAll"));
+            compare(stage.hiddenKeys(), []);
+            tryVerify(() => rowsIn(panel).length > 0);
+        }
+
+        function test_nothingFoundOffersNothingWhereNothingIsHidden() {
+            stage.startEmpty(true);
+            const view = theOneInTheMiddle(makePanel(), Panel.EmptyReadingsView);
+            compare(buttonsIn(view).length, 0);
+            compare(textsIn(view).length, 2);
+        }
+
         function test_theItemsOfNothingFoundAreElevenPointsApart() {
             stage.startEmpty(true);
             const view = theOneInTheMiddle(makePanel(), Panel.EmptyReadingsView);

@@ -253,10 +253,11 @@ Item {
             compareColor(Panel.PanelStyle.tinted("#64d2ff", 0.5), Qt.rgba(100 / 255, 210 / 255, 1, 0.5));
         }
 
-        function test_theInkOfAChipIsLightWithABreathOfTheAccent() {
-            const ink = Panel.PanelStyle.chipInk("#ff0000");
+        function test_theInkOfAnAccentIsLightWithABreathOfIt() {
+            const ink = Panel.PanelStyle.accentText("#ff0000");
             verify(ink.r > 0.99 && ink.g > 0.5 && ink.g < 1);
-            compareColor(Panel.PanelStyle.chipInk("#ffffff"), "#ffffff");
+            compareColor(Panel.PanelStyle.accentText("#ffffff"), "#ffffff");
+            verify(Panel.PanelStyle.accentSymbol("#ff0000").g < ink.g);
         }
     }
 }

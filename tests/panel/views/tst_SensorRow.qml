@@ -116,7 +116,8 @@ Item {
             const hide = buttonIn(row, "Hide this property from the list");
             compare(symbolNamesIn(hide), ["minus"]);
             compare(hide.width, hide.height);
-            compare(hide.plate.radius, hide.height / 2);
+            compare(hide.plate.radius, hide.plate.height / 2);
+            verify(hide.plate.height < hide.height);
             verify(hide.plate.stroke.a > 0);
             verify(isInside(placeOf(hide), placeOf(row)));
             verify(placeOf(hide).x >= placeOf(chipOf(row)).x + chipOf(row).width);
@@ -295,6 +296,31 @@ Item {
             const width = chipOf(row).width;
             row.value = "888888888.8°";
             compare(chipOf(row).width, width);
+        }
+
+        // The column of values
+
+        function rightEdgeOf(item) {
+            return placeOf(item).x + placeOf(item).width;
+        }
+
+        function test_aValueAloneIsInTheMiddleOfItsChip() {
+            const row = make(rowComponent, {value: "29°"});
+            const [chip, value] = [placeOf(chipOf(row)), placeOf(digitsIn(row)[0])];
+            fuzzyCompare(value.x - chip.x, rightEdgeOf(chipOf(row)) - value.x - value.width, 1.01);
+        }
+
+        function test_valuesOfAColumnEndAtOneLine() {
+            const wide = make(rowComponent, {value: "100.25°", columnWidth: 60});
+            const narrow = make(rowComponent, {value: "29°", columnWidth: 60});
+            compare(rightEdgeOf(digitsIn(wide)[0]), rightEdgeOf(digitsIn(narrow)[0]));
+            compare(placeOf(chipOf(wide)), placeOf(chipOf(narrow)));
+        }
+
+        function test_aColumnOfLongValuesWidensEveryChip() {
+            const row = make(rowComponent, {value: "29°", columnWidth: 120});
+            compare(chipOf(row).width, 138);
+            fuzzyCompare(rightEdgeOf(digitsIn(row)[0]), rightEdgeOf(chipOf(row)) - 9, 0.01);
         }
     }
 }

@@ -62,7 +62,7 @@ Item {
             const cpu = card(makePanel(), "CPU");
             const symbol = symbolsIn(cpu)[0];
             compare(symbol.name, "cpu");
-            compareColor(symbol.color, cpu.accent);
+            compareColor(symbol.color, Panel.PanelStyle.accentSymbol(cpu.accent));
             const tile = symbol.parent;
             verify(tile instanceof Panel.Plate);
             verify(tile.radius > 0);
@@ -144,7 +144,7 @@ Item {
             verify(pinned.isMenuBarSelected);
             compare(pinned.toolTip, "Double-click to remove this key from the menu bar");
             compare(pinned.backgroundColors.length, 3);
-            compareColor(pinned.backgroundColors[0], Qt.rgba(1, 69 / 255, 58 / 255, 0.155));
+            compareColor(pinned.backgroundColors[0], Panel.PanelStyle.tinted(Panel.PanelStyle.pin, 0.155));
             compare(rowsIn(panel).filter(row => row.isMenuBarSelected).length, 1);
         }
 

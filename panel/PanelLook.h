@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+class QScreen;
+
+namespace kelvinbar {
+
+/// What of the desktop decides how the panel looks.
+struct PanelLook {
+    double textScale = 1; ///< see textScale()
+    QString family;       ///< of the interface font
+    bool isContrastHigh = false;
+
+    /// The one that holds on a screen now. Main thread.
+    static PanelLook of(const QScreen* screen, bool isContrastHigh);
+
+    friend bool operator==(const PanelLook&, const PanelLook&) = default;
+};
+
+/// The user's text size on a screen as a factor; 1 is the desktop's standard, and what is returned without a
+/// screen. Main thread.
+double textScale(const QScreen* screen);
+
+} // namespace kelvinbar
