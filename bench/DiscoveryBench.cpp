@@ -6,6 +6,7 @@
 
 #include "base/Log.h"
 #include "base/NumberText.h"
+#include "bench/ProcessorTime.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/sources/KernelSensorSource.h"
 
@@ -83,14 +84,14 @@ class GeneratedMachine {
     fs::path root_;
 };
 
-/// The shortest of several runs, divided by the number of channels.
+/// The least CPU time of several runs, divided by the number of channels.
 template <typename Work>
 double microsecondsAChannel(const Shape& shape, int repeats, Work work) {
     double shortest = std::numeric_limits<double>::infinity();
     for (int repeat = 0; repeat < repeats; ++repeat) {
-        const auto start = std::chrono::steady_clock::now();
+        const auto before = processorTime();
         work();
-        shortest = std::min(shortest, Microseconds(std::chrono::steady_clock::now() - start).count());
+        shortest = std::min(shortest, Microseconds(processorTime() - before).count());
     }
     return shortest / static_cast<double>(shape.channels());
 }

@@ -4,6 +4,7 @@
 
 #include "base/Log.h"
 #include "base/NumberText.h"
+#include "bench/ProcessorTime.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/LinuxMachine.h"
 #include "machines/linux/files/SensorFile.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -20,7 +22,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -34,16 +35,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// CPU time of this process, in nanoseconds.
-std::int64_t processorTime() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto nanoseconds = [](const timeval& time) {
-        return std::int64_t{time.tv_sec} * 1'000'000'000 + std::int64_t{time.tv_usec} * 1'000;
-    };
-    return nanoseconds(usage.ru_utime) + nanoseconds(usage.ru_stime);
-}
-
 /// The values of one pass, and what it costs.
 struct Result {
     std::size_t values = 0;
@@ -54,9 +45,10 @@ template <typename Pass>
 Result measured(int passes, Pass pass) {
     Result result;
     result.values = pass();
-    const std::int64_t before = processorTime();
+    const auto before = processorTime();
     for (int count = 0; count < passes; ++count) pass();
-    result.nanosecondsAPass = passes > 0 ? (processorTime() - before) / passes : 0;
+    result.nanosecondsAPass =
+        passes > 0 ? std::chrono::nanoseconds(processorTime() - before).count() / passes : 0;
     return result;
 }
 

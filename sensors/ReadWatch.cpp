@@ -48,10 +48,10 @@ ReadWatch::Line ReadWatch::setAside(NamedDevice& device) {
     std::string file(state.visitor->file_);
     Line line{state.category, "no answer from " + file + " in " + limitText(limit_) + "; " + name +
                                   " is set aside until it answers"};
+    silent_.push_back(&device);
     state.silentFile = std::move(file);
     state.visitor->isAbandoned_ = true;
     --visited_;
-    ++silent_;
     changed_.notify_all();
     return line;
 }
@@ -60,19 +60,19 @@ ReadWatch::Line ReadWatch::setAside(NamedDevice& device) {
 /// at a time keeps the number of stuck threads at four.
 bool ReadWatch::mustWait(const NamedDevice& device) const {
     if (silentFileOf(device)) return false;
-    return device.second.visitor != nullptr || visited_ + silent_ >= mostSilent;
+    return device.second.visitor != nullptr || visited_ + silent_.size() >= mostSilent;
 }
 
 /// The file because of which `device` must not be read; no value if it may be. A file that does not answer
 /// may have been read for another device, as in the search for a controller.
 std::optional<std::string> ReadWatch::silentFileOf(const NamedDevice& device) const {
     const auto& [name, state] = device;
-    if (silent_ == 0 || state.silentFile) return state.silentFile;
-    for (const auto& other : devices_) {
-        const auto& file = other.second.silentFile;
+    if (silent_.empty() || state.silentFile) return state.silentFile;
+    for (const NamedDevice* const other : silent_) {
+        const auto& file = other->second.silentFile;
         if (file && isInDevice(*file, name)) return file;
     }
-    return silent_ >= mostSilent ? std::optional(name) : std::nullopt;
+    return silent_.size() >= mostSilent ? std::optional(name) : std::nullopt;
 }
 
 ReadWatch::NamedDevice* ReadWatch::enter(WatchedPass& pass, std::string_view name, LogCategory category) {
@@ -101,9 +101,9 @@ void ReadWatch::leave(WatchedPass& pass, NamedDevice& device) {
         const std::lock_guard lock(mutex_);
         pass.file_ = {};
         state.visitor = nullptr;
-        answersAgain = state.silentFile.has_value();
+        answersAgain = std::erase(silent_, &device) > 0;
         state.silentFile.reset();
-        --(answersAgain ? silent_ : visited_);
+        if (!answersAgain) --visited_;
         changed_.notify_all();
     }
     if (!answersAgain) return;

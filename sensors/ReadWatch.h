@@ -100,8 +100,8 @@ class ReadWatch {
     std::mutex mutex_; ///< guards what follows and the private members of passes; never held while reading
     std::condition_variable changed_;
     Devices devices_;
-    std::size_t visited_ = 0; ///< devices with a visitor that are not set aside
-    std::size_t silent_ = 0;  ///< devices set aside
+    std::size_t visited_ = 0;                ///< devices with a visitor that are not set aside
+    std::vector<const NamedDevice*> silent_; ///< devices set aside, few of many
 };
 
 /// One pass over the sensors, as far as the watch sees it. The pass runs on one thread, inside a `Scope`.

@@ -6,6 +6,7 @@
 // ".reached". A signal does not end the wait, as it does not end one in a driver.
 
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -53,6 +54,7 @@ auto callNext(const char* name, Arguments... arguments) {
 
 using Open = int (*)(const char*, int, mode_t);
 using CheckedOpen = int (*)(const char*, int);
+using OpenStream = std::FILE* (*)(const char*, const char*);
 using Read = ssize_t (*)(int, void*, std::size_t);
 using CheckedRead = ssize_t (*)(int, void*, std::size_t, std::size_t);
 using ReadAt = ssize_t (*)(int, void*, std::size_t, off_t);
@@ -82,6 +84,16 @@ int open64(const char* path, int flags, ...) {
     const mode_t mode = modeAmong(flags, arguments);
     va_end(arguments);
     return callNext<Open>("open64", path, flags, mode);
+}
+
+std::FILE* fopen(const char* path, const char* mode) {
+    waitAtPath("stream", path);
+    return callNext<OpenStream>("fopen", path, mode);
+}
+
+std::FILE* fopen64(const char* path, const char* mode) {
+    waitAtPath("stream", path);
+    return callNext<OpenStream>("fopen64", path, mode);
 }
 
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl51-cpp,cert-dcl37-c): what the C library's checked calls

@@ -1,6 +1,7 @@
 """Sensors that come and go: a folder that programs see as /sys."""
 
 import os
+import shlex
 import shutil
 import subprocess
 from collections.abc import Sequence
@@ -14,6 +15,8 @@ from driver.program import Program
 
 ENTER_NAMESPACE = ("unshare", "--mount")
 ENTER_NAMESPACE_AS_USER = ("unshare", "--user", "--map-current-user", "--keep-caps", "--mount")
+
+CONTROLLER = "applesmc"
 
 
 def own_mounts() -> Sequence[str]:
@@ -41,7 +44,8 @@ class SensorTree:
 
     def under(self, command: Sequence[str]) -> list[str]:
         """The command over this tree, as the same process."""
-        return [*own_mounts(), "sh", "-c", 'mount --bind "$0" /sys && exec "$@"', str(self._root), *command]
+        mounts = [f"mount --bind {shlex.quote(str(folder))} {place} && " for folder, place in self._mounts()]
+        return [*own_mounts(), "sh", "-c", "".join(mounts) + 'exec "$@"', "sh", *command]
 
     def plug(self, chip: str, temperatures: Sequence[float]) -> None:
         """Adds a chip with these temperatures, in °C."""
@@ -51,6 +55,22 @@ class SensorTree:
         for number, temperature in enumerate(temperatures, 1):
             (entry / f"temp{number}_input").write_text(f"{round(1000 * temperature)}\n")
         entry.rename(self._chips / chip)
+
+    def plug_controller(self, key: str, temperature: float) -> None:
+        """Adds an Apple computer's controller with one key. Its data stays that of the key, whichever is selected."""
+        entry = self._workshop / CONTROLLER
+        entry.mkdir()
+        files = {"name": CONTROLLER, "key_count": "1", "key_at_index": "0", "key_at_index_name": key}
+        files |= {"key_at_index_type": "sp78", "key_at_index_data_length": "2"}
+        for name, text in files.items():
+            (entry / name).write_text(f"{text}\n")
+        entry.rename(self._chips / CONTROLLER)
+        self.set_controller(temperature)
+
+    def set_controller(self, temperature: float) -> None:
+        """As a number with eight binary places."""
+        data = round(256 * temperature).to_bytes(2, "big", signed=True)
+        (self._chips / CONTROLLER / "key_at_index_data").write_bytes(data)
 
     def unplug(self, chip: str) -> None:
         """Files that are still open become empty, as those of the kernel fail."""
@@ -68,6 +88,25 @@ class SensorTree:
 
     def has(self, chip: str) -> bool:
         return (self._chips / chip).exists()
+
+    def _mounts(self) -> list[tuple[Path, str]]:
+        return [(self._root, "/sys")]
+
+
+class ConfiguredTree(SensorTree):
+    """Chips that programs read through libsensors, which has something to compute for each.
+
+    It wants the kernel's own /sys, so only the classes are replaced. What it adds is too little to be shown.
+    """
+
+    def __init__(self, folder: Path) -> None:
+        super().__init__(folder)
+        self._configuration = folder / "configuration"
+        self._configuration.mkdir()
+        (self._configuration / "all").write_text('chip "*"\n    compute temp1 @+0.001, @-0.001\n')
+
+    def _mounts(self) -> list[tuple[Path, str]]:
+        return [(self._root / "class", "/sys/class"), (self._configuration, "/etc/sensors.d")]
 
 
 class SensorProgram(Program):

@@ -1,6 +1,7 @@
 """Others on the session bus: callers without manners, and a bus or a tray that ends."""
 
 import random
+import signal
 import struct
 import time
 from collections.abc import Iterator
@@ -25,6 +26,7 @@ HUGE_ROUNDS = {"quick": 1, "night": 50}
 HUGE = 250_000  # ids: a megabyte
 MANY_WORDS = 20_000
 RESTARTS = {"quick": 2, "night": 20}
+QUIT_SECONDS = 1
 
 FLOOD_SECONDS = {"quick": 2, "night": 8}
 FLOOD_CALLS_PER_SECOND = 10_000
@@ -193,3 +195,15 @@ def test_restart_of_the_tray(desktop: Desktop, running: Program, scale: str, rec
             running.wait_for_tray()
             watcher.kill_bar()
     record("bus: restart of the tray", f"{RESTARTS[scale]} times; registered each time", True)
+
+
+@pytest.mark.parametrize("name", ("SIGTERM", "SIGHUP"))
+def test_quitting_waits_for_no_bus(desktop: Desktop, program: Path, name: str, record) -> None:
+    running = Program(program, desktop)
+    running.start()
+    with desktop.silent_session_bus():
+        started = time.monotonic()
+        running.send(signal.Signals[name])
+        running.wait()
+        seconds = time.monotonic() - started
+    record(f"bus that does not answer, then {name}", f"ended in {seconds:.2f} s", seconds < QUIT_SECONDS)

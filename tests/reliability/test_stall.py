@@ -6,37 +6,64 @@ import subprocess
 import time
 from collections.abc import Callable, Iterator
 from pathlib import Path
+from typing import NamedTuple
 
 import pytest
 
 from driver.desktop import Desktop
 from driver.program import Program
 from driver.waiting import wait_until
-from sensor_tree import SensorProgram, SensorTree
+from sensor_tree import CONTROLLER, ConfiguredTree, SensorProgram, SensorTree
 
 STEADY = "steady"
 SLOW = "slow"
-SLOW_FILE = f"{SLOW}/temp1_input"
+STEADY_KEY = f"{STEADY}-virtual-0/temp1"
 
 QUIT_SECONDS = 1
 SNAPSHOT_SECONDS = 2  # for what does not answer
 START_UP_SECONDS = 1  # of a process on a busy machine
 SET_ASIDE_SECONDS = 10
 
+AT_START_ONLY = ("open", "libsensors")
 WHENS = ("before", "during", "after")
 CHANGED = "KelvinbarAlternatesIcon"
 
 
-class Stall:
-    """A file that does not answer while the stall lasts. `call` is what does not return: "open" or "read"."""
+class Driver(NamedTuple):
+    """A driver with one sensor, and the call for one of its files that is not going to return."""
 
-    def __init__(self, library: Path, folder: Path, call: str) -> None:
+    call: str  # "open", "read", or "stream": to open it as a stream
+    file: str = f"{SLOW}/temp1_input"
+    key: str = f"{SLOW}-virtual-0/temp1"
+    make_tree: Callable[[Path], SensorTree] = SensorTree
+    plug: Callable[[SensorTree, float], None] = lambda tree, temperature: tree.plug(SLOW, [temperature])
+    set: Callable[[SensorTree, float], None] = lambda tree, temperature: tree.set(SLOW, temperature)
+
+
+DRIVERS = {
+    "read": Driver("read"),
+    "open": Driver("open"),
+    "libsensors": Driver("stream", make_tree=ConfiguredTree),
+    "controller": Driver(
+        "read",
+        file=f"{CONTROLLER}/key_at_index_data",
+        key="TC0P",
+        plug=lambda tree, temperature: tree.plug_controller("TC0P", temperature),
+        set=SensorTree.set_controller,
+    ),
+}
+
+
+class Stall:
+    """A file that does not answer while the stall lasts."""
+
+    def __init__(self, library: Path, folder: Path, driver: Driver) -> None:
         self._switch = folder / "stalls"
         self.variables = (
             f"LD_PRELOAD={library}",
             f"STALL_WHILE={self._switch}",
-            f"STALLED_FILE={SLOW_FILE}",
-            f"STALLED_CALL={call}",
+            f"STALLED_FILE={driver.file}",
+            f"STALLED_CALL={driver.call}",
         )
 
     def begin(self) -> None:
@@ -51,29 +78,38 @@ class Stall:
 
 
 @pytest.fixture
-def tree(tmp_path: Path) -> SensorTree:
-    tree = SensorTree(tmp_path)
+def driver(request: pytest.FixtureRequest) -> Driver:
+    """That of the kernel whose reads stall, unless the test names another."""
+    return DRIVERS[getattr(request, "param", "read")]
+
+
+@pytest.fixture
+def tree(driver: Driver, tmp_path: Path) -> SensorTree:
+    tree = driver.make_tree(tmp_path)
     tree.plug(STEADY, [41])
-    tree.plug(SLOW, [61])
+    driver.plug(tree, 61)
     return tree
 
 
 @pytest.fixture
-def make_stall(attack_file: Callable[[str], Path], tmp_path: Path) -> Callable[[str], Stall]:
-    return lambda call: Stall(attack_file("libkelvinbar_stalling_files.so"), tmp_path, call)
+def stall(attack_file: Callable[[str], Path], driver: Driver, tmp_path: Path) -> Stall:
+    return Stall(attack_file("libkelvinbar_stalling_files.so"), tmp_path, driver)
+
+
+def name_of(driver: Driver) -> str:
+    return next(name for name, known in DRIVERS.items() if known == driver)
 
 
 def shows(program: Program, text: str) -> bool:
     return any(text in entry for entry in program.item().menu().values())
 
 
-def start_with_stall(program: SensorProgram, stall: Stall, when: str) -> None:
+def start_with_stall(program: SensorProgram, driver: Driver, stall: Stall, when: str) -> None:
     """`when` the stall begins: before the start, during it, or after it.
 
     Returns when a thread is stuck and the other sensor is shown.
     """
-    pins = [f"{chip}-virtual-0/temp1" for chip in (STEADY, SLOW)]
-    program.prefer(KelvinbarMenuBarKeys=", ".join(pins), KelvinbarSamplingRate="fast")
+    program.prefer(KelvinbarMenuBarKeys=f"{STEADY_KEY}, {driver.key}", KelvinbarSamplingRate="fast")
     if when == "before":
         stall.begin()
     program.start()
@@ -106,29 +142,31 @@ QUICK = {
     ("open", "before", "menu"),
     ("read", "during", "menu"),
     ("read", "after", "SIGHUP"),
+    ("libsensors", "before", "SIGTERM"),
+    ("controller", "before", "SIGTERM"),
+    ("controller", "after", "menu"),
 }
 
 
 def cases() -> Iterator[object]:
-    """A file that is kept open is opened only at the start."""
-    for call, when, way in itertools.product(("read", "open"), WHENS, WAYS):
-        if call == "read" or when == "before":
-            marks = () if (call, when, way) in QUICK else pytest.mark.night
-            yield pytest.param(call, when, way, id=f"{call}-{when}-{way}", marks=marks)
+    """A file that is kept open is opened only at the start. Through libsensors, only the first reading was tried."""
+    for name, when, way in itertools.product(DRIVERS, WHENS, WAYS):
+        if name not in AT_START_ONLY or when == "before":
+            marks = () if (name, when, way) in QUICK else pytest.mark.night
+            yield pytest.param(name, when, way, id=f"{name}-{when}-{way}", marks=marks)
 
 
 @pytest.mark.program("kelvinbar")
-@pytest.mark.parametrize(("call", "when", "way"), cases())
+@pytest.mark.parametrize(("driver", "when", "way"), cases(), indirect=["driver"])
 def test_quitting_waits_for_no_driver(
-    desktop: Desktop, program: Path, tree: SensorTree, make_stall, call: str, when: str, way: str, record
+    desktop: Desktop, program: Path, tree: SensorTree, driver: Driver, stall: Stall, when: str, way: str, record
 ) -> None:
-    stall = make_stall(call)
     sensors = SensorProgram(program, desktop, tree, stall.variables)
-    start_with_stall(sensors, stall, when)
+    start_with_stall(sensors, driver, stall, when)
     seconds = seconds_to_quit(sensors, way)
     is_written = desktop_preferences(desktop).get(CHANGED) == "1"
     record(
-        f"stall in {call} {when} the start, then {way}",
+        f"stall in {name_of(driver)} {when} the start, then {way}",
         f"ended in {seconds:.2f} s, preferences {'written' if is_written else 'LOST'}",
         seconds < QUIT_SECONDS and is_written,
     )
@@ -140,26 +178,26 @@ def desktop_preferences(desktop: Desktop) -> dict[str, str]:
 
 
 @pytest.mark.program("kelvinbar")
+@pytest.mark.parametrize("driver", [name for name in DRIVERS if name not in AT_START_ONLY], indirect=True)
 def test_the_others_are_read_on_and_the_sensor_comes_back(
-    desktop: Desktop, program: Path, tree: SensorTree, make_stall, record
+    desktop: Desktop, program: Path, tree: SensorTree, driver: Driver, stall: Stall, record
 ) -> None:
-    stall = make_stall("read")
     sensors = SensorProgram(program, desktop, tree, stall.variables)
-    start_with_stall(sensors, stall, "after")
+    start_with_stall(sensors, driver, stall, "after")
     tree.set(STEADY, 43)
     wait_until(5, "another value of the sensor that answers", lambda: shows(sensors, "43"))
     sensors.start_again()  # the first instance answers and opens its panel
-    tree.set(SLOW, 66)
+    driver.set(tree, 66)
     stall.end()
     wait_until(5, "the sensor that answers again", lambda: shows(sensors, "66"))
     sensors.finish()
-    record("stall of one of two chips, then its end", "the other read on, second start answered, both back", True)
+    record(
+        f"stall in {name_of(driver)}, then its end", "the other chip read on, second start answered, both back", True
+    )
 
 
 @pytest.mark.program("kelvinbar")
-def test_a_second_start_names_the_process_that_hangs(
-    desktop: Desktop, program: Path, tree: SensorTree, record
-) -> None:
+def test_a_second_start_names_the_process_that_hangs(desktop: Desktop, program: Path, tree: SensorTree, record) -> None:
     sensors = SensorProgram(program, desktop, tree)
     sensors.start()
     sensors.send(signal.SIGSTOP)
@@ -178,17 +216,16 @@ def run_snapshot(desktop: Desktop, command: list[str]) -> tuple[subprocess.Compl
     return desktop.run(command), time.monotonic() - started
 
 
-@pytest.mark.parametrize("call", ("read", "open"))
+@pytest.mark.parametrize("driver", ("read", "open", "controller"), indirect=True)
 def test_the_snapshot_prints_the_rest(
-    desktop: Desktop, snapshot: Path, tree: SensorTree, make_stall, call: str, record
+    desktop: Desktop, snapshot: Path, tree: SensorTree, driver: Driver, stall: Stall, record
 ) -> None:
-    stall = make_stall(call)
     stall.begin()
     taken, seconds = run_snapshot(desktop, tree.under(["env", *stall.variables, str(snapshot)]))
-    has_rest = f"{STEADY}-virtual-0/temp1" in taken.stdout
-    has_name = f"no answer from /sys/class/hwmon/{SLOW}" in taken.stderr
+    has_rest = STEADY_KEY in taken.stdout
+    has_name = f"no answer from /sys/class/hwmon/{Path(driver.file).parent}" in taken.stderr
     record(
-        f"stall in {call} during a snapshot",
+        f"stall in {name_of(driver)} during a snapshot",
         f"status {taken.returncode} after {seconds:.1f} s, {'the rest printed' if has_rest else 'NOTHING'},"
         f" {'the file named' if has_name else taken.stderr[:80]}",
         taken.returncode == 0 and has_rest and has_name and seconds < SNAPSHOT_SECONDS + START_UP_SECONDS,

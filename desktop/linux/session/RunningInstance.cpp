@@ -39,14 +39,30 @@ FocusRight focusRightOf(const QVariantMap& platformData) {
             .timestamp = timeOfStartupId(platformData.value(startupIdKey).toString())};
 }
 
+QDBusMessage callOfBus(const QString& method) {
+    constexpr auto busService = "org.freedesktop.DBus";
+    return QDBusMessage::createMethodCall(busService, "/org/freedesktop/DBus", busService, method);
+}
+
 /// Asks the bus for a name, unless another program has it.
 QDBusMessage nameRequest(const QString& name) {
     constexpr uint doNotQueue = 4;
-    constexpr auto busService = "org.freedesktop.DBus";
-    QDBusMessage request =
-        QDBusMessage::createMethodCall(busService, "/org/freedesktop/DBus", busService, "RequestName");
+    QDBusMessage request = callOfBus("RequestName");
     request << name << doNotQueue;
     return request;
+}
+
+bool isGranted(const QDBusMessage& reply) {
+    constexpr uint primaryOwner = 1;
+    constexpr uint alreadyOwner = 4;
+    const uint answer = reply.arguments().value(0).toUInt();
+    return reply.type() == QDBusMessage::ReplyMessage && (answer == primaryOwner || answer == alreadyOwner);
+}
+
+QDBusMessage nameRelease(const QString& name) {
+    QDBusMessage release = callOfBus("ReleaseName");
+    release << name;
+    return release;
 }
 
 bool hasOwner(const QDBusConnection& bus, const QString& name) {
@@ -65,7 +81,7 @@ RunningInstance::RunningInstance(QDBusConnection bus, const QString& name, Activ
 }
 
 bool RunningInstance::claim() {
-    if (!isThisOne_) isThisOne_ = !bus_.isConnected() || bus_.registerService(name_);
+    if (!isThisOne_) isThisOne_ = !bus_.isConnected() || isGranted(bus_.call(nameRequest(name_)));
     return isThisOne_;
 }
 
@@ -76,7 +92,7 @@ void RunningInstance::moveTo(const QDBusConnection& bus) {
 }
 
 void RunningInstance::release() {
-    if (std::exchange(isThisOne_, false) && bus_.isConnected()) bus_.unregisterService(name_);
+    if (std::exchange(isThisOne_, false) && bus_.isConnected()) bus_.send(nameRelease(name_));
 }
 
 /// Opening the panel takes time on a busy machine, and the caller takes a late reply for that of a hung

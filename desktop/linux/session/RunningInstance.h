@@ -37,7 +37,8 @@ class RunningInstance final {
     /// given up, without waiting for the result.
     void moveTo(const QDBusConnection& bus);
 
-    /// Gives the name up, so that a new start does not find this instance.
+    /// Gives the name up, so that a new start does not find this instance. Does not wait for the bus, which
+    /// may not answer while the program ends.
     void release();
 
     /// Whether the last claim succeeded and the name was not given up since.

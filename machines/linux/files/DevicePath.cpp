@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <array>
-#include <system_error>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -63,17 +63,17 @@ std::vector<fs::path> visitedClassEntries(const fs::path& root, std::string_view
     return visit.isAllowed() ? classEntries(root, className) : std::vector<fs::path>();
 }
 
-std::string devicePath(const fs::path& root, const fs::path& entry) {
-    const fs::path devices = canonicalPath(root / "sys/devices");
-    const fs::path self = canonicalPath(entry);
-    const fs::path device = canonicalPath(entry / "device");
-    const fs::path& place = device.empty() ? self : device;
-    if (!devices.empty() && isBelow(place, devices)) return stablePart(place.lexically_relative(devices));
+DeviceTree::DeviceTree(fs::path root)
+    : root_(std::move(root)), folder_(canonicalPath(root_ / "sys/devices")) {}
+
+std::string DeviceTree::pathOf(const fs::path& entry, const fs::path& device) const {
+    const fs::path place = device.empty() ? canonicalPath(entry) : device;
+    if (!folder_.empty() && isBelow(place, folder_)) return stablePart(place.lexically_relative(folder_));
     // In a tree with the class only, the link names the device even though it is dangling.
-    std::error_code error;
-    const fs::path target = fs::read_symlink(entry / "device", error);
+    const fs::path target = linkTarget(entry / "device");
     if (!target.empty()) return stablePart(target);
-    if (fs::is_symlink(entry, error)) return stablePart(self.lexically_relative(canonicalPath(root)));
+    if (!linkTarget(entry).empty())
+        return stablePart(canonicalPath(entry).lexically_relative(canonicalPath(root_)));
     return systemFileText(entry / "device/uevent").value_or("");
 }
 

@@ -16,10 +16,25 @@ std::vector<std::filesystem::path> classEntries(const std::filesystem::path& roo
 std::vector<std::filesystem::path> visitedClassEntries(const std::filesystem::path& root,
                                                        std::string_view className);
 
-/// The path of a class entry's device below sys/devices, without the components that the kernel numbers in
-/// order of discovery (hwmon3, nvme0, phy1, thermal_zone2). It stays the same across boots as long as the
-/// device stays in its slot. Falls back to the link's target and to the device's uevent text, for trees that
-/// lack sys/devices. Empty when the entry has no device.
-std::string devicePath(const std::filesystem::path& root, const std::filesystem::path& entry);
+/// The folder sys/devices, looked up once for all entries of a class.
+class DeviceTree {
+  public:
+    explicit DeviceTree(std::filesystem::path root);
+
+    /// Without links; empty if there is none.
+    [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+
+    /// The path of a class entry's device below the folder, without the components that the kernel numbers in
+    /// order of discovery (hwmon3, nvme0, phy1, thermal_zone2). It stays the same across boots as long as the
+    /// device stays in its slot. Falls back to the link's target and to the device's uevent text, for trees
+    /// that lack sys/devices. Empty when the entry has no device. `device` is where the entry's `device` link
+    /// leads, without links, or empty.
+    [[nodiscard]] std::string pathOf(const std::filesystem::path& entry,
+                                     const std::filesystem::path& device) const;
+
+  private:
+    std::filesystem::path root_;
+    std::filesystem::path folder_;
+};
 
 } // namespace kelvinbar

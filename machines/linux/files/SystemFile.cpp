@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <dirent.h>
 #include <fcntl.h>
 #include <iterator>
@@ -59,7 +60,21 @@ bool isThere(const std::filesystem::path& path) {
     return isThere;
 }
 
+std::filesystem::path linkTarget(const std::filesystem::path& path) {
+    std::array<char, PATH_MAX> target; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by readlink
+    const ssize_t size = ::readlink(path.c_str(), target.data(), target.size());
+    if (size >= 0) return std::string_view(target.data(), static_cast<std::size_t>(size));
+    throwIfOutOfMemory(std::error_code(errno, std::generic_category()));
+    return {};
+}
+
 std::filesystem::path canonicalPath(const std::filesystem::path& path) {
+    // The library asks for each folder on the way.
+    const OpenFile place(::open(path.c_str(), O_PATH | O_CLOEXEC));
+    if (place.isOpen()) {
+        std::filesystem::path named = linkTarget("/proc/self/fd/" + std::to_string(place.descriptor()));
+        if (named.is_absolute()) return named;
+    }
     std::error_code error;
     std::filesystem::path canonical = std::filesystem::canonical(path, error);
     throwIfOutOfMemory(error);

@@ -38,6 +38,9 @@ std::vector<std::string> folderEntries(const std::filesystem::path& folder);
 /// Whether there is a file or folder at `path`, following links.
 bool isThere(const std::filesystem::path& path);
 
+/// Where the link at `path` leads; empty if there is no link.
+std::filesystem::path linkTarget(const std::filesystem::path& path);
+
 /// The absolute path without links; empty if nothing is there.
 std::filesystem::path canonicalPath(const std::filesystem::path& path);
 

@@ -1,8 +1,9 @@
 #include "machines/linux/libsensors/ConfigurationFiles.h"
 
+#include "machines/linux/files/SystemFile.h"
+
 #include <algorithm>
 #include <sys/stat.h>
-#include <system_error>
 
 namespace kelvinbar {
 
@@ -12,9 +13,8 @@ namespace fs = std::filesystem;
 
 std::vector<fs::path> filesIn(const fs::path& folder) {
     std::vector<fs::path> files;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        if (!entry->path().filename().native().starts_with('.')) files.push_back(entry->path());
+    for (const std::string& name : folderEntries(folder)) {
+        if (!name.starts_with('.')) files.push_back(folder / name);
     }
     std::ranges::sort(files);
     return files;
@@ -28,9 +28,8 @@ void append(std::string& stamp, const timespec& time) {
 
 std::vector<fs::path> configurationFiles(const fs::path& directory) {
     std::vector<fs::path> files = filesIn(directory / "sensors.d");
-    std::error_code error;
     for (const char* const name : {"sensors3.conf", "sensors.conf"}) {
-        if (!fs::exists(directory / name, error)) continue;
+        if (!isThere(directory / name)) continue;
         files.insert(files.begin(), directory / name);
         break;
     }

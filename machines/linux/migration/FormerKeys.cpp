@@ -5,7 +5,7 @@
 #include "machines/linux/applesmc/AppleSMCChannels.h"
 #include "machines/linux/migration/KeyPattern.h"
 #include "machines/linux/migration/SensorRules.h"
-#include "machines/linux/naming/NamedDevices.h"
+#include "machines/linux/naming/SupplyMonitors.h"
 #include "smc/RegistryFans.h"
 #include "smc/SMCKeyText.h"
 
@@ -33,7 +33,7 @@ std::optional<int> lastNumber(std::string_view label) {
 class Assignment {
   public:
     Assignment(const std::vector<SensorChip>& chips, KeySet controllerKeys)
-        : chips_(chips), controllerKeys_(std::move(controllerKeys)) {}
+        : chips_(chips), monitors_(chips), controllerKeys_(std::move(controllerKeys)) {}
 
     std::map<std::string, ChannelPlace> make() && {
         leaveOutController();
@@ -121,7 +121,7 @@ class Assignment {
     void leaveOutRepeated() {
         for (const SensorChip& supply : chips_) {
             for (const SensorChannel& channel : supply.channels) {
-                const SensorChip* const monitor = monitorOf(supply, channel.kind, chips_);
+                const SensorChip* const monitor = monitors_.find(supply, channel.kind);
                 if (monitor == nullptr) continue;
                 for (const ChannelPlace place : placesOf(*monitor, channel.kind)) done_.insert(place);
             }
@@ -132,7 +132,7 @@ class Assignment {
     void moveToMonitors() {
         for (auto& [key, place] : keys_) {
             const SensorKind kind = at(place).kind;
-            const SensorChip* const monitor = monitorOf(chips_[place.chip], kind, chips_);
+            const SensorChip* const monitor = monitors_.find(chips_[place.chip], kind);
             if (monitor == nullptr) continue;
             const auto own = placesOf(chips_[place.chip], kind);
             const auto theirs = placesOf(*monitor, kind);
@@ -217,6 +217,7 @@ class Assignment {
     }
 
     const std::vector<SensorChip>& chips_;
+    const SupplyMonitors monitors_;
     KeySet controllerKeys_;
     std::set<ChannelPlace> done_;
     std::map<std::string, ChannelPlace> keys_;

@@ -3,6 +3,7 @@
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
 #include "machines/linux/naming/NameText.h"
+#include "machines/linux/naming/SupplyMonitors.h"
 #include "machines/linux/naming/TextPattern.h"
 
 #include <algorithm>
@@ -47,17 +48,6 @@ std::string_view featurePrefix(SensorKind kind) {
     default:
         return "temp";
     }
-}
-
-bool isSupply(const SensorChip& chip) {
-    return contains(chip.name, ":") && chip.name == std::string(chip.stableName).append(chip.sensorsName);
-}
-
-/// The name of the hwmon chip that the kernel creates for a supply.
-std::string hwmonNameOf(const SensorChip& supply) { return replacedAll(supply.sensorsName, "-", "_"); }
-
-bool hasKind(const SensorChip& chip, SensorKind kind) {
-    return std::ranges::find(chip.channels, kind, &SensorChannel::kind) != chip.channels.end();
 }
 
 // Order
@@ -178,7 +168,7 @@ class DeviceCounter {
   public:
     explicit DeviceCounter(const std::vector<NamedDevice>& devices) {
         for (const NamedDevice& device : devices) {
-            if (isSupply(*device.chip)) supplies_.insert(hwmonNameOf(*device.chip));
+            if (isSupply(*device.chip)) supplies_.insert(monitorNameOf(*device.chip));
         }
         for (const NamedDevice& device : devices) families_[familyOf(device)].insert(identityOf(device));
     }
@@ -200,7 +190,7 @@ class DeviceCounter {
     }
 
     [[nodiscard]] std::string identityOf(const NamedDevice& device) const {
-        if (isSupply(*device.chip)) return hwmonNameOf(*device.chip);
+        if (isSupply(*device.chip)) return monitorNameOf(*device.chip);
         return supplies_.contains(device.type) ? device.type : device.keyStart;
     }
 
@@ -252,18 +242,6 @@ bool isMeasured(const SensorChannel& channel) {
     default:
         return true;
     }
-}
-
-const SensorChip* monitorOf(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
-    if (!isSupply(supply)) return nullptr;
-    const std::string name = hwmonNameOf(supply);
-    const auto found = std::ranges::find_if(
-        chips, [&](const SensorChip& chip) { return chip.name == name && hasKind(chip, kind); });
-    return found == chips.end() ? nullptr : &*found;
-}
-
-bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips) {
-    return monitorOf(supply, kind, chips) != nullptr;
 }
 
 std::string keyText(std::string_view text) {

@@ -35,14 +35,6 @@ std::vector<NamedDevice> namedDevices(const std::vector<SensorChip>& chips);
 /// Whether the channel is a measurement or a state, as opposed to a limit, a target or the mode of a fan.
 bool isMeasured(const SensorChannel& channel);
 
-/// The hwmon chip that the kernel creates for a power supply, if it has channels of that kind. Null when
-/// there is none, and for a chip that is not a supply.
-const SensorChip* monitorOf(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips);
-
-/// Whether such a hwmon chip repeats the supply's channels of that kind. The chip is shown and the supply is
-/// not, because other tools use the chip's keys.
-bool isRepetition(const SensorChip& supply, SensorKind kind, const std::vector<SensorChip>& chips);
-
 /// The kernel's name of a channel ("temp3"), from its kind and number if it has no name.
 std::string featureOf(const SensorChannel& channel);
 

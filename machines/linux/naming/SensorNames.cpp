@@ -5,6 +5,7 @@
 #include "machines/linux/naming/NamedDevices.h"
 #include "machines/linux/naming/SensorMeaning.h"
 #include "machines/linux/naming/SensorWords.h"
+#include "machines/linux/naming/SupplyMonitors.h"
 #include "machines/linux/naming/UniqueNames.h"
 
 #include <algorithm>
@@ -108,11 +109,12 @@ std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vecto
     names.reserve(chips.size());
     for (const SensorChip& chip : chips) names.emplace_back(chip.channels.size());
     std::vector<NamedReading> readings;
+    const SupplyMonitors monitors(chips);
     for (const NamedDevice& device : namedDevices(chips)) {
         auto& ofChip = names[static_cast<std::size_t>(device.chip - chips.data())];
         for (std::size_t index = 0; index < ofChip.size(); ++index) {
             const SensorChannel& channel = device.chip->channels[index];
-            if (!isMeasured(channel) || isRepetition(*device.chip, channel.kind, chips)) continue;
+            if (!isMeasured(channel) || monitors.find(*device.chip, channel.kind) != nullptr) continue;
             ofChip[index] = readingOf(device, channel);
             readings.push_back({&*ofChip[index], channel.kind});
         }

@@ -14,7 +14,6 @@
 #include <optional>
 #include <set>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace kelvinbar {
@@ -109,8 +108,7 @@ bool isEarlierChannel(const SensorChannel& left, const SensorChannel& right) {
     return std::pair(left.kind, left.number) < std::pair(right.kind, right.number);
 }
 
-std::vector<SensorChannel> channelsIn(const fs::path& folder, bool isAsleep) {
-    const FileNames names = fileNames(folder);
+std::vector<SensorChannel> channelsIn(const fs::path& folder, const FileNames& names, bool isAsleep) {
     const ChannelReader reader(folder, names, isAsleep);
     std::vector<SensorChannel> channels;
     for (const ChannelFile& kind : channelFiles) {
@@ -138,11 +136,10 @@ std::optional<int> outputNumber(std::string_view name) {
 }
 
 /// The duty cycles of fans, for a chip that measures no speed.
-void appendFanOutputs(SensorChip& chip) {
+void appendFanOutputs(SensorChip& chip, const FileNames& names) {
     constexpr double fullOutput = 255;
     if (std::ranges::find(chip.channels, SensorKind::fan, &SensorChannel::kind) != chip.channels.end())
         return;
-    const FileNames names = fileNames(chip.folder);
     for (auto name = names.lower_bound("pwm"); name != names.end() && name->starts_with("pwm"); ++name) {
         const auto number = outputNumber(*name);
         if (!number) continue;
@@ -190,12 +187,11 @@ std::string withoutCounter(std::string_view name) {
 std::vector<DeviceStep> deviceSteps(fs::path entry) {
     constexpr std::size_t maximumSteps = 8;
     std::vector<DeviceStep> steps;
-    std::error_code error;
     while (steps.size() < maximumSteps) {
-        const fs::path device = fs::read_symlink(entry / "device", error);
-        if (error) break;
+        const fs::path device = linkTarget(entry / "device");
+        if (device.empty()) break;
         entry /= "device";
-        const fs::path subsystem = fs::read_symlink(entry / "subsystem", error);
+        const fs::path subsystem = linkTarget(entry / "subsystem");
         steps.push_back({device.filename().string(), subsystem.filename().string()});
     }
     return steps;
@@ -217,10 +213,8 @@ std::string driveModel(const fs::path& entry) {
 
 /// The network interface of the chip's device, or of a device up to a few folders above (the chip may be in a
 /// radio or in a transceiver on the card's own bus). A bridge has none.
-std::string networkInterface(const fs::path& root, const fs::path& entry) {
+std::string networkInterface(const fs::path& devices, fs::path folder) {
     constexpr int maximumFolders = 4;
-    const fs::path devices = canonicalPath(root / "sys/devices");
-    fs::path folder = canonicalPath(entry / "device");
     for (int step = 0; !folder.empty() && step < maximumFolders && folder != devices; ++step) {
         std::string interface = firstEntry(folder / "net");
         if (!interface.empty()) return interface;
@@ -230,19 +224,21 @@ std::string networkInterface(const fs::path& root, const fs::path& entry) {
     return {};
 }
 
-SensorChip chipAt(const fs::path& root, const fs::path& entry) {
+SensorChip chipAt(const DeviceTree& devices, const fs::path& entry) {
+    const fs::path device = canonicalPath(entry / "device");
     SensorChip chip;
     chip.entry = entry;
     chip.folder = channelFolder(entry);
-    chip.device = devicePath(root, entry);
+    chip.device = devices.pathOf(entry, device);
     chip.name = systemFileLine(chip.folder / "name").value_or("");
     chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
     chip.sensorsName = chipName(chip.name.empty() ? "hwmon" : chip.name, deviceSteps(entry));
     chip.model = driveModel(entry);
-    chip.network = networkInterface(root, entry);
+    chip.network = networkInterface(devices.folder(), device);
     chip.powerStates = powerStates(entry);
-    chip.channels = channelsIn(chip.folder, isAnyAsleep(chip.powerStates));
-    appendFanOutputs(chip);
+    const FileNames names = fileNames(chip.folder);
+    chip.channels = channelsIn(chip.folder, names, isAnyAsleep(chip.powerStates));
+    appendFanOutputs(chip, names);
     return chip;
 }
 
@@ -250,9 +246,10 @@ SensorChip chipAt(const fs::path& root, const fs::path& entry) {
 
 std::vector<SensorChip> hwmonChips(const fs::path& root) {
     std::vector<SensorChip> chips;
+    const DeviceTree devices(root);
     for (const fs::path& entry : visitedClassEntries(root, "hwmon")) {
         const DeviceVisit visit(entry.native(), LogCategory::sourceKernel);
-        if (visit.isAllowed()) chips.push_back(chipAt(root, entry));
+        if (visit.isAllowed()) chips.push_back(chipAt(devices, entry));
     }
     std::ranges::stable_sort(chips, [](const SensorChip& left, const SensorChip& right) {
         if (comesBeforeNaturally(left.device, right.device)) return true;

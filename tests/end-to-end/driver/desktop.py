@@ -3,10 +3,12 @@
 import os
 import pwd
 import shutil
+import signal
 import socket
 import subprocess
 import tempfile
-from collections.abc import Mapping, Sequence
+from collections.abc import Iterator, Mapping, Sequence
+from contextlib import contextmanager
 from pathlib import Path
 
 from driver.bus import Bus
@@ -69,6 +71,15 @@ class Desktop:
         self._buses["session-bus"].kill()
         (self.runtime / "session-bus").unlink()
         self.bus = Bus(self._start_bus("session-bus"))
+
+    @contextmanager
+    def silent_session_bus(self) -> Iterator[None]:
+        """Meanwhile the bus accepts connections and calls, and answers none."""
+        self._buses["session-bus"].send(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self._buses["session-bus"].send(signal.SIGCONT)
 
     def start(self, name: str, command: Sequence[str], environment: Additions | None = None) -> Process:
         """Starts a program. Its output goes to the log of this name."""

@@ -1,5 +1,6 @@
 #include "machines/linux/files/DevicePath.h"
 
+#include "machines/linux/files/SystemFile.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <filesystem>
@@ -35,9 +36,12 @@ class DevicePathTest : public testing::Test {
         link(fs::path("sys/class") / className / place.filename(), "../../devices" / place);
     }
 
-    [[nodiscard]] std::string pathOf(const fs::path& entry) const {
-        return devicePath(tree.root(), tree.root() / "sys/class" / entry);
+    [[nodiscard]] static std::string pathBelow(const fs::path& root, const fs::path& entry) {
+        const fs::path place = root / "sys/class" / entry;
+        return DeviceTree(root).pathOf(place, canonicalPath(place / "device"));
     }
+
+    [[nodiscard]] std::string pathOf(const fs::path& entry) const { return pathBelow(tree.root(), entry); }
 
     [[nodiscard]] std::vector<std::string> namesOf(std::string_view className) const {
         std::vector<std::string> names;
@@ -140,7 +144,7 @@ TEST_F(DevicePathTest, ARootThatIsReachedThroughALinkGivesTheSamePath) {
     const TemporaryTree elsewhere;
     fs::create_directory_symlink(tree.root(), elsewhere.root() / "link");
     const fs::path root = elsewhere.root() / "link";
-    EXPECT_EQ(devicePath(root, root / "sys/class/hwmon/hwmon4"), "platform/coretemp.0");
+    EXPECT_EQ(pathBelow(root, "hwmon/hwmon4"), "platform/coretemp.0");
 }
 
 // Trees with the class only
