@@ -73,7 +73,8 @@ prepared=$ZIG_LOCAL_CACHE_DIR/framework-${version%% *}
 mkdir -p "$prepared/include"
 ln -sfn "$framework/include/gtest" "$prepared/include/gtest"
 ln -sfn "$mocks/include/gmock" "$prepared/include/gmock"
-printf '#include <%s.h>\n' gmock/gmock gtest/gtest >"$prepared/headers.h"
+# Once: a precompiled header is not used after a change of its source.
+[[ -e $prepared/headers.h ]] || printf '#include <%s.h>\n' gmock/gmock gtest/gtest >"$prepared/headers.h"
 for part in gtest gmock; do
   echo "#include \"src/$part-all.cc\"" >"$build/units/$part.cpp"
   make_initializer_known $part
