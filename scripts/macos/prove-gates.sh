@@ -224,5 +224,5 @@ prove_gates() {
   local build=$!
   proves execution
   wait "$build"
-  echo "== Proved: $(($(paste -sd + "$work"/mistakes/*/count))) mistakes are caught"
+  echo "== Proved: $(($(cat "$work"/mistakes/*/count | paste -sd +))) mistakes are caught"
 }
