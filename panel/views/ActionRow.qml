@@ -82,9 +82,8 @@ Row {
         Item {
             anchors.fill: parent
 
-            TapHandler {
-                acceptedButtons: Qt.RightButton
-                onTapped: actions.openHiddenMenu()
+            RightClick {
+                onClicked: actions.openHiddenMenu()
             }
         }
         Loader {

@@ -84,12 +84,8 @@ FocusScope {
     Item {
         anchors.fill: parent
 
-        TapHandler {
-            acceptedButtons: Qt.RightButton
-            onTapped: point => {
-                const place = point.position;
-                list.openMenu(list.sensors.keyAt(place.y + flickable.contentY), place.x, place.y);
-            }
+        RightClick {
+            onClicked: (x, y) => list.openMenu(list.sensors.keyAt(y + flickable.contentY), x, y)
         }
         // A mouse scrolls with its wheel. It does not drag the list as a finger does, neither on purpose nor with a
         // small movement during a double-click.

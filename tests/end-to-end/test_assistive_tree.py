@@ -39,7 +39,7 @@ OBJECTS = [
 ]
 
 READING_ORDER = [
-    *("About", "CPU", "GRAPHICS", "Fast, 1s", "Dynamic, vertical", "Decrease height", "Reset height"),
+    *("About", "CPU", "Fast, 1s", "Dynamic, vertical", "Decrease height", "Reset height"),
     *("Increase height", "Login", "Refresh", "Copy", "ShowAll", "Quit"),
 ]
 

@@ -105,7 +105,7 @@ class TestPanel:
         for _ in range(9):
             self.press("Increase height")
         wait_until(3, "the highest panel", self.is_highest)
-        self.assistive.wait_shown("1400", "the number")
+        self.assistive.wait_shown("Height 1400", "the number")
         self.wait_preference("KelvinbarManualPopoverHeight", "1400")
         self.desktop.keep_picture("highest")
         self.press("Reset height")
