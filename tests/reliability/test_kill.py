@@ -109,5 +109,6 @@ def change_for(kelvinbar: Program, seconds: float) -> None:
     item, end = kelvinbar.item(), time.monotonic() + seconds
     while True:
         item.choose("Alternate Readings in Icon")
+        time.sleep(0.05)  # faster calls are refused
         if time.monotonic() > end:
             return

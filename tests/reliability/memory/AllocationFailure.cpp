@@ -36,10 +36,14 @@ bool AllocationFailure::hasHappened() { return untilFailure <= 0; }
 
 } // namespace kelvinbar::fakes
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KELVINBAR_OPERATOR_NEW_ONLY
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return isToFail() ? nullptr : std::malloc(size);
+}
 
 void* operator new(std::size_t size) {
-    void* const memory = isToFail() ? nullptr : std::malloc(size);
+    void* const memory = operator new(size, std::nothrow);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
 }
