@@ -78,13 +78,8 @@ Row {
                 actions.openHiddenMenu();
         }
 
-        // On an item of its own: a button is pressed by every button of the mouse that a handler on it accepts.
-        Item {
-            anchors.fill: parent
-
-            RightClick {
-                onClicked: actions.openHiddenMenu()
-            }
+        RightClick {
+            onRightClicked: actions.openHiddenMenu()
         }
         Loader {
             id: hiddenMenu

@@ -85,7 +85,7 @@ FocusScope {
         anchors.fill: parent
 
         RightClick {
-            onClicked: (x, y) => list.openMenu(list.sensors.keyAt(y + flickable.contentY), x, y)
+            onRightClicked: (x, y) => list.openMenu(list.sensors.keyAt(y + flickable.contentY), x, y)
         }
         // A mouse scrolls with its wheel. It does not drag the list as a finger does, neither on purpose nor with a
         // small movement during a double-click.

@@ -1,14 +1,14 @@
 import QtQuick
 
-/// A click with the right button.
-TapHandler {
-    id: handler
-    /// At a place in the parent.
-    signal clicked(x: real, y: real)
+/// Clicks with the right button; others reach what is below. Not a handler: on Wayland, the mouse may come as a touchpad,
+/// of which handlers take every button.
+MouseArea {
+    id: area
+    /// At a place in the area.
+    signal rightClicked(x: real, y: real)
 
+    anchors.fill: parent
     acceptedButtons: Qt.RightButton
-    // On Wayland, the mouse may come as a touchpad, of which handlers take every button.
-    onTapped: (point, button) => {
-        if (button === Qt.RightButton) handler.clicked(point.position.x, point.position.y);
-    }
+    Accessible.ignored: true
+    onClicked: mouse => area.rightClicked(mouse.x, mouse.y)
 }
