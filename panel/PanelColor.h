@@ -55,7 +55,7 @@ constexpr PanelColor shade(Accent accent) {
 /// A mix of white and a colour, which has this share of it, 0 to 1.
 constexpr PanelColor lightened(PanelColor color, double share) {
     const auto mixed = [share](std::uint8_t channel) {
-        return static_cast<std::uint8_t>(255 - share * (255 - channel) + 0.5);
+        return static_cast<std::uint8_t>(255.5 - share * (255 - channel)); // rounded
     };
     return {mixed(color.red), mixed(color.green), mixed(color.blue), color.opacity};
 }
