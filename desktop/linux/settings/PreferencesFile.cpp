@@ -93,7 +93,7 @@ bool isOurKey(const QString& key) {
 }
 
 bool isOurValue(const QVariant& value) {
-    static const QRegularExpression garbage("[\\x{FFFD}\\x00-\\x08\\x0A-\\x1F\\x7F]");
+    static const QRegularExpression garbage(R"([\x{FFFD}\x00-\x08\x0A-\x1F\x7F])");
     const bool isText = value.typeId() == QMetaType::QString || isList(value);
     return isText && textsOf(value).filter(garbage).isEmpty();
 }
