@@ -19,7 +19,7 @@ constexpr auto ownPrefix = "kelvinbar-connection-";
 /// Connects by a name that no earlier connection has had. Returns the name.
 QString connectAnew(QDBusConnection::BusType type) {
     static std::atomic<int> count = 0;
-    const QString name = ownPrefix + QString::number(++count);
+    QString name = ownPrefix + QString::number(++count);
     QDBusConnection::connectToBus(type, name);
     return name;
 }
