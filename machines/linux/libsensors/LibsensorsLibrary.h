@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Log.h"
+#include "machines/linux/libsensors/CallLock.h"
 
 #include <atomic>
 #include <cstdint>
@@ -76,7 +77,7 @@ class LibsensorsLibrary {
 
     using Handle = std::unique_ptr<void, int (*)(void*)>;
 
-    using Lock = std::unique_lock<std::timed_mutex>;
+    using Lock = std::unique_lock<CallLock>;
 
     /// Not locked if another call does not come back.
     [[nodiscard]] Lock locked() const;
@@ -93,7 +94,7 @@ class LibsensorsLibrary {
 
     Handle handle_;
     Functions functions_;
-    mutable std::timed_mutex mutex_; ///< guards `isStarted_` and all calls
+    mutable CallLock mutex_; ///< guards `isStarted_` and all calls
     bool isStarted_ = false;
     std::atomic<std::uint64_t> generation_ = 0;
     mutable std::atomic<bool> isBlocked_ = false; ///< the last attempt to lock failed
