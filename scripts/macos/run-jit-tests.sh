@@ -30,20 +30,12 @@ rm -rf "$build/units" "$build/objects"
 mkdir -p "$build/units" "$build/objects"
 left_out() { grep -q "^$1: " $support/not-run.txt; }
 
-# write_unit NAME SOURCE …: helpers in different test files have the same names, so those of each file get a namespace.
+# write_unit NAME SOURCE …
 write_unit() {
-  local unit=$build/units/$1.cpp source sources=()
+  local source
   for source in "${@:2}"; do
-    if ! left_out "$source"; then sources+=("$source"); fi
-  done
-  for source in "${sources[@]}"; do
-    echo "#line 1 \"$source\""
-    if [[ ${#sources[@]} -gt 1 && $source == *Test.cpp ]]; then
-      sed "s/^namespace {$/namespace Of$(basename "$source" .cpp) {/" "$source"
-    else
-      cat "$source"
-    fi
-  done >"$unit"
+    left_out "$source" || echo "#include \"$source\""
+  done >"$build/units/$1.cpp"
   make_initializer_known "$1"
 }
 
@@ -114,7 +106,7 @@ for file in headers.pch gtest.o gmock.o; do
   [[ -e $prepared/$file ]] || missing+=("${file%.*}")
 done
 [[ ${#missing[@]} -eq 0 ]] || compile_all "${missing[@]}"
-# The largest first.
+# Those of the most sources first.
 mapfile -t names < <(cd "$build/units" && ls -S -- *.cpp | sed 's/\.cpp$//' | grep -vxE 'gtest|gmock')
 compile_all "${names[@]}"
 

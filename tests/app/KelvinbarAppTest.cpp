@@ -22,7 +22,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_app_test {
 
 namespace {
 
@@ -464,5 +464,4 @@ TEST(KelvinbarApp, OfTwoSimultaneousStartsOneRemains) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_app_test

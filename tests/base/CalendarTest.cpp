@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::calendar_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -50,4 +50,4 @@ TEST(Calendar, DropsFractionsTowardsThePastBefore1970) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::calendar_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::cancellation_test {
 namespace {
 
 TEST(Cancellation, IsNotCancelledAtFirst) { EXPECT_FALSE(Cancellation().isCancelled()); }
@@ -45,4 +45,4 @@ TEST(Cancellation, IsSeenByAnotherThread) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::cancellation_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::dictionary_test {
 namespace {
 
 using testing::ElementsAre;
@@ -122,4 +122,4 @@ TEST(Value, HasNoNumberInATruthValueATextBytesOrAList) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::dictionary_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::handler_list_test {
 namespace {
 
 using testing::ElementsAre;
@@ -304,4 +304,4 @@ TEST(HandlerList, StaysUsableAfterAnExceptionOfAHandler) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::handler_list_test

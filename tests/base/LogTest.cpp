@@ -17,7 +17,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::log_test {
 namespace {
 
 using fakes::RecordingLog;
@@ -277,4 +277,4 @@ TEST(StandardErrorSink, WritesEachLineInOneWrite) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::log_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::main_loop_queue_test {
 namespace {
 
 using testing::ElementsAre;
@@ -152,4 +152,4 @@ TEST(MainLoopQueue, AnAlarmMayDestroyItselfAsItRings) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::main_loop_queue_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::named_recursive_mutex_test {
 namespace {
 
 /// Whether another thread could take `mutex` now.
@@ -37,4 +37,4 @@ TEST(NamedRecursiveMutex, IsFreeForOthersOnlyAfterAsManyUnlocksAsLocks) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::named_recursive_mutex_test

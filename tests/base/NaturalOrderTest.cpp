@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::natural_order_test {
 namespace {
 
 bool areEquivalent(std::string_view one, std::string_view other) {
@@ -194,4 +194,4 @@ TEST(NaturalOrder, ABrokenByteIsNoLetterAndComesLast) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::natural_order_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::notification_center_test {
 namespace {
 
 using testing::ElementsAre;
@@ -227,4 +227,4 @@ TEST(NotificationCenter, MayBeDestroyedByAnObserver) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::notification_center_test

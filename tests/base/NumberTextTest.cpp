@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::number_text_test {
 namespace {
 
 using Limits = std::numeric_limits<double>;
@@ -329,4 +329,4 @@ TEST(LeadingNumber, ReadsWhatFixedTextWrites) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::number_text_test

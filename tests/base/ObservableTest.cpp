@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::observable_test {
 namespace {
 
 using testing::ElementsAre;
@@ -119,4 +119,4 @@ TEST(Observable, MayGoBeforeARegistration) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::observable_test

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::text_test {
 namespace {
 
 /// `codePoint` by the plain encoding scheme, without any check: surrogates come out as three bytes.
@@ -260,4 +260,4 @@ TEST(Text, ReplacesInOnePassFromTheLeft) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::text_test

@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::worker_queue_test {
 namespace {
 
 /// Long enough for any machine; only a failing test waits so long.
@@ -238,4 +238,4 @@ TEST(WorkerQueue, UsesOneThreadForWorkThatDoesNotOverlap) {
 TEST(WorkerQueue, EndsWhenItWasNeverUsed) { EXPECT_NO_THROW(WorkerQueue(4)); }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::worker_queue_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::key_naming_rules_test {
 namespace {
 
 using enum SMCCategory;
@@ -467,4 +467,4 @@ TEST(BatteryUnit, IsEmptyOtherwise) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::key_naming_rules_test

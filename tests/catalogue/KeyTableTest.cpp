@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::key_table_test {
 namespace {
 
 using enum SMCCategory;
@@ -501,4 +501,4 @@ TEST(KeyTable, PutsCurrentsOfBatteriesAmongTheBatteries) {
 TEST(KeyTable, KeepsTheLetterOInTheNameOfTC0E) { EXPECT_EQ(entryFor("TC0E").name, "CPU 0 TCOE"); }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::key_table_test

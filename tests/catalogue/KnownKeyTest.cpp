@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::known_key_test {
 namespace {
 
 std::array<std::span<const KnownKey>, 7> allRows() {
@@ -83,4 +83,4 @@ TEST(NumberedName, HasTheNumberInDecimal) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::known_key_test

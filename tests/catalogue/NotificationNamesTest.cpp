@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::notification_names_test {
 namespace {
 
 TEST(NotificationNames, CarryThePrefixOfTheProgram) {
@@ -13,4 +13,4 @@ TEST(NotificationNames, CarryThePrefixOfTheProgram) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::notification_names_test

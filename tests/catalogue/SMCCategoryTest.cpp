@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_category_test {
 namespace {
 
 using enum SMCCategory;
@@ -64,4 +64,4 @@ TEST(SMCCategory, IsNotFoundByAnyOtherText) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_category_test

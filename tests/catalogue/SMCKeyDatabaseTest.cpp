@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_key_database_test {
 namespace {
 
 using enum SMCCategory;
@@ -154,4 +154,4 @@ TEST(SMCKeyDatabase, CannotNameAKeyOfThreeOrFiveCharacters) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_key_database_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_key_definition_test {
 namespace {
 
 const SMCKeyDefinition cpuProximity{"TC0P", "CPU Proximity", SMCCategory::cpu, "°C"};
@@ -36,4 +36,4 @@ TEST(SMCKeyDefinition, HashesItsFieldsInTheirOrder) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_key_definition_test

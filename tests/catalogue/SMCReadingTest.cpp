@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_reading_test {
 namespace {
 
 using testing::ElementsAre;
@@ -310,4 +310,4 @@ TEST(SMCReadingRecord, IsDecodedWithAWholeNumber) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_reading_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::settings_test {
 namespace {
 
 using testing::ElementsAre;
@@ -48,4 +48,4 @@ TEST(SMCWindowDisplayMode, IsReadFromExactlyItsStoredForm) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::settings_test

@@ -8,7 +8,7 @@
 #include <chrono>
 #include <thread>
 
-namespace kelvinbar {
+namespace kelvinbar::fake_cocoa_test {
 
 namespace {
 
@@ -19,8 +19,6 @@ using testing::IsEmpty;
 class FakeCocoaTest : public CocoaTest {};
 
 void onAnotherThread(void (*action)()) { std::thread(action).join(); }
-
-} // namespace
 
 TEST_F(FakeCocoaTest, AMessageFromAnotherThreadEndsTheProgram) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -50,4 +48,5 @@ TEST_F(FakeCocoaTest, WhatIsLeftIsReported) {
     EXPECT_THAT(leftovers, Contains("1 handlers of events"));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::fake_cocoa_test

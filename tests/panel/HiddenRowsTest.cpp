@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::hidden_rows_test {
 
 namespace {
 
@@ -27,8 +27,6 @@ struct HiddenRowsTest : StoreFixture {
 
     [[nodiscard]] const KeySet& hidden() const { return store->hiddenKeys().value(); }
 };
-
-} // namespace
 
 TEST_F(HiddenRowsTest, CountWhatTheStoreHides) {
     HiddenRows rows(*store);
@@ -83,4 +81,5 @@ TEST_F(HiddenRowsTest, ShowASingleReadingOfTheirList) {
     EXPECT_EQ(hidden().size(), 2U);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::hidden_rows_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::hide_history_test {
 
 namespace {
 
@@ -34,8 +34,6 @@ struct HideHistoryTest : StoreFixture {
 
     [[nodiscard]] const Keys& pins() const { return store->menuBarKeys().value(); }
 };
-
-} // namespace
 
 TEST_F(HideHistoryTest, UndoShowsTheReadingHiddenLast) {
     hide("TC0P");
@@ -103,4 +101,5 @@ TEST_F(HideHistoryTest, HiddenReadingsAreInTheOrderOfTheirNames) {
     EXPECT_EQ(keys, (Keys{"TC1C", "TC2C", "TG0D"}));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::hide_history_test

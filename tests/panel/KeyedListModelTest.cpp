@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::keyed_list_model_test {
 
 namespace {
 
@@ -376,5 +376,4 @@ TEST_F(KeyedList, RandomListsWithoutMovesTakeOneSignalForEachRunAndChange) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::keyed_list_model_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_actions_test {
 
 namespace {
 
@@ -250,5 +250,4 @@ TEST_F(PanelHeight, AnUnusableStoredHeightIsShownAsTheStandard) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::panel_actions_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_content_state_test {
 
 namespace {
 
@@ -91,5 +91,4 @@ TEST(PanelContentState, WithoutTheControllerNoSectionsAreShown) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::panel_content_state_test

@@ -17,7 +17,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_content_test {
 
 namespace {
 
@@ -858,5 +858,4 @@ TEST_F(Content, MayBeDestroyedByItsCloseAction) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::panel_content_test

@@ -19,7 +19,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_controls_test {
 
 namespace {
 
@@ -387,5 +387,4 @@ TEST_F(LoginControl, TellsWhatAClickDoes) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::panel_controls_test

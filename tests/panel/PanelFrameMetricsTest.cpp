@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_frame_metrics_test {
 
 namespace {
 
@@ -44,8 +44,6 @@ double panelHeight(const std::vector<SMCReading>& readings) {
     return PanelFrameMetrics().height() + listHeight(metrics, cardSpans(metrics, rowCounts));
 }
 
-} // namespace
-
 TEST(DynamicHeight, IsThatOfTheViewsWhereEveryCategoryHasACard) {
     std::mt19937 random(17);
     for (int list = 0; list < 500; ++list) {
@@ -70,4 +68,5 @@ TEST(DynamicHeight, IsACardHigherForEachCategoryThatSharesOne) {
     }
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::panel_frame_metrics_test

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_inks_test {
 
 namespace {
 
@@ -166,5 +166,4 @@ TEST(PanelAccents, ThePinIsSeenOnItsRow) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::panel_inks_test

@@ -17,7 +17,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_window_test {
 
 namespace {
 
@@ -54,8 +54,6 @@ struct PanelWindowTest : fakes::StoreFixture {
         return *root->property("content").value<PanelContent*>();
     }
 };
-
-} // namespace
 
 TEST_F(PanelWindowTest, RunsAChangeThatWaitedForASecondClickBeforeItsWindowEnds) {
     open();
@@ -148,4 +146,5 @@ TEST(PanelStyleTest, LengthsAndFontsGrowWithTheText) {
     EXPECT_EQ(style.font(12, QFont::Bold).family(), "Some Family");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::panel_window_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::row_search_test {
 
 namespace {
 
@@ -41,8 +41,6 @@ struct RowSearchTest : testing::Test {
         return list.currentKey();
     }
 };
-
-} // namespace
 
 TEST_F(RowSearchTest, GoesToTheNextNameWithTheLetter) {
     EXPECT_EQ(typed("d"), "K4");
@@ -105,4 +103,5 @@ TEST_F(RowSearchTest, DoesNotBeginWithASpaceNorWithWhatIsNoLetter) {
     EXPECT_EQ(search.text(), "");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::row_search_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_list_layout_test {
 
 namespace {
 
@@ -289,5 +289,4 @@ TEST(SensorListLayout, ASpanEndsItsHeightBelowItsTop) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_list_layout_test

@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_list_test {
 
 namespace {
 
@@ -1167,5 +1167,4 @@ TEST_F(ListKeyboard, WhenTheCurrentRowGoesItsReadingIsThatOfTheNext) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_list_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_row_menu_test {
 
 namespace {
 
@@ -31,8 +31,6 @@ struct SensorRowMenuTest : StoreFixture {
 
     [[nodiscard]] static QString clipboard() { return QGuiApplication::clipboard()->text(); }
 };
-
-} // namespace
 
 TEST_F(SensorRowMenuTest, TellsLowestHighestAndMeanInTheFormOfTheRow) {
     SensorRowMenu menu(*store, list);
@@ -83,4 +81,5 @@ TEST_F(SensorRowMenuTest, AReadingWithoutANumberHasNoRange) {
     EXPECT_EQ(menu.lowest() + menu.highest() + menu.mean(), "");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::sensor_row_menu_test

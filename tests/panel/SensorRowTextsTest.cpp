@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_row_texts_test {
 
 namespace {
 
@@ -288,5 +288,4 @@ TEST(RowBackground, APinnedRowDiffersBetweenSections) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_row_texts_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_sections_test {
 
 namespace {
 
@@ -447,5 +447,4 @@ TEST(SensorSections, TheRowsOfASectionAreItsSortedReadings) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_sections_test

@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::symbol_painting_test {
 
 namespace {
 
@@ -95,5 +95,4 @@ TEST_F(SymbolPainting, AMaskOfAnotherSizeThanItSaysIsNone) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::symbol_painting_test

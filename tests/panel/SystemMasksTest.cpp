@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::system_masks_test {
 
 namespace {
 
@@ -52,5 +52,4 @@ TEST(SystemMasks, EachWindowHasItsOwn) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::system_masks_test

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::standard_streams_test {
 
 namespace {
 
@@ -73,5 +73,4 @@ TEST(StandardStreams, AreLeftAloneWhereTheyAreOpen) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::standard_streams_test

@@ -23,7 +23,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::linux_pc_test {
 
 namespace {
 
@@ -175,5 +175,4 @@ TEST(LinuxPC, OneDriveIsAsleep) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::linux_pc_test

@@ -17,7 +17,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sample_machines_test {
 
 namespace {
 
@@ -178,5 +178,4 @@ TEST(SampleMachines, HaveRegistryFansInThePcWithTheEmulatorOnly) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sample_machines_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::raw_reading_test {
 namespace {
 
 TEST(RawReading, AKeyWithASlashIsSelfNamedUnlessItHasFourCharacters) {
@@ -36,4 +36,4 @@ TEST(RawReading, IsAReadValueWithoutANumberOrWordsOfItsOwnUnlessTheSourceFillsTh
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::raw_reading_test

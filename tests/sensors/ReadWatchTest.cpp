@@ -17,7 +17,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::read_watch_test {
 
 namespace {
 
@@ -215,5 +215,4 @@ TEST_F(ReadWatchTest, APassWithoutAWatchWatchesNothing) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::read_watch_test

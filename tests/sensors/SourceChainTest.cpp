@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::source_chain_test {
 namespace {
 
 using fakes::FakeSensorSource;
@@ -255,4 +255,4 @@ TEST(SourceChainThreads, AReadDuringADiscoveryReturnsEachKeyOnce) {
 }
 
 } // namespace
-} // namespace kelvinbar
+} // namespace kelvinbar::source_chain_test

@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::watched_source_test {
 
 namespace {
 
@@ -123,5 +123,4 @@ TEST_F(WatchedSourceTest, IsReadAgainWhenItAnswers) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::watched_source_test

@@ -18,7 +18,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::app_delegate_test {
 
 namespace {
 
@@ -1051,5 +1051,4 @@ TEST_F(AppDelegateRelease, LeavesCallbacksThatDoNothing) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::app_delegate_test

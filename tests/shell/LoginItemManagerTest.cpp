@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::login_item_manager_test {
 
 namespace {
 
@@ -96,5 +96,4 @@ TEST_F(LoginItem, WhereTheSystemDoesNotLetItRegisterItIsNeverEnabled) {
 TEST_F(LoginItem, CanRegisterWhereTheServiceLetsIt) { EXPECT_TRUE(manager.canRegister()); }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::login_item_manager_test

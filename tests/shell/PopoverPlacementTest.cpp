@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::popover_placement_test {
 
 namespace {
 
@@ -142,5 +142,4 @@ TEST(CornerOfBar, PutsThePanelIntoTheCorner) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::popover_placement_test

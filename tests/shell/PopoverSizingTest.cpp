@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::popover_sizing_test {
 
 namespace {
 
@@ -184,5 +184,4 @@ TEST(PopoverSizing, TheHeightOfVeryManyReadingsIsLimitedByTheScreen) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::popover_sizing_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::status_menu_items_test {
 
 namespace {
 
@@ -63,5 +63,4 @@ TEST(StatusMenuItems, OpenThePanelForAReading) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::status_menu_items_test

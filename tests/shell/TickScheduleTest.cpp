@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::tick_schedule_test {
 
 namespace {
 
@@ -49,5 +49,4 @@ TEST(TickSchedule, StartsAnewFromATickThatIsTooLate) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::tick_schedule_test

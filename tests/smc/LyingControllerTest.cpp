@@ -20,7 +20,7 @@
 
 // A controller that replies with random bytes, biased so that many replies pass the first checks.
 
-namespace kelvinbar {
+namespace kelvinbar::lying_controller_test {
 
 namespace {
 
@@ -206,5 +206,4 @@ TEST_F(LyingController, NeverMakesDiscoveryWalkFurtherThanItsBound) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::lying_controller_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::machine_test {
 
 namespace {
 
@@ -60,5 +60,4 @@ TEST(Machine, TheLastCopyOfAMachineClosesItsConnection) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::machine_test

@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::native_mac_support_test {
 
 namespace {
 
@@ -257,5 +257,4 @@ TEST_F(NativeMacSupportTest, ReadingsAreTakenAfreshAtEveryCall) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::native_mac_support_test

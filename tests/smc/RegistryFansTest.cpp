@@ -18,7 +18,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::registry_fans_test {
 
 namespace {
 
@@ -740,5 +740,4 @@ TEST_F(RegistryFansTest, TwoCallsMayWalkAtOnceAndTheLaterResultIsKept) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::registry_fans_test

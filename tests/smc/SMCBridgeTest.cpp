@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_bridge_test {
 
 namespace {
 
@@ -395,5 +395,4 @@ TEST_F(SMCBridgeTest, RegistryFansNeedNoConnection) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_bridge_test

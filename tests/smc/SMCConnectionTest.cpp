@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_connection_test {
 
 namespace {
 
@@ -580,5 +580,4 @@ TEST_F(SMCConnectionTest, TheCodesHaveTheSystemsValues) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_connection_test

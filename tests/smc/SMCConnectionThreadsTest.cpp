@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_connection_threads_test {
 
 namespace {
 
@@ -227,5 +227,4 @@ TEST(SMCConnectionLock, IsFreeBetweenTheTwoCallsOfOneRead) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_connection_threads_test

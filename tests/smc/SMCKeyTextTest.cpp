@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_key_text_test {
 
 namespace {
 
@@ -118,5 +118,4 @@ TEST(SMCKeyText, HexTextOf32BytesShowsTheLastByte) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_key_text_test

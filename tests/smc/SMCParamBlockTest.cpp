@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_param_block_test {
 
 namespace {
 
@@ -71,5 +71,4 @@ TEST(SMCParamBlock, CommandsHaveTheCodesOfTheDriver) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_param_block_test

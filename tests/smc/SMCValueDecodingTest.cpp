@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::smc_value_decoding_test {
 
 namespace {
 
@@ -446,5 +446,4 @@ TEST(SMCValueDecoding, TextMayFillAll32Bytes) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::smc_value_decoding_test

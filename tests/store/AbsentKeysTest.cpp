@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::absent_keys_test {
 
 namespace {
 
@@ -279,5 +279,4 @@ TEST_F(AbsentKeysTest, MoreEntriesThanSlotsPushOutNoChosenKey) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::absent_keys_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::change_announcer_test {
 
 namespace {
 
@@ -130,5 +130,4 @@ TEST_F(MenuBarAnnouncements, OtherAnnouncementsGoToTheirOwnObservers) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::change_announcer_test

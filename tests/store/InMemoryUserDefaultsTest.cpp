@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::in_memory_user_defaults_test {
 
 namespace {
 
@@ -65,5 +65,4 @@ TEST(InMemoryUserDefaults, ARemovedValueIsAbsent) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::in_memory_user_defaults_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_absent_keys_test {
 
 namespace {
 
@@ -321,5 +321,4 @@ TEST_F(StoreOverAbsentDevices, ThePlaceOfAForgottenPinIsNotKept) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_absent_keys_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_lifetime_test {
 
 namespace {
 
@@ -315,5 +315,4 @@ TEST_F(StoreRelease, ByAnObserverEndsItAfterTheCall) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_lifetime_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_menu_bar_refresh_test {
 
 namespace {
 
@@ -286,5 +286,4 @@ TEST_F(StoreMenuBarRefresh, AnotherMayStartFromItsLastNotification) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_menu_bar_refresh_test

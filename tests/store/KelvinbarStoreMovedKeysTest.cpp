@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_moved_keys_test {
 
 namespace {
 
@@ -241,5 +241,4 @@ TEST_F(StoreOverMovingDevices, WithoutAPinNoPlaceIsLeftInThePreferences) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_moved_keys_test

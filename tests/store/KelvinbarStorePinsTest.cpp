@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_pins_test {
 
 namespace {
 
@@ -298,5 +298,4 @@ TEST_F(StoreSelfNamedKeys, AreLoadedAsPinsAndHiddenKeys) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_pins_test

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_refresh_test {
 
 namespace {
 
@@ -507,5 +507,4 @@ TEST_F(StoreWithoutMemory, IsLoadingUntilItHasItsFirstResult) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_refresh_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_store_settings_test {
 
 namespace {
 
@@ -378,5 +378,4 @@ TEST_F(StoreExport, ChangesNothing) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_store_settings_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::key_continuity_test {
 
 namespace {
 
@@ -254,5 +254,4 @@ TEST_F(KeyContinuityTest, AFlagThatIsNoPositiveNumberMeansThatKeysAreStillToBeCa
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::key_continuity_test

@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::load_pass_test {
 
 namespace {
 
@@ -571,5 +571,4 @@ TEST_F(LoadPassReadings, AControllerThatFailsEveryCallIsConnectedWithoutReadings
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::load_pass_test

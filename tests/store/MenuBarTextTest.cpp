@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::menu_bar_text_test {
 
 namespace {
 
@@ -173,5 +173,4 @@ TEST(MenuBarToolTipText, ValuesAreNeitherShortenedNorCut) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::menu_bar_text_test

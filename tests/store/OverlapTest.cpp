@@ -36,7 +36,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::overlap_test {
 
 namespace {
 
@@ -474,5 +474,4 @@ TEST(Overlap, ResultsThatArriveAfterTheStoreIsGoneAreDropped) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::overlap_test

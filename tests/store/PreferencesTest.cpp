@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::preferences_test {
 
 namespace {
 
@@ -226,5 +226,4 @@ TEST(SanitizedHiddenKeys, KeysAreTrimmedAndEmptyOnesDropped) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::preferences_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::reading_builder_test {
 
 namespace {
 
@@ -262,5 +262,4 @@ TEST(MergedResults, KeepTheFirstOfTwoRegistryFansWithNumbers) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::reading_builder_test

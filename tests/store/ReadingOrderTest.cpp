@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::reading_order_test {
 
 namespace {
 
@@ -93,5 +93,4 @@ TEST(SortedByKey, KeysThatCompareEqualKeepTheirOrder) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::reading_order_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::reading_ranges_test {
 
 namespace {
 
@@ -69,5 +69,4 @@ TEST_F(StoreRanges, RecordFullPassesAndPassesOverThePins) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::reading_ranges_test

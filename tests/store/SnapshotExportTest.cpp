@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::snapshot_export_test {
 
 namespace {
 
@@ -100,5 +100,4 @@ TEST(SnapshotText, TheTimeHasNoFractionOfASecond) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::snapshot_export_test

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::value_normalization_test {
 
 namespace {
 
@@ -233,5 +233,4 @@ TEST(NormalizeValue, NotANumberIsHandedBackUnlessItIsASpeed) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::value_normalization_test

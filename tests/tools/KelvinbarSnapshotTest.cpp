@@ -20,7 +20,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kelvinbar_snapshot_test {
 
 namespace {
 
@@ -373,5 +373,4 @@ TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kelvinbar_snapshot_test

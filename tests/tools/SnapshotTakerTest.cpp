@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::snapshot_taker_test {
 
 namespace {
 
@@ -83,5 +83,4 @@ TEST(TakeSnapshot, ReadsTheMachineAnewEveryTime) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::snapshot_taker_test

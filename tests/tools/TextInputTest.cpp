@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::text_input_test {
 
 namespace {
 
@@ -151,5 +151,4 @@ TEST(TextInput, NamesAReasonWhenAStreamBreaks) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::text_input_test

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::active_input_test {
 
 namespace {
 
@@ -68,8 +68,6 @@ class ActiveInputTest : public testing::Test {
                        .updateShadow = [this](QWindow&) { ++shadows; }}};
     QWindow window;
 };
-
-} // namespace
 
 TEST_F(ActiveInputTest, TheProgramIsActivatedBeforeItsWindowIsShown) {
     input.prepare(window);
@@ -232,4 +230,5 @@ TEST_F(ActiveInputTest, AWindowReopenedAtOnceIsNotDismissedByItsOwnHiding) {
     EXPECT_EQ(dismissals, 1);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::active_input_test

@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-namespace kelvinbar {
+namespace kelvinbar::cocoa_application_test {
 
 namespace {
 
@@ -30,8 +30,6 @@ class CocoaApplicationTest : public CocoaTest {
         return handOverToRunningApplication();
     }
 };
-
-} // namespace
 
 TEST_F(CocoaApplicationTest, AnAccessoryHasNoIconInTheDock) {
     becomeAccessoryApplication();
@@ -221,4 +219,5 @@ TEST_F(CocoaApplicationTest, AnObserverWithoutHandlerDoesNothing) {
     cocoa.receive("org.kelvinbar.kelvinbar.open");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::cocoa_application_test

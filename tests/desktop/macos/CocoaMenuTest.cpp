@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvinbar {
+namespace kelvinbar::cocoa_menu_test {
 
 namespace {
 
@@ -38,8 +38,6 @@ class CocoaMenuTest : public CocoaTest {
     CocoaStatusBar bar{[this] { openMenu(); }};
     std::unique_ptr<StatusItem> item = bar.makeItem();
 };
-
-} // namespace
 
 TEST_F(CocoaMenuTest, AMenuShowsTheEntriesInTheirOrder) {
     openMenu();
@@ -97,4 +95,5 @@ TEST_F(CocoaMenuTest, WithoutAnItemThereIsNoMenu) {
     EXPECT_THAT(cocoa.menus, IsEmpty());
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::cocoa_menu_test

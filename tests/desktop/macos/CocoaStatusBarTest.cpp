@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvinbar {
+namespace kelvinbar::cocoa_status_bar_test {
 
 namespace {
 
@@ -57,8 +57,6 @@ class CocoaStatusBarTest : public CocoaTest {
     int secondaryClicks = 0;
     CocoaStatusBar bar{[this] { ++secondaryClicks; }};
 };
-
-} // namespace
 
 TEST_F(CocoaStatusBarTest, AnItemIsInTheBarWhileItLives) {
     auto item = bar.makeItem();
@@ -305,4 +303,5 @@ TEST_F(CocoaStatusBarTest, AnItemIsHighlightedOnRequest) {
     EXPECT_FALSE(cocoa.button().isHighlighted);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::cocoa_status_bar_test

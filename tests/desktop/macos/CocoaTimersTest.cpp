@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-namespace kelvinbar {
+namespace kelvinbar::cocoa_timers_test {
 
 namespace {
 
@@ -22,8 +22,6 @@ class CocoaTimersTest : public CocoaTest {
         return CocoaTimers().start(milliseconds(2500), milliseconds(250), std::move(block));
     }
 };
-
-} // namespace
 
 TEST_F(CocoaTimersTest, ATimerRepeatsInItsIntervalWithItsTolerance) {
     const auto timer = start([] {});
@@ -79,4 +77,5 @@ TEST_F(CocoaTimersTest, TheBlocksStateEndsWithTheTimer) {
     EXPECT_EQ(state.use_count(), 1);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::cocoa_timers_test

@@ -2,13 +2,11 @@
 
 #include "tests/macos-runtime/CocoaTest.h"
 
-namespace kelvinbar {
+namespace kelvinbar::cocoa_window_test {
 
 namespace {
 
 class CocoaWindowTest : public CocoaTest {};
-
-} // namespace
 
 TEST_F(CocoaWindowTest, AWindowMovesToTheActiveSpaceOverFullScreenWindowsForAWhile) {
     followActiveSpace(cocoa.windowView());
@@ -24,4 +22,5 @@ TEST_F(CocoaWindowTest, TheShadowIsComputedAnewForEveryUpdate) {
     EXPECT_EQ(cocoa.window().collectionBehavior, 0U);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::cocoa_window_test

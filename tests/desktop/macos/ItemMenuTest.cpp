@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::item_menu_test {
 
 namespace {
 
@@ -54,8 +54,6 @@ class ItemMenuTest : public testing::Test {
                                }},
         handlers);
 };
-
-} // namespace
 
 TEST_F(ItemMenuTest, ASecondaryClickThatTheButtonReportsOpensTheMenu) {
     menu->open();
@@ -114,4 +112,5 @@ TEST_F(ItemMenuTest, PressesAreNoLongerWatchedWithoutTheMenu) {
     EXPECT_FALSE(press);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::item_menu_test

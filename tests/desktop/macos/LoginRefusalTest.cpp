@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::login_refusal_test {
 
 namespace {
 
@@ -25,5 +25,4 @@ TEST(LoginRefusal, OfAnInstalledProgramSaysNothingOfMoving) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::login_refusal_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::mac_screens_test {
 
 namespace {
 
@@ -14,5 +14,4 @@ TEST(MacScreens, WithoutAnItemThePanelHangsFromTheTopRightCornerAlsoWithALargeDo
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::mac_screens_test

@@ -2,7 +2,7 @@
 
 #include "tests/macos-runtime/CocoaTest.h"
 
-namespace kelvinbar {
+namespace kelvinbar::main_app_login_item_test {
 
 namespace {
 
@@ -15,8 +15,6 @@ class MainAppLoginItemTest : public CocoaTest {
     int refusals = 0;
     MainAppLoginItem item{[this] { ++refusals; }};
 };
-
-} // namespace
 
 TEST_F(MainAppLoginItemTest, AProgramCanRegisterItselfFromMacOS13On) {
     cocoa.version = 13;
@@ -86,4 +84,5 @@ TEST_F(MainAppLoginItemTest, TheManagerBeepsForARefusal) {
     EXPECT_EQ(cocoa.beeps, 1);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::main_app_login_item_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::menu_bar_place_test {
 
 namespace {
 
@@ -111,5 +111,4 @@ TEST(MenuBarPlace, APanelWithoutAnItemHangsFromTheTopRightCornerWhereverTheDockI
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::menu_bar_place_test

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-namespace kelvinbar {
+namespace kelvinbar::opening_again_test {
 
 namespace {
 
@@ -97,5 +97,4 @@ TEST_F(OpeningAgainTest, DoesNothingBeforeThereIsAPanel) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::opening_again_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::screen_coordinates_test {
 
 namespace {
 
@@ -28,5 +28,4 @@ TEST(ScreenCoordinates, AScreenBelowTheMainOneComesAfterIt) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::screen_coordinates_test

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace kelvinbar {
+namespace kelvinbar::system_symbol_mask_test {
 
 namespace {
 
@@ -31,8 +31,6 @@ class SystemSymbolMaskTest : public CocoaTest {
         return cocoa.drawings.empty() ? Rect{} : cocoa.drawings.back().place;
     }
 };
-
-} // namespace
 
 TEST_F(SystemSymbolMaskTest, TheMaskIsTheCoverageOfEachPixel) {
     const auto mask = systemSymbolMask("wide", 2);
@@ -90,4 +88,5 @@ TEST_F(SystemSymbolMaskTest, WithoutContextThereIsNoMask) {
     EXPECT_EQ(systemSymbolMask("wide", 10), std::nullopt);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::system_symbol_mask_test

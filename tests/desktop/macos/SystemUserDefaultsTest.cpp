@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::system_user_defaults_test {
 
 namespace {
 
@@ -37,8 +37,6 @@ class SystemUserDefaultsTest : public testing::Test {
     QTemporaryDir folder_;
     fakes::RecordingLog recording_;
 };
-
-} // namespace
 
 TEST_F(SystemUserDefaultsTest, KeepsValues) {
     auto defaults = open();
@@ -68,4 +66,5 @@ TEST_F(SystemUserDefaultsTest, WarnsOnceThatNothingCanBeWritten) {
     EXPECT_THAT(recording_.lines(), ElementsAre(HasSubstr("cannot be written")));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::system_user_defaults_test

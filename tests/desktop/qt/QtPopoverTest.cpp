@@ -20,7 +20,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::qt_popover_test {
 
 namespace {
 
@@ -164,8 +164,6 @@ class QtPopoverTest : public testing::Test {
 };
 
 QRect screenFrame() { return QGuiApplication::primaryScreen()->availableGeometry(); }
-
-} // namespace
 
 TEST_F(QtPopoverTest, IsBelowItsButtonAtTheTopOfTheScreen) {
     EXPECT_FALSE(content_->hasWindow());
@@ -531,4 +529,5 @@ TEST_F(QtPopoverEndTest, WhileItIsOpenClosesItWithoutCallingTheHandler) {
     EXPECT_EQ(closings_, 0);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::qt_popover_test

@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::qt_timers_test {
 
 namespace {
 
@@ -33,8 +33,6 @@ class QtTimersTest : public testing::Test {
     QtTimers timers_;
     int firings_ = 0;
 };
-
-} // namespace
 
 TEST_F(QtTimersTest, FiresAgainAndAgain) {
     const auto timer = start(milliseconds(1));
@@ -127,4 +125,5 @@ TEST_F(QtTimersTest, TimersDoNotDisturbEachOther) {
     EXPECT_TRUE(waitFor([&] { return others >= reached + 3; }));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::qt_timers_test

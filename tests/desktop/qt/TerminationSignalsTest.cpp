@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::termination_signals_test {
 
 namespace {
 
@@ -81,8 +81,6 @@ class SignalledProgram {
     std::array<int, 2> pipe_{};
     std::optional<ProgramRun> run_;
 };
-
-} // namespace
 
 TEST(TerminationSignals, EachOfThemIsToldInTheEventLoopAndLeavesTheExitStatusToTheProgram) {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
@@ -175,4 +173,5 @@ TEST(BrokenPipes, FailInsteadOfEndingTheProgramOnceTheyAreIgnored) {
     ::close(pipe[1]);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::termination_signals_test

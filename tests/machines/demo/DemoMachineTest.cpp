@@ -21,7 +21,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::demo_machine_test {
 
 namespace {
 
@@ -392,5 +392,4 @@ TEST(DemoSource, AValueThatWasComputedKeepsItsRatioToTheRawText) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::demo_machine_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::boot_time_clock_test {
 
 namespace {
 
@@ -32,5 +32,4 @@ TEST(BootTimeClock, CountsTheTimeSinceBootSuspendedTimeIncluded) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::boot_time_clock_test

@@ -21,7 +21,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::linux_machine_test {
 
 namespace {
 
@@ -303,5 +303,4 @@ TEST_F(LinuxMachineTest, WhenTheControllerGoesItsKeysGoAndTheSensorsRemain) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::linux_machine_test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::linux_platform_test {
 
 namespace {
 
@@ -35,5 +35,4 @@ TEST_F(LinuxPlatform, ReadsItselfOncePerKey) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::linux_platform_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::linux_system_information_test {
 
 namespace {
 
@@ -264,5 +264,4 @@ TEST_F(LinuxSystemInformationTest, WithoutAProfileTheProcessorsEnergyPreferenceT
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::linux_system_information_test

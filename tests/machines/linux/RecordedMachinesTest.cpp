@@ -34,7 +34,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::recorded_machines_test {
 
 namespace {
 
@@ -204,5 +204,4 @@ INSTANTIATE_TEST_SUITE_P(All, IntelMacs,
                          [](const auto& mac) { return std::string(mac.param.dump); });
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::recorded_machines_test

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::io_kit_test {
 
 namespace {
 
@@ -279,5 +279,4 @@ TEST_F(IOKit, OnlyWantedPropertiesAreConverted) {
 TEST_F(IOKit, AnEntryWithoutPropertiesHasNone) { EXPECT_EQ(propertiesOf({}), Dictionary()); }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::io_kit_test

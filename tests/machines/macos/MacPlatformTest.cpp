@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::mac_platform_test {
 
 namespace {
 
@@ -78,5 +78,4 @@ TEST_F(MacPlatform, HasNoServiceOfAnotherName) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::mac_platform_test

@@ -21,7 +21,7 @@ extern "C" int sysctlbyname(const char* name, void* value, size_t* size, void* /
     return 0;
 }
 
-namespace kelvinbar {
+namespace kelvinbar::mac_system_information_test {
 
 namespace {
 
@@ -31,8 +31,6 @@ class MacSystemInformationTest : public CocoaTest {
   protected:
     MacSystemInformation information;
 };
-
-} // namespace
 
 TEST_F(MacSystemInformationTest, AnEntryIsTheKernels) {
     EXPECT_THAT(information.systemBytes("hw.model"), Optional(std::string(modelName)));
@@ -67,4 +65,5 @@ TEST_F(MacSystemInformationTest, TheArchitectureIsNamed) {
     EXPECT_EQ(information.architecture(), "Apple Silicon");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::mac_system_information_test

@@ -22,7 +22,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::replay_through_io_kit_test {
 
 namespace {
 
@@ -160,5 +160,4 @@ TEST_F(ReplayThroughIOKit, ARefusedConnectionLeavesWhatTheSystemKnows) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::replay_through_io_kit_test

@@ -37,7 +37,7 @@ extern "C" int sysctlbyname(const char* name, void* value, size_t* size, void* n
     return 0;
 }
 
-namespace kelvinbar {
+namespace kelvinbar::system_entries_test {
 
 namespace {
 
@@ -69,5 +69,4 @@ TEST_F(SystemEntries, ANameIsTakenAsFarAsItGoes) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::system_entries_test

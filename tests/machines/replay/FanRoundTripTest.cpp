@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::fan_round_trip_test {
 
 namespace {
 
@@ -394,5 +394,4 @@ TEST(FanRoundTrip, KeepsRandomRegistriesWithNumberedNames) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::fan_round_trip_test

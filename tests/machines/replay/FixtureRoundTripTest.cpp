@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::fixture_round_trip_test {
 
 namespace {
 
@@ -89,5 +89,4 @@ TEST(FixtureRoundTripList, NamesEveryFixtureInTheFolder) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::fixture_round_trip_test

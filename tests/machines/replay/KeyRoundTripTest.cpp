@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::key_round_trip_test {
 
 namespace {
 
@@ -166,5 +166,4 @@ TEST(KeyRoundTrip, KeepsRandomControllers) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::key_round_trip_test

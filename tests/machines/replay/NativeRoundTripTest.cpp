@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::native_round_trip_test {
 
 namespace {
 
@@ -108,5 +108,4 @@ TEST(NativeRoundTrip, KeepsOddProcessorNames) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::native_round_trip_test

@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::replay_machine_test {
 
 namespace {
 
@@ -201,5 +201,4 @@ TEST(ReplaySystemInformation, KeepsTheFactsOfALinuxMachine) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::replay_machine_test

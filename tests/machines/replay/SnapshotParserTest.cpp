@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::snapshot_parser_test {
 
 namespace {
 
@@ -539,5 +539,4 @@ TEST(SnapshotParser, ReportsTextsThatAreNotWellFormedUtf8) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::snapshot_parser_test

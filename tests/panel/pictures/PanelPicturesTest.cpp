@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_pictures_test {
 
 namespace {
 
@@ -69,5 +69,4 @@ TEST(PictureComparison, ADifferentSizeDiffers) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::panel_pictures_test

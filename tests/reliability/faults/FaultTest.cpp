@@ -30,7 +30,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::fault_test {
 
 namespace {
 
@@ -316,5 +316,4 @@ TEST(FaultyRegistry, LeavesTheKeysOfTheControllerAndInventsNoFan) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::fault_test

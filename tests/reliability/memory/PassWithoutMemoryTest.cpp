@@ -24,7 +24,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::pass_without_memory_test {
 
 namespace {
 
@@ -234,5 +234,4 @@ TEST(ControllerWithoutMemory, HasAWholePassOrNone) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::pass_without_memory_test

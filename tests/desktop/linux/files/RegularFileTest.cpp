@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::regular_file_test {
 
 namespace {
 
@@ -103,5 +103,4 @@ TEST_F(RegularFileTest, ALinkIsWrittenThroughToNothingElse) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::regular_file_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::alert_sound_test {
 
 namespace {
 
@@ -20,8 +20,6 @@ class AlertSoundTest : public testing::Test {
 
     std::vector<std::string> tried_;
 };
-
-} // namespace
 
 TEST_F(AlertSoundTest, IsPlayedInTheFirstWayThatIsThere) {
     playAlert({way("theme", false), way("X server", true), way("terminal", true)});
@@ -44,4 +42,5 @@ TEST_F(AlertSoundTest, OfThisDesktopEndsWithTheTerminal) {
     for (const AlertWay& candidate : alertWays()) EXPECT_TRUE(candidate);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::alert_sound_test

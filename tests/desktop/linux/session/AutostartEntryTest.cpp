@@ -18,7 +18,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::autostart_entry_test {
 
 namespace {
 
@@ -626,5 +626,4 @@ TEST_F(AutostartEntryTest, AnEntryThatMateHasDisabledIsEnabledAgain) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::autostart_entry_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::bus_object_test {
 
 namespace {
 
@@ -60,8 +60,6 @@ class BusObjectTest : public testing::Test {
     CounterAdaptor* counter_ = new CounterAdaptor(object_);
     BusPeer caller_{bus_.address(), path, interface};
 };
-
-} // namespace
 
 TEST_F(BusObjectTest, AnswersCallsWithinTheLimit) {
     EXPECT_EQ(refusalsAmong(burst, caller_), 0);
@@ -118,6 +116,7 @@ TEST_F(BusObjectTest, ComesFromNoBusToABus) {
     EXPECT_EQ(refusalsAmong(1, caller), 0);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::bus_object_test
 
 #include "BusObjectTest.moc"

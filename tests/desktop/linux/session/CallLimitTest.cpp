@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::call_limit_test {
 
 namespace {
 
@@ -25,8 +25,6 @@ class CallLimitTest : public testing::Test {
     CallLimit::Time now_{hours(1)};
     CallLimit limit_{10, 5};
 };
-
-} // namespace
 
 TEST_F(CallLimitTest, AdmitsAWholeBurstAtTheStart) { EXPECT_EQ(admitted(10), 10); }
 
@@ -57,4 +55,5 @@ TEST_F(CallLimitTest, NeverRefusesCallsAtTheRate) {
     }
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::call_limit_test

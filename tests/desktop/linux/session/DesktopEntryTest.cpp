@@ -7,13 +7,11 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::desktop_entry_test {
 
 namespace {
 
 using Texts = std::vector<std::string>;
-
-} // namespace
 
 TEST(DesktopExecValue, QuotesArgumentsAndSeparatesThemByOneSpace) {
     EXPECT_EQ(desktopExecValue({"/usr/bin/kelvinbar"}), R"("/usr/bin/kelvinbar")");
@@ -120,4 +118,5 @@ TEST(EntryLines, LoseAValueOfTheirGroupOnly) {
               "[X]\nA=0\n[Desktop Entry]\nB=3\n");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::desktop_entry_test

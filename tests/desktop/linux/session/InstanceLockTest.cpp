@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::instance_lock_test {
 
 namespace {
 
@@ -25,8 +25,6 @@ class InstanceLockTest : public testing::Test {
     InstanceLock first_{file_};
     InstanceLock second_{file_};
 };
-
-} // namespace
 
 TEST_F(InstanceLockTest, OneAtATimeHoldsIt) {
     EXPECT_TRUE(first_.take(terminal));
@@ -148,4 +146,5 @@ TEST(DifferentDisplays, AreOnesOfWhichNoneIsShared) {
     }
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::instance_lock_test

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::no_tray_notice_test {
 
 namespace {
 
@@ -40,8 +40,6 @@ class NoTrayNoticeTest : public testing::Test {
     int openings_ = 0;
     fakes::RecordingLog recording_;
 };
-
-} // namespace
 
 TEST_F(NoTrayNoticeTest, SaysHowToOpenThePanel) {
     runUntilAsked();
@@ -101,4 +99,5 @@ TEST_F(NoTrayNoticeTest, IsCancelledByItsEnd) {
 
 TEST(NoTrayNotice, WaitsLongerAtLogin) { EXPECT_GT(NoTrayNotice::patienceAtLogin, NoTrayNotice::patience); }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::no_tray_notice_test

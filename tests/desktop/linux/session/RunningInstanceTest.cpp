@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::running_instance_test {
 
 namespace {
 
@@ -45,8 +45,6 @@ class RunningInstanceTest : public testing::Test {
     RunningInstance first_{bus_.connection(), name,
                            [this](const FocusRight& right) { rights_.push_back(right); }};
 };
-
-} // namespace
 
 TEST_F(RunningInstanceTest, TheFirstIsTheOne) {
     EXPECT_TRUE(first_.isThisOne());
@@ -163,4 +161,5 @@ TEST(RunningInstanceWithoutABus, IsTheOne) {
     EXPECT_TRUE(instance.isThisOne());
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::running_instance_test

@@ -19,7 +19,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::second_start_test {
 
 namespace {
 
@@ -71,8 +71,6 @@ class SecondStartTest : public testing::Test {
     fakes::RecordingLog recording_;
     FakeNotifications notifications_;
 };
-
-} // namespace
 
 TEST_F(SecondStartTest, GoesOnWhereNobodyRuns) {
     EXPECT_EQ(statusOf(startOn(":0")), std::nullopt);
@@ -166,4 +164,5 @@ TEST_F(SecondStartTest, WaitsTwoSecondsForTheFirst) {
     EXPECT_EQ(startOn(":0").answerLimit, std::chrono::seconds(2));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::second_start_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::session_restore_test {
 
 namespace {
 
@@ -26,8 +26,6 @@ class SessionRestoreTest : public testing::Test {
     }
 };
 
-} // namespace
-
 TEST_F(SessionRestoreTest, IsDeclinedWhenTheSessionEnds) {
     emit qGuiApp->commitDataRequest(sessionManager());
     EXPECT_EQ(sessionManager().restartHint(), QSessionManager::RestartNever);
@@ -38,4 +36,5 @@ TEST_F(SessionRestoreTest, IsDeclinedWhenTheSessionIsSaved) {
     EXPECT_EQ(sessionManager().restartHint(), QSessionManager::RestartNever);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::session_restore_test

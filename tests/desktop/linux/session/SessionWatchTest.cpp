@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::session_watch_test {
 
 namespace {
 
@@ -77,8 +77,6 @@ class SessionWatchTest : public testing::Test {
     int departures_ = 0;
 };
 
-} // namespace
-
 TEST_F(SessionWatchTest, ReportsThatTheSessionIsLocked) {
     manager_.appear();
     watch();
@@ -119,6 +117,7 @@ TEST_F(SessionWatchTest, DoesWithoutALoginManager) {
     EXPECT_EQ(departures_, 0);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::session_watch_test
 
 #include "SessionWatchTest.moc"

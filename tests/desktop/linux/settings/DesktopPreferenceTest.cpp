@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::desktop_preference_test {
 
 namespace {
 
@@ -129,5 +129,4 @@ TEST(MoreContrast, IsOffIfEverySettingIs) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::desktop_preference_test

@@ -25,7 +25,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::preferences_file_test {
 
 namespace {
 
@@ -115,8 +115,6 @@ class PreferencesFileTest : public testing::Test {
     Log failing_{failingSink_};
     int copies_ = 0;
 };
-
-} // namespace
 
 TEST_F(PreferencesFileTest, KeepsTexts) {
     auto defaults = open();
@@ -736,4 +734,5 @@ TEST_F(PreferencesFileTest, IsWholeAfterEveryKill) {
     EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::preferences_file_test

@@ -16,7 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::preferences_writer_test {
 
 namespace {
 
@@ -80,8 +80,6 @@ class PreferencesWriterTest : public testing::Test {
     std::shared_ptr<DirectedFile> file_ = std::make_shared<DirectedFile>();
     fakes::RecordingLog recording_{"preferences=info"};
 };
-
-} // namespace
 
 TEST_F(PreferencesWriterTest, WritesAChangeAtOnce) {
     const auto writer = make();
@@ -215,4 +213,5 @@ TEST_F(PreferencesWriterTest, DoesNotWaitForAWriteThatDoesNotReturn) {
     EXPECT_EQ(recording_.lines().size(), 1U);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::preferences_writer_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::bar_colors_test {
 
 namespace {
 
@@ -49,8 +49,6 @@ class BarColorsTest : public testing::Test {
     std::unique_ptr<BarColors> colors_;
     int changes_ = 0;
 };
-
-} // namespace
 
 TEST_F(BarColorsTest, AreDarkOnOtherDesktops) {
     plasma_.write("config/kdeglobals", PlasmaSettings::lightWindows);
@@ -131,4 +129,5 @@ TEST_F(BarColorsTest, ReadAFileThatIsNewWhenThePortalReportsAChange) {
     EXPECT_TRUE(becomesDark());
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::bar_colors_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::icon_reading_test {
 
 namespace {
 
@@ -10,8 +10,6 @@ const PinnedReading cpu{"TC0P", "CPU", "49.8 °C", "49.80°"};
 const PinnedReading fan{"F0Ac", "Fan", "1200 rpm", "1200rpm"};
 const PinnedReading power{"PCPC", "Power", "5.6 W", "5.6W"};
 const PinnedReading status{"BAT0/status", "Status", "Charging", "Charging"};
-
-} // namespace
 
 TEST(IconReading, IsTheFirst) { EXPECT_EQ(IconReading().text({cpu, fan}), "50°"); }
 
@@ -67,4 +65,5 @@ TEST(IconReading, CountsReadingsWithNumbers) {
     EXPECT_EQ(IconReading::choices({status}), 0U);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::icon_reading_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::label_support_test {
 
 TEST(LabelSupport, IsDecidedByTheWatchersProcess) {
     for (const auto* const process : {"gnome-shell", "mate-panel", "notification-ar", "ayatana-indicat",
@@ -36,4 +36,4 @@ TEST(LabelSupport, DoesNotTakeBudgieForGNOME) {
     EXPECT_FALSE(showsLabels("", "GNOME:Budgie"));
 }
 
-} // namespace kelvinbar
+} // namespace kelvinbar::label_support_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::panel_corner_test {
 
 namespace {
 
@@ -19,8 +19,6 @@ constexpr Rect screen{100, 50, 1000, 800};
 Rect panelIn(PanelCorner corner) {
     return placedPopover(cornerPlace(corner, screen), {200, 300}, {screen, screen});
 }
-
-} // namespace
 
 TEST(PanelCorner, IsTopRightUnlessChosen) {
     InMemoryUserDefaults defaults;
@@ -66,4 +64,5 @@ TEST(CornerPlace, PutsThePanelIntoTheCorner) {
     EXPECT_EQ(panelIn(PanelCorner::bottomLeft), (Rect{100, 550, 200, 300}));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::panel_corner_test

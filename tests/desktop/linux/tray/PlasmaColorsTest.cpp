@@ -2,7 +2,7 @@
 
 #include "tests/desktop/linux/tray/PlasmaSettings.h"
 
-namespace kelvinbar {
+namespace kelvinbar::plasma_colors_test {
 
 namespace {
 
@@ -82,5 +82,4 @@ TEST(PlasmaFolders, OfThisUserIncludeWhatTheGlobalThemeSets) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::plasma_colors_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::reading_icon_test {
 
 namespace {
 
@@ -37,8 +37,6 @@ bool isTransparent(const QImage& image) {
     }
     return true;
 }
-
-} // namespace
 
 TEST(IconText, IsTheNumber) {
     EXPECT_EQ(iconText("1200rpm"), "1200");
@@ -189,4 +187,5 @@ TEST(ReadingIcons, HasAPixmapOfEverySide) {
     }
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::reading_icon_test

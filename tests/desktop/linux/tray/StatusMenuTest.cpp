@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::status_menu_test {
 
 namespace {
 
@@ -105,8 +105,6 @@ class StatusMenuTest : public testing::Test {
     std::vector<uint> timestamps_;
     uint revision_ = 0;
 };
-
-} // namespace
 
 TEST_F(StatusMenuTest, HasItsEntriesBelowTheRoot) {
     menu_.setEntries({entry("CPU: 47 °C"), entry("Open"), entry("Quit")});
@@ -467,4 +465,5 @@ TEST_F(StatusMenuTest, SurvivesTenThousandCalls) {
     EXPECT_EQ(ids(), shown);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::status_menu_test

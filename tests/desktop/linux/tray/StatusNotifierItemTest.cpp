@@ -17,7 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::status_notifier_item_test {
 
 namespace {
 
@@ -80,8 +80,6 @@ class StatusNotifierItemTest : public testing::Test {
     fakes::RecordingLog recording_{"tray=info"};
     std::unique_ptr<StatusNotifierItem> item_;
 };
-
-} // namespace
 
 TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatRuns) {
     watcher_.appear();
@@ -475,4 +473,5 @@ TEST_F(StatusNotifierItemTest, RegistersWithAWatcherThatTakesOverFromAnother) {
     EXPECT_TRUE(waitFor([&] { return next.items().size() == 1; }, std::chrono::seconds(3)));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::status_notifier_item_test

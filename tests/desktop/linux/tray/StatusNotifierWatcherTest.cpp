@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::status_notifier_watcher_test {
 
 namespace {
 
@@ -23,8 +23,6 @@ bool isHostThereNow() {
         waitFor([&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
     return answer.get();
 }
-
-} // namespace
 
 TEST(StatusNotifierWatcher, HasNoHostIfItDoesNotRun) { EXPECT_FALSE(isHostThereNow()); }
 
@@ -62,4 +60,5 @@ TEST(StatusNotifierWatcher, IsTrustedIfItsAnswerIsOfAnotherType) {
     EXPECT_FALSE(saysThatAHostIsThere(reply.createReply(QVariant::fromValue(QDBusVariant(false)))));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::status_notifier_watcher_test

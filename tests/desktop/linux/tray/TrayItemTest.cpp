@@ -22,7 +22,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::tray_item_test {
 
 namespace {
 
@@ -278,8 +278,6 @@ const PinnedReading fan{"F0Ac", "Fan", "1200 rpm", "1200rpm"};
 const PinnedReading charging{"BAT0/status", "Battery Status", "Charging", "Charging"};
 
 const std::vector<std::string> commands{"Open Kelvinbar", "Refresh", "Copy", "-", "About", "Quit"};
-
-} // namespace
 
 TEST(TrayItem, HasItsTitleAsLabelAndTitle) {
     Tray tray(withLabels);
@@ -905,4 +903,5 @@ TEST(TrayItem, MayBeDestroyedByItsMenu) {
     EXPECT_EQ(mortal.item, nullptr);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::tray_item_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::click_place_test {
 
 namespace {
 
@@ -27,8 +27,6 @@ const QList<ScaledScreen> fractionalScreens{
     {.frame = {1600, 0, 1280, 800}, .visibleFrame = {1600, 0, 1280, 800}, .ratio = 1}};
 
 constexpr std::nullopt_t unknown = std::nullopt;
-
-} // namespace
 
 TEST(ClickPlace, IsTheReportedOneNearThePointer) {
     EXPECT_EQ(clickPlace({1240, 14}, QPoint(1250, 20), oneScreen), QPoint(1240, 14));
@@ -106,4 +104,5 @@ TEST(PlasmaClickPlace, IsUnknownOutsideTheScreens) {
     EXPECT_EQ(plasmaClickPlace({100, 100}, {}), std::nullopt);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::click_place_test

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::display_failure_test {
 
 namespace {
 
@@ -25,8 +25,6 @@ class DisplayFailureTest : public testing::Test {
     TemporaryVariable display_{"DISPLAY", nullptr};
     TemporaryVariable waylandDisplay_{"WAYLAND_DISPLAY", nullptr};
 };
-
-} // namespace
 
 TEST_F(DisplayFailureTest, WithoutADisplayTheVariablesThatNameOneAreTold) {
     EXPECT_EQ(
@@ -68,4 +66,5 @@ TEST_F(DisplayFailureTest, MessagesOfTheToolkitAreInTheLogAtLevelInfo) {
     EXPECT_EQ(verbose.lines(), std::vector<std::string>{"kelvinbar: panel info: could not load"});
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::display_failure_test

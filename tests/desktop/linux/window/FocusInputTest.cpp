@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::focus_input_test {
 
 namespace {
 
@@ -79,8 +79,6 @@ class FocusInputTest : public testing::Test {
                            }}};
     int dismissals_ = 0;
 };
-
-} // namespace
 
 TEST_F(FocusInputTest, TheWindowIsAnOrdinaryOneWithoutFrameAboveOthers) {
     input_.prepare(window_);
@@ -259,4 +257,5 @@ TEST_F(FocusInputTest, ItsDismissalMayOpenItAgain) {
     EXPECT_EQ(dismissals_, 2);
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::focus_input_test

@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::layer_window_system_test {
 
 namespace {
 
@@ -107,8 +107,6 @@ void pressOn(QWindow& window) {
                       Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &press);
 }
-
-} // namespace
 
 TEST(LayerPlaceOf, IsTheNearestCorner) {
     EXPECT_EQ(layerPlace({900, 50, 200, 300}, screen), at(Qt::RightEdge | Qt::TopEdge, {}));
@@ -201,4 +199,5 @@ TEST_F(LayerWindowWithoutFocusTest, TakesNothingAfterItWasClosed) {
     EXPECT_TRUE(backdrops().empty());
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::layer_window_system_test

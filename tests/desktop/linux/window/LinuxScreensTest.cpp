@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::linux_screens_test {
 
 namespace {
 
@@ -12,8 +12,6 @@ constexpr Rect frame{0, 0, 1000, 800};
 
 /// With a bar at the bottom.
 constexpr ScreenFrames screen{frame, {0, 0, 1000, 770}};
-
-} // namespace
 
 TEST(LinuxScreens, CheckAHint) {
     const LinuxScreens screens(nullptr, ClickReports::hint);
@@ -39,4 +37,5 @@ TEST(LinuxScreens, HaveThePanelInTheCornerOfTheBarUnlessOneIsChosen) {
     EXPECT_EQ(screens.usualPlace(screen), (Rect{0, 0, 0, 0}));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::linux_screens_test

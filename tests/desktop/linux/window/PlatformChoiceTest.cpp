@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::platform_choice_test {
 
 namespace {
 
@@ -38,8 +38,6 @@ class PlatformChoiceTest : public testing::Test {
     EnvironmentGuard display_{"DISPLAY"};
     EnvironmentGuard waylandDisplay_{"WAYLAND_DISPLAY"};
 };
-
-} // namespace
 
 TEST(PlatformFor, PrefersX11) {
     EXPECT_EQ(platformFor({.hasXServer = true}), "xcb");
@@ -78,4 +76,5 @@ TEST_F(PlatformChoiceTest, TheUsersChoiceStands) {
     EXPECT_EQ(qgetenv(variable), "vnc");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::platform_choice_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::window_system_test {
 
 TEST(FocusTime, IsThatOfTheUsersEvent) {
     EXPECT_EQ(focusTime({.activationToken = {}, .timestamp = 900}, 1000), 900U);
@@ -32,4 +32,4 @@ TEST(FocusTime, IsTheEventsIfTheServerDoesNotTellItsTime) {
     EXPECT_EQ(focusTime({.activationToken = {}, .timestamp = 900}, 0), 900U);
 }
 
-} // namespace kelvinbar
+} // namespace kelvinbar::window_system_test

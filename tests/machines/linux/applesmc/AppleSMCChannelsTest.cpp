@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::apple_smc_channels_test {
 
 namespace {
 
@@ -144,5 +144,4 @@ TEST(AppleSMCChannels, AFanWithoutALabelHasNoName) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::apple_smc_channels_test

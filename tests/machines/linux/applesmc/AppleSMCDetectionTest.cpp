@@ -18,7 +18,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::apple_smc_detection_test {
 
 namespace {
 
@@ -195,5 +195,4 @@ TEST_F(OpenAppleSMC, LogsNothingForADriverThatShowsNoKeysAndForNone) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::apple_smc_detection_test

@@ -16,7 +16,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::apple_smc_files_test {
 
 namespace {
 
@@ -266,5 +266,4 @@ TEST_F(AppleSMCFilesTest, TheLockGoesWithItsHolder) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::apple_smc_files_test

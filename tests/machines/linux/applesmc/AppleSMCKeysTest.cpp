@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::apple_smc_keys_test {
 
 namespace {
 
@@ -401,5 +401,4 @@ TEST_F(AppleSMCKeysTest, WorksWithoutTheLockAndLeavesTheOtherHoldersAlone) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::apple_smc_keys_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::controller_coverage_test {
 
 namespace {
 
@@ -138,5 +138,4 @@ TEST(ControllerCoverage, TheKeysOfTheControllersChipAreTheLabelsOfItsChannels) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::controller_coverage_test

@@ -17,7 +17,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::key_source_driver_test {
 
 namespace {
 
@@ -323,5 +323,4 @@ TEST_F(KeySourceDriverTest, AnswersIntoTheBufferOfTheQuestion) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::key_source_driver_test

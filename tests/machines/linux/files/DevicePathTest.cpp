@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::device_path_test {
 
 namespace {
 
@@ -178,5 +178,4 @@ TEST_F(DevicePathTest, AFolderThatTellsNothingOfItsDeviceHasNoPath) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::device_path_test

@@ -23,7 +23,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_file_test {
 
 namespace {
 
@@ -373,5 +373,4 @@ TEST_F(SensorFilesTest, ThousandsThatCameAndWentAreForgotten) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_file_test

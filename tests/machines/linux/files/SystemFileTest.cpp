@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::system_file_test {
 
 namespace {
 
@@ -105,5 +105,4 @@ TEST_F(SystemFile, WhateverElseAFileHoldsIsNoNumber) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::system_file_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::configuration_files_test {
 
 namespace {
 
@@ -67,5 +67,4 @@ TEST_F(ConfigurationFilesTest, TheStampTellsAReplacedFileOfTheSameSize) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::configuration_files_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::configured_chips_test {
 
 namespace {
 
@@ -144,5 +144,4 @@ TEST_F(ConfiguredChipsTest, OnlyAFeaturesOwnValueIsConfigured) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::configured_chips_test

@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::configured_source_test {
 
 namespace {
 
@@ -148,5 +148,4 @@ TEST_F(ConfiguredSourceTest, ThePowerOfAComputedCounterGrowsWithTheComputedEnerg
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::configured_source_test

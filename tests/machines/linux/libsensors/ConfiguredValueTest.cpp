@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::configured_value_test {
 
 namespace {
 
@@ -139,5 +139,4 @@ TEST_F(ConfiguredValueTest, ASensorThatMovesNowAndThenIsTheKernels) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::configured_value_test

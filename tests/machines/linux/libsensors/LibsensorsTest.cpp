@@ -16,7 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::libsensors_test {
 
 namespace {
 
@@ -264,5 +264,4 @@ TEST_F(LibsensorsTest, ErrorsInTheConfigurationAreWarnings) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::libsensors_test

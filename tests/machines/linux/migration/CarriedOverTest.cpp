@@ -25,7 +25,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::carried_over_test {
 
 namespace {
 
@@ -349,5 +349,4 @@ TEST_F(Upgrade, AHiddenKeyFollowsACardWhoseDriverIsLoadedAgain) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::carried_over_test

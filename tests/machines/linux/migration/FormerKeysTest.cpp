@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::former_keys_test {
 
 namespace {
 
@@ -576,5 +576,4 @@ TEST(FormerKeysTest, FansOfSuperIOChipsCameBeforeThoseOfTheBoardWhereTheRegistry
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::former_keys_test

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::key_pattern_test {
 
 namespace {
 
@@ -167,5 +167,4 @@ TEST(KeyPattern, WhenEveryKeyIsTakenThereIsNone) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::key_pattern_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::chip_name_test {
 
 namespace {
 
@@ -79,5 +79,4 @@ TEST(ChipName, WhereTheKernelTellsNoBusTheFormOfTheNameDecides) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::chip_name_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::name_text_test {
 
 namespace {
 
@@ -56,5 +56,4 @@ TEST(NameText, ACutTextEndsInAnEllipsis) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::name_text_test

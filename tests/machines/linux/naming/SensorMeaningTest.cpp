@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_meaning_test {
 
 namespace {
 
@@ -108,5 +108,4 @@ TEST(SensorMeaning, ALineOfAControllerHasNoMeaningHere) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_meaning_test

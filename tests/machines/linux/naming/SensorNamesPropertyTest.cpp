@@ -21,7 +21,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_names_property_test {
 
 namespace {
 
@@ -274,5 +274,4 @@ TEST_F(GeneratedMachines, HaveReadingsWhoseMeaningCanBeToldFromTheirLines) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_names_property_test

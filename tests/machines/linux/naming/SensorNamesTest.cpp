@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_names_test {
 
 namespace {
 
@@ -351,5 +351,4 @@ TEST(SensorNames, AnOverlongNameDropsTheDeviceBeforeItIsCut) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_names_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_places_test {
 
 namespace {
 
@@ -113,5 +113,4 @@ TEST(SensorPlacesTest, PlacesOfSeveralKeysAreNumberedInTheNaturalOrderOfTheKeys)
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_places_test

@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_words_document_test {
 
 namespace {
 
@@ -123,5 +123,4 @@ TEST(SensorWordsDocument, HasTheCategoriesOfTheProgramInTheirOrder) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_words_document_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_words_test {
 
 namespace {
 
@@ -155,5 +155,4 @@ TEST(SensorWords, EveryKindThatChipsMeasureHasWords) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_words_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::text_pattern_test {
 
 namespace {
 
@@ -90,5 +90,4 @@ TEST(TextPattern, SignsOfPatternsInALabelAreOrdinaryText) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::text_pattern_test

@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::hwmon_chips_test {
 
 namespace {
 
@@ -422,5 +422,4 @@ TEST_F(HwmonChipsTest, TheStableNameOfADeviceIsWithoutCounters) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::hwmon_chips_test

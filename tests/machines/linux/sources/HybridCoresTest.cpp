@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::hybrid_cores_test {
 
 namespace {
 
@@ -105,5 +105,4 @@ TEST_F(HybridCoresTest, EveryPackageIsNamedByItsOwnCores) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::hybrid_cores_test

@@ -23,7 +23,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::kernel_sensor_source_test {
 
 namespace {
 
@@ -626,5 +626,4 @@ TEST_F(KernelSensorSourceTest, LogsHowManySensorsWereFound) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::kernel_sensor_source_test

@@ -20,7 +20,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::live_sensor_test {
 
 namespace {
 
@@ -532,5 +532,4 @@ TEST(PowerMeter, ACounterThatBeganAnewTellsNoPower) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::live_sensor_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::power_supplies_test {
 
 namespace {
 
@@ -230,5 +230,4 @@ TEST_F(PowerSuppliesTest, ChargeIsPreferredToTheEnergyThatTellsTheSame) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::power_supplies_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::processor_list_test {
 
 namespace {
 
@@ -57,5 +57,4 @@ TEST(ProcessorList, ALargeMachineHasAllItsProcessors) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::processor_list_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::processor_power_test {
 
 namespace {
 
@@ -97,5 +97,4 @@ TEST_F(ProcessorPowerTest, AZoneWithoutANameIsLeftOut) {
 TEST_F(ProcessorPowerTest, ATreeWithoutZonesHasNone) { EXPECT_THAT(labels(), IsEmpty()); }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::processor_power_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::sensor_value_test {
 
 namespace {
 
@@ -96,5 +96,4 @@ TEST(SensorValue, OnlyTemperaturesDependOnTheDevice) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::sensor_value_test

@@ -34,7 +34,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::stalled_sensor_test {
 
 namespace {
 
@@ -343,5 +343,4 @@ TEST(StalledSensor, IsNotMadeByAPipeInPlaceOfAFile) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::stalled_sensor_test

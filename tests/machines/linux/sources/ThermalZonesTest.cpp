@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::thermal_zones_test {
 
 namespace {
 
@@ -128,5 +128,4 @@ TEST_F(ThermalZones, TheStateIsUnknownWithoutTheDirectory) {
 }
 
 } // namespace
-
-} // namespace kelvinbar
+} // namespace kelvinbar::thermal_zones_test

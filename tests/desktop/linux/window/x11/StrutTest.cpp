@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::strut_test {
 
 namespace {
 
@@ -12,8 +12,6 @@ constexpr QRect rightScreen(1280, 200, 1920, 1080);
 constexpr QSize desktop(3200, 1280);
 
 constexpr Strut barAtTopOfLeft{.edge = Qt::TopEdge, .depth = 28, .first = 0, .last = 1279};
-
-} // namespace
 
 TEST(Struts, WithoutABarTheWholeScreenIsVisible) {
     EXPECT_EQ(withoutStruts(leftScreen, {}, desktop), leftScreen);
@@ -56,4 +54,5 @@ TEST(Struts, ThatReachAcrossAWholeScreenBelongToTheNextOne) {
     EXPECT_EQ(withoutStruts(rightScreen, {behind}, desktop), QRect(1310, 200, 1890, 1080));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::strut_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::x11_presses_test {
 
 namespace {
 
@@ -28,8 +28,6 @@ class X11PressesTest : public testing::Test {
     std::unique_ptr<X11Presses> presses_;
     std::string events_;
 };
-
-} // namespace
 
 TEST_F(X11PressesTest, ReportsPressesWhereverTheyAre) {
     watch();
@@ -96,4 +94,5 @@ TEST_F(X11PressesTest, WithoutADisplayNothingIsReported) {
     EXPECT_EQ(events_, "");
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::x11_presses_test

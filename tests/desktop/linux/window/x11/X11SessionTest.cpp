@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::x11_session_test {
 
 namespace {
 
@@ -42,8 +42,6 @@ class X11SessionTest : public testing::Test {
     X11Session session_{program_.connection()};
     std::vector<std::uint32_t> windows_;
 };
-
-} // namespace
 
 TEST_F(X11SessionTest, KnowsTheSizeOfTheDesktop) {
     const auto root = ownedReply(xcb_get_geometry_reply(
@@ -177,4 +175,5 @@ TEST_F(X11SessionTest, ReadsTheWorkAreasOfTheCurrentDesktop) {
     EXPECT_EQ(session_.workAreas(), QList<QRect>({{0, 30, 640, 450}, {640, 0, 800, 600}}));
 }
 
-} // namespace kelvinbar
+} // namespace
+} // namespace kelvinbar::x11_session_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvinbar {
+namespace kelvinbar::x11_time_test {
 
 TEST(X11Time, IsTheClockOfTheServersEvents) {
     const X11Client client;
@@ -28,4 +28,4 @@ TEST(X11Time, IsUnknownWithoutADisplay) {
     qputenv("DISPLAY", display);
 }
 
-} // namespace kelvinbar
+} // namespace kelvinbar::x11_time_test
