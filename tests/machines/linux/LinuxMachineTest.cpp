@@ -233,6 +233,19 @@ TEST_F(LinuxMachineTest, APassIsOneReadASensorAndNoOtherSystemCallOnFiles) {
     }
 }
 
+/// More than a controller has, of which a pass reads 1,024.
+TEST_F(LinuxMachineTest, APassReadsThousandsOfSensors) {
+    constexpr int channels = 3000;
+    std::string lines = "chip devices/pci0000:00/0000:09:00.0/hwmon/hwmon9\nname large\n";
+    for (int number = 1; number <= channels; ++number) {
+        lines.append("temp" + std::to_string(number) + "_input 45000\n");
+    }
+    add(lines);
+    const Machine machine = makeMachine();
+    machine.source->status();
+    EXPECT_EQ(machine.source->readCandidateKeys(machine.source->discoverKeys({})).size(), channels);
+}
+
 TEST_F(LinuxMachineTest, AComputerSearchesForAppleControllersOnceAMinute) {
     add(computer);
     const Machine machine = makeMachine();
