@@ -57,7 +57,11 @@ bool PanelControls::isLowest() const { return isLowestHeight(store_); }
 
 bool PanelControls::isGreatest() const { return isGreatestHeight(store_); }
 
-QString PanelControls::loginToolTip() const { return qtText(loginItemToolTip(loginItem_.canRegister())); }
+QString PanelControls::about() const { return qtText(store_.texts().about); }
+
+QString PanelControls::loginToolTip() const {
+    return qtText(loginItemToolTip(store_.texts(), loginItem_.canRegister()));
+}
 
 void PanelControls::readLoginItem() { setRunAtLogin(loginItem_.isEnabled()); }
 

@@ -52,6 +52,7 @@ class PanelControls final : public QObject {
     Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
     Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
     /// Texts of the About popover; a view hides what is empty.
+    Q_PROPERTY(QString about READ about CONSTANT)
     Q_PROPERTY(QString author READ author CONSTANT)
     Q_PROPERTY(QString contact READ contact CONSTANT)
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
@@ -79,6 +80,9 @@ class PanelControls final : public QObject {
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
     [[nodiscard]] QString loginToolTip() const;
+
+    /// What the program is.
+    [[nodiscard]] QString about() const;
 
     [[nodiscard]] QString author() const { return environment_.author; }
 

@@ -58,7 +58,7 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
     readings_ = readings;
     const ReadingList visible = visibleReadings(readings_, hiddenKeys);
     visibleReadingCount_ = visible.size();
-    sections_ = sectionModels(visible, memorySubtitle_);
+    sections_ = sectionModels(visible, texts_.memoryCard);
     layOut();
     measureValues();
 }
@@ -205,7 +205,9 @@ std::vector<SensorRowItem> SensorList::shownRows(const SensorSectionModel& secti
     rows.reserve(count);
     for (std::size_t row = first; row < first + count; ++row) {
         const SMCReading& reading = *section.readings[row];
-        rows.emplace_back(reading, section.accent, isPinned(reading.key), rowSpan(metrics_, row).top);
+        const bool isSelected = isPinned(reading.key);
+        rows.emplace_back(reading, section.accent, isSelected,
+                          isSelected ? texts_.unpinToolTip : texts_.pinToolTip, rowSpan(metrics_, row).top);
     }
     return rows;
 }

@@ -50,10 +50,9 @@ class SensorList final : public QObject {
     Q_PROPERTY(QString currentKey READ currentKey NOTIFY currentKeyChanged)
 
   public:
-    /// `memorySubtitle` is the subtitle of the memory card; its characters outlive the list.
-    explicit SensorList(const SensorListMetrics& metrics,
-                        std::string_view memorySubtitle = MachineTexts().memoryCard)
-        : metrics_(metrics), memorySubtitle_(memorySubtitle) {}
+    /// The characters of `texts` outlive the list.
+    explicit SensorList(const SensorListMetrics& metrics, const MachineTexts& texts = {})
+        : metrics_(metrics), texts_(texts) {}
 
     /// Replaces the measures, with the same rows. Call while no view shows the list.
     void setMetrics(const SensorListMetrics& metrics);
@@ -165,7 +164,7 @@ class SensorList final : public QObject {
     SensorRowsModel& rowsModel(std::string_view sectionId);
 
     SensorListMetrics metrics_;
-    const std::string_view memorySubtitle_;
+    const MachineTexts texts_;
     std::vector<SMCReading> readings_;         ///< all readings, including hidden ones
     std::vector<SensorSectionModel> sections_; ///< points into `readings_`
     std::vector<Span> cardSpans_;              ///< by section

@@ -6,13 +6,15 @@
 
 namespace kelvinbar {
 
-SensorRowItem::SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected, double rowTop)
+SensorRowItem::SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected,
+                             std::string_view toolTipOfRow, double rowTop)
     : key(reading.key)
     , name(qtText(rowName(reading)))
     , metadata(qtText(metadataLine(reading)))
     , value(qtText(rowValue(reading)))
     , sectionAccent(accent)
     , isSelected(isMenuBarSelected)
+    , toolTip(toolTipOfRow)
     , top(rowTop) {}
 
 QList<int> SensorRowItem::changedRoles(const SensorRowItem& next) const {
@@ -43,7 +45,7 @@ QVariant SensorRowsModel::data(const QModelIndex& index, int role) const {
     case SelectedRole:
         return row.isSelected;
     case ToolTipRole:
-        return qtText(rowToolTip(row.isSelected));
+        return qtText(row.toolTip);
     case BackgroundRole:
         return QVariant::fromValue(qtColors(rowBackgroundColors(row.isSelected, row.sectionAccent)));
     case TopRole:

@@ -57,7 +57,7 @@ T.Popup {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
-            text: "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
+            text: popover.controls.about
             font: PanelStyle.font(11.5, Font.Normal)
             color: PanelStyle.secondaryInk
             lineHeight: 1.15

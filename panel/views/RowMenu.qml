@@ -47,7 +47,7 @@ PanelMenu {
         }
     }
     PanelMenuItem {
-        text: rowMenu.row.isPinned ? "Remove from menu bar" : "Show in menu bar"
+        text: rowMenu.row.pinText
         onTriggered: rowMenu.content.toggleRow(rowMenu.row.key)
     }
     PanelMenuItem {

@@ -93,7 +93,7 @@ Item {
         Symbol {
             id: pin
 
-            readonly property string toolTip: "Showing this key in the menu bar"
+            readonly property string toolTip: row.content.pinnedText
 
             anchors.verticalCenter: parent.verticalCenter
             visible: row.isMenuBarSelected

@@ -20,7 +20,7 @@ OBJECTS = [
     (
         "list item",
         "CPU Proximity, [0-9.]+°",
-        "Showing this key in the menu bar. sp78 • °C",
+        "Showing this key in the tray. sp78 • °C",
         "focusable selectable selected",
     ),
     ("list item", "CPU Package, [0-9.]+°", "sp78 • °C", "focusable selectable"),
@@ -31,7 +31,7 @@ OBJECTS = [
     ("label", "Height 690", "", None),
     ("push button", "Reset height", "", "focusable"),
     ("push button", "Increase height", "", "focusable"),
-    ("check box", "Login", "Enable or disable Kelvinbar as a macOS login item.", "focusable"),
+    ("check box", "Login", "Enable or disable starting Kelvinbar with the session.", "focusable"),
     ("push button", "Refresh", "", "focusable"),
     ("push button", "Copy", "", "focusable"),
     ("push button", "ShowAll", "Show all hidden properties again", "focusable"),

@@ -323,6 +323,17 @@ TEST_F(ListContent, ACardTellsTheShapeOfItsLongestValue) {
     EXPECT_EQ(card(0, SensorCardsModel::ValueShapeRole), "0.0°");
 }
 
+TEST_F(ListContent, ARowTellsWhatADoubleClickDoesInTheWordsOfItsMachine) {
+    SensorList other(metrics, {.pinToolTip = "add", .unpinToolTip = "remove"});
+    other.setViewport(0, 1000);
+    other.update(cpuReadings(2), {}, {"C0001"});
+    const QAbstractItemModel& rows = *other.cards()
+                                          ->data(other.cards()->index(0, 0), SensorCardsModel::RowsRole)
+                                          .value<SensorRowsModel*>();
+    EXPECT_EQ(rows.data(rows.index(0, 0), SensorRowsModel::ToolTipRole), "add");
+    EXPECT_EQ(rows.data(rows.index(1, 0), SensorRowsModel::ToolTipRole), "remove");
+}
+
 TEST_F(ListContent, KeepsItsRowsWhenItsMeasuresChange) {
     list.setViewport(0, 1000);
     show(cpuReadings(2));

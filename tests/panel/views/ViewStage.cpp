@@ -9,6 +9,7 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/FakeMachine.h"
 #include "tests/fakes/ManualQueues.h"
 #include "tests/panel/EmptyMachine.h"
 
@@ -127,6 +128,13 @@ void ViewStage::start() {
 void ViewStage::startEmpty(bool hasController) {
     const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
     enter(std::make_unique<Scene>(clock, fakes::emptyMachine(hasController, clock), loginItem_));
+    finishRefresh();
+}
+
+void ViewStage::startWithSystemFacts() {
+    const fakes::FakeMachine machine;
+    machine.driver->hasService = false;
+    enter(std::make_unique<Scene>(machine.clock, machine.machine(), loginItem_));
     finishRefresh();
 }
 

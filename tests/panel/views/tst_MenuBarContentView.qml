@@ -199,6 +199,29 @@ Item {
             compare(textsIn(view).length, 2);
         }
 
+        // System facts
+
+        function statusLinesIn(panel) {
+            return itemsIn(panel, item => item instanceof Panel.StatusLine);
+        }
+
+        function test_aboveFactsOfTheSystemALineTellsThatNoSensorIsRead() {
+            stage.startWithSystemFacts();
+            const panel = makePanel();
+            compare(textsIn(statusLinesIn(panel)[0]).map(text => text.text),
+                    ["AppleSMC unavailable; showing native macOS telemetry"]);
+            const line = placeOf(textsIn(statusLinesIn(panel)[0])[0]);
+            const list = placeOf(listIn(panel));
+            verify(line.y + line.height <= list.y);
+            compare(line.x, placeOf(cardsIn(panel)[0]).x);
+        }
+
+        function test_aboveSensorsThereIsNoLine() {
+            const panel = makePanel();
+            compare(statusLinesIn(panel).length, 0);
+            compare(placeOf(listIn(panel)).y, placeOf(listIn(panel).parent).y);
+        }
+
         function test_theItemsOfNothingFoundAreElevenPointsApart() {
             stage.startEmpty(true);
             const view = theOneInTheMiddle(makePanel(), Panel.EmptyReadingsView);
