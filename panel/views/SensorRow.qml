@@ -17,6 +17,10 @@ Item {
     required property PanelContent content
     /// The width of the longest value in the column.
     property real columnWidth: 0
+    readonly property bool isCut: nameText.truncated || metadataText.truncated || chipText.width < chipText.implicitWidth
+    readonly property bool isToldAtFocus: activeFocus && isCut
+    /// Where tooltips end, so that the values of the rows around stay in view.
+    readonly property real toolTipEnd: marks.x + chip.x - marks.spacing
     readonly property bool isHovered: pointer.containsMouse || hide.hovered
 
     y: rowTop
@@ -29,6 +33,17 @@ Item {
     Accessible.selected: isMenuBarSelected
     Accessible.onPressAction: content.toggleRow(key)
 
+    /// What is cut is told in full, above what a double-click does.
+    function fullToolTip(): string {
+        let cut = nameText.truncated ? name + ", " : "";
+        if (metadataText.truncated)
+            cut += metadata + ", ";
+        if (chipText.width < chipText.implicitWidth)
+            cut += value + ", ";
+        return cut.slice(0, -2) + "\n" + toolTip;
+    }
+
+    onIsToldAtFocusChanged: HoverTarget.hover(pointer, isToldAtFocus)
     onIsHoveredChanged: content.sensors.hover(key, isHovered)
     Component.onDestruction: content.sensors.hover(key, false)
 
@@ -43,14 +58,15 @@ Item {
     MouseArea {
         id: pointer
 
-        readonly property string toolTip: row.toolTip
+        readonly property string toolTip: row.isCut ? row.fullToolTip() : row.toolTip
+        readonly property real toolTipEnd: row.toolTipEnd
 
         anchors.fill: parent
         hoverEnabled: true
         onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
         onPressed: mouse => {
-            HoverTarget.hover(pointer, false);
             row.content.pressRow(row.key, pointer.mapToItem(null, mouse.x, mouse.y));
+            HoverTarget.hover(pointer, false); // after the row has got the keyboard, which shows its tooltip
         }
         onDoubleClicked: row.content.doubleClickRow(row.key)
     }
@@ -63,6 +79,7 @@ Item {
         spacing: 1
 
         Text {
+            id: nameText
             width: parent.width
             elide: Text.ElideRight
             textFormat: Text.PlainText
@@ -73,6 +90,7 @@ Item {
             Accessible.ignored: true
         }
         Text {
+            id: metadataText
             width: parent.width
             elide: Text.ElideRight
             textFormat: Text.PlainText
@@ -94,6 +112,7 @@ Item {
             id: pin
 
             readonly property string toolTip: row.content.pinnedText
+            readonly property real toolTipEnd: row.toolTipEnd - marks.x - pin.x
 
             anchors.verticalCenter: parent.verticalCenter
             visible: row.isMenuBarSelected
@@ -135,6 +154,7 @@ Item {
             id: hide
 
             readonly property real rim: 2
+            readonly property real toolTipEnd: row.toolTipEnd - marks.x - hide.x
 
             anchors.verticalCenter: parent.verticalCenter
             // The circle is smaller than what can be hit.
