@@ -15,11 +15,12 @@
 namespace kelvinbar {
 
 PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
-                           const SensorListMetrics& metrics, std::function<void()> closeAction)
+                           const SensorListMetrics& metrics, std::function<void()> closeAction,
+                           PanelEnvironment environment)
     : store_(store)
     , closeAction_(std::move(closeAction))
     , sensors_(metrics, store.texts())
-    , controls_(store, loginItem)
+    , controls_(store, loginItem, std::move(environment))
     , hidden_(store)
     , search_(sensors_)
     , rowMenu_(store, sensors_) {
@@ -212,6 +213,10 @@ void PanelContent::whenRowsMayMove(std::function<void()> change) {
 }
 
 QString PanelContent::pinnedText() const { return qtText(store_.texts().pinned); }
+
+QString PanelContent::pinText() const { return qtText(store_.texts().pin); }
+
+QString PanelContent::unpinText() const { return qtText(store_.texts().unpin); }
 
 QString PanelContent::scanningText() const { return qtText(store_.texts().scanning); }
 

@@ -47,6 +47,9 @@ class PanelContent final : public QObject {
     Q_PROPERTY(QString scanningText READ scanningText CONSTANT)
     /// What the mark of a pinned row says.
     Q_PROPERTY(QString pinnedText READ pinnedText CONSTANT)
+    /// What can be done with a row that is not pinned, and with one that is.
+    Q_PROPERTY(QString pinText READ pinText CONSTANT)
+    Q_PROPERTY(QString unpinText READ unpinText CONSTANT)
     /// Above the first card: that no sensor is read. Else empty.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
@@ -72,15 +75,19 @@ class PanelContent final : public QObject {
 
     static constexpr std::chrono::milliseconds longScan{400};
 
-    /// `closeAction` closes the panel. Store and login item outlive the content.
+    /// `closeAction` closes the panel. `environment` is that of the controls. Store and login item outlive
+    /// the content.
     PanelContent(KelvinbarStore& store, LoginItemManager& loginItem, const SensorListMetrics& metrics,
-                 std::function<void()> closeAction);
+                 std::function<void()> closeAction,
+                 PanelEnvironment environment = PanelEnvironment::ofThisProgram({}));
 
     [[nodiscard]] State state() const { return state_; }
 
     [[nodiscard]] QString scanningText() const;
 
     [[nodiscard]] QString pinnedText() const;
+    [[nodiscard]] QString pinText() const;
+    [[nodiscard]] QString unpinText() const;
 
     [[nodiscard]] QString notice() const { return notice_; }
 

@@ -13,8 +13,11 @@
 
 namespace kelvinbar {
 
-PanelEnvironment PanelEnvironment::ofThisProgram() {
-    return {.author = KELVINBAR_AUTHOR,
+PanelEnvironment PanelEnvironment::ofThisProgram(const ProgramFacts& facts) {
+    QStringList lines;
+    for (const std::string& line : kelvinbar::programLines(facts)) lines << qtText(line);
+    return {.programLines = std::move(lines),
+            .author = KELVINBAR_AUTHOR,
             .contact = KELVINBAR_CONTACT,
             .donationPage = KELVINBAR_DONATION_PAGE,
             .open = &QDesktopServices::openUrl,

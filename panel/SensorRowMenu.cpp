@@ -13,10 +13,6 @@ QString SensorRowMenu::key() const { return qtText(reading_.key); }
 
 QString SensorRowMenu::name() const { return qtText(rowName(reading_)); }
 
-QString SensorRowMenu::pinText() const {
-    return qtText(isPinned_ ? store_.texts().unpin : store_.texts().pin);
-}
-
 bool SensorRowMenu::open(const QString& key) {
     const SMCReading* const reading = sensors_.reading(key);
     if (reading == nullptr) return false;

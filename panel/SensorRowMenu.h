@@ -21,8 +21,6 @@ class SensorRowMenu final : public QObject {
     Q_PROPERTY(QString key READ key NOTIFY changed)
     Q_PROPERTY(QString name READ name NOTIFY changed)
     Q_PROPERTY(bool isPinned READ isPinned NOTIFY changed)
-    /// What a press on the first entry does: pin or unpin.
-    Q_PROPERTY(QString pinText READ pinText NOTIFY changed)
     /// Values since the program started; empty for a reading without a number.
     Q_PROPERTY(QString lowest READ lowest NOTIFY changed)
     Q_PROPERTY(QString highest READ highest NOTIFY changed)
@@ -37,8 +35,6 @@ class SensorRowMenu final : public QObject {
     [[nodiscard]] QString name() const;
 
     [[nodiscard]] bool isPinned() const { return isPinned_; }
-
-    [[nodiscard]] QString pinText() const;
 
     [[nodiscard]] QString lowest() const { return lowest_; }
 

@@ -47,7 +47,7 @@ PanelMenu {
         }
     }
     PanelMenuItem {
-        text: rowMenu.row.pinText
+        text: rowMenu.row.isPinned ? rowMenu.content.unpinText : rowMenu.content.pinText
         onTriggered: rowMenu.content.toggleRow(rowMenu.row.key)
     }
     PanelMenuItem {

@@ -507,6 +507,17 @@ TEST_F(ContentUpdates, TheStoreGoesOnWithoutThem) {
 
 // Rows
 
+TEST_F(ContentRows, ArePinnedInTheWordsOfTheMachine) {
+    machineOfStore.texts.pinned = "is pinned";
+    machineOfStore.texts.pin = "pin";
+    machineOfStore.texts.unpin = "unpin";
+    makeStore();
+    makeContent();
+    EXPECT_EQ(content->pinnedText(), "is pinned");
+    EXPECT_EQ(content->pinText(), "pin");
+    EXPECT_EQ(content->unpinText(), "unpin");
+}
+
 TEST_F(ContentRows, ADoubleClickPinsAndAnotherUnpins) {
     doubleClick("TG0D");
     EXPECT_EQ(pins(), Keys{"TG0D"});

@@ -49,20 +49,6 @@ TEST_F(SensorRowMenuTest, TellsWhetherTheRowIsPinned) {
     EXPECT_TRUE(menu.isPinned());
 }
 
-TEST_F(SensorRowMenuTest, NamesThePinInTheWordsOfTheMachine) {
-    SensorRowMenu menu(*store, list);
-    store->setMenuBarKeys({"TC1C"});
-    menu.open("TC0P");
-    EXPECT_EQ(menu.pinText(), "Show in menu bar");
-    menu.open("TC1C");
-    EXPECT_EQ(menu.pinText(), "Remove from menu bar");
-    machineOfStore.texts.pin = "Show in tray";
-    makeStore();
-    SensorRowMenu other(*store, list);
-    other.open("TC0P");
-    EXPECT_EQ(other.pinText(), "Show in tray");
-}
-
 TEST_F(SensorRowMenuTest, CopiesValueNameAndKey) {
     SensorRowMenu menu(*store, list);
     menu.open("TC0P");

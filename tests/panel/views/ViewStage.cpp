@@ -142,7 +142,11 @@ PanelControls* ViewStage::makeControls(const QString& author, const QString& con
                                        const QString& donationPage) {
     openedAddresses_.clear();
     quits_ = 0;
+    const ProgramFacts facts{.version = "1.2.3",
+                             .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
+                             .program = "/opt/a/very/long/place/of/programs/kelvinbar"};
     PanelEnvironment environment{
+        .programLines = PanelEnvironment::ofThisProgram(facts).programLines,
         .author = author,
         .contact = contact,
         .donationPage = donationPage,
