@@ -7,7 +7,7 @@
 namespace kelvinbar {
 
 SensorRowItem::SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected,
-                             std::string_view toolTipOfRow, double rowTop)
+                             std::string_view toolTipOfRow, int rowNumber, double rowTop)
     : key(reading.key)
     , name(qtText(rowName(reading)))
     , metadata(qtText(metadataLine(reading)))
@@ -15,6 +15,7 @@ SensorRowItem::SensorRowItem(const SMCReading& reading, Accent accent, bool isMe
     , sectionAccent(accent)
     , isSelected(isMenuBarSelected)
     , toolTip(toolTipOfRow)
+    , number(rowNumber)
     , top(rowTop) {}
 
 QList<int> SensorRowItem::changedRoles(const SensorRowItem& next) const {
@@ -26,6 +27,7 @@ QList<int> SensorRowItem::changedRoles(const SensorRowItem& next) const {
     if (isSelected != next.isSelected) {
         roles << Model::SelectedRole << Model::ToolTipRole << Model::BackgroundRole;
     }
+    if (number != next.number) roles << Model::NumberRole;
     if (top != next.top) roles << Model::TopRole;
     return roles;
 }
@@ -48,6 +50,8 @@ QVariant SensorRowsModel::data(const QModelIndex& index, int role) const {
         return qtText(row.toolTip);
     case BackgroundRole:
         return QVariant::fromValue(qtColors(rowBackgroundColors(row.isSelected, row.sectionAccent)));
+    case NumberRole:
+        return row.number;
     case TopRole:
         return row.top;
     default:
@@ -59,10 +63,11 @@ QHash<int, QByteArray> SensorRowsModel::roleNames() const {
     return {{KeyRole, "key"},
             {NameRole, "name"},
             {MetadataRole, "metadata"},
-            {ValueRole, "value"},
+            {ValueRole, "valueText"},
             {SelectedRole, "isMenuBarSelected"},
             {ToolTipRole, "toolTip"},
             {BackgroundRole, "backgroundColors"},
+            {NumberRole, "number"},
             {TopRole, "rowTop"}};
 }
 

@@ -15,7 +15,7 @@ struct SMCReading;
 /// One row as it is drawn. Texts are made once per update, not at each repaint.
 struct SensorRowItem {
     SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected,
-                  std::string_view toolTipOfRow, double top);
+                  std::string_view toolTipOfRow, int number, double top);
 
     [[nodiscard]] std::string_view id() const { return key; }
 
@@ -30,6 +30,7 @@ struct SensorRowItem {
     bool isSelected;      ///< pinned to the menu bar
     /// What a double-click does. Has static lifetime: it is one of the machine's texts.
     std::string_view toolTip;
+    int number; ///< from 1 through the whole list
     double top; ///< points from the top of the card
 };
 
@@ -48,6 +49,7 @@ class SensorRowsModel : public KeyedListModel<SensorRowItem> {
         SelectedRole,
         ToolTipRole,    ///< what a double-click does
         BackgroundRole, ///< the gradient, a list of colours
+        NumberRole,     ///< from 1 through the whole list
         TopRole,        ///< points from the top of the card
     };
 

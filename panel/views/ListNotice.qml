@@ -13,7 +13,7 @@ Plate {
     isVertical: true
     colors: PanelStyle.popupColors
     stroke: PanelStyle.white(0.16)
-    Accessible.role: Accessible.StaticText
+    Accessible.role: Accessible.Notification
     Accessible.name: label.text
 
     // Nothing reaches the rows below.

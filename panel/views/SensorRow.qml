@@ -8,10 +8,13 @@ Item {
     required property string key
     required property string name
     required property string metadata
-    required property string value
+    // Not called value, whose changes the toolkit tells to assistive tools as those of a slider.
+    required property string valueText
     required property bool isMenuBarSelected
     required property string toolTip
     required property list<color> backgroundColors
+    /// From 1 through the whole list.
+    required property int number
     required property real rowTop
     required property color accent
     required property PanelContent content
@@ -21,12 +24,16 @@ Item {
     readonly property bool isToldAtFocus: activeFocus && isCut
     /// Where tooltips end, so that the values of the rows around stay in view.
     readonly property real toolTipEnd: marks.x + chip.x - marks.spacing
+    /// The value as screen readers tell it. They would read the row with the keyboard again at each change.
+    property string toldValue
     readonly property bool isHovered: pointer.containsMouse || hide.hovered
 
     y: rowTop
     Accessible.role: Accessible.ListItem
-    Accessible.name: name + ", " + value
-    Accessible.description: (isMenuBarSelected ? pin.toolTip + ". " : "") + metadata
+    Accessible.name: name
+    Accessible.description: toldValue + ", " + number + " of " + content.sensors.rowTotal + ". "
+                            + (isMenuBarSelected ? pin.toolTip + ". " : "") + metadata
+                            + ". Enter: " + (isMenuBarSelected ? content.unpinText : content.pinText) + ". Delete: Hide."
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.selectable: true
@@ -39,7 +46,7 @@ Item {
         if (metadataText.truncated)
             cut += metadata + ", ";
         if (chipText.width < chipText.implicitWidth)
-            cut += value + ", ";
+            cut += valueText + ", ";
         return cut.slice(0, -2) + "\n" + toolTip;
     }
 
@@ -47,6 +54,11 @@ Item {
     onIsHoveredChanged: content.sensors.hover(key, isHovered)
     Component.onDestruction: content.sensors.hover(key, false)
 
+    Binding on toldValue {
+        value: row.valueText
+        when: !row.activeFocus
+        restoreMode: Binding.RestoreNone
+    }
     Plate {
         anchors.fill: parent
         colors: row.backgroundColors
@@ -145,7 +157,7 @@ Item {
                 anchors.rightMargin: Math.max(chip.margin, Math.floor((chip.width - chip.valueWidth) / 2))
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, chip.width - 2 * chip.margin)
-                text: row.value
+                text: row.valueText
                 font: PanelStyle.valueFont
                 color: PanelStyle.accentText(row.accent)
             }

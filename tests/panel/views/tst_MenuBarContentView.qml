@@ -199,6 +199,17 @@ Item {
             compare(textsIn(view).length, 2);
         }
 
+        // Screen readers
+
+        function test_whatIsShownInPlaceOfReadingsIsANotification() {
+            stage.startScanning();
+            compare(theOneInTheMiddle(makePanel(), Panel.LoadingView).Accessible.role, Accessible.Notification);
+            stage.startEmpty(true);
+            compare(theOneInTheMiddle(makePanel(), Panel.EmptyReadingsView).Accessible.role, Accessible.Notification);
+            stage.startEmpty(false);
+            compare(theOneInTheMiddle(makePanel(), Panel.UnavailableView).Accessible.role, Accessible.Notification);
+        }
+
         // System facts
 
         function statusLinesIn(panel) {
