@@ -31,6 +31,7 @@ T.ToolTip {
     contentItem: Text {
         text: control.text
         textFormat: Text.PlainText
+        horizontalAlignment: Text.AlignLeft
         font: PanelStyle.font(10.5, Font.Normal)
         color: PanelStyle.labelInk
         wrapMode: Text.Wrap

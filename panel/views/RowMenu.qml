@@ -26,6 +26,7 @@ PanelMenu {
             Text {
                 id: title
                 width: parent.width
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
                 text: rowMenu.row.name

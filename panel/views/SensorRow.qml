@@ -40,9 +40,9 @@ Item {
     Accessible.selected: isMenuBarSelected
     Accessible.onPressAction: content.toggleRow(key)
 
-    /// What is cut is told in full, above what a double-click does.
+    /// What is cut is told in full, above what a double-click does. A name from right to left reorders nothing around it.
     function fullToolTip(): string {
-        let cut = nameText.truncated ? name + ", " : "";
+        let cut = nameText.truncated ? "\u2068" + name + "\u2069, " : "";
         if (metadataText.truncated)
             cut += metadata + ", ";
         if (chipText.width < chipText.implicitWidth)
@@ -93,6 +93,7 @@ Item {
         Text {
             id: nameText
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             elide: Text.ElideRight
             textFormat: Text.PlainText
             maximumLineCount: 1
@@ -104,6 +105,7 @@ Item {
         Text {
             id: metadataText
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             elide: Text.ElideRight
             textFormat: Text.PlainText
             maximumLineCount: 1

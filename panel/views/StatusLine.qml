@@ -16,7 +16,8 @@ Item {
     Text {
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.margins: line.margin
+        anchors.leftMargin: line.margin
+        anchors.rightMargin: line.margin
         anchors.bottom: parent.bottom
         elide: Text.ElideRight
         textFormat: Text.PlainText

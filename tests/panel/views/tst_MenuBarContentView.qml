@@ -223,7 +223,7 @@ Item {
                     ["AppleSMC unavailable; showing native macOS telemetry"]);
             const line = placeOf(textsIn(statusLinesIn(panel)[0])[0]);
             const list = placeOf(listIn(panel));
-            verify(line.y + line.height <= list.y);
+            compare(line.y + line.height, list.y);
             compare(line.x, placeOf(cardsIn(panel)[0]).x);
         }
 

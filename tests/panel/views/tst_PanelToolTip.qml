@@ -203,7 +203,7 @@ Item {
         function test_aNameThatIsCutIsToldInFullAboveWhatADoubleClickDoes() {
             const panel = makePanel();
             const tip = openToolTip(panel, firstRowOf(panel, [longName], "40"));
-            compare(tip.text, longName + "\nDouble-click to add this key to the macOS menu bar");
+            compare(tip.text, "\u2068" + longName + "\u2069\nDouble-click to add this key to the macOS menu bar");
         }
 
         function test_aValueThatIsCutIsToldInFull() {
@@ -217,7 +217,7 @@ Item {
             const panel = makePanel();
             const tip = openToolTip(panel, firstRowOf(panel, ["<b>" + longName + "</b>"], "40"));
             compare(tip.contentItem.textFormat, Text.PlainText);
-            verify(tip.text.startsWith("<b>A sensor"));
+            verify(tip.text.startsWith("\u2068<b>A sensor"));
         }
 
         function test_aSubtitleThatIsCutIsToldInFull() {
@@ -272,6 +272,13 @@ Item {
             verifyCoversNoValue(panel, openToolTip(panel, mark));
         }
 
+        function test_aNameFromRightToLeftDoesNotTurnTheSentenceBelow() {
+            const panel = makePanel();
+            const tip = openToolTip(panel, firstRowOf(panel, ["מעבד ".repeat(40)], "40"));
+            verify(tip.text.startsWith("\u2068מעבד"));
+            compare(tip.contentItem.effectiveHorizontalAlignment, Text.AlignLeft);
+        }
+
         // The keyboard
 
         function test_aButtonWithoutALabelShowsItsToolTipToTheKeyboard_data() {
@@ -296,7 +303,7 @@ Item {
             tip.delay = 10;
             press(Qt.Key_Down);
             tryVerify(() => tip.opened, 3000);
-            verify(tip.text.startsWith(longName + "\n"));
+            verify(tip.text.startsWith("\u2068" + longName + "\u2069\n"));
             press(Qt.Key_Down);
             tryVerify(() => !tip.visible);
         }

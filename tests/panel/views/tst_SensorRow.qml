@@ -299,6 +299,48 @@ Item {
             compare(chipOf(row).width, width);
         }
 
+        // Scripts from right to left
+
+        /// The columns in which `name` is drawn, from the left edge of its text.
+        function inkColumnsOf(row, name) {
+            const text = textsIn(row)[0];
+            const place = text.mapToItem(row, 0, 0);
+            row.name = "";
+            stage.layOut(row);
+            const empty = grabImage(row);
+            row.name = name;
+            stage.layOut(row);
+            const drawn = grabImage(row);
+            const columns = [];
+            for (let x = 0; x < text.width; ++x) {
+                const lines = Array.from({length: Math.floor(text.height)}, (unused, line) => place.y + line);
+                if (lines.some(y => drawn.red(place.x + x, y) !== empty.red(place.x + x, y)))
+                    columns.push(x);
+            }
+            return columns;
+        }
+
+        function test_aNameFromRightToLeftBeginsWhereTheOthersDo_data() {
+            return [{tag: "Hebrew", name: "מעבד"}, {tag: "Arabic", name: "معالج"}, {tag: "mixed", name: "מעבד CPU 1"}];
+        }
+
+        function test_aNameFromRightToLeftBeginsWhereTheOthersDo(data) {
+            const row = make(rowComponent, {metadata: "قدرة"});
+            const columns = inkColumnsOf(row, data.name);
+            verify(columns.length > 0);
+            verify(columns[0] < 5, columns[0]);
+            verify(columns[columns.length - 1] < 120, columns[columns.length - 1]);
+            for (const text of textsIn(row))
+                compare(text.effectiveHorizontalAlignment, Text.AlignLeft);
+        }
+
+        function test_aLongNameFromRightToLeftKeepsItsBeginning() {
+            const row = make(rowComponent, {});
+            const columns = inkColumnsOf(row, "מעבד ".repeat(40));
+            verify(textsIn(row)[0].truncated);
+            verify(columns[columns.length - 1] > textsIn(row)[0].width - 20);
+        }
+
         // Screen readers
 
         function test_aRowIsCalledAsItsSensor() {
