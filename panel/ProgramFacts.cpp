@@ -8,7 +8,7 @@ std::vector<std::string> programLines(const ProgramFacts& facts) {
     if (!facts.preferencesPlace.empty()) lines.push_back("Preferences: " + facts.preferencesPlace);
     // A second start only opens the panel of the first, which does not log more for it.
     if (!facts.program.empty()) {
-        lines.push_back("Log: quit, then run " + facts.program + " --verbose in a terminal");
+        lines.push_back("Log: quit, then run in a terminal\n" + facts.program + " --verbose");
     }
     return lines;
 }

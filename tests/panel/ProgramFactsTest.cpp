@@ -16,7 +16,7 @@ TEST(ProgramFacts, AreVersionAndLicenceThenThePreferencesThenTheLog) {
                               .program = "/usr/bin/kelvinbar"}),
                 ElementsAre("Version 1.2.3, MIT License",
                             "Preferences: /home/ada/.config/kelvinbar/kelvinbar.conf",
-                            "Log: quit, then run /usr/bin/kelvinbar --verbose in a terminal"));
+                            "Log: quit, then run in a terminal\n/usr/bin/kelvinbar --verbose"));
 }
 
 TEST(ProgramFacts, WhatIsNotKnownHasNoLine) { EXPECT_THAT(programLines({}), IsEmpty()); }

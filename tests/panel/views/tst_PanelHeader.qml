@@ -186,7 +186,7 @@ Item {
             compare(textsIn(about.contentItem).slice(2, 2 + programLines).map(text => text.text), [
                 "Version 1.2.3, MIT License",
                 "Preferences: /home/ada/.config/kelvinbar/kelvinbar.conf",
-                "Log: quit, then run /opt/a/very/long/place/of/programs/kelvinbar --verbose in a terminal"
+                "Log: quit, then run in a terminal\n/opt/a/very/long/place/of/programs/kelvinbar --verbose"
             ]);
         }
 
