@@ -6,7 +6,8 @@ from driver.desktop import Additions, Desktop
 from driver.waiting import wait_until
 
 START_SECONDS = 20
-SPOKEN = re.compile(r"SPEECH OUTPUT: '(.*)'(?: voice=\w+)?\{")
+# What is said, then the voice; before the voice of a key's echo is a space.
+SPOKEN = re.compile(r"SPEECH OUTPUT: '(.*?)'(?: voice=\w+)?( ?)\{", re.DOTALL)
 
 
 class ScreenReader:
@@ -38,4 +39,6 @@ class ScreenReader:
 
     def transcript(self) -> list[str]:
         """What it has said since it was started."""
-        return SPOKEN.findall(self._log.read_text(errors="replace")) if self._log.exists() else []
+        if not self._log.exists():
+            return []
+        return [text for text, echo in SPOKEN.findall(self._log.read_text(errors="replace")) if not echo]
