@@ -126,6 +126,17 @@ TEST_F(LinuxMachineTest, SpeaksOfSensorsWhereAMacSpeaksOfItsController) {
     EXPECT_EQ(makeMachine().texts.memoryCard, "Memory sensors");
 }
 
+TEST_F(LinuxMachineTest, SpeaksOfTrayAndSessionWhereAMacSpeaksOfMenuBarAndLogin) {
+    const MachineTexts texts = makeMachine().texts;
+    EXPECT_EQ(texts.pinToolTip, "Double-click to add this key to the tray");
+    EXPECT_EQ(texts.unpinToolTip, "Double-click to remove this key from the tray");
+    EXPECT_EQ(texts.pinned, "Showing this key in the tray");
+    EXPECT_EQ(texts.pin, "Show in tray");
+    EXPECT_EQ(texts.unpin, "Remove from tray");
+    EXPECT_EQ(texts.loginItem, "Enable or disable starting Kelvinbar with the session.");
+    EXPECT_EQ(texts.about, "Tray sensor reader for Linux PCs and for Macs that run Linux.");
+}
+
 TEST_F(LinuxMachineTest, TellsThatItsDevicesComeAndGo) { EXPECT_TRUE(makeMachine().devicesComeAndGo); }
 
 TEST_F(LinuxMachineTest, OneTemperatureIsEnoughToBeRead) {
