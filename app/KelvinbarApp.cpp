@@ -106,7 +106,8 @@ struct Parts {
                              .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
                              .prefersMoreContrast = [this] { return desktop.prefersMoreContrast(); },
-                             .systemSymbols = desktop.systemSymbols()},
+                             .systemSymbols = desktop.systemSymbols(),
+                             .roundedFontFile = [this] { return desktop.roundedFontFile(); }},
                             log};
     QtPopover popover{desktop.popoverInput(), desktop.screens(), log};
     std::shared_ptr<AppDelegate> appDelegate;

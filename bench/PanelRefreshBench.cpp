@@ -132,6 +132,7 @@ class OpenPanel {
                                           .close = [] {},
                                           .prefersReducedMotion = [] { return true; },
                                           .prefersMoreContrast = [] { return false; },
+                                          .roundedFontFile = [] { return std::string(); },
                                           .systemSymbols = {}});
     int frames_ = 0;
 };

@@ -8,12 +8,13 @@ namespace kelvinbar {
 
 /// What of the desktop decides how the panel looks.
 struct PanelLook {
-    double textScale = 1; ///< see textScale()
-    QString family;       ///< of the interface font
+    double textScale = 1;  ///< see textScale()
+    QString family;        ///< of the interface font
+    QString roundedFamily; ///< for headings and values; the interface font's where there is no rounded one
     bool isContrastHigh = false;
 
-    /// The one that holds on a screen now. Main thread.
-    static PanelLook of(const QScreen* screen, bool isContrastHigh);
+    /// The one that holds on a screen now. `roundedFamily` is empty for none. Main thread.
+    static PanelLook of(const QScreen* screen, const QString& roundedFamily, bool isContrastHigh);
 
     friend bool operator==(const PanelLook&, const PanelLook&) = default;
 };

@@ -4,7 +4,6 @@
 #include "panel/PanelSurfaces.h"
 #include "panel/QtColors.h"
 
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QScreen>
 #include <cmath>
@@ -19,11 +18,6 @@ double typographicPoints(double pixels) {
     return pixels * typographicPointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInch();
 }
 
-QString roundedFamilyOf(const QString& family) {
-    const QString rounded = family + " Rounded";
-    return QFontDatabase::hasFamily(rounded) ? rounded : family;
-}
-
 QColor lightened(const QColor& color, double share) {
     return qtColor(kelvinbar::lightened(panelColor(color), share));
 }
@@ -31,14 +25,14 @@ QColor lightened(const QColor& color, double share) {
 } // namespace
 
 PanelStyle::PanelStyle(QObject* parent) : QObject(parent) {
-    setLook(PanelLook::of(QGuiApplication::primaryScreen(), false));
+    setLook(PanelLook::of(QGuiApplication::primaryScreen(), {}, false));
 }
 
 void PanelStyle::setLook(const PanelLook& look) {
     inks_ = panelInks(look.isContrastHigh);
     textScale_ = look.textScale;
     family_ = look.family;
-    roundedFamily_ = roundedFamilyOf(family_);
+    roundedFamily_ = look.roundedFamily;
 }
 
 QFont PanelStyle::font(double points, int weight) const { return cut(family_, points, weight); }

@@ -13,7 +13,7 @@
 
 namespace kelvinbar {
 
-/// Fonts, colours and lengths for the views. Fonts are cuts of the desktop's interface font; colours do not
+/// Fonts, colours and lengths for the views. Fonts are cuts of two families (PanelLook.h); colours do not
 /// depend on the desktop's theme, since the panel is always dark. Everything is constant while views exist:
 /// whoever changes it makes the views anew. Main thread.
 class PanelStyle : public QObject {
@@ -124,7 +124,7 @@ class PanelStyle : public QObject {
 
     /// The interface font. `points` is the size at the standard text size; `weight` as in QFont.
     Q_INVOKABLE [[nodiscard]] QFont font(double points, int weight) const;
-    /// The same with the rounded design, if the font has one.
+    /// The same of the rounded font.
     Q_INVOKABLE [[nodiscard]] QFont roundedFont(double points, int weight) const;
 
     /// White, black and other colours with an opacity from 0 to 1.

@@ -3,6 +3,7 @@
 #include "panel/PanelContent.h"
 #include "panel/PanelLook.h"
 #include "panel/PanelStyle.h"
+#include "panel/RoundedFont.h"
 #include "panel/SystemMasks.h"
 #include "store/KelvinbarStore.h"
 
@@ -65,6 +66,7 @@ class QuickPanelWindow final : public PanelWindow {
         : store_(store.shared_from_this())
         , prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
         , prefersMoreContrast_(std::move(handlers.prefersMoreContrast))
+        , roundedFont_(QString::fromStdString(handlers.roundedFontFile()))
         , content_(store, handlers.loginItem, SensorListMetrics(textScale(QGuiApplication::primaryScreen())),
                    std::move(handlers.close))
         , masks_(std::move(handlers.systemSymbols)) {
@@ -117,7 +119,7 @@ class QuickPanelWindow final : public PanelWindow {
 
   private:
     [[nodiscard]] PanelLook presentLook() const {
-        return PanelLook::of(view_.screen(), prefersMoreContrast_());
+        return PanelLook::of(view_.screen(), roundedFont_.family(), prefersMoreContrast_());
     }
 
     /// The views read the style once. A change of it is rare, so they are made anew.
@@ -151,6 +153,7 @@ class QuickPanelWindow final : public PanelWindow {
     std::shared_ptr<KelvinbarStore> store_; ///< shown until the end, whoever else has released it
     std::function<bool()> prefersReducedMotion_;
     std::function<bool()> prefersMoreContrast_;
+    RoundedFont roundedFont_;
     bool isAboutWanted_ = false; ///< as soon as the window is shown
     PanelLook look_;             ///< that the views are made for
     bool isRounded_ = false;

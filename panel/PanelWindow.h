@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 class QMargins;
 class QWindow;
@@ -22,6 +23,8 @@ struct PanelHandlers {
     std::function<bool()> prefersReducedMotion;
     std::function<bool()> prefersMoreContrast;
     SystemSymbols systemSymbols; ///< empty on a system without symbols
+    /// Of the system font's rounded design; returns an empty name where there is none.
+    std::function<std::string()> roundedFontFile;
 };
 
 /// The panel's window with the views in it. The caller positions, shows and hides it; showing updates the

@@ -34,7 +34,8 @@ struct PanelWindowTest : fakes::StoreFixture {
                                          .close = [] {},
                                          .prefersReducedMotion = [] { return true; },
                                          .prefersMoreContrast = [this] { return prefersMoreContrast; },
-                                         .systemSymbols = {}});
+                                         .systemSymbols = {},
+                                         .roundedFontFile = [] { return std::string(); }});
         panel->window().resize(462, 690);
         panel->window().show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel->window()));
@@ -139,11 +140,13 @@ TEST_F(PanelWindowTest, FollowsTheInterfaceFontWhileItIsOpen) {
 TEST(PanelStyleTest, LengthsAndFontsGrowWithTheText) {
     PanelStyle style;
     const double pointSize = style.font(12, QFont::Bold).pointSizeF();
-    style.setLook({.textScale = 2, .family = "Some Family"});
+    style.setLook({.textScale = 2, .family = "Some Family", .roundedFamily = "Some Round Family"});
     EXPECT_EQ(style.headerHeight(), 160);
     EXPECT_EQ(style.scaled(23), 46);
     EXPECT_NEAR(style.font(12, QFont::Bold).pointSizeF(), 2 * pointSize, 0.01);
     EXPECT_EQ(style.font(12, QFont::Bold).family(), "Some Family");
+    EXPECT_EQ(style.roundedFont(12, QFont::Bold).family(), "Some Round Family");
+    EXPECT_EQ(style.valueFont().family(), "Some Round Family");
 }
 
 } // namespace

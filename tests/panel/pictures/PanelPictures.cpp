@@ -10,6 +10,7 @@
 #include <QTest>
 #include <array>
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace kelvinbar {
@@ -36,7 +37,7 @@ Machine linuxPC(Clock clock) {
 /// The Intel notebook with a few readings pinned, at rest.
 class DemoStage : public PanelStage {
   public:
-    DemoStage() : PanelStage(intelNotebook) {
+    explicit DemoStage(const std::string& roundedFontFile = {}) : PanelStage(intelNotebook, roundedFontFile) {
         finishRefresh();
         store().setMenuBarKeys({"TC0P", "F0Ac"});
     }
@@ -44,6 +45,12 @@ class DemoStage : public PanelStage {
 
 QImage fixedPanel() {
     DemoStage stage;
+    stage.open();
+    return stage.picture();
+}
+
+QImage roundedFont() {
+    DemoStage stage(roundFontFile);
     stage.open();
     return stage.picture();
 }
@@ -140,6 +147,7 @@ constexpr std::array pictures{
     PanelPicture{"hovered-row", hoveredRow},
     PanelPicture{"keyboard", rowWithTheKeyboard},
     PanelPicture{"high-contrast", highContrast},
+    PanelPicture{"rounded-font", roundedFont},
     PanelPicture{"row-menu", menuOfARow},
     PanelPicture{"undo", undoLine},
     PanelPicture{"about", aboutPanel},

@@ -6,6 +6,9 @@
 
 namespace kelvinbar {
 
+/// The rounded font of a picture, in a package that the tests need.
+inline constexpr const char* roundFontFile = "/usr/share/fonts/truetype/quicksand/Quicksand-Bold.ttf";
+
 /// A state of the panel that has a reference picture.
 struct PanelPicture {
     const char* name; ///< of the file, without its extension

@@ -1,8 +1,10 @@
 #include "tests/panel/pictures/PanelPictures.h"
 
+#include "panel/RoundedFont.h"
 #include "tests/panel/pictures/PictureComparison.h"
 
 #include <QDir>
+#include <QFontDatabase>
 #include <QPainter>
 #include <string>
 
@@ -39,6 +41,15 @@ INSTANTIATE_TEST_SUITE_P(States, PanelPictures,
                              std::erase(name, '-');
                              return name;
                          });
+
+TEST(RoundedFont, IsTheOneInTheFileAsLongAsItLives) {
+    {
+        const RoundedFont font(QString::fromUtf8(roundFontFile));
+        EXPECT_EQ(font.family(), "Quicksand");
+        EXPECT_TRUE(QFontDatabase::families().contains("Quicksand"));
+    }
+    EXPECT_FALSE(QFontDatabase::families().contains("Quicksand"));
+}
 
 QImage reference() { return QImage(referenceFile("fixed")).convertToFormat(QImage::Format_RGB32); }
 

@@ -41,7 +41,7 @@ constexpr int untilNothingMoves = 1000;
 
 } // namespace
 
-PanelStage::PanelStage(const MakeMachine& makeMachine)
+PanelStage::PanelStage(const MakeMachine& makeMachine, const std::string& roundedFontFile)
     : store_(KelvinbarStore::create({.machine = makeMachine(std::make_shared<fakes::FakeMonotonicClock>()),
                                      .defaults = defaults_,
                                      .notifications = notifications_,
@@ -52,7 +52,8 @@ PanelStage::PanelStage(const MakeMachine& makeMachine)
                                        .close = [] {},
                                        .prefersReducedMotion = [] { return true; },
                                        .prefersMoreContrast = [this] { return isContrastHigh_; },
-                                       .systemSymbols = {}})) {}
+                                       .systemSymbols = {},
+                                       .roundedFontFile = [roundedFontFile] { return roundedFontFile; }})) {}
 
 PanelStage::~PanelStage() {
     panel_.reset();

@@ -27,7 +27,8 @@ class PanelStage {
   public:
     using MakeMachine = std::function<Machine(std::shared_ptr<const MonotonicClock>)>;
 
-    explicit PanelStage(const MakeMachine& makeMachine);
+    /// Headings and values have the font in that file, or else that of the rest.
+    explicit PanelStage(const MakeMachine& makeMachine, const std::string& roundedFontFile = {});
     PanelStage(const PanelStage&) = delete;
     PanelStage& operator=(const PanelStage&) = delete;
     ~PanelStage();
