@@ -24,4 +24,9 @@ void PaintedItem::geometryChange(const QRectF& geometry, const QRectF& former) {
     if (geometry.size() != former.size()) update();
 }
 
+void PaintedItem::itemChange(ItemChange change, const ItemChangeData& data) {
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged) update();
+}
+
 } // namespace kelvinbar

@@ -24,6 +24,8 @@ class PaintedItem : public QQuickItem {
 
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& geometry, const QRectF& former) override;
+    /// Redraws the item where a point has another number of pixels.
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
 
     /// Sets a property, redraws the item and emits `changed`. False when the value is the same.
     template <typename T>

@@ -18,8 +18,8 @@ double textScale(const QScreen* screen) {
 
 PanelLook PanelLook::of(const QScreen* screen, const QString& roundedFamily, bool isContrastHigh) {
     const QString family = QGuiApplication::font().family();
-    return {kelvinbar::textScale(screen), family, roundedFamily.isEmpty() ? family : roundedFamily,
-            isContrastHigh};
+    return {QGuiApplication::primaryScreen()->logicalDotsPerInch(), kelvinbar::textScale(screen), family,
+            roundedFamily.isEmpty() ? family : roundedFamily, isContrastHigh};
 }
 
 } // namespace kelvinbar

@@ -8,6 +8,8 @@ namespace kelvinbar {
 
 /// What of the desktop decides how the panel looks.
 struct PanelLook {
+    /// By which fonts in points are measured, whatever screen a window is on: those of the primary one.
+    double dotsPerInch = 96;
     double textScale = 1;  ///< see textScale()
     QString family;        ///< of the interface font
     QString roundedFamily; ///< for headings and values; the interface font's where there is no rounded one

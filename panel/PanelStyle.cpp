@@ -12,11 +12,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Qt measures points on the primary screen, whatever screen a window is on.
-double typographicPoints(double pixels) {
-    constexpr double typographicPointsPerInch = 72;
-    return pixels * typographicPointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInch();
-}
+constexpr double typographicPointsPerInch = 72;
 
 QColor lightened(const QColor& color, double share) {
     return qtColor(kelvinbar::lightened(panelColor(color), share));
@@ -30,6 +26,7 @@ PanelStyle::PanelStyle(QObject* parent) : QObject(parent) {
 
 void PanelStyle::setLook(const PanelLook& look) {
     inks_ = panelInks(look.isContrastHigh);
+    typographicPoints_ = typographicPointsPerInch / look.dotsPerInch;
     textScale_ = look.textScale;
     family_ = look.family;
     roundedFamily_ = look.roundedFamily;
@@ -41,7 +38,7 @@ QFont PanelStyle::roundedFont(double points, int weight) const { return cut(roun
 
 QFont PanelStyle::cut(const QString& family, double points, int weight) const {
     QFont font(family);
-    font.setPointSizeF(typographicPoints(points * textScale_));
+    font.setPointSizeF(points * textScale_ * typographicPoints_);
     font.setWeight(static_cast<QFont::Weight>(weight));
     return font;
 }

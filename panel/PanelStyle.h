@@ -144,6 +144,7 @@ class PanelStyle : public QObject {
 
     PanelFrameMetrics frame_;
     PanelInks inks_;
+    double typographicPoints_ = 1; ///< a pixel in points of fonts
     double textScale_ = 1;
     QString family_;
     QString roundedFamily_;

@@ -15,6 +15,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QScreen>
+#include <array>
 #include <utility>
 
 void qml_register_types_Kelvinbar_Panel();
@@ -29,11 +30,12 @@ constexpr QColor metal(22, 24, 29);
 /// A window that tells when what it looks like on the desktop may have changed.
 class PanelView final : public QQuickView {
   public:
-    /// The font of the desktop, or the text size on its screen, has changed.
+    /// The font of the desktop, the text size, or the screen has changed.
     std::function<void()> onLookChange = [] {};
 
     PanelView() {
-        connect(this, &QWindow::screenChanged, this, [this] { followScreen(); });
+        connect(this, &QWindow::screenChanged, this, [this] { followScreens(); });
+        connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, [this] { followScreens(); });
         connect(this, &QWindow::visibleChanged, this, [this](bool isVisible) {
             if (isVisible) {
                 qGuiApp->installEventFilter(this);
@@ -41,7 +43,7 @@ class PanelView final : public QQuickView {
                 qGuiApp->removeEventFilter(this);
             }
         });
-        followScreen();
+        followScreens();
     }
 
     /// Sees the events of the whole program, so it is installed while the window is visible.
@@ -51,13 +53,19 @@ class PanelView final : public QQuickView {
     }
 
   private:
-    void followScreen() {
-        QObject::disconnect(textSize_);
-        textSize_ = connect(screen(), &QScreen::logicalDotsPerInchChanged, this, [this] { onLookChange(); });
+    /// The window's own screen, and the primary one, by which fonts are measured.
+    void followScreens() {
+        for (const QMetaObject::Connection& former : textSizes_) QObject::disconnect(former);
+        textSizes_ = {textSizeOf(screen()), textSizeOf(QGuiApplication::primaryScreen())};
         onLookChange();
     }
 
-    QMetaObject::Connection textSize_;
+    QMetaObject::Connection textSizeOf(const QScreen* screen) {
+        if (screen == nullptr) return {};
+        return connect(screen, &QScreen::logicalDotsPerInchChanged, this, [this] { onLookChange(); });
+    }
+
+    std::array<QMetaObject::Connection, 2> textSizes_;
 };
 
 class QuickPanelWindow final : public PanelWindow {

@@ -6,9 +6,11 @@ Item {
     id: stepper
 
     required property PanelControls controls
+    /// Whether it has a line of its own, which is lower.
+    property bool isAlone: false
 
-    implicitHeight: PanelStyle.settingsHeight
-    implicitWidth: decrease.width + number.implicitWidth + reset.width + increase.width + 18
+    implicitHeight: isAlone ? PanelStyle.scaled(31) : PanelStyle.settingsHeight
+    implicitWidth: decrease.width + widest.implicitWidth + reset.width + increase.width + 18
     Accessible.role: Accessible.Grouping
     Accessible.name: "Height"
 
@@ -41,6 +43,13 @@ Item {
         color: PanelStyle.labelInk
         Accessible.role: Accessible.StaticText
         Accessible.name: "Height " + text
+    }
+    // Nothing moves while the number changes.
+    DigitsText {
+        id: widest
+        visible: false
+        text: "0000"
+        font: number.font
     }
     CompactIconButtonStyle {
         id: reset

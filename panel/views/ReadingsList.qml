@@ -112,7 +112,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.margins: list.sensors.margin
         // The buttons that hide rows stay free: quick presses at one place hide one row after the other.
-        anchors.rightMargin: list.sensors.margin + PanelStyle.scaled(20) + 24
+        anchors.rightMargin: list.sensors.margin + PanelStyle.scaled(29) + 15
         // qmllint disable unqualified
         sourceComponent: ListNotice {
             content: list.content

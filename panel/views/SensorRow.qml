@@ -56,11 +56,11 @@ Item {
     }
     Column {
         anchors.left: parent.left
-        anchors.leftMargin: 11
+        anchors.leftMargin: PanelStyle.scaled(11)
         anchors.right: marks.left
-        anchors.rightMargin: 8
+        anchors.rightMargin: PanelStyle.scaled(8)
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 1
+        spacing: PanelStyle.scaled(1)
 
         Text {
             width: parent.width
@@ -86,9 +86,9 @@ Item {
     Row {
         id: marks
         anchors.right: parent.right
-        anchors.rightMargin: 9 - hide.rim
+        anchors.rightMargin: PanelStyle.scaled(9) - hide.rim
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8 - hide.rim
+        spacing: PanelStyle.scaled(8) - hide.rim
 
         Symbol {
             id: pin
@@ -108,7 +108,7 @@ Item {
         Plate {
             id: chip
 
-            readonly property real margin: 9
+            readonly property real margin: PanelStyle.scaled(9)
             readonly property real valueWidth: Math.max(row.columnWidth, chipText.implicitWidth)
 
             anchors.verticalCenter: parent.verticalCenter

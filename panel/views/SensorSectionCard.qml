@@ -31,7 +31,7 @@ Item {
     }
     Plate {
         id: tile
-        x: 10
+        x: PanelStyle.scaled(10)
         y: (card.content.sensors.headerHeight - height) / 2
         width: PanelStyle.scaled(30)
         height: width
@@ -48,11 +48,11 @@ Item {
     }
     Column {
         anchors.left: tile.right
-        anchors.leftMargin: 10
+        anchors.leftMargin: PanelStyle.scaled(10)
         anchors.right: badge.left
-        anchors.rightMargin: 8
+        anchors.rightMargin: PanelStyle.scaled(8)
         anchors.verticalCenter: tile.verticalCenter
-        spacing: 1
+        spacing: PanelStyle.scaled(1)
 
         Text {
             width: parent.width
@@ -76,9 +76,9 @@ Item {
     Plate {
         id: badge
         anchors.right: parent.right
-        anchors.rightMargin: 11
+        anchors.rightMargin: PanelStyle.scaled(11)
         anchors.verticalCenter: tile.verticalCenter
-        width: Math.max(height, countText.implicitWidth + 14)
+        width: Math.max(height, countText.implicitWidth + PanelStyle.scaled(14))
         height: PanelStyle.scaled(20)
         radius: height / 2
         colors: [PanelStyle.tinted(card.accent, PanelStyle.badgeTint)]

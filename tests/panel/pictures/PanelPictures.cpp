@@ -4,6 +4,7 @@
 #include "machines/Platform.h"
 #include "machines/demo/DemoMachine.h"
 #include "tests/panel/EmptyMachine.h"
+#include "tests/panel/PanelScreens.h"
 #include "tests/panel/pictures/PanelStage.h"
 
 #include <QQuickWindow>
@@ -101,6 +102,13 @@ QImage highContrast() {
     return stage.picture();
 }
 
+QImage largeText() {
+    DemoStage stage;
+    stage.useScreen(screens::textTwiceAsLarge);
+    stage.open();
+    return stage.picture();
+}
+
 QImage menuOfARow() {
     DemoStage stage;
     stage.open();
@@ -148,6 +156,7 @@ constexpr std::array pictures{
     PanelPicture{"keyboard", rowWithTheKeyboard},
     PanelPicture{"high-contrast", highContrast},
     PanelPicture{"rounded-font", roundedFont},
+    PanelPicture{"large-text", largeText},
     PanelPicture{"row-menu", menuOfARow},
     PanelPicture{"undo", undoLine},
     PanelPicture{"about", aboutPanel},

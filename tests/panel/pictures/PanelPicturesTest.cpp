@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QPainter>
 #include <string>
 
@@ -14,12 +15,18 @@ namespace kelvinbar::panel_pictures_test {
 
 namespace {
 
-QString referenceFile(const char* name) { return QString(KELVINBAR_FIXTURES "/panel/%1.png").arg(name); }
+/// The name of a picture, followed by the number of pixels a point if that is not 1.
+QString fileName(const char* name) {
+    const double ratio = qGuiApp->devicePixelRatio();
+    return ratio == 1 ? QString("%1.png").arg(name) : QString("%1@%2x.png").arg(name).arg(ratio);
+}
+
+QString referenceFile(const char* name) { return KELVINBAR_FIXTURES "/panel/" + fileName(name); }
 
 /// The drawn picture, for finding out why a test fails.
 void keepArtefact(const QImage& picture, const char* name) {
     QDir().mkpath(KELVINBAR_ARTEFACTS);
-    picture.save(QString(KELVINBAR_ARTEFACTS "/panel-%1.png").arg(name));
+    picture.save(KELVINBAR_ARTEFACTS "/panel-" + fileName(name));
 }
 
 class PanelPictures : public testing::TestWithParam<PanelPicture> {};

@@ -5,8 +5,10 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QTest>
 
 namespace kelvinbar {
@@ -78,6 +80,10 @@ void PanelStage::open(Size size) {
     window().resize(static_cast<int>(size.width), static_cast<int>(size.height));
     window().show();
     static_cast<void>(QTest::qWaitForWindowExposed(&window()));
+}
+
+void PanelStage::useScreen(int screen) {
+    window().setPosition(QGuiApplication::screens().at(screen)->geometry().topLeft());
 }
 
 QQuickWindow& PanelStage::window() { return static_cast<QQuickWindow&>(panel_->window()); }

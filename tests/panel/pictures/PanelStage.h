@@ -45,6 +45,9 @@ class PanelStage {
     void open();
     void open(Size size);
 
+    /// Moves the panel to the screen of that number (PanelScreens.h). Call before it opens.
+    void useScreen(int screen);
+
     QQuickWindow& window();
 
     /// The item with that accessible name, alone or followed by a value; null when there is none.

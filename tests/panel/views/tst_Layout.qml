@@ -90,7 +90,7 @@ Item {
                 verify(isInside(placeOf(part), placeOf(board)));
                 for (const control of controlsIn(part)) {
                     verify(control.width > 0 && control.height > 0, nameOf(control));
-                    verify(isInside(placeOf(control), placeOf(part)), nameOf(control));
+                    verify(isInside(placeOf(control), placeOf(part)), nameOf(control) + " " + placeOf(control) + " outside " + placeOf(part));
                 }
             }
         }
