@@ -31,7 +31,7 @@ Item {
     }
     Plate {
         id: tile
-        x: PanelStyle.scaled(10)
+        x: 12
         y: (card.content.sensors.headerHeight - height) / 2
         width: PanelStyle.scaled(30)
         height: width
@@ -76,7 +76,7 @@ Item {
     Plate {
         id: badge
         anchors.right: parent.right
-        anchors.rightMargin: PanelStyle.scaled(11)
+        anchors.rightMargin: 12
         anchors.verticalCenter: tile.verticalCenter
         width: Math.max(height, countText.implicitWidth + PanelStyle.scaled(14))
         height: PanelStyle.scaled(20)
@@ -104,8 +104,8 @@ Item {
         // Before Qt 6.5, a delegate cannot declare that it uses ids around it (ComponentBehavior).
         // qmllint disable unqualified
         SensorRow {
-            x: 8
-            width: card.width - 16
+            x: 12
+            width: card.width - 2 * x
             height: card.content.sensors.rowHeight
             accent: card.accent
             columnWidth: longestValue.implicitWidth
