@@ -182,14 +182,19 @@ void useInterpreter() {
     qunsetenv(variable);
 }
 
+/// It does not wake the graphics card. Who sets the toolkit's variable, even to nothing, wants another one.
+void useSoftwareRenderer() {
+    if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND")) return;
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
 } // namespace
 
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
     static bool isReady = false;
     if (!std::exchange(isReady, true)) {
         useInterpreter();
-        // The software renderer does not wake the graphics card.
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        useSoftwareRenderer();
         qml_register_types_Kelvinbar_Panel();
     }
     return std::make_unique<QuickPanelWindow>(store, std::move(handlers));

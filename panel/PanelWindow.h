@@ -45,7 +45,8 @@ class PanelWindow {
     virtual void showAbout() = 0;
 };
 
-/// Creates the window, hidden. The first call selects the software renderer for the whole process. The window
+/// Creates the window, hidden. The first call selects the software renderer for the whole process, unless
+/// the environment names one (QT_QUICK_BACKEND). The window
 /// keeps the store alive.
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers);
 
