@@ -93,6 +93,8 @@ QColor PanelStyle::yellow() { return qtColor(shade(Accent::yellow)); }
 
 QColor PanelStyle::pin() { return qtColor(pinRed); }
 
+QColor PanelStyle::warning() { return qtColor(withOpacity(shade(Accent::yellow), surfaces::warningTint)); }
+
 double PanelStyle::scaled(double length) const { return std::round(length * textScale_); }
 
 } // namespace kelvinbar

@@ -60,6 +60,7 @@ class PanelStyle : public QObject {
     Q_PROPERTY(QColor orange READ orange CONSTANT)
     Q_PROPERTY(QColor yellow READ yellow CONSTANT)
     Q_PROPERTY(QColor pin READ pin CONSTANT)
+    Q_PROPERTY(QColor warning READ warning CONSTANT)
 
   public:
     /// With the look of the primary screen at the usual contrast.
@@ -89,6 +90,7 @@ class PanelStyle : public QObject {
     [[nodiscard]] static QColor orange();
     [[nodiscard]] static QColor yellow();
     [[nodiscard]] static QColor pin();
+    [[nodiscard]] static QColor warning();
 
     [[nodiscard]] QColor titleInk() const { return white(inks_.title); }
 

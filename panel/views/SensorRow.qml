@@ -37,8 +37,8 @@ Item {
         colors: row.backgroundColors
         radius: 9
         stroke: row.activeFocus ? PanelStyle.focusRing
-              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.pin, row.isHovered ? 0.9 : 0.34)
-              : row.isHovered ? PanelStyle.markInk : PanelStyle.white(0.065)
+              : row.isHovered ? PanelStyle.markInk
+              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.pin, 0.34) : PanelStyle.white(0.065)
     }
     MouseArea {
         id: pointer

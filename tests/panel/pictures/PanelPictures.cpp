@@ -1,8 +1,11 @@
 #include "tests/panel/pictures/PanelPictures.h"
 
 #include "base/Log.h"
+#include "catalogue/SMCCategory.h"
 #include "machines/Platform.h"
 #include "machines/demo/DemoMachine.h"
+#include "tests/fakes/FakeSensorSource.h"
+#include "tests/fakes/FakeSystemInformation.h"
 #include "tests/panel/EmptyMachine.h"
 #include "tests/panel/PanelScreens.h"
 #include "tests/panel/pictures/PanelStage.h"
@@ -13,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -45,9 +49,7 @@ class DemoStage : public PanelStage {
 };
 
 QImage fixedPanel() {
-    DemoStage stage;
-    stage.open();
-    return stage.picture();
+    return fixedPanelAfter([](PanelStage&) {});
 }
 
 QImage roundedFont() {
@@ -125,6 +127,74 @@ QImage undoLine() {
     return stage.picture();
 }
 
+/// A machine with these readings.
+PanelStage::MakeMachine machineWith(std::vector<RawReading> readings) {
+    return [readings = std::move(readings)](Clock clock) -> Machine {
+        auto source = std::make_shared<fakes::FakeSensorSource>();
+        source->readings = readings;
+        return {.source = std::move(source), .system = nullptr, .clock = std::move(clock)};
+    };
+}
+
+RawReading readingOf(const std::string& key, SMCCategory category, std::string name, double value,
+                     std::string unit) {
+    RawReading reading;
+    reading.key = "chip/" + key;
+    reading.type = "flt";
+    reading.value = QString::number(value).toStdString();
+    reading.numericValue = value;
+    reading.name = std::move(name);
+    reading.category = std::string(rawValue(category));
+    reading.unit = std::move(unit);
+    return reading;
+}
+
+QImage panelOver(std::vector<RawReading> readings) {
+    PanelStage stage(machineWith(std::move(readings)));
+    stage.finishRefresh();
+    stage.open();
+    return stage.picture();
+}
+
+QImage fansVoltagesAndPower() {
+    return panelOver({readingOf("fan1", SMCCategory::fans, "Left Fan", 1834, "RPM"),
+                      readingOf("fan2", SMCCategory::fans, "Right Fan", 992, "RPM"),
+                      readingOf("in0", SMCCategory::voltages, "Core Voltage", 1.104, "V"),
+                      readingOf("in1", SMCCategory::voltages, "12 V Rail", 12.096, "V"),
+                      readingOf("power1", SMCCategory::power, "Package Power", 41.5, "W"),
+                      readingOf("curr1", SMCCategory::currents, "Battery Current", 0.82, "A"),
+                      readingOf("bat1", SMCCategory::battery, "Battery Charge", 87, "%")});
+}
+
+QImage longTexts() {
+    const std::string words = "A sensor whose maker found very many words for what it measures and where";
+    RawReading text = readingOf("text1", SMCCategory::cpu, words + " in this machine", 0, "");
+    text.numericValue.reset();
+    text.value = text.raw = "a value that is a whole sentence and longer than its field";
+    return panelOver({readingOf("temp1", SMCCategory::cpu, words, 48.25, "°C"),
+                      readingOf("temp2", SMCCategory::cpu, "Short", 51.5, "°C"), text});
+}
+
+QImage rightToLeftNames() {
+    return panelOver({readingOf("temp1", SMCCategory::cpu, "מעבד 1", 48.25, "°C"),
+                      readingOf("temp2", SMCCategory::cpu, "معالج 2", 51.5, "°C"),
+                      readingOf("temp3", SMCCategory::cpu, "CPU (מעבד)", 47, "°C")});
+}
+
+QImage nativeFallback() {
+    PanelStage stage([](Clock clock) {
+        Machine machine = fakes::emptyMachine(false, std::move(clock));
+        auto system = std::make_shared<fakes::FakeSystemInformation>();
+        system->processors = 8;
+        system->memory = std::uint64_t{16} << 30U;
+        machine.system = std::move(system);
+        return machine;
+    });
+    stage.finishRefresh();
+    stage.open();
+    return stage.picture();
+}
+
 QImage aboutPanel() {
     DemoStage stage;
     stage.open();
@@ -157,6 +227,10 @@ constexpr std::array pictures{
     PanelPicture{"high-contrast", highContrast},
     PanelPicture{"rounded-font", roundedFont},
     PanelPicture{"large-text", largeText},
+    PanelPicture{"fans-voltages-power", fansVoltagesAndPower},
+    PanelPicture{"long-texts", longTexts},
+    PanelPicture{"right-to-left", rightToLeftNames},
+    PanelPicture{"native-fallback", nativeFallback},
     PanelPicture{"row-menu", menuOfARow},
     PanelPicture{"undo", undoLine},
     PanelPicture{"about", aboutPanel},
@@ -168,5 +242,12 @@ constexpr std::array pictures{
 } // namespace
 
 std::span<const PanelPicture> panelPictures() { return pictures; }
+
+QImage fixedPanelAfter(const std::function<void(PanelStage&)>& change) {
+    DemoStage stage;
+    stage.open();
+    change(stage);
+    return stage.picture();
+}
 
 } // namespace kelvinbar

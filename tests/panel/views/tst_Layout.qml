@@ -80,7 +80,7 @@ Item {
 
         function test_everyTargetIsLargeEnoughForAPointer() {
             const panel = makePanel(420, 560);
-            verify(targets().length > 20, targets().length);
+            verify(targets().length > 15, targets().length);
             verify(targets().includes(scrollBarOf(panel)));
             verifyTargets();
         }
