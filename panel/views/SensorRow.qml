@@ -15,7 +15,7 @@ Item {
     required property real rowTop
     required property color accent
     required property PanelContent content
-    /// The width of the longest value in the column.
+    /// The width of the longest value in the column; 0 where each value stands by itself.
     property real columnWidth: 0
     readonly property bool isHovered: pointer.containsMouse || hide.hovered
 
