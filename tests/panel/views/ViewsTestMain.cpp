@@ -1,5 +1,5 @@
-// Runs the tests of the views, the tst_*.qml files in this folder, on an offscreen platform; with QT_QUICK_BACKEND in
-// the environment, on the X11 display, with the renderer that it names.
+// Runs the tests of the views, the tst_*.qml files in this folder, on an offscreen platform; with
+// QT_QUICK_BACKEND in the environment, on the X11 display, with the renderer that it names.
 
 #include "tests/CommaLocale.h"
 #include "tests/panel/views/ViewStage.h"
