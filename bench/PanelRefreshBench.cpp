@@ -132,8 +132,8 @@ class OpenPanel {
                                           .close = [] {},
                                           .prefersReducedMotion = [] { return true; },
                                           .prefersMoreContrast = [] { return false; },
-                                          .roundedFontFile = [] { return std::string(); },
-                                          .systemSymbols = {}});
+                                          .systemSymbols = {},
+                                          .roundedFontFile = [] { return std::string(); }});
     int frames_ = 0;
 };
 

@@ -76,7 +76,7 @@ class QuickPanelWindow final : public PanelWindow {
         , prefersMoreContrast_(std::move(handlers.prefersMoreContrast))
         , roundedFont_(QString::fromStdString(handlers.roundedFontFile()))
         , content_(store, handlers.loginItem, SensorListMetrics(textScale(QGuiApplication::primaryScreen())),
-                   std::move(handlers.close))
+                   std::move(handlers.close), PanelEnvironment::ofThisProgram(handlers.program))
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
         view_.setTitle("Kelvinbar");

@@ -276,13 +276,6 @@ TEST(ValueShape, IsEmptyForSeveralUnits) {
     EXPECT_EQ(shapeOfReadings({numberWithText("46.27", "°C"), numberWithText("1834", "RPM")}), "");
 }
 
-// Tool tip
-
-TEST(RowToolTip, ItSaysWhatADoubleClickDoes) {
-    EXPECT_EQ(rowToolTip(false), "Double-click to add this key to the macOS menu bar");
-    EXPECT_EQ(rowToolTip(true), "Double-click to remove this key from the menu bar");
-}
-
 // Background
 
 TEST(RowBackground, ARowThatIsNotPinnedGoesFromWhiteToBlackInEverySection) {

@@ -50,12 +50,16 @@ PanelStage::PanelStage(const MakeMachine& makeMachine, const std::string& rounde
                                      .mainQueue = mainQueue_,
                                      .backgroundQueue = backgroundQueue_,
                                      .wallClock = wallClock_}))
-    , panel_(makePanelWindow(*store_, {.loginItem = loginItem_,
-                                       .close = [] {},
-                                       .prefersReducedMotion = [] { return true; },
-                                       .prefersMoreContrast = [this] { return isContrastHigh_; },
-                                       .systemSymbols = {},
-                                       .roundedFontFile = [roundedFontFile] { return roundedFontFile; }})) {}
+    , panel_(makePanelWindow(*store_,
+                             {.loginItem = loginItem_,
+                              .close = [] {},
+                              .prefersReducedMotion = [] { return true; },
+                              .prefersMoreContrast = [this] { return isContrastHigh_; },
+                              .systemSymbols = {},
+                              .roundedFontFile = [roundedFontFile] { return roundedFontFile; },
+                              .program = {.version = "1.2.3",
+                                          .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
+                                          .program = "/usr/bin/kelvinbar"}})) {}
 
 PanelStage::~PanelStage() {
     panel_.reset();
