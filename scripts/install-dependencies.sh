@@ -22,7 +22,7 @@ declare -A evidence=(
   [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo
   [xclip]=xclip [python3]=python3 [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
   [python3-pytest]=/usr/lib/python3/dist-packages/pytest/__init__.py [gir1.2-gtk-3.0]='/usr/lib/*/girepository-1.0/Gtk-3.0.typelib'
-  [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
+  [fonts-quicksand]=/usr/share/fonts/truetype/quicksand/Quicksand-Bold.ttf [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [sway]=sway [waybar]=waybar [xwayland]=Xwayland [qt6-wayland]='/usr/lib/*/qt6/plugins/platforms/libqwayland-generic.so'
   [i3lock]=i3lock [gnome-shell]=gnome-shell [gnome-settings-daemon]=/usr/libexec/gsd-xsettings
   [gnome-shell-extension-appindicator]='/usr/share/gnome-shell/extensions/ubuntu-appindicators@ubuntu.com/extension.js'
@@ -45,7 +45,7 @@ desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon p
   x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 declare -A packages=(
   [run]="$build"
-  [test]="$build $lint libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build fonts-quicksand $lint libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [desktops]="$desktop $desktops"
