@@ -3,6 +3,7 @@
 #include "base/NotificationCenter.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
+#include "store/ReadingOrder.h"
 
 #include <algorithm>
 #include <new>
@@ -13,6 +14,22 @@ namespace {
 
 /// Native readings are the system's own facts.
 bool isAnswer(const SMCReading& reading) { return reading.raw != noAnswer && reading.type != "native"; }
+
+std::vector<SMCReading> copiesByKey(const std::vector<SMCReading>& readings) {
+    std::vector<SMCReading> sorted;
+    sorted.reserve(readings.size());
+    for (const SMCReading* const reading : sortedByKey(readings)) sorted.push_back(*reading);
+    return sorted;
+}
+
+Snapshot snapshotOf(const KelvinbarStore& store, const WallClock& clock) {
+    const auto& readings = store.readings().value();
+    return {.readings = copiesByKey(readings),
+            .time = store.lastUpdated().value().value_or(clock.now()),
+            .status = store.statusMessage().value(),
+            .silent = store.silentDevices(),
+            .hasAnswers = std::ranges::any_of(readings, isAnswer)};
+}
 
 } // namespace
 
@@ -28,9 +45,7 @@ Snapshot SnapshotTaker::take(const Machine& machine) {
                                                .wallClock = wallClock});
     mainQueue_.runUntil([&] { return !store->isRefreshing(); });
     if (store->isLoading().value()) throw std::bad_alloc();
-    Snapshot snapshot{.text = store->exportText(),
-                      .silent = store->silentDevices(),
-                      .hasAnswers = std::ranges::any_of(store->readings().value(), isAnswer)};
+    Snapshot snapshot = snapshotOf(*store, wallClock);
     store->shutdown();
     return snapshot;
 }

@@ -2,6 +2,7 @@
 
 #include "base/MainLoopQueue.h"
 #include "base/WorkerQueue.h"
+#include "catalogue/SMCReading.h"
 #include "sensors/Machine.h"
 
 #include <chrono>
@@ -12,7 +13,9 @@ namespace kelvinbar {
 
 /// A snapshot, and what is missing in it.
 struct Snapshot {
-    std::string text;
+    std::vector<SMCReading> readings; ///< sorted by key
+    std::chrono::system_clock::time_point time{};
+    std::string status;               ///< for people: how reading went
     std::vector<SilentDevice> silent; ///< devices that did not answer
     bool hasAnswers = false;          ///< of a sensor, not only the system's own facts
 };

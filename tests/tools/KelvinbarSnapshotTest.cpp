@@ -345,6 +345,45 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
     }
 }
 
+TEST(KelvinbarSnapshot, PrintsTheFormatThatIsAskedFor) {
+    expectSnapshot(run({"--demo", "--format", "text"}), sampleMachines().front().text);
+    EXPECT_TRUE(run({"--demo", "--format=json"}).output.starts_with("{\n  \"schema\": 1,\n"));
+    EXPECT_TRUE(run({"--demo", "--format", "table"}).output.starts_with("CPU\n"));
+}
+
+TEST(KelvinbarSnapshot, NamesAnUnknownFormat) {
+    expectFailure(run({"--demo", "--format", "xml"}), 2, {"--format", "xml", "jsonl"});
+    expectFailure(run({"--demo", "--format", ""}), 2, {"--format"});
+}
+
+TEST(KelvinbarSnapshot, NamesNoFileOfTheUserInADocument) {
+    const TemporaryFolder folder;
+    const Outcome outcome = run({"--replay", folder.write("ada", oneKey), "--format", "json"});
+    EXPECT_TRUE(contains(outcome.output, "\"machine\": \"a snapshot\"")) << outcome.output;
+    EXPECT_FALSE(contains(outcome.output, "ada")) << outcome.output;
+}
+
+/// Runs the program with a standard output that is a pipe without a reader.
+Outcome runIntoClosedPipe(const Words& options) {
+    constexpr int inherited = 7;
+    std::array<int, 2> pipe{};
+    EXPECT_EQ(::pipe(pipe.data()), 0);
+    ::close(pipe[0]);
+    EXPECT_EQ(::dup2(pipe[1], inherited), inherited);
+    ::close(pipe[1]);
+    Words words{"/bin/sh", "-c", "exec \"$@\" >&7", "sh"};
+    for (const std::string& word : program(options)) words.push_back(word);
+    Outcome outcome = outcomeOf(words);
+    ::close(inherited);
+    return outcome;
+}
+
+TEST(KelvinbarSnapshot, SaysThatNobodyReadsWhatItPrints) {
+    const Outcome outcome = runIntoClosedPipe({"--demo"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot\n");
+}
+
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
