@@ -5,43 +5,17 @@
 #include "process/StandardStreams.h"
 #include "tools/ProgramErrors.h"
 #include "tools/SnapshotCommandLine.h"
+#include "tools/SnapshotPrinter.h"
 #include "tools/SnapshotTaker.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <new>
-#include <string>
-#include <vector>
 
 namespace kelvinbar {
 
 namespace {
-
-void reportSilentDevices(const std::vector<SilentDevice>& silent) {
-    for (const SilentDevice& each : silent) reportError("no answer from " + each.file);
-}
-
-Report reportOf(const SnapshotOptions& options, const Snapshot& snapshot) {
-    return {.machine = options.machine.description(),
-            .time = snapshot.time,
-            .status = snapshot.status,
-            .readings = snapshot.readings};
-}
-
-FormatSettings formatSettings() {
-    const bool isTerminal = isStandardOutputTerminal();
-    return {.isTerminal = isTerminal, .isColoured = isTerminal && wantsColours(), .isSeries = false};
-}
-
-/// Prints the snapshot and returns the exit status.
-int print(const SnapshotOptions& options, const Snapshot& snapshot) {
-    const ReportWriter write = options.format->makeWriter(formatSettings());
-    const auto error = writeToStandardOutput(write(reportOf(options, snapshot)));
-    reportSilentDevices(snapshot.silent);
-    if (error) reportError("cannot write the snapshot");
-    return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
-}
 
 int printSnapshot(const SnapshotOptions& options) {
     StandardErrorSink standardError;
@@ -50,7 +24,10 @@ int printSnapshot(const SnapshotOptions& options) {
     if (!machine) return inputErrorExit;
     SnapshotTaker taker;
     int status = inputErrorExit;
-    if (!hasMemoryFor([&] { status = print(options, taker.take(*machine)); })) reportMissingMemory();
+    if (!hasMemoryFor([&] { status = SnapshotPrinter(options, *machine, taker).print(); })) {
+        taker.end();
+        reportMissingMemory();
+    }
     // A thread that is stuck in a driver cannot be ended, and still uses the machine and the log.
     if (!taker.finish()) std::_Exit(status);
     return status;

@@ -3,8 +3,10 @@
 #include "tools/formats/CsvFormat.h"
 #include "tools/formats/JsonFormat.h"
 #include "tools/formats/OpenMetricsFormat.h"
+#include "tools/formats/SummaryFormat.h"
 #include "tools/formats/TableFormat.h"
 #include "tools/formats/TextFormat.h"
+#include "tools/formats/TitleFormat.h"
 #include "tools/formats/WaybarFormat.h"
 
 #include <algorithm>
@@ -26,9 +28,16 @@ constexpr std::array<OutputFormat, 7> formats{{
      makeWaybarWriter},
 }};
 
+constexpr OutputFormat titleLines{"title", "", Repetition::lines, makeTitleWriter};
+constexpr OutputFormat summaryLines{"summary", "", Repetition::pages, makeSummaryWriter};
+
 } // namespace
 
 std::span<const OutputFormat> outputFormats() { return formats; }
+
+const OutputFormat& titleFormat() { return titleLines; }
+
+const OutputFormat& summaryFormat() { return summaryLines; }
 
 const OutputFormat* findOutputFormat(std::string_view name) {
     const auto* const found = std::ranges::find(formats, name, &OutputFormat::name);

@@ -40,6 +40,10 @@ struct OutputFormat {
 /// In the order in which help lists them; the first is the usual one. Static lifetime.
 std::span<const OutputFormat> outputFormats();
 
+/// What --title and --summary print. Static lifetime.
+const OutputFormat& titleFormat();
+const OutputFormat& summaryFormat();
+
 /// The format of this name; null if there is none.
 const OutputFormat* findOutputFormat(std::string_view name);
 

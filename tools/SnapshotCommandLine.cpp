@@ -4,6 +4,7 @@
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 
+#include <chrono>
 #include <cstddef>
 #include <iostream>
 #include <vector>
@@ -27,8 +28,26 @@ std::vector<std::string> formatNames() {
     return names;
 }
 
+std::string listed(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text.append(text.empty() ? "" : ", ").append(word);
+    return text;
+}
+
 /// Refuses other words. Help names them at its end, not in the line of the option.
 CLI::Validator oneOf(const std::vector<std::string>& words) { return CLI::IsMember(words).description(""); }
+
+std::vector<std::string> orderNames() {
+    std::vector<std::string> names;
+    for (const auto& [name, order] : namedOrders) names.emplace_back(name);
+    return names;
+}
+
+/// Empty for a category, as CLI11 wants it.
+std::string complaintAboutCategory(const std::string& name) {
+    return categoryNamed(name) ? std::string()
+                               : name + " is not a category (" + listed(categoryWords()) + ")";
+}
 
 /// One line a format, for the end of the help.
 std::string formatHelp() {
@@ -39,17 +58,18 @@ std::string formatHelp() {
     return text;
 }
 
-std::string sampleHelp() {
-    std::string text = "Made-up machines:\n  ";
-    for (const std::string& name : sampleNames()) text.append(text.ends_with("  ") ? "" : ", ").append(name);
-    return text.append("\n");
+/// A heading with a line of words, for the end of the help.
+std::string wordsHelp(const std::string& heading, const std::vector<std::string>& words) {
+    return heading + ":\n  " + listed(words) + "\n";
 }
 
-constexpr const char* closingWords =
-    "Without an option, this machine is read. A sensor that does not answer in two seconds is left "
-    "out and named on standard error. Exit status: 0, 1 when the input cannot be used, no sensor "
-    "answers, "
-    "nothing can be written or memory runs out, 2 for a wrong option.";
+constexpr const char* closingWords = "Without an option, this machine is read and printed as text; with "
+                                     "--watch, as a table. A sensor that does "
+                                     "not answer in two seconds is left out and named on standard error. "
+                                     "Exit status: 0, 1 when the input cannot "
+                                     "be used, nothing is selected, no sensor answers, nothing can be "
+                                     "written or memory runs out, 2 for a wrong "
+                                     "option.";
 
 /// The exit status when --help or --version has been printed.
 int statusOfAnswer() {
@@ -64,10 +84,12 @@ SnapshotCommandLine::SnapshotCommandLine()
     : app_("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot") {
     app_.set_version_flag("--version", "kelvinbar-snapshot " KELVINBAR_VERSION);
     addMachineOptions();
+    addSelectionOptions();
     addOutputOptions();
     addRemainingOptions();
     app_.get_formatter()->column_width(helpColumn);
-    app_.footer(formatHelp() + "\n" + sampleHelp() + "\n" + closingWords);
+    app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
+                wordsHelp("Made-up machines", sampleNames()) + "\n" + closingWords);
 }
 
 void SnapshotCommandLine::addMachineOptions() {
@@ -80,10 +102,43 @@ void SnapshotCommandLine::addMachineOptions() {
     demo_->check(oneOf(sampleNames()))->excludes(replay_);
 }
 
+void SnapshotCommandLine::addSelectionOptions() {
+    auto* const keys = app_.add_option("--key", options_.selection.keys, "Only readings with these keys");
+    keys->type_name("KEY")->group("Selection");
+    app_.add_option("--category", categoryNames_, "Only readings of these categories (see below)")
+        ->type_name("NAME")
+        ->check(CLI::Validator(complaintAboutCategory, ""))
+        ->group("Selection");
+    match_ = app_.add_option("--match", options_.selection.match,
+                             "Only readings with TEXT in their name or key, in any case");
+    match_->type_name("TEXT")->group("Selection");
+    app_.add_flag("--pinned", options_.isPinned, "Only the readings that are pinned to the tray")
+        ->excludes(keys)
+        ->group("Selection");
+    app_.add_option("--sort", orderName_, "Order of the readings: key, name, value or category")
+        ->type_name("ORDER")
+        ->check(oneOf(orderNames()))
+        ->group("Selection");
+}
+
 void SnapshotCommandLine::addOutputOptions() {
     app_.add_option("--format", formatName_, "How to print the readings (see below)")
         ->type_name("NAME")
-        ->check(oneOf(formatNames()));
+        ->check(oneOf(formatNames()))
+        ->group("Output");
+    auto* const title = app_.add_flag("--title", isTitle_,
+                                      "Print one line as the tray shows it: the pinned readings, unless "
+                                      "others are selected");
+    title->group("Output");
+    app_.add_flag("--summary", isSummary_,
+                  "Print four lines: the hottest sensor, the fastest fan, the total "
+                  "power and the battery")
+        ->excludes(title)
+        ->group("Output");
+    watch_ =
+        app_.add_option("--watch", seconds_, "Print again every SECONDS until a signal or a closed pipe");
+    watch_->type_name("SECONDS")->expected(0, 1)->default_str("2")->group("Output");
+    watch_->check(CLI::Range(fewestSeconds, mostSeconds).description(""));
 }
 
 void SnapshotCommandLine::addRemainingOptions() {
@@ -106,7 +161,39 @@ void SnapshotCommandLine::finishParsing() {
     if (demo_->count() > 0 && options_.machine.sampleName.empty()) {
         throw CLI::ValidationError("--demo", "NAME is empty");
     }
-    options_.format = formatName_.empty() ? &outputFormats().front() : findOutputFormat(formatName_);
+    finishSelection();
+    finishFormat();
+}
+
+void SnapshotCommandLine::finishSelection() {
+    if (match_->count() > 0 && options_.selection.match.empty()) {
+        throw CLI::ValidationError("--match", "TEXT is empty");
+    }
+    for (const std::string& name : categoryNames_) {
+        options_.selection.categories.push_back(categoryNamed(name).value());
+    }
+    for (const auto& [name, order] : namedOrders) {
+        if (name == orderName_) options_.selection.order = order;
+    }
+}
+
+void SnapshotCommandLine::finishFormat() {
+    const bool isWaybar = formatName_ == "waybar";
+    if (isSummary_ && !formatName_.empty()) throw CLI::ExcludesError("--summary", "--format");
+    if (isTitle_ && !formatName_.empty() && !isWaybar) {
+        throw CLI::ValidationError("--title", "the only --format of a title is waybar");
+    }
+    const bool isWatched = watch_->count() > 0;
+    options_.format = findOutputFormat(formatName_.empty() ? (isWatched ? "table" : "text") : formatName_);
+    if (isSummary_) options_.format = &summaryFormat();
+    if (isTitle_ && !isWaybar) options_.format = &titleFormat();
+    if ((isTitle_ || isWaybar) && options_.selection.isEverything()) options_.isPinned = true;
+    if (!isWatched) return;
+    if (options_.format->repetition == Repetition::never) {
+        throw CLI::ValidationError("--watch", "a document of the format " + formatName_ + " does not go on");
+    }
+    options_.interval =
+        std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds_));
 }
 
 } // namespace kelvinbar

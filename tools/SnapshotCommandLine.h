@@ -2,10 +2,13 @@
 
 #include "tools/ChosenMachine.h"
 #include "tools/OutputFormats.h"
+#include "tools/ReadingSelection.h"
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -15,7 +18,11 @@ namespace kelvinbar {
 struct SnapshotOptions {
     MachineChoice machine;
     const OutputFormat* format = nullptr; ///< never null after parsing
-    std::size_t verbosity = 0;            ///< how often --verbose was given
+    ReadingSelection selection;
+    bool isPinned = false; ///< the pins of the desktop program are added to the selection
+    /// How often to read the machine; no value for once.
+    std::optional<std::chrono::nanoseconds> interval;
+    std::size_t verbosity = 0; ///< how often --verbose was given
 };
 
 /// The options of kelvinbar-snapshot, in one place: how they are parsed, what help says of them and what
@@ -35,16 +42,31 @@ class SnapshotCommandLine {
     [[nodiscard]] const SnapshotOptions& options() const { return options_; }
 
   private:
+    /// Of --watch, between two reads.
+    static constexpr double usualSeconds = 2;
+    static constexpr double fewestSeconds = 0.1;
+    static constexpr double mostSeconds = 86400;
+
     void addMachineOptions();
+    void addSelectionOptions();
     void addOutputOptions();
     void addRemainingOptions();
     void finishParsing();
+    void finishSelection();
+    void finishFormat();
 
     SnapshotOptions options_;
     std::string formatName_;
+    std::string orderName_;
+    std::vector<std::string> categoryNames_;
+    double seconds_ = usualSeconds;
+    bool isTitle_ = false;
+    bool isSummary_ = false;
     CLI::App app_;
     CLI::Option* replay_ = nullptr;
     CLI::Option* demo_ = nullptr;
+    CLI::Option* match_ = nullptr;
+    CLI::Option* watch_ = nullptr;
 };
 
 } // namespace kelvinbar

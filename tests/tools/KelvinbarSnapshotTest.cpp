@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
@@ -15,6 +16,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -155,6 +157,19 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {file},
         {"-"},
         {"--", "extra"},
+        {"--key"},
+        {"--category", "toast"},
+        {"--match", ""},
+        {"--sort", "size"},
+        {"--pinned", "--key", "TC0P"},
+        {"--title", "--summary"},
+        {"--title", "--format", "json"},
+        {"--summary", "--format", "table"},
+        {"--watch", "0"},
+        {"--watch", "-1"},
+        {"--watch", "soon"},
+        {"--watch", "--format", "json"},
+        {"--watch", "--format", "openmetrics"},
     };
     for (const Words& options : wrong) {
         SCOPED_TRACE(testing::PrintToString(options));
@@ -382,6 +397,163 @@ TEST(KelvinbarSnapshot, SaysThatNobodyReadsWhatItPrints) {
     const Outcome outcome = runIntoClosedPipe({"--demo"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot\n");
+}
+
+// Selection
+
+TEST(KelvinbarSnapshot, PrintsTheSelectedReadingsAlone) {
+    const Outcome outcome = run({"--demo", "--key", "TC0P", "F0Ac"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(contains(outcome.output, "\nActive keys: 2\n\nTC0P\t")) << outcome.output;
+    EXPECT_EQ(run({"--demo", "--match", "FAN 0 name", "--format", "csv"}).output,
+              "key,name,category,type,value,number,unit,raw,status\n"
+              "F0ID,Fan 0 Name,Fans,{fds,Left side,,,000000004C6566742073696465202020,OK\n");
+    EXPECT_TRUE(run({"--demo", "--category", "GPU / iGPU", "Fans", "--format", "table"})
+                    .output.starts_with("GRAPHICS\n"));
+}
+
+TEST(KelvinbarSnapshot, NamesKeysWithoutAReading) {
+    const Outcome outcome = run({"--demo", "--key", "TC0P", "XXXX", "--title"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output, "51.75°\n");
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: no reading has the key XXXX\n");
+}
+
+TEST(KelvinbarSnapshot, FailsWhenNothingIsSelected) {
+    for (const Words& selection :
+         {Words{"--match", "toaster"}, Words{"--category", "other", "--key", "TC0P"}}) {
+        Words options{"--demo"};
+        options.insert(options.end(), selection.begin(), selection.end());
+        expectFailure(run(options), 1, {"no reading is selected"});
+    }
+}
+
+/// The outcome for a user with these preferences; without a file if they are empty.
+Outcome runWithPreferences(const Words& options, std::string_view preferences) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("kelvinbar"));
+    if (!preferences.empty()) static_cast<void>(folder.write("kelvinbar/kelvinbar.conf", preferences));
+    return outcomeOf(program(options), {}, {"XDG_CONFIG_HOME=" + folder.path("")});
+}
+
+constexpr std::string_view twoPins = "[General]\nKelvinbarMenuBarKeys=TC0P, F0Ac\nKelvinbarMenuBarKey=TC0P\n";
+
+TEST(KelvinbarSnapshot, PrintsTheTitleOfThePinnedReadings) {
+    EXPECT_EQ(runWithPreferences({"--demo", "--title"}, twoPins).output, "51.75°  2156rpm\n");
+    EXPECT_EQ(run({"--demo", "--title", "--key", "TC0P"}).output, "51.75°\n");
+}
+
+TEST(KelvinbarSnapshot, PrintsThePinnedReadingsInPinOrder) {
+    const std::string output = runWithPreferences({"--demo", "--pinned"}, twoPins).output;
+    EXPECT_LT(output.find("\nTC0P\t"), output.find("\nF0Ac\t")) << output;
+    EXPECT_TRUE(contains(output, "\nActive keys: 2\n")) << output;
+}
+
+TEST(KelvinbarSnapshot, PrintsTheTitleForWaybar) {
+    const std::string expected =
+        "{\"text\":\"51.75°  2156rpm\",\"tooltip\":\"Kelvinbar • TC0P • CPU Proximity: 51.75 °C  |  "
+        "F0Ac • Fan 0: 2156 RPM\",\"class\":\"readings\"}\n";
+    EXPECT_EQ(runWithPreferences({"--demo", "--title", "--format", "waybar"}, twoPins).output, expected);
+    EXPECT_EQ(runWithPreferences({"--demo", "--format", "waybar"}, twoPins).output, expected);
+}
+
+TEST(KelvinbarSnapshot, SaysThatNothingIsPinned) {
+    expectFailure(runWithPreferences({"--demo", "--title"}, ""), 1, {"nothing is pinned"});
+    expectFailure(runWithPreferences({"--demo", "--pinned"}, "junk"), 1, {"nothing is pinned"});
+}
+
+TEST(KelvinbarSnapshot, SummarizesAMachineInFourLines) {
+    EXPECT_EQ(run({"--demo", "linux-pc", "--summary"}).output,
+              "Hottest      68 °C  GPU Hotspot\nFastest fan  2350 RPM  Mainboard Fan 7\nPower        96 W\n"
+              "Battery      none\n");
+}
+
+// Watching
+
+/// A run of the program whose output the test reads line by line.
+class WatchedRun {
+  public:
+    explicit WatchedRun(const Words& options) : run_(started(options)) {}
+
+    WatchedRun(const WatchedRun&) = delete;
+    WatchedRun& operator=(const WatchedRun&) = delete;
+
+    ~WatchedRun() { closeOutput(); }
+
+    std::string line() {
+        std::string line;
+        for (char character = 0; !line.ends_with('\n') && ::read(output_, &character, 1) == 1;)
+            line.push_back(character);
+        return line;
+    }
+
+    void closeOutput() {
+        if (output_ >= 0) ::close(std::exchange(output_, -1));
+    }
+
+    void send(int signal) const { run_.send(signal); }
+
+    int status() { return run_.status(); }
+
+    std::string errors() { return contentOf(folder_.path("errors")); }
+
+  private:
+    ProgramRun started(const Words& options) {
+        const std::string pipe = folder_.path("pipe");
+        EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+        output_ = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); // does not wait for the program
+        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")});
+        ::fcntl(output_, F_SETFL, 0);
+        return run;
+    }
+
+    TemporaryFolder folder_;
+    int output_ = -1;
+    ProgramRun run_;
+};
+
+TEST(KelvinbarSnapshot, PrintsAgainAndAgainUntilASignal) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        WatchedRun watched({"--demo", "--watch", "0.1", "--title", "--key", "TC0P"});
+        for (int tick = 0; tick < 3; ++tick) EXPECT_EQ(watched.line(), "51.75°\n");
+        watched.send(signal);
+        while (!watched.line().empty()) {
+        }
+        EXPECT_EQ(watched.status(), 0);
+        EXPECT_EQ(watched.errors(), "");
+    }
+}
+
+TEST(KelvinbarSnapshot, EndsAtOnceWhenASignalComesWhileItWaits) {
+    WatchedRun watched({"--demo", "--watch", "3600", "--title", "--key", "TC0P"});
+    EXPECT_EQ(watched.line(), "51.75°\n");
+    watched.send(SIGTERM);
+    EXPECT_EQ(watched.line(), "");
+    EXPECT_EQ(watched.status(), 0);
+}
+
+TEST(KelvinbarSnapshot, EndsAtOnceWhenNobodyReadsWhatItWatches) {
+    WatchedRun watched({"--demo", "--watch", "3600", "--format", "jsonl"});
+    EXPECT_TRUE(watched.line().starts_with("{\"schema\":1,"));
+    watched.closeOutput();
+    EXPECT_EQ(watched.status(), 0);
+    EXPECT_EQ(watched.errors(), "");
+}
+
+TEST(KelvinbarSnapshot, AppendsRowsUnderOneHeading) {
+    WatchedRun watched({"--demo", "--watch", "0.1", "--format", "csv", "--key", "TC0P", "F0Mn"});
+    EXPECT_EQ(watched.line(), "time,CPU Proximity (°C),Fan 0 Minimum (RPM)\n");
+    EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+    EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+}
+
+TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "this system has no device that is always full";
+    const TemporaryFolder folder;
+    const std::string errors = folder.write("errors", "");
+    EXPECT_EQ(ProgramRun(program({"--demo", "--watch"}), {"/dev/null", "/dev/full", errors}).status(), 1);
+    EXPECT_TRUE(contains(contentOf(errors), "cannot write the readings")) << contentOf(errors);
 }
 
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {

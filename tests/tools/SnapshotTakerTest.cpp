@@ -5,8 +5,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <regex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -90,6 +92,61 @@ TEST(TakeSnapshot, ReadsTheMachineAnewEveryTime) {
     EXPECT_EQ(taken(SnapshotTaker().take(fake.machine())), "Kelvinbar snapshot\nActive keys: 2\n"
                                                            "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
                                                            "\nTC0P\tsp78\tCPU Proximity\t41 °C\tRAW=2900");
+}
+
+std::shared_ptr<const KeySet> keySet(KeySet keys) { return std::make_shared<const KeySet>(std::move(keys)); }
+
+std::string readKeys(const Snapshot& snapshot) {
+    std::string keys;
+    for (const SMCReading& reading : snapshot.readings)
+        keys.append(keys.empty() ? "" : " ").append(reading.key);
+    return keys;
+}
+
+TEST(WatchedSnapshots, ReadOnlyTheKeysThatAreAskedFor) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(3).add("TC0P", "sp78", {0x28, 0x80}).add("TC0D", "sp78", {0x30, 0});
+    SnapshotTaker taker;
+    EXPECT_EQ(readKeys(taker.begin(fake.machine())), "TC0D TC0P");
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0P");
+    EXPECT_EQ(readKeys(taker.next(keySet({"gone"}))), "");
+    EXPECT_EQ(readKeys(taker.next(nullptr)), "TC0D TC0P");
+}
+
+TEST(WatchedSnapshots, KeepTheConnectionUntilTheEnd) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    SnapshotTaker taker;
+    taker.begin(fake.machine());
+    taker.next(keySet({"TC0P"}));
+    EXPECT_EQ(fake.driver->openCount, 1);
+    EXPECT_TRUE(fake.driver->closed.empty());
+    taker.end();
+    EXPECT_TRUE(taker.finish());
+    EXPECT_EQ(fake.driver->closed.size(), 1U);
+}
+
+TEST(WatchedSnapshots, LookForNewDevicesNowAndThen) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    SnapshotTaker taker;
+    taker.begin(fake.machine());
+    fake.driver->add("TC0D", "sp78", {0x30, 0});
+    fake.driver->keys.front().bytes = {0, 0, 0, 3};
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0P");
+    fake.clock->advance(std::chrono::minutes(6));
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0D TC0P");
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0P");
+}
+
+TEST(WatchedSnapshots, KnowThePinsOfTheUserAlsoWithoutAReading) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    SnapshotTaker taker;
+    const Dictionary preferences{{"KelvinbarMenuBarKeys", TextList{"gone", "TC0P"}}};
+    EXPECT_EQ(taker.begin(fake.machine(), preferences).pinned, (std::vector<std::string>{"TC0P", "gone"}));
+    taker.end();
+    EXPECT_TRUE(taker.begin(fake.machine()).pinned.empty());
 }
 
 } // namespace
