@@ -6,7 +6,7 @@ set -euo pipefail
 # package -> a program or file that shows that the content is present, even if it did not come from the package
 declare -A evidence=(
   [g++]=g++ [cmake]=cmake [ninja-build]=ninja [libcli11-dev]=/usr/include/CLI/CLI.hpp
-  [nlohmann-json3-dev]=/usr/include/nlohmann/json.hpp [prometheus]=promtool
+  [nlohmann-json3-dev]=/usr/include/nlohmann/json.hpp [prometheus]=promtool [help2man]=help2man [zsh]=zsh [fish]=fish [man-db]=man
   [python3-prometheus-client]=/usr/lib/python3/dist-packages/prometheus_client/openmetrics/parser.py
   [python3-jsonschema]=/usr/lib/python3/dist-packages/jsonschema/validators.py
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
@@ -39,8 +39,8 @@ declare -A evidence=(
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev $qt $xcb"
-console_tests="python3 python3-jsonschema python3-prometheus-client prometheus"
+build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev help2man $qt $xcb"
+console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer

@@ -4,7 +4,9 @@
 #include "base/OutOfMemory.h"
 #include "process/StandardStreams.h"
 #include "tools/ProgramErrors.h"
+#include "tools/ReadingSelection.h"
 #include "tools/SnapshotCommandLine.h"
+#include "tools/SnapshotDiff.h"
 #include "tools/SnapshotPrinter.h"
 #include "tools/SnapshotTaker.h"
 
@@ -12,6 +14,7 @@
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -33,10 +36,55 @@ int printSnapshot(const SnapshotOptions& options) {
     return status;
 }
 
+std::vector<SMCReading> comparedReadings(const SnapshotOptions& options, const Machine& machine,
+                                         SnapshotTaker& taker) {
+    const Snapshot snapshot = taker.take(machine);
+    for (const SilentDevice& device : snapshot.silent) reportError("no answer from " + device.file);
+    return selectedReadings(snapshot.readings, options.selection);
+}
+
+/// Prints what the machines differ in; returns the exit status.
+int printDifferences(const SnapshotOptions& options, const Machine& before, const Machine& after,
+                     SnapshotTaker& taker) {
+    const auto earlier = comparedReadings(options, before, taker);
+    const auto later = comparedReadings(options, after, taker);
+    if (earlier.empty() && later.empty()) {
+        reportError("no reading is selected");
+        return diffErrorExit;
+    }
+    const SnapshotDiff diff = diffOf(earlier, later, options.tolerance);
+    const bool isJson = options.format->name == "json";
+    if (!writeToStandardOutput(isJson ? diffJson(diff) : diffText(diff))) {
+        return diff.isEmpty() ? 0 : differentExit;
+    }
+    reportError("cannot write the differences");
+    return diffErrorExit;
+}
+
+int printDiff(const SnapshotOptions& options) {
+    StandardErrorSink standardError;
+    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    MachineChoice later;
+    if (options.compared.size() > 1) later.replayFile = options.compared.back();
+    const auto before = chosenMachine({.replayFile = options.compared.front(), .sampleName = {}}, log);
+    if (!before) return diffErrorExit;
+    const auto after = chosenMachine(later, log);
+    if (!after) return diffErrorExit;
+    SnapshotTaker taker;
+    int status = diffErrorExit;
+    if (!hasMemoryFor([&] { status = printDifferences(options, *before, *after, taker); })) {
+        taker.end();
+        reportMissingMemory();
+    }
+    if (!taker.finish()) std::_Exit(status); // see above
+    return status;
+}
+
 int run(int argc, char** argv) {
     SnapshotCommandLine commandLine;
     if (const auto status = commandLine.parse(argc, argv)) return *status;
-    return printSnapshot(commandLine.options());
+    const SnapshotOptions& options = commandLine.options();
+    return options.compared.empty() ? printSnapshot(options) : printDiff(options);
 }
 
 } // namespace

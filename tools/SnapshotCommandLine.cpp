@@ -4,9 +4,11 @@
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <iostream>
+#include <utility>
 #include <vector>
 
 namespace kelvinbar {
@@ -83,9 +85,15 @@ int statusOfAnswer() {
 SnapshotCommandLine::SnapshotCommandLine()
     : app_("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot") {
     app_.set_version_flag("--version", "kelvinbar-snapshot " KELVINBAR_VERSION);
+    listedValues_ = {{"--demo", sampleNames()},
+                     {"--format", formatNames()},
+                     {"--sort", orderNames()},
+                     {"--category", categoryWords()},
+                     {"--completion", {completedShells.begin(), completedShells.end()}}};
     addMachineOptions();
     addSelectionOptions();
     addOutputOptions();
+    addDiffOptions();
     addRemainingOptions();
     app_.get_formatter()->column_width(helpColumn);
     app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
@@ -99,7 +107,7 @@ void SnapshotCommandLine::addMachineOptions() {
     replay_->type_name("FILE");
     demo_ = app_.add_option("--demo", options_.machine.sampleName, "Read a made-up machine (see below)");
     demo_->type_name("NAME")->expected(0, 1)->default_str(std::string(sampleMachines().front().name));
-    demo_->check(oneOf(sampleNames()))->excludes(replay_);
+    demo_->check(oneOf(listedValues_.at("--demo")))->excludes(replay_);
 }
 
 void SnapshotCommandLine::addSelectionOptions() {
@@ -117,14 +125,14 @@ void SnapshotCommandLine::addSelectionOptions() {
         ->group("Selection");
     app_.add_option("--sort", orderName_, "Order of the readings: key, name, value or category")
         ->type_name("ORDER")
-        ->check(oneOf(orderNames()))
+        ->check(oneOf(listedValues_.at("--sort")))
         ->group("Selection");
 }
 
 void SnapshotCommandLine::addOutputOptions() {
     app_.add_option("--format", formatName_, "How to print the readings (see below)")
         ->type_name("NAME")
-        ->check(oneOf(formatNames()))
+        ->check(oneOf(listedValues_.at("--format")))
         ->group("Output");
     auto* const title = app_.add_flag("--title", isTitle_,
                                       "Print one line as the tray shows it: the pinned readings, unless "
@@ -141,7 +149,25 @@ void SnapshotCommandLine::addOutputOptions() {
     watch_->check(CLI::Range(fewestSeconds, mostSeconds).description(""));
 }
 
+void SnapshotCommandLine::addDiffOptions() {
+    auto* const diff =
+        app_.add_option("--diff", options_.compared,
+                        "Print what differs between the snapshots in two FILEs, or between one and "
+                        "this machine (- for standard input)");
+    diff->type_name("FILE")->expected(1, 2)->group("Comparison");
+    diff->excludes(replay_, demo_, watch_);
+    app_.add_option("--tolerance", options_.tolerance, "Numbers that are no more than X apart are the same")
+        ->type_name("X")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->needs(diff)
+        ->group("Comparison");
+}
+
 void SnapshotCommandLine::addRemainingOptions() {
+    app_.add_option("--completion", completedShell_,
+                    "Print a script that completes the options in bash, zsh or fish")
+        ->type_name("SHELL")
+        ->check(oneOf(listedValues_.at("--completion")));
     app_.add_flag("-v,--verbose", options_.verbosity, "Log what is found and done; twice, every step");
 }
 
@@ -149,6 +175,7 @@ std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
     try {
         app_.parse(argc, argv);
         finishParsing();
+        if (!completedShell_.empty()) return printCompletion();
         return std::nullopt;
     } catch (const CLI::ParseError& error) {
         return app_.exit(error) == 0 ? statusOfAnswer() : usageErrorExit;
@@ -163,6 +190,7 @@ void SnapshotCommandLine::finishParsing() {
     }
     finishSelection();
     finishFormat();
+    finishDiff();
 }
 
 void SnapshotCommandLine::finishSelection() {
@@ -194,6 +222,40 @@ void SnapshotCommandLine::finishFormat() {
     }
     options_.interval =
         std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds_));
+}
+
+void SnapshotCommandLine::finishDiff() const {
+    if (options_.compared.empty()) return;
+    const bool isDiffFormat = formatName_.empty() || formatName_ == "text" || formatName_ == "json";
+    if (!isDiffFormat || isTitle_ || isSummary_) {
+        throw CLI::ValidationError("--diff", "differences are printed as text or json");
+    }
+    if (std::ranges::count(options_.compared, "-") > 1) {
+        throw CLI::ValidationError("--diff", "standard input is one snapshot, not two");
+    }
+}
+
+// Completion
+
+std::vector<CompletedOption> SnapshotCommandLine::completedOptions() const {
+    std::vector<CompletedOption> completed;
+    for (const CLI::Option* const option : app_.get_options()) {
+        CompletedOption entry{.names = {}, .help = option->get_description(), .valueName = {}, .values = {}};
+        for (const std::string& name : option->get_snames()) entry.names.push_back("-" + name);
+        for (const std::string& name : option->get_lnames()) entry.names.push_back("--" + name);
+        if (option->get_expected_max() > 0) entry.valueName = option->get_type_name();
+        entry.isFile = entry.valueName == "FILE";
+        entry.isRepeated = option->get_expected_max() > 1;
+        const auto values = listedValues_.find(entry.names.back());
+        if (values != listedValues_.end()) entry.values = values->second;
+        completed.push_back(std::move(entry));
+    }
+    return completed;
+}
+
+int SnapshotCommandLine::printCompletion() const {
+    std::cout << completionScript(completedShell_, app_.get_name(), completedOptions());
+    return statusOfAnswer();
 }
 
 } // namespace kelvinbar

@@ -3,9 +3,11 @@
 #include "tools/ChosenMachine.h"
 #include "tools/OutputFormats.h"
 #include "tools/ReadingSelection.h"
+#include "tools/ShellCompletion.h"
 
 #include <chrono>
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,7 +24,9 @@ struct SnapshotOptions {
     bool isPinned = false; ///< the pins of the desktop program are added to the selection
     /// How often to read the machine; no value for once.
     std::optional<std::chrono::nanoseconds> interval;
-    std::size_t verbosity = 0; ///< how often --verbose was given
+    std::vector<std::string> compared; ///< one or two files of snapshots to compare; otherwise empty
+    double tolerance = 0;              ///< of numbers that are compared, in their units; not negative
+    std::size_t verbosity = 0;         ///< how often --verbose was given
 };
 
 /// The options of kelvinbar-snapshot, in one place: how they are parsed, what help says of them and what
@@ -50,10 +54,14 @@ class SnapshotCommandLine {
     void addMachineOptions();
     void addSelectionOptions();
     void addOutputOptions();
+    void addDiffOptions();
     void addRemainingOptions();
     void finishParsing();
     void finishSelection();
     void finishFormat();
+    void finishDiff() const;
+    [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
+    [[nodiscard]] int printCompletion() const;
 
     SnapshotOptions options_;
     std::string formatName_;
@@ -67,6 +75,8 @@ class SnapshotCommandLine {
     CLI::Option* demo_ = nullptr;
     CLI::Option* match_ = nullptr;
     CLI::Option* watch_ = nullptr;
+    std::string completedShell_;
+    std::map<std::string, std::vector<std::string>> listedValues_; ///< by the name of the option
 };
 
 } // namespace kelvinbar

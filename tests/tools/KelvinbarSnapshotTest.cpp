@@ -170,6 +170,16 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--watch", "soon"},
         {"--watch", "--format", "json"},
         {"--watch", "--format", "openmetrics"},
+        {"--diff"},
+        {"--diff", file, file, file},
+        {"--diff", "-", "-"},
+        {"--diff", file, "--demo"},
+        {"--diff", file, "--watch"},
+        {"--diff", file, "--format", "csv"},
+        {"--diff", file, "--title", "--key", "TC0P"},
+        {"--diff", file, "--tolerance", "-1"},
+        {"--tolerance", "1"},
+        {"--completion", "tcsh"},
     };
     for (const Words& options : wrong) {
         SCOPED_TRACE(testing::PrintToString(options));
@@ -554,6 +564,73 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo", "--watch"}), {"/dev/null", "/dev/full", errors}).status(), 1);
     EXPECT_TRUE(contains(contentOf(errors), "cannot write the readings")) << contentOf(errors);
+}
+
+// Comparison
+
+constexpr std::string_view warmerKey = "TC0P\tsp78\t\t\tRAW=2900\n";
+
+TEST(KelvinbarSnapshot, ComparesTwoSnapshots) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    const std::string after = folder.write("after", warmerKey);
+    const Outcome outcome = run({"--diff", before, after});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "~ TC0P  CPU Proximity  40.50 °C → 41 °C (+0.5)\n");
+    EXPECT_EQ(outcome.errors, "");
+}
+
+TEST(KelvinbarSnapshot, IsSilentAboutEqualSnapshots) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    for (const Words& options :
+         {Words{"--diff", before, before},
+          Words{"--diff", before, folder.write("after", warmerKey), "--tolerance", "0.5"}}) {
+        const Outcome outcome = run(options);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "");
+    }
+}
+
+TEST(KelvinbarSnapshot, ComparesASnapshotWithThisMachine) {
+    const TemporaryFolder folder;
+    const Outcome outcome =
+        run({"--diff", folder.write("other", "ZZZZ\tioreg\tx\t1 RPM\tRAW=\n" + std::string(oneKey))});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(contains(outcome.output, "- TC0P ")) << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "+ N")) << outcome.output; // facts of the system
+}
+
+TEST(KelvinbarSnapshot, ComparesTheSelectedReadings) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    const std::string after = folder.write("after", std::string(oneKey) + "TC0D\tsp78\t\t\tRAW=2900\n");
+    EXPECT_EQ(run({"--diff", before, after}).status, 1);
+    EXPECT_EQ(run({"--diff", before, after, "--key", "TC0P"}).status, 0);
+    expectFailure(run({"--diff", before, after, "--match", "toaster"}), 3, {"no reading is selected"});
+}
+
+TEST(KelvinbarSnapshot, PrintsDifferencesAsJson) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    const Outcome outcome = run({"--format", "json", "--diff", before, "-"}, warmerKey);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(outcome.output.starts_with("{\n  \"schema\": 1,\n  \"appeared\": [],")) << outcome.output;
+    EXPECT_TRUE(outcome.output.ends_with("}\n")) << outcome.output;
+}
+
+TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", oneKey);
+    expectFailure(run({"--diff", folder.path("missing"), file}), 3, {folder.path("missing")});
+    expectFailure(run({"--diff", file, folder.path("missing")}), 3, {folder.path("missing")});
+    expectFailure(run({"--diff", folder.write("junk", "junk\n"), file}), 3, {"no line of a snapshot"});
+    const std::string errors = folder.write("errors", "");
+    if (!std::filesystem::exists("/dev/full")) return;
+    EXPECT_EQ(ProgramRun(program({"--diff", file, "-"}), {folder.write("in", warmerKey), "/dev/full", errors})
+                  .status(),
+              3);
 }
 
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
