@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstddef>
 #include <iostream>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -65,13 +66,25 @@ std::string wordsHelp(const std::string& heading, const std::vector<std::string>
     return heading + ":\n  " + listed(words) + "\n";
 }
 
-constexpr const char* closingWords = "Without an option, this machine is read and printed as text; with "
-                                     "--watch, as a table. A sensor that does "
-                                     "not answer in two seconds is left out and named on standard error. "
-                                     "Exit status: 0, 1 when the input cannot "
-                                     "be used, nothing is selected, no sensor answers, nothing can be "
-                                     "written or memory runs out, 2 for a wrong "
-                                     "option.";
+/// Shows what value an option takes, and nothing else: which options exclude each other is said when it
+/// matters.
+class HelpFormatter final : public CLI::Formatter {
+  public:
+    HelpFormatter() { column_width(helpColumn); }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        if (option->get_expected_max() == 0) return {};
+        const std::string value = option->get_type_name() + (option->get_expected_max() > 1 ? "..." : "");
+        return option->get_expected_min() == 0 ? " [" + value + "]" : " " + value;
+    }
+};
+
+constexpr const char* closingWords =
+    "Without an option, this machine is read and printed as text; with --watch, as a table.\n"
+    "A sensor that does not answer in two seconds is left out and named on standard error.\n\n"
+    "Exit status: 0, 1 when the input cannot be used, nothing is selected, no sensor answers,\n"
+    "nothing can be written or memory runs out, 2 for a wrong option.\n"
+    "With --diff: 0 for no difference, 1 for differences, 2 for a wrong option, 3 for other failures.";
 
 /// The exit status when --help or --version has been printed.
 int statusOfAnswer() {
@@ -95,7 +108,7 @@ SnapshotCommandLine::SnapshotCommandLine()
     addOutputOptions();
     addDiffOptions();
     addRemainingOptions();
-    app_.get_formatter()->column_width(helpColumn);
+    app_.formatter(std::make_shared<HelpFormatter>());
     app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
                 wordsHelp("Made-up machines", sampleNames()) + "\n" + closingWords);
 }
@@ -105,7 +118,8 @@ void SnapshotCommandLine::addMachineOptions() {
                               "Read the machine that the snapshot text in FILE was taken on (- for standard "
                               "input)");
     replay_->type_name("FILE");
-    demo_ = app_.add_option("--demo", options_.machine.sampleName, "Read a made-up machine (see below)");
+    demo_ = app_.add_option("--demo", options_.machine.sampleName,
+                            "Read a made-up machine (see below), without a NAME the first");
     demo_->type_name("NAME")->expected(0, 1)->default_str(std::string(sampleMachines().front().name));
     demo_->check(oneOf(listedValues_.at("--demo")))->excludes(replay_);
 }
@@ -143,8 +157,8 @@ void SnapshotCommandLine::addOutputOptions() {
                   "power and the battery")
         ->excludes(title)
         ->group("Output");
-    watch_ =
-        app_.add_option("--watch", seconds_, "Print again every SECONDS until a signal or a closed pipe");
+    watch_ = app_.add_option("--watch", seconds_,
+                             "Print again every SECONDS (2 unless given) until a signal or a closed pipe");
     watch_->type_name("SECONDS")->expected(0, 1)->default_str("2")->group("Output");
     watch_->check(CLI::Range(fewestSeconds, mostSeconds).description(""));
 }

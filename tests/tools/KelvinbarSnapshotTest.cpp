@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <optional>
 #include <regex>
 #include <string>
 #include <string_view>
@@ -640,24 +641,49 @@ TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
 }
 
-/// What is typed at a terminal begins on a line of its own again.
-TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
+/// What the program prints on a terminal; no value if this system gives none.
+std::optional<std::string> printedAtTerminal(const Words& options, const Words& variables = {}) {
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal < 0) GTEST_SKIP() << "this system gives no pseudo-terminals";
-    ASSERT_EQ(::grantpt(terminal), 0);
-    ASSERT_EQ(::unlockpt(terminal), 0);
+    if (terminal < 0) return std::nullopt;
+    EXPECT_EQ(::grantpt(terminal), 0);
+    EXPECT_EQ(::unlockpt(terminal), 0);
     const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
     const TemporaryFolder folder;
-    const ProgramRun replay(program({"--replay", folder.write("file", oneKey)}),
-                            {"/dev/null", name, folder.write("errors", "")});
+    const ProgramRun run(program(options), {"/dev/null", name, folder.write("errors", "")}, variables);
     std::string output;
     std::array<char, 4096> chunk{};
     for (ssize_t size = 0; (size = ::read(terminal, chunk.data(), chunk.size())) > 0;) {
         output.append(chunk.data(), static_cast<std::size_t>(size));
+        if (contains(output, "\x1b[J")) run.terminate(); // a page of a watch is complete
     }
-    EXPECT_EQ(replay.status(), 0);
+    EXPECT_EQ(run.status(), 0);
     ::close(terminal);
-    EXPECT_EQ(withoutTime(replacedAll(output, "\r\n", "\n")), withoutTime(oneKeySnapshot) + "\n");
+    return replacedAll(output, "\r\n", "\n");
+}
+
+/// What is typed at a terminal begins on a line of its own again.
+TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
+    const TemporaryFolder folder;
+    const auto output = printedAtTerminal({"--replay", folder.write("file", oneKey)});
+    if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    EXPECT_EQ(withoutTime(*output), withoutTime(oneKeySnapshot) + "\n");
+}
+
+TEST(KelvinbarSnapshot, ColoursATableAtATerminalUnlessTheUserRefuses) {
+    const Words options{"--demo", "--format", "table", "--key", "TC0P"};
+    const auto coloured = printedAtTerminal(options, {"TERM=xterm", "NO_COLOR="});
+    if (!coloured) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    EXPECT_EQ(*coloured, "\x1b[1mCPU\x1b[0m\n  CPU Proximity  51.75°  \x1b[2mTC0P\x1b[0m\n");
+    EXPECT_EQ(printedAtTerminal(options, {"TERM=xterm", "NO_COLOR=1"}),
+              "CPU\n  CPU Proximity  51.75°  TC0P\n");
+}
+
+TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
+    const auto output =
+        printedAtTerminal({"--demo", "--watch", "3600", "--summary", "--key", "TC0P"}, {"TERM=xterm"});
+    if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    EXPECT_EQ(*output, "\x1b[HHottest      51.75 °C  CPU Proximity\x1b[K\nFastest fan  none\x1b[K\n"
+                       "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
 }
 
 } // namespace
