@@ -54,6 +54,7 @@ std::vector<TableGroup> tableGroups(const std::vector<SMCReading>& readings) {
     const ReadingList visible = visibleReadings(readings, {});
     const auto sections = sectionModels(visible);
     std::vector<TableGroup> groups;
+    groups.reserve(sections.size() + 1);
     for (const SensorSectionModel& section : sections) {
         groups.push_back(tableGroup(section.title, section.readings));
     }
