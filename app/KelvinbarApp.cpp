@@ -60,6 +60,12 @@ std::optional<int> statusWithoutDisplay(const ProgramOptions& options, const Pro
     return handOverWithoutDisplay(programStart(program, options), log);
 }
 
+ProgramFacts programFacts(const Desktop& desktop) {
+    return {.version = KELVINBAR_VERSION,
+            .preferencesPlace = desktop.preferencesPlace(),
+            .program = QCoreApplication::applicationFilePath().toStdString()};
+}
+
 /// Ends the program at once if a thread is stuck in a driver: it cannot be ended, and still uses the machine
 /// and the log. Everything else has ended before.
 void leaveStuckThreadsBehind(WorkerQueue& backgroundQueue, int status, Log& log) {
@@ -106,7 +112,8 @@ struct Parts {
                              .close = {},
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
                              .prefersMoreContrast = [this] { return desktop.prefersMoreContrast(); },
-                             .systemSymbols = desktop.systemSymbols()},
+                             .systemSymbols = desktop.systemSymbols(),
+                             .program = programFacts(desktop)},
                             log};
     QtPopover popover{desktop.popoverInput(), desktop.screens(), log};
     std::shared_ptr<AppDelegate> appDelegate;

@@ -61,6 +61,22 @@ bool isWhiteSpace(char32_t codePoint) {
            codePoint == 0x3000;
 }
 
+/// The blocks of scripts that run from right to left: Hebrew to Arabic Extended-A, their presentation forms,
+/// and the two ranges beyond U+FFFF that Unicode sets aside for such scripts.
+bool isRightToLeft(char32_t codePoint) {
+    return (codePoint >= 0x590 && codePoint <= 0x8FF) || (codePoint >= 0xFB1D && codePoint <= 0xFDFF) ||
+           (codePoint >= 0xFE70 && codePoint <= 0xFEFC) || (codePoint >= 0x10800 && codePoint <= 0x10FFF) ||
+           (codePoint >= 0x1E800 && codePoint <= 0x1EFFF);
+}
+
+bool containsRightToLeft(std::string_view text) {
+    while (!text.empty()) {
+        if (isRightToLeft(decodeFront(text).codePoint)) return true;
+        text.remove_prefix(frontLength(text));
+    }
+    return false;
+}
+
 bool startsWithWhiteSpace(std::string_view text) {
     const Decoded front = decodeFront(text);
     return front.length != 0 && isWhiteSpace(front.codePoint);
@@ -75,6 +91,11 @@ bool isValidUtf8(std::string_view text) {
         text.remove_prefix(length);
     }
     return true;
+}
+
+std::string directionIsolated(std::string_view text) {
+    if (!containsRightToLeft(text)) return std::string(text);
+    return "\u2068" + std::string(text) + "\u2069";
 }
 
 std::size_t characterCount(std::string_view text) {

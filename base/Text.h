@@ -27,6 +27,11 @@ std::string_view withoutLastCharacter(std::string_view text);
 /// ends and no-break spaces.
 std::string_view trimmed(std::string_view text);
 
+/// `text` for a place between other words: a text with letters that run from right to left, such as Hebrew
+/// and Arabic, between U+2068 and U+2069, so that the words and numbers around it keep their order. Others as
+/// they are.
+std::string directionIsolated(std::string_view text);
+
 /// `text` with A to Z in lower case. Sufficient for comparisons with ASCII words.
 std::string asciiLowercased(std::string_view text);
 

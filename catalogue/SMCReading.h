@@ -7,8 +7,12 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace kelvinbar {
+
+/// The type of a reading that the operating system reports without a sensor.
+inline constexpr std::string_view nativeType = "native";
 
 /// One sensor reading, ready for display: a source has read it, and the store has named and formatted it. A
 /// plain value; it does not change when the sensor does.
@@ -16,7 +20,7 @@ struct SMCReading {
     std::string key;  ///< an SMC key or a key that its source made up; unique among all readings
     std::string name; ///< for people; not unique
     SMCCategory category = SMCCategory::unknown;
-    std::string type;                   ///< SMC data type ("ui16"), "ioreg" or "native"
+    std::string type;                   ///< SMC data type ("ui16"), "ioreg" or `nativeType`
     std::string value;                  ///< formatted, without unit
     std::optional<double> numericValue; ///< in `unit`; can be NaN or infinite
     std::string unit;                   ///< "°C", "RPM", "W", "V", "A", "mAh", "GB" or empty

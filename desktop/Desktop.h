@@ -62,6 +62,8 @@ class Desktop {
     virtual RepeatingTimers& timers() = 0;
     virtual UserDefaults& userDefaults() = 0;
 
+    /// The file with the preferences, for people.
+    [[nodiscard]] virtual std::string preferencesPlace() const = 0;
     /// Waits until the preferences are written, at most `limit`.
     virtual void flushUserDefaults(std::chrono::milliseconds limit) = 0;
     /// Whether the user has enabled reduced motion.

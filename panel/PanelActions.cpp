@@ -55,9 +55,9 @@ std::string_view displayModeToolTip(SMCWindowDisplayMode mode) {
                                                  : "Keeps the window at the compact standard size.";
 }
 
-std::string_view loginItemToolTip(bool canRegister) {
+std::string_view loginItemToolTip(const MachineTexts& texts, bool canRegister) {
     return canRegister
-               ? "Enable or disable Kelvinbar as a macOS login item."
+               ? texts.loginItem
                : "Open Login Items in System Settings; automatic registration requires macOS 13 or newer.";
 }
 

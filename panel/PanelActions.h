@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/Settings.h"
+#include "sensors/MachineTexts.h"
 
 #include <string_view>
 
@@ -32,6 +33,6 @@ inline constexpr std::string_view samplingRateToolTip = "On: fast 1s sampling. O
 std::string_view displayModeToolTip(SMCWindowDisplayMode mode);
 
 /// `canRegister`: whether the system allows the program to register itself as a login item.
-std::string_view loginItemToolTip(bool canRegister);
+std::string_view loginItemToolTip(const MachineTexts& texts, bool canRegister);
 
 } // namespace kelvinbar

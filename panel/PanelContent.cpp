@@ -15,11 +15,12 @@
 namespace kelvinbar {
 
 PanelContent::PanelContent(KelvinbarStore& store, LoginItemManager& loginItem,
-                           const SensorListMetrics& metrics, std::function<void()> closeAction)
+                           const SensorListMetrics& metrics, std::function<void()> closeAction,
+                           PanelEnvironment environment)
     : store_(store)
     , closeAction_(std::move(closeAction))
-    , sensors_(metrics, store.texts().memoryCard)
-    , controls_(store, loginItem)
+    , sensors_(metrics, store.texts())
+    , controls_(store, loginItem, std::move(environment))
     , hidden_(store)
     , search_(sensors_)
     , rowMenu_(store, sensors_) {
@@ -81,6 +82,7 @@ void PanelContent::updateSensors() {
     } else {
         sensors_.update(store_.readings().value(), store_.hiddenKeys().value(), store_.menuBarKeys().value());
         areSensorsStale_ = false;
+        updateNotice();
     }
 }
 
@@ -111,6 +113,13 @@ void PanelContent::updateTexts() {
 
 void PanelContent::setState(State state) {
     if (std::exchange(state_, state) != state) emit stateChanged();
+}
+
+/// Not taken from the status, which changes with every refresh.
+void PanelContent::updateNotice() {
+    const bool isNeeded = areSystemFacts(store_.readings().value());
+    const QString notice = isNeeded ? qtText(store_.texts().systemFactsOnly) : QString();
+    if (std::exchange(notice_, notice) != notice) emit noticeChanged();
 }
 
 double PanelContent::minimumHeight() { return minimumPopoverSize.height; }
@@ -202,6 +211,12 @@ void PanelContent::whenRowsMayMove(std::function<void()> change) {
         change();
     }
 }
+
+QString PanelContent::pinnedText() const { return qtText(store_.texts().pinned); }
+
+QString PanelContent::pinText() const { return qtText(store_.texts().pin); }
+
+QString PanelContent::unpinText() const { return qtText(store_.texts().unpin); }
 
 QString PanelContent::scanningText() const { return qtText(store_.texts().scanning); }
 

@@ -45,6 +45,13 @@ class PanelContent final : public QObject {
     /// For people; why there are no readings.
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(QString scanningText READ scanningText CONSTANT)
+    /// What the mark of a pinned row says.
+    Q_PROPERTY(QString pinnedText READ pinnedText CONSTANT)
+    /// What can be done with a row that is not pinned, and with one that is.
+    Q_PROPERTY(QString pinText READ pinText CONSTANT)
+    Q_PROPERTY(QString unpinText READ unpinText CONSTANT)
+    /// Above the first card: that no sensor is read. Else empty.
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(kelvinbar::SensorList* sensors READ sensors CONSTANT)
     Q_PROPERTY(kelvinbar::PanelControls* controls READ controls CONSTANT)
     Q_PROPERTY(kelvinbar::HiddenRows* hidden READ hidden CONSTANT)
@@ -68,13 +75,21 @@ class PanelContent final : public QObject {
 
     static constexpr std::chrono::milliseconds longScan{400};
 
-    /// `closeAction` closes the panel. Store and login item outlive the content.
+    /// `closeAction` closes the panel. `environment` is that of the controls. Store and login item outlive
+    /// the content.
     PanelContent(KelvinbarStore& store, LoginItemManager& loginItem, const SensorListMetrics& metrics,
-                 std::function<void()> closeAction);
+                 std::function<void()> closeAction,
+                 PanelEnvironment environment = PanelEnvironment::ofThisProgram({}));
 
     [[nodiscard]] State state() const { return state_; }
 
     [[nodiscard]] QString scanningText() const;
+
+    [[nodiscard]] QString pinnedText() const;
+    [[nodiscard]] QString pinText() const;
+    [[nodiscard]] QString unpinText() const;
+
+    [[nodiscard]] QString notice() const { return notice_; }
 
     [[nodiscard]] QString statusMessage() const { return statusMessage_; }
 
@@ -135,6 +150,7 @@ class PanelContent final : public QObject {
     void aboutRequested();
     void stateChanged();
     void statusMessageChanged();
+    void noticeChanged();
     void reducedMotionChanged();
     void spareHeightChanged();
 
@@ -149,6 +165,7 @@ class PanelContent final : public QObject {
     void updateSensors();
     void updateTexts();
     void setState(State state);
+    void updateNotice();
     [[nodiscard]] bool isSecondPressAt(const QPointF& place) const;
     /// Runs `action` on the reading with `key`, after updates that were delayed.
     void apply(const RowAction& action, const QString& key);
@@ -164,6 +181,7 @@ class PanelContent final : public QObject {
     SensorRowMenu rowMenu_;
     State state_ = Scanning;
     QString statusMessage_;
+    QString notice_;
     bool reducedMotion_ = false;
     bool isOpen_ = false;
     bool isUpdatePosted_ = false;

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "catalogue/SMCReading.h"
+
 #include <cstddef>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -15,5 +18,8 @@ enum class PanelContentState { scanning, sections, nothingFound, unavailable };
 /// are none.
 PanelContentState contentState(bool isLoading, bool smcAvailable, std::size_t visibleReadingCount,
                                std::size_t sectionCount);
+
+/// Whether there are readings, and all are what the operating system knows without a sensor.
+bool areSystemFacts(const std::vector<SMCReading>& readings);
 
 } // namespace kelvinbar

@@ -13,8 +13,11 @@
 
 namespace kelvinbar {
 
-PanelEnvironment PanelEnvironment::ofThisProgram() {
-    return {.author = KELVINBAR_AUTHOR,
+PanelEnvironment PanelEnvironment::ofThisProgram(const ProgramFacts& facts) {
+    QStringList lines;
+    for (const std::string& line : kelvinbar::programLines(facts)) lines << qtText(line);
+    return {.programLines = std::move(lines),
+            .author = KELVINBAR_AUTHOR,
             .contact = KELVINBAR_CONTACT,
             .donationPage = KELVINBAR_DONATION_PAGE,
             .open = &QDesktopServices::openUrl,
@@ -57,7 +60,11 @@ bool PanelControls::isLowest() const { return isLowestHeight(store_); }
 
 bool PanelControls::isGreatest() const { return isGreatestHeight(store_); }
 
-QString PanelControls::loginToolTip() const { return qtText(loginItemToolTip(loginItem_.canRegister())); }
+QString PanelControls::about() const { return qtText(store_.texts().about); }
+
+QString PanelControls::loginToolTip() const {
+    return qtText(loginItemToolTip(store_.texts(), loginItem_.canRegister()));
+}
 
 void PanelControls::readLoginItem() { setRunAtLogin(loginItem_.isEnabled()); }
 

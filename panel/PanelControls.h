@@ -2,9 +2,11 @@
 
 #include "base/HandlerList.h"
 #include "panel/Acknowledgement.h"
+#include "panel/ProgramFacts.h"
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <functional>
 #include <qqmlregistration.h>
@@ -16,6 +18,7 @@ class LoginItemManager;
 
 /// What the controls need besides the store. Tests replace it.
 struct PanelEnvironment {
+    QStringList programLines; ///< see programLines()
     QString author;
     QString contact;                               ///< an e-mail address; may be empty
     QString donationPage;                          ///< a web address; may be empty
@@ -23,7 +26,7 @@ struct PanelEnvironment {
     std::function<void()> quit;
 
     /// The values of the build, and the running desktop.
-    [[nodiscard]] static PanelEnvironment ofThisProgram();
+    [[nodiscard]] static PanelEnvironment ofThisProgram(const ProgramFacts& facts);
 };
 
 /// The controls of header and footer for QML: their state, texts and actions. Each `Q_INVOKABLE` is the
@@ -52,6 +55,8 @@ class PanelControls final : public QObject {
     Q_PROPERTY(bool runAtLogin READ runAtLogin NOTIFY runAtLoginChanged)
     Q_PROPERTY(QString loginToolTip READ loginToolTip CONSTANT)
     /// Texts of the About popover; a view hides what is empty.
+    Q_PROPERTY(QString about READ about CONSTANT)
+    Q_PROPERTY(QStringList programLines READ programLines CONSTANT)
     Q_PROPERTY(QString author READ author CONSTANT)
     Q_PROPERTY(QString contact READ contact CONSTANT)
     Q_PROPERTY(QString donationPage READ donationPage CONSTANT)
@@ -59,7 +64,7 @@ class PanelControls final : public QObject {
   public:
     /// Store and login item outlive the object.
     PanelControls(KelvinbarStore& store, LoginItemManager& loginItem,
-                  PanelEnvironment environment = PanelEnvironment::ofThisProgram());
+                  PanelEnvironment environment = PanelEnvironment::ofThisProgram({}));
 
     [[nodiscard]] bool isFast() const;
     [[nodiscard]] static QString fastToolTip();
@@ -79,6 +84,11 @@ class PanelControls final : public QObject {
     [[nodiscard]] bool runAtLogin() const { return runAtLogin_; }
 
     [[nodiscard]] QString loginToolTip() const;
+
+    /// What the program is.
+    [[nodiscard]] QString about() const;
+
+    [[nodiscard]] QStringList programLines() const { return environment_.programLines; }
 
     [[nodiscard]] QString author() const { return environment_.author; }
 

@@ -66,7 +66,7 @@ class QuickPanelWindow final : public PanelWindow {
         , prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
         , prefersMoreContrast_(std::move(handlers.prefersMoreContrast))
         , content_(store, handlers.loginItem, SensorListMetrics(textScale(QGuiApplication::primaryScreen())),
-                   std::move(handlers.close))
+                   std::move(handlers.close), PanelEnvironment::ofThisProgram(handlers.program))
         , masks_(std::move(handlers.systemSymbols)) {
         setSystemMasks(view_, masks_);
         view_.setTitle("Kelvinbar");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panel/ProgramFacts.h"
 #include "shell/SystemSymbols.h"
 
 #include <functional>
@@ -8,7 +9,7 @@
 class QMargins;
 class QWindow;
 
-/// The only header of the panel that the program includes. The panel may be a module that is loaded when it
+/// The header of the panel that the program includes. The panel may be a module that is loaded when it
 /// is first opened: until then, Qt Quick costs neither memory nor start-up time.
 namespace kelvinbar {
 
@@ -22,6 +23,7 @@ struct PanelHandlers {
     std::function<bool()> prefersReducedMotion;
     std::function<bool()> prefersMoreContrast;
     SystemSymbols systemSymbols; ///< empty on a system without symbols
+    ProgramFacts program = {};   ///< for About
 };
 
 /// The panel's window with the views in it. The caller positions, shows and hides it; showing updates the

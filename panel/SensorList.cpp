@@ -15,6 +15,7 @@ namespace kelvinbar {
 void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& hiddenKeys,
                         const std::vector<std::string>& menuBarKeys) {
     const double formerHeight = contentHeight();
+    const int formerRowTotal = rowTotal();
     const double formerViewportTop = viewport_.top; // a view scrolls by itself when its content shrinks
     const std::vector<std::string> successors = successorsOfCurrentRow();
     const std::vector<RowPlace> formerPlaces = placesToKeep();
@@ -23,6 +24,7 @@ void SensorList::update(const std::vector<SMCReading>& readings, const KeySet& h
     menuBarKeys_ = menuBarKeys;
     keepCurrentRow(successors);
     if (contentHeight() != formerHeight) emit contentHeightChanged();
+    if (rowTotal() != formerRowTotal) emit rowTotalChanged();
     for (const auto& [key, formerTop] : formerPlaces) {
         const auto number = numberOfRow(key);
         if (!number) continue;
@@ -58,7 +60,7 @@ void SensorList::derive(const std::vector<SMCReading>& readings, const KeySet& h
     readings_ = readings;
     const ReadingList visible = visibleReadings(readings_, hiddenKeys);
     visibleReadingCount_ = visible.size();
-    sections_ = sectionModels(visible, memorySubtitle_);
+    sections_ = sectionModels(visible, texts_.memoryCard);
     layOut();
     measureValues();
 }
@@ -189,23 +191,29 @@ void SensorList::requestViewportTop(double top) {
 
 void SensorList::publish() {
     std::vector<SensorCardItem> cards;
+    std::size_t rowsAbove = 0;
     for (std::size_t index = 0; index < sections_.size(); ++index) {
         const SensorSectionModel& section = sections_[index];
+        const std::size_t firstNumber = std::exchange(rowsAbove, rowsAbove + section.readings.size());
         if (!overlap(cardSpans_[index], viewport_)) continue;
         SensorRowsModel& rows = rowsModel(section.id);
-        rows.update(shownRows(section, cardSpans_[index]));
+        rows.update(shownRows(section, firstNumber, cardSpans_[index]));
         cards.emplace_back(section, cardSpans_[index], valueShapes_[index], rows);
     }
     cardsModel_.update(std::move(cards));
 }
 
-std::vector<SensorRowItem> SensorList::shownRows(const SensorSectionModel& section, const Span& card) const {
+std::vector<SensorRowItem> SensorList::shownRows(const SensorSectionModel& section, std::size_t firstNumber,
+                                                 const Span& card) const {
     const auto [first, count] = visibleRows(metrics_, card, section.readings.size(), viewport_);
     std::vector<SensorRowItem> rows;
     rows.reserve(count);
     for (std::size_t row = first; row < first + count; ++row) {
         const SMCReading& reading = *section.readings[row];
-        rows.emplace_back(reading, section.accent, isPinned(reading.key), rowSpan(metrics_, row).top);
+        const bool isSelected = isPinned(reading.key);
+        rows.emplace_back(reading, section.accent, isSelected,
+                          isSelected ? texts_.unpinToolTip : texts_.pinToolTip,
+                          static_cast<int>(firstNumber + row) + 1, rowSpan(metrics_, row).top);
     }
     return rows;
 }

@@ -46,14 +46,15 @@ class SensorList final : public QObject {
     /// Above the first card and below the last one.
     Q_PROPERTY(double margin READ margin CONSTANT)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
+    /// The number of rows in all cards.
+    Q_PROPERTY(int rowTotal READ rowTotal NOTIFY rowTotalChanged)
     /// The row with the keyboard focus; empty without one.
     Q_PROPERTY(QString currentKey READ currentKey NOTIFY currentKeyChanged)
 
   public:
-    /// `memorySubtitle` is the subtitle of the memory card; its characters outlive the list.
-    explicit SensorList(const SensorListMetrics& metrics,
-                        std::string_view memorySubtitle = MachineTexts().memoryCard)
-        : metrics_(metrics), memorySubtitle_(memorySubtitle) {}
+    /// The characters of `texts` outlive the list.
+    explicit SensorList(const SensorListMetrics& metrics, const MachineTexts& texts = {})
+        : metrics_(metrics), texts_(texts) {}
 
     /// Replaces the measures, with the same rows. Call while no view shows the list.
     void setMetrics(const SensorListMetrics& metrics);
@@ -76,6 +77,8 @@ class SensorList final : public QObject {
     [[nodiscard]] double margin() const { return metrics_.margin; }
 
     [[nodiscard]] double contentHeight() const { return listHeight(metrics_, cardSpans_); }
+
+    [[nodiscard]] int rowTotal() const { return static_cast<int>(rowCount()); }
 
     [[nodiscard]] QString currentKey() const;
 
@@ -119,6 +122,7 @@ class SensorList final : public QObject {
 
   signals:
     void contentHeightChanged();
+    void rowTotalChanged();
     void currentKeyChanged();
     /// The view must scroll so that its top is at `top`.
     void viewportTopRequested(double top);
@@ -159,13 +163,14 @@ class SensorList final : public QObject {
     void requestViewportTop(double top);
     /// Updates the models to the viewport.
     void publish();
+    /// `firstNumber`: of the section's first row, from 0 through the list.
     [[nodiscard]] std::vector<SensorRowItem> shownRows(const SensorSectionModel& section,
-                                                       const Span& card) const;
+                                                       std::size_t firstNumber, const Span& card) const;
     [[nodiscard]] bool isPinned(const std::string& key) const;
     SensorRowsModel& rowsModel(std::string_view sectionId);
 
     SensorListMetrics metrics_;
-    const std::string_view memorySubtitle_;
+    const MachineTexts texts_;
     std::vector<SMCReading> readings_;         ///< all readings, including hidden ones
     std::vector<SensorSectionModel> sections_; ///< points into `readings_`
     std::vector<Span> cardSpans_;              ///< by section

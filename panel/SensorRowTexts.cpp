@@ -70,11 +70,6 @@ std::string clipboardLine(const SMCReading& reading) {
     return std::string(fullName(reading)) + "\t" + reading.displayValue();
 }
 
-std::string_view rowToolTip(bool isMenuBarSelected) {
-    return isMenuBarSelected ? "Double-click to remove this key from the menu bar"
-                             : "Double-click to add this key to the macOS menu bar";
-}
-
 std::vector<PanelColor> rowBackgroundColors(bool isMenuBarSelected, Accent accent) {
     if (!isMenuBarSelected) return {withOpacity(white, 0.05), withOpacity(black, 0.2)};
     return {withOpacity(pinRed, 0.155), withOpacity(shade(accent), 0.11), withOpacity(black, 0.22)};

@@ -33,9 +33,6 @@ std::string_view fullName(const SMCReading& reading);
 /// Name and value, separated by a tab, for the clipboard.
 std::string clipboardLine(const SMCReading& reading);
 
-/// What a double-click does: pin or unpin.
-std::string_view rowToolTip(bool isMenuBarSelected);
-
 /// The gradient behind a row, from the top left to the bottom right corner.
 std::vector<PanelColor> rowBackgroundColors(bool isMenuBarSelected, Accent accent);
 

@@ -6,13 +6,16 @@
 
 namespace kelvinbar {
 
-SensorRowItem::SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected, double rowTop)
+SensorRowItem::SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected,
+                             std::string_view toolTipOfRow, int rowNumber, double rowTop)
     : key(reading.key)
     , name(qtText(rowName(reading)))
     , metadata(qtText(metadataLine(reading)))
     , value(qtText(rowValue(reading)))
     , sectionAccent(accent)
     , isSelected(isMenuBarSelected)
+    , toolTip(toolTipOfRow)
+    , number(rowNumber)
     , top(rowTop) {}
 
 QList<int> SensorRowItem::changedRoles(const SensorRowItem& next) const {
@@ -24,6 +27,7 @@ QList<int> SensorRowItem::changedRoles(const SensorRowItem& next) const {
     if (isSelected != next.isSelected) {
         roles << Model::SelectedRole << Model::ToolTipRole << Model::BackgroundRole;
     }
+    if (number != next.number) roles << Model::NumberRole;
     if (top != next.top) roles << Model::TopRole;
     return roles;
 }
@@ -43,9 +47,11 @@ QVariant SensorRowsModel::data(const QModelIndex& index, int role) const {
     case SelectedRole:
         return row.isSelected;
     case ToolTipRole:
-        return qtText(rowToolTip(row.isSelected));
+        return qtText(row.toolTip);
     case BackgroundRole:
         return QVariant::fromValue(qtColors(rowBackgroundColors(row.isSelected, row.sectionAccent)));
+    case NumberRole:
+        return row.number;
     case TopRole:
         return row.top;
     default:
@@ -57,10 +63,11 @@ QHash<int, QByteArray> SensorRowsModel::roleNames() const {
     return {{KeyRole, "key"},
             {NameRole, "name"},
             {MetadataRole, "metadata"},
-            {ValueRole, "value"},
+            {ValueRole, "valueText"},
             {SelectedRole, "isMenuBarSelected"},
             {ToolTipRole, "toolTip"},
             {BackgroundRole, "backgroundColors"},
+            {NumberRole, "number"},
             {TopRole, "rowTop"}};
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <qqmlregistration.h>
 #include <string>
+#include <string_view>
 
 namespace kelvinbar {
 
@@ -13,7 +14,8 @@ struct SMCReading;
 
 /// One row as it is drawn. Texts are made once per update, not at each repaint.
 struct SensorRowItem {
-    SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected, double top);
+    SensorRowItem(const SMCReading& reading, Accent accent, bool isMenuBarSelected,
+                  std::string_view toolTipOfRow, int number, double top);
 
     [[nodiscard]] std::string_view id() const { return key; }
 
@@ -26,7 +28,10 @@ struct SensorRowItem {
     QString value;
     Accent sectionAccent; ///< the colour of its section
     bool isSelected;      ///< pinned to the menu bar
-    double top;           ///< points from the top of the card
+    /// What a double-click does. Has static lifetime: it is one of the machine's texts.
+    std::string_view toolTip;
+    int number; ///< from 1 through the whole list
+    double top; ///< points from the top of the card
 };
 
 /// The rows of one card that are at least partly on the screen. SensorList updates it. Main thread.
@@ -44,6 +49,7 @@ class SensorRowsModel : public KeyedListModel<SensorRowItem> {
         SelectedRole,
         ToolTipRole,    ///< what a double-click does
         BackgroundRole, ///< the gradient, a list of colours
+        NumberRole,     ///< from 1 through the whole list
         TopRole,        ///< points from the top of the card
     };
 

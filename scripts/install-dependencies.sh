@@ -33,7 +33,7 @@ declare -A evidence=(
   [kwin-x11]=kwin_x11 [x11-xserver-utils]=xrdb [marco]=marco [mate-panel]=mate-panel
   [mate-settings-daemon]=mate-settings-daemon [mate-session-manager]=mate-session [cinnamon]=cinnamon
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
-  [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
+  [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
 )
@@ -46,7 +46,7 @@ lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
   sway waybar xwayland qt6-wayland i3lock"
 desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon plasma-desktop plasma-workspace kwin-x11
-  x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher"
+  x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 declare -A packages=(
   [run]="$build"
   [test]="$build $lint $console_tests libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"

@@ -1,5 +1,7 @@
 #include "shell/StatusMenuItems.h"
 
+#include "base/Text.h"
+
 namespace kelvinbar {
 
 namespace {
@@ -8,7 +10,8 @@ StatusMenuItem separator(const char* identity) { return {identity, "", StatusMen
 
 /// A press on a reading opens the panel, where there is more about it.
 StatusMenuItem itemOf(const PinnedReading& reading) {
-    return {"pin:" + reading.key, reading.name + ": " + reading.value, StatusMenuCommand::openPanel};
+    return {"pin:" + reading.key, directionIsolated(reading.name) + ": " + reading.value,
+            StatusMenuCommand::openPanel};
 }
 
 } // namespace

@@ -21,7 +21,7 @@ SMCReading textReading(std::string_view key, std::string_view name, SMCCategory 
     return {.key = std::string(key),
             .name = std::string(name),
             .category = category,
-            .type = "native",
+            .type = std::string(nativeType),
             .value = value,
             .numericValue = std::nullopt,
             .unit = "",

@@ -23,7 +23,7 @@ class NativeMacSupport {
     /// `system` must outlive the object.
     explicit NativeMacSupport(const SystemInformation& system) : system_(system) {}
 
-    /// The facts that have a value, in a fixed order. Their type is "native".
+    /// The facts that have a value, in a fixed order. Their type is `nativeType`.
     [[nodiscard]] std::vector<SMCReading> readings() const;
 
     /// The trimmed text of the sysctl entry `name`. No value if it is missing, empty after trimming or not

@@ -19,8 +19,9 @@ bool isControlCharacter(std::string_view character) {
 }
 
 std::string gap(std::string_view text, std::size_t width) {
-    const std::size_t length = characterCount(text);
-    return std::string(width - std::min(width, length), ' ');
+    std::string spaces;
+    spaces.resize(width - std::min(width, characterCount(text)), ' ');
+    return spaces;
 }
 
 } // namespace

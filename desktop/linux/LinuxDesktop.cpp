@@ -149,6 +149,8 @@ class LinuxDesktop final : public Desktop {
 
     UserDefaults& userDefaults() override { return userDefaults_; }
 
+    [[nodiscard]] std::string preferencesPlace() const override { return userDefaults_.path().toStdString(); }
+
     void flushUserDefaults(std::chrono::milliseconds limit) override { userDefaults_.flush(limit); }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion_.isExpressed(); }

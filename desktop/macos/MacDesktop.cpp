@@ -78,6 +78,8 @@ class MacDesktop final : public Desktop {
 
     UserDefaults& userDefaults() override { return userDefaults_; }
 
+    [[nodiscard]] std::string preferencesPlace() const override { return userDefaults_.path().toStdString(); }
+
     /// Each change is written at once.
     void flushUserDefaults(std::chrono::milliseconds /*limit*/) override {}
 

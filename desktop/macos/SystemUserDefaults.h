@@ -14,6 +14,9 @@ class SystemUserDefaults final : public VariantUserDefaults {
     /// Logs the first failure to write as a warning. The log must outlive the object.
     SystemUserDefaults(const QString& organization, const QString& program, Log& log);
 
+    /// The path of the file that the system writes.
+    [[nodiscard]] QString path() const { return settings_.fileName(); }
+
   protected:
     [[nodiscard]] QVariant storedValue(const QString& key) const override;
     void storeValue(const QString& key, const QVariant& value) override;

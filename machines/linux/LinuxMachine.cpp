@@ -21,7 +21,14 @@ constexpr MachineTexts linuxTexts{.reading = "Reading sensors…",
                                   .nothingReadable = "No sensor returned a real value",
                                   .systemFactsOnly = "No sensors; showing what the system knows",
                                   .scanning = "Scanning sensors…",
-                                  .memoryCard = "Memory sensors"};
+                                  .memoryCard = "Memory sensors",
+                                  .pinToolTip = "Double-click to add this key to the tray",
+                                  .unpinToolTip = "Double-click to remove this key from the tray",
+                                  .pinned = "Showing this key in the tray",
+                                  .pin = "Show in tray",
+                                  .unpin = "Remove from tray",
+                                  .loginItem = "Enable or disable starting Kelvinbar with the session.",
+                                  .about = "Tray sensor reader for Linux PCs and for Macs that run Linux."};
 
 std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
                                        const std::shared_ptr<const MonotonicClock>& clock, Log& log) {

@@ -100,12 +100,12 @@ class Recorder {
     std::string_view takeLine(std::string_view line) {
         const auto fields = splitFields(line);
         if (!fields) return "not a reading (key, type, name, value and RAW=, separated by tabs)";
-        const bool isText = isSensorKey(fields->key) || fields->type == "ioreg" || fields->type == "native";
+        const bool isText = isSensorKey(fields->key) || fields->type == "ioreg" || fields->type == nativeType;
         if (isText && !isValidUtf8(line)) return "the line is not well-formed UTF-8";
         if (isSensorKey(fields->key)) return takeSensor(*fields);
         if (!isPrintableSMCKey(fields->key)) return "the key is not four printable characters";
         if (fields->type == "ioreg") return takeFan(*fields);
-        if (fields->type == "native") return takeFact(*fields);
+        if (fields->type == nativeType) return takeFact(*fields);
         return takeKey(*fields);
     }
 

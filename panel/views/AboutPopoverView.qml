@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvinbar.Panel
 
-/// The author of the program, and how to contact them.
+/// What the program is, where it keeps what, and how to contact its author.
 T.Popup {
     id: popover
 
@@ -38,8 +38,13 @@ T.Popup {
     }
     contentItem: Column {
         spacing: 10
+        // Screen readers tell what has the keyboard.
+        focus: true
         Accessible.role: Accessible.Dialog
         Accessible.name: "About Kelvinbar"
+        Accessible.description: popover.controls.about
+        Accessible.focusable: true
+        Accessible.focused: activeFocus
 
         AnimatedHeaderIcon {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -57,12 +62,32 @@ T.Popup {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
-            text: "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
+            text: popover.controls.about
             font: PanelStyle.font(11.5, Font.Normal)
             color: PanelStyle.secondaryInk
             lineHeight: 1.15
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+        }
+        Repeater {
+            model: popover.controls.programLines
+
+            // Before Qt 6.5, a delegate cannot declare that it uses ids around it (ComponentBehavior).
+            // qmllint disable unqualified
+            Text {
+                required property string modelData
+
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
+                text: modelData
+                font: PanelStyle.font(10.5, Font.Normal)
+                color: PanelStyle.secondaryInk
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+            // qmllint enable unqualified
         }
         Text {
             width: parent.width

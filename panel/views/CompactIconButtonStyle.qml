@@ -12,6 +12,7 @@ PanelButton {
 
     implicitWidth: PanelStyle.scaled(25)
     implicitHeight: PanelStyle.scaled(25)
+    onVisualFocusChanged: HoverTarget.hover(control, visualFocus)
     Accessible.name: toolTip
     Accessible.description: ""
 

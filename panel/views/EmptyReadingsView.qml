@@ -10,7 +10,7 @@ Column {
     required property int hiddenCount
 
     spacing: 11
-    Accessible.role: Accessible.StaticText
+    Accessible.role: Accessible.Notification
     Accessible.name: title.text
     Accessible.description: explanation.text
 

@@ -8,7 +8,7 @@ Item {
     required property PanelControls controls
 
     implicitHeight: PanelStyle.settingsHeight
-    implicitWidth: decrease.width + number.implicitWidth + reset.width + increase.width + 18
+    implicitWidth: decrease.width + Math.max(number.implicitWidth, label.implicitWidth) + reset.width + increase.width + 18
     Accessible.role: Accessible.Grouping
     Accessible.name: "Height"
 
@@ -30,17 +30,29 @@ Item {
         isDim: stepper.controls.isLowest
         onClicked: stepper.controls.decreaseHeight()
     }
-    DigitsText {
-        id: number
+    Column {
         anchors.left: decrease.right
         anchors.right: reset.left
         anchors.verticalCenter: parent.verticalCenter
-        isCentered: true
-        text: stepper.controls.manualHeight
-        font: PanelStyle.roundedFont(12, Font.Black)
-        color: PanelStyle.labelInk
-        Accessible.role: Accessible.StaticText
-        Accessible.name: "Height " + text
+
+        DigitsText {
+            id: number
+            width: parent.width
+            isCentered: true
+            text: stepper.controls.manualHeight
+            font: PanelStyle.roundedFont(12, Font.Black)
+            color: PanelStyle.labelInk
+            Accessible.role: Accessible.StaticText
+            Accessible.name: "Height " + text
+        }
+        Text {
+            id: label
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "height"
+            font: PanelStyle.font(8.7, Font.DemiBold)
+            color: PanelStyle.secondaryInk
+            Accessible.ignored: true
+        }
     }
     CompactIconButtonStyle {
         id: reset

@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick
 
-/// The control under the pointer, whose tooltip is shown.
+/// The control whose tooltip is shown: the one that the pointer or the keyboard has come to last.
 QtObject {
     property Item item: null
 

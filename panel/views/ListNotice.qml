@@ -13,8 +13,8 @@ Plate {
     isVertical: true
     colors: PanelStyle.popupColors
     stroke: PanelStyle.white(0.16)
-    Accessible.role: Accessible.StaticText
-    Accessible.name: label.text
+    Accessible.role: Accessible.Notification
+    Accessible.name: label.text.replace(/[\u2068\u2069]/g, "")
 
     // Nothing reaches the rows below.
     MouseArea {
@@ -29,11 +29,12 @@ Plate {
         anchors.right: undo.visible ? undo.left : parent.right
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideRight
         textFormat: Text.PlainText
-        text: !notice.isSearch ? "Hidden: " + notice.content.hidden.lastName
+        text: !notice.isSearch ? "Hidden: \u2068" + notice.content.hidden.lastName + "\u2069"
             : notice.content.search.isFound ? notice.content.search.text
-            : notice.content.search.text + " – no such name"
+            : "\u2068" + notice.content.search.text + "\u2069 – no such name"
         font: PanelStyle.font(11, Font.DemiBold)
         color: PanelStyle.labelInk
         Accessible.ignored: true

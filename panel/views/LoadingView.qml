@@ -9,7 +9,7 @@ Column {
     property bool reducedMotion: false
 
     spacing: 12
-    Accessible.role: Accessible.StaticText
+    Accessible.role: Accessible.Notification
     Accessible.name: label.text
 
     ProgressRing {

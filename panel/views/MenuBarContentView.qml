@@ -78,9 +78,19 @@ FocusScope {
             anchors.bottom: lowerDivider.top
             width: parent.width
 
+            StatusLine {
+                id: notice
+                width: parent.width
+                height: visible ? implicitHeight : 0
+                margin: view.content.sensors.margin
+                visible: readings.visible && text.length > 0
+                text: view.content.notice
+            }
             ReadingsList {
                 id: readings
-                anchors.fill: parent
+                anchors.top: notice.bottom
+                anchors.bottom: parent.bottom
+                width: parent.width
                 content: view.content
                 visible: view.content.state === PanelContent.Sections
             }
@@ -112,7 +122,7 @@ FocusScope {
 
             /// What neither the list nor the controls need.
             readonly property real rest: parent.height - header.height - upperDivider.height - lowerDivider.height
-                                         - implicitHeight - view.content.sensors.contentHeight
+                                         - implicitHeight - notice.height - view.content.sensors.contentHeight
 
             anchors.bottom: parent.bottom
             width: parent.width

@@ -12,6 +12,7 @@ T.MenuItem {
     rightPadding: 10
 
     contentItem: Text {
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         textFormat: Text.PlainText

@@ -26,6 +26,7 @@ PanelMenu {
             Text {
                 id: title
                 width: parent.width
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
                 text: rowMenu.row.name
@@ -47,7 +48,7 @@ PanelMenu {
         }
     }
     PanelMenuItem {
-        text: rowMenu.row.isPinned ? "Remove from menu bar" : "Show in menu bar"
+        text: rowMenu.row.isPinned ? rowMenu.content.unpinText : rowMenu.content.pinText
         onTriggered: rowMenu.content.toggleRow(rowMenu.row.key)
     }
     PanelMenuItem {

@@ -8,30 +8,57 @@ Item {
     required property string key
     required property string name
     required property string metadata
-    required property string value
+    // Not called value, whose changes the toolkit tells to assistive tools as those of a slider.
+    required property string valueText
     required property bool isMenuBarSelected
     required property string toolTip
     required property list<color> backgroundColors
+    /// From 1 through the whole list.
+    required property int number
     required property real rowTop
     required property color accent
     required property PanelContent content
     /// The width of the longest value in the column.
     property real columnWidth: 0
+    readonly property bool isCut: nameText.truncated || metadataText.truncated || chipText.width < chipText.implicitWidth
+    readonly property bool isToldAtFocus: activeFocus && isCut
+    /// Where tooltips end, so that the values of the rows around stay in view.
+    readonly property real toolTipEnd: marks.x + chip.x - marks.spacing
+    /// The value as screen readers tell it. They would read the row with the keyboard again at each change.
+    property string toldValue
     readonly property bool isHovered: pointer.containsMouse || hide.hovered
 
     y: rowTop
     Accessible.role: Accessible.ListItem
-    Accessible.name: name + ", " + value
-    Accessible.description: (isMenuBarSelected ? pin.toolTip + ". " : "") + metadata
+    Accessible.name: name
+    Accessible.description: toldValue + ", " + number + " of " + content.sensors.rowTotal + ". "
+                            + (isMenuBarSelected ? pin.toolTip + ". " : "") + metadata
+                            + ". Enter: " + (isMenuBarSelected ? content.unpinText : content.pinText) + ". Delete: Hide."
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.selectable: true
     Accessible.selected: isMenuBarSelected
     Accessible.onPressAction: content.toggleRow(key)
 
+    /// What is cut is told in full, above what a double-click does. A name from right to left reorders nothing around it.
+    function fullToolTip(): string {
+        let cut = nameText.truncated ? "\u2068" + name + "\u2069, " : "";
+        if (metadataText.truncated)
+            cut += metadata + ", ";
+        if (chipText.width < chipText.implicitWidth)
+            cut += valueText + ", ";
+        return cut.slice(0, -2) + "\n" + toolTip;
+    }
+
+    onIsToldAtFocusChanged: HoverTarget.hover(pointer, isToldAtFocus)
     onIsHoveredChanged: content.sensors.hover(key, isHovered)
     Component.onDestruction: content.sensors.hover(key, false)
 
+    Binding on toldValue {
+        value: row.valueText
+        when: !row.activeFocus
+        restoreMode: Binding.RestoreNone
+    }
     Plate {
         anchors.fill: parent
         colors: row.backgroundColors
@@ -43,14 +70,15 @@ Item {
     MouseArea {
         id: pointer
 
-        readonly property string toolTip: row.toolTip
+        readonly property string toolTip: row.isCut ? row.fullToolTip() : row.toolTip
+        readonly property real toolTipEnd: row.toolTipEnd
 
         anchors.fill: parent
         hoverEnabled: true
         onContainsMouseChanged: HoverTarget.hover(pointer, containsMouse)
         onPressed: mouse => {
-            HoverTarget.hover(pointer, false);
             row.content.pressRow(row.key, pointer.mapToItem(null, mouse.x, mouse.y));
+            HoverTarget.hover(pointer, false); // after the row has got the keyboard, which shows its tooltip
         }
         onDoubleClicked: row.content.doubleClickRow(row.key)
     }
@@ -63,7 +91,9 @@ Item {
         spacing: 1
 
         Text {
+            id: nameText
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             elide: Text.ElideRight
             textFormat: Text.PlainText
             maximumLineCount: 1
@@ -73,7 +103,9 @@ Item {
             Accessible.ignored: true
         }
         Text {
+            id: metadataText
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             elide: Text.ElideRight
             textFormat: Text.PlainText
             maximumLineCount: 1
@@ -93,7 +125,8 @@ Item {
         Symbol {
             id: pin
 
-            readonly property string toolTip: "Showing this key in the menu bar"
+            readonly property string toolTip: row.content.pinnedText
+            readonly property real toolTipEnd: row.toolTipEnd - marks.x - pin.x
 
             anchors.verticalCenter: parent.verticalCenter
             visible: row.isMenuBarSelected
@@ -126,7 +159,7 @@ Item {
                 anchors.rightMargin: Math.max(chip.margin, Math.floor((chip.width - chip.valueWidth) / 2))
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, chip.width - 2 * chip.margin)
-                text: row.value
+                text: row.valueText
                 font: PanelStyle.valueFont
                 color: PanelStyle.accentText(row.accent)
             }
@@ -135,6 +168,7 @@ Item {
             id: hide
 
             readonly property real rim: 2
+            readonly property real toolTipEnd: row.toolTipEnd - marks.x - hide.x
 
             anchors.verticalCenter: parent.verticalCenter
             // The circle is smaller than what can be hit.

@@ -47,6 +47,12 @@ Item {
         }
     }
     Column {
+        id: heading
+
+        readonly property string toolTip: titleText.truncated || subtitleText.truncated ? card.title + ", " + card.subtitle : ""
+        // No value of a row begins further left.
+        readonly property real toolTipEnd: card.width / 2 - x
+
         anchors.left: tile.right
         anchors.leftMargin: 10
         anchors.right: badge.left
@@ -54,7 +60,11 @@ Item {
         anchors.verticalCenter: tile.verticalCenter
         spacing: 1
 
+        HoverHandler {
+            onHoveredChanged: HoverTarget.hover(heading, hovered)
+        }
         Text {
+            id: titleText
             width: parent.width
             elide: Text.ElideRight
             text: card.title
@@ -63,6 +73,7 @@ Item {
             Accessible.ignored: true
         }
         Text {
+            id: subtitleText
             width: parent.width
             elide: Text.ElideRight
             fontSizeMode: Text.HorizontalFit

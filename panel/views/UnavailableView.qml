@@ -8,7 +8,7 @@ Column {
     property string statusMessage: ""
 
     spacing: 12
-    Accessible.role: Accessible.StaticText
+    Accessible.role: Accessible.Notification
     Accessible.name: statusMessage
 
     Symbol {

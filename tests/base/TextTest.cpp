@@ -259,5 +259,18 @@ TEST(Text, ReplacesInOnePassFromTheLeft) {
     EXPECT_EQ(replacedAll("aab", "ab", "b"), "ab"); // the "ab" that arises is not looked at again
 }
 
+// Direction
+
+TEST(DirectionIsolated, PutsMarksAroundWhatRunsFromRightToLeft) {
+    EXPECT_EQ(directionIsolated("מעבד 1"), "\u2068מעבד 1\u2069");
+    EXPECT_EQ(directionIsolated("CPU معالج"), "\u2068CPU معالج\u2069");
+}
+
+TEST(DirectionIsolated, LeavesOtherTextsAsTheyAre) {
+    for (const char* const text : {"", "CPU 48 °C", "处理器", "Процессор", "\xD7", "a\xD7"}) {
+        EXPECT_EQ(directionIsolated(text), text);
+    }
+}
+
 } // namespace
 } // namespace kelvinbar::text_test

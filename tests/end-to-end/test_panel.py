@@ -17,7 +17,7 @@ ONE_READING = r"[0-9.]+°"
 TWO_READINGS = ONE_READING + "  " + ONE_READING
 
 WIDTH, HEIGHT = Panel.SIZE
-ABOUT = "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
+ABOUT = "Tray sensor reader for Linux PCs and for Macs that run Linux."
 BARE_DESKTOP = Point(200, 600)
 HIDE_BUTTON_FROM_RIGHT = 39
 SPACE_ABOVE_AND_BELOW = 80  # of the highest panel

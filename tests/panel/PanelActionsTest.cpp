@@ -131,9 +131,14 @@ TEST(PanelToolTips, TheSamplingRateTellsBothRates) {
 }
 
 TEST(PanelToolTips, TheLoginItemTellsWhatAClickDoes) {
-    EXPECT_EQ(loginItemToolTip(true), "Enable or disable Kelvinbar as a macOS login item.");
-    EXPECT_EQ(loginItemToolTip(false), "Open Login Items in System Settings; automatic registration requires "
-                                       "macOS 13 or newer.");
+    EXPECT_EQ(loginItemToolTip({}, true), "Enable or disable Kelvinbar as a macOS login item.");
+    EXPECT_EQ(loginItemToolTip({}, false),
+              "Open Login Items in System Settings; automatic registration requires "
+              "macOS 13 or newer.");
+}
+
+TEST(PanelToolTips, TheLoginItemIsCalledAsTheMachineCallsIt) {
+    EXPECT_EQ(loginItemToolTip({.loginItem = "with the session"}, true), "with the session");
 }
 
 // Height

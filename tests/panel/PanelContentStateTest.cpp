@@ -90,5 +90,20 @@ TEST(PanelContentState, WithoutTheControllerNoSectionsAreShown) {
     EXPECT_EQ(stateWith(true, false, {readingIn(SMCCategory::cpu)}), unavailable);
 }
 
+// System facts
+
+std::vector<SMCReading> readingsOfTypes(const std::vector<std::string>& types) {
+    std::vector<SMCReading> readings(types.size());
+    for (std::size_t index = 0; index < types.size(); ++index) readings[index].type = types[index];
+    return readings;
+}
+
+TEST(SystemFacts, AreReadingsOfTheOperatingSystemAlone) {
+    EXPECT_TRUE(areSystemFacts(readingsOfTypes({"native", "native"})));
+    EXPECT_FALSE(areSystemFacts(readingsOfTypes({"native", "sp78"})));
+}
+
+TEST(SystemFacts, NoReadingsAreNone) { EXPECT_FALSE(areSystemFacts({})); }
+
 } // namespace
 } // namespace kelvinbar::panel_content_state_test

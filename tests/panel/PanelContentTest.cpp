@@ -244,6 +244,34 @@ TEST_F(ContentState, ShowsWhyTheSensorsAreUnavailable) {
     EXPECT_EQ(content->statusMessage(), QString::fromStdString(store->statusMessage().value()));
 }
 
+TEST_F(ContentState, TellsAboveTheFirstCardThatOnlyTheSystemIsRead) {
+    driver().hasService = false;
+    makeStore();
+    finishPasses();
+    makeContent();
+    content->panelWillOpen(false);
+    EXPECT_EQ(content->state(), PanelContent::Sections);
+    EXPECT_EQ(content->notice(), "AppleSMC unavailable; showing native macOS telemetry");
+    store->refresh(false);
+    turn();
+    EXPECT_EQ(content->notice(), "AppleSMC unavailable; showing native macOS telemetry");
+}
+
+TEST_F(ContentState, TellsNothingAboveTheFirstCardOnceSensorsAreRead) {
+    driver().hasService = false;
+    makeStore();
+    finishPasses();
+    makeContent();
+    content->panelWillOpen(false);
+    const QSignalSpy changes(content.get(), &PanelContent::noticeChanged);
+    driver().hasService = true;
+    setKeys(driver(), keys);
+    refresh(true);
+    turn();
+    EXPECT_EQ(content->notice(), "");
+    EXPECT_EQ(changes.count(), 1);
+}
+
 TEST_F(ContentState, ScansAgainWhereThereIsNothingToShow) {
     makeRefreshedStore({temperatureKey("ZZZZ", 1)});
     makeContent();
@@ -478,6 +506,17 @@ TEST_F(ContentUpdates, TheStoreGoesOnWithoutThem) {
 }
 
 // Rows
+
+TEST_F(ContentRows, ArePinnedInTheWordsOfTheMachine) {
+    machineOfStore.texts.pinned = "is pinned";
+    machineOfStore.texts.pin = "pin";
+    machineOfStore.texts.unpin = "unpin";
+    makeStore();
+    makeContent();
+    EXPECT_EQ(content->pinnedText(), "is pinned");
+    EXPECT_EQ(content->pinText(), "pin");
+    EXPECT_EQ(content->unpinText(), "unpin");
+}
 
 TEST_F(ContentRows, ADoubleClickPinsAndAnotherUnpins) {
     doubleClick("TG0D");

@@ -305,6 +305,14 @@ TEST_F(ActionControls, TheAuthorIsWrittenTo) {
     EXPECT_EQ(opened.addresses(), QList<QUrl>{QUrl("mailto:" + controls->contact())});
 }
 
+TEST_F(ActionControls, TheProgramIsDescribedInTheWordsOfTheMachine) {
+    EXPECT_EQ(controls->about(), "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and "
+                                 "Apple Silicon Macs.");
+    machineOfStore.texts.about = "Tray sensor reader.";
+    makeStore();
+    EXPECT_EQ(PanelControls(*store, loginItem).about(), "Tray sensor reader.");
+}
+
 TEST_F(ActionControls, AnAuthorIsNamed) { EXPECT_NE(controls->author(), ""); }
 
 // Login

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QColor>
+#include <QSignalSpy>
 #include <algorithm>
 #include <cstddef>
 #include <map>
@@ -317,10 +318,21 @@ TEST_F(ListContent, ACardTellsTheShapeOfItsLongestValue) {
     record();
     at(readings, "C0001").value = "113.4";
     show(readings);
-    EXPECT_EQ(journal, (Texts{"cpu: change 1 value"})) << "the column stays";
+    EXPECT_EQ(journal, (Texts{"cpu: change 1 valueText"})) << "the column stays";
     at(readings, "C0001").value = "9.5";
     list.updateInPlace(readings, {});
     EXPECT_EQ(card(0, SensorCardsModel::ValueShapeRole), "0.0°");
+}
+
+TEST_F(ListContent, ARowTellsWhatADoubleClickDoesInTheWordsOfItsMachine) {
+    SensorList other(metrics, {.pinToolTip = "add", .unpinToolTip = "remove"});
+    other.setViewport(0, 1000);
+    other.update(cpuReadings(2), {}, {"C0001"});
+    const QAbstractItemModel& rows = *other.cards()
+                                          ->data(other.cards()->index(0, 0), SensorCardsModel::RowsRole)
+                                          .value<SensorRowsModel*>();
+    EXPECT_EQ(rows.data(rows.index(0, 0), SensorRowsModel::ToolTipRole), "add");
+    EXPECT_EQ(rows.data(rows.index(1, 0), SensorRowsModel::ToolTipRole), "remove");
 }
 
 TEST_F(ListContent, KeepsItsRowsWhenItsMeasuresChange) {
@@ -343,6 +355,34 @@ TEST_F(ListContent, ARowTellsItsTextsAndItsPlaceInTheCard) {
     EXPECT_EQ(row(0, 1, SensorRowsModel::MetadataRole), "sp78 • °C");
     EXPECT_EQ(row(0, 1, SensorRowsModel::ValueRole), "40°");
     EXPECT_EQ(row(0, 1, SensorRowsModel::TopRole), metrics.cardHeader + pitch());
+}
+
+TEST_F(ListContent, ARowTellsItsNumberInTheWholeList) {
+    list.setViewport(0, 1000);
+    list.update(cpuReadings(2) + thermalReadings(2), {}, {});
+    EXPECT_EQ(list.rowTotal(), 4);
+    std::vector<int> numbers;
+    for (int card = 0; card < 2; ++card) {
+        const auto* const rows =
+            list.cards()->index(card, 0).data(SensorCardsModel::RowsRole).value<SensorRowsModel*>();
+        for (int row = 0; row < rows->rowCount(); ++row) {
+            numbers.push_back(rows->index(row, 0).data(SensorRowsModel::NumberRole).toInt());
+        }
+    }
+    EXPECT_EQ(numbers, (std::vector{1, 2, 3, 4}));
+}
+
+TEST_F(ListContent, ARowBelowOneThatIsGoneHasANewNumberAndTheTotalIsSignalled) {
+    list.setViewport(0, 1000);
+    list.update(cpuReadings(3), {}, {});
+    const QSignalSpy changes(&list, &SensorList::rowTotalChanged);
+    list.update(without(cpuReadings(3), {"C0000"}), {}, {});
+    const auto* const rows =
+        list.cards()->index(0, 0).data(SensorCardsModel::RowsRole).value<SensorRowsModel*>();
+    EXPECT_EQ(rows->index(0, 0).data(SensorRowsModel::NumberRole).toInt(), 1);
+    EXPECT_EQ(changes.count(), 1);
+    list.update(without(cpuReadings(3), {"C0000"}), {}, {});
+    EXPECT_EQ(changes.count(), 1);
 }
 
 TEST_F(ListContent, APinnedRowLooksDifferent) {
@@ -546,8 +586,8 @@ TEST_F(ListRefresh, WithTenMovedValuesSignalsTenRowsAndTheirValueOnly) {
     Texts expected;
     for (int number = 0; number < 300; number += 30) {
         readings[static_cast<std::size_t>(number)].value = "55";
-        expected.push_back(number == 0 ? std::string("cpu: change 0 value")
-                                       : "thermal: change " + std::to_string(number - 30) + " value");
+        expected.push_back(number == 0 ? std::string("cpu: change 0 valueText")
+                                       : "thermal: change " + std::to_string(number - 30) + " valueText");
     }
     show(readings);
     ASSERT_EQ(expected.size(), 10U);
@@ -590,8 +630,8 @@ TEST_F(ListRefresh, SignalsEachThingThatChangedInARow) {
     at(readings, "C0001").unit = "W";
     at(readings, "C0002").type = "flt ";
     show(readings);
-    EXPECT_EQ(journal, (Texts{"cpu: change 0 name", "cpu: change 1 metadata value", "cpu: change 2 metadata",
-                              "cards: change 0 valueShape"}));
+    EXPECT_EQ(journal, (Texts{"cpu: change 0 name", "cpu: change 1 metadata valueText",
+                              "cpu: change 2 metadata", "cards: change 0 valueShape"}));
 }
 
 TEST_F(ListRefresh, APinSignalsItsRowAlone) {
@@ -614,8 +654,9 @@ TEST_F(ListRefresh, ARowThatComesMovesWhatIsBelow) {
     show(cpuReadings(1) + cpuReadings(1, 2) + thermalReadings(1));
     record();
     show(cpuReadings(3) + thermalReadings(1));
-    EXPECT_EQ(journal, (Texts{"height", "cpu: insert 1", "cpu: change 2 rowTop",
-                              "cards: change 0 count cardHeight", "cards: change 1 cardTop"}));
+    EXPECT_EQ(journal,
+              (Texts{"height", "cpu: insert 1", "cpu: change 2 number rowTop", "thermal: change 0 number",
+                     "cards: change 0 count cardHeight", "cards: change 1 cardTop"}));
 }
 
 TEST_F(ListRefresh, ACardComesWithItsRows) {
@@ -781,7 +822,7 @@ TEST_F(ListInPlace, ADifferentScrollPositionIsRequestedOnceWithTheRowsOfThatPosi
     show(cpuReadings(53, 7));
     Texts expected{"height", "scroll"};
     for (int number = 0; number < 5; ++number) {
-        expected.push_back("cpu: change " + std::to_string(number) + " rowTop");
+        expected.push_back("cpu: change " + std::to_string(number) + " number rowTop");
     }
     expected.emplace_back("cards: change 0 count cardHeight");
     EXPECT_EQ(journal, expected);

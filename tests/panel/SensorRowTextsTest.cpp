@@ -255,13 +255,6 @@ TEST(ValueShape, CountsCharactersNotBytes) { EXPECT_EQ(shapeOf({"1°°°", "1234
 
 TEST(ValueShape, IsEmptyWithoutReadings) { EXPECT_EQ(shapeOf({}), ""); }
 
-// Tool tip
-
-TEST(RowToolTip, ItSaysWhatADoubleClickDoes) {
-    EXPECT_EQ(rowToolTip(false), "Double-click to add this key to the macOS menu bar");
-    EXPECT_EQ(rowToolTip(true), "Double-click to remove this key from the menu bar");
-}
-
 // Background
 
 TEST(RowBackground, ARowThatIsNotPinnedGoesFromWhiteToBlackInEverySection) {

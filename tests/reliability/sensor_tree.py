@@ -94,16 +94,16 @@ class SensorTree:
 
 
 class ConfiguredTree(SensorTree):
-    """Chips that programs read through libsensors, which has something to compute for each.
+    """Chips of which programs read one through libsensors, since there is something to compute.
 
-    It wants the kernel's own /sys, so only the classes are replaced. What it adds is too little to be shown.
+    The library wants the kernel's own /sys, so only the classes are replaced. What it adds is too little to be shown.
     """
 
     def __init__(self, folder: Path) -> None:
         super().__init__(folder)
         self._configuration = folder / "configuration"
         self._configuration.mkdir()
-        (self._configuration / "all").write_text('chip "*"\n    compute temp1 @+0.001, @-0.001\n')
+        (self._configuration / "all").write_text('chip "slow-*"\n    compute temp1 @+0.001, @-0.001\n')
 
     def _mounts(self) -> list[tuple[Path, str]]:
         return [(self._root / "class", "/sys/class"), (self._configuration, "/etc/sensors.d")]

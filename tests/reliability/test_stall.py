@@ -24,7 +24,6 @@ SNAPSHOT_SECONDS = 2  # for what does not answer
 START_UP_SECONDS = 1  # of a process on a busy machine
 SET_ASIDE_SECONDS = 10
 
-AT_START_ONLY = ("open", "libsensors")
 WHENS = ("before", "during", "after")
 CHANGED = "KelvinbarAlternatesIcon"
 
@@ -149,9 +148,9 @@ QUICK = {
 
 
 def cases() -> Iterator[object]:
-    """A file that is kept open is opened only at the start. Through libsensors, only the first reading was tried."""
+    """A file that is kept open is opened only at the start."""
     for name, when, way in itertools.product(DRIVERS, WHENS, WAYS):
-        if name not in AT_START_ONLY or when == "before":
+        if name != "open" or when == "before":
             marks = () if (name, when, way) in QUICK else pytest.mark.night
             yield pytest.param(name, when, way, id=f"{name}-{when}-{way}", marks=marks)
 
@@ -178,7 +177,7 @@ def desktop_preferences(desktop: Desktop) -> dict[str, str]:
 
 
 @pytest.mark.program("kelvinbar")
-@pytest.mark.parametrize("driver", [name for name in DRIVERS if name not in AT_START_ONLY], indirect=True)
+@pytest.mark.parametrize("driver", [name for name in DRIVERS if name != "open"], indirect=True)
 def test_the_others_are_read_on_and_the_sensor_comes_back(
     desktop: Desktop, program: Path, tree: SensorTree, driver: Driver, stall: Stall, record
 ) -> None:
@@ -216,7 +215,7 @@ def run_snapshot(desktop: Desktop, command: list[str]) -> tuple[subprocess.Compl
     return desktop.run(command), time.monotonic() - started
 
 
-@pytest.mark.parametrize("driver", ("read", "open", "controller"), indirect=True)
+@pytest.mark.parametrize("driver", DRIVERS, indirect=True)
 def test_the_snapshot_prints_the_rest(
     desktop: Desktop, snapshot: Path, tree: SensorTree, driver: Driver, stall: Stall, record
 ) -> None:

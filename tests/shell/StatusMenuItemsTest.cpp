@@ -62,5 +62,10 @@ TEST(StatusMenuItems, OpenThePanelForAReading) {
     EXPECT_EQ(statusMenuItems({cpu}).front().command, StatusMenuCommand::openPanel);
 }
 
+TEST(StatusMenuItems, ANameFromRightToLeftDoesNotReorderItsValue) {
+    const auto items = statusMenuItems({{"TC0P", "מעבד 1", "48 °C", "48°"}});
+    EXPECT_EQ(items.front().text, "\u2068מעבד 1\u2069: 48 °C");
+}
+
 } // namespace
 } // namespace kelvinbar::status_menu_items_test

@@ -26,6 +26,8 @@ class PreferencesFile final : public VariantUserDefaults {
     /// Reads the file of the program `name` and logs its path. The log must outlive the object.
     PreferencesFile(const QString& name, Log& log, WriterPatience patience = standardWriterPatience());
 
+    [[nodiscard]] const QString& path() const { return path_; }
+
     /// See PreferencesWriter::flush.
     bool flush(std::chrono::milliseconds limit) { return writer_.flush(limit); }
 

@@ -71,6 +71,7 @@ std::filesystem::path linkTarget(const std::filesystem::path& path) {
 std::filesystem::path canonicalPath(const std::filesystem::path& path) {
     // The library asks for each folder on the way.
     const OpenFile place(::open(path.c_str(), O_PATH | O_CLOEXEC));
+    if (!place.isOpen() && errno == ENOENT) return {};
     if (place.isOpen()) {
         std::filesystem::path named = linkTarget("/proc/self/fd/" + std::to_string(place.descriptor()));
         if (named.is_absolute()) return named;

@@ -13,6 +13,8 @@ class ComputedValue {
     virtual ~ComputedValue() = default;
     /// Blocks while the driver reads. Nothing when the feature cannot be read.
     [[nodiscard]] virtual std::optional<double> read() const = 0;
+    /// Whether nothing could be read last because another read does not come back.
+    [[nodiscard]] virtual bool isSilent() const = 0;
 };
 
 /// Decides whether the configuration changes a feature's value.
@@ -30,6 +32,9 @@ class ConfiguredValue {
 
     /// Whether the comparison has been made.
     [[nodiscard]] bool isDecided() const { return origin_ != Origin::unknown; }
+
+    /// Whether there is no value because another read does not come back.
+    [[nodiscard]] bool isSilent() const { return origin_ == Origin::computed && computed_->isSilent(); }
 
     /// The value to show when the file holds `fromKernel`. Calls `readAgain` only while comparing. Nothing
     /// when the value must be computed and that fails.

@@ -25,6 +25,8 @@ class LibraryValue final : public ComputedValue {
         return library_->value(generation_, chip_, number_);
     }
 
+    [[nodiscard]] bool isSilent() const override { return library_->isSilent(); }
+
   private:
     std::shared_ptr<const LibsensorsLibrary> library_;
     std::uint64_t generation_;

@@ -32,8 +32,8 @@ struct LibraryChip {
 
 /// libsensors, loaded at run time, so that it is no dependency of the program. One lock serialises its calls:
 /// when a chip does not answer, the other chips cannot be read through the library either. Calls then fail at
-/// once, after the first has waited a second. Pointers that the library returned dangle after its next start;
-/// `generation` guards against their use. Any thread.
+/// once when the chip has been set aside, else after the first has waited a second. Pointers that the library
+/// returned dangle after its next start; `generation` guards against their use. Any thread.
 class LibsensorsLibrary {
   public:
     /// Loads the library. Null when it or one of its functions is missing; `reason` then holds the message.
@@ -52,6 +52,9 @@ class LibsensorsLibrary {
 
     /// Whether a call does not come back. Waits up to a second to find out.
     [[nodiscard]] bool isBlocked() const { return !locked(); }
+
+    /// Whether the last call failed because another does not come back.
+    [[nodiscard]] bool isSilent() const { return isBlocked_; }
 
     /// All detected chips; empty before the first start.
     [[nodiscard]] std::vector<LibraryChip> chips() const;

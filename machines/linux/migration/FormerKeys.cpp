@@ -51,14 +51,18 @@ class Assignment {
         return chips_[place.chip].channels[place.channel];
     }
 
+    /// Visits the open channels of one kind in the chips of a family, with the number of the chip in its
+    /// family, from 0.
     template <typename Visit>
-    void forEachOpenChannel(std::string_view chips, SensorKind kind, Visit visit) {
+    void forEachOpenChannel(std::string_view family, SensorKind kind, Visit visit) {
+        int chipIndex = 0;
         for (std::size_t chip = 0; chip < chips_.size(); ++chip) {
-            if (!fitsPattern(chips, chips_[chip].name)) continue;
+            if (!fitsPattern(family, chips_[chip].name)) continue;
             for (std::size_t channel = 0; channel < chips_[chip].channels.size(); ++channel) {
                 const ChannelPlace place{chip, channel};
-                if (!done_.contains(place) && at(place).kind == kind) visit(place);
+                if (!done_.contains(place) && at(place).kind == kind) visit(place, chipIndex);
             }
+            ++chipIndex;
         }
     }
 
@@ -88,7 +92,7 @@ class Assignment {
         std::set<ChannelPlace> decided;
         for (const SensorRule& rule : sensorRules()) {
             const bool isCovered = !rule.coveredBy.empty() && hasKeyLike(rule.coveredBy);
-            forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+            forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place, int) {
                 if (!fitsPattern(rule.labels, at(place).label) || !decided.insert(place).second) return;
                 if (isCovered) done_.insert(place);
             });
@@ -158,7 +162,7 @@ class Assignment {
     void placeRegistryFans() {
         std::vector<ChannelPlace> fans;
         for (const std::string_view chips : registryChips()) {
-            forEachOpenChannel(chips, SensorKind::fan, [&](ChannelPlace place) {
+            forEachOpenChannel(chips, SensorKind::fan, [&](ChannelPlace place, int) {
                 if (fans.size() < mostRegistryFans && isNamedFan(place)) fans.push_back(place);
             });
         }
@@ -171,14 +175,15 @@ class Assignment {
     // Keys assigned by rules
 
     void apply(const SensorRule& rule) {
-        forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+        forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place, int chipIndex) {
             if (!fitsPattern(rule.labels, at(place).label)) return;
-            if (const auto key = freeKey(rule, place)) give(place, *key);
+            if (const auto key = freeKey(rule, place, chipIndex)) give(place, *key);
         });
     }
 
-    [[nodiscard]] std::optional<std::string> freeKey(const SensorRule& rule, ChannelPlace place) const {
-        const KeyDigits digits{.chipIndex = chipIndex(rule.chips, place.chip),
+    [[nodiscard]] std::optional<std::string> freeKey(const SensorRule& rule, ChannelPlace place,
+                                                     int chipIndex) const {
+        const KeyDigits digits{.chipIndex = chipIndex,
                                .labelNumber = lastNumber(at(place).label),
                                .channelNumber = at(place).number};
         for (std::string_view rest = rule.keys; !rest.empty();) {
@@ -188,13 +193,6 @@ class Assignment {
             rest.remove_prefix(std::min<std::size_t>(5, rest.size()));
         }
         return std::nullopt;
-    }
-
-    /// Chips of a family were numbered in their order.
-    [[nodiscard]] int chipIndex(std::string_view family, std::size_t chip) const {
-        const auto end = chips_.begin() + static_cast<std::ptrdiff_t>(chip);
-        return static_cast<int>(std::count_if(
-            chips_.begin(), end, [&](const SensorChip& each) { return fitsPattern(family, each.name); }));
     }
 
     // Attributes of fans
@@ -209,7 +207,7 @@ class Assignment {
     }
 
     void apply(const FanAttributeRule& rule) {
-        forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place) {
+        forEachOpenChannel(rule.chips, rule.kind, [&](ChannelPlace place, int) {
             const auto front = fanKeyFront(place.chip, at(place).number);
             if (front && isFree(*front + std::string(rule.keyEnd)))
                 give(place, *front + std::string(rule.keyEnd));

@@ -152,9 +152,8 @@ void appendFanOutputs(SensorChip& chip, const FileNames& names) {
 }
 
 /// Old drivers put the name and all channels into the device's folder.
-fs::path channelFolder(const fs::path& entry) {
-    const bool isOnDevice = !isThere(entry / "name") && isThere(entry / "device/name");
-    return isOnDevice ? entry / "device" : entry;
+bool areChannelsOnDevice(const fs::path& entry, const FileNames& names) {
+    return !names.contains("name") && names.contains("device") && isThere(entry / "device/name");
 }
 
 std::vector<fs::path> powerStates(const fs::path& entry) {
@@ -224,19 +223,28 @@ std::string networkInterface(const fs::path& devices, fs::path folder) {
     return {};
 }
 
+/// Sets what is known of the device behind the chip.
+void describeDevice(SensorChip& chip, const DeviceTree& devices, const fs::path& device) {
+    chip.model = driveModel(chip.entry);
+    chip.network = networkInterface(devices.folder(), device);
+    chip.powerStates = powerStates(chip.entry);
+}
+
 SensorChip chipAt(const DeviceTree& devices, const fs::path& entry) {
-    const fs::path device = canonicalPath(entry / "device");
+    FileNames names = fileNames(entry);
+    const bool hasDevice = names.contains("device");
+    const fs::path device = hasDevice ? canonicalPath(entry / "device") : fs::path();
     SensorChip chip;
-    chip.entry = entry;
-    chip.folder = channelFolder(entry);
+    chip.entry = chip.folder = entry;
+    if (areChannelsOnDevice(entry, names)) {
+        chip.folder /= "device";
+        names = fileNames(chip.folder);
+    }
     chip.device = devices.pathOf(entry, device);
     chip.name = systemFileLine(chip.folder / "name").value_or("");
     chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
     chip.sensorsName = chipName(chip.name.empty() ? "hwmon" : chip.name, deviceSteps(entry));
-    chip.model = driveModel(entry);
-    chip.network = networkInterface(devices.folder(), device);
-    chip.powerStates = powerStates(entry);
-    const FileNames names = fileNames(chip.folder);
+    if (hasDevice) describeDevice(chip, devices, device);
     chip.channels = channelsIn(chip.folder, names, isAnyAsleep(chip.powerStates));
     appendFanOutputs(chip, names);
     return chip;

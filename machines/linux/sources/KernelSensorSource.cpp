@@ -289,6 +289,10 @@ bool KernelSensorSource::read(const Sensor& sensor, bool isAllowed, RawReading& 
     }
     auto sample = sensor.live->read();
     if (!sample) return false;
+    if (sample->isSilent) {
+        reading = unansweredReading(sensor.prototype);
+        return true;
+    }
     if (!sensor.controllerType.empty()) return readController(sensor, *sample, reading);
     reading = sensor.prototype;
     reading.numericValue = sample->number;

@@ -148,6 +148,9 @@ std::optional<SensorSample> LiveSensor::readNumber(std::string_view line) const 
     const auto counts = numberInLine(line);
     if (!counts) return std::nullopt;
     auto number = configuredValue(static_cast<double>(*counts) / countsPerUnit_);
+    if (!number && configured_->isSilent()) {
+        return SensorSample{.number = std::nullopt, .text = {}, .raw = {}, .isSilent = true};
+    }
     if (meter_ != nullptr && number) number = meter_->powerAt(*number, clock_->now());
     if (!number || !range_.contains(*number)) return std::nullopt;
     SensorSample sample{.number = withoutSignOfZero(*number), .text = {}, .raw = std::string(trimmed(line))};

@@ -74,6 +74,7 @@ struct SensorSample {
     std::string text;             ///< the value if there is no number
     std::string raw;              ///< the text in the file
     bool isAsleep = false;
+    bool isSilent = false; ///< no value, because another read does not come back
 };
 
 /// A channel with its files open, for repeated reads. Copies share their files and meter. Any thread, except

@@ -126,6 +126,17 @@ TEST_F(LinuxMachineTest, SpeaksOfSensorsWhereAMacSpeaksOfItsController) {
     EXPECT_EQ(makeMachine().texts.memoryCard, "Memory sensors");
 }
 
+TEST_F(LinuxMachineTest, SpeaksOfTrayAndSessionWhereAMacSpeaksOfMenuBarAndLogin) {
+    const MachineTexts texts = makeMachine().texts;
+    EXPECT_EQ(texts.pinToolTip, "Double-click to add this key to the tray");
+    EXPECT_EQ(texts.unpinToolTip, "Double-click to remove this key from the tray");
+    EXPECT_EQ(texts.pinned, "Showing this key in the tray");
+    EXPECT_EQ(texts.pin, "Show in tray");
+    EXPECT_EQ(texts.unpin, "Remove from tray");
+    EXPECT_EQ(texts.loginItem, "Enable or disable starting Kelvinbar with the session.");
+    EXPECT_EQ(texts.about, "Tray sensor reader for Linux PCs and for Macs that run Linux.");
+}
+
 TEST_F(LinuxMachineTest, TellsThatItsDevicesComeAndGo) { EXPECT_TRUE(makeMachine().devicesComeAndGo); }
 
 TEST_F(LinuxMachineTest, OneTemperatureIsEnoughToBeRead) {
@@ -231,6 +242,19 @@ TEST_F(LinuxMachineTest, APassIsOneReadASensorAndNoOtherSystemCallOnFiles) {
                   }),
                   (SystemCalls{.reads = 7}));
     }
+}
+
+/// More than a controller has, of which a pass reads 1,024.
+TEST_F(LinuxMachineTest, APassReadsThousandsOfSensors) {
+    constexpr int channels = 3000;
+    std::string lines = "chip devices/pci0000:00/0000:09:00.0/hwmon/hwmon9\nname large\n";
+    for (int number = 1; number <= channels; ++number) {
+        lines.append("temp" + std::to_string(number) + "_input 45000\n");
+    }
+    add(lines);
+    const Machine machine = makeMachine();
+    machine.source->status();
+    EXPECT_EQ(machine.source->readCandidateKeys(machine.source->discoverKeys({})).size(), channels);
 }
 
 TEST_F(LinuxMachineTest, AComputerSearchesForAppleControllersOnceAMinute) {

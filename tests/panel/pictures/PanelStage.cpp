@@ -48,11 +48,15 @@ PanelStage::PanelStage(const MakeMachine& makeMachine)
                                      .mainQueue = mainQueue_,
                                      .backgroundQueue = backgroundQueue_,
                                      .wallClock = wallClock_}))
-    , panel_(makePanelWindow(*store_, {.loginItem = loginItem_,
-                                       .close = [] {},
-                                       .prefersReducedMotion = [] { return true; },
-                                       .prefersMoreContrast = [this] { return isContrastHigh_; },
-                                       .systemSymbols = {}})) {}
+    , panel_(makePanelWindow(*store_,
+                             {.loginItem = loginItem_,
+                              .close = [] {},
+                              .prefersReducedMotion = [] { return true; },
+                              .prefersMoreContrast = [this] { return isContrastHigh_; },
+                              .systemSymbols = {},
+                              .program = {.version = "1.2.3",
+                                          .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
+                                          .program = "/usr/bin/kelvinbar"}})) {}
 
 PanelStage::~PanelStage() {
     panel_.reset();

@@ -9,6 +9,7 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/FakeMachine.h"
 #include "tests/fakes/ManualQueues.h"
 #include "tests/panel/EmptyMachine.h"
 
@@ -130,11 +131,22 @@ void ViewStage::startEmpty(bool hasController) {
     finishRefresh();
 }
 
+void ViewStage::startWithSystemFacts() {
+    const fakes::FakeMachine machine;
+    machine.driver->hasService = false;
+    enter(std::make_unique<Scene>(machine.clock, machine.machine(), loginItem_));
+    finishRefresh();
+}
+
 PanelControls* ViewStage::makeControls(const QString& author, const QString& contact,
                                        const QString& donationPage) {
     openedAddresses_.clear();
     quits_ = 0;
+    const ProgramFacts facts{.version = "1.2.3",
+                             .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
+                             .program = "/opt/a/very/long/place/of/programs/kelvinbar"};
     PanelEnvironment environment{
+        .programLines = PanelEnvironment::ofThisProgram(facts).programLines,
         .author = author,
         .contact = contact,
         .donationPage = donationPage,

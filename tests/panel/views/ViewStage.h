@@ -52,6 +52,8 @@ class ViewStage final : public QObject {
     Q_INVOKABLE void startScanning();
     /// A machine whose SMC lists no key, or one without an SMC; after the first refresh.
     Q_INVOKABLE void startEmpty(bool hasController);
+    /// A machine without an SMC whose system knows some facts; after the first refresh.
+    Q_INVOKABLE void startWithSystemFacts();
 
     /// Controls over the scene's store, with these values of the build; they open nothing and do not quit.
     /// They live as long as the scene.

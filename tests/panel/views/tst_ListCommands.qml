@@ -112,7 +112,7 @@ Item {
             const name = rowIn(panel, "TC0P").name;
             mouseClick(buttonIn(rowIn(panel, "TC0P"), "Hide this property from the list"));
             wait(0);
-            verify(hasText(noticeIn(panel), "Hidden: " + name));
+            verify(hasText(noticeIn(panel), "Hidden: \u2068" + name + "\u2069"));
             mouseClick(buttonIn(noticeIn(panel), "Undo"));
             wait(0);
             compare(stage.hiddenKeys(), []);

@@ -199,6 +199,40 @@ Item {
             compare(textsIn(view).length, 2);
         }
 
+        // Screen readers
+
+        function test_whatIsShownInPlaceOfReadingsIsANotification() {
+            stage.startScanning();
+            compare(theOneInTheMiddle(makePanel(), Panel.LoadingView).Accessible.role, Accessible.Notification);
+            stage.startEmpty(true);
+            compare(theOneInTheMiddle(makePanel(), Panel.EmptyReadingsView).Accessible.role, Accessible.Notification);
+            stage.startEmpty(false);
+            compare(theOneInTheMiddle(makePanel(), Panel.UnavailableView).Accessible.role, Accessible.Notification);
+        }
+
+        // System facts
+
+        function statusLinesIn(panel) {
+            return itemsIn(panel, item => item instanceof Panel.StatusLine);
+        }
+
+        function test_aboveFactsOfTheSystemALineTellsThatNoSensorIsRead() {
+            stage.startWithSystemFacts();
+            const panel = makePanel();
+            compare(textsIn(statusLinesIn(panel)[0]).map(text => text.text),
+                    ["AppleSMC unavailable; showing native macOS telemetry"]);
+            const line = placeOf(textsIn(statusLinesIn(panel)[0])[0]);
+            const list = placeOf(listIn(panel));
+            compare(line.y + line.height, list.y);
+            compare(line.x, placeOf(cardsIn(panel)[0]).x);
+        }
+
+        function test_aboveSensorsThereIsNoLine() {
+            const panel = makePanel();
+            compare(statusLinesIn(panel).length, 0);
+            compare(placeOf(listIn(panel)).y, placeOf(listIn(panel).parent).y);
+        }
+
         function test_theItemsOfNothingFoundAreElevenPointsApart() {
             stage.startEmpty(true);
             const view = theOneInTheMiddle(makePanel(), Panel.EmptyReadingsView);

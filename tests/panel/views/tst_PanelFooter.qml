@@ -126,6 +126,15 @@ Item {
             compare(heightShown(panel), "690");
         }
 
+        function test_theNumberOfTheStepperHasALabelBelow() {
+            const stepper = firstIn(makePanel(), item => item instanceof Panel.HeightStepper, "stepper");
+            const number = placeOf(digitsIn(stepper)[0]);
+            const label = placeOf(textIn(stepper, "height"));
+            verify(label.y >= number.y + number.height);
+            fuzzyCompare(label.x + label.width / 2, number.x + number.width / 2, 0.51);
+            verify(isInside(label, placeOf(stepper)));
+        }
+
         function test_minusGoesDownByEightyAsFarAsTheStoreLets() {
             const panel = makePanel();
             const heights = [];

@@ -179,10 +179,21 @@ Item {
             compare(picture.width, 72);
         }
 
+        readonly property int programLines: 3
+
+        function test_aboutTellsVersionAndLicenceThePreferencesAndHowToSeeTheLog() {
+            const about = makeAbout({});
+            compare(textsIn(about.contentItem).slice(2, 2 + programLines).map(text => text.text), [
+                "Version 1.2.3, MIT License",
+                "Preferences: /home/ada/.config/kelvinbar/kelvinbar.conf",
+                "Log: quit, then run in a terminal\n/opt/a/very/long/place/of/programs/kelvinbar --verbose"
+            ]);
+        }
+
         function test_theTextsOfAboutAreWholeAndInsideIt() {
             const about = makeAbout({contact: "ada.lovelace@example.org", donationPage: "https://example.org/donate"});
             const texts = textsIn(about.contentItem);
-            verify(texts.length >= 5);
+            verify(texts.length >= 5 + programLines);
             for (const text of texts) {
                 verify(!text.truncated);
                 verify(isInside(placeOf(text), placeOf(about.background)), text.text);
@@ -198,7 +209,7 @@ Item {
         function test_valuesThatTheBuildDoesNotHaveAreNotShown() {
             const about = makeAbout({author: "", contact: "", donationPage: ""});
             compare(buttonsIn(about.contentItem).length, 0);
-            compare(textsIn(about.contentItem).length, 2);
+            compare(textsIn(about.contentItem).length, 2 + programLines);
         }
 
         function test_theContactIsAButtonThatWritesToTheAuthor() {

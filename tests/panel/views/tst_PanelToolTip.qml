@@ -189,6 +189,141 @@ Item {
             compare(Panel.HoverTarget.item, null);
         }
 
+        // What is cut
+
+        readonly property string longName: "A sensor whose maker found very many words for what it measures and where"
+
+        /// The first row of a panel with these rows in one card.
+        function firstRowOf(panel, names, value) {
+            stage.showReadings(names, value);
+            stage.layOut(panel);
+            return rowsIn(panel)[0];
+        }
+
+        function test_aNameThatIsCutIsToldInFullAboveWhatADoubleClickDoes() {
+            const panel = makePanel();
+            const tip = openToolTip(panel, firstRowOf(panel, [longName], "40"));
+            compare(tip.text, "\u2068" + longName + "\u2069\nDouble-click to add this key to the macOS menu bar");
+        }
+
+        function test_aValueThatIsCutIsToldInFull() {
+            const panel = makePanel();
+            const value = "1234567890 ".repeat(6) + "W";
+            const tip = openToolTip(panel, firstRowOf(panel, ["Brief"], value));
+            compare(tip.text, value + "°\nDouble-click to add this key to the macOS menu bar");
+        }
+
+        function test_markupInANameIsToldAsItIs() {
+            const panel = makePanel();
+            const tip = openToolTip(panel, firstRowOf(panel, ["<b>" + longName + "</b>"], "40"));
+            compare(tip.contentItem.textFormat, Text.PlainText);
+            verify(tip.text.startsWith("\u2068<b>A sensor"));
+        }
+
+        function test_aSubtitleThatIsCutIsToldInFull() {
+            const panel = makePanel(240, 690);
+            const card = cardsIn(panel)[0];
+            const subtitle = textIn(card, "Package, cores, diode, PECI and CPU power");
+            verify(subtitle.truncated);
+            const tip = openToolTip(panel, subtitle);
+            compare(tip.text, "CPU, Package, cores, diode, PECI and CPU power");
+        }
+
+        function test_aSubtitleThatFitsHasNoToolTip() {
+            const panel = makePanel();
+            const subtitle = textIn(cardsIn(panel)[0], "Package, cores, diode, PECI and CPU power");
+            pointAt(subtitle);
+            verify(Panel.HoverTarget.item !== null);
+            compare(Panel.HoverTarget.item.toolTip, "");
+        }
+
+        // Values of other rows
+
+        function verifyCoversNoValue(panel, tip) {
+            const place = placeOf(tip.background);
+            verify(isInside(place, placeOf(board)), JSON.stringify(place));
+            for (const digits of inAll(rowsIn(panel), digitsIn))
+                verify(!doOverlap(place, placeOf(digits.parent)), digits.text);
+        }
+
+        function test_itCoversNoValueOfTheRowsAround_data() {
+            const widths = [462, 420];
+            return ["brief", "long"].reduce((rows, tag) => rows.concat(widths.map(width => ({tag: tag + " " + width, isLong: tag === "long", width: width}))), []);
+        }
+
+        function test_itCoversNoValueOfTheRowsAround(data) {
+            const panel = makePanel(data.width);
+            const names = Array.from({length: 20}, (unused, index) => (data.isLong ? longName + " " : "Probe ") + (index + 10));
+            firstRowOf(panel, names, data.isLong ? "123456789012345678" : "40");
+            for (const row of [rowsIn(panel)[1], rowsIn(panel)[7]])
+                verifyCoversNoValue(panel, openToolTip(panel, row));
+        }
+
+        function test_thatOfTheHideButtonCoversNoValueOfTheRowsAround() {
+            const panel = makePanel();
+            const hide = buttonIn(rowIn(panel, "TC0P"), "Hide this property from the list");
+            verifyCoversNoValue(panel, openToolTip(panel, hide));
+        }
+
+        function test_thatOfTheMarkCoversNoValueOfTheRowsAround() {
+            stage.setPins(["TC0P"]);
+            const panel = makePanel();
+            const mark = firstIn(rowIn(panel, "TC0P"), item => item.name === "menubar.rectangle", "mark");
+            verifyCoversNoValue(panel, openToolTip(panel, mark));
+        }
+
+        function test_aNameFromRightToLeftDoesNotTurnTheSentenceBelow() {
+            const panel = makePanel();
+            const tip = openToolTip(panel, firstRowOf(panel, ["מעבד ".repeat(40)], "40"));
+            verify(tip.text.startsWith("\u2068מעבד"));
+            compare(tip.contentItem.effectiveHorizontalAlignment, Text.AlignLeft);
+        }
+
+        // The keyboard
+
+        function test_aButtonWithoutALabelShowsItsToolTipToTheKeyboard_data() {
+            return [{tag: "About"}, {tag: "Decrease height"}, {tag: "Reset height"}, {tag: "Increase height"}];
+        }
+
+        function test_aButtonWithoutALabelShowsItsToolTipToTheKeyboard(data) {
+            const panel = makePanel();
+            const tip = toolTipOf(panel);
+            tip.delay = 10;
+            buttonIn(panel, data.tag).forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(() => tip.opened, 3000);
+            compare(tip.text, data.tag);
+            buttonIn(panel, "Copy").forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(() => !tip.visible);
+        }
+
+        function test_aRowThatIsCutShowsItsToolTipToTheKeyboard() {
+            const panel = makePanel();
+            firstRowOf(panel, [longName, "Brief"], "40");
+            const tip = toolTipOf(panel);
+            tip.delay = 10;
+            press(Qt.Key_Down);
+            tryVerify(() => tip.opened, 3000);
+            verify(tip.text.startsWith("\u2068" + longName + "\u2069\n"));
+            press(Qt.Key_Down);
+            tryVerify(() => !tip.visible);
+        }
+
+        function test_aPressOnARowThatHasTheKeyboardHidesItToo() {
+            const panel = makePanel();
+            firstRowOf(panel, [longName, longName + "!"], "40");
+            const tip = toolTipOf(panel);
+            tip.delay = 10;
+            press(Qt.Key_Down);
+            tryVerify(() => tip.opened, 3000);
+            const other = rowsIn(panel)[1];
+            pointAt(other);
+            mousePress(other);
+            verify(other.activeFocus);
+            wait(50);
+            verify(!tip.visible);
+            mouseRelease(other);
+        }
+
         function test_itIsInsideTheWindowAndBesideItsControl_data() {
             const controls = ["About", "Fast", "Dynamic", "Decrease height", "Increase height", "Login", "ShowAll"];
             return [462, 420].reduce((rows, width) => rows.concat(controls.map(name => ({tag: name + " " + width, name: name, width: width}))), []);

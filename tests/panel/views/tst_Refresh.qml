@@ -25,14 +25,14 @@ Item {
         function test_valuesChangeInRowsThatStayTheSame() {
             const panel = makePanel();
             const before = rowsByKey(panel);
-            const values = Object.keys(before).map(key => before[key].value);
+            const values = Object.keys(before).map(key => before[key].valueText);
             refreshLater();
             const after = rowsByKey(panel);
             compare(Object.keys(after).sort(), Object.keys(before).sort());
             verify(Object.keys(before).length > 5);
             for (const key in before)
                 verify(after[key] === before[key], key);
-            verify(Object.keys(after).map(key => after[key].value).some((value, index) => value !== values[index]));
+            verify(Object.keys(after).map(key => after[key].valueText).some((value, index) => value !== values[index]));
         }
 
         function test_aChangedValueIsTheOneThatIsDrawn() {
@@ -45,7 +45,7 @@ Item {
             let changes = 0;
             for (const key in before) {
                 const text = digitsIn(before[key])[0].text;
-                compare(text, before[key].value);
+                compare(text, before[key].valueText);
                 changes += text !== drawn[key];
             }
             verify(changes > 0);
@@ -172,12 +172,12 @@ Item {
             const panel = makePanel();
             stage.setPins([]);
             const [first, above, row] = rowsIn(panel).sort((one, other) => one.rowTop - other.rowTop);
-            const [value, place, key] = [first.value, placeOf(row), above.key];
+            const [value, place, key] = [first.valueText, placeOf(row), above.key];
             mousePress(row, 30, 20);
             mouseRelease(row, 30, 20);
             stage.hide(key);
             refreshLater();
-            verify(first.value !== value);
+            verify(first.valueText !== value);
             compare(placeOf(row), place);
             verify(rowIn(panel, key).visible);
             tryVerify(() => rowsIn(panel).every(item => item.key !== key), 3000);

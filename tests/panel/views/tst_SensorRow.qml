@@ -13,10 +13,11 @@ Item {
             key: "TC0P"
             name: "CPU Proximity"
             metadata: "sp78 • °C"
-            value: "48.0°"
+            valueText: "48.0°"
             isMenuBarSelected: false
             toolTip: "what the row's tooltip says"
             backgroundColors: ["#20304050"]
+            number: 3
             rowTop: 10
             accent: "#64d2ff"
             content: stage.content
@@ -274,7 +275,7 @@ Item {
 
         function test_aLongValueElidesInsideTheChip(place) {
             const row = make(rowComponent, {
-                width: place.width, value: "a value of a length that no chip of the panel could ever have room for 123456789"
+                width: place.width, valueText: "a value of a length that no chip of the panel could ever have room for 123456789"
             });
             const value = digitsIn(row)[0];
             verify(value.implicitWidth > value.width);
@@ -286,16 +287,86 @@ Item {
         }
 
         function test_aValueThatFitsIsWhole() {
-            const row = make(rowComponent, {value: "1234 rpm"});
+            const row = make(rowComponent, {valueText: "1234 rpm"});
             const value = digitsIn(row)[0];
             compare(value.width, value.implicitWidth);
         }
 
         function test_valuesOfOneLengthHaveChipsOfOneWidth() {
-            const row = make(rowComponent, {value: "111111111.1°"});
+            const row = make(rowComponent, {valueText: "111111111.1°"});
             const width = chipOf(row).width;
-            row.value = "888888888.8°";
+            row.valueText = "888888888.8°";
             compare(chipOf(row).width, width);
+        }
+
+        // Scripts from right to left
+
+        /// The columns in which `name` is drawn, from the left edge of its text.
+        function inkColumnsOf(row, name) {
+            const text = textsIn(row)[0];
+            const place = text.mapToItem(row, 0, 0);
+            row.name = "";
+            stage.layOut(row);
+            const empty = grabImage(row);
+            row.name = name;
+            stage.layOut(row);
+            const drawn = grabImage(row);
+            const columns = [];
+            for (let x = 0; x < text.width; ++x) {
+                const lines = Array.from({length: Math.floor(text.height)}, (unused, line) => place.y + line);
+                if (lines.some(y => drawn.red(place.x + x, y) !== empty.red(place.x + x, y)))
+                    columns.push(x);
+            }
+            return columns;
+        }
+
+        function test_aNameFromRightToLeftBeginsWhereTheOthersDo_data() {
+            return [{tag: "Hebrew", name: "מעבד"}, {tag: "Arabic", name: "معالج"}, {tag: "mixed", name: "מעבד CPU 1"}];
+        }
+
+        function test_aNameFromRightToLeftBeginsWhereTheOthersDo(data) {
+            const row = make(rowComponent, {metadata: "قدرة"});
+            const columns = inkColumnsOf(row, data.name);
+            verify(columns.length > 0);
+            verify(columns[0] < 5, columns[0]);
+            verify(columns[columns.length - 1] < 120, columns[columns.length - 1]);
+            for (const text of textsIn(row))
+                compare(text.effectiveHorizontalAlignment, Text.AlignLeft);
+        }
+
+        function test_aLongNameFromRightToLeftKeepsItsBeginning() {
+            const row = make(rowComponent, {});
+            const columns = inkColumnsOf(row, "מעבד ".repeat(40));
+            verify(textsIn(row)[0].truncated);
+            verify(columns[columns.length - 1] > textsIn(row)[0].width - 20);
+        }
+
+        // Screen readers
+
+        function test_aRowIsCalledAsItsSensor() {
+            const row = make(rowComponent, {});
+            compare(row.Accessible.name, "CPU Proximity");
+            row.valueText = "49.0°";
+            compare(row.Accessible.name, "CPU Proximity");
+        }
+
+        function test_theDescriptionTellsValueAndPlaceAndWhatTheKeysDo() {
+            const total = stage.content.sensors.rowTotal;
+            compare(make(rowComponent, {}).Accessible.description,
+                    "48.0°, 3 of " + total + ". sp78 • °C. Enter: Show in menu bar. Delete: Hide.");
+            compare(make(rowComponent, {isMenuBarSelected: true}).Accessible.description,
+                    "48.0°, 3 of " + total + ". Showing this key in the menu bar. sp78 • °C. "
+                    + "Enter: Remove from menu bar. Delete: Hide.");
+        }
+
+        function test_theDescriptionKeepsItsValueWhileTheRowHasTheKeyboard() {
+            const row = make(rowComponent, {});
+            row.forceActiveFocus();
+            verify(row.activeFocus);
+            row.valueText = "49.0°";
+            verify(row.Accessible.description.startsWith("48.0°, "));
+            row.focus = false;
+            verify(row.Accessible.description.startsWith("49.0°, "));
         }
 
         // The column of values
@@ -305,20 +376,20 @@ Item {
         }
 
         function test_aValueAloneIsInTheMiddleOfItsChip() {
-            const row = make(rowComponent, {value: "29°"});
+            const row = make(rowComponent, {valueText: "29°"});
             const [chip, value] = [placeOf(chipOf(row)), placeOf(digitsIn(row)[0])];
             fuzzyCompare(value.x - chip.x, rightEdgeOf(chipOf(row)) - value.x - value.width, 1.01);
         }
 
         function test_valuesOfAColumnEndAtOneLine() {
-            const wide = make(rowComponent, {value: "100.25°", columnWidth: 60});
-            const narrow = make(rowComponent, {value: "29°", columnWidth: 60});
+            const wide = make(rowComponent, {valueText: "100.25°", columnWidth: 60});
+            const narrow = make(rowComponent, {valueText: "29°", columnWidth: 60});
             compare(rightEdgeOf(digitsIn(wide)[0]), rightEdgeOf(digitsIn(narrow)[0]));
             compare(placeOf(chipOf(wide)), placeOf(chipOf(narrow)));
         }
 
         function test_aColumnOfLongValuesWidensEveryChip() {
-            const row = make(rowComponent, {value: "29°", columnWidth: 120});
+            const row = make(rowComponent, {valueText: "29°", columnWidth: 120});
             compare(chipOf(row).width, 138);
             fuzzyCompare(rightEdgeOf(digitsIn(row)[0]), rightEdgeOf(chipOf(row)) - 9, 0.01);
         }

@@ -111,6 +111,31 @@ TEST_F(ConfiguredSourceTest, AComputedValueThatIsNotPossibleIsNoReading) {
     EXPECT_EQ(read("temp1"), std::nullopt);
 }
 
+TEST_F(ConfiguredSourceTest, AComputedValueHasNoAnswerWhileAnotherReadDoesNotComeBack) {
+    write("temp1_input", "40000");
+    computation.value = 50;
+    configuration->add(board, "temp1", "temp1", &computation);
+    discover();
+    computation.value.reset();
+    computation.isSilent = true;
+    const auto reading = read("temp1");
+    ASSERT_TRUE(reading.has_value());
+    EXPECT_EQ(reading->value, noAnswer);
+    EXPECT_EQ(reading->numericValue, std::nullopt);
+    computation.value = 51;
+    computation.isSilent = false;
+    EXPECT_EQ(valueOf("temp1"), 51);
+}
+
+TEST_F(ConfiguredSourceTest, AComputedValueThatCannotBeReadIsNoReading) {
+    write("temp1_input", "40000");
+    computation.value = 50;
+    configuration->add(board, "temp1", "temp1", &computation);
+    discover();
+    computation.value.reset();
+    EXPECT_EQ(read("temp1"), std::nullopt);
+}
+
 TEST_F(ConfiguredSourceTest, ASleepingDeviceIsComparedAtTheFirstReadingAfterItsSleep) {
     write("temp1_input", "40000");
     write("device/power/runtime_status", "suspended");

@@ -33,6 +33,8 @@ class FormulaOfMovingSensor final : public ComputedValue {
 
     [[nodiscard]] std::optional<double> read() const override { return factor_ * sensor_.next(); }
 
+    [[nodiscard]] bool isSilent() const override { return false; }
+
   private:
     MovingSensor& sensor_;
     double factor_;

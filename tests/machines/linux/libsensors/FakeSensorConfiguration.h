@@ -14,6 +14,7 @@ namespace kelvinbar::fakes {
 /// A value set by a test, with a count of its reads.
 struct FakeComputation {
     std::optional<double> value;
+    bool isSilent = false;
     int reads = 0;
 };
 
@@ -25,6 +26,8 @@ class FakeComputedValue final : public ComputedValue {
         ++computation_.reads;
         return computation_.value;
     }
+
+    [[nodiscard]] bool isSilent() const override { return computation_.isSilent; }
 
   private:
     FakeComputation& computation_;

@@ -108,6 +108,21 @@ class KernelSensorSourceTest : public testing::Test {
         return count;
     }
 
+    /// Adds chips with one temperature each, `first` to `last`.
+    void addSmallChips(int first, int last) {
+        for (int number = first; number <= last; ++number) {
+            const std::string chip = std::to_string(number);
+            add("chip devices/platform/small." + chip + "/hwmon/hwmon" + chip +
+                "\nname small\ntemp1_input 45000\n");
+        }
+    }
+
+    /// The system calls of a search, at a time at which nothing is known.
+    fakes::SystemCalls callsOfSearch() {
+        source.close();
+        return systemCallsOf([&] { discovered(); });
+    }
+
     /// Adds a chip with that many temperatures.
     void addLargeChip(int channels) {
         std::string lines = "chip devices/pci0000:00/0000:09:00.0/hwmon/hwmon9\nname large\n";
@@ -240,6 +255,16 @@ TEST_F(KernelSensorSourceTest, APassIsOneReadASensorAndNoOtherSystemCallOnFiles)
     for (int pass = 0; pass < 3; ++pass) {
         EXPECT_EQ(systemCallsOf([&] { EXPECT_EQ(read(keys).size(), 200U); }), (SystemCalls{.reads = 200}));
     }
+}
+
+TEST_F(KernelSensorSourceTest, EachFurtherChipCostsASearchTheSame) {
+    addSmallChips(1, 10);
+    const auto ten = callsOfSearch().others;
+    addSmallChips(11, 20);
+    const auto twenty = callsOfSearch().others;
+    addSmallChips(21, 40);
+    EXPECT_EQ(callsOfSearch().others - twenty, 2 * (twenty - ten));
+    EXPECT_LE(twenty - ten, 10 * 20);
 }
 
 TEST_F(KernelSensorSourceTest, TheStatusOfAnAvailableSourceIsKnownWithoutASystemCall) {
