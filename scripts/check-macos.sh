@@ -52,17 +52,24 @@ write_compilers() {
   write_program "$folder/ranlib" "'$toolchain/zig' ranlib"
 }
 
+# write_header_library FILE TARGET: a package whose headers are in offer_libraries' folder.
+write_header_library() {
+  cat >"$1" <<CMAKE
+add_library($2 INTERFACE IMPORTED)
+set_target_properties($2 PROPERTIES
+  INTERFACE_INCLUDE_DIRECTORIES "\${CMAKE_CURRENT_LIST_DIR}/../../../include")
+CMAKE
+}
+
 # Header-only libraries, separated from the other headers of this machine.
 offer_libraries() {
   local folder=$work/libraries
-  mkdir -p "$folder/include" "$folder/lib/cmake/CLI11"
+  mkdir -p "$folder/include" "$folder/lib/cmake/CLI11" "$folder/lib/cmake/nlohmann_json"
   ln -sfn /usr/include/CLI "$folder/include/CLI"
+  ln -sfn /usr/include/nlohmann "$folder/include/nlohmann"
   ln -sfn /usr/include/gtest "$folder/include/gtest"
-  cat >"$folder/lib/cmake/CLI11/CLI11Config.cmake" <<'CMAKE'
-add_library(CLI11::CLI11 INTERFACE IMPORTED)
-set_target_properties(CLI11::CLI11 PROPERTIES
-  INTERFACE_INCLUDE_DIRECTORIES "${CMAKE_CURRENT_LIST_DIR}/../../../include")
-CMAKE
+  write_header_library "$folder/lib/cmake/CLI11/CLI11Config.cmake" CLI11::CLI11
+  write_header_library "$folder/lib/cmake/nlohmann_json/nlohmann_jsonConfig.cmake" nlohmann_json::nlohmann_json
 }
 
 # Sources that use the toolkit, joined per folder, because including its headers takes most of the time.

@@ -6,6 +6,9 @@ set -euo pipefail
 # package -> a program or file that shows that the content is present, even if it did not come from the package
 declare -A evidence=(
   [g++]=g++ [cmake]=cmake [ninja-build]=ninja [libcli11-dev]=/usr/include/CLI/CLI.hpp
+  [nlohmann-json3-dev]=/usr/include/nlohmann/json.hpp [prometheus]=promtool [help2man]=help2man [zsh]=zsh [fish]=fish [man-db]=man
+  [python3-prometheus-client]=/usr/lib/python3/dist-packages/prometheus_client/openmetrics/parser.py
+  [python3-jsonschema]=/usr/lib/python3/dist-packages/jsonschema/validators.py
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
   [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git [python3]='/usr/lib/python3*/unittest/__init__.py'
@@ -36,7 +39,8 @@ declare -A evidence=(
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev $qt $xcb"
+build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev help2man $qt $xcb"
+console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
@@ -45,7 +49,7 @@ desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon p
   x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 declare -A packages=(
   [run]="$build"
-  [test]="$build fonts-quicksand $lint libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [desktops]="$desktop $desktops"
