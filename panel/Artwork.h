@@ -12,14 +12,17 @@ namespace kelvinbar {
 class Artwork : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
 
   public:
     using PaintedItem::PaintedItem;
 
     [[nodiscard]] QString name() const { return name_; }
 
-    void setName(const QString& name) { assign(name_, name); }
+    void setName(const QString& name) { assign(name_, name, &Artwork::nameChanged); }
+
+  signals:
+    void nameChanged();
 
   protected:
     [[nodiscard]] std::function<void(QPainter&)> painting() const override;

@@ -51,11 +51,11 @@ Line laidOutLine(const QString& text, const QFontMetricsF& metrics) {
 } // namespace
 
 void DigitsText::setText(const QString& text) {
-    if (assign(text_, text)) measure();
+    if (assign(text_, text, &DigitsText::textChanged)) measure();
 }
 
 void DigitsText::setFont(const QFont& font) {
-    if (assign(font_, font)) measure();
+    if (assign(font_, font, &DigitsText::fontChanged)) measure();
 }
 
 void DigitsText::measure() {

@@ -16,11 +16,11 @@ namespace kelvinbar {
 class DigitsText : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
-    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY changed)
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     /// Whether the line is centred in a wider item; otherwise it is at the left edge.
-    Q_PROPERTY(bool isCentered READ isCentered WRITE setCentered NOTIFY changed)
+    Q_PROPERTY(bool isCentered READ isCentered WRITE setCentered NOTIFY isCenteredChanged)
 
   public:
     using PaintedItem::PaintedItem;
@@ -31,7 +31,7 @@ class DigitsText : public kelvinbar::PaintedItem {
 
     [[nodiscard]] QColor color() const { return color_; }
 
-    void setColor(const QColor& color) { assign(color_, color); }
+    void setColor(const QColor& color) { assign(color_, color, &DigitsText::colorChanged); }
 
     [[nodiscard]] QFont font() const { return font_; }
 
@@ -39,7 +39,13 @@ class DigitsText : public kelvinbar::PaintedItem {
 
     [[nodiscard]] bool isCentered() const { return isCentered_; }
 
-    void setCentered(bool isCentered) { assign(isCentered_, isCentered); }
+    void setCentered(bool isCentered) { assign(isCentered_, isCentered, &DigitsText::isCenteredChanged); }
+
+  signals:
+    void textChanged();
+    void colorChanged();
+    void fontChanged();
+    void isCenteredChanged();
 
   protected:
     [[nodiscard]] std::function<void(QPainter&)> painting() const override;

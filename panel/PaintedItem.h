@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panel/PropertyChange.h"
+
 #include <QQuickItem>
 #include <functional>
 #include <qqmlregistration.h>
@@ -28,24 +30,18 @@ class PaintedItem : public QQuickItem {
     /// Redraws the item where a point has another number of pixels.
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
-    /// Sets a property, redraws the item and emits `changed`. False when the value is the same.
-    template <typename T>
-    bool assign(T& field, const T& value) {
-        if (field == value) return false;
-        field = value;
-        update();
-        emit changed();
-        return true;
+    /// Sets a property, emits its signal and redraws the item. Returns false when the value is the same.
+    template <typename Item, typename Value>
+    bool assign(Value& field, const Value& value, void (Item::*changed)()) {
+        const bool isChanged = changeProperty(static_cast<Item&>(*this), field, value, changed);
+        if (isChanged) update();
+        return isChanged;
     }
 
   private:
     /// Update the item's node, of the one kind or the other, or create it.
     QSGNode* painterNode(QSGNode* node) const;
     QSGNode* imageNode(QSGNode* node) const;
-
-  signals:
-    /// One signal for all properties; emitted after the change.
-    void changed();
 };
 
 } // namespace kelvinbar

@@ -1,6 +1,7 @@
 #include "panel/PanelControls.h"
 
 #include "panel/PanelActions.h"
+#include "panel/PropertyChange.h"
 #include "qt/Clipboard.h"
 #include "qt/QtText.h"
 #include "shell/LoginItemManager.h"
@@ -28,11 +29,24 @@ PanelControls::PanelControls(KelvinbarStore& store, LoginItemManager& loginItem,
     : store_(store)
     , loginItem_(loginItem)
     , environment_(std::move(environment))
-    , readingsObserver_(store.readings().observe([this](const auto&) { areReadingsNew_ = true; })) {}
+    , readingsObserver_(store.readings().observe([this](const auto&) { areReadingsNew_ = true; })) {
+    takeSettings();
+}
 
 void PanelControls::storeChanged() {
-    emit changed();
+    takeSettings();
     if (isRefreshAsked_ && !store_.isRefreshing()) answerRefresh();
+}
+
+void PanelControls::takeSettings() {
+    changeProperty(*this, isFast_, store_.samplingRate().value() == SMCSamplingRate::fast,
+                   &PanelControls::isFastChanged);
+    changeProperty(*this, isDynamic_, store_.displayMode().value() == SMCWindowDisplayMode::dynamic,
+                   &PanelControls::isDynamicChanged);
+    changeProperty(*this, manualHeight_, static_cast<double>(shownHeight(store_)),
+                   &PanelControls::manualHeightChanged);
+    changeProperty(*this, isLowest_, isLowestHeight(store_), &PanelControls::isLowestChanged);
+    changeProperty(*this, isGreatest_, isGreatestHeight(store_), &PanelControls::isGreatestChanged);
 }
 
 void PanelControls::answerRefresh() {
@@ -42,23 +56,11 @@ void PanelControls::answerRefresh() {
     refreshed_.show();
 }
 
-bool PanelControls::isFast() const { return store_.samplingRate().value() == SMCSamplingRate::fast; }
-
 QString PanelControls::fastToolTip() { return qtText(samplingRateToolTip); }
-
-bool PanelControls::isDynamic() const {
-    return store_.displayMode().value() == SMCWindowDisplayMode::dynamic;
-}
 
 QString PanelControls::dynamicToolTip() const {
     return qtText(displayModeToolTip(store_.displayMode().value()));
 }
-
-double PanelControls::manualHeight() const { return static_cast<double>(shownHeight(store_)); }
-
-bool PanelControls::isLowest() const { return isLowestHeight(store_); }
-
-bool PanelControls::isGreatest() const { return isGreatestHeight(store_); }
 
 QString PanelControls::about() const { return qtText(store_.texts().about); }
 

@@ -30,22 +30,23 @@ struct PanelEnvironment {
 };
 
 /// The controls of header and footer for QML: their state, texts and actions. Each `Q_INVOKABLE` is the
-/// action of one button. Actions change the store; `changed` follows when PanelContent updates. Main thread.
+/// action of one button. Actions change the store; the properties follow when PanelContent updates. Main
+/// thread.
 class PanelControls final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
     /// Whether readings are refreshed every second instead of every three.
-    Q_PROPERTY(bool isFast READ isFast NOTIFY changed)
+    Q_PROPERTY(bool isFast READ isFast NOTIFY isFastChanged)
     Q_PROPERTY(QString fastToolTip READ fastToolTip CONSTANT)
     /// Whether the panel grows to show more readings, up to the height of the screen.
-    Q_PROPERTY(bool isDynamic READ isDynamic NOTIFY changed)
-    Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY changed)
+    Q_PROPERTY(bool isDynamic READ isDynamic NOTIFY isDynamicChanged)
+    Q_PROPERTY(QString dynamicToolTip READ dynamicToolTip NOTIFY isDynamicChanged)
     /// In points, as the stepper shows it.
-    Q_PROPERTY(double manualHeight READ manualHeight NOTIFY changed)
+    Q_PROPERTY(double manualHeight READ manualHeight NOTIFY manualHeightChanged)
     /// Whether a step down or up has no effect.
-    Q_PROPERTY(bool isLowest READ isLowest NOTIFY changed)
-    Q_PROPERTY(bool isGreatest READ isGreatest NOTIFY changed)
+    Q_PROPERTY(bool isLowest READ isLowest NOTIFY isLowestChanged)
+    Q_PROPERTY(bool isGreatest READ isGreatest NOTIFY isGreatestChanged)
     /// That the snapshot is on the clipboard, and that the refresh that was asked for has ended.
     Q_PROPERTY(kelvinbar::Acknowledgement* copied READ copied CONSTANT)
     Q_PROPERTY(kelvinbar::Acknowledgement* refreshed READ refreshed CONSTANT)
@@ -66,14 +67,19 @@ class PanelControls final : public QObject {
     PanelControls(KelvinbarStore& store, LoginItemManager& loginItem,
                   PanelEnvironment environment = PanelEnvironment::ofThisProgram({}));
 
-    [[nodiscard]] bool isFast() const;
-    [[nodiscard]] static QString fastToolTip();
-    [[nodiscard]] bool isDynamic() const;
-    [[nodiscard]] QString dynamicToolTip() const;
-    [[nodiscard]] double manualHeight() const;
+    [[nodiscard]] bool isFast() const { return isFast_; }
 
-    [[nodiscard]] bool isLowest() const;
-    [[nodiscard]] bool isGreatest() const;
+    [[nodiscard]] static QString fastToolTip();
+
+    [[nodiscard]] bool isDynamic() const { return isDynamic_; }
+
+    [[nodiscard]] QString dynamicToolTip() const;
+
+    [[nodiscard]] double manualHeight() const { return manualHeight_; }
+
+    [[nodiscard]] bool isLowest() const { return isLowest_; }
+
+    [[nodiscard]] bool isGreatest() const { return isGreatest_; }
 
     [[nodiscard]] Acknowledgement* copied() { return &copied_; }
 
@@ -96,7 +102,7 @@ class PanelControls final : public QObject {
 
     [[nodiscard]] QString donationPage() const { return environment_.donationPage; }
 
-    /// Call when the store has changed; emits `changed`, and answers a refresh that has ended.
+    /// Call when the store may have changed: takes over its settings, and answers a refresh that has ended.
     void storeChanged();
 
     /// Call when the panel closes: a refresh that still runs is not answered.
@@ -123,13 +129,18 @@ class PanelControls final : public QObject {
     Q_INVOKABLE void writeToAuthor();
 
   signals:
-    void changed();
+    void isFastChanged();
+    void isDynamicChanged();
+    void manualHeightChanged();
+    void isLowestChanged();
+    void isGreatestChanged();
     /// A web page or a mail program has been opened, so the panel should close.
     void linkOpened();
     void runAtLoginChanged();
     void refreshAnswerChanged();
 
   private:
+    void takeSettings();
     void setRunAtLogin(bool runAtLogin);
     void answerRefresh();
     /// Opens a web or mail address, then emits `linkOpened`.
@@ -138,6 +149,11 @@ class PanelControls final : public QObject {
     KelvinbarStore& store_;
     LoginItemManager& loginItem_;
     PanelEnvironment environment_;
+    bool isFast_ = false;
+    bool isDynamic_ = false;
+    double manualHeight_ = 0;
+    bool isLowest_ = false;
+    bool isGreatest_ = false;
     bool runAtLogin_ = false;
     Acknowledgement copied_;
     Acknowledgement refreshed_;

@@ -12,35 +12,42 @@ class PanelShadow : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
     /// Room at each side, in points.
-    Q_PROPERTY(double leftRoom READ leftRoom WRITE setLeftRoom NOTIFY changed)
-    Q_PROPERTY(double topRoom READ topRoom WRITE setTopRoom NOTIFY changed)
-    Q_PROPERTY(double rightRoom READ rightRoom WRITE setRightRoom NOTIFY changed)
-    Q_PROPERTY(double bottomRoom READ bottomRoom WRITE setBottomRoom NOTIFY changed)
+    Q_PROPERTY(double leftRoom READ leftRoom WRITE setLeftRoom NOTIFY leftRoomChanged)
+    Q_PROPERTY(double topRoom READ topRoom WRITE setTopRoom NOTIFY topRoomChanged)
+    Q_PROPERTY(double rightRoom READ rightRoom WRITE setRightRoom NOTIFY rightRoomChanged)
+    Q_PROPERTY(double bottomRoom READ bottomRoom WRITE setBottomRoom NOTIFY bottomRoomChanged)
     /// The panel's corner radius in points.
-    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY changed)
+    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged)
 
   public:
     using PaintedItem::PaintedItem;
 
     [[nodiscard]] double leftRoom() const { return leftRoom_; }
 
-    void setLeftRoom(double room) { assign(leftRoom_, room); }
+    void setLeftRoom(double room) { assign(leftRoom_, room, &PanelShadow::leftRoomChanged); }
 
     [[nodiscard]] double topRoom() const { return topRoom_; }
 
-    void setTopRoom(double room) { assign(topRoom_, room); }
+    void setTopRoom(double room) { assign(topRoom_, room, &PanelShadow::topRoomChanged); }
 
     [[nodiscard]] double rightRoom() const { return rightRoom_; }
 
-    void setRightRoom(double room) { assign(rightRoom_, room); }
+    void setRightRoom(double room) { assign(rightRoom_, room, &PanelShadow::rightRoomChanged); }
 
     [[nodiscard]] double bottomRoom() const { return bottomRoom_; }
 
-    void setBottomRoom(double room) { assign(bottomRoom_, room); }
+    void setBottomRoom(double room) { assign(bottomRoom_, room, &PanelShadow::bottomRoomChanged); }
 
     [[nodiscard]] double radius() const { return radius_; }
 
-    void setRadius(double radius) { assign(radius_, radius); }
+    void setRadius(double radius) { assign(radius_, radius, &PanelShadow::radiusChanged); }
+
+  signals:
+    void leftRoomChanged();
+    void topRoomChanged();
+    void rightRoomChanged();
+    void bottomRoomChanged();
+    void radiusChanged();
 
   protected:
     [[nodiscard]] std::function<void(QPainter&)> painting() const override;

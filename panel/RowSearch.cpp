@@ -1,5 +1,6 @@
 #include "panel/RowSearch.h"
 
+#include "panel/PropertyChange.h"
 #include "panel/SensorList.h"
 
 #include <algorithm>
@@ -36,17 +37,16 @@ bool RowSearch::eraseLast() {
 bool RowSearch::end() {
     if (text_.isEmpty()) return false;
     timeout_.stop();
-    text_.clear();
-    emit changed();
+    changeProperty(*this, text_, QString(), &RowSearch::textChanged);
     return true;
 }
 
 void RowSearch::find(const QString& text) {
     const bool isFirstLetter = text_.isEmpty();
-    text_ = text;
-    isFound_ = sensors_.goToRowNamed(text, isFirstLetter);
+    const bool isFound = sensors_.goToRowNamed(text, isFirstLetter);
     timeout_.start();
-    emit changed();
+    changeProperty(*this, text_, text, &RowSearch::textChanged);
+    changeProperty(*this, isFound_, isFound, &RowSearch::isFoundChanged);
 }
 
 } // namespace kelvinbar

@@ -17,9 +17,9 @@ class RowSearch final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
     /// What has been typed; empty without a search.
-    Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(QString text READ text NOTIFY textChanged)
     /// Whether a name contains `text`.
-    Q_PROPERTY(bool isFound READ isFound NOTIFY changed)
+    Q_PROPERTY(bool isFound READ isFound NOTIFY isFoundChanged)
 
   public:
     /// The pause after which a letter begins another search.
@@ -42,7 +42,8 @@ class RowSearch final : public QObject {
     Q_INVOKABLE bool end();
 
   signals:
-    void changed();
+    void textChanged();
+    void isFoundChanged();
 
   private:
     void find(const QString& text);

@@ -18,21 +18,22 @@ class SensorRowMenu final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the panel")
-    Q_PROPERTY(QString key READ key NOTIFY changed)
-    Q_PROPERTY(QString name READ name NOTIFY changed)
-    Q_PROPERTY(bool isPinned READ isPinned NOTIFY changed)
+    Q_PROPERTY(QString key READ key NOTIFY keyChanged)
+    Q_PROPERTY(QString name READ name NOTIFY nameChanged)
+    Q_PROPERTY(bool isPinned READ isPinned NOTIFY isPinnedChanged)
     /// Values since the program started; empty for a reading without a number.
-    Q_PROPERTY(QString lowest READ lowest NOTIFY changed)
-    Q_PROPERTY(QString highest READ highest NOTIFY changed)
-    Q_PROPERTY(QString mean READ mean NOTIFY changed)
+    Q_PROPERTY(QString lowest READ lowest NOTIFY lowestChanged)
+    Q_PROPERTY(QString highest READ highest NOTIFY highestChanged)
+    Q_PROPERTY(QString mean READ mean NOTIFY meanChanged)
 
   public:
     /// Both outlive the object.
     SensorRowMenu(const KelvinbarStore& store, const SensorList& sensors)
         : store_(store), sensors_(sensors) {}
 
-    [[nodiscard]] QString key() const;
-    [[nodiscard]] QString name() const;
+    [[nodiscard]] QString key() const { return key_; }
+
+    [[nodiscard]] QString name() const { return name_; }
 
     [[nodiscard]] bool isPinned() const { return isPinned_; }
 
@@ -51,7 +52,12 @@ class SensorRowMenu final : public QObject {
     Q_INVOKABLE void copyKey() const;
 
   signals:
-    void changed();
+    void keyChanged();
+    void nameChanged();
+    void isPinnedChanged();
+    void lowestChanged();
+    void highestChanged();
+    void meanChanged();
 
   private:
     void showRange(const std::optional<ReadingRange>& range);
@@ -59,6 +65,8 @@ class SensorRowMenu final : public QObject {
     const KelvinbarStore& store_;
     const SensorList& sensors_;
     SMCReading reading_;
+    QString key_;
+    QString name_;
     bool isPinned_ = false;
     QString lowest_;
     QString highest_;

@@ -6,7 +6,7 @@
 namespace kelvinbar {
 
 void Symbol::setSize(double size) {
-    if (assign(size_, size)) setImplicitSize(size, size);
+    if (assign(size_, size, &Symbol::sizeChanged)) setImplicitSize(size, size);
 }
 
 std::function<void(QPainter&)> Symbol::painting() const {

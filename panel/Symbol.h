@@ -13,25 +13,30 @@ namespace kelvinbar {
 class Symbol : public kelvinbar::PaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     /// The side of the square in points, also as the implicit size.
-    Q_PROPERTY(double size READ size WRITE setSize NOTIFY changed)
+    Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
 
   public:
     using PaintedItem::PaintedItem;
 
     [[nodiscard]] QString name() const { return name_; }
 
-    void setName(const QString& name) { assign(name_, name); }
+    void setName(const QString& name) { assign(name_, name, &Symbol::nameChanged); }
 
     [[nodiscard]] QColor color() const { return color_; }
 
-    void setColor(const QColor& color) { assign(color_, color); }
+    void setColor(const QColor& color) { assign(color_, color, &Symbol::colorChanged); }
 
     [[nodiscard]] double size() const { return size_; }
 
     void setSize(double size);
+
+  signals:
+    void nameChanged();
+    void colorChanged();
+    void sizeChanged();
 
   protected:
     [[nodiscard]] std::function<void(QPainter&)> painting() const override;

@@ -10,11 +10,13 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QStyleHints>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kelvinbar::panel_content_test {
@@ -332,7 +334,7 @@ TEST_F(ContentState, KeepsShowingTheSectionsDuringARefresh) {
 
 TEST_F(ContentUpdates, AreOneForAllFieldsThatChangeInATurn) {
     openContent();
-    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    const QSignalSpy updates(content->controls(), &PanelControls::isFastChanged);
     store->setMenuBarKeys({"TC0P", "TC1C"});
     store->setSamplingRate(SMCSamplingRate::fast);
     store->setDisplayMode(SMCWindowDisplayMode::dynamic);
@@ -351,19 +353,22 @@ TEST_F(ContentUpdates, AreOneForAllFieldsThatChangeInATurn) {
 
 TEST_F(ContentUpdates, FollowEachSetting) {
     openContent();
-    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    const QSignalSpy rates(content->controls(), &PanelControls::isFastChanged);
+    const QSignalSpy modes(content->controls(), &PanelControls::isDynamicChanged);
+    const QSignalSpy heights(content->controls(), &PanelControls::manualHeightChanged);
+    const auto counts = [&] { return std::array{rates.count(), modes.count(), heights.count()}; };
     store->setSamplingRate(SMCSamplingRate::fast);
     turn();
-    EXPECT_EQ(updates.count(), 1);
+    EXPECT_THAT(counts(), testing::ElementsAre(1, 0, 0));
     store->setDisplayMode(SMCWindowDisplayMode::dynamic);
     turn();
-    EXPECT_EQ(updates.count(), 2);
+    EXPECT_THAT(counts(), testing::ElementsAre(1, 1, 0));
     store->setManualPopoverHeight(800);
     turn();
-    EXPECT_EQ(updates.count(), 3);
+    EXPECT_THAT(counts(), testing::ElementsAre(1, 1, 1));
     store->setManualPopoverHeight(800);
     turn();
-    EXPECT_EQ(updates.count(), 3);
+    EXPECT_THAT(counts(), testing::ElementsAre(1, 1, 1));
 }
 
 TEST_F(ContentUpdates, OfANewValueMoveOneRow) {
@@ -393,7 +398,7 @@ TEST_F(ContentUpdates, OfAnUnchangedRefreshLeaveTheModelsAlone) {
 TEST_F(ContentUpdates, WaitForThePanelToOpen) {
     makeRefreshedStore(keys);
     makeContent();
-    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    const QSignalSpy updates(content->controls(), &PanelControls::isFastChanged);
     const QSignalSpy stateChanges(content.get(), &PanelContent::stateChanged);
     const QSignalSpy messageChanges(content.get(), &PanelContent::statusMessageChanged);
     moveRows();
@@ -415,12 +420,13 @@ TEST_F(ContentUpdates, WaitForThePanelToOpen) {
 TEST_F(ContentUpdates, EndWhenThePanelCloses) {
     openContent();
     const SignalCount changes(sensors());
-    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    const QSignalSpy updates(content->controls(), &PanelControls::isFastChanged);
     moveRows();
     content->panelDidClose();
     turn();
     moveRows();
     store->setMenuBarKeys({"F0Ac"});
+    store->setSamplingRate(SMCSamplingRate::fast);
     turn();
     EXPECT_EQ(changes.count(), 0);
     EXPECT_EQ(updates.count(), 0);
@@ -639,7 +645,7 @@ TEST_F(ContentSecondClick, ValuesPinsAndTextsGoOn) {
 
 TEST_F(ContentSecondClick, TheControlsFollowTheStoreNevertheless) {
     content->pressRow("TC1C", somewhere);
-    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    const QSignalSpy updates(content->controls(), &PanelControls::isFastChanged);
     content->controls()->toggleFast();
     turn();
     EXPECT_EQ(updates.count(), 1);
@@ -858,7 +864,8 @@ TEST_F(ContentRows, AreHiddenAtOnceWhileTheListMoves) {
 }
 
 TEST_F(ContentRows, AMoveOfTheListThatEndsUpdatesNothing) {
-    const QSignalSpy updates(content->controls(), &PanelControls::changed);
+    const QSignalSpy updates(content->controls(), &PanelControls::isFastChanged);
+    store->setSamplingRate(SMCSamplingRate::fast); // waits for its turn
     content->setListMoving(true);
     content->setListMoving(false);
     EXPECT_EQ(updates.count(), 0);

@@ -57,8 +57,8 @@ Item {
             return item;
         }
 
-        function changesOf(item) {
-            const spy = createTemporaryObject(spyComponent, board, {target: item, signalName: "changed"});
+        function changesOf(item, property) {
+            const spy = createTemporaryObject(spyComponent, board, {target: item, signalName: property + "Changed"});
             verify(spy.valid);
             return spy;
         }
@@ -136,7 +136,7 @@ Item {
 
         function test_aChangeOfATextIsToldOnce(data) {
             const text = put(digitsComponent, {text: "1"});
-            const spy = changesOf(text);
+            const spy = changesOf(text, data.property);
             text[data.property] = data.value;
             compare(spy.count, 1);
             text[data.property] = data.value;
@@ -155,7 +155,7 @@ Item {
 
         function test_aChangeOfAPlateIsToldOnce(data) {
             const plate = put(plateComponent, {width: 40, height: 40});
-            const spy = changesOf(plate);
+            const spy = changesOf(plate, data.property);
             plate[data.property] = data.value;
             compare(spy.count, 1);
             plate[data.property] = data.value;
@@ -212,7 +212,7 @@ Item {
 
         function test_aChangeOfASymbolIsToldOnce(data) {
             const symbol = put(symbolComponent, {name: "minus", size: 12});
-            const spy = changesOf(symbol);
+            const spy = changesOf(symbol, data.property);
             symbol[data.property] = data.value;
             compare(spy.count, 1);
             symbol[data.property] = data.value;
