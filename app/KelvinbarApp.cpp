@@ -153,6 +153,7 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
                                   parts.panels.showAbout();
                               },
                           .quit = [] { QGuiApplication::quit(); }});
+    desktop->offerToOtherPrograms(delegate.store());
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
     delegate.applicationWillTerminate();

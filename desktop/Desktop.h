@@ -25,6 +25,7 @@ class QGuiApplication;
 /// desktop, such as those of a second instance, are dropped.
 namespace kelvinbar {
 
+class KelvinbarStore;
 class Log;
 class PopoverInput;
 class QtScreens;
@@ -54,6 +55,11 @@ class Desktop {
     /// does: of two simultaneous starts, one arrives here.
     virtual std::optional<int> handOverToRunningInstance() = 0;
     virtual void setHandlers(DesktopHandlers handlers) = 0;
+
+    /// Lets other programs of the user see what `store` knows, where the desktop has a way for that. Call
+    /// after `setHandlers`. It ends when the handlers are taken away, up to which the store must live.
+    virtual void offerToOtherPrograms(KelvinbarStore& /*store*/) {}
+
     virtual Application& application() = 0;
     virtual StatusBar& statusBar() = 0;
     virtual LoginItemService& loginItemService() = 0;

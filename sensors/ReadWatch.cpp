@@ -152,10 +152,13 @@ DeviceVisit::~DeviceVisit() {
 
 NotedRead::NotedRead(std::string_view file)
     : pass_(passOfThread != nullptr && passOfThread->isVisiting_ ? passOfThread : nullptr) {
-    if (pass_ != nullptr) outer_ = pass_->watch_->note(*pass_, file);
+    if (pass_ == nullptr) return;
+    if (pass_->openNotes_++ == 0) ++pass_->accesses_;
+    outer_ = pass_->watch_->note(*pass_, file);
 }
 
 NotedRead::~NotedRead() {
+    if (pass_ != nullptr) --pass_->openNotes_;
     // A pass that was abandoned in the meantime stays with the file that did not answer.
     if (outer_) static_cast<void>(pass_->watch_->note(*pass_, *outer_));
 }

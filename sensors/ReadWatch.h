@@ -131,6 +131,11 @@ class WatchedPass {
     /// the pass, or any after its end.
     [[nodiscard]] const std::vector<SilentDevice>& silentDevices() const { return silentDevices_; }
 
+    /// How often the pass has turned to a file or a driver, to read it or to see whether it is still there. A
+    /// noted read inside another one does not count. The thread of the pass, or any after its end. 0 without
+    /// a watch.
+    [[nodiscard]] std::size_t accesses() const { return accesses_; }
+
     /// The pass of this thread; null outside a pass and without a watch.
     [[nodiscard]] static WatchedPass* current();
 
@@ -144,7 +149,10 @@ class WatchedPass {
 
     const std::shared_ptr<ReadWatch> watch_;
     std::vector<SilentDevice> silentDevices_;
-    bool isVisiting_ = false; ///< only used by the thread of the pass
+    // Only used by the thread of the pass.
+    bool isVisiting_ = false;
+    std::size_t openNotes_ = 0;
+    std::size_t accesses_ = 0;
     // Guarded by the watch.
     std::string_view file_; ///< that the thread reads
     std::chrono::nanoseconds since_{0};

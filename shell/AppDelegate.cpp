@@ -3,6 +3,7 @@
 #include "base/OutOfMemory.h"
 #include "catalogue/NotificationNames.h"
 #include "shell/PopoverSizing.h"
+#include "shell/Sampling.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,15 +14,6 @@ namespace kelvinbar {
 namespace {
 
 using namespace std::chrono_literals;
-
-struct Sampling {
-    std::chrono::milliseconds interval;
-    std::chrono::milliseconds tolerance;
-};
-
-Sampling samplingAt(SMCSamplingRate rate) {
-    return rate == SMCSamplingRate::fast ? Sampling{1000ms, 20ms} : Sampling{3000ms, 100ms};
-}
 
 StatusImage ownImage() {
     return {.source = StatusImage::Source::resource,

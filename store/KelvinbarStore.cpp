@@ -162,6 +162,7 @@ void KelvinbarStore::endPass(Apply apply, PassOutcome& outcome) {
         lastFullDiscovery_.reset();
         return;
     }
+    if (ports_.machine.watch != nullptr) accessesOfLastPass_ = outcome.watched.accesses();
     const bool isApplied =
         outcome.result && hasMemoryFor([&] { ((*this).*apply)(*std::move(outcome.result)); });
     if (!isApplied) {

@@ -120,6 +120,10 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     /// The devices that the last full refresh left out because they do not answer.
     [[nodiscard]] const std::vector<SilentDevice>& silentDevices() const { return silentDevices_; }
 
+    /// How often the last pass, of either kind, turned to a file or a driver. No value before the first one's
+    /// end, nor for a machine without a watch.
+    [[nodiscard]] std::optional<std::size_t> accessesOfLastPass() const { return accessesOfLastPass_; }
+
     /// Lowest, highest and mean values since the store exists.
     [[nodiscard]] const ReadingRanges& ranges() const { return ranges_; }
 
@@ -247,6 +251,7 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     std::optional<RunningPass> menuBarRefreshTask_;
     std::unique_ptr<Alarm> watchAlarm_; ///< set while a pass runs; null for a machine without a watch
     std::vector<SilentDevice> silentDevices_;
+    std::optional<std::size_t> accessesOfLastPass_;
 };
 
 } // namespace kelvinbar

@@ -4,6 +4,7 @@
 #include "desktop/linux/session/BusKeeper.h"
 #include "desktop/linux/session/InstanceLock.h"
 #include "desktop/linux/session/NoTrayNotice.h"
+#include "desktop/linux/session/ProgramOnBus.h"
 #include "desktop/linux/session/RunningInstance.h"
 #include "desktop/linux/session/SecondStart.h"
 #include "desktop/linux/session/SessionRestore.h"
@@ -129,10 +130,15 @@ class LinuxDesktop final : public Desktop {
         handlers_ = std::move(handlers);
         if (!handlers_.openPanel) {
             trayNotice_ = nullptr;
+            programOnBus_ = nullptr;
             return;
         }
         autostart_.renew();
         trayNotice_ = makeTrayNotice();
+    }
+
+    void offerToOtherPrograms(KelvinbarStore& store) override {
+        programOnBus_ = std::make_unique<ProgramOnBus>(bus_, store, [this] { openPanel(); });
     }
 
     Application& application() override { return application_; }
@@ -177,7 +183,9 @@ class LinuxDesktop final : public Desktop {
     /// The item follows the session bus itself.
     void followBuses() {
         QObject::connect(&sessionBus_, &BusKeeper::reconnected, [this](const QDBusConnection& bus) {
+            bus_ = bus;
             instance_.moveTo(bus);
+            if (programOnBus_ != nullptr) programOnBus_->moveTo(bus);
             barColors_.moveTo(bus);
             reducedMotion_.moveTo(bus);
             moreContrast_.moveTo(bus);
@@ -231,7 +239,7 @@ class LinuxDesktop final : public Desktop {
 
     Log& log_;
     DesktopHandlers handlers_;
-    QDBusConnection bus_; ///< of the start
+    QDBusConnection bus_; ///< the session bus
     BusKeeper sessionBus_;
     BusKeeper systemBus_;
     std::unique_ptr<X11Session> x11_ = X11Session::ofApplication();
@@ -253,6 +261,7 @@ class LinuxDesktop final : public Desktop {
     DesktopPreference moreContrast_;
     SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};
     std::unique_ptr<NoTrayNotice> trayNotice_;
+    std::unique_ptr<ProgramOnBus> programOnBus_;
     TerminationSignals signals_;
 };
 

@@ -66,6 +66,12 @@ struct Controls : StoreFixture {
         controls = std::make_unique<PanelControls>(*store, loginItem);
     }
 
+    /// The controls after they have heard of the store.
+    [[nodiscard]] const PanelControls& shown() const {
+        controls->storeChanged();
+        return *controls;
+    }
+
     fakes::ShellJournal journal;
     fakes::FakeLoginItemService service{journal};
     LoginItemManager loginItem{service};
@@ -75,7 +81,7 @@ struct Controls : StoreFixture {
 struct SettingsControls : Controls {};
 
 struct HeightControls : Controls {
-    [[nodiscard]] double height() const { return controls->manualHeight(); }
+    [[nodiscard]] double height() const { return shown().manualHeight(); }
 };
 
 struct ActionControls : Controls {};
@@ -91,19 +97,19 @@ struct LoginControl : Controls {
 // Settings
 
 TEST_F(SettingsControls, FastTogglesTheSamplingRateAndAnnouncesItEachTime) {
-    EXPECT_FALSE(controls->isFast());
+    EXPECT_FALSE(shown().isFast());
     controls->toggleFast();
-    EXPECT_TRUE(controls->isFast());
+    EXPECT_TRUE(shown().isFast());
     EXPECT_EQ(store->samplingRate().value(), SMCSamplingRate::fast);
     controls->toggleFast();
-    EXPECT_FALSE(controls->isFast());
+    EXPECT_FALSE(shown().isFast());
     EXPECT_EQ(store->samplingRate().value(), SMCSamplingRate::medium);
     EXPECT_EQ(postedUnder(kelvinbarSamplingRateChanged).size(), 2U);
 }
 
 TEST_F(SettingsControls, FastFollowsTheStore) {
     store->setSamplingRate(SMCSamplingRate::fast);
-    EXPECT_TRUE(controls->isFast());
+    EXPECT_TRUE(shown().isFast());
 }
 
 TEST_F(SettingsControls, FastTellsBothRates) {
@@ -111,12 +117,12 @@ TEST_F(SettingsControls, FastTellsBothRates) {
 }
 
 TEST_F(SettingsControls, DynamicTogglesTheDisplayMode) {
-    EXPECT_FALSE(controls->isDynamic());
+    EXPECT_FALSE(shown().isDynamic());
     controls->toggleDynamic();
-    EXPECT_TRUE(controls->isDynamic());
+    EXPECT_TRUE(shown().isDynamic());
     EXPECT_EQ(store->displayMode().value(), SMCWindowDisplayMode::dynamic);
     controls->toggleDynamic();
-    EXPECT_FALSE(controls->isDynamic());
+    EXPECT_FALSE(shown().isDynamic());
     EXPECT_EQ(store->displayMode().value(), SMCWindowDisplayMode::fixed);
 }
 
@@ -170,14 +176,14 @@ TEST_F(HeightControls, ResetGoesBackToTheStandard) {
 }
 
 TEST_F(HeightControls, TellWhereAStepHasNoEffect) {
-    EXPECT_FALSE(controls->isLowest() || controls->isGreatest());
+    EXPECT_FALSE(shown().isLowest() || shown().isGreatest());
     store->setManualPopoverHeight(560);
-    EXPECT_TRUE(controls->isLowest());
+    EXPECT_TRUE(shown().isLowest());
     controls->decreaseHeight();
-    EXPECT_FALSE(controls->isGreatest());
+    EXPECT_FALSE(shown().isGreatest());
     store->setManualPopoverHeight(1400);
-    EXPECT_TRUE(controls->isGreatest());
-    EXPECT_FALSE(controls->isLowest());
+    EXPECT_TRUE(shown().isGreatest());
+    EXPECT_FALSE(shown().isLowest());
 }
 
 TEST_F(HeightControls, EachClickIsAnnounced) {

@@ -37,6 +37,8 @@ GROWTH_KIBIBYTES = 16 * 1024
 BUS_NAME = "org.kelvinbar.Demo"
 APPLICATION = "org.freedesktop.Application"
 APPLICATION_PATH = "/org/kelvinbar/Demo"
+OTHERS = "org.kelvinbar.Kelvinbar1"  # for other programs
+OTHERS_PATH = "/org/kelvinbar/Kelvinbar1"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 MENU_PATH = "/StatusMenu"
 
@@ -91,6 +93,8 @@ def hostile_calls(chance: random.Random) -> list[Call]:
         (ITEM_PATH, PROPERTIES, "Set", GLib.Variant("(ssv)", (ITEM, "Title", some_value(chance)))),
         (APPLICATION_PATH, APPLICATION, "ActivateAction", words),
         (APPLICATION_PATH, APPLICATION, "Open", GLib.Variant("(as)", (["file:///"] * 100,))),
+        (OTHERS_PATH, OTHERS, chance.choice(["Refresh", "OpenPanel", "Explode"]), words),
+        (OTHERS_PATH, PROPERTIES, "Set", GLib.Variant("(ssv)", (OTHERS, "Pinned", some_value(chance)))),
         (chance.choice(["/", "/Nothing"]), "org.example.Nothing", "Explode", None),
     ]
 

@@ -85,6 +85,21 @@ struct ReadWatchTest : testing::Test {
     std::vector<SilentDevice> silent;
 };
 
+TEST_F(ReadWatchTest, CountsTheAccessesOfAPass) {
+    WatchedPass pass(watch);
+    {
+        const WatchedPass::Scope scope(pass);
+        const NotedRead outsideOfDevices("passwd");
+        EXPECT_EQ(pass.accesses(), 0U);
+        const DeviceVisit visit("chip", LogCategory::sourceKernel);
+        for (const std::string_view file : {"temp1", "temp2"}) {
+            const NotedRead read(file);
+            const NotedRead within("its folder");
+        }
+    }
+    EXPECT_EQ(pass.accesses(), 2U);
+}
+
 TEST_F(ReadWatchTest, ADeviceIsSetAsideOnceItsReadHasTakenTwoSeconds) {
     StuckPass stuck(watch, "chip", "temp1");
     clock->advance(1999ms);

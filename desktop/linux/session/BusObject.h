@@ -11,7 +11,8 @@
 
 namespace kelvinbar {
 
-/// An object of the program on a bus. Its interfaces are the adaptors below it.
+/// An object of the program on a bus. Its interfaces are the adaptors below it. An adaptor that is made from
+/// an interface's description calls its object, which then derives from this one.
 ///
 /// Qt D-Bus reads from the bus on a thread of its own, and posts each call to the main thread without a
 /// limit. A caller that never pauses would fill the memory, with its calls and with answers that the bus has
@@ -20,7 +21,7 @@ namespace kelvinbar {
 ///
 /// Limits: callers are not told apart, so that others are also refused during a flood. Nobody else may post
 /// calls to the object (QMetaObject::invokeMethod), which would count. Main thread.
-class BusObject final : public QObject {
+class BusObject : public QObject {
     Q_OBJECT
 
   public:
