@@ -41,6 +41,8 @@ declare -A evidence=(
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
+  [help2man]=help2man [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
+  [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
@@ -62,6 +64,7 @@ declare -A packages=(
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang $clang_runtime"
+  [packages]="$build libsensors-dev help2man file dpkg-dev lintian appstream desktop-file-utils debootstrap git python3"
   [reliability]="bubblewrap strace"
 )
 
