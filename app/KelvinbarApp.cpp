@@ -113,6 +113,7 @@ struct Parts {
                              .prefersReducedMotion = [this] { return desktop.prefersReducedMotion(); },
                              .prefersMoreContrast = [this] { return desktop.prefersMoreContrast(); },
                              .systemSymbols = desktop.systemSymbols(),
+                             .roundedFontFile = [this] { return desktop.roundedFontFile(); },
                              .program = programFacts(desktop)},
                             log};
     QtPopover popover{desktop.popoverInput(), desktop.screens(), log};

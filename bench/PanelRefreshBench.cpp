@@ -132,7 +132,8 @@ class OpenPanel {
                                           .close = [] {},
                                           .prefersReducedMotion = [] { return true; },
                                           .prefersMoreContrast = [] { return false; },
-                                          .systemSymbols = {}});
+                                          .systemSymbols = {},
+                                          .roundedFontFile = [] { return std::string(); }});
     int frames_ = 0;
 };
 

@@ -1,12 +1,12 @@
 # kelvinbar_add_manual_page(<program> <summary>): installs a manual page that is made of the program's own --help.
-# Sanitizers slow the program down, and a program for another machine does not run here.
+# A program for another machine does not run here.
 find_program(KELVINBAR_HELP2MAN help2man)
 if(NOT KELVINBAR_HELP2MAN)
   message(STATUS "Manual pages are not made: help2man is not found")
 endif()
 
 function(kelvinbar_add_manual_page program summary)
-  if(NOT KELVINBAR_HELP2MAN OR CMAKE_CROSSCOMPILING OR KELVINBAR_SANITIZE)
+  if(NOT KELVINBAR_HELP2MAN OR CMAKE_CROSSCOMPILING)
     return()
   endif()
   set(page "${CMAKE_CURRENT_BINARY_DIR}/${program}.1")

@@ -73,6 +73,9 @@ class Desktop {
 
     /// Empty if the system has no symbols.
     [[nodiscard]] virtual SystemSymbols systemSymbols() const { return {}; }
+
+    /// Of the system font's rounded design; empty if the system has none.
+    [[nodiscard]] virtual std::string roundedFontFile() const { return {}; }
 };
 
 /// If another instance runs for this user, asks it to open its panel, or tells the user why that is not

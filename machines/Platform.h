@@ -1,8 +1,10 @@
 #pragma once
 
 #include "base/Log.h"
+#include "base/Value.h"
 #include "sensors/Machine.h"
 
+#include <optional>
 #include <string_view>
 
 namespace kelvinbar {
@@ -16,5 +18,10 @@ Machine makePlatform(Log& log);
 
 /// The name of the demo machine that resembles the platform's own machines most; one of demoMachineNames().
 std::string_view usualDemoMachine();
+
+/// The lists of texts among the preferences that the desktop program has stored for this user, such as the
+/// pinned keys; empty if it has stored none. No value on platforms where only that program can read them.
+/// Reads a small file.
+std::optional<Dictionary> storedPreferenceLists();
 
 } // namespace kelvinbar

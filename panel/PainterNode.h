@@ -10,8 +10,7 @@ class QQuickWindow;
 namespace kelvinbar {
 
 /// A scene-graph node that draws with the window's QPainter. The result is sharp at every scale factor, and
-/// no texture or image is kept. Works with the software renderer only, which the panel always uses; draws
-/// nothing with any other.
+/// no texture or image is kept. Only for the software renderer: it draws nothing with any other.
 class PainterNode final : public QSGRenderNode {
   public:
     /// The window outlives the node.

@@ -14,8 +14,8 @@ struct PanelInks {
     double noticeTitle = 0.66; ///< instead of the list
     double scanning = 0.55;
     double noticeText = 0.38;
-    double mark = 0.46; ///< rings, empty checks, the scroll bar, the frame of the row under the pointer
-    double dim = 0.3;   ///< a control whose press changes nothing
+    double mark = 0.5; ///< rings, empty checks, the scroll bar, the frame of the row under the pointer
+    double dim = 0.3;  ///< a control whose press changes nothing
 };
 
 /// For people who ask their desktop for more contrast: everything legible is at 4.5 : 1 or more.

@@ -16,8 +16,10 @@ double textScale(const QScreen* screen) {
     return screen == nullptr ? 1 : screen->logicalDotsPerInch() / standardDotsPerInch;
 }
 
-PanelLook PanelLook::of(const QScreen* screen, bool isContrastHigh) {
-    return {kelvinbar::textScale(screen), QGuiApplication::font().family(), isContrastHigh};
+PanelLook PanelLook::of(const QScreen* screen, const QString& roundedFamily, bool isContrastHigh) {
+    const QString family = QGuiApplication::font().family();
+    return {QGuiApplication::primaryScreen()->logicalDotsPerInch(), kelvinbar::textScale(screen), family,
+            roundedFamily.isEmpty() ? family : roundedFamily, isContrastHigh};
 }
 
 } // namespace kelvinbar

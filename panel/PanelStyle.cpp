@@ -4,7 +4,6 @@
 #include "panel/PanelSurfaces.h"
 #include "panel/QtColors.h"
 
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QScreen>
 #include <cmath>
@@ -13,16 +12,7 @@ namespace kelvinbar {
 
 namespace {
 
-/// Qt measures points on the primary screen, whatever screen a window is on.
-double typographicPoints(double pixels) {
-    constexpr double typographicPointsPerInch = 72;
-    return pixels * typographicPointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInch();
-}
-
-QString roundedFamilyOf(const QString& family) {
-    const QString rounded = family + " Rounded";
-    return QFontDatabase::hasFamily(rounded) ? rounded : family;
-}
+constexpr double typographicPointsPerInch = 72;
 
 QColor lightened(const QColor& color, double share) {
     return qtColor(kelvinbar::lightened(panelColor(color), share));
@@ -31,14 +21,15 @@ QColor lightened(const QColor& color, double share) {
 } // namespace
 
 PanelStyle::PanelStyle(QObject* parent) : QObject(parent) {
-    setLook(PanelLook::of(QGuiApplication::primaryScreen(), false));
+    setLook(PanelLook::of(QGuiApplication::primaryScreen(), {}, false));
 }
 
 void PanelStyle::setLook(const PanelLook& look) {
     inks_ = panelInks(look.isContrastHigh);
+    typographicPoints_ = typographicPointsPerInch / look.dotsPerInch;
     textScale_ = look.textScale;
     family_ = look.family;
-    roundedFamily_ = roundedFamilyOf(family_);
+    roundedFamily_ = look.roundedFamily;
 }
 
 QFont PanelStyle::font(double points, int weight) const { return cut(family_, points, weight); }
@@ -47,7 +38,7 @@ QFont PanelStyle::roundedFont(double points, int weight) const { return cut(roun
 
 QFont PanelStyle::cut(const QString& family, double points, int weight) const {
     QFont font(family);
-    font.setPointSizeF(typographicPoints(points * textScale_));
+    font.setPointSizeF(points * textScale_ * typographicPoints_);
     font.setWeight(static_cast<QFont::Weight>(weight));
     return font;
 }
@@ -101,6 +92,8 @@ QColor PanelStyle::orange() { return qtColor(shade(Accent::orange)); }
 QColor PanelStyle::yellow() { return qtColor(shade(Accent::yellow)); }
 
 QColor PanelStyle::pin() { return qtColor(pinRed); }
+
+QColor PanelStyle::warning() { return qtColor(withOpacity(shade(Accent::yellow), surfaces::warningTint)); }
 
 double PanelStyle::scaled(double length) const { return std::round(length * textScale_); }
 

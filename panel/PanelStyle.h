@@ -13,7 +13,7 @@
 
 namespace kelvinbar {
 
-/// Fonts, colours and lengths for the views. Fonts are cuts of the desktop's interface font; colours do not
+/// Fonts, colours and lengths for the views. Fonts are cuts of two families (PanelLook.h); colours do not
 /// depend on the desktop's theme, since the panel is always dark. Everything is constant while views exist:
 /// whoever changes it makes the views anew. Main thread.
 class PanelStyle : public QObject {
@@ -60,6 +60,7 @@ class PanelStyle : public QObject {
     Q_PROPERTY(QColor orange READ orange CONSTANT)
     Q_PROPERTY(QColor yellow READ yellow CONSTANT)
     Q_PROPERTY(QColor pin READ pin CONSTANT)
+    Q_PROPERTY(QColor warning READ warning CONSTANT)
 
   public:
     /// With the look of the primary screen at the usual contrast.
@@ -89,6 +90,7 @@ class PanelStyle : public QObject {
     [[nodiscard]] static QColor orange();
     [[nodiscard]] static QColor yellow();
     [[nodiscard]] static QColor pin();
+    [[nodiscard]] static QColor warning();
 
     [[nodiscard]] QColor titleInk() const { return white(inks_.title); }
 
@@ -124,7 +126,7 @@ class PanelStyle : public QObject {
 
     /// The interface font. `points` is the size at the standard text size; `weight` as in QFont.
     Q_INVOKABLE [[nodiscard]] QFont font(double points, int weight) const;
-    /// The same with the rounded design, if the font has one.
+    /// The same of the rounded font.
     Q_INVOKABLE [[nodiscard]] QFont roundedFont(double points, int weight) const;
 
     /// White, black and other colours with an opacity from 0 to 1.
@@ -144,6 +146,7 @@ class PanelStyle : public QObject {
 
     PanelFrameMetrics frame_;
     PanelInks inks_;
+    double typographicPoints_ = 1; ///< a pixel in points of fonts
     double textScale_ = 1;
     QString family_;
     QString roundedFamily_;

@@ -29,4 +29,7 @@ inline constexpr double badgeTint = 0.16;
 inline constexpr double tileTint = 0.28;
 inline constexpr double checkTint = 0.24;
 
+/// How opaque the yellow of the warning symbol is.
+inline constexpr double warningTint = 0.75;
+
 } // namespace kelvinbar::surfaces

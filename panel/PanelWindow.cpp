@@ -3,6 +3,7 @@
 #include "panel/PanelContent.h"
 #include "panel/PanelLook.h"
 #include "panel/PanelStyle.h"
+#include "panel/RoundedFont.h"
 #include "panel/SystemMasks.h"
 #include "store/KelvinbarStore.h"
 
@@ -14,6 +15,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QScreen>
+#include <array>
 #include <utility>
 
 void qml_register_types_Kelvinbar_Panel();
@@ -28,11 +30,12 @@ constexpr QColor metal(22, 24, 29);
 /// A window that tells when what it looks like on the desktop may have changed.
 class PanelView final : public QQuickView {
   public:
-    /// The font of the desktop, or the text size on its screen, has changed.
+    /// The font of the desktop, the text size, or the screen has changed.
     std::function<void()> onLookChange = [] {};
 
     PanelView() {
-        connect(this, &QWindow::screenChanged, this, [this] { followScreen(); });
+        connect(this, &QWindow::screenChanged, this, [this] { followScreens(); });
+        connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, [this] { followScreens(); });
         connect(this, &QWindow::visibleChanged, this, [this](bool isVisible) {
             if (isVisible) {
                 qGuiApp->installEventFilter(this);
@@ -40,7 +43,7 @@ class PanelView final : public QQuickView {
                 qGuiApp->removeEventFilter(this);
             }
         });
-        followScreen();
+        followScreens();
     }
 
     /// Sees the events of the whole program, so it is installed while the window is visible.
@@ -50,13 +53,19 @@ class PanelView final : public QQuickView {
     }
 
   private:
-    void followScreen() {
-        QObject::disconnect(textSize_);
-        textSize_ = connect(screen(), &QScreen::logicalDotsPerInchChanged, this, [this] { onLookChange(); });
+    /// The window's own screen, and the primary one, by which fonts are measured.
+    void followScreens() {
+        for (const QMetaObject::Connection& former : textSizes_) QObject::disconnect(former);
+        textSizes_ = {textSizeOf(screen()), textSizeOf(QGuiApplication::primaryScreen())};
         onLookChange();
     }
 
-    QMetaObject::Connection textSize_;
+    QMetaObject::Connection textSizeOf(const QScreen* screen) {
+        if (screen == nullptr) return {};
+        return connect(screen, &QScreen::logicalDotsPerInchChanged, this, [this] { onLookChange(); });
+    }
+
+    std::array<QMetaObject::Connection, 2> textSizes_;
 };
 
 class QuickPanelWindow final : public PanelWindow {
@@ -65,6 +74,7 @@ class QuickPanelWindow final : public PanelWindow {
         : store_(store.shared_from_this())
         , prefersReducedMotion_(std::move(handlers.prefersReducedMotion))
         , prefersMoreContrast_(std::move(handlers.prefersMoreContrast))
+        , roundedFont_(QString::fromStdString(handlers.roundedFontFile()))
         , content_(store, handlers.loginItem, SensorListMetrics(textScale(QGuiApplication::primaryScreen())),
                    std::move(handlers.close), PanelEnvironment::ofThisProgram(handlers.program))
         , masks_(std::move(handlers.systemSymbols)) {
@@ -117,7 +127,7 @@ class QuickPanelWindow final : public PanelWindow {
 
   private:
     [[nodiscard]] PanelLook presentLook() const {
-        return PanelLook::of(view_.screen(), prefersMoreContrast_());
+        return PanelLook::of(view_.screen(), roundedFont_.family(), prefersMoreContrast_());
     }
 
     /// The views read the style once. A change of it is rare, so they are made anew.
@@ -151,6 +161,7 @@ class QuickPanelWindow final : public PanelWindow {
     std::shared_ptr<KelvinbarStore> store_; ///< shown until the end, whoever else has released it
     std::function<bool()> prefersReducedMotion_;
     std::function<bool()> prefersMoreContrast_;
+    RoundedFont roundedFont_;
     bool isAboutWanted_ = false; ///< as soon as the window is shown
     PanelLook look_;             ///< that the views are made for
     bool isRounded_ = false;
@@ -171,14 +182,19 @@ void useInterpreter() {
     qunsetenv(variable);
 }
 
+/// It does not wake the graphics card. Who sets the toolkit's variable, even to nothing, wants another one.
+void useSoftwareRenderer() {
+    if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND")) return;
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
 } // namespace
 
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers) {
     static bool isReady = false;
     if (!std::exchange(isReady, true)) {
         useInterpreter();
-        // The software renderer does not wake the graphics card.
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        useSoftwareRenderer();
         qml_register_types_Kelvinbar_Panel();
     }
     return std::make_unique<QuickPanelWindow>(store, std::move(handlers));

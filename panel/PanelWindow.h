@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 class QMargins;
 class QWindow;
@@ -23,7 +24,9 @@ struct PanelHandlers {
     std::function<bool()> prefersReducedMotion;
     std::function<bool()> prefersMoreContrast;
     SystemSymbols systemSymbols; ///< empty on a system without symbols
-    ProgramFacts program = {};   ///< for About
+    /// Of the system font's rounded design; returns an empty name where there is none.
+    std::function<std::string()> roundedFontFile;
+    ProgramFacts program = {}; ///< for About
 };
 
 /// The panel's window with the views in it. The caller positions, shows and hides it; showing updates the
@@ -44,7 +47,8 @@ class PanelWindow {
     virtual void showAbout() = 0;
 };
 
-/// Creates the window, hidden. The first call selects the software renderer for the whole process. The window
+/// Creates the window, hidden. The first call selects the software renderer for the whole process, unless
+/// the environment names one (QT_QUICK_BACKEND). The window
 /// keeps the store alive.
 std::unique_ptr<PanelWindow> makePanelWindow(KelvinbarStore& store, PanelHandlers handlers);
 

@@ -17,6 +17,9 @@ std::size_t clampedRow(double row, std::size_t rowCount) {
 SensorListMetrics::SensorListMetrics(double textScale) {
     cardHeader = std::round(cardHeader * textScale);
     rowHeight = std::round(rowHeight * textScale);
+    rowGap = std::round(rowGap * textScale);
+    cardFooter = std::round(cardFooter * textScale);
+    spacing = std::round(spacing * textScale);
 }
 
 std::vector<Span> cardSpans(const SensorListMetrics& metrics, std::span<const std::size_t> rowCounts) {

@@ -9,7 +9,7 @@
 /// the top. Pure functions.
 namespace kelvinbar {
 
-/// The measures of the list, which scale with the text size.
+/// The measures of the list, which scale with the text size, except its margin: the panel does not get wider.
 struct SensorListMetrics {
     /// `textScale`: see textScale().
     explicit SensorListMetrics(double textScale);

@@ -50,7 +50,11 @@ std::string rowValue(const SMCReading& reading, double value) {
 std::string longestValueShape(const std::vector<const SMCReading*>& readings) {
     std::string longest;
     std::size_t greatestLength = 0;
+    const SMCReading* number = nullptr;
     for (const SMCReading* const reading : readings) {
+        if (!reading->numericValue) continue;
+        if (number != nullptr && number->unit != reading->unit) return {};
+        number = reading;
         std::string value = rowValue(*reading);
         const std::size_t length = characterCount(value);
         if (length <= greatestLength) continue;

@@ -23,8 +23,9 @@ std::string rowValue(const SMCReading& reading);
 /// The same for another value of the reading, in its unit.
 std::string rowValue(const SMCReading& reading, double value);
 
-/// The shape of the longest value, with 0 for every digit: as wide as the column of values, and the same as
-/// long as no value gets longer. Empty without readings.
+/// The shape of the longest number, with 0 for every digit: as wide as the column of values, and the same as
+/// long as no number gets longer. Empty where there is no column: without numbers, and with several units,
+/// which cannot stand below each other.
 std::string longestValueShape(const std::vector<const SMCReading*>& readings);
 
 /// The name as it was read; the key if there is no name.

@@ -1,8 +1,12 @@
 #include "process/StandardStreams.h"
 
 #include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstdlib>
 #include <fcntl.h>
 #include <initializer_list>
+#include <sys/types.h>
 
 #include <unistd.h>
 
@@ -24,5 +28,25 @@ void openClosedStandardStreams() {
 }
 
 bool isStandardOutputTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
+
+bool wantsColours() {
+    // NOLINTBEGIN(concurrency-mt-unsafe): nobody changes the environment
+    const char* const refusal = std::getenv("NO_COLOR");
+    const char* const terminal = std::getenv("TERM");
+    // NOLINTEND(concurrency-mt-unsafe)
+    const bool isRefused = refusal != nullptr && *refusal != '\0';
+    return !isRefused && terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
+void ignoreClosedPipes() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
+
+std::error_code writeToStandardOutput(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+        if (written < 0 && errno != EINTR) return {errno, std::generic_category()};
+        if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
 
 } // namespace kelvinbar

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string_view>
+#include <system_error>
+
 /// The standard streams of the process: input, output and errors, with the descriptors 0 to 2.
 namespace kelvinbar {
 
@@ -12,5 +15,16 @@ void openClosedStandardStreams();
 
 /// Whether standard output is a terminal. Any thread.
 bool isStandardOutputTerminal();
+
+/// Whether the user's environment wants colours on terminals: no if NO_COLOR is set to anything, nor on a
+/// terminal without any ability. Reads the environment.
+bool wantsColours();
+
+/// Makes writing to a pipe that nobody reads any more fail with EPIPE, which otherwise ends the process.
+void ignoreClosedPipes();
+
+/// Writes `text` as a whole, at once. Returns why it could not, such as a disk that is full; part of the text
+/// may be written then. Blocks as long as the reader does.
+std::error_code writeToStandardOutput(std::string_view text);
 
 } // namespace kelvinbar

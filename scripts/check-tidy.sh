@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the program, the console programs and the benchmarks. Fails on any finding. Sources of a target
-# are checked together, because their headers take most of the time. Tests must pass the same checks, but take a quarter
-# of an hour, so they are checked only on request.
+# Runs clang-tidy over the program and the console programs. Fails on any finding. Sources of a target are checked
+# together, because their headers take most of the time. Benchmarks and tests must pass the same checks, but are checked
+# only on request.
 # usage: scripts/check-tidy.sh [FOLDER …]   (for example: scripts/check-tidy.sh tests/smc)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 folders=("$@")
-[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue sensors smc store shell panel qt machines desktop app process resources tools bench)
+[[ ${#folders[@]} -gt 0 ]] || folders=(base catalogue sensors smc store shell panel qt machines desktop app process resources tools)
 
 scripts/install-dependencies.sh check
 cmake --preset tidy >/dev/null

@@ -14,6 +14,9 @@ clang_folder=$(clang++ -print-resource-dir 2>/dev/null || echo /nowhere)
 # package -> a program or file that shows that the content is present, even if it did not come from the package
 declare -A evidence=(
   [g++]=g++ [cmake]=cmake [ninja-build]=ninja [libcli11-dev]=/usr/include/CLI/CLI.hpp
+  [nlohmann-json3-dev]=/usr/include/nlohmann/json.hpp [prometheus]=promtool [help2man]=help2man [zsh]=zsh [fish]=fish [man-db]=man
+  [python3-prometheus-client]=/usr/lib/python3/dist-packages/prometheus_client/openmetrics/parser.py
+  [python3-jsonschema]=/usr/lib/python3/dist-packages/jsonschema/validators.py
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
   [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git [python3]='/usr/lib/python3*/unittest/__init__.py'
@@ -30,7 +33,7 @@ declare -A evidence=(
   [imagemagick]=import [xfwm4]=xfwm4 [xfce4-panel]=xfce4-panel [lxqt-panel]=lxqt-panel [trayer]=trayer [x11-utils]=xwininfo
   [xclip]=xclip [python3]=python3 [python3-pyatspi]=/usr/lib/python3/dist-packages/pyatspi/__init__.py
   [python3-pytest]=/usr/lib/python3/dist-packages/pytest/__init__.py [gir1.2-gtk-3.0]='/usr/lib/*/girepository-1.0/Gtk-3.0.typelib'
-  [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
+  [fonts-quicksand]=/usr/share/fonts/truetype/quicksand/Quicksand-Bold.ttf [fonts-inter]='/usr/share/fonts/*/inter/*' [fonts-dejavu-core]=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
   [sway]=sway [waybar]=waybar [xwayland]=Xwayland [qt6-wayland]='/usr/lib/*/qt6/plugins/platforms/libqwayland-generic.so'
   [i3lock]=i3lock [gnome-shell]=gnome-shell [gnome-settings-daemon]=/usr/libexec/gsd-xsettings
   [gnome-shell-extension-appindicator]='/usr/share/gnome-shell/extensions/ubuntu-appindicators@ubuntu.com/extension.js'
@@ -41,12 +44,13 @@ declare -A evidence=(
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
-  [help2man]=help2man [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
+  [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
   [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev $qt $xcb"
+build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev help2man $qt $xcb"
+console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
@@ -55,7 +59,7 @@ desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon p
   x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 declare -A packages=(
   [run]="$build"
-  [test]="$build $lint libxcb-xtest0-dev python3 clang $clang_runtime qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang $clang_runtime qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [desktops]="$desktop $desktops"
@@ -64,7 +68,7 @@ declare -A packages=(
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang $clang_runtime"
-  [packages]="$build libsensors-dev help2man file dpkg-dev lintian appstream desktop-file-utils debootstrap git python3"
+  [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap git python3"
   [reliability]="bubblewrap strace"
 )
 

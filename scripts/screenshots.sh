@@ -11,7 +11,8 @@ cat >"$home/fonts.conf" <<'XML'
 <?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
 <fontconfig>
-  <dir>/usr/share/fonts</dir>
+  <dir>/usr/share/fonts/opentype/inter</dir>
+  <dir>/usr/share/fonts/truetype/dejavu</dir>
   <alias binding="strong"><family>Sans Serif</family><prefer><family>Inter</family></prefer></alias>
   <alias binding="strong"><family>sans-serif</family><prefer><family>Inter</family></prefer></alias>
 </fontconfig>

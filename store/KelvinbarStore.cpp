@@ -86,13 +86,21 @@ void KelvinbarStore::refreshMenuBarOnly() {
 void KelvinbarStore::startMenuBarRefresh() {
     KeySet pinned = setOf(menuBarKeys_.value());
     pinned.merge(setOf(absent_.pins.waitingKeys()));
-    const auto keys = std::make_shared<const KeySet>(std::move(pinned));
+    startRefreshOf(std::make_shared<const KeySet>(std::move(pinned)), &KelvinbarStore::applyMenuBarResult);
+}
+
+void KelvinbarStore::refreshOnly(const std::shared_ptr<const KeySet>& keys) {
+    if (isRunning(refreshTask_) || isRunning(menuBarRefreshTask_)) return;
+    static_cast<void>(hasMemoryFor([&] { startRefreshOf(keys, &KelvinbarStore::applyOnlyResult); }));
+}
+
+void KelvinbarStore::startRefreshOf(const std::shared_ptr<const KeySet>& keys, Apply apply) {
     const bool anyFan = std::ranges::any_of(*keys, [](const auto& key) { return key.starts_with("FAN"); });
     menuBarRefreshTask_ = start({.fixedCandidates = keys,
                                  .shouldDiscover = false,
                                  .cachedDynamicKeys = keys,
                                  .readSuperIOFans = anyFan},
-                                &KelvinbarStore::applyMenuBarResult);
+                                apply);
 }
 
 void KelvinbarStore::shutdown() {
@@ -240,6 +248,15 @@ void KelvinbarStore::applyMenuBarResult(SMCLoadResult result) {
     if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
     menuBarRefreshTask_.reset();
     postMenuBarReadingChanged();
+}
+
+void KelvinbarStore::applyOnlyResult(SMCLoadResult result) {
+    ranges_.record(result.readings);
+    readings_.set(std::move(result.readings));
+    silentDevices_ = std::move(result.silent);
+    if (result.smcAvailable) lastUpdated_.set(ports_.wallClock.now());
+    statusMessage_.set(std::move(result.statusMessage));
+    menuBarRefreshTask_.reset();
 }
 
 /// The pins after a menu bar pass. Unlike a full pass, one that finds none of the pins keeps them.

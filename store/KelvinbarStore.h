@@ -86,6 +86,10 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     /// Starts a refresh of the pinned readings, unless a refresh is running or nothing is pinned.
     void refreshMenuBarOnly();
 
+    /// Starts a refresh of `keys` alone, unless a refresh is running. Its readings replace all others; pins
+    /// and hidden keys stay. For programs that show a selection. `keys` is not null.
+    void refreshOnly(const std::shared_ptr<const KeySet>& keys);
+
     /// Cancels running refreshes and lets the background queue close the machine's source. Does not wait: a
     /// cancelled pass may still read, and so open the source again.
     void shutdown();
@@ -137,6 +141,9 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     /// Whether a full refresh runs. If none does and `isLoading` is true, there was not enough memory for it.
     [[nodiscard]] bool isRefreshing() const { return refreshTask_.has_value(); }
 
+    /// Whether any refresh runs.
+    [[nodiscard]] bool isReading() const { return refreshTask_ || menuBarRefreshTask_; }
+
     [[nodiscard]] const Observable<bool>& isLoading() const { return isLoading_; }
 
     [[nodiscard]] const auto& lastUpdated() const { return lastUpdated_; }
@@ -185,6 +192,7 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
 
     [[nodiscard]] bool isDiscoveryDue() const;
     void startMenuBarRefresh();
+    void startRefreshOf(const std::shared_ptr<const KeySet>& keys, Apply apply);
     RunningPass start(const LoadPass& pass, Apply apply);
     void endPass(Apply apply, PassOutcome& outcome);
     static bool isRunning(std::optional<RunningPass>& task);
@@ -194,6 +202,7 @@ class KelvinbarStore : public std::enable_shared_from_this<KelvinbarStore> {
     static void stop(std::optional<RunningPass>& task);
     void applyFullResult(SMCLoadResult result);
     void applyMenuBarResult(SMCLoadResult result);
+    void applyOnlyResult(SMCLoadResult result);
     void followMovedKeys(KeyHistory history);
     void settleSelections(bool mayDrop);
     [[nodiscard]] std::vector<std::string> pinsFoundBy(const SMCLoadResult& result);

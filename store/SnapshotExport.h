@@ -16,4 +16,8 @@ inline constexpr std::string_view snapshotTitle = "Kelvinbar snapshot";
 /// key, with five fields separated by tabs. Does not end with a line feed.
 std::string snapshotText(const std::vector<SMCReading>& readings, std::chrono::system_clock::time_point time);
 
+/// The same with the lines in the order of `readings`.
+std::string snapshotTextInOrder(const std::vector<SMCReading>& readings,
+                                std::chrono::system_clock::time_point time);
+
 } // namespace kelvinbar

@@ -34,12 +34,12 @@ int failure(const char* reason) {
 
 } // namespace
 
-int runQtTests(int& argc, char** argv, bool (*isReady)()) {
+int runQtTests(int& argc, char** argv, bool (*isReady)(), const char* platform) {
     testing::InitGoogleTest(&argc, argv);
     const QTemporaryDir home;
     enterHome(home);
     if (!enterCommaLocale(KELVINBAR_LOCALES)) return failure("the locale with a decimal comma is missing\n");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", platform);
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     if (!isReady()) return EXIT_FAILURE;

@@ -3,9 +3,12 @@
 #include "base/NotificationCenter.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
+#include "store/Preferences.h"
+#include "store/ReadingOrder.h"
 
 #include <algorithm>
 #include <new>
+#include <variant>
 
 namespace kelvinbar {
 
@@ -14,25 +17,103 @@ namespace {
 /// Native readings are the system's own facts.
 bool isAnswer(const SMCReading& reading) { return reading.raw != noAnswer && reading.type != "native"; }
 
+std::vector<SMCReading> copiesByKey(const std::vector<SMCReading>& readings) {
+    std::vector<SMCReading> sorted;
+    sorted.reserve(readings.size());
+    for (const SMCReading* const reading : sortedByKey(readings)) sorted.push_back(*reading);
+    return sorted;
+}
+
 } // namespace
 
+/// A store over the machine, and what it works with.
+class SnapshotTaker::OpenMachine {
+  public:
+    OpenMachine(const Machine& machine, const Dictionary& preferences, MainQueue& mainQueue,
+                BackgroundQueue& backgroundQueue)
+        : clock_(machine.clock), discoveredAt_(machine.clock->now()) {
+        for (const auto& [key, value] : preferences) {
+            if (const auto* list = std::get_if<TextList>(&value)) defaults_.setTextList(key, *list);
+        }
+        pinned_ = loadPreferences(defaults_).menuBarKeys;
+        store_ = KelvinbarStore::create({.machine = machine,
+                                         .defaults = defaults_,
+                                         .notifications = notifications_,
+                                         .mainQueue = mainQueue,
+                                         .backgroundQueue = backgroundQueue,
+                                         .wallClock = wallClock_});
+    }
+
+    OpenMachine(const OpenMachine&) = delete;
+    OpenMachine& operator=(const OpenMachine&) = delete;
+
+    ~OpenMachine() { store_->shutdown(); }
+
+    void refresh(const std::shared_ptr<const KeySet>& keys) {
+        const bool looksForDevices = clock_->now() - discoveredAt_ > KelvinbarStore::discoveryInterval;
+        if (looksForDevices) discoveredAt_ = clock_->now();
+        if (keys == nullptr || looksForDevices) {
+            store_->refresh(looksForDevices);
+        } else {
+            store_->refreshOnly(keys);
+        }
+    }
+
+    [[nodiscard]] const KelvinbarStore& store() const { return *store_; }
+
+    [[nodiscard]] Snapshot snapshot() const {
+        const auto& readings = store_->readings().value();
+        return {.readings = copiesByKey(readings),
+                .time = store_->lastUpdated().value().value_or(wallClock_.now()),
+                .status = store_->statusMessage().value(),
+                .silent = store_->silentDevices(),
+                .pinned = pinned(),
+                .hasAnswers = std::ranges::any_of(readings, isAnswer)};
+    }
+
+  private:
+    /// The store follows pins whose keys have changed, and drops those without a reading, which may come
+    /// back.
+    [[nodiscard]] std::vector<std::string> pinned() const {
+        std::vector<std::string> keys = store_->menuBarKeys().value();
+        for (const std::string& key : pinned_) {
+            if (std::ranges::find(keys, key) == keys.end()) keys.push_back(key);
+        }
+        return keys;
+    }
+
+    InMemoryUserDefaults defaults_;
+    NotificationCenter notifications_;
+    SystemWallClock wallClock_;
+    std::shared_ptr<const MonotonicClock> clock_;
+    std::chrono::nanoseconds discoveredAt_; ///< on `clock_`
+    std::vector<std::string> pinned_;       ///< as the user has stored them
+    std::shared_ptr<KelvinbarStore> store_;
+};
+
+SnapshotTaker::SnapshotTaker() = default;
+
+SnapshotTaker::~SnapshotTaker() = default;
+
 Snapshot SnapshotTaker::take(const Machine& machine) {
-    InMemoryUserDefaults defaults;
-    NotificationCenter notifications;
-    const SystemWallClock wallClock;
-    const auto store = KelvinbarStore::create({.machine = machine,
-                                               .defaults = defaults,
-                                               .notifications = notifications,
-                                               .mainQueue = mainQueue_,
-                                               .backgroundQueue = backgroundQueue_,
-                                               .wallClock = wallClock});
-    mainQueue_.runUntil([&] { return !store->isRefreshing(); });
-    if (store->isLoading().value()) throw std::bad_alloc();
-    Snapshot snapshot{.text = store->exportText(),
-                      .silent = store->silentDevices(),
-                      .hasAnswers = std::ranges::any_of(store->readings().value(), isAnswer)};
-    store->shutdown();
+    Snapshot snapshot = begin(machine);
+    end();
     return snapshot;
 }
+
+Snapshot SnapshotTaker::begin(const Machine& machine, const Dictionary& preferences) {
+    open_ = std::make_unique<OpenMachine>(machine, preferences, mainQueue_, backgroundQueue_);
+    mainQueue_.runUntil([this] { return !open_->store().isReading(); });
+    if (open_->store().isLoading().value()) throw std::bad_alloc();
+    return open_->snapshot();
+}
+
+Snapshot SnapshotTaker::next(const std::shared_ptr<const KeySet>& keys) {
+    open_->refresh(keys);
+    mainQueue_.runUntil([this] { return !open_->store().isReading(); });
+    return open_->snapshot();
+}
+
+void SnapshotTaker::end() { open_.reset(); }
 
 } // namespace kelvinbar

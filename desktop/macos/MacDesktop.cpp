@@ -10,6 +10,7 @@
 #include "desktop/macos/MacScreens.h"
 #include "desktop/macos/MainAppLoginItem.h"
 #include "desktop/macos/OpeningAgain.h"
+#include "desktop/macos/RoundedFontFile.h"
 #include "desktop/macos/SystemSymbolMask.h"
 #include "desktop/macos/SystemUserDefaults.h"
 #include "desktop/qt/TerminationSignals.h"
@@ -88,6 +89,8 @@ class MacDesktop final : public Desktop {
     [[nodiscard]] bool prefersMoreContrast() const override { return systemPrefersMoreContrast(); }
 
     [[nodiscard]] SystemSymbols systemSymbols() const override { return systemSymbolMask; }
+
+    [[nodiscard]] std::string roundedFontFile() const override { return kelvinbar::roundedFontFile(); }
 
   private:
     ItemMenu::Requests menuRequests() {

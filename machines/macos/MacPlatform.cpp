@@ -7,6 +7,7 @@
 #include "smc/SMCBridge.h"
 
 #include <memory>
+#include <optional>
 
 namespace kelvinbar {
 
@@ -21,5 +22,8 @@ Machine makePlatform(Log& log) {
 }
 
 std::string_view usualDemoMachine() { return "intel-notebook"; }
+
+/// The toolkit names the domain of the preferences, and may choose another name.
+std::optional<Dictionary> storedPreferenceLists() { return std::nullopt; }
 
 } // namespace kelvinbar

@@ -1,19 +1,26 @@
 import QtQuick
 import Kelvinbar.Panel
 
-/// The actions of the panel, besides showing readings.
-Row {
+/// The actions of the panel, besides showing readings: in one line, or in two when the text is so large that the labels do
+/// not fit.
+Flow {
     id: actions
 
     required property PanelControls controls
     required property HiddenRows hidden
     readonly property real room: width - 4 * spacing
-    /// Symbols are left out when the text is so large that not everything fits.
-    readonly property bool showsSymbols: login.fullWidth + refresh.fullWidth + copy.fullWidth + showAll.fullWidth
-                                         + quit.fullWidth <= room
-    /// The space that is left over, shared equally among the buttons.
+    readonly property bool isOneLine: login.labelWidth + refresh.labelWidth + copy.labelWidth + showAll.labelWidth
+                                      + quit.labelWidth <= room
+    readonly property bool showsSymbols: isOneLine ? login.fullWidth + refresh.fullWidth + copy.fullWidth + showAll.fullWidth
+                                                     + quit.fullWidth <= room
+                                       : Math.max(login.fullWidth, refresh.fullWidth, copy.fullWidth) <= third
+    /// In one line, the space that is left over is shared equally among the buttons.
     readonly property real spare: (room - login.implicitWidth - refresh.implicitWidth - copy.implicitWidth
                                    - showAll.implicitWidth - quit.implicitWidth) / 5
+    /// In two lines, the buttons of a line have the same width.
+    readonly property real third: (width - 2 * spacing) / 3
+    readonly property real half: (width - spacing) / 2
+    readonly property real buttonHeight: isOneLine ? PanelStyle.actionHeight : PanelStyle.scaled(30)
 
     spacing: 6
 
@@ -27,7 +34,8 @@ Row {
 
     MenuFooterButtonStyle {
         id: login
-        width: implicitWidth + actions.spare
+        width: actions.isOneLine ? implicitWidth + actions.spare : actions.third
+        height: actions.buttonHeight
         showsSymbol: actions.showsSymbols
         text: "Login"
         checkable: true
@@ -42,7 +50,8 @@ Row {
 
         readonly property bool isRefreshed: actions.controls.refreshed.isShown
 
-        width: implicitWidth + actions.spare
+        width: actions.isOneLine ? implicitWidth + actions.spare : actions.third
+        height: actions.buttonHeight
         showsSymbol: actions.showsSymbols
         text: "Refresh"
         symbol: isRefreshed ? "checkmark.circle.fill" : "arrow.clockwise"
@@ -55,7 +64,8 @@ Row {
 
         readonly property bool isCopied: actions.controls.copied.isShown
 
-        width: implicitWidth + actions.spare
+        width: actions.isOneLine ? implicitWidth + actions.spare : actions.third
+        height: actions.buttonHeight
         showsSymbol: actions.showsSymbols
         text: "Copy"
         symbol: isCopied ? "checkmark.circle.fill" : "doc.on.doc"
@@ -64,7 +74,8 @@ Row {
     }
     MenuFooterButtonStyle {
         id: showAll
-        width: implicitWidth + actions.spare
+        width: actions.isOneLine ? implicitWidth + actions.spare : actions.half
+        height: actions.buttonHeight
         showsSymbol: actions.showsSymbols
         text: "ShowAll"
         symbol: "eye"
@@ -94,7 +105,8 @@ Row {
     }
     MenuFooterButtonStyle {
         id: quit
-        width: implicitWidth + actions.spare
+        width: actions.isOneLine ? implicitWidth + actions.spare : actions.half
+        height: actions.buttonHeight
         showsSymbol: actions.showsSymbols
         text: "Quit"
         symbol: "xmark.square"

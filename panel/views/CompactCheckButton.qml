@@ -13,8 +13,8 @@ PanelButton {
     text: title
     checkable: true
     implicitHeight: PanelStyle.settingsHeight
-    leftPadding: 8
-    rightPadding: 8
+    leftPadding: PanelStyle.scaled(8)
+    rightPadding: PanelStyle.scaled(8)
     plate.colors: control.isOn ? [PanelStyle.tinted(tint, control.hovered ? PanelStyle.checkTint : 0.17), PanelStyle.tinted(tint, 0.07)]
                 : control.hovered ? [PanelStyle.white(0.14), PanelStyle.white(0.08)]
                 : [PanelStyle.white(0.08), PanelStyle.white(0.04)]
@@ -23,7 +23,7 @@ PanelButton {
     Accessible.name: title + ", " + subtitle
 
     contentItem: Row {
-        spacing: 5
+        spacing: PanelStyle.scaled(5)
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter

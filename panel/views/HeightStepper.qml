@@ -6,9 +6,11 @@ Item {
     id: stepper
 
     required property PanelControls controls
+    /// Whether it has a line of its own, which is lower.
+    property bool isAlone: false
 
-    implicitHeight: PanelStyle.settingsHeight
-    implicitWidth: decrease.width + Math.max(number.implicitWidth, label.implicitWidth) + reset.width + increase.width + 18
+    implicitHeight: isAlone ? PanelStyle.scaled(31) : PanelStyle.settingsHeight
+    implicitWidth: decrease.width + Math.max(widest.implicitWidth, label.implicitWidth) + reset.width + increase.width + 18
     Accessible.role: Accessible.Grouping
     Accessible.name: "Height"
 
@@ -53,6 +55,13 @@ Item {
             color: PanelStyle.secondaryInk
             Accessible.ignored: true
         }
+    }
+    // Nothing moves while the number changes.
+    DigitsText {
+        id: widest
+        visible: false
+        text: "0000"
+        font: number.font
     }
     CompactIconButtonStyle {
         id: reset

@@ -25,7 +25,7 @@ Plate {
     Text {
         id: label
         anchors.left: parent.left
-        anchors.leftMargin: 12
+        anchors.leftMargin: PanelStyle.scaled(12)
         anchors.right: undo.visible ? undo.left : parent.right
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
@@ -50,8 +50,8 @@ Plate {
         focusPolicy: Qt.NoFocus
         activeFocusOnTab: false
         implicitHeight: PanelStyle.scaled(24)
-        leftPadding: 10
-        rightPadding: 10
+        leftPadding: PanelStyle.scaled(10)
+        rightPadding: PanelStyle.scaled(10)
         contentItem: Text {
             verticalAlignment: Text.AlignVCenter
             text: undo.text

@@ -10,13 +10,14 @@ PanelButton {
     property bool showsSymbol: true
     /// Follows the label; usually empty.
     property string detail: ""
-    /// The width that the button needs with its symbol.
-    readonly property real fullWidth: leftPadding + mark.width + pair.spacing + label.implicitWidth + rightPadding
+    /// The width that the button needs without its symbol, and with it.
+    readonly property real labelWidth: leftPadding + label.implicitWidth + rightPadding
+    readonly property real fullWidth: labelWidth + mark.width + pair.spacing
 
-    implicitWidth: showsSymbol ? fullWidth : fullWidth - mark.width - pair.spacing
+    implicitWidth: showsSymbol ? fullWidth : labelWidth
     implicitHeight: PanelStyle.actionHeight
-    leftPadding: 4
-    rightPadding: 4
+    leftPadding: PanelStyle.scaled(4)
+    rightPadding: PanelStyle.scaled(4)
 
     contentItem: content
 
@@ -26,7 +27,7 @@ PanelButton {
         Row {
             id: pair
             anchors.centerIn: parent
-            spacing: 5
+            spacing: PanelStyle.scaled(5)
 
             Symbol {
                 id: mark

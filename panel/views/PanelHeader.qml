@@ -33,7 +33,7 @@ Item {
     }
     Text {
         anchors.left: icon.right
-        anchors.leftMargin: 12
+        anchors.leftMargin: PanelStyle.scaled(12)
         anchors.verticalCenter: parent.verticalCenter
         text: "Kelvinbar"
         font: PanelStyle.roundedFont(18, Font.Black)
@@ -55,10 +55,10 @@ Item {
             toolTip: header.content.controls.donationPage
             implicitHeight: PanelStyle.scaled(24)
             radius: height / 2
-            leftPadding: 10
-            rightPadding: 10
+            leftPadding: PanelStyle.scaled(10)
+            rightPadding: PanelStyle.scaled(10)
             contentItem: Row {
-                spacing: 5
+                spacing: PanelStyle.scaled(5)
 
                 Symbol {
                     anchors.verticalCenter: parent.verticalCenter

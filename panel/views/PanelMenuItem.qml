@@ -8,8 +8,8 @@ T.MenuItem {
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: PanelStyle.scaled(28)
-    leftPadding: 10
-    rightPadding: 10
+    leftPadding: PanelStyle.scaled(10)
+    rightPadding: PanelStyle.scaled(10)
 
     contentItem: Text {
         horizontalAlignment: Text.AlignLeft

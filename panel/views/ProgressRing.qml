@@ -25,6 +25,8 @@ Item {
         // qmllint disable unqualified
         Plate {
             required property int index
+            /// 0 for the last of the turning dots, nearly 1 for the first.
+            readonly property real lead: ((index - ring.step + ring.dots) % ring.dots) / ring.dots
             readonly property real angle: 2 * Math.PI * index / ring.dots
 
             x: 8 + 8 * Math.sin(angle)
@@ -32,7 +34,7 @@ Item {
             width: 4
             height: 4
             radius: 2
-            colors: [PanelStyle.white(0.2 + 0.6 * ((index - ring.step + ring.dots) % ring.dots) / ring.dots)]
+            colors: [PanelStyle.white(PanelStyle.markInk.a + lead * (PanelStyle.titleInk.a - PanelStyle.markInk.a))]
         }
         // qmllint enable unqualified
     }

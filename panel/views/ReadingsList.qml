@@ -112,7 +112,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.margins: list.sensors.margin
         // The buttons that hide rows stay free: quick presses at one place hide one row after the other.
-        anchors.rightMargin: list.sensors.margin + PanelStyle.scaled(20) + 24
+        anchors.rightMargin: list.sensors.margin + PanelStyle.scaled(29) + 19
         // qmllint disable unqualified
         sourceComponent: ListNotice {
             content: list.content
@@ -121,16 +121,22 @@ FocusScope {
     }
     T.ScrollBar {
         id: scrollBar
+
+        /// The least that is hit with ease.
+        readonly property real target: 24
+
         anchors.top: parent.top
         anchors.bottom: parent.bottom
         anchors.right: parent.right
-        anchors.rightMargin: 2
         anchors.topMargin: 6
         anchors.bottomMargin: 6
         padding: 1
-        implicitWidth: 8
+        // As wide as the space beside the rows, of which the thumb covers little.
+        leftPadding: 15
+        rightPadding: 3
+        implicitWidth: target
         visible: size < 1
-        minimumSize: 0.08
+        minimumSize: Math.max(0.08, target / availableHeight)
         Accessible.ignored: true
         contentItem: Plate {
             implicitWidth: 6

@@ -18,7 +18,7 @@ Item {
     required property real rowTop
     required property color accent
     required property PanelContent content
-    /// The width of the longest value in the column.
+    /// The width of the longest value in the column; 0 where each value stands by itself.
     property real columnWidth: 0
     readonly property bool isCut: nameText.truncated || metadataText.truncated || chipText.width < chipText.implicitWidth
     readonly property bool isToldAtFocus: activeFocus && isCut
@@ -64,8 +64,8 @@ Item {
         colors: row.backgroundColors
         radius: 9
         stroke: row.activeFocus ? PanelStyle.focusRing
-              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.pin, row.isHovered ? 0.9 : 0.34)
-              : row.isHovered ? PanelStyle.markInk : PanelStyle.white(0.065)
+              : row.isHovered ? PanelStyle.markInk
+              : row.isMenuBarSelected ? PanelStyle.tinted(PanelStyle.pin, 0.34) : PanelStyle.white(0.065)
     }
     MouseArea {
         id: pointer
@@ -84,11 +84,11 @@ Item {
     }
     Column {
         anchors.left: parent.left
-        anchors.leftMargin: 11
+        anchors.leftMargin: PanelStyle.scaled(11)
         anchors.right: marks.left
-        anchors.rightMargin: 8
+        anchors.rightMargin: PanelStyle.scaled(8)
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 1
+        spacing: PanelStyle.scaled(1)
 
         Text {
             id: nameText
@@ -118,9 +118,9 @@ Item {
     Row {
         id: marks
         anchors.right: parent.right
-        anchors.rightMargin: 9 - hide.rim
+        anchors.rightMargin: PanelStyle.scaled(9) - hide.rim
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8 - hide.rim
+        spacing: PanelStyle.scaled(8) - hide.rim
 
         Symbol {
             id: pin
@@ -141,7 +141,7 @@ Item {
         Plate {
             id: chip
 
-            readonly property real margin: 9
+            readonly property real margin: PanelStyle.scaled(9)
             readonly property real valueWidth: Math.max(row.columnWidth, chipText.implicitWidth)
 
             anchors.verticalCenter: parent.verticalCenter

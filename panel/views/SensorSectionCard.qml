@@ -31,7 +31,7 @@ Item {
     }
     Plate {
         id: tile
-        x: 10
+        x: 12
         y: (card.content.sensors.headerHeight - height) / 2
         width: PanelStyle.scaled(30)
         height: width
@@ -54,11 +54,11 @@ Item {
         readonly property real toolTipEnd: card.width / 2 - x
 
         anchors.left: tile.right
-        anchors.leftMargin: 10
+        anchors.leftMargin: PanelStyle.scaled(10)
         anchors.right: badge.left
-        anchors.rightMargin: 8
+        anchors.rightMargin: PanelStyle.scaled(8)
         anchors.verticalCenter: tile.verticalCenter
-        spacing: 1
+        spacing: PanelStyle.scaled(1)
 
         HoverHandler {
             onHoveredChanged: HoverTarget.hover(heading, hovered)
@@ -87,9 +87,9 @@ Item {
     Plate {
         id: badge
         anchors.right: parent.right
-        anchors.rightMargin: 11
+        anchors.rightMargin: 12
         anchors.verticalCenter: tile.verticalCenter
-        width: Math.max(height, countText.implicitWidth + 14)
+        width: Math.max(height, countText.implicitWidth + PanelStyle.scaled(14))
         height: PanelStyle.scaled(20)
         radius: height / 2
         colors: [PanelStyle.tinted(card.accent, PanelStyle.badgeTint)]
@@ -115,8 +115,8 @@ Item {
         // Before Qt 6.5, a delegate cannot declare that it uses ids around it (ComponentBehavior).
         // qmllint disable unqualified
         SensorRow {
-            x: 8
-            width: card.width - 16
+            x: 12
+            width: card.width - 2 * x
             height: card.content.sensors.rowHeight
             accent: card.accent
             columnWidth: longestValue.implicitWidth

@@ -36,6 +36,7 @@ Flow {
     HeightStepper {
         id: stepper
         controls: settings.controls
-        width: settings.rest < implicitWidth ? settings.width : settings.rest
+        isAlone: settings.rest < implicitWidth
+        width: isAlone ? settings.width : settings.rest
     }
 }

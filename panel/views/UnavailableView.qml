@@ -15,7 +15,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         name: "exclamationmark.triangle.fill"
         size: PanelStyle.scaled(30)
-        color: PanelStyle.tinted(PanelStyle.yellow, 0.75)
+        color: PanelStyle.warning
     }
     Text {
         anchors.horizontalCenter: parent.horizontalCenter

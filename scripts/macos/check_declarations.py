@@ -18,7 +18,7 @@ import sys
 from dataclasses import dataclass, field
 from pathlib import Path
 
-FRAMEWORKS = ["AppKit", "CoreFoundation", "CoreServices", "Foundation", "IOKit", "ServiceManagement"]
+FRAMEWORKS = ["AppKit", "CoreFoundation", "CoreServices", "CoreText", "Foundation", "IOKit", "ServiceManagement"]
 # Enumerators of enumerations that C does not name, where the name does not tell which one it is.
 RENAMED = {
     "kCFNumberFloat64Type": ("CFNumberType", "Float64"),

@@ -32,7 +32,8 @@ compiles_over_toolkit() {
   # shellcheck disable=SC2016
   printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 1 bash -euc '"$@" -o "$0/$(basename "${@: -1}").o"' "$work/objects" \
     "${compiler[@]}" -isystem "$headers" "${modules[@]/#/-isystem$headers/}" -DKELVINBAR_STANDARD_DOTS_PER_INCH=72 \
-    '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' '-DKELVINBAR_VERSION=""' -c
+    '-DKELVINBAR_AUTHOR=""' '-DKELVINBAR_CONTACT=""' '-DKELVINBAR_DONATION_PAGE=""' '-DKELVINBAR_VERSION=""' \
+    '-DKELVINBAR_ROUNDED_FONTS=""' -c
 }
 
 # compiles_test SOURCE
@@ -114,7 +115,7 @@ tests_pass_in_memory() {
 
 # agrees_with_sdk DECLARATIONS: the SDK has what the headers in that folder declare.
 agrees_with_sdk() {
-  local library=$toolchain/lib headers=(AppKit/AppKit CoreServices/CoreServices IOKit/IOKitLib ServiceManagement/ServiceManagement)
+  local library=$toolchain/lib headers=(AppKit/AppKit CoreServices/CoreServices CoreText/CoreText IOKit/IOKitLib ServiceManagement/ServiceManagement)
   printf '#import <%s.h>\n' "${headers[@]}" |
     clang++-19 --target=arm64-apple-macos$oldest_system -std=c++20 -x objective-c++ -fobjc-arc -nostdinc -isystem "$1" \
       -isystem "$library/include" -isystem "$library/libc/include/any-macos-any" \

@@ -116,6 +116,25 @@ TEST_P(PanelInksTest, RingsChecksAndTheScrollBarAreSeen) {
     EXPECT_GE(contrast(hoveredButton(), inks.mark), markContrast);
 }
 
+TEST_P(PanelInksTest, TheFrameOfTheRowUnderThePointerIsSeen) {
+    for (const bool isPinned : {false, true}) {
+        for (const Accent accent : accents) {
+            // The row's gradient and the card's have their lightest places in the same corner.
+            const Channels row = over(litCard(), rowBackgroundColors(isPinned, accent).front());
+            EXPECT_GE(contrast(row, inks.mark), markContrast) << isPinned << static_cast<int>(accent);
+        }
+    }
+}
+
+TEST_P(PanelInksTest, TheSymbolOfAMachineThatCannotBeReadIsSeen) {
+    EXPECT_GE(contrast(litMetal(), withOpacity(shade(Accent::yellow), surfaces::warningTint)), markContrast);
+}
+
+TEST_P(PanelInksTest, TheDotsOfTheProgressRingAreSeen) {
+    EXPECT_GE(contrast(litMetal(), inks.mark), markContrast);
+    EXPECT_GE(contrast(litMetal(), inks.title), 1.5 * contrast(litMetal(), inks.mark)) << "what turns";
+}
+
 INSTANTIATE_TEST_SUITE_P(Contrast, PanelInksTest, testing::Bool(),
                          [](const auto& isHigh) { return isHigh.param ? "high" : "usual"; });
 

@@ -3,6 +3,7 @@
 #include "panel/PanelContent.h"
 #include "panel/PanelStyle.h"
 #include "tests/fakes/FakeShell.h"
+#include "tests/panel/PanelScreens.h"
 #include "tests/store/StoreFixture.h"
 
 #include <QCoreApplication>
@@ -12,6 +13,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QScreen>
 #include <QTest>
 #include <memory>
 
@@ -34,7 +36,8 @@ struct PanelWindowTest : fakes::StoreFixture {
                                          .close = [] {},
                                          .prefersReducedMotion = [] { return true; },
                                          .prefersMoreContrast = [this] { return prefersMoreContrast; },
-                                         .systemSymbols = {}});
+                                         .systemSymbols = {},
+                                         .roundedFontFile = [] { return std::string(); }});
         panel->window().resize(462, 690);
         panel->window().show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel->window()));
@@ -136,14 +139,58 @@ TEST_F(PanelWindowTest, FollowsTheInterfaceFontWhileItIsOpen) {
     EXPECT_EQ(style().font(12, QFont::Bold).family(), former.family());
 }
 
+TEST_F(PanelWindowTest, FollowsTheTextSizeOfTheScreenItIsMovedTo) {
+    open();
+    panel->setFrame(true, QMargins(24, 0, 10, 24));
+    const double rowHeight = content().sensors()->rowHeight();
+    const double pointSize = style().valueFont().pointSizeF();
+    const QList<QScreen*> all = QGuiApplication::screens();
+    panel->window().setScreen(all.at(screens::textTwiceAsLarge));
+    EXPECT_EQ(style().scaled(10), 20);
+    EXPECT_NEAR(style().valueFont().pointSizeF(), 2 * pointSize, 0.01);
+    EXPECT_EQ(content().sensors()->rowHeight(), 2 * rowHeight);
+    EXPECT_EQ(root()->property("leftRoom").toInt(), 24);
+    EXPECT_EQ(panel->window().width(), 462);
+    panel->window().setScreen(all.at(screens::usual));
+    EXPECT_EQ(style().scaled(10), 10);
+    EXPECT_EQ(content().sensors()->rowHeight(), rowHeight);
+}
+
+/// The platform without a display cannot change a text size, so something else of the look changes.
+TEST_F(PanelWindowTest, LooksAgainWhenTheTextSizeOfItsScreenOrThePrimaryOneChanges) {
+    open();
+    panel->window().setScreen(QGuiApplication::screens().at(screens::anotherUsual));
+    for (QScreen* const screen : {panel->window().screen(), QGuiApplication::primaryScreen()}) {
+        prefersMoreContrast = !prefersMoreContrast;
+        emit screen->logicalDotsPerInchChanged(screen->logicalDotsPerInch());
+        EXPECT_EQ(style().titleInk().alphaF() == 1, prefersMoreContrast) << qPrintable(screen->name());
+    }
+    prefersMoreContrast = true;
+    QScreen* const left = QGuiApplication::screens().at(screens::textTwiceAsLarge);
+    emit left->logicalDotsPerInchChanged(left->logicalDotsPerInch());
+    EXPECT_LT(style().titleInk().alphaF(), 1);
+}
+
+TEST(PanelStyleTest, PointsOfFontsAreThoseOfThePrimaryScreen) {
+    PanelStyle style;
+    const double pointSize = style.font(12, QFont::Bold).pointSizeF();
+    PanelLook look = PanelLook::of(QGuiApplication::primaryScreen(), {}, false);
+    look.dotsPerInch *= 2;
+    style.setLook(look);
+    EXPECT_NEAR(style.font(12, QFont::Bold).pointSizeF(), pointSize / 2, 0.01);
+}
+
 TEST(PanelStyleTest, LengthsAndFontsGrowWithTheText) {
     PanelStyle style;
     const double pointSize = style.font(12, QFont::Bold).pointSizeF();
-    style.setLook({.textScale = 2, .family = "Some Family"});
+    style.setLook(
+        {.dotsPerInch = 96, .textScale = 2, .family = "Some Family", .roundedFamily = "Some Round Family"});
     EXPECT_EQ(style.headerHeight(), 160);
     EXPECT_EQ(style.scaled(23), 46);
     EXPECT_NEAR(style.font(12, QFont::Bold).pointSizeF(), 2 * pointSize, 0.01);
     EXPECT_EQ(style.font(12, QFont::Bold).family(), "Some Family");
+    EXPECT_EQ(style.roundedFont(12, QFont::Bold).family(), "Some Round Family");
+    EXPECT_EQ(style.valueFont().family(), "Some Round Family");
 }
 
 } // namespace

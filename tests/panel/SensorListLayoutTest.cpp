@@ -81,12 +81,17 @@ TEST(SensorListMetrics, TheStandardTextSizeLeavesTheMeasures) {
     EXPECT_EQ(standard.rowHeight, 42);
 }
 
-TEST(SensorListMetrics, ALargerTextGivesHigherHeadersAndRowsOfWholePoints) {
+TEST(SensorListMetrics, ALargerTextGivesHigherHeadersRowsAndGapsOfWholePoints) {
     const SensorListMetrics larger(1.25);
     EXPECT_EQ(larger.cardHeader, 60);
     EXPECT_EQ(larger.rowHeight, 53) << "52.5, rounded";
-    EXPECT_EQ(larger.spacing, standard.spacing);
-    EXPECT_EQ(larger.margin, standard.margin);
+    EXPECT_EQ(larger.spacing, 13) << "12.5, rounded";
+    EXPECT_EQ(larger.rowGap, 6);
+    EXPECT_EQ(larger.cardFooter, 5);
+}
+
+TEST(SensorListMetrics, ALargerTextLeavesTheMarginOfAPanelThatDoesNotGetWider) {
+    EXPECT_EQ(SensorListMetrics(2).margin, standard.margin);
 }
 
 TEST(SensorListMetrics, EveryTextSizeGivesWholePoints) {

@@ -445,7 +445,7 @@ TEST_F(ListContent, GrowsWithTheText) {
     SensorList larger(SensorListMetrics(1.5));
     larger.update(cpuReadings(2), {}, {});
     EXPECT_EQ(larger.rowHeight(), 63);
-    EXPECT_EQ(larger.contentHeight(), 12 + 72 + 2 * (63 + 5) + 4 + 12);
+    EXPECT_EQ(larger.contentHeight(), 12 + 72 + 2 * (63 + 8) + 6 + 12);
 }
 
 TEST_F(ListContent, GivesTheReadingOfAShownKeyOnly) {

@@ -239,14 +239,24 @@ TEST(RowValue, EveryOccurrenceIsReplaced) { EXPECT_EQ(valueOf("40 °C / 50°C / 
 
 // Column of values
 
-std::string shapeOf(const std::vector<std::string>& values) {
-    std::vector<SMCReading> readings(values.size());
+std::string shapeOfReadings(const std::vector<SMCReading>& readings) {
     std::vector<const SMCReading*> rows;
-    for (std::size_t index = 0; index < values.size(); ++index) {
-        readings[index].value = values[index];
-        rows.push_back(&readings[index]);
-    }
+    for (const SMCReading& reading : readings) rows.push_back(&reading);
     return longestValueShape(rows);
+}
+
+SMCReading numberWithText(std::string value, std::string unit) {
+    SMCReading reading;
+    reading.value = std::move(value);
+    reading.numericValue = 1;
+    reading.unit = std::move(unit);
+    return reading;
+}
+
+std::string shapeOf(const std::vector<std::string>& values) {
+    std::vector<SMCReading> readings;
+    for (const std::string& value : values) readings.push_back(numberWithText(value, ""));
+    return shapeOfReadings(readings);
 }
 
 TEST(ValueShape, IsThatOfTheLongestValue) { EXPECT_EQ(shapeOf({"9.5°", "112.5°", "45.1°"}), "000.0°"); }
@@ -254,6 +264,17 @@ TEST(ValueShape, IsThatOfTheLongestValue) { EXPECT_EQ(shapeOf({"9.5°", "112.5°
 TEST(ValueShape, CountsCharactersNotBytes) { EXPECT_EQ(shapeOf({"1°°°", "12345"}), "00000"); }
 
 TEST(ValueShape, IsEmptyWithoutReadings) { EXPECT_EQ(shapeOf({}), ""); }
+
+TEST(ValueShape, LeavesOutTexts) {
+    SMCReading text;
+    text.value = "a whole sentence";
+    EXPECT_EQ(shapeOfReadings({numberWithText("9.5", "V"), text}), "0.0 V");
+    EXPECT_EQ(shapeOfReadings({text}), "");
+}
+
+TEST(ValueShape, IsEmptyForSeveralUnits) {
+    EXPECT_EQ(shapeOfReadings({numberWithText("46.27", "°C"), numberWithText("1834", "RPM")}), "");
+}
 
 // Background
 

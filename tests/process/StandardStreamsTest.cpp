@@ -1,12 +1,16 @@
 #include "process/StandardStreams.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <initializer_list>
+#include <string>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
+#include <system_error>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -70,6 +74,66 @@ TEST(StandardStreams, AreLeftAloneWhereTheyAreOpen) {
     }));
     ::close(pipe[0]);
     ::close(pipe[1]);
+}
+
+/// Whether colours are wanted with these variables, of which null ones are not set.
+bool wantsColoursWith(const char* refusal, const char* terminal) {
+    return inChildWithout({}, [&] {
+        ::unsetenv("NO_COLOR");
+        ::unsetenv("TERM");
+        if (refusal != nullptr) ::setenv("NO_COLOR", refusal, 1);
+        if (terminal != nullptr) ::setenv("TERM", terminal, 1);
+        return wantsColours();
+    });
+}
+
+TEST(Colours, AreWantedOnATerminalThatHasThemUnlessTheUserRefuses) {
+    EXPECT_TRUE(wantsColoursWith(nullptr, "xterm-256color"));
+    EXPECT_TRUE(wantsColoursWith("", "xterm-256color"));
+    EXPECT_FALSE(wantsColoursWith("1", "xterm-256color"));
+    EXPECT_FALSE(wantsColoursWith("0", "xterm-256color"));
+    EXPECT_FALSE(wantsColoursWith(nullptr, "dumb"));
+    EXPECT_FALSE(wantsColoursWith(nullptr, nullptr));
+}
+
+TEST(StandardOutput, GetsTheWholeText) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    const std::string text(std::size_t{1} << 20U, 'x'); // more than a pipe holds
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(pipe[0]);
+        ::dup2(pipe[1], STDOUT_FILENO);
+        ::_exit(writeToStandardOutput(text) ? 1 : 0);
+    }
+    ::close(pipe[1]);
+    std::string received;
+    std::array<char, 4096> chunk{};
+    for (ssize_t size = 0; (size = ::read(pipe[0], chunk.data(), chunk.size())) > 0;) {
+        received.append(chunk.data(), static_cast<std::size_t>(size));
+    }
+    ::close(pipe[0]);
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(received == text);
+}
+
+TEST(StandardOutput, FailsWithItsReasonInAPipeThatNobodyReads) {
+    EXPECT_TRUE(inChildWithout({}, [] {
+        std::array<int, 2> pipe{};
+        if (::pipe(pipe.data()) != 0) return false;
+        ::dup2(pipe[1], STDOUT_FILENO);
+        ::close(pipe[0]);
+        ignoreClosedPipes();
+        return writeToStandardOutput("text") == std::errc::broken_pipe;
+    }));
+}
+
+TEST(StandardOutput, FailsWithItsReasonWhereItIsClosed) {
+    EXPECT_TRUE(inChildWithout({1}, [] {
+        return writeToStandardOutput("text") == std::errc::bad_file_descriptor && !writeToStandardOutput("");
+    }));
 }
 
 } // namespace

@@ -47,7 +47,9 @@ def ways_to_run(snapshot: Path, folder: Path) -> list[list[str]]:
     """Arguments that together use all that the program does."""
     replay = folder / "replay.txt"
     replay.write_bytes(run(snapshot, "--demo").stdout)
-    return [[], ["--demo"], ["--demo", "linux-pc"], ["--replay", str(replay)], ["--help"], ["--version"], ["--wrong"]]
+    machines = [[], ["--demo"], ["--demo", "linux-pc"], ["--replay", str(replay)]]
+    outputs = [["--format", "openmetrics"], ["--summary"], ["--pinned"], ["--diff", str(replay)]]
+    return [*machines, *outputs, ["--completion", "bash"], ["--help"], ["--version"], ["--wrong"]]
 
 
 def allowed_calls() -> set[str]:

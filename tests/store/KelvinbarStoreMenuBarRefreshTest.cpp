@@ -2,6 +2,7 @@
 #include "tests/store/StoreFixture.h"
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -283,6 +284,36 @@ TEST_F(StoreMenuBarRefresh, AnotherMayStartFromItsLastNotification) {
         kelvinbarMenuBarReadingChanged, {[this](const auto& /*change*/) { store->refreshMenuBarOnly(); }});
     refreshMenuBarOnly();
     EXPECT_EQ(backgroundQueue.startedCount, started + 2);
+}
+
+// A refresh of a selection
+
+TEST_F(StoreMenuBarRefresh, OfASelectionReadsItsKeysAlone) {
+    makeStoreWithPins({"TC0P"}, {temperatureKey("TC0P", 40), temperatureKey("TC0D", 50)});
+    setKeys(driver(), {temperatureKey("TC0P", 41), temperatureKey("TC0D", 51)});
+    store->refreshOnly(std::make_shared<const KeySet>(KeySet{"TC0D"}));
+    EXPECT_TRUE(store->isReading());
+    EXPECT_FALSE(store->isRefreshing());
+    finishPasses();
+    EXPECT_FALSE(store->isReading());
+    EXPECT_EQ(keysRead(driver()), Keys{"TC0D"});
+    EXPECT_EQ(discoveryCount(driver()), 0);
+}
+
+TEST_F(StoreMenuBarRefresh, OfASelectionLeavesOnlyItsReadingsAndAllPins) {
+    makeStoreWithPins({"TC0P"}, {temperatureKey("TC0P", 40), temperatureKey("TC0D", 50)});
+    store->refreshOnly(std::make_shared<const KeySet>(KeySet{"TC0D", "gone"}));
+    finishPasses();
+    ASSERT_EQ(store->readings().value().size(), 1U);
+    EXPECT_EQ(store->readings().value().front().key, "TC0D");
+    EXPECT_EQ(store->menuBarKeys().value(), Keys{"TC0P"});
+}
+
+TEST_F(StoreMenuBarRefresh, OfASelectionDoesNotStartWhileARefreshRuns) {
+    makeStoreWithPins({}, {temperatureKey("TC0P", 40)});
+    store->refresh(false);
+    store->refreshOnly(std::make_shared<const KeySet>(KeySet{"TC0P"}));
+    EXPECT_EQ(backgroundQueue.waitingCount(), 1U);
 }
 
 } // namespace

@@ -7,14 +7,17 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <optional>
 #include <regex>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -155,6 +158,29 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {file},
         {"-"},
         {"--", "extra"},
+        {"--key"},
+        {"--category", "toast"},
+        {"--match", ""},
+        {"--sort", "size"},
+        {"--pinned", "--key", "TC0P"},
+        {"--title", "--summary"},
+        {"--title", "--format", "json"},
+        {"--summary", "--format", "table"},
+        {"--watch", "0"},
+        {"--watch", "-1"},
+        {"--watch", "soon"},
+        {"--watch", "--format", "json"},
+        {"--watch", "--format", "openmetrics"},
+        {"--diff"},
+        {"--diff", file, file, file},
+        {"--diff", "-", "-"},
+        {"--diff", file, "--demo"},
+        {"--diff", file, "--watch"},
+        {"--diff", file, "--format", "csv"},
+        {"--diff", file, "--title", "--key", "TC0P"},
+        {"--diff", file, "--tolerance", "-1"},
+        {"--tolerance", "1"},
+        {"--completion", "tcsh"},
     };
     for (const Words& options : wrong) {
         SCOPED_TRACE(testing::PrintToString(options));
@@ -345,6 +371,269 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
     }
 }
 
+TEST(KelvinbarSnapshot, PrintsTheFormatThatIsAskedFor) {
+    expectSnapshot(run({"--demo", "--format", "text"}), sampleMachines().front().text);
+    EXPECT_TRUE(run({"--demo", "--format=json"}).output.starts_with("{\n  \"schema\": 1,\n"));
+    EXPECT_TRUE(run({"--demo", "--format", "table"}).output.starts_with("CPU\n"));
+}
+
+TEST(KelvinbarSnapshot, NamesAnUnknownFormat) {
+    expectFailure(run({"--demo", "--format", "xml"}), 2, {"--format", "xml", "jsonl"});
+    expectFailure(run({"--demo", "--format", ""}), 2, {"--format"});
+}
+
+TEST(KelvinbarSnapshot, NamesNoFileOfTheUserInADocument) {
+    const TemporaryFolder folder;
+    const Outcome outcome = run({"--replay", folder.write("ada", oneKey), "--format", "json"});
+    EXPECT_TRUE(contains(outcome.output, "\"machine\": \"a snapshot\"")) << outcome.output;
+    EXPECT_FALSE(contains(outcome.output, "ada")) << outcome.output;
+}
+
+/// Runs the program with a standard output that is a pipe without a reader.
+Outcome runIntoClosedPipe(const Words& options) {
+    constexpr int inherited = 7;
+    std::array<int, 2> pipe{};
+    EXPECT_EQ(::pipe(pipe.data()), 0);
+    ::close(pipe[0]);
+    EXPECT_EQ(::dup2(pipe[1], inherited), inherited);
+    ::close(pipe[1]);
+    Words words{"/bin/sh", "-c", "exec \"$@\" >&7", "sh"};
+    for (const std::string& word : program(options)) words.push_back(word);
+    Outcome outcome = outcomeOf(words);
+    ::close(inherited);
+    return outcome;
+}
+
+TEST(KelvinbarSnapshot, SaysThatNobodyReadsWhatItPrints) {
+    const Outcome outcome = runIntoClosedPipe({"--demo"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot\n");
+}
+
+// Selection
+
+TEST(KelvinbarSnapshot, PrintsTheSelectedReadingsAlone) {
+    const Outcome outcome = run({"--demo", "--key", "TC0P", "F0Ac"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(contains(outcome.output, "\nActive keys: 2\n\nTC0P\t")) << outcome.output;
+    EXPECT_EQ(run({"--demo", "--match", "FAN 0 name", "--format", "csv"}).output,
+              "key,name,category,type,value,number,unit,raw,status\n"
+              "F0ID,Fan 0 Name,Fans,{fds,Left side,,,000000004C6566742073696465202020,OK\n");
+    EXPECT_TRUE(run({"--demo", "--category", "GPU / iGPU", "Fans", "--format", "table"})
+                    .output.starts_with("GRAPHICS\n"));
+}
+
+TEST(KelvinbarSnapshot, NamesKeysWithoutAReading) {
+    const Outcome outcome = run({"--demo", "--key", "TC0P", "XXXX", "--title"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output, "51.75°\n");
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: no reading has the key XXXX\n");
+}
+
+TEST(KelvinbarSnapshot, FailsWhenNothingIsSelected) {
+    for (const Words& selection :
+         {Words{"--match", "toaster"}, Words{"--category", "other", "--key", "TC0P"}}) {
+        Words options{"--demo"};
+        options.insert(options.end(), selection.begin(), selection.end());
+        expectFailure(run(options), 1, {"no reading is selected"});
+    }
+}
+
+/// The outcome for a user with these preferences; without a file if they are empty.
+Outcome runWithPreferences(const Words& options, std::string_view preferences) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("kelvinbar"));
+    if (!preferences.empty()) static_cast<void>(folder.write("kelvinbar/kelvinbar.conf", preferences));
+    return outcomeOf(program(options), {}, {"XDG_CONFIG_HOME=" + folder.path("")});
+}
+
+constexpr std::string_view twoPins = "[General]\nKelvinbarMenuBarKeys=TC0P, F0Ac\nKelvinbarMenuBarKey=TC0P\n";
+
+TEST(KelvinbarSnapshot, PrintsTheTitleOfThePinnedReadings) {
+    EXPECT_EQ(runWithPreferences({"--demo", "--title"}, twoPins).output, "51.75°  2156rpm\n");
+    EXPECT_EQ(run({"--demo", "--title", "--key", "TC0P"}).output, "51.75°\n");
+}
+
+TEST(KelvinbarSnapshot, PrintsThePinnedReadingsInPinOrder) {
+    const std::string output = runWithPreferences({"--demo", "--pinned"}, twoPins).output;
+    EXPECT_LT(output.find("\nTC0P\t"), output.find("\nF0Ac\t")) << output;
+    EXPECT_TRUE(contains(output, "\nActive keys: 2\n")) << output;
+}
+
+TEST(KelvinbarSnapshot, PrintsTheTitleForWaybar) {
+    const std::string expected =
+        "{\"text\":\"51.75°  2156rpm\",\"tooltip\":\"Kelvinbar • TC0P • CPU Proximity: 51.75 °C  |  "
+        "F0Ac • Fan 0: 2156 RPM\",\"class\":\"readings\"}\n";
+    EXPECT_EQ(runWithPreferences({"--demo", "--title", "--format", "waybar"}, twoPins).output, expected);
+    EXPECT_EQ(runWithPreferences({"--demo", "--format", "waybar"}, twoPins).output, expected);
+}
+
+TEST(KelvinbarSnapshot, SaysThatNothingIsPinned) {
+    expectFailure(runWithPreferences({"--demo", "--title"}, ""), 1, {"nothing is pinned"});
+    expectFailure(runWithPreferences({"--demo", "--pinned"}, "junk"), 1, {"nothing is pinned"});
+}
+
+TEST(KelvinbarSnapshot, SummarizesAMachineInFourLines) {
+    EXPECT_EQ(run({"--demo", "linux-pc", "--summary"}).output,
+              "Hottest      68 °C  GPU Hotspot\nFastest fan  2350 RPM  Mainboard Fan 7\nPower        96 W\n"
+              "Battery      none\n");
+}
+
+// Watching
+
+/// A run of the program whose output the test reads line by line.
+class WatchedRun {
+  public:
+    explicit WatchedRun(const Words& options) : run_(started(options)) {}
+
+    WatchedRun(const WatchedRun&) = delete;
+    WatchedRun& operator=(const WatchedRun&) = delete;
+
+    ~WatchedRun() { closeOutput(); }
+
+    std::string line() {
+        std::string line;
+        for (char character = 0; !line.ends_with('\n') && ::read(output_, &character, 1) == 1;)
+            line.push_back(character);
+        return line;
+    }
+
+    void closeOutput() {
+        if (output_ >= 0) ::close(std::exchange(output_, -1));
+    }
+
+    void send(int signal) const { run_.send(signal); }
+
+    int status() { return run_.status(); }
+
+    std::string errors() { return contentOf(folder_.path("errors")); }
+
+  private:
+    ProgramRun started(const Words& options) {
+        const std::string pipe = folder_.path("pipe");
+        EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+        output_ = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); // does not wait for the program
+        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")});
+        ::fcntl(output_, F_SETFL, 0);
+        return run;
+    }
+
+    TemporaryFolder folder_;
+    int output_ = -1;
+    ProgramRun run_;
+};
+
+TEST(KelvinbarSnapshot, PrintsAgainAndAgainUntilASignal) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        WatchedRun watched({"--demo", "--watch", "0.1", "--title", "--key", "TC0P"});
+        for (int tick = 0; tick < 3; ++tick) EXPECT_EQ(watched.line(), "51.75°\n");
+        watched.send(signal);
+        while (!watched.line().empty()) {
+        }
+        EXPECT_EQ(watched.status(), 0);
+        EXPECT_EQ(watched.errors(), "");
+    }
+}
+
+TEST(KelvinbarSnapshot, EndsAtOnceWhenASignalComesWhileItWaits) {
+    WatchedRun watched({"--demo", "--watch", "3600", "--title", "--key", "TC0P"});
+    EXPECT_EQ(watched.line(), "51.75°\n");
+    watched.send(SIGTERM);
+    EXPECT_EQ(watched.line(), "");
+    EXPECT_EQ(watched.status(), 0);
+}
+
+TEST(KelvinbarSnapshot, EndsAtOnceWhenNobodyReadsWhatItWatches) {
+    WatchedRun watched({"--demo", "--watch", "3600", "--format", "jsonl"});
+    EXPECT_TRUE(watched.line().starts_with("{\"schema\":1,"));
+    watched.closeOutput();
+    EXPECT_EQ(watched.status(), 0);
+    EXPECT_EQ(watched.errors(), "");
+}
+
+TEST(KelvinbarSnapshot, AppendsRowsUnderOneHeading) {
+    WatchedRun watched({"--demo", "--watch", "0.1", "--format", "csv", "--key", "TC0P", "F0Mn"});
+    EXPECT_EQ(watched.line(), "time,CPU Proximity (°C),Fan 0 Minimum (RPM)\n");
+    EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+    EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+}
+
+TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "this system has no device that is always full";
+    const TemporaryFolder folder;
+    const std::string errors = folder.write("errors", "");
+    EXPECT_EQ(ProgramRun(program({"--demo", "--watch"}), {"/dev/null", "/dev/full", errors}).status(), 1);
+    EXPECT_TRUE(contains(contentOf(errors), "cannot write the readings")) << contentOf(errors);
+}
+
+// Comparison
+
+constexpr std::string_view warmerKey = "TC0P\tsp78\t\t\tRAW=2900\n";
+
+TEST(KelvinbarSnapshot, ComparesTwoSnapshots) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    const std::string after = folder.write("after", warmerKey);
+    const Outcome outcome = run({"--diff", before, after});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "~ TC0P  CPU Proximity  40.50 °C → 41 °C (+0.5)\n");
+    EXPECT_EQ(outcome.errors, "");
+}
+
+TEST(KelvinbarSnapshot, IsSilentAboutEqualSnapshots) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    for (const Words& options :
+         {Words{"--diff", before, before},
+          Words{"--diff", before, folder.write("after", warmerKey), "--tolerance", "0.5"}}) {
+        const Outcome outcome = run(options);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "");
+    }
+}
+
+TEST(KelvinbarSnapshot, ComparesASnapshotWithThisMachine) {
+    const TemporaryFolder folder;
+    const Outcome outcome =
+        run({"--diff", folder.write("other", "ZZZZ\tioreg\tx\t1 RPM\tRAW=\n" + std::string(oneKey))});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(contains(outcome.output, "- TC0P ")) << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "+ N")) << outcome.output; // facts of the system
+}
+
+TEST(KelvinbarSnapshot, ComparesTheSelectedReadings) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    const std::string after = folder.write("after", std::string(oneKey) + "TC0D\tsp78\t\t\tRAW=2900\n");
+    EXPECT_EQ(run({"--diff", before, after}).status, 1);
+    EXPECT_EQ(run({"--diff", before, after, "--key", "TC0P"}).status, 0);
+    expectFailure(run({"--diff", before, after, "--match", "toaster"}), 3, {"no reading is selected"});
+}
+
+TEST(KelvinbarSnapshot, PrintsDifferencesAsJson) {
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", oneKey);
+    const Outcome outcome = run({"--format", "json", "--diff", before, "-"}, warmerKey);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(outcome.output.starts_with("{\n  \"schema\": 1,\n  \"appeared\": [],")) << outcome.output;
+    EXPECT_TRUE(outcome.output.ends_with("}\n")) << outcome.output;
+}
+
+TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", oneKey);
+    expectFailure(run({"--diff", folder.path("missing"), file}), 3, {folder.path("missing")});
+    expectFailure(run({"--diff", file, folder.path("missing")}), 3, {folder.path("missing")});
+    expectFailure(run({"--diff", folder.write("junk", "junk\n"), file}), 3, {"no line of a snapshot"});
+    const std::string errors = folder.write("errors", "");
+    if (!std::filesystem::exists("/dev/full")) return;
+    EXPECT_EQ(ProgramRun(program({"--diff", file, "-"}), {folder.write("in", warmerKey), "/dev/full", errors})
+                  .status(),
+              3);
+}
+
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
@@ -352,24 +641,49 @@ TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
 }
 
-/// What is typed at a terminal begins on a line of its own again.
-TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
+/// What the program prints on a terminal; no value if this system gives none.
+std::optional<std::string> printedAtTerminal(const Words& options, const Words& variables = {}) {
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal < 0) GTEST_SKIP() << "this system gives no pseudo-terminals";
-    ASSERT_EQ(::grantpt(terminal), 0);
-    ASSERT_EQ(::unlockpt(terminal), 0);
+    if (terminal < 0) return std::nullopt;
+    EXPECT_EQ(::grantpt(terminal), 0);
+    EXPECT_EQ(::unlockpt(terminal), 0);
     const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
     const TemporaryFolder folder;
-    const ProgramRun replay(program({"--replay", folder.write("file", oneKey)}),
-                            {"/dev/null", name, folder.write("errors", "")});
+    const ProgramRun run(program(options), {"/dev/null", name, folder.write("errors", "")}, variables);
     std::string output;
     std::array<char, 4096> chunk{};
     for (ssize_t size = 0; (size = ::read(terminal, chunk.data(), chunk.size())) > 0;) {
         output.append(chunk.data(), static_cast<std::size_t>(size));
+        if (contains(output, "\x1b[J")) run.terminate(); // a page of a watch is complete
     }
-    EXPECT_EQ(replay.status(), 0);
+    EXPECT_EQ(run.status(), 0);
     ::close(terminal);
-    EXPECT_EQ(withoutTime(replacedAll(output, "\r\n", "\n")), withoutTime(oneKeySnapshot) + "\n");
+    return replacedAll(output, "\r\n", "\n");
+}
+
+/// What is typed at a terminal begins on a line of its own again.
+TEST(KelvinbarSnapshot, EndsTheLastLineAtATerminal) {
+    const TemporaryFolder folder;
+    const auto output = printedAtTerminal({"--replay", folder.write("file", oneKey)});
+    if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    EXPECT_EQ(withoutTime(*output), withoutTime(oneKeySnapshot) + "\n");
+}
+
+TEST(KelvinbarSnapshot, ColoursATableAtATerminalUnlessTheUserRefuses) {
+    const Words options{"--demo", "--format", "table", "--key", "TC0P"};
+    const auto coloured = printedAtTerminal(options, {"TERM=xterm", "NO_COLOR="});
+    if (!coloured) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    EXPECT_EQ(*coloured, "\x1b[1mCPU\x1b[0m\n  CPU Proximity  51.75°  \x1b[2mTC0P\x1b[0m\n");
+    EXPECT_EQ(printedAtTerminal(options, {"TERM=xterm", "NO_COLOR=1"}),
+              "CPU\n  CPU Proximity  51.75°  TC0P\n");
+}
+
+TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
+    const auto output =
+        printedAtTerminal({"--demo", "--watch", "3600", "--summary", "--key", "TC0P"}, {"TERM=xterm"});
+    if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    EXPECT_EQ(*output, "\x1b[HHottest      51.75 °C  CPU Proximity\x1b[K\nFastest fan  none\x1b[K\n"
+                       "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
 }
 
 } // namespace

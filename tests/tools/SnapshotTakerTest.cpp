@@ -1,11 +1,14 @@
 #include "tools/SnapshotTaker.h"
 
+#include "store/SnapshotExport.h"
 #include "tests/fakes/FakeMachine.h"
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <regex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -25,21 +28,25 @@ std::string withoutTime(const std::string& text) {
     return text.substr(0, start) + text.substr(end + 1);
 }
 
+/// Header and lines without the time.
+std::string taken(const Snapshot& snapshot) {
+    return withoutTime(snapshotText(snapshot.readings, snapshot.time));
+}
+
 TEST(TakeSnapshot, GivesTheReadingsOfTheMachine) {
     const FakeMachine fake;
     fake.driver->addKeyCount(3).add("TC0P", "sp78", {0x28, 0x80}).add("zzzz", "ui8 ", {1});
     fake.registry->add("SMCSuperIO", "chip", Dictionary{{"CPU Fan", std::int64_t{900}}});
-    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text),
-              "Kelvinbar snapshot\nActive keys: 2\n"
-              "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
-              "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
+    EXPECT_EQ(taken(SnapshotTaker().take(fake.machine())), "Kelvinbar snapshot\nActive keys: 2\n"
+                                                           "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+                                                           "\nTC0P\tsp78\tCPU Proximity\t40.50 °C\tRAW=2880");
 }
 
 TEST(TakeSnapshot, GivesWhatTheSystemKnowsWithoutAController) {
     const FakeMachine fake;
     fake.driver->hasService = false;
     fake.system->thermal = 2;
-    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text),
+    EXPECT_EQ(taken(SnapshotTaker().take(fake.machine())),
               "Kelvinbar snapshot\nActive keys: 3\n"
               "\nNARC\tnative\tArchitecture\tApple Silicon\tRAW=Apple Silicon"
               "\nNLPM\tnative\tLow Power Mode\tDisabled\tRAW=Disabled"
@@ -48,7 +55,13 @@ TEST(TakeSnapshot, GivesWhatTheSystemKnowsWithoutAController) {
 
 TEST(TakeSnapshot, GivesTheHeaderAloneOfAMachineWithoutReadings) {
     const FakeMachine fake;
-    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text), "Kelvinbar snapshot\nActive keys: 0\n");
+    EXPECT_EQ(taken(SnapshotTaker().take(fake.machine())), "Kelvinbar snapshot\nActive keys: 0\n");
+}
+
+TEST(TakeSnapshot, TellsHowReadingWent) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    EXPECT_TRUE(SnapshotTaker().take(fake.machine()).status.starts_with("Loaded 1 "));
 }
 
 TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
@@ -71,15 +84,69 @@ TEST(TakeSnapshot, LeavesAMachineThatCanBeReadOn) {
 TEST(TakeSnapshot, ReadsTheMachineAnewEveryTime) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
-    const std::string first = withoutTime(SnapshotTaker().take(fake.machine()).text);
+    const std::string first = taken(SnapshotTaker().take(fake.machine()));
     fake.driver->keys.back().bytes = {0x29, 0x00};
     fake.registry->add("SMCSuperIO", "chip", Dictionary{{"CPU Fan", std::int64_t{900}}});
     fake.clock->advance(std::chrono::minutes(1)); // fans of the registry are kept for a while
-    EXPECT_NE(withoutTime(SnapshotTaker().take(fake.machine()).text), first);
-    EXPECT_EQ(withoutTime(SnapshotTaker().take(fake.machine()).text),
-              "Kelvinbar snapshot\nActive keys: 2\n"
-              "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
-              "\nTC0P\tsp78\tCPU Proximity\t41 °C\tRAW=2900");
+    EXPECT_NE(taken(SnapshotTaker().take(fake.machine())), first);
+    EXPECT_EQ(taken(SnapshotTaker().take(fake.machine())), "Kelvinbar snapshot\nActive keys: 2\n"
+                                                           "\nFAN0\tioreg\tCPU Fan\t900 RPM\tRAW=384"
+                                                           "\nTC0P\tsp78\tCPU Proximity\t41 °C\tRAW=2900");
+}
+
+std::shared_ptr<const KeySet> keySet(KeySet keys) { return std::make_shared<const KeySet>(std::move(keys)); }
+
+std::string readKeys(const Snapshot& snapshot) {
+    std::string keys;
+    for (const SMCReading& reading : snapshot.readings)
+        keys.append(keys.empty() ? "" : " ").append(reading.key);
+    return keys;
+}
+
+TEST(WatchedSnapshots, ReadOnlyTheKeysThatAreAskedFor) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(3).add("TC0P", "sp78", {0x28, 0x80}).add("TC0D", "sp78", {0x30, 0});
+    SnapshotTaker taker;
+    EXPECT_EQ(readKeys(taker.begin(fake.machine())), "TC0D TC0P");
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0P");
+    EXPECT_EQ(readKeys(taker.next(keySet({"gone"}))), "");
+    EXPECT_EQ(readKeys(taker.next(nullptr)), "TC0D TC0P");
+}
+
+TEST(WatchedSnapshots, KeepTheConnectionUntilTheEnd) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    SnapshotTaker taker;
+    taker.begin(fake.machine());
+    taker.next(keySet({"TC0P"}));
+    EXPECT_EQ(fake.driver->openCount, 1);
+    EXPECT_TRUE(fake.driver->closed.empty());
+    taker.end();
+    EXPECT_TRUE(taker.finish());
+    EXPECT_EQ(fake.driver->closed.size(), 1U);
+}
+
+TEST(WatchedSnapshots, LookForNewDevicesNowAndThen) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    SnapshotTaker taker;
+    taker.begin(fake.machine());
+    fake.driver->add("TC0D", "sp78", {0x30, 0});
+    fake.driver->keys.front().bytes = {0, 0, 0, 3};
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0P");
+    fake.clock->advance(std::chrono::minutes(6));
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0D TC0P");
+    EXPECT_EQ(readKeys(taker.next(keySet({"TC0P"}))), "TC0P");
+}
+
+TEST(WatchedSnapshots, KnowThePinsOfTheUserAlsoWithoutAReading) {
+    const FakeMachine fake;
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    SnapshotTaker taker;
+    const Dictionary preferences{{"KelvinbarMenuBarKeys", TextList{"gone", "TC0P"}}};
+    EXPECT_EQ(taker.begin(fake.machine(), preferences).pinned, (std::vector<std::string>{"TC0P", "gone"}));
+    taker.end();
+    EXPECT_TRUE(taker.begin(fake.machine()).pinned.empty());
 }
 
 } // namespace

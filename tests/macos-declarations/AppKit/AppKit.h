@@ -20,7 +20,19 @@ typedef NSString* NSColorSpaceName;
 
 KELVINBAR_EXPORT NSColorSpaceName const NSDeviceRGBColorSpace;
 
+typedef NSString* NSFontDescriptorSystemDesign;
+typedef NSString* NSFontDescriptorAttributeName;
+
+KELVINBAR_EXPORT NSFontDescriptorSystemDesign const NSFontDescriptorSystemDesignRounded;
+
+@interface NSFontDescriptor : NSObject
+- (nullable instancetype)fontDescriptorWithDesign:(NSFontDescriptorSystemDesign)design;
+- (nullable id)objectForKey:(NSFontDescriptorAttributeName)attribute;
+@end
+
 @interface NSFont : NSObject
+@property(readonly, strong) NSFontDescriptor* fontDescriptor;
++ (nullable NSFont*)fontWithDescriptor:(NSFontDescriptor*)descriptor size:(CGFloat)size;
 + (NSFont*)systemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight;
 + (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight;
 @end

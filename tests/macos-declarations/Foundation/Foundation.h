@@ -95,6 +95,7 @@ typedef NSString* NSAttributedStringKey;
 
 @interface NSURL : NSObject
 + (nullable instancetype)URLWithString:(NSString*)text;
+@property(readonly) const char* fileSystemRepresentation;
 @end
 
 typedef enum NSComparisonResult : NSInteger {

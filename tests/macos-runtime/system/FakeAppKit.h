@@ -8,7 +8,14 @@
 
 // What the fakes add to the classes of AppKit.
 
+/// Descriptors ask for a design; those of fonts know a file as well.
+@interface NSFontDescriptor ()
+@property(nonatomic) bool isRounded;
+@property(nonatomic) bool isOfFont;
+@end
+
 @interface NSFont ()
+@property(nonatomic) bool isRounded;
 @property(nonatomic) double pointSize;
 @property(nonatomic) double weight;
 @property(nonatomic) bool hasMonospacedDigits;

@@ -106,6 +106,9 @@ struct FakeDrawing {
     Rect place;
 };
 
+/// The only design that is declared.
+inline constexpr auto fakeRoundedDesign = "rounded";
+
 /// What `NSFontWeight…` are here. Unlike the real ones, no two are close.
 inline constexpr double fakeRegularWeight = 1;
 inline constexpr double fakeMediumWeight = 2;
@@ -136,10 +139,11 @@ class FakeCocoa {
 
     // What the system is like; tests change it
 
-    double version = 14;                  ///< of macOS
-    std::map<std::string, Size> symbols;  ///< the system's, with their sizes in points
-    std::map<std::string, Size> pictures; ///< the program's, by the name with which they are found
-    bool givesButtons = true;             ///< status items have one
+    double version = 14;                          ///< of macOS
+    std::map<std::string, std::string> fontFiles; ///< of the system font, by its design; "" is the usual one
+    std::map<std::string, Size> symbols;          ///< the system's, with their sizes in points
+    std::map<std::string, Size> pictures;         ///< the program's, by the name with which they are found
+    bool givesButtons = true;                     ///< status items have one
     std::vector<FakeScreen> screens;
     /// The frame of the item's window in the system's coordinates. No value: the item has no window.
     std::optional<Rect> itemWindow;

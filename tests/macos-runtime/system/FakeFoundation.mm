@@ -290,6 +290,7 @@ void perform(__unsafe_unretained id receiver, SEL selector, __unsafe_unretained 
 
 @implementation NSURL {
     FakeText* _text;
+    std::string _path;
 }
 
 + (nullable instancetype)URLWithString:(NSString*)text {
@@ -301,6 +302,11 @@ void perform(__unsafe_unretained id receiver, SEL selector, __unsafe_unretained 
 
 - (FakeText*)text {
     return _text;
+}
+
+- (const char*)fileSystemRepresentation {
+    _path = [_text text];
+    return _path.c_str();
 }
 
 @end

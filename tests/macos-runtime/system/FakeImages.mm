@@ -1,6 +1,7 @@
 #import "tests/macos-runtime/system/FakeAppKit.h"
 #include "tests/macos-runtime/system/Runtime.h"
 
+#import <CoreText/CoreText.h>
 #include <vector>
 
 using kelvinbar::Size;
@@ -11,6 +12,8 @@ using kelvinbar::objc::fail;
 const NSFontWeight NSFontWeightRegular = kelvinbar::fakes::fakeRegularWeight;
 const NSFontWeight NSFontWeightMedium = kelvinbar::fakes::fakeMediumWeight;
 const NSFontWeight NSFontWeightSemibold = kelvinbar::fakes::fakeSemiboldWeight;
+NSFontDescriptorSystemDesign const NSFontDescriptorSystemDesignRounded = @"rounded";
+const CFStringRef kCTFontURLAttribute = (__bridge CFStringRef) @"file";
 NSColorSpaceName const NSDeviceRGBColorSpace = @"device RGB";
 
 namespace {
@@ -21,7 +24,39 @@ FakeCocoa& cocoa() { return FakeCocoa::shared(); }
 
 // Fonts, colours and images
 
+@implementation NSFontDescriptor
+
+- (nullable instancetype)fontDescriptorWithDesign:(NSFontDescriptorSystemDesign)design {
+    if (!cocoa().fontFiles.contains(textOf(design))) return nil;
+    NSFontDescriptor* const made = [[NSFontDescriptor alloc] init];
+    made.isRounded = textOf(design) == textOf(NSFontDescriptorSystemDesignRounded);
+    return made;
+}
+
+- (nullable id)objectForKey:(NSFontDescriptorAttributeName)attribute {
+    if (textOf(attribute) != textOf((__bridge NSString*)kCTFontURLAttribute)) fail("an unknown attribute");
+    const auto found = cocoa().fontFiles.find(_isRounded ? kelvinbar::fakes::fakeRoundedDesign : "");
+    if (!_isOfFont || found == cocoa().fontFiles.end() || found->second.empty()) return nil;
+    return [NSURL URLWithString:kelvinbar::fakes::nsText(found->second)];
+}
+
+@end
+
 @implementation NSFont
+
+- (NSFontDescriptor*)fontDescriptor {
+    NSFontDescriptor* const made = [[NSFontDescriptor alloc] init];
+    made.isRounded = _isRounded;
+    made.isOfFont = true;
+    return made;
+}
+
++ (nullable NSFont*)fontWithDescriptor:(NSFontDescriptor*)descriptor size:(CGFloat)size {
+    if (descriptor == nil) fail("a font of no descriptor");
+    NSFont* const font = [NSFont systemFontOfSize:size weight:NSFontWeightRegular];
+    font.isRounded = descriptor.isRounded;
+    return font;
+}
 
 + (NSFont*)systemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight {
     NSFont* const font = [[NSFont alloc] init];

@@ -2,9 +2,15 @@
 
 #include <QImage>
 #include <QString>
+#include <functional>
 #include <span>
 
 namespace kelvinbar {
+
+class PanelStage;
+
+/// The rounded font of a picture, in a package that the tests need.
+inline constexpr const char* roundFontFile = "/usr/share/fonts/truetype/quicksand/Quicksand-Bold.ttf";
 
 /// A state of the panel that has a reference picture.
 struct PanelPicture {
@@ -14,5 +20,8 @@ struct PanelPicture {
 
 /// Every main state of the panel.
 std::span<const PanelPicture> panelPictures();
+
+/// The picture "fixed", of a panel that was changed after it opened.
+QImage fixedPanelAfter(const std::function<void(PanelStage&)>& change);
 
 } // namespace kelvinbar

@@ -3,6 +3,7 @@
 // usage: kelvinbar_panel_pictures [FOLDER]
 
 #include "tests/QtTests.h"
+#include "tests/panel/PanelScreens.h"
 #include "tests/panel/pictures/PanelPictures.h"
 
 #include <QGuiApplication>
@@ -14,7 +15,7 @@ namespace {
 
 int drawAll(int& argc, char** argv) {
     const QString folder = argv[1];
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", kelvinbar::screens::platform);
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     for (const auto& [name, draw] : kelvinbar::panelPictures()) {
@@ -29,5 +30,6 @@ int drawAll(int& argc, char** argv) {
 
 int main(int argc, char** argv) {
     if (argc == 2 && !std::string_view(argv[1]).starts_with("--")) return drawAll(argc, argv);
-    return kelvinbar::runQtTests(argc, argv, [] { return true; });
+    return kelvinbar::runQtTests(
+        argc, argv, [] { return true; }, kelvinbar::screens::platform);
 }

@@ -1,9 +1,16 @@
 #include "tests/panel/pictures/PanelPictures.h"
 
+#include "panel/Plate.h"
+#include "panel/RoundedFont.h"
+#include "tests/panel/pictures/PanelStage.h"
 #include "tests/panel/pictures/PictureComparison.h"
 
 #include <QDir>
+#include <QFontDatabase>
+#include <QGuiApplication>
 #include <QPainter>
+#include <QQuickItem>
+#include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -12,12 +19,18 @@ namespace kelvinbar::panel_pictures_test {
 
 namespace {
 
-QString referenceFile(const char* name) { return QString(KELVINBAR_FIXTURES "/panel/%1.png").arg(name); }
+/// The name of a picture, followed by the number of pixels a point if that is not 1.
+QString fileName(const char* name) {
+    const double ratio = qGuiApp->devicePixelRatio();
+    return ratio == 1 ? QString("%1.png").arg(name) : QString("%1@%2x.png").arg(name).arg(ratio);
+}
+
+QString referenceFile(const char* name) { return KELVINBAR_FIXTURES "/panel/" + fileName(name); }
 
 /// The drawn picture, for finding out why a test fails.
 void keepArtefact(const QImage& picture, const char* name) {
     QDir().mkpath(KELVINBAR_ARTEFACTS);
-    picture.save(QString(KELVINBAR_ARTEFACTS "/panel-%1.png").arg(name));
+    picture.save(KELVINBAR_ARTEFACTS "/panel-" + fileName(name));
 }
 
 class PanelPictures : public testing::TestWithParam<PanelPicture> {};
@@ -30,6 +43,7 @@ TEST_P(PanelPictures, LooksLikeItsReference) {
     ASSERT_FALSE(reference.isNull());
     EXPECT_EQ(picture.size(), reference.size());
     EXPECT_LE(differingShare(picture, reference), tolerance);
+    EXPECT_LE(differingSurface(reference, picture), surfaceTolerance);
 }
 
 INSTANTIATE_TEST_SUITE_P(States, PanelPictures,
@@ -39,6 +53,15 @@ INSTANTIATE_TEST_SUITE_P(States, PanelPictures,
                              std::erase(name, '-');
                              return name;
                          });
+
+TEST(RoundedFont, IsTheOneInTheFileAsLongAsItLives) {
+    {
+        const RoundedFont font(QString::fromUtf8(roundFontFile));
+        EXPECT_EQ(font.family(), "Quicksand");
+        EXPECT_TRUE(QFontDatabase::families().contains("Quicksand"));
+    }
+    EXPECT_FALSE(QFontDatabase::families().contains("Quicksand"));
+}
 
 QImage reference() { return QImage(referenceFile("fixed")).convertToFormat(QImage::Format_RGB32); }
 
@@ -54,7 +77,42 @@ TEST(PictureComparison, ACardThatMovedByAPixelIsNoticed) {
     }
 }
 
-TEST(PictureComparison, APictureIsLikeItself) { EXPECT_EQ(differingShare(reference(), reference()), 0); }
+/// The surface of the item with that accessible name.
+Plate& plateOf(PanelStage& stage, const QString& name) {
+    return *stage.item(name)->findChild<Plate*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+/// What differs from the reference if the panel is drawn after `change`.
+double surfaceDifferingAfter(const std::function<void(PanelStage&)>& change) {
+    return differingSurface(reference(), fixedPanelAfter(change));
+}
+
+TEST(PictureComparison, ARowWithoutItsGradientIsNoticed) {
+    EXPECT_GT(surfaceDifferingAfter([](PanelStage& stage) { plateOf(stage, "Core 1").setColors({}); }),
+              surfaceTolerance);
+}
+
+TEST(PictureComparison, ARowWithoutItsBorderIsNoticed) {
+    EXPECT_GT(
+        surfaceDifferingAfter([](PanelStage& stage) { plateOf(stage, "Core 1").setStroke(Qt::transparent); }),
+        surfaceTolerance);
+}
+
+TEST(PictureComparison, ACardWithoutItsBorderIsNoticed) {
+    EXPECT_GT(
+        surfaceDifferingAfter([](PanelStage& stage) { plateOf(stage, "CPU").setStroke(Qt::transparent); }),
+        surfaceTolerance);
+}
+
+TEST(PictureComparison, ACardWithoutItsGradientIsNoticed) {
+    EXPECT_GT(surfaceDifferingAfter([](PanelStage& stage) { plateOf(stage, "CPU").setColors({}); }),
+              surfaceTolerance);
+}
+
+TEST(PictureComparison, APictureIsLikeItself) {
+    EXPECT_EQ(differingShare(reference(), reference()), 0);
+    EXPECT_EQ(differingSurface(reference(), reference()), 0);
+}
 
 TEST(PictureComparison, AFewEdgesOfLettersMayDiffer) {
     QImage changed = reference();
@@ -66,6 +124,8 @@ TEST(PictureComparison, AFewEdgesOfLettersMayDiffer) {
 TEST(PictureComparison, ADifferentSizeDiffers) {
     EXPECT_EQ(differingShare(reference(), reference().copy(0, 0, 100, 100)), 1);
     EXPECT_EQ(differingShare({}, {}), 1);
+    EXPECT_EQ(differingSurface(reference(), reference().copy(0, 0, 100, 100)), 1);
+    EXPECT_EQ(differingSurface({}, {}), 1);
 }
 
 } // namespace

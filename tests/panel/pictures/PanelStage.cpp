@@ -5,8 +5,10 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QTest>
 
 namespace kelvinbar {
@@ -41,7 +43,7 @@ constexpr int untilNothingMoves = 1000;
 
 } // namespace
 
-PanelStage::PanelStage(const MakeMachine& makeMachine)
+PanelStage::PanelStage(const MakeMachine& makeMachine, const std::string& roundedFontFile)
     : store_(KelvinbarStore::create({.machine = makeMachine(std::make_shared<fakes::FakeMonotonicClock>()),
                                      .defaults = defaults_,
                                      .notifications = notifications_,
@@ -54,6 +56,7 @@ PanelStage::PanelStage(const MakeMachine& makeMachine)
                               .prefersReducedMotion = [] { return true; },
                               .prefersMoreContrast = [this] { return isContrastHigh_; },
                               .systemSymbols = {},
+                              .roundedFontFile = [roundedFontFile] { return roundedFontFile; },
                               .program = {.version = "1.2.3",
                                           .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
                                           .program = "/usr/bin/kelvinbar"}})) {}
@@ -81,6 +84,10 @@ void PanelStage::open(Size size) {
     window().resize(static_cast<int>(size.width), static_cast<int>(size.height));
     window().show();
     static_cast<void>(QTest::qWaitForWindowExposed(&window()));
+}
+
+void PanelStage::useScreen(int screen) {
+    window().setPosition(QGuiApplication::screens().at(screen)->geometry().topLeft());
 }
 
 QQuickWindow& PanelStage::window() { return static_cast<QQuickWindow&>(panel_->window()); }

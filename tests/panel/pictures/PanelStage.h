@@ -27,7 +27,8 @@ class PanelStage {
   public:
     using MakeMachine = std::function<Machine(std::shared_ptr<const MonotonicClock>)>;
 
-    explicit PanelStage(const MakeMachine& makeMachine);
+    /// Headings and values have the font in that file, or else that of the rest.
+    explicit PanelStage(const MakeMachine& makeMachine, const std::string& roundedFontFile = {});
     PanelStage(const PanelStage&) = delete;
     PanelStage& operator=(const PanelStage&) = delete;
     ~PanelStage();
@@ -43,6 +44,9 @@ class PanelStage {
     /// Opens the panel with `size`, or with the size that it has on a screen of 1440 x 1200.
     void open();
     void open(Size size);
+
+    /// Moves the panel to the screen of that number (PanelScreens.h). Call before it opens.
+    void useScreen(int screen);
 
     QQuickWindow& window();
 

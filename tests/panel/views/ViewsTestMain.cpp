@@ -1,4 +1,5 @@
-// Runs the tests of the views, the tst_*.qml files in this folder, on an offscreen platform.
+// Runs the tests of the views, the tst_*.qml files in this folder, on an offscreen platform; with
+// QT_QUICK_BACKEND in the environment, on the X11 display, with the renderer that it names.
 
 #include "tests/CommaLocale.h"
 #include "tests/panel/views/ViewStage.h"
@@ -17,6 +18,9 @@ void qml_register_types_Kelvinbar_Panel();
 
 namespace {
 
+/// As in the program.
+bool wantsAnotherRenderer() { return qEnvironmentVariableIsSet("QT_QUICK_BACKEND"); }
+
 class Setup : public QObject {
     Q_OBJECT
 
@@ -27,7 +31,7 @@ class Setup : public QObject {
   public slots:
 
     void applicationAvailable() { // NOLINT(readability-convert-member-functions-to-static): it is a slot
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        if (!wantsAnotherRenderer()) QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qml_register_types_Kelvinbar_Panel();
     }
 
@@ -59,7 +63,8 @@ int main(int argc, char** argv) {
     if (!kelvinbar::enterCommaLocale(KELVINBAR_LOCALES)) {
         return failure("the locale with a decimal comma is missing\n");
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The platform without a display has the software renderer alone.
+    qputenv("QT_QPA_PLATFORM", wantsAnotherRenderer() ? "xcb" : "offscreen");
     // The JIT compiler of Qt 6.4 occasionally crashes in tests that visit many items.
     qputenv("QV4_FORCE_INTERPRETER", "1");
     Setup setup;

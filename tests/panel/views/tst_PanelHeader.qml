@@ -15,6 +15,12 @@ Item {
         }
     }
 
+    Component {
+        id: iconComponent
+
+        Panel.AnimatedHeaderIcon {}
+    }
+
     ViewTest {
         name: "PanelHeader"
 
@@ -72,6 +78,42 @@ Item {
             const header = headerOf(makePanel());
             compare(buttonsIn(header).length, 1);
             verify(!hasText(header, "Donate"));
+        }
+
+        // The icon's glow
+
+        function test_theGlowBrightensOnceWhenThePanelOpens() {
+            const icon = make(iconComponent, {isAnimated: true});
+            const glow = plateIn(icon);
+            compare(glow.opacity, 1);
+            icon.greet();
+            tryVerify(() => glow.opacity < 0.9, 100);
+            let former = glow.opacity;
+            tryVerify(() => {
+                const isDimmer = glow.opacity < former;
+                former = glow.opacity;
+                verify(!isDimmer, "it brightens all the time");
+                return glow.opacity === 1;
+            });
+            wait(100);
+            compare(glow.opacity, 1);
+        }
+
+        function test_theGlowStandsStillWhereLessMotionIsWanted() {
+            const icon = make(iconComponent, {isAnimated: false});
+            icon.greet();
+            for (let count = 0; count < 5; ++count) {
+                wait(20);
+                compare(plateIn(icon).opacity, 1);
+            }
+        }
+
+        function test_aPanelThatOpensGreetsAndClosesAbout() {
+            const panel = makePanel();
+            const about = openAbout(panel);
+            stage.content.opened();
+            tryVerify(() => !about.visible);
+            verify(!about.showAbout);
         }
 
         // About opens and closes

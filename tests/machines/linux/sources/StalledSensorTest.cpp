@@ -11,6 +11,7 @@
 #include "smc/SMCKeyText.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
+#include "store/SnapshotExport.h"
 #include "tests/fakes/FakeClocks.h"
 #include "tests/fakes/FakeSystemInformation.h"
 #include "tests/fakes/RecordingLog.h"
@@ -312,8 +313,9 @@ TEST_F(StalledChip, ASnapshotShowsTheRestAndNamesIt) {
     std::thread waiting([&] { letTheLimitPass(file); });
     const Snapshot snapshot = taker.take(machine);
     waiting.join();
-    EXPECT_TRUE(contains(snapshot.text, "45 °C")) << snapshot.text;
-    EXPECT_TRUE(snapshot.text.ends_with("\tno answer\tRAW=no answer")) << snapshot.text;
+    const std::string text = snapshotText(snapshot.readings, snapshot.time);
+    EXPECT_TRUE(contains(text, "45 °C")) << text;
+    EXPECT_TRUE(text.ends_with("\tno answer\tRAW=no answer")) << text;
     EXPECT_TRUE(snapshot.hasAnswers);
     ASSERT_EQ(snapshot.silent.size(), 1U);
     EXPECT_EQ(snapshot.silent[0].file, (tree.root() / driveFile).string());

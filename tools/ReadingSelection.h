@@ -1,0 +1,57 @@
+#pragma once
+
+#include "catalogue/SMCReading.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// Which readings to print, and in which order. Pure functions; any thread.
+namespace kelvinbar {
+
+enum class ReadingOrder : std::uint8_t {
+    given,    ///< of the keys that were asked for, then by key
+    key,      ///< natural
+    name,     ///< natural
+    value,    ///< by unit, and of one unit the highest first; texts last
+    category, ///< of the catalogue, then by key
+};
+
+/// The orders by their names on the command line.
+inline constexpr std::array<std::pair<std::string_view, ReadingOrder>, 4> namedOrders{{
+    {"key", ReadingOrder::key},
+    {"name", ReadingOrder::name},
+    {"value", ReadingOrder::value},
+    {"category", ReadingOrder::category},
+}};
+
+/// A reading must satisfy all members that are not empty.
+struct ReadingSelection {
+    std::vector<std::string> keys{};       ///< one of these
+    std::vector<SMCCategory> categories{}; ///< one of these
+    std::string match{}; ///< a part of the name or the key, whatever the case of ASCII letters
+    ReadingOrder order = ReadingOrder::given;
+
+    /// Whether every reading is selected.
+    [[nodiscard]] bool isEverything() const { return keys.empty() && categories.empty() && match.empty(); }
+};
+
+/// The selected readings in the order of the selection.
+std::vector<SMCReading> selectedReadings(const std::vector<SMCReading>& readings,
+                                         const ReadingSelection& selection);
+
+/// The keys of the selection that no reading has.
+std::vector<std::string> missingKeys(const std::vector<SMCReading>& readings,
+                                     const ReadingSelection& selection);
+
+/// One word a category for the command line, in their order: "cpu", "thermal", "other".
+std::vector<std::string> categoryWords();
+
+/// The category with this word or title, whatever the case; no value if there is none.
+std::optional<SMCCategory> categoryNamed(std::string_view text);
+
+} // namespace kelvinbar

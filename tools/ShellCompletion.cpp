@@ -1,0 +1,106 @@
+#include "tools/ShellCompletion.h"
+
+#include "base/Text.h"
+
+namespace kelvinbar {
+
+namespace {
+
+using CompletedOptions = std::span<const CompletedOption>;
+
+std::string joinedWith(std::string_view separator, const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text.append(text.empty() ? "" : separator).append(word);
+    return text;
+}
+
+/// In single quotes of any shell.
+std::string singleQuoted(std::string_view text) { return "'" + replacedAll(text, "'", R"('\'')") + "'"; }
+
+std::string functionName(std::string_view program) { return "_" + replacedAll(program, "-", "_"); }
+
+// bash
+
+std::string bashCase(const CompletedOption& option) {
+    const std::string pattern = "    " + joinedWith("|", option.names) + ") ";
+    if (option.isFile)
+        return pattern + "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\")); return ;;\n";
+    if (!option.values.empty()) {
+        return pattern + "COMPREPLY=($(compgen -W " + singleQuoted(joinedWith(" ", option.values)) +
+               " -- \"$word\")); return ;;\n";
+    }
+    return option.valueName.empty() ? std::string() : pattern + "return ;;\n";
+}
+
+/// The value belongs to the last option before it, also after "=", which bash takes for a word.
+std::string bashScript(std::string_view program, CompletedOptions options) {
+    const std::string function = functionName(program);
+    std::string cases;
+    std::vector<std::string> names;
+    for (const CompletedOption& option : options) {
+        cases.append(bashCase(option));
+        names.insert(names.end(), option.names.begin(), option.names.end());
+    }
+    return function + "() {\n  local word=${COMP_WORDS[COMP_CWORD]} option= index\n" +
+           "  [[ $word == = ]] && word=\n"
+           "  for ((index = COMP_CWORD - 1; index > 0; --index)); do\n"
+           "    [[ ${COMP_WORDS[index]} == -* ]] && { option=${COMP_WORDS[index]}; break; }\n  done\n"
+           "  COMPREPLY=()\n  [[ $word == -* ]] || case $option in\n" +
+           cases + "  esac\n  COMPREPLY=($(compgen -W " + singleQuoted(joinedWith(" ", names)) +
+           " -- \"$word\"))\n}\ncomplete -F " + function + " " + std::string(program) + "\n";
+}
+
+// zsh
+
+std::string zshHelp(std::string_view help) {
+    std::string text(help);
+    for (const std::string_view special : {"\\", "[", "]", ":"}) {
+        text = replacedAll(text, special, "\\" + std::string(special));
+    }
+    return text;
+}
+
+std::string zshValue(const CompletedOption& option) {
+    if (option.valueName.empty()) return {};
+    const std::string start = ":" + option.valueName + ":";
+    return start + (option.isFile ? "_files" : "(" + joinedWith(" ", option.values) + ")");
+}
+
+std::string zshScript(std::string_view program, CompletedOptions options) {
+    std::string text = "#compdef " + std::string(program) + "\n_arguments";
+    for (const CompletedOption& option : options) {
+        for (const std::string& name : option.names) {
+            text.append(" \\\n  ");
+            text.append(singleQuoted((option.isRepeated ? "*" : "") + name + "[" + zshHelp(option.help) +
+                                     "]" + zshValue(option)));
+        }
+    }
+    return text.append("\n");
+}
+
+// fish
+
+std::string fishLine(std::string_view program, const CompletedOption& option) {
+    std::string line = "complete -c " + std::string(program);
+    for (const std::string& name : option.names) {
+        line.append(name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1));
+    }
+    if (!option.valueName.empty()) line.append(option.isFile ? " -r -F" : " -x");
+    if (!option.values.empty()) line.append(" -a ").append(singleQuoted(joinedWith(" ", option.values)));
+    return line.append(" -d ").append(singleQuoted(option.help)).append("\n");
+}
+
+std::string fishScript(std::string_view program, CompletedOptions options) {
+    std::string text = "complete -c " + std::string(program) + " -f\n";
+    for (const CompletedOption& option : options) text.append(fishLine(program, option));
+    return text;
+}
+
+} // namespace
+
+std::string completionScript(std::string_view shell, std::string_view program, CompletedOptions options) {
+    if (shell == "bash") return bashScript(program, options);
+    return shell == "zsh" ? zshScript(program, options) : fishScript(program, options);
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,275 @@
+#include "tools/SnapshotCommandLine.h"
+
+#include "resources/SampleMachines.h"
+#include "tools/PrintedText.h"
+#include "tools/ProgramErrors.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <iostream>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+/// Where help explains an option.
+constexpr std::size_t helpColumn = 30;
+
+std::vector<std::string> sampleNames() {
+    std::vector<std::string> names;
+    for (const SampleMachine& sample : sampleMachines()) names.emplace_back(sample.name);
+    return names;
+}
+
+std::vector<std::string> formatNames() {
+    std::vector<std::string> names;
+    for (const OutputFormat& format : outputFormats()) names.emplace_back(format.name);
+    return names;
+}
+
+std::string listed(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text.append(text.empty() ? "" : ", ").append(word);
+    return text;
+}
+
+/// Refuses other words. Help names them at its end, not in the line of the option.
+CLI::Validator oneOf(const std::vector<std::string>& words) { return CLI::IsMember(words).description(""); }
+
+std::vector<std::string> orderNames() {
+    std::vector<std::string> names;
+    for (const auto& [name, order] : namedOrders) names.emplace_back(name);
+    return names;
+}
+
+/// Empty for a category, as CLI11 wants it.
+std::string complaintAboutCategory(const std::string& name) {
+    return categoryNamed(name) ? std::string()
+                               : name + " is not a category (" + listed(categoryWords()) + ")";
+}
+
+/// One line a format, for the end of the help.
+std::string formatHelp() {
+    std::string text = "Formats:\n";
+    for (const OutputFormat& format : outputFormats()) {
+        text.append("  ").append(padded(format.name, helpColumn - 2)).append(format.summary).append("\n");
+    }
+    return text;
+}
+
+/// A heading with a line of words, for the end of the help.
+std::string wordsHelp(const std::string& heading, const std::vector<std::string>& words) {
+    return heading + ":\n  " + listed(words) + "\n";
+}
+
+/// Shows what value an option takes, and nothing else: which options exclude each other is said when it
+/// matters.
+class HelpFormatter final : public CLI::Formatter {
+  public:
+    HelpFormatter() { column_width(helpColumn); }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        if (option->get_expected_max() == 0) return {};
+        const std::string value = option->get_type_name() + (option->get_expected_max() > 1 ? "..." : "");
+        return option->get_expected_min() == 0 ? " [" + value + "]" : " " + value;
+    }
+};
+
+constexpr const char* closingWords =
+    "Without an option, this machine is read and printed as text; with --watch, as a table.\n"
+    "A sensor that does not answer in two seconds is left out and named on standard error.\n\n"
+    "Exit status: 0, 1 when the input cannot be used, nothing is selected, no sensor answers,\n"
+    "nothing can be written or memory runs out, 2 for a wrong option.\n"
+    "With --diff: 0 for no difference, 1 for differences, 2 for a wrong option, 3 for other failures.";
+
+/// The exit status when --help or --version has been printed.
+int statusOfAnswer() {
+    if (std::cout.flush()) return 0;
+    reportError("cannot write to standard output");
+    return inputErrorExit;
+}
+
+} // namespace
+
+SnapshotCommandLine::SnapshotCommandLine()
+    : app_("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot") {
+    app_.set_version_flag("--version", "kelvinbar-snapshot " KELVINBAR_VERSION);
+    listedValues_ = {{"--demo", sampleNames()},
+                     {"--format", formatNames()},
+                     {"--sort", orderNames()},
+                     {"--category", categoryWords()},
+                     {"--completion", {completedShells.begin(), completedShells.end()}}};
+    addMachineOptions();
+    addSelectionOptions();
+    addOutputOptions();
+    addDiffOptions();
+    addRemainingOptions();
+    app_.formatter(std::make_shared<HelpFormatter>());
+    app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
+                wordsHelp("Made-up machines", sampleNames()) + "\n" + closingWords);
+}
+
+void SnapshotCommandLine::addMachineOptions() {
+    replay_ = app_.add_option("--replay", options_.machine.replayFile,
+                              "Read the machine that the snapshot text in FILE was taken on (- for standard "
+                              "input)");
+    replay_->type_name("FILE");
+    demo_ = app_.add_option("--demo", options_.machine.sampleName,
+                            "Read a made-up machine (see below), without a NAME the first");
+    demo_->type_name("NAME")->expected(0, 1)->default_str(std::string(sampleMachines().front().name));
+    demo_->check(oneOf(listedValues_.at("--demo")))->excludes(replay_);
+}
+
+void SnapshotCommandLine::addSelectionOptions() {
+    auto* const keys = app_.add_option("--key", options_.selection.keys, "Only readings with these keys");
+    keys->type_name("KEY")->group("Selection");
+    app_.add_option("--category", categoryNames_, "Only readings of these categories (see below)")
+        ->type_name("NAME")
+        ->check(CLI::Validator(complaintAboutCategory, ""))
+        ->group("Selection");
+    match_ = app_.add_option("--match", options_.selection.match,
+                             "Only readings with TEXT in their name or key, in any case");
+    match_->type_name("TEXT")->group("Selection");
+    app_.add_flag("--pinned", options_.isPinned, "Only the readings that are pinned to the tray")
+        ->excludes(keys)
+        ->group("Selection");
+    app_.add_option("--sort", orderName_, "Order of the readings: key, name, value or category")
+        ->type_name("ORDER")
+        ->check(oneOf(listedValues_.at("--sort")))
+        ->group("Selection");
+}
+
+void SnapshotCommandLine::addOutputOptions() {
+    app_.add_option("--format", formatName_, "How to print the readings (see below)")
+        ->type_name("NAME")
+        ->check(oneOf(listedValues_.at("--format")))
+        ->group("Output");
+    auto* const title = app_.add_flag("--title", isTitle_,
+                                      "Print one line as the tray shows it: the pinned readings, unless "
+                                      "others are selected");
+    title->group("Output");
+    app_.add_flag("--summary", isSummary_,
+                  "Print four lines: the hottest sensor, the fastest fan, the total "
+                  "power and the battery")
+        ->excludes(title)
+        ->group("Output");
+    watch_ = app_.add_option("--watch", seconds_,
+                             "Print again every SECONDS (2 unless given) until a signal or a closed pipe");
+    watch_->type_name("SECONDS")->expected(0, 1)->default_str("2")->group("Output");
+    watch_->check(CLI::Range(fewestSeconds, mostSeconds).description(""));
+}
+
+void SnapshotCommandLine::addDiffOptions() {
+    auto* const diff =
+        app_.add_option("--diff", options_.compared,
+                        "Print what differs between the snapshots in two FILEs, or between one and "
+                        "this machine (- for standard input)");
+    diff->type_name("FILE")->expected(1, 2)->group("Comparison");
+    diff->excludes(replay_, demo_, watch_);
+    app_.add_option("--tolerance", options_.tolerance, "Numbers that are no more than X apart are the same")
+        ->type_name("X")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->needs(diff)
+        ->group("Comparison");
+}
+
+void SnapshotCommandLine::addRemainingOptions() {
+    app_.add_option("--completion", completedShell_,
+                    "Print a script that completes the options in bash, zsh or fish")
+        ->type_name("SHELL")
+        ->check(oneOf(listedValues_.at("--completion")));
+    app_.add_flag("-v,--verbose", options_.verbosity, "Log what is found and done; twice, every step");
+}
+
+std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
+    try {
+        app_.parse(argc, argv);
+        finishParsing();
+        if (!completedShell_.empty()) return printCompletion();
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        return app_.exit(error) == 0 ? statusOfAnswer() : usageErrorExit;
+    }
+}
+
+/// Throws CLI::ParseError for what the parser does not check by itself.
+void SnapshotCommandLine::finishParsing() {
+    // CLI11 does not validate an empty value.
+    if (demo_->count() > 0 && options_.machine.sampleName.empty()) {
+        throw CLI::ValidationError("--demo", "NAME is empty");
+    }
+    finishSelection();
+    finishFormat();
+    finishDiff();
+}
+
+void SnapshotCommandLine::finishSelection() {
+    if (match_->count() > 0 && options_.selection.match.empty()) {
+        throw CLI::ValidationError("--match", "TEXT is empty");
+    }
+    for (const std::string& name : categoryNames_) {
+        options_.selection.categories.push_back(categoryNamed(name).value());
+    }
+    for (const auto& [name, order] : namedOrders) {
+        if (name == orderName_) options_.selection.order = order;
+    }
+}
+
+void SnapshotCommandLine::finishFormat() {
+    const bool isWaybar = formatName_ == "waybar";
+    if (isSummary_ && !formatName_.empty()) throw CLI::ExcludesError("--summary", "--format");
+    if (isTitle_ && !formatName_.empty() && !isWaybar) {
+        throw CLI::ValidationError("--title", "the only --format of a title is waybar");
+    }
+    const bool isWatched = watch_->count() > 0;
+    options_.format = findOutputFormat(formatName_.empty() ? (isWatched ? "table" : "text") : formatName_);
+    if (isSummary_) options_.format = &summaryFormat();
+    if (isTitle_ && !isWaybar) options_.format = &titleFormat();
+    if ((isTitle_ || isWaybar) && options_.selection.isEverything()) options_.isPinned = true;
+    if (!isWatched) return;
+    if (options_.format->repetition == Repetition::never) {
+        throw CLI::ValidationError("--watch", "a document of the format " + formatName_ + " does not go on");
+    }
+    options_.interval =
+        std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds_));
+}
+
+void SnapshotCommandLine::finishDiff() const {
+    if (options_.compared.empty()) return;
+    const bool isDiffFormat = formatName_.empty() || formatName_ == "text" || formatName_ == "json";
+    if (!isDiffFormat || isTitle_ || isSummary_) {
+        throw CLI::ValidationError("--diff", "differences are printed as text or json");
+    }
+    if (std::ranges::count(options_.compared, "-") > 1) {
+        throw CLI::ValidationError("--diff", "standard input is one snapshot, not two");
+    }
+}
+
+// Completion
+
+std::vector<CompletedOption> SnapshotCommandLine::completedOptions() const {
+    std::vector<CompletedOption> completed;
+    for (const CLI::Option* const option : app_.get_options()) {
+        CompletedOption entry{.names = {}, .help = option->get_description(), .valueName = {}, .values = {}};
+        for (const std::string& name : option->get_snames()) entry.names.push_back("-" + name);
+        for (const std::string& name : option->get_lnames()) entry.names.push_back("--" + name);
+        if (option->get_expected_max() > 0) entry.valueName = option->get_type_name();
+        entry.isFile = entry.valueName == "FILE";
+        entry.isRepeated = option->get_expected_max() > 1;
+        const auto values = listedValues_.find(entry.names.back());
+        if (values != listedValues_.end()) entry.values = values->second;
+        completed.push_back(std::move(entry));
+    }
+    return completed;
+}
+
+int SnapshotCommandLine::printCompletion() const {
+    std::cout << completionScript(completedShell_, app_.get_name(), completedOptions());
+    return statusOfAnswer();
+}
+
+} // namespace kelvinbar

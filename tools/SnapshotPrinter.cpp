@@ -1,0 +1,134 @@
+#include "tools/SnapshotPrinter.h"
+
+#include "base/Text.h"
+#include "machines/Platform.h"
+#include "process/EndSignals.h"
+#include "process/StandardStreams.h"
+#include "tools/ProgramErrors.h"
+#include "tools/WatchLoop.h"
+
+#include <memory>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+FormatSettings settingsFor(const SnapshotOptions& options) {
+    const bool isTerminal = isStandardOutputTerminal();
+    return {.isTerminal = isTerminal,
+            .isColoured = isTerminal && wantsColours(),
+            .isSeries = options.interval.has_value()};
+}
+
+} // namespace
+
+SnapshotPrinter::SnapshotPrinter(const SnapshotOptions& options, const Machine& machine, SnapshotTaker& taker)
+    : options_(options)
+    , machine_(machine)
+    , taker_(taker)
+    , selection_(options.selection)
+    , settings_(settingsFor(options)) {}
+
+int SnapshotPrinter::print() {
+    Dictionary preferences;
+    if (options_.isPinned) {
+        auto stored = storedPreferenceLists();
+        if (!stored) {
+            reportError("the pins can be read by the desktop program only; name their keys with --key");
+            return inputErrorExit;
+        }
+        preferences = *std::move(stored);
+    }
+    const Snapshot first = taker_.begin(machine_, preferences);
+    const int status = !learnSelection(first) ? inputErrorExit
+                       : options_.interval    ? printUntilEnded(first)
+                                              : printOnce(first);
+    taker_.end();
+    return status;
+}
+
+/// Returns whether there is something to print; says why not.
+bool SnapshotPrinter::learnSelection(const Snapshot& snapshot) {
+    if (options_.isPinned && snapshot.pinned.empty()) {
+        reportError("nothing is pinned");
+        return false;
+    }
+    if (options_.isPinned) selection_.keys = snapshot.pinned;
+    for (const std::string& key : missingKeys(snapshot.readings, selection_)) {
+        reportError("no reading has the key " + key);
+    }
+    const bool isEmpty = selectedReadings(snapshot.readings, selection_).empty();
+    if (!isEmpty || selection_.isEverything()) return true;
+    reportError("no reading is selected");
+    return false;
+}
+
+Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
+    return {.machine = options_.machine.description(),
+            .time = snapshot.time,
+            .status = snapshot.status,
+            .readings = selectedReadings(snapshot.readings, selection_)};
+}
+
+int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
+    const ReportWriter write = options_.format->makeWriter(settings_);
+    const auto error = writeToStandardOutput(write(reportOf(snapshot)));
+    reportSilentDevices(snapshot);
+    if (error) reportError("cannot write the snapshot");
+    return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
+}
+
+/// A page over the one before, without the flicker of an empty screen; on anything but a terminal, a page
+/// after the one before.
+std::string SnapshotPrinter::onScreen(const std::string& page) const {
+    constexpr std::string_view home = "\x1b[H";
+    constexpr std::string_view clearRestOfLine = "\x1b[K\n";
+    constexpr std::string_view clearRestOfScreen = "\x1b[J";
+    if (options_.format->repetition != Repetition::pages) return page;
+    if (!settings_.isTerminal) return page + "\n";
+    return std::string(home).append(replacedAll(page, "\n", clearRestOfLine)).append(clearRestOfScreen);
+}
+
+int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
+    const EndSignals signals;
+    const ReportWriter write = options_.format->makeWriter(settings_);
+    std::shared_ptr<const KeySet> keys = selectedKeys(first);
+    Snapshot snapshot = first;
+    bool isFirst = true;
+    std::error_code error;
+    const auto printNext = [&] {
+        if (!std::exchange(isFirst, false)) snapshot = taker_.next(keys);
+        reportSilentDevices(snapshot);
+        error = writeToStandardOutput(onScreen(write(reportOf(snapshot))));
+        return !error;
+    };
+    watch(*options_.interval, *machine_.clock,
+          {.tick = printNext, .isEndedWithin = [&](auto time) { return signals.comeWithin(time); }});
+    if (!error || error == std::errc::broken_pipe) return 0;
+    reportError("cannot write the readings: " + error.message());
+    return inputErrorExit;
+}
+
+/// What to read from now on; null for everything.
+std::shared_ptr<const KeySet> SnapshotPrinter::selectedKeys(const Snapshot& snapshot) const {
+    if (selection_.isEverything()) return nullptr;
+    auto keys = std::make_shared<KeySet>(selection_.keys.begin(), selection_.keys.end());
+    for (const SMCReading& reading : selectedReadings(snapshot.readings, selection_))
+        keys->insert(reading.key);
+    return keys;
+}
+
+/// Each device once, until it has answered again.
+void SnapshotPrinter::reportSilentDevices(const Snapshot& snapshot) {
+    std::set<std::string> files;
+    for (const SilentDevice& device : snapshot.silent) {
+        if (!silentFiles_.contains(device.file)) reportError("no answer from " + device.file);
+        files.insert(device.file);
+    }
+    silentFiles_ = std::move(files);
+}
+
+} // namespace kelvinbar

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/Value.h"
+#include "sensors/Machine.h"
+#include "tools/SnapshotCommandLine.h"
+#include "tools/SnapshotTaker.h"
+
+#include <set>
+#include <string>
+
+namespace kelvinbar {
+
+/// Prints the selected readings of a machine, once or again and again. What goes wrong is said on standard
+/// error. One use; main thread.
+class SnapshotPrinter {
+  public:
+    /// The arguments outlive the object.
+    SnapshotPrinter(const SnapshotOptions& options, const Machine& machine, SnapshotTaker& taker);
+
+    /// Reads and prints as the options say; returns the exit status. Throws std::bad_alloc if there is not
+    /// enough memory for the first snapshot.
+    int print();
+
+  private:
+    int printOnce(const Snapshot& snapshot);
+    int printUntilEnded(const Snapshot& first);
+    [[nodiscard]] bool learnSelection(const Snapshot& snapshot);
+    [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
+    [[nodiscard]] std::shared_ptr<const KeySet> selectedKeys(const Snapshot& snapshot) const;
+    void reportSilentDevices(const Snapshot& snapshot);
+    [[nodiscard]] std::string onScreen(const std::string& page) const;
+
+    const SnapshotOptions& options_;
+    const Machine& machine_;
+    SnapshotTaker& taker_;
+    ReadingSelection selection_; ///< that of the options, with the pins
+    FormatSettings settings_;
+    std::set<std::string> silentFiles_; ///< that were named
+};
+
+} // namespace kelvinbar

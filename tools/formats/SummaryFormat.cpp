@@ -1,0 +1,119 @@
+#include "tools/formats/SummaryFormat.h"
+
+#include "base/Text.h"
+#include "sensors/RawReading.h"
+#include "store/ValueNormalization.h"
+#include "tools/PrintedText.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <map>
+#include <vector>
+
+namespace kelvinbar {
+
+namespace {
+
+using Readings = std::vector<SMCReading>;
+
+/// In names of settings and of other numbers that are no measurements.
+constexpr std::array<std::string_view, 8> wordsOfSettings{"limit", "minimum", "maximum",  "target",
+                                                          "safe",  "cap",     "critical", "calibration"};
+
+/// In names of meters that measure the whole machine.
+constexpr std::array<std::string_view, 4> wordsOfWholeMachine{"system power", "platform power",
+                                                              "system total", "power supply total"};
+
+template <typename Words>
+bool hasWordOf(const Words& words, const SMCReading& reading) {
+    const std::string name = asciiLowercased(reading.name);
+    return std::ranges::any_of(words, [&](std::string_view word) { return contains(name, word); });
+}
+
+/// Measurements in this unit.
+Readings measuredIn(std::string_view unit, const Readings& readings) {
+    Readings measured;
+    for (const SMCReading& reading : readings) {
+        const bool isMeasured = reading.numericValue && !hasWordOf(wordsOfSettings, reading);
+        if (isMeasured && reading.unit == unit) measured.push_back(reading);
+    }
+    return measured;
+}
+
+std::string nameAndValue(const SMCReading& reading) {
+    return printableText(reading.displayValue() + "  " + reading.name);
+}
+
+std::string highest(const Readings& readings) {
+    const auto found = std::ranges::max_element(readings, {}, &SMCReading::numericValue);
+    return found == readings.end() ? "none" : nameAndValue(*found);
+}
+
+/// The chip of a self-named key; empty for all keys of a controller.
+std::string_view deviceOf(const SMCReading& reading) {
+    return isSelfNamedKey(reading.key) ? std::string_view(reading.key).substr(0, reading.key.rfind('/')) : "";
+}
+
+std::string totalPower(const Readings& readings) {
+    std::map<std::string_view, double> highestOfDevices;
+    const Readings powers = measuredIn("W", readings);
+    for (const SMCReading& reading : powers) {
+        if (hasWordOf(wordsOfWholeMachine, reading)) return nameAndValue(reading);
+        if (reading.category == SMCCategory::battery) continue;
+        double& power = highestOfDevices[deviceOf(reading)];
+        power = std::max(power, *reading.numericValue);
+    }
+    if (highestOfDevices.empty()) return "none";
+    double total = 0;
+    for (const auto& [device, power] : highestOfDevices) total += power;
+    return normalizeValue("", "", total, "W").value + " W";
+}
+
+/// The first reading of the machine's batteries for which this holds; null if there is none.
+const SMCReading* ofBattery(const Readings& readings, const std::function<bool(const SMCReading&)>& holds) {
+    const auto found = std::ranges::find_if(readings, [&](const SMCReading& reading) {
+        const bool isOfDevice = reading.name.starts_with("Device"); // of a mouse, for example
+        return reading.category == SMCCategory::battery && !isOfDevice && holds(reading);
+    });
+    return found == readings.end() ? nullptr : &*found;
+}
+
+const SMCReading* batteryNumber(const Readings& readings, std::string_view unit, std::string_view word) {
+    return ofBattery(readings, [&](const SMCReading& reading) {
+        const bool hasWord = contains(asciiLowercased(reading.name), word);
+        return reading.numericValue && reading.unit == unit && hasWord;
+    });
+}
+
+/// In percent: as the battery tells it, or remaining of full charge.
+std::string batteryLevel(const Readings& readings) {
+    if (const auto* level = batteryNumber(readings, "%", "")) return level->displayValue();
+    const auto* remaining = batteryNumber(readings, "mAh", "remaining");
+    const auto* full = batteryNumber(readings, "mAh", "full");
+    if (remaining == nullptr || full == nullptr || *full->numericValue <= 0) return {};
+    const double level = 100 * *remaining->numericValue / *full->numericValue;
+    return normalizeValue("", "", level, "%").value + " %";
+}
+
+std::string battery(const Readings& readings) {
+    const auto* state = ofBattery(readings, [](const SMCReading& reading) {
+        return !reading.numericValue && contains(asciiLowercased(reading.name), "status");
+    });
+    std::string text = batteryLevel(readings);
+    if (state != nullptr) text.append(text.empty() ? "" : "  ").append(printableText(state->value));
+    return text.empty() ? "none" : text;
+}
+
+std::string summaryText(const Report& report) {
+    const Readings& readings = report.readings;
+    return "Hottest      " + highest(measuredIn("°C", readings)) + "\nFastest fan  " +
+           highest(measuredIn("RPM", readings)) + "\nPower        " + totalPower(readings) +
+           "\nBattery      " + battery(readings) + "\n";
+}
+
+} // namespace
+
+ReportWriter makeSummaryWriter(const FormatSettings& /*settings*/) { return summaryText; }
+
+} // namespace kelvinbar

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "tools/OutputFormats.h"
+
+namespace kelvinbar {
+
+/// Four lines: the hottest sensor, the fastest fan, the total power and the battery, each "none" if the
+/// machine tells nothing about it.
+///
+/// Total power is what a meter of the whole machine says. Without one it is the sum of the highest power of
+/// each chip, and of a controller: the power of a package contains that of its cores. Limits, targets and
+/// other settings do not count, and neither do batteries and chargers.
+ReportWriter makeSummaryWriter(const FormatSettings& settings);
+
+} // namespace kelvinbar
