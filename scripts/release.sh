@@ -13,8 +13,8 @@ fail() {
 [[ ${1:-} =~ ^[0-9]+\.[0-9]+\.[0-9]+$ && $# -eq 1 ]] || { echo "usage: scripts/release.sh VERSION (such as 1.2.3)" >&2; exit 2; }
 version=$1
 name=kelvinbar-$version
-releases=$PWD/build/releases
-out=$releases/$version
+out=$PWD/build/releases/$version
+work=$PWD/build/release-work
 
 # CMakeLists.txt is the only place of the version; the changelog's first heading has to agree.
 set_version() {
@@ -34,24 +34,24 @@ source_archive() {
 
 make_source_archive() {
   source_archive . "$out/$name.tar.gz"
-  git clone --quiet --no-local . "$releases/clone"
-  (umask 077 && TZ=Pacific/Auckland source_archive "$releases/clone" "$releases/again.tar.gz")
-  cmp "$out/$name.tar.gz" "$releases/again.tar.gz" || fail "the source archive differs when it is made again"
+  git clone --quiet --no-local . "$work/clone"
+  (umask 077 && TZ=Pacific/Auckland source_archive "$work/clone" "$work/again.tar.gz")
+  cmp "$out/$name.tar.gz" "$work/again.tar.gz" || fail "the source archive differs when it is made again"
 }
 
 # What is not in the archive is missed here.
 make_packages() {
-  tar -x -f "$out/$name.tar.gz" -C "$releases"
+  tar -x -f "$out/$name.tar.gz" -C "$work"
   (
-    cd "$releases/$name"
+    cd "$work/$name"
     cmake --preset packages "${settings[@]}"
     cmake --build --preset packages
-    cpack --config build/packages/CPackConfig.cmake -B "$releases/packages"
-    cpack --config build/packages/CPackConfig.cmake -B "$releases/packages-again"
+    cpack --config build/packages/CPackConfig.cmake -B "$work/packages"
+    cpack --config build/packages/CPackConfig.cmake -B "$work/packages-again"
   )
-  cp "$releases"/packages/*.deb "$out/"
+  cp "$work"/packages/*.deb "$out/"
   for package in "$out"/*.deb; do
-    cmp "$package" "$releases/packages-again/${package##*/}" || fail "${package##*/} differs when it is packed again"
+    cmp "$package" "$work/packages-again/${package##*/}" || fail "${package##*/} differs when it is packed again"
   done
 }
 
@@ -65,11 +65,11 @@ scripts/install-dependencies.sh packages
 set_version
 export SOURCE_DATE_EPOCH
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
-rm -rf "$out" "$releases"/{clone,again.tar.gz,packages,packages-again,"$name"}
-mkdir -p "$out"
+rm -rf "$out" "$work"
+mkdir -p "$out" "$work"
 make_source_archive
 make_packages
-scripts/packages/bill_of_materials.py "$version" "$releases/$name/build/packages" "$out" >"$out/$name.cdx.json"
+scripts/packages/bill_of_materials.py "$version" "$work/$name/build/packages" "$out" >"$out/$name.cdx.json"
 (cd "$out" && sha256sum -- * >SHA256SUMS)
 echo "Made, and not yet published:"
 ls "$out"

@@ -1,5 +1,5 @@
-# The Debian packages: kelvinbar-snapshot has the console program and the core's library, which needs no Qt; kelvinbar has
-# the rest and depends on it. `cpack` in the build folder makes them; scripts/check-packages.sh builds and tries them.
+# The packages: kelvinbar-snapshot has the console program and the core's library, which needs no Qt; kelvinbar has
+# the rest and depends on it. `cpack` in the build folder makes Debian's; scripts/check-packages.sh builds and tries them.
 set(KELVINBAR_PACKAGE_REVISION 1 CACHE STRING "Number of the packaging of this version")
 
 # A package must name somebody. Packagers set KELVINBAR_CONTACT; .invalid is never delivered to.
@@ -50,5 +50,24 @@ text, to be pasted into a bug report or a spreadsheet, and replays such a
 text.
 .
 It needs no desktop. kelvinbar shows the same readings in the tray.")
+
+# The same for systems of RPM packages: `cpack -G RPM`.
+set(CPACK_RPM_COMPONENT_INSTALL ON)
+set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
+set(CPACK_RPM_PACKAGE_LICENSE MIT)
+set(CPACK_RPM_PACKAGE_GROUP "System/Monitoring")
+set(CPACK_RPM_PACKAGE_RELEASE "${KELVINBAR_PACKAGE_REVISION}")
+set(CPACK_RPM_KELVINBAR_PACKAGE_NAME kelvinbar)
+set(CPACK_RPM_KELVINBAR_PACKAGE_SUMMARY "Sensor readings in the tray")
+set(CPACK_RPM_KELVINBAR_PACKAGE_REQUIRES
+  "kelvinbar-snapshot = ${PROJECT_VERSION}-${KELVINBAR_PACKAGE_REVISION}, qt6-qtdeclarative")
+set(CPACK_RPM_KELVINBAR-SNAPSHOT_PACKAGE_NAME kelvinbar-snapshot)
+set(CPACK_RPM_KELVINBAR-SNAPSHOT_PACKAGE_SUMMARY "Sensor readings on the console")
+# Folders that belong to the system.
+set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
+  "${CMAKE_INSTALL_PREFIX}/share/icons" "${CMAKE_INSTALL_PREFIX}/share/icons/hicolor"
+  "${CMAKE_INSTALL_PREFIX}/share/metainfo" "${CMAKE_INSTALL_PREFIX}/share/dbus-1"
+  "${CMAKE_INSTALL_PREFIX}/share/dbus-1/services" "${CMAKE_INSTALL_PREFIX}/share/man"
+  "${CMAKE_INSTALL_PREFIX}/share/man/man1")
 
 include(CPack)

@@ -77,7 +77,7 @@ both_packages() {
   check_revision kelvinbar-snapshot 2
   check_version kelvinbar
   quietly apt-get remove -y kelvinbar kelvinbar-snapshot
-  quietly apt-get purge -y kelvinbar kelvinbar-snapshot
+  quietly dpkg --purge kelvinbar kelvinbar-snapshot
   check_nothing_is_left
   [[ $(<"$preferences") == kept ]] || fail "the preferences of a user have changed"
 }

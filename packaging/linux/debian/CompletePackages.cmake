@@ -1,4 +1,7 @@
 # Run by CPack before it packs: adds what only a Debian package has, and compresses as Debian does.
+if(NOT CPACK_GENERATOR STREQUAL "DEB")
+  return()
+endif()
 
 set(folder "${CMAKE_CURRENT_LIST_DIR}")
 
