@@ -19,17 +19,13 @@ make_packages() {
   cpack --config "$build/CPackConfig.cmake" -B "$work/$1"
 }
 
-# installed_file PACKAGE PATH: a file of the package, unpacked.
-installed_file() {
-  local folder=$work/unpacked/$1
-  [[ -d $folder ]] || dpkg-deb --extract "$work"/1/"$1"_*.deb "$folder"
-  echo "$folder/$2"
-}
-
 check_contents() {
+  local unpacked=$work/unpacked
   lintian --allow-root --fail-on error,warning "$work"/1/*.deb
-  appstreamcli validate --no-net "$(installed_file kelvinbar usr/share/metainfo/org.kelvinbar.Kelvinbar.metainfo.xml)"
-  desktop-file-validate "$(installed_file kelvinbar usr/share/applications/org.kelvinbar.Kelvinbar.desktop)"
+  mkdir "$unpacked"
+  dpkg-deb --extract "$work"/1/kelvinbar_*.deb "$unpacked"
+  appstreamcli validate --no-net "$unpacked/usr/share/metainfo/org.kelvinbar.Kelvinbar.metainfo.xml"
+  desktop-file-validate "$unpacked/usr/share/applications/org.kelvinbar.Kelvinbar.desktop"
 }
 
 # try_on SUITE: in namespaces of its own, so that nothing stays mounted or runs on.
