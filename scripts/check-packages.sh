@@ -20,12 +20,13 @@ make_packages() {
 }
 
 check_contents() {
-  local unpacked=$work/unpacked
+  local unpacked=$work/unpacked package
   lintian --allow-root --fail-on error,warning "$work"/1/*.deb
   mkdir "$unpacked"
-  dpkg-deb --extract "$work"/1/kelvinbar_*.deb "$unpacked"
+  for package in "$work"/1/*.deb; do dpkg-deb --extract "$package" "$unpacked"; done
   appstreamcli validate --no-net "$unpacked/usr/share/metainfo/org.kelvinbar.Kelvinbar.metainfo.xml"
   desktop-file-validate "$unpacked/usr/share/applications/org.kelvinbar.Kelvinbar.desktop"
+  zsh -fc "fpath+=($unpacked/usr/share/zsh/vendor-completions); autoload -Uz +X _kelvinbar-snapshot"
 }
 
 # try_on SUITE: in namespaces of its own, so that nothing stays mounted or runs on.

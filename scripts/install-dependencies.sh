@@ -68,7 +68,7 @@ declare -A packages=(
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm-14 libc++1-19 qemu-user-static"
   [fuzz]="$build clang $clang_runtime"
-  [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap git python3"
+  [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap zsh git python3"
   [reliability]="bubblewrap strace"
 )
 
