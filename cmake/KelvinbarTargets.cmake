@@ -48,7 +48,7 @@ set(KELVINBAR_MODULE_DIR "${CMAKE_INSTALL_LIBDIR}/kelvinbar")
 file(RELATIVE_PATH KELVINBAR_MODULE_DIR_FROM_PROGRAM
   "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}/kelvinbar")
 
-# kelvinbar_place_beside_modules(<target>): builds and installs the target in the folder of the modules, where they find
+# kelvinbar_place_beside_modules(<target> [COMPONENT <package>]): builds and installs the target in the folder of the modules, where they find
 # each other. Undefined symbols are a link error.
 function(kelvinbar_place_beside_modules target)
   set_target_properties(${target} PROPERTIES
@@ -57,7 +57,7 @@ function(kelvinbar_place_beside_modules target)
   if(NOT KELVINBAR_SANITIZE) # the program defines the sanitizer's symbols
     target_link_options(${target} PRIVATE -Wl,-z,defs)
   endif()
-  install(TARGETS ${target} LIBRARY DESTINATION "${KELVINBAR_MODULE_DIR}")
+  install(TARGETS ${target} LIBRARY DESTINATION "${KELVINBAR_MODULE_DIR}" ${ARGN})
 endfunction()
 
 # A part of the program that is loaded on first use.
@@ -74,7 +74,7 @@ if(KELVINBAR_HAS_MODULES)
   set_target_properties(kelvinbar_core PROPERTIES OUTPUT_NAME kelvinbar-core)
   # No function of the core is interposed, so internal calls can be direct.
   target_link_options(kelvinbar_core PRIVATE -Wl,-Bsymbolic-functions)
-  kelvinbar_place_beside_modules(kelvinbar_core)
+  kelvinbar_place_beside_modules(kelvinbar_core COMPONENT kelvinbar-snapshot) # all programs need it, that one needs no other
 endif()
 
 # A folder of the core: an object library that is linked into kelvinbar_core, which is what others link.

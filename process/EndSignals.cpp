@@ -17,7 +17,8 @@ namespace {
 std::atomic<int> handlersPipe{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
-extern "C" void noteSignal(int /*number*/) {
+// C linkage knows no namespaces, so the name is unlike that of other handlers.
+extern "C" void noteEndSignal(int /*number*/) {
     const int error = errno;
     const char note = 0;
     static_cast<void>(::write(handlersPipe, &note, 1) == 1);
@@ -49,7 +50,7 @@ EndSignals::EndSignals() {
 
     struct sigaction action {};
 
-    action.sa_handler = noteSignal;
+    action.sa_handler = noteEndSignal;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (std::size_t index = 0; index < numbers.size(); ++index) {
         ::sigaction(numbers.at(index), nullptr, &earlier_.at(index));

@@ -3,6 +3,14 @@
 # usage: scripts/install-dependencies.sh TASK …   (the tasks are the keys of `packages` below)
 set -euo pipefail
 
+# release -> version of the compiler in its package "clang", whose run-time library is a package with that version in its
+# name. Other releases get the package without a version, which not all have.
+declare -A clang_versions=([debian-12]=14 [debian-13]=19 [ubuntu-24.04]=18)
+release=$(source /etc/os-release 2>/dev/null && echo "${ID:-}-${VERSION_ID:-}" || true)
+clang_version=${clang_versions[$release]:-}
+clang_runtime=libclang-rt-${clang_version:+$clang_version-}dev
+clang_folder=$(clang++ -print-resource-dir 2>/dev/null || echo /nowhere)
+
 # package -> a program or file that shows that the content is present, even if it did not come from the package
 declare -A evidence=(
   [g++]=g++ [cmake]=cmake [ninja-build]=ninja [libcli11-dev]=/usr/include/CLI/CLI.hpp
@@ -35,7 +43,9 @@ declare -A evidence=(
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
-  [clang]=clang++ [libclang-rt-14-dev]='/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a'
+  [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
+  [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
+  [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
@@ -49,15 +59,16 @@ desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon p
   x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 declare -A packages=(
   [run]="$build"
-  [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang libclang-rt-14-dev qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang $clang_runtime qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [desktops]="$desktop $desktops"
   [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
-  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang libclang-rt-14-dev clang-19 llvm-14 libc++1-19 qemu-user-static"
-  [fuzz]="$build clang libclang-rt-14-dev"
+  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm-14 libc++1-19 qemu-user-static"
+  [fuzz]="$build clang $clang_runtime"
+  [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap zsh git python3"
   [reliability]="bubblewrap strace"
 )
 

@@ -23,12 +23,6 @@ kelvinbar_snapshot_document(completions/_kelvinbar-snapshot "${CMAKE_INSTALL_DAT
 kelvinbar_snapshot_document(completions/kelvinbar-snapshot.fish "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d"
   COMMAND kelvinbar-snapshot --completion fish)
 
-find_program(KELVINBAR_HELP2MAN help2man)
-if(KELVINBAR_HELP2MAN)
-  kelvinbar_snapshot_document(kelvinbar-snapshot.1 "${CMAKE_INSTALL_MANDIR}/man1"
-    COMMAND "${KELVINBAR_HELP2MAN}" --no-info "--name=prints the sensor readings of a machine" "--source=Kelvinbar"
-      "$<TARGET_FILE:kelvinbar-snapshot>")
-else()
-  message(STATUS "There is no manual page: help2man is not found")
-endif()
 add_custom_target(kelvinbar_snapshot_documents ALL DEPENDS ${documents})
+
+kelvinbar_add_manual_page(kelvinbar-snapshot "prints the sensor readings of a machine")

@@ -253,7 +253,9 @@ FakeMonitors& fakeMonitors() {
                       atLocation:(NSPoint)location
                           inView:(nullable NSView*)view {
     if (view != nil) fail("a menu at a place in a view");
-    FakeMenu shown{.place = {location.x, location.y}, .isItemHighlighted = cocoa().button().isHighlighted};
+    FakeMenu shown{.entries = {},
+                   .place = {location.x, location.y},
+                   .isItemHighlighted = cocoa().button().isHighlighted};
     for (NSMenuItem* each : _items) shown.entries.push_back(each.title);
     cocoa().menus.push_back(shown);
     const auto choice = cocoa().menuChoice;

@@ -84,8 +84,9 @@ void releaseOnlyObjects() { onlyObjects().clear(); }
 void perform(__unsafe_unretained id receiver, SEL selector, __unsafe_unretained id first,
              __unsafe_unretained id second) {
     using Send = void (*)(void*, SEL, void*, void*);
-    reinterpret_cast<Send>(objc_msgSend)((__bridge void*)receiver, selector, (__bridge void*)first,
-                                         (__bridge void*)second);
+    // By way of a function without a type of its own: compilers warn of a cast between two that differ.
+    const auto send = reinterpret_cast<Send>(reinterpret_cast<void (*)()>(objc_msgSend));
+    send((__bridge void*)receiver, selector, (__bridge void*)first, (__bridge void*)second);
 }
 
 } // namespace kelvinbar::fakes
