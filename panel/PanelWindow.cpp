@@ -150,12 +150,13 @@ class QuickPanelWindow final : public PanelWindow {
 
     void frameViews() {
         view_.setColor(isRounded_ ? QColor(Qt::transparent) : metal);
-        QQuickItem& frame = *view_.rootObject();
-        frame.setProperty("isRounded", isRounded_);
-        frame.setProperty("leftRoom", shadowRoom_.left());
-        frame.setProperty("topRoom", shadowRoom_.top());
-        frame.setProperty("rightRoom", shadowRoom_.right());
-        frame.setProperty("bottomRoom", shadowRoom_.bottom());
+        QQuickItem* const frame = view_.rootObject();
+        if (frame == nullptr) return; // a module of Qt is missing, which Qt has logged
+        frame->setProperty("isRounded", isRounded_);
+        frame->setProperty("leftRoom", shadowRoom_.left());
+        frame->setProperty("topRoom", shadowRoom_.top());
+        frame->setProperty("rightRoom", shadowRoom_.right());
+        frame->setProperty("bottomRoom", shadowRoom_.bottom());
     }
 
     std::shared_ptr<KelvinbarStore> store_; ///< shown until the end, whoever else has released it
