@@ -95,6 +95,7 @@ bool isValidUtf8(std::string_view text) {
 
 std::string directionIsolated(std::string_view text) {
     if (!containsRightToLeft(text)) return std::string(text);
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): the second literal ends what the first begins
     return "\u2068" + std::string(text) + "\u2069";
 }
 

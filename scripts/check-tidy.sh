@@ -10,6 +10,7 @@ folders=("$@")
 
 scripts/install-dependencies.sh check
 cmake --preset tidy >/dev/null
+cmake --build build/tidy --target kelvinbar_desktop_generated >/dev/null
 pattern=$(IFS='|'; echo "${folders[*]}")
 # Checks that do not know Objective-C: fast enumeration, BOOL, @available, and blocks, which copy what they capture.
 not_for_objective_c=-cppcoreguidelines-init-variables,-readability-implicit-bool-conversion

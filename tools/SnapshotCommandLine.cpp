@@ -42,6 +42,7 @@ CLI::Validator oneOf(const std::vector<std::string>& words) { return CLI::IsMemb
 
 std::vector<std::string> orderNames() {
     std::vector<std::string> names;
+    names.reserve(namedOrders.size());
     for (const auto& [name, order] : namedOrders) names.emplace_back(name);
     return names;
 }

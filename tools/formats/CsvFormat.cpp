@@ -12,7 +12,7 @@ namespace kelvinbar {
 namespace {
 
 std::string quotedIfNeeded(std::string_view field) {
-    const std::string text = printableText(field);
+    std::string text = printableText(field);
     if (text.find_first_of(",\"") == std::string::npos) return text;
     std::string quoted = "\"";
     for (const char character : text) quoted.append(character == '"' ? 2 : 1, character);
