@@ -20,20 +20,27 @@ namespace kelvinbar {
 
 namespace {
 
-int printSnapshot(const SnapshotOptions& options) {
-    StandardErrorSink standardError;
-    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
-    const auto machine = chosenMachine(options.machine, log);
-    if (!machine) return inputErrorExit;
-    SnapshotTaker taker;
-    int status = inputErrorExit;
-    if (!hasMemoryFor([&] { status = SnapshotPrinter(options, *machine, taker).print(); })) {
+/// Runs `print`, which returns the exit status, and ends the taker. The status is `failure` if memory runs
+/// out.
+template <typename Print>
+int statusOf(SnapshotTaker& taker, int failure, Print print) {
+    int status = failure;
+    if (!hasMemoryFor([&] { status = print(); })) {
         taker.end();
         reportMissingMemory();
     }
     // A thread that is stuck in a driver cannot be ended, and still uses the machine and the log.
     if (!taker.finish()) std::_Exit(status);
     return status;
+}
+
+int printSnapshot(const SnapshotOptions& options) {
+    StandardErrorSink standardError;
+    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    const auto machine = chosenMachine(options.machine, log);
+    if (!machine) return inputErrorExit;
+    SnapshotTaker taker;
+    return statusOf(taker, inputErrorExit, [&] { return SnapshotPrinter(options, *machine, taker).print(); });
 }
 
 std::vector<SMCReading> comparedReadings(const SnapshotOptions& options, const Machine& machine,
@@ -71,13 +78,7 @@ int printDiff(const SnapshotOptions& options) {
     const auto after = chosenMachine(later, log);
     if (!after) return diffErrorExit;
     SnapshotTaker taker;
-    int status = diffErrorExit;
-    if (!hasMemoryFor([&] { status = printDifferences(options, *before, *after, taker); })) {
-        taker.end();
-        reportMissingMemory();
-    }
-    if (!taker.finish()) std::_Exit(status); // see above
-    return status;
+    return statusOf(taker, diffErrorExit, [&] { return printDifferences(options, *before, *after, taker); });
 }
 
 int run(int argc, char** argv) {
