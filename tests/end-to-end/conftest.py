@@ -1,7 +1,7 @@
 """Options and fixtures of the scenarios.
 
-Each module of tests has a desktop and a host of its own, each test a fresh program. A module provides the fixture `host`,
-and its own `desktop` if it needs another screen or user.
+Each module of tests has a desktop and a host of its own, each test a fresh program. A module provides the fixture `host`
+if it needs a bar, and its own `desktop` if it needs another screen or user.
 """
 
 from collections.abc import Iterator
@@ -13,7 +13,7 @@ pytest.register_assert_rewrite("driver", "tray_contract")
 
 from driver.assistive import Assistive
 from driver.desktop import Desktop
-from driver.hosts.host import Host
+from driver.hosts.host import Host, NoBar
 from driver.program import Panel, Program
 from driver.tray_view import TrayView
 
@@ -58,6 +58,13 @@ def make_desktop(request: pytest.FixtureRequest):
 def desktop(make_desktop) -> Desktop:
     """A module that needs another screen overrides this."""
     return make_desktop()
+
+
+@pytest.fixture(scope="module")
+def host(desktop: Desktop) -> Iterator[Host]:
+    """A desktop without a bar."""
+    with NoBar(desktop) as host:
+        yield host
 
 
 @pytest.fixture(scope="module")

@@ -2,13 +2,11 @@
 
 import re
 import time
-from collections.abc import Iterator
 
 import pytest
 
 from driver.assistive import Assistive, Seen
 from driver.desktop import Desktop
-from driver.hosts.host import NoBar
 from driver.program import Panel, Program
 from driver.waiting import wait_until
 
@@ -47,12 +45,6 @@ READING_ORDER = [
     *("About", "CPU", "Fast, 1s", "Dynamic, vertical", "Decrease height", "Reset height"),
     *("Increase height", "Login", "Refresh", "Copy", "ShowAll", "Quit"),
 ]
-
-
-@pytest.fixture(scope="module")
-def host(desktop: Desktop) -> Iterator[NoBar]:
-    with NoBar(desktop) as host:
-        yield host
 
 
 @pytest.fixture(autouse=True)

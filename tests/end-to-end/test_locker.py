@@ -5,19 +5,12 @@ from collections.abc import Iterator
 import pytest
 
 from driver.desktop import Desktop
-from driver.hosts.host import NoBar
 from driver.processes import Process
 from driver.program import Panel, Program
 from driver.waiting import stays
 
 LOCKER = ["i3lock", "--nofork"]
 GIVES_UP_SECONDS = 8
-
-
-@pytest.fixture(scope="module")
-def host(desktop: Desktop) -> Iterator[NoBar]:
-    with NoBar(desktop) as host:
-        yield host
 
 
 @pytest.fixture(autouse=True)

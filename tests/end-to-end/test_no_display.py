@@ -1,11 +1,9 @@
 """Sessions without a display: one sentence on standard error and exit status 1. A second start needs no display."""
 
-from collections.abc import Iterator
 
 import pytest
 
 from driver.desktop import Additions, Desktop
-from driver.hosts.host import NoBar
 from driver.program import Panel, Program
 
 NO_DISPLAY = {"DISPLAY": None, "WAYLAND_DISPLAY": None}
@@ -15,12 +13,6 @@ WITHOUT_A_DISPLAY = {
     "a dead compositor": {"DISPLAY": None, "WAYLAND_DISPLAY": "wayland-4242"},
     "an unknown platform": {"QT_QPA_PLATFORM": "unknown"},
 }
-
-
-@pytest.fixture(scope="module")
-def host(desktop: Desktop) -> Iterator[NoBar]:
-    with NoBar(desktop) as host:
-        yield host
 
 
 @pytest.mark.parametrize("environment", WITHOUT_A_DISPLAY.values(), ids=WITHOUT_A_DISPLAY)

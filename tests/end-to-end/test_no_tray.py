@@ -1,18 +1,10 @@
 """A desktop without a tray: starting the program again opens the panel of the first instance."""
 
-from collections.abc import Iterator
 
 import pytest
 
 from driver.desktop import Desktop
-from driver.hosts.host import NoBar
 from driver.program import Panel, Program
-
-
-@pytest.fixture(scope="module")
-def host(desktop: Desktop) -> Iterator[NoBar]:
-    with NoBar(desktop) as host:
-        yield host
 
 
 @pytest.fixture(autouse=True)

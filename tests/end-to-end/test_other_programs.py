@@ -3,26 +3,18 @@
 import re
 import subprocess
 import time
-from collections.abc import Iterator
 from typing import Any
 
 import pytest
 from gi.repository import GLib
 
 from driver.desktop import Desktop
-from driver.hosts.host import NoBar
 from driver.program import Panel, Program
 from driver.waiting import stays, wait_until
 
 SERVICE = "org.kelvinbar.Demo"
 PATH = "/org/kelvinbar/Kelvinbar1"
 INTERFACE = "org.kelvinbar.Kelvinbar1"
-
-
-@pytest.fixture(scope="module")
-def host(desktop: Desktop) -> Iterator[NoBar]:
-    with NoBar(desktop) as host:
-        yield host
 
 
 class Client:

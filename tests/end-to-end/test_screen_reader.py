@@ -18,12 +18,6 @@ PINNED = "Showing this key in the tray. sp78 • °C. Enter: Remove from tray. D
 ABOUT = "Tray sensor reader for Linux PCs and for Macs that run Linux."
 
 
-@pytest.fixture(scope="module")
-def host(desktop: Desktop) -> Iterator[NoBar]:
-    with NoBar(desktop) as host:
-        yield host
-
-
 class TestScreenReader:
     @pytest.fixture(autouse=True)
     def _open(
