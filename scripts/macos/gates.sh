@@ -57,7 +57,7 @@ links() {
 imports_of() {
   llvm-nm-14 --undefined-only -m "$1" |
     sed -nE 's/^ *\(undefined\) (weak )?external ([^ ]+) \(from ([^)]*)\)$/\3 \2 \1/p' |
-    grep -v '^libSystem ' | sed 's/ *$//' | sort
+    grep -vE '^lib(System|c\+\+) ' | sed 's/ *$//' | sort
 }
 
 # imports_are PROGRAM LIST: the imports equal the list. Lines that end in "(ARCHITECTURE)" are for that one only.
@@ -132,6 +132,7 @@ compiles_for_fake() {
   rm -f "$2"
   command=$(core_command kelvinbar_cocoa_tests " -c .*/$(basename "$1")$" | sed "
     s# -MD .* -c .*# ${*:3} -c '$(realpath "$1")' -o '$2'#")
+  [[ -n $command ]] || { echo "$(basename "$1") is not compiled by itself." >&2; return 1; }
   (cd build/core && bash -c "$command")
 }
 

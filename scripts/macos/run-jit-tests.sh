@@ -8,6 +8,7 @@
 # usage: ZIG=path-of-zig [ARM64_ROOT=folder] scripts/macos/run-jit-tests.sh x86_64|arm64 BUILD_FOLDER [ARCHIVES]
 set -euo pipefail
 cd "$(dirname "$0")/../.."
+source scripts/macos/cxx-library.sh
 architecture=${1:?is to be x86_64 or arm64}
 zig=${ZIG:?is to be the path of the zig program}
 mkdir -p "${2:?is to be a folder}"
@@ -111,15 +112,11 @@ done
 mapfile -t names < <(cd "$build/units" && ls -S -- *.cpp | sed 's/\.cpp$//' | grep -vxE 'gtest|gmock')
 compile_all "${names[@]}"
 
-# unpack_library: the C++ library, which the compiler builds when it first links for a system.
 unpack_library() {
   echo 'int main() { return 0; }' >"$build/empty.cpp"
   "$zig" c++ -target "$processor-macos.11.0" "$build/empty.cpp" -o "$build/empty"
   mkdir -p "$build/library"
-  for library in "$ZIG_GLOBAL_CACHE_DIR"/o/*/libc++{,abi}.a; do
-    headers=$(llvm-readobj-14 --file-headers "$library" 2>/dev/null)
-    if [[ $headers == *"Arch: $processor"* ]]; then (cd "$build/library" && llvm-ar-14 x "$library"); fi
-  done
+  for library in $(built_cxx_library "$processor"); do (cd "$build/library" && llvm-ar-14 x "$library"); done
   rm -f "$build/library/cxa_noexception.o" # defines what others define
 }
 
