@@ -1,6 +1,7 @@
 #include "panel/Artwork.h"
 
 #include <QImage>
+#include <QImageReader>
 #include <QPainter>
 #include <QQuickWindow>
 
@@ -9,7 +10,10 @@ namespace kelvinbar {
 std::function<void(QPainter&)> Artwork::painting() const {
     // Scaled to the size on screen first: QPainter skips most pixels when it shrinks an image.
     const QSize pixels = (size() * window()->effectiveDevicePixelRatio()).toSize();
-    const QImage picture(":/artwork/" + name_ + ".png");
+    // Otherwise Qt would load its plugins for all other formats, to ask whether the picture is theirs.
+    QImageReader reader(":/artwork/" + name_ + ".png", "png");
+    reader.setAutoDetectImageFormat(false);
+    const QImage picture = reader.read();
     return [rect = boundingRect(), picture = picture.scaled(pixels, Qt::KeepAspectRatio,
                                                             Qt::SmoothTransformation)](QPainter& painter) {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
