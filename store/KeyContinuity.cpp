@@ -15,6 +15,8 @@ constexpr char separator = '\t'; // not part of any key
 
 } // namespace
 
+void KeyContinuity::markCarriedOver(UserDefaults& defaults) { defaults.setNumber(keysCarriedOverKey, 1); }
+
 KeyContinuity::KeyContinuity(UserDefaults& defaults)
     : defaults_(defaults)
     , places_(storedPlaces(defaults))
@@ -63,7 +65,7 @@ void KeyContinuity::remember(const std::vector<std::string>& pinned, const KeySe
     for (const std::string& key : pinned) note(places, key);
     for (const std::string& key : hidden) note(places, key);
     if (history_.formerKeys && !isCarriedOver_) {
-        defaults_.setNumber(keysCarriedOverKey, 1);
+        markCarriedOver(defaults_);
         isCarriedOver_ = true;
     }
     if (places == places_) return;

@@ -18,6 +18,9 @@ namespace kelvinbar {
 /// stored with the preferences. Main thread.
 class KeyContinuity {
   public:
+    /// Marks the migration as done in preferences that version 0.1 has not written.
+    static void markCarriedOver(UserDefaults& defaults);
+
     /// Loads the stored places. `defaults` must outlive the object.
     explicit KeyContinuity(UserDefaults& defaults);
 

@@ -3,6 +3,7 @@
 #include "base/NotificationCenter.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
+#include "store/KeyContinuity.h"
 #include "store/Preferences.h"
 #include "store/ReadingOrder.h"
 
@@ -35,6 +36,8 @@ class SnapshotTaker::OpenMachine {
         for (const auto& [key, value] : preferences) {
             if (const auto* list = std::get_if<TextList>(&value)) defaults_.setTextList(key, *list);
         }
+        // Without preferences, no keys of another version are looked up.
+        if (preferences.begin() == preferences.end()) KeyContinuity::markCarriedOver(defaults_);
         pinned_ = loadPreferences(defaults_).menuBarKeys;
         store_ = KelvinbarStore::create({.machine = machine,
                                          .defaults = defaults_,

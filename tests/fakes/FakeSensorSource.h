@@ -25,6 +25,7 @@ class FakeSensorSource final : public SensorSource {
     std::vector<std::vector<std::string>> requests;
     int statusCount = 0;
     int closeCount = 0;
+    int formerKeysCount = 0; ///< how often they were asked for
 
     /// Adds a reading of `key` whose value is `value`.
     FakeSensorSource& add(std::string key, std::string value) {
@@ -52,6 +53,7 @@ class FakeSensorSource final : public SensorSource {
     }
 
     KeyHistory keyHistory(bool withFormerKeys) override {
+        if (withFormerKeys) ++formerKeysCount;
         return {.places = history.places, .formerKeys = withFormerKeys ? history.formerKeys : std::nullopt};
     }
 

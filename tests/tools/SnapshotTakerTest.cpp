@@ -2,6 +2,7 @@
 
 #include "store/SnapshotExport.h"
 #include "tests/fakes/FakeMachine.h"
+#include "tests/fakes/FakeSensorSource.h"
 
 #include <chrono>
 #include <cstdint>
@@ -147,6 +148,19 @@ TEST(WatchedSnapshots, KnowThePinsOfTheUserAlsoWithoutAReading) {
     EXPECT_EQ(taker.begin(fake.machine(), preferences).pinned, (std::vector<std::string>{"TC0P", "gone"}));
     taker.end();
     EXPECT_TRUE(taker.begin(fake.machine()).pinned.empty());
+}
+
+TEST(WatchedSnapshots, FollowKeysOfTheFirstVersionOnlyWithPreferences) {
+    const FakeMachine fake;
+    const auto source = std::make_shared<fakes::FakeSensorSource>();
+    Machine machine = fake.machine();
+    machine.source = source;
+    SnapshotTaker taker;
+    taker.begin(machine, {{"KelvinbarMenuBarKeys", TextList{"TZ00"}}});
+    taker.end();
+    EXPECT_EQ(source->formerKeysCount, 1);
+    taker.take(machine);
+    EXPECT_EQ(source->formerKeysCount, 1);
 }
 
 } // namespace

@@ -35,6 +35,10 @@ class Assignment {
     Assignment(const std::vector<SensorChip>& chips, KeySet controllerKeys)
         : chips_(chips), monitors_(chips), controllerKeys_(std::move(controllerKeys)) {}
 
+    Assignment(const Assignment&) = delete;
+    Assignment& operator=(const Assignment&) = delete;
+    ~Assignment() = default;
+
     std::map<std::string, ChannelPlace> make() && {
         leaveOutController();
         leaveOutRepeated();
@@ -182,14 +186,12 @@ class Assignment {
     }
 
     [[nodiscard]] std::optional<std::string> freeKey(const SensorRule& rule, ChannelPlace place,
-                                                     int chipIndex) const {
+                                                     int chipIndex) {
         const KeyDigits digits{.chipIndex = chipIndex,
                                .labelNumber = lastNumber(at(place).label),
                                .channelNumber = at(place).number};
         for (std::string_view rest = rule.keys; !rest.empty();) {
-            auto key =
-                keyByPattern(rest.substr(0, 4), digits, [this](const auto& each) { return isFree(each); });
-            if (key) return key;
+            if (auto key = search_.find(rest.substr(0, 4), digits)) return key;
             rest.remove_prefix(std::min<std::size_t>(5, rest.size()));
         }
         return std::nullopt;
@@ -219,6 +221,7 @@ class Assignment {
     KeySet controllerKeys_;
     std::set<ChannelPlace> done_;
     std::map<std::string, ChannelPlace> keys_;
+    KeySearch search_{[this](const std::string& key) { return isFree(key); }};
 };
 
 } // namespace

@@ -44,59 +44,58 @@ std::optional<std::string> withDigits(std::string_view pattern, const KeyDigits&
     return key;
 }
 
-/// Free keys that have a name in the catalogue.
-class FreeKeys {
+/// A pattern whose digits are resolved, and the keys that match it.
+class Candidates {
   public:
-    explicit FreeKeys(const std::function<bool(const std::string&)>& isFree) : isFree_(isFree) {}
-
-    [[nodiscard]] bool contains(const std::string& key) const {
-        return isFree_(key) && SMCKeyDatabase::hwMonitorDefinition(key);
+    explicit Candidates(const std::string& pattern) : pattern_(pattern) {
+        place_ = pattern.find_first_of("+^~");
+        if (place_ == std::string::npos) return;
+        isPair_ = pattern.substr(place_).starts_with("++");
+        letters_ = isPair_                  ? digitsAndLetters
+                   : pattern[place_] == '~' ? otherLetters
+                   : pattern[place_] == '^' ? hexDigits.substr(1)
+                                            : hexDigits;
     }
 
-    /// The first free key with one of `candidates` at `place`.
-    [[nodiscard]] std::optional<std::string> first(std::string key, std::size_t place,
-                                                   std::string_view candidates) const {
-        const auto* const found = std::ranges::find_if(candidates, [&](char candidate) {
-            key[place] = candidate;
-            return contains(key);
-        });
-        return found == candidates.end() ? std::nullopt : std::optional(std::move(key));
+    [[nodiscard]] std::size_t size() const {
+        return isPair_ ? letters_.size() * letters_.size() : std::max<std::size_t>(letters_.size(), 1);
     }
 
-    /// The first free key with a pair of characters at `place`, unless the catalogue's table has it.
-    [[nodiscard]] std::optional<std::string> firstPair(std::string key, std::size_t place) const {
-        for (const char first : digitsAndLetters) {
-            for (const char second : digitsAndLetters) {
-                key[place] = first;
-                key[place + 1] = second;
-                if (!SMCKeyDatabase::byKey().contains(key) && contains(key)) return key;
-            }
+    [[nodiscard]] std::string at(std::size_t index) const {
+        std::string key = pattern_;
+        if (isPair_) {
+            key[place_] = letters_[index / letters_.size()];
+            key[place_ + 1] = letters_[index % letters_.size()];
+        } else if (!letters_.empty()) {
+            key[place_] = letters_[index];
         }
-        return std::nullopt;
+        return key;
+    }
+
+    /// Whether the catalogue has a name for the key. Pairs are for keys that its table does not have.
+    [[nodiscard]] bool isNamed(const std::string& key) const {
+        return !(isPair_ && SMCKeyDatabase::byKey().contains(key)) &&
+               SMCKeyDatabase::hwMonitorDefinition(key);
     }
 
   private:
-    const std::function<bool(const std::string&)>& isFree_;
+    const std::string& pattern_;
+    std::size_t place_ = std::string::npos; ///< of the first placeholder
+    std::string_view letters_;              ///< that replace a placeholder; empty without one
+    bool isPair_ = false;
 };
 
 } // namespace
 
-std::optional<std::string> keyByPattern(std::string_view pattern, const KeyDigits& digits,
-                                        const std::function<bool(const std::string&)>& isFree) {
-    auto key = withDigits(pattern, digits);
-    if (!key) return std::nullopt;
-    const FreeKeys freeKeys(isFree);
-    if (const std::size_t pair = key->find("++"); pair != std::string::npos) {
-        return freeKeys.firstPair(*std::move(key), pair);
+std::optional<std::string> KeySearch::find(std::string_view pattern, const KeyDigits& digits) {
+    const auto resolvedPattern = withDigits(pattern, digits);
+    if (!resolvedPattern) return std::nullopt;
+    const Candidates candidates(*resolvedPattern);
+    for (auto& index = firstOpen_[*resolvedPattern]; index < candidates.size(); ++index) {
+        std::string key = candidates.at(index);
+        if (isFree_(key) && candidates.isNamed(key)) return key;
     }
-    if (const std::size_t place = key->find_first_of("+^"); place != std::string::npos) {
-        const std::size_t first = (*key)[place] == '^' ? 1 : 0;
-        return freeKeys.first(*std::move(key), place, hexDigits.substr(first));
-    }
-    if (const std::size_t place = key->find('~'); place != std::string::npos) {
-        return freeKeys.first(*std::move(key), place, otherLetters);
-    }
-    return freeKeys.contains(*key) ? key : std::nullopt;
+    return std::nullopt;
 }
 
 } // namespace kelvinbar

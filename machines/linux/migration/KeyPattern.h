@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -14,9 +17,21 @@ struct KeyDigits {
     int channelNumber = 0;          ///< for "#" and "%"
 };
 
-/// The first key that matches a pattern (see SensorRule), for which `isFree` returns true and that has a name
-/// in the catalogue. Nothing when there is none. `isFree` is called during the call only.
-std::optional<std::string> keyByPattern(std::string_view pattern, const KeyDigits& digits,
-                                        const std::function<bool(const std::string&)>& isFree);
+/// Finds keys for patterns (see SensorRule). Keys are taken and do not become free again: each candidate of a
+/// pattern is asked about until it is taken, however often a key is looked for.
+class KeySearch {
+  public:
+    /// `isFree` is called by `find` only.
+    explicit KeySearch(std::function<bool(const std::string&)> isFree) : isFree_(std::move(isFree)) {}
+
+    /// The first free key that matches the pattern and has a name in the catalogue. Nothing when there is
+    /// none.
+    std::optional<std::string> find(std::string_view pattern, const KeyDigits& digits);
+
+  private:
+    std::function<bool(const std::string&)> isFree_;
+    /// The number of the first candidate that may be free, by the pattern with its digits.
+    std::unordered_map<std::string, std::size_t> firstOpen_;
+};
 
 } // namespace kelvinbar

@@ -29,14 +29,15 @@ KeyDigits channel(int number) {
 
 Key firstKey(std::string_view pattern, const KeyDigits& digits = {},
              const std::set<std::string>& taken = {}) {
-    return keyByPattern(pattern, digits, [&](const std::string& key) { return !taken.contains(key); });
+    return KeySearch([&](const std::string& key) { return !taken.contains(key); }).find(pattern, digits);
 }
 
 /// The keys that a pattern yields one after the other, until there are no more.
 Keys allKeys(std::string_view pattern, const KeyDigits& digits = {}) {
     Keys keys;
     std::set<std::string> taken;
-    while (const auto key = firstKey(pattern, digits, taken)) {
+    KeySearch search([&](const std::string& key) { return !taken.contains(key); });
+    while (const auto key = search.find(pattern, digits)) {
         if (!taken.insert(*key).second) break;
         keys.push_back(*key);
     }
@@ -126,7 +127,7 @@ TEST(KeyPattern, ADoublePlusIsTheFirstFreePair) {
 
 TEST(KeyPattern, PairsAreTriedDigitsBeforeLettersAndTheLastCharacterFirst) {
     const auto firstOf = [](const std::set<std::string>& free) {
-        return keyByPattern("TL++", {}, [&](const std::string& key) { return free.contains(key); });
+        return KeySearch([&](const std::string& key) { return free.contains(key); }).find("TL++", {});
     };
     EXPECT_EQ(firstOf({"TL0A", "TL09"}), "TL09");
     EXPECT_EQ(firstOf({"TL10", "TL0Z"}), "TL0Z");
@@ -142,8 +143,8 @@ TEST(KeyPattern, ADoublePlusPassesOverKeysThatTheTableNames) {
         SCOPED_TRACE(key);
         ASSERT_TRUE(SMCKeyDatabase::byKey().contains(key));
         const auto isFree = [&](const std::string& candidate) { return candidate == key; };
-        EXPECT_EQ(keyByPattern(key, {}, isFree), key);
-        EXPECT_EQ(keyByPattern(key.substr(0, 2) + "++", {}, isFree), std::nullopt);
+        EXPECT_EQ(KeySearch(isFree).find(key, {}), key);
+        EXPECT_EQ(KeySearch(isFree).find(key.substr(0, 2) + "++", {}), std::nullopt);
     }
 }
 
@@ -162,8 +163,33 @@ TEST(KeyPattern, WhenEveryKeyIsTakenThereIsNone) {
     const auto nothingIsFree = [](const std::string&) { return false; };
     for (const std::string_view pattern : {"TCPU", "TC+C", "TM^P", "TA++", "TG@D"}) {
         SCOPED_TRACE(pattern);
-        EXPECT_EQ(keyByPattern(pattern, {}, nothingIsFree), std::nullopt);
+        EXPECT_EQ(KeySearch(nothingIsFree).find(pattern, {}), std::nullopt);
     }
+}
+
+TEST(KeyPattern, AKeyThatIsTakenIsAskedAboutOnce) {
+    std::set<std::string> taken;
+    std::size_t questions = 0;
+    KeySearch search([&](const std::string& key) {
+        ++questions;
+        return !taken.contains(key);
+    });
+    while (const auto key = search.find("TA++", {})) taken.insert(*key);
+    const std::size_t pairs = digitsAndLetters.size() * digitsAndLetters.size();
+    ASSERT_GT(taken.size(), pairs / 2);
+    EXPECT_LE(questions, pairs + taken.size()); // once free, once taken
+    questions = 0;
+    EXPECT_EQ(search.find("TA++", {}), std::nullopt);
+    EXPECT_EQ(questions, 0u);
+}
+
+TEST(KeyPattern, DigitsMakeAPatternOfTheirOwn) {
+    std::set<std::string> taken;
+    KeySearch search([&](const std::string& key) { return !taken.contains(key); });
+    ASSERT_EQ(search.find("TN@+", chip(1)), "TN10");
+    taken.insert("TN10");
+    EXPECT_EQ(search.find("TN@+", chip(1)), "TN11");
+    EXPECT_EQ(search.find("TN@+", chip(2)), "TN20");
 }
 
 } // namespace
