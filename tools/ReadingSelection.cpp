@@ -72,6 +72,14 @@ std::vector<SMCReading> selectedReadings(const std::vector<SMCReading>& readings
     return selected;
 }
 
+std::shared_ptr<const KeySet> keysToRead(const std::vector<SMCReading>& readings,
+                                         const ReadingSelection& selection) {
+    if (selection.isEverything()) return nullptr;
+    auto keys = std::make_shared<KeySet>(selection.keys.begin(), selection.keys.end());
+    for (const SMCReading& reading : selectedReadings(readings, selection)) keys->insert(reading.key);
+    return keys;
+}
+
 std::vector<std::string> missingKeys(const std::vector<SMCReading>& readings,
                                      const ReadingSelection& selection) {
     std::vector<std::string> missing;

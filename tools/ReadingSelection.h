@@ -1,9 +1,11 @@
 #pragma once
 
+#include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +44,11 @@ struct ReadingSelection {
 
 /// The selected readings in the order of the selection.
 std::vector<SMCReading> selectedReadings(const std::vector<SMCReading>& readings,
+                                         const ReadingSelection& selection);
+
+/// The keys to read for the selection, those of its readings among `readings` and those that it names; null
+/// for all.
+std::shared_ptr<const KeySet> keysToRead(const std::vector<SMCReading>& readings,
                                          const ReadingSelection& selection);
 
 /// The keys of the selection that no reading has.

@@ -108,6 +108,7 @@ SnapshotCommandLine::SnapshotCommandLine()
     addSelectionOptions();
     addOutputOptions();
     addDiffOptions();
+    addIdentificationOptions();
     addRemainingOptions();
     app_.formatter(std::make_shared<HelpFormatter>());
     app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
@@ -178,6 +179,23 @@ void SnapshotCommandLine::addDiffOptions() {
         ->group("Comparison");
 }
 
+void SnapshotCommandLine::addIdentificationOptions() {
+    identify_ = app_.add_option("--identify", identifySeconds_,
+                                "Load all processors for SECONDS (20 unless given) and print which readings "
+                                "followed");
+    identify_->type_name("SECONDS")->expected(0, 1)->group("Identification");
+    identify_->check(CLI::Range(fewestIdentifySeconds, mostIdentifySeconds).description(""));
+    for (const char* const other :
+         {"--replay", "--demo", "--diff", "--watch", "--title", "--summary", "--pinned", "--sort"}) {
+        identify_->excludes(app_.get_option(other));
+    }
+    app_.add_flag(
+            "--by-hand", isByHand_,
+            "Without a load: watch for SECONDS (60 unless given) while you blow at a fan or copy a file")
+        ->needs(identify_)
+        ->group("Identification");
+}
+
 void SnapshotCommandLine::addRemainingOptions() {
     app_.add_option("--completion", completedShell_,
                     "Print a script that completes the options in bash, zsh or fish")
@@ -206,6 +224,7 @@ void SnapshotCommandLine::finishParsing() {
     finishSelection();
     finishFormat();
     finishDiff();
+    finishIdentification();
 }
 
 void SnapshotCommandLine::finishSelection() {
@@ -248,6 +267,18 @@ void SnapshotCommandLine::finishDiff() const {
     if (std::ranges::count(options_.compared, "-") > 1) {
         throw CLI::ValidationError("--diff", "standard input is one snapshot, not two");
     }
+}
+
+void SnapshotCommandLine::finishIdentification() {
+    if (identify_->count() == 0) return;
+    if (!formatName_.empty() && formatName_ != "text" && formatName_ != "json") {
+        throw CLI::ValidationError("--identify", "what responded is printed as text or json");
+    }
+    const bool isTimeGiven = !identify_->results().empty() && !identify_->results().front().empty();
+    const double seconds = isTimeGiven || !isByHand_ ? identifySeconds_ : usualWatchSeconds;
+    options_.identification = IdentificationPlan{
+        .isByHand = isByHand_,
+        .time = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds))};
 }
 
 // Completion

@@ -57,13 +57,7 @@ bool SnapshotPrinter::learnSelection(const Snapshot& snapshot) {
         return false;
     }
     if (options_.isPinned) selection_.keys = snapshot.pinned;
-    for (const std::string& key : missingKeys(snapshot.readings, selection_)) {
-        reportError("no reading has the key " + key);
-    }
-    const bool isEmpty = selectedReadings(snapshot.readings, selection_).empty();
-    if (!isEmpty || selection_.isEverything()) return true;
-    reportError("no reading is selected");
-    return false;
+    return reportSelection(snapshot.readings, selection_);
 }
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
@@ -76,7 +70,7 @@ Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
 int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     const ReportWriter write = options_.format->makeWriter(settings_);
     const auto error = writeToStandardOutput(write(reportOf(snapshot)));
-    reportSilentDevices(snapshot);
+    silence_.report(snapshot.silent);
     if (error) reportError("cannot write the snapshot");
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
@@ -95,13 +89,13 @@ std::string SnapshotPrinter::onScreen(const std::string& page) const {
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     const EndSignals signals;
     const ReportWriter write = options_.format->makeWriter(settings_);
-    std::shared_ptr<const KeySet> keys = selectedKeys(first);
+    std::shared_ptr<const KeySet> keys = keysToRead(first.readings, selection_);
     Snapshot snapshot = first;
     bool isFirst = true;
     std::error_code error;
     const auto printNext = [&] {
         if (!std::exchange(isFirst, false)) snapshot = taker_.next(keys);
-        reportSilentDevices(snapshot);
+        silence_.report(snapshot.silent);
         error = writeToStandardOutput(onScreen(write(reportOf(snapshot))));
         return !error;
     };
@@ -110,25 +104,6 @@ int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     if (!error || error == std::errc::broken_pipe) return 0;
     reportError("cannot write the readings: " + error.message());
     return inputErrorExit;
-}
-
-/// What to read from now on; null for everything.
-std::shared_ptr<const KeySet> SnapshotPrinter::selectedKeys(const Snapshot& snapshot) const {
-    if (selection_.isEverything()) return nullptr;
-    auto keys = std::make_shared<KeySet>(selection_.keys.begin(), selection_.keys.end());
-    for (const SMCReading& reading : selectedReadings(snapshot.readings, selection_))
-        keys->insert(reading.key);
-    return keys;
-}
-
-/// Each device once, until it has answered again.
-void SnapshotPrinter::reportSilentDevices(const Snapshot& snapshot) {
-    std::set<std::string> files;
-    for (const SilentDevice& device : snapshot.silent) {
-        if (!silentFiles_.contains(device.file)) reportError("no answer from " + device.file);
-        files.insert(device.file);
-    }
-    silentFiles_ = std::move(files);
 }
 
 } // namespace kelvinbar
