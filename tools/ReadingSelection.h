@@ -34,12 +34,15 @@ inline constexpr std::array<std::pair<std::string_view, ReadingOrder>, 4> namedO
 /// A reading must satisfy all members that are not empty.
 struct ReadingSelection {
     std::vector<std::string> keys{};       ///< one of these
-    std::vector<SMCCategory> categories{}; ///< one of these
+    std::vector<SMCCategory> categories{}; ///< one of these, or the next
+    bool hasOwnCategory = false;           ///< the readings about the program itself
     std::string match{}; ///< a part of the name or the key, whatever the case of ASCII letters
     ReadingOrder order = ReadingOrder::given;
 
     /// Whether every reading is selected.
-    [[nodiscard]] bool isEverything() const { return keys.empty() && categories.empty() && match.empty(); }
+    [[nodiscard]] bool isEverything() const {
+        return keys.empty() && categories.empty() && !hasOwnCategory && match.empty();
+    }
 };
 
 /// The selected readings in the order of the selection.
@@ -47,7 +50,7 @@ std::vector<SMCReading> selectedReadings(const std::vector<SMCReading>& readings
                                          const ReadingSelection& selection);
 
 /// The keys to read for the selection, those of its readings among `readings` and those that it names; null
-/// for all.
+/// for all. Without those about the program itself.
 std::shared_ptr<const KeySet> keysToRead(const std::vector<SMCReading>& readings,
                                          const ReadingSelection& selection);
 

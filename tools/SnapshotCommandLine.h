@@ -26,6 +26,7 @@ struct SnapshotOptions {
     /// How often to read the machine; no value for once.
     std::optional<std::chrono::nanoseconds> interval;
     std::optional<IdentificationPlan> identification; ///< no value unless sensors are to be identified
+    bool hasOwnCost = false;                          ///< what the program itself costs is printed, too
     std::vector<std::string> compared; ///< one or two files of snapshots to compare; otherwise empty
     double tolerance = 0;              ///< of numbers that are compared, in their units; not negative
     std::size_t verbosity = 0;         ///< how often --verbose was given
@@ -70,6 +71,7 @@ class SnapshotCommandLine {
     void finishFormat();
     void finishDiff() const;
     void finishIdentification();
+    void finishOwnCost() const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
     [[nodiscard]] int printCompletion() const;
 
@@ -87,6 +89,7 @@ class SnapshotCommandLine {
     CLI::Option* demo_ = nullptr;
     CLI::Option* match_ = nullptr;
     CLI::Option* watch_ = nullptr;
+    CLI::Option* self_ = nullptr;
     CLI::Option* identify_ = nullptr;
     std::string completedShell_;
     std::map<std::string, std::vector<std::string>> listedValues_; ///< by the name of the option

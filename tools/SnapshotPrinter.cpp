@@ -4,9 +4,12 @@
 #include "machines/Platform.h"
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
+#include "process/TrayProgram.h"
+#include "tools/OwnReadings.h"
 #include "tools/ProgramErrors.h"
 #include "tools/WatchLoop.h"
 
+#include <chrono>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -15,6 +18,9 @@
 namespace kelvinbar {
 
 namespace {
+
+/// For the tray program's answer.
+constexpr std::chrono::seconds longestWait{1};
 
 FormatSettings settingsFor(const SnapshotOptions& options) {
     const bool isTerminal = isStandardOutputTerminal();
@@ -42,7 +48,7 @@ int SnapshotPrinter::print() {
         }
         preferences = *std::move(stored);
     }
-    const Snapshot first = taker_.begin(machine_, preferences);
+    const Snapshot first = withOwnCost(taker_.begin(machine_, preferences));
     const int status = !learnSelection(first) ? inputErrorExit
                        : options_.interval    ? printUntilEnded(first)
                                               : printOnce(first);
@@ -58,6 +64,24 @@ bool SnapshotPrinter::learnSelection(const Snapshot& snapshot) {
     }
     if (options_.isPinned) selection_.keys = snapshot.pinned;
     return reportSelection(snapshot.readings, selection_);
+}
+
+/// The snapshot with what the program itself costs, if that is asked for.
+Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
+    if (!options_.hasOwnCost) return snapshot;
+    for (SMCReading& reading : ownCost(snapshot)) snapshot.readings.push_back(std::move(reading));
+    return snapshot;
+}
+
+/// Of the tray program, or of this one from the first time on that the other does not answer.
+std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
+    if (asksTrayProgram_) {
+        if (const auto cost = costOfTrayProgram(longestWait)) return ownReadings(*cost, "tray program");
+        asksTrayProgram_ = false;
+    }
+    ProgramCost own = programCost(costMeter_.cost());
+    own.accessesOfLastPass = snapshot.accesses;
+    return ownReadings(own, "console program");
 }
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
@@ -94,7 +118,7 @@ int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     bool isFirst = true;
     std::error_code error;
     const auto printNext = [&] {
-        if (!std::exchange(isFirst, false)) snapshot = taker_.next(keys);
+        if (!std::exchange(isFirst, false)) snapshot = withOwnCost(taker_.next(keys));
         silence_.report(snapshot.silent);
         error = writeToStandardOutput(onScreen(write(reportOf(snapshot))));
         return !error;

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "base/Value.h"
+#include "process/CostMeter.h"
 #include "sensors/Machine.h"
 #include "tools/SnapshotCommandLine.h"
 #include "tools/SnapshotTaker.h"
 #include "tools/SnapshotWarnings.h"
 
 #include <string>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -26,6 +28,8 @@ class SnapshotPrinter {
     int printUntilEnded(const Snapshot& first);
     [[nodiscard]] bool learnSelection(const Snapshot& snapshot);
     [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
+    [[nodiscard]] Snapshot withOwnCost(Snapshot snapshot);
+    [[nodiscard]] std::vector<SMCReading> ownCost(const Snapshot& snapshot);
     [[nodiscard]] std::string onScreen(const std::string& page) const;
 
     const SnapshotOptions& options_;
@@ -33,6 +37,8 @@ class SnapshotPrinter {
     SnapshotTaker& taker_;
     ReadingSelection selection_; ///< that of the options, with the pins
     FormatSettings settings_;
+    CostMeter costMeter_;
+    bool asksTrayProgram_ = true;
     SilenceReport silence_;
 };
 

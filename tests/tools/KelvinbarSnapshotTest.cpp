@@ -194,6 +194,14 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--identify", "-5"},
         {"--identify", "soon"},
         {"--by-hand"},
+        {"--self"},
+        {"--self", "--format", "text"},
+        {"--self", "--format", "waybar"},
+        {"--self", "--title"},
+        {"--self", "--summary"},
+        {"--self", "--diff", file},
+        {"--self", "--identify"},
+        {"--category", "kelvinbar"},
         {"--completion", "tcsh"},
     };
     for (const Words& options : wrong) {
