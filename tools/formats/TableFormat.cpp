@@ -53,10 +53,10 @@ ReadingList readingsOutside(const std::vector<SensorSectionModel>& sections, Rea
 
 /// Removes them from `readings`.
 ReadingList takeOwnReadings(ReadingList& readings) {
-    const auto own =
-        std::ranges::stable_partition(readings, [](const SMCReading* each) { return !isOwnReading(*each); });
-    ReadingList taken(own.begin(), own.end());
-    readings.erase(own.begin(), own.end());
+    const auto own = std::stable_partition(readings.begin(), readings.end(),
+                                           [](const SMCReading* each) { return !isOwnReading(*each); });
+    ReadingList taken(own, readings.end());
+    readings.erase(own, readings.end());
     return taken;
 }
 
