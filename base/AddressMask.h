@@ -12,7 +12,7 @@ namespace kelvinbar {
 ///
 /// An address is six or more pairs of hexadecimal digits with one separator (":", "-" or "_") between them,
 /// or twelve or more such digits in a row, at the beginning of a word or behind an "x". Its digits become
-/// "x"; from the second address on that the object meets, the last are its number, so that equal addresses
+/// "x"; the last are the number of the address among those that the object has met, so that equal addresses
 /// stay equal and different ones different. Masking a masked text changes nothing. Not thread-safe.
 class AddressMask {
   public:

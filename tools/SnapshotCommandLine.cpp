@@ -108,6 +108,7 @@ SnapshotCommandLine::SnapshotCommandLine()
     addSelectionOptions();
     addOutputOptions();
     addDiffOptions();
+    addDoctorOption();
     addRemainingOptions();
     app_.formatter(std::make_shared<HelpFormatter>());
     app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
@@ -178,6 +179,13 @@ void SnapshotCommandLine::addDiffOptions() {
         ->group("Comparison");
 }
 
+void SnapshotCommandLine::addDoctorOption() {
+    app_.add_flag("--doctor", options_.isDoctor,
+                  "Print what is found of sensors and drivers, and what to do about what is not; as text or "
+                  "json")
+        ->excludes(replay_, demo_, watch_);
+}
+
 void SnapshotCommandLine::addRemainingOptions() {
     app_.add_option("--completion", completedShell_,
                     "Print a script that completes the options in bash, zsh or fish")
@@ -206,6 +214,7 @@ void SnapshotCommandLine::finishParsing() {
     finishSelection();
     finishFormat();
     finishDiff();
+    finishDoctor();
 }
 
 void SnapshotCommandLine::finishSelection() {
@@ -247,6 +256,16 @@ void SnapshotCommandLine::finishDiff() const {
     }
     if (std::ranges::count(options_.compared, "-") > 1) {
         throw CLI::ValidationError("--diff", "standard input is one snapshot, not two");
+    }
+}
+
+void SnapshotCommandLine::finishDoctor() const {
+    if (!options_.isDoctor) return;
+    const bool isItsFormat = formatName_.empty() || formatName_ == "text" || formatName_ == "json";
+    if (!isItsFormat) throw CLI::ValidationError("--doctor", "it prints text or json");
+    const bool isSelected = !options_.selection.isEverything() || options_.isPinned || !orderName_.empty();
+    if (isSelected || isTitle_ || isSummary_ || !options_.compared.empty()) {
+        throw CLI::ValidationError("--doctor", "it examines the whole machine and prints no readings");
     }
 }
 

@@ -26,6 +26,7 @@ struct SnapshotOptions {
     std::optional<std::chrono::nanoseconds> interval;
     std::vector<std::string> compared; ///< one or two files of snapshots to compare; otherwise empty
     double tolerance = 0;              ///< of numbers that are compared, in their units; not negative
+    bool isDoctor = false;             ///< the machine is examined instead, in the format text or json
     std::size_t verbosity = 0;         ///< how often --verbose was given
 };
 
@@ -55,11 +56,13 @@ class SnapshotCommandLine {
     void addSelectionOptions();
     void addOutputOptions();
     void addDiffOptions();
+    void addDoctorOption();
     void addRemainingOptions();
     void finishParsing();
     void finishSelection();
     void finishFormat();
     void finishDiff() const;
+    void finishDoctor() const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
     [[nodiscard]] int printCompletion() const;
 

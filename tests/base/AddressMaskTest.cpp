@@ -12,17 +12,17 @@ namespace {
 std::string masked(std::string_view text) { return AddressMask().masked(text); }
 
 TEST(AddressMask, HidesTheAddressInTheNameOfAnInterface) {
-    EXPECT_EQ(masked("Ethernet enx001122334455"), "Ethernet enxxxxxxxxxxxxx");
-    EXPECT_EQ(masked("wlxa0b1c2d3e4f5-pci-0300/temp1"), "wlxxxxxxxxxxxxx-pci-0300/temp1");
-    EXPECT_EQ(masked("enxA0B1C2D3E4F5.10"), "enxxxxxxxxxxxxx.10");
+    EXPECT_EQ(masked("Ethernet enx001122334455"), "Ethernet enxxxxxxxxxxx01");
+    EXPECT_EQ(masked("wlxa0b1c2d3e4f5-pci-0300/temp1"), "wlxxxxxxxxxxx01-pci-0300/temp1");
+    EXPECT_EQ(masked("enxA0B1C2D3E4F5.10"), "enxxxxxxxxxxx01.10");
 }
 
 TEST(AddressMask, HidesAnAddressOfPairs) {
-    EXPECT_EQ(masked("hid-00:1a:2b:3c:4d:5e-battery/capacity"), "hid-xx:xx:xx:xx:xx:xx-battery/capacity");
-    EXPECT_EQ(masked("00-1A-2B-3C-4D-5E"), "xx-xx-xx-xx-xx-xx");
-    EXPECT_EQ(masked("battery_00_1a_2b_3c_4d_5e"), "battery_xx_xx_xx_xx_xx_xx");
-    EXPECT_EQ(masked("00:11:22:ff:fe:33:44:55"), "xx:xx:xx:xx:xx:xx:xx:xx");
-    EXPECT_EQ(masked("001122334455"), "xxxxxxxxxxxx");
+    EXPECT_EQ(masked("hid-00:1a:2b:3c:4d:5e-battery/capacity"), "hid-xx:xx:xx:xx:xx:01-battery/capacity");
+    EXPECT_EQ(masked("00-1A-2B-3C-4D-5E"), "xx-xx-xx-xx-xx-01");
+    EXPECT_EQ(masked("battery_00_1a_2b_3c_4d_5e"), "battery_xx_xx_xx_xx_xx_01");
+    EXPECT_EQ(masked("00:11:22:ff:fe:33:44:55"), "xx:xx:xx:xx:xx:xx:xx:01");
+    EXPECT_EQ(masked("001122334455"), "xxxxxxxxxx01");
 }
 
 TEST(AddressMask, LeavesEverythingElseAlone) {
@@ -40,9 +40,9 @@ TEST(AddressMask, DoesNotCutWordsThatEndLikeAnAddress) {
 
 TEST(AddressMask, TellsAddressesApart) {
     AddressMask mask;
-    EXPECT_EQ(mask.masked("enx001122334455"), "enxxxxxxxxxxxxx");
-    EXPECT_EQ(mask.masked("enx001122334466"), "enxxxxxxxxxxxx2");
-    EXPECT_EQ(mask.masked("00:11:22:33:44:66 00:11:22:33:44:55"), "xx:xx:xx:xx:xx:x2 xx:xx:xx:xx:xx:xx");
+    EXPECT_EQ(mask.masked("enx001122334455"), "enxxxxxxxxxxx01");
+    EXPECT_EQ(mask.masked("enx001122334466"), "enxxxxxxxxxxx02");
+    EXPECT_EQ(mask.masked("00:11:22:33:44:66 00:11:22:33:44:55"), "xx:xx:xx:xx:xx:02 xx:xx:xx:xx:xx:01");
     for (int number = 3; number < 12; ++number) {
         static_cast<void>(mask.masked("00:00:00:00:00:" + std::to_string(10 + number)));
     }

@@ -115,9 +115,9 @@ TEST(SnapshotText, HardwareAddressesAreMasked) {
     const auto mouse =
         kernelReading("hid-00:11:22:33:44:66-battery/capacity", "peripheral", "Device Battery");
     const std::string text = snapshotText({card, mouse}, time);
-    EXPECT_TRUE(text.ends_with("\nenxxxxxxxxxxxxx-pci-0100/temp1\tenxxxxxxxxxxxxx\tEthernet enxxxxxxxxxxxxx"
+    EXPECT_TRUE(text.ends_with("\nenxxxxxxxxxxx01-pci-0100/temp1\tenxxxxxxxxxxx01\tEthernet enxxxxxxxxxxx01"
                                "\t40 °C\tRAW=001122334455"
-                               "\nhid-xx:xx:xx:xx:xx:x2-battery/capacity\tperipheral\tDevice Battery"
+                               "\nhid-xx:xx:xx:xx:xx:02-battery/capacity\tperipheral\tDevice Battery"
                                "\t40 °C\tRAW=001122334455"))
         << text;
 }
@@ -134,7 +134,7 @@ TEST(SnapshotText, ReadingsThatAreComparedAreMaskedLikewise) {
         kernelReading("enx001122334466-pci-0200/temp1", "enx001122334466", "Ethernet 2")};
     const std::string text = snapshotText(readings, time);
     maskAddresses(readings);
-    EXPECT_EQ(readings[1].key, "enxxxxxxxxxxxx2-pci-0200/temp1");
+    EXPECT_EQ(readings[1].key, "enxxxxxxxxxxx02-pci-0200/temp1");
     EXPECT_EQ(snapshotText(readings, time), text);
 }
 
