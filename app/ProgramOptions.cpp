@@ -27,12 +27,12 @@ constexpr std::string_view closingHelp =
 
 constexpr std::string_view doctorHelp =
     "      --doctor     Print what is found of sensors, drivers and trays, and what to do about what is not\n"
-    "      --format NAME\n"
+    "      --format FORMAT\n"
     "                   With --doctor: text or json\n";
 
 std::string usage(const ProgramDescription& program) {
     const std::string_view machine = program.machineNames.empty() ? "" : " [NAME]";
-    const std::string_view doctor = program.offersDoctor ? " [--doctor [--format NAME]]" : "";
+    const std::string_view doctor = program.offersDoctor ? " [--doctor [--format FORMAT]]" : "";
     return "Usage: " + program.name + " [--verbose] [--help] [--version] [--autostart]" +
            std::string(doctor).append(machine).append("\n");
 }

@@ -69,7 +69,7 @@ TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
         EXPECT_EQ(outcome.output, "");
         EXPECT_EQ(outcome.errors, std::string("kelvinbar: unknown argument \"") + option +
                                       "\"\nUsage: kelvinbar [--verbose] [--help] [--version] [--autostart] "
-                                      "[--doctor [--format NAME]]\n");
+                                      "[--doctor [--format FORMAT]]\n");
     }
 }
 

@@ -1,6 +1,7 @@
 #include "tools/doctor/PersonalPaths.h"
 
 #include "base/AddressMask.h"
+#include "base/Text.h"
 
 #include <array>
 #include <cstddef>
@@ -23,8 +24,12 @@ constexpr std::array<std::pair<const char*, const char*>, 4> variables{{
 
 /// Whether a name ends at `place`: "/home/jan" is not in "/home/jana".
 bool endsHere(std::string_view text, std::size_t place) {
-    constexpr std::string_view ends = "/ ,;:\"'";
-    return place == text.size() || ends.find(text[place]) != std::string_view::npos;
+    if (place == text.size()) return true;
+    const char next = text[place];
+    const bool isAscii = static_cast<unsigned char>(next) < 0x80;
+    const char lower = asciiLowercased(next);
+    const bool isWord = isDecimalDigit(next) || (lower >= 'a' && lower <= 'z');
+    return isAscii && !isWord && next != '.' && next != '_' && next != '-';
 }
 
 std::string withoutFolder(std::string_view text, const PersonalPath& path) {

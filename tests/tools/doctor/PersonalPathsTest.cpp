@@ -23,10 +23,13 @@ TEST(PersonalPaths, FoldersOfTheUserAreReplaced) {
     EXPECT_EQ(hidden("/data/jan/config/kelvinbar.conf is used"), "$XDG_CONFIG_HOME/kelvinbar.conf is used");
     EXPECT_EQ(hidden("/home/jan"), "~");
     EXPECT_EQ(hidden("/home/jan, /home/jan/x"), "~, ~/x");
+    EXPECT_EQ(hidden("(/home/jan)"), "(~)");
 }
 
 TEST(PersonalPaths, FoldersOfOthersAreNot) {
-    EXPECT_EQ(hidden("/home/jana/x"), "/home/jana/x");
+    for (const char* const other : {"/home/jana/x", "/home/jan.old", "/home/jan-2", "/home/jané"}) {
+        EXPECT_EQ(hidden(other), other);
+    }
     EXPECT_EQ(hidden("/etc/sensors.d/board"), "/etc/sensors.d/board");
 }
 
