@@ -1,5 +1,6 @@
 #include "app/KelvinbarApp.h"
 
+#include "app/Doctor.h"
 #include "app/LazyPanel.h"
 #include "base/WorkerQueue.h"
 #include "desktop/Desktop.h"
@@ -133,6 +134,8 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
     ignoreBrokenPipes();
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    if (options.wantsDoctor)
+        return examine(program.name, options.format == "json", makeMachine({}, log), log);
     if (const auto status = statusWithoutDisplay(options, program, log)) return *status;
     const auto application = makeApplication(argc, argv, log);
     options = programOptions(argc, argv);

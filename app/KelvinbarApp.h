@@ -17,9 +17,9 @@ class KelvinbarApp {
     /// for a program without a choice of machines.
     using MachineMaker = std::function<Machine(std::string_view name, Log& log)>;
 
-    /// Runs the program until it is asked to quit. Returns earlier if an option such as --help has been
-    /// answered, or if another instance runs, which then opens its panel. Returns the exit status. Main
-    /// thread.
+    /// Runs the program until it is asked to quit. Returns earlier if an option such as --help or --doctor
+    /// has been answered, or if another instance runs, which then opens its panel. Returns the exit status.
+    /// Main thread.
     static int run(int& argc, char** argv, const ProgramDescription& program,
                    const MachineMaker& makeMachine);
 };

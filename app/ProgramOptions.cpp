@@ -17,16 +17,31 @@ constexpr std::string_view optionsHelp =
     "  -v, --verbose    Log what is found and done on standard error; twice, every step\n"
     "  -h, --help       Print this help\n"
     "      --version    Print the version\n"
-    "      --autostart  Start as the session does at login: open nothing\n"
+    "      --autostart  Start as the session does at login: open nothing\n";
+
+constexpr std::string_view closingHelp =
     "\n"
     "The environment variable KELVINBAR_LOG chooses what is logged by category, as in tray=debug,keys=info.\n"
     "Exit status: 0, 1 if the program cannot be started here or an answer cannot be written, 2 for a wrong "
     "option.\n";
 
+constexpr std::string_view doctorHelp =
+    "      --doctor     Print what is found of sensors, drivers and trays, and what to do about what is not\n"
+    "      --format FORMAT\n"
+    "                   With --doctor: text or json\n";
+
 std::string usage(const ProgramDescription& program) {
     const std::string_view machine = program.machineNames.empty() ? "" : " [NAME]";
+    const std::string_view doctor = program.offersDoctor ? " [--doctor [--format FORMAT]]" : "";
     return "Usage: " + program.name + " [--verbose] [--help] [--version] [--autostart]" +
-           std::string(machine) + "\n";
+           std::string(doctor).append(machine).append("\n");
+}
+
+std::string help(const ProgramDescription& program) {
+    return usage(program)
+        .append(optionsHelp)
+        .append(program.offersDoctor ? doctorHelp : "")
+        .append(closingHelp);
 }
 
 std::string joinedNames(const std::vector<std::string_view>& names) {
@@ -55,6 +70,8 @@ void note(ProgramOptions& options, std::string_view word) {
         options.wantsHelp = true;
     } else if (word == "--version") {
         options.wantsVersion = true;
+    } else if (word == "--doctor") {
+        options.wantsDoctor = true;
     } else if (word == "--autostart") {
         options.isAtLogin = true;
     } else {
@@ -67,6 +84,20 @@ bool isOption(const std::string& argument) { return argument.starts_with('-'); }
 int refused(const std::string& argument, const ProgramDescription& program) {
     std::cerr << program.name + ": unknown argument \"" + argument + "\"\n" + usage(program);
     return usageErrorExit;
+}
+
+int refusedFor(const std::string& complaint, const ProgramDescription& program) {
+    std::cerr << program.name + ": " + complaint + "\n" + usage(program);
+    return usageErrorExit;
+}
+
+/// Empty if the options for the doctor fit together.
+std::string complaintAboutDoctor(const ProgramOptions& options) {
+    if (!options.wantsDoctor) return options.format ? "--format is for --doctor" : "";
+    if (options.isAtLogin) return "--doctor starts nothing, so --autostart contradicts it";
+    if (!options.others.empty()) return "--doctor does not go with \"" + options.others.front() + "\"";
+    const bool isKnown = !options.format || *options.format == "text" || *options.format == "json";
+    return isKnown ? "" : "the formats of --doctor are text and json";
 }
 
 int refusedMachine(const std::string& machine, const ProgramDescription& program) {
@@ -86,7 +117,17 @@ int printed(const std::string& answer, const ProgramDescription& program) {
 
 ProgramOptions programOptions(int argc, const char* const* argv) {
     ProgramOptions options;
-    for (int index = 1; index < argc; ++index) note(options, argv[index]);
+    constexpr std::string_view format = "--format";
+    for (int index = 1; index < argc; ++index) {
+        const std::string_view word = argv[index];
+        if (word == format) {
+            options.format = index + 1 < argc ? argv[++index] : "";
+        } else if (word.starts_with(format) && word.substr(format.size()).starts_with('=')) {
+            options.format = word.substr(format.size() + 1);
+        } else {
+            note(options, word);
+        }
+    }
     return options;
 }
 
@@ -94,10 +135,11 @@ std::optional<int> answeredOptions(const ProgramOptions& options, const ProgramD
     const auto unknown = std::ranges::find_if(
         options.others, [](const std::string& argument) { return argument.starts_with("--"); });
     if (unknown != options.others.end()) return refused(*unknown, program);
-    if (options.wantsHelp)
-        return printed(usage(program).append(optionsHelp) + machinesHelp(program), program);
+    if (options.wantsDoctor && !program.offersDoctor) return refused("--doctor", program);
+    if (options.wantsHelp) return printed(help(program) + machinesHelp(program), program);
     if (options.wantsVersion) return printed(program.name + " " KELVINBAR_VERSION "\n", program);
-    return std::nullopt;
+    const std::string complaint = complaintAboutDoctor(options);
+    return complaint.empty() ? std::nullopt : std::optional(refusedFor(complaint, program));
 }
 
 bool mayHaveToolkitOptions(const ProgramOptions& options) {

@@ -13,6 +13,7 @@ struct ProgramDescription {
     std::string name;                           ///< the program's file name
     std::vector<std::string_view> machineNames; ///< the user may choose one; empty for no choice
     std::string_view usualMachineName;          ///< the machine without a choice
+    bool offersDoctor = false; ///< it reads the machine that it runs on, which can be examined
 };
 
 /// The parsed command line of a desktop program. Options of the toolkit, which begin with one dash, such as
@@ -21,14 +22,17 @@ struct ProgramOptions {
     std::size_t verbosity = 0; ///< how often --verbose was given
     bool wantsHelp = false;
     bool wantsVersion = false;
-    bool isAtLogin = false;          ///< the session starts the program, not the user
-    std::vector<std::string> others; ///< arguments that are not options of the program
+    bool isAtLogin = false; ///< the session starts the program, not the user
+    bool wantsDoctor = false;
+    std::optional<std::string> format; ///< in which the doctor prints; "text" or "json" if it is answered
+    std::vector<std::string> others;   ///< arguments that are not options of the program
 };
 
 ProgramOptions programOptions(int argc, const char* const* argv);
 
 /// Answers --help and --version on standard output, and rejects unknown options with two dashes, which are
-/// never the toolkit's. Returns the exit status, or no value if the program should run. Needs no display.
+/// never the toolkit's, and options that contradict each other. Returns the exit status, or no value if the
+/// program should run or its doctor. Needs no display.
 std::optional<int> answeredOptions(const ProgramOptions& options, const ProgramDescription& program);
 
 /// Whether there may be options of the toolkit, which only the toolkit can tell from wrong ones.

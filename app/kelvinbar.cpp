@@ -7,6 +7,6 @@
 
 int main(int argc, char** argv) {
     return kelvinbar::KelvinbarApp::run(
-        argc, argv, {.name = "kelvinbar", .machineNames = {}, .usualMachineName = {}},
+        argc, argv, {.name = "kelvinbar", .machineNames = {}, .usualMachineName = {}, .offersDoctor = true},
         [](std::string_view /*name*/, kelvinbar::Log& log) { return kelvinbar::makePlatform(log); });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Finding.h"
 #include "shell/LoginItemManager.h"
 #include "shell/ShellPorts.h"
 #include "shell/StatusMenuItems.h"
@@ -88,6 +89,11 @@ class Desktop {
 /// possible. Returns the exit status, or no value if the start goes on. Opens no display, so that a start
 /// without one can hand over.
 std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log);
+
+/// What the session has for the program `name`: its tray, where its status item is, and how the panel is
+/// drawn. Opens no window and leaves a running instance alone. Needs no application object. May wait for
+/// replies, at most a few seconds.
+std::vector<FindingSection> desktopFindings(const std::string& name, Log& log);
 
 /// Creates the toolkit's application object, of the class that the desktop needs. Removes the toolkit's
 /// options from the arguments. `argc` and `argv` must outlive the result.

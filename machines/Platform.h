@@ -1,11 +1,13 @@
 #pragma once
 
+#include "base/Finding.h"
 #include "base/Log.h"
 #include "base/Value.h"
 #include "sensors/Machine.h"
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -15,6 +17,10 @@ namespace kelvinbar {
 ///
 /// `log` outlives the machine.
 Machine makePlatform(Log& log);
+
+/// What the sources of `machine`, made by `makePlatform`, found and left out, which drivers they miss, and
+/// the configuration that they and the programs use. Reads all sensors; may block as long as a pass.
+std::vector<FindingSection> platformFindings(const Machine& machine);
 
 /// The name of the demo machine that resembles the platform's own machines most; one of demoMachineNames().
 std::string_view usualDemoMachine();

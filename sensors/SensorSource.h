@@ -2,6 +2,7 @@
 
 #include "catalogue/KeySet.h"
 #include "sensors/RawReading.h"
+#include "sensors/SourceReport.h"
 
 #include <map>
 #include <optional>
@@ -56,6 +57,10 @@ class SensorSource {
 
     /// Fan speeds that drivers publish in the I/O registry rather than under a key. Most sources have none.
     virtual std::vector<RawReading> readSMCSuperIOFans() = 0;
+
+    /// What became of all channels, by class of devices. Looks for devices and reads all of them, so it takes
+    /// longer than a pass. Empty for a source that leaves nothing out of which it knows.
+    virtual std::vector<SourceReport> report() { return {}; }
 
     /// Releases what `status` opened. A later `status` opens it again.
     virtual void close() = 0;

@@ -87,6 +87,12 @@ std::vector<RawReading> SourceChain::readSMCSuperIOFans() {
     return fans;
 }
 
+std::vector<SourceReport> SourceChain::report() {
+    std::vector<SourceReport> reports;
+    for (const auto& source : sources_) std::ranges::move(source->report(), std::back_inserter(reports));
+    return reports;
+}
+
 void SourceChain::close() {
     for (const auto& source : sources_) source->close();
 }

@@ -25,6 +25,7 @@ class SourceChain final : public SensorSource {
     /// it. The readings are grouped by source.
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
     std::vector<RawReading> readSMCSuperIOFans() override;
+    std::vector<SourceReport> report() override;
     void close() override;
 
   private:

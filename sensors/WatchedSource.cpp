@@ -86,6 +86,11 @@ std::vector<RawReading> WatchedSource::readSMCSuperIOFans() {
     return fans;
 }
 
+std::vector<SourceReport> WatchedSource::report() {
+    const DeviceVisit visit(name_, category_);
+    return visit.isAllowed() ? source_->report() : std::vector<SourceReport>();
+}
+
 void WatchedSource::close() {
     const DeviceVisit visit(name_, category_);
     if (visit.isAllowed()) source_->close();

@@ -24,6 +24,7 @@ class WatchedSource final : public SensorSource {
     KeyHistory keyHistory(bool withFormerKeys) override;
     std::vector<RawReading> readCandidateKeys(std::span<const std::string> keys) override;
     std::vector<RawReading> readSMCSuperIOFans() override;
+    std::vector<SourceReport> report() override;
 
     /// Does nothing while the source is set aside.
     void close() override;

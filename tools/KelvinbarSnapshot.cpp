@@ -3,6 +3,8 @@
 #include "base/Log.h"
 #include "base/OutOfMemory.h"
 #include "process/StandardStreams.h"
+#include "store/SnapshotExport.h"
+#include "tools/Doctor.h"
 #include "tools/IdentificationPrinter.h"
 #include "tools/ProgramErrors.h"
 #include "tools/ReadingSelection.h"
@@ -49,8 +51,9 @@ int printSnapshot(const SnapshotOptions& options) {
 
 std::vector<SMCReading> comparedReadings(const SnapshotOptions& options, const Machine& machine,
                                          SnapshotTaker& taker) {
-    const Snapshot snapshot = taker.take(machine);
+    Snapshot snapshot = taker.take(machine);
     for (const SilentDevice& device : snapshot.silent) reportError("no answer from " + device.file);
+    maskAddresses(snapshot.readings); // as in the file of the other one
     return selectedReadings(snapshot.readings, options.selection);
 }
 
@@ -85,10 +88,17 @@ int printDiff(const SnapshotOptions& options) {
     return statusOf(taker, diffErrorExit, [&] { return printDifferences(options, *before, *after, taker); });
 }
 
+int printDoctor(const SnapshotOptions& options) {
+    StandardErrorSink standardError;
+    Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
+    return examineThisMachine(options.format->name == "json", log);
+}
+
 int run(int argc, char** argv) {
     SnapshotCommandLine commandLine;
     if (const auto status = commandLine.parse(argc, argv)) return *status;
     const SnapshotOptions& options = commandLine.options();
+    if (options.isDoctor) return printDoctor(options);
     return options.compared.empty() ? printSnapshot(options) : printDiff(options);
 }
 

@@ -120,6 +120,7 @@ SnapshotCommandLine::SnapshotCommandLine()
     addOutputOptions();
     addDiffOptions();
     addIdentificationOptions();
+    addDoctorOption();
     addRemainingOptions();
     app_.formatter(std::make_shared<HelpFormatter>());
     app_.footer(formatHelp() + "\n" +
@@ -214,6 +215,13 @@ void SnapshotCommandLine::addIdentificationOptions() {
         ->group("Identification");
 }
 
+void SnapshotCommandLine::addDoctorOption() {
+    app_.add_flag("--doctor", options_.isDoctor,
+                  "Print what is found of sensors and drivers, and what to do about what is not; as text or "
+                  "json")
+        ->excludes(replay_, demo_, watch_, identify_, self_);
+}
+
 void SnapshotCommandLine::addRemainingOptions() {
     app_.add_option("--completion", completedShell_,
                     "Print a script that completes the options in bash, zsh or fish")
@@ -244,6 +252,7 @@ void SnapshotCommandLine::finishParsing() {
     finishDiff();
     finishIdentification();
     finishOwnCost();
+    finishDoctor();
 }
 
 void SnapshotCommandLine::finishSelection() {
@@ -313,6 +322,16 @@ void SnapshotCommandLine::finishOwnCost() const {
     const std::string_view format = options_.format->name;
     if (format == "text" || format == "summary" || format == "waybar") {
         throw CLI::ValidationError("--self", "does not go with the format " + std::string(format));
+    }
+}
+
+void SnapshotCommandLine::finishDoctor() const {
+    if (!options_.isDoctor) return;
+    const bool isItsFormat = formatName_.empty() || formatName_ == "text" || formatName_ == "json";
+    if (!isItsFormat) throw CLI::ValidationError("--doctor", "it prints text or json");
+    const bool isSelected = !options_.selection.isEverything() || options_.isPinned || !orderName_.empty();
+    if (isSelected || isTitle_ || isSummary_ || !options_.compared.empty()) {
+        throw CLI::ValidationError("--doctor", "it examines the whole machine and prints no readings");
     }
 }
 

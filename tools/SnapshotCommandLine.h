@@ -29,6 +29,7 @@ struct SnapshotOptions {
     bool hasOwnCost = false;                          ///< what the program itself costs is printed, too
     std::vector<std::string> compared; ///< one or two files of snapshots to compare; otherwise empty
     double tolerance = 0;              ///< of numbers that are compared, in their units; not negative
+    bool isDoctor = false;             ///< the machine is examined instead, in the format text or json
     std::size_t verbosity = 0;         ///< how often --verbose was given
 };
 
@@ -65,6 +66,7 @@ class SnapshotCommandLine {
     void addOutputOptions();
     void addDiffOptions();
     void addIdentificationOptions();
+    void addDoctorOption();
     void addRemainingOptions();
     void finishParsing();
     void finishSelection();
@@ -72,6 +74,7 @@ class SnapshotCommandLine {
     void finishDiff() const;
     void finishIdentification();
     void finishOwnCost() const;
+    void finishDoctor() const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
     [[nodiscard]] int printCompletion() const;
 

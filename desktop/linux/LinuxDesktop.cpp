@@ -1,4 +1,5 @@
 #include "desktop/Desktop.h"
+#include "desktop/linux/SessionFindings.h"
 #include "desktop/linux/session/AlertSound.h"
 #include "desktop/linux/session/AutostartEntry.h"
 #include "desktop/linux/session/BusKeeper.h"
@@ -284,6 +285,10 @@ std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log) {
                      InstanceLock(instanceLockFile(start.name)), log);
     QDBusConnection::disconnectFromBus(connection);
     return status;
+}
+
+std::vector<FindingSection> desktopFindings(const std::string& name, Log& log) {
+    return sessionFindings(busName(name), log);
 }
 
 std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& command,

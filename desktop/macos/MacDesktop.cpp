@@ -144,6 +144,15 @@ std::optional<int> handOverWithoutDisplay(const ProgramStart& /*start*/, Log& /*
     return std::nullopt;
 }
 
+/// Another process cannot see whether the item is in the menu bar.
+std::vector<FindingSection> desktopFindings(const std::string& /*name*/, Log& /*log*/) {
+    return {{.title = "Menu bar",
+             .findings = {{.subject = "status item",
+                           .state = FindingState::note,
+                           .found = "only the running program knows whether it can be seen",
+                           .advice = "Open Kelvinbar again: its panel opens, and its log says why"}}}};
+}
+
 std::unique_ptr<Desktop> makeDesktop(const ProgramStart& start, const std::vector<std::string>& /*command*/,
                                      Log& log) {
     return std::make_unique<MacDesktop>(start.name, log);

@@ -14,22 +14,6 @@ namespace kelvinbar {
 
 namespace {
 
-/// The value of the first "name : value" line with that name in a file of /proc.
-std::optional<std::string> procValue(const std::filesystem::path& file, std::string_view name) {
-    const auto text = systemFileText(file);
-    if (!text) return std::nullopt;
-    for (std::string_view rest = *text; !rest.empty();) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        const std::string_view line = rest.substr(0, end);
-        const std::size_t colon = line.find(':');
-        if (colon != std::string_view::npos && trimmed(line.substr(0, colon)) == name) {
-            return std::string(trimmed(line.substr(colon + 1)));
-        }
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    return std::nullopt;
-}
-
 std::optional<std::string> zeroTerminated(std::optional<std::string> text) {
     if (text) text->push_back('\0');
     return text;

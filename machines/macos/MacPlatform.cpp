@@ -21,6 +21,14 @@ Machine makePlatform(Log& log) {
             .watch = std::make_shared<ReadWatch>(clock, log)};
 }
 
+std::vector<FindingSection> platformFindings(const Machine& machine) {
+    const SourceStatus status = machine.source->status();
+    return {{.title = "Sources",
+             .findings = {{.subject = "controller",
+                           .state = status.isAvailable ? FindingState::good : FindingState::problem,
+                           .found = status.message}}}};
+}
+
 std::string_view usualDemoMachine() { return "intel-notebook"; }
 
 /// The toolkit names the domain of the preferences, and may choose another name.

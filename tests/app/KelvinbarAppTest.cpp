@@ -67,9 +67,9 @@ TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
         const Outcome outcome = outcomeOf({KELVINBAR, "--verbose", option, "--help"}, {}, noDisplay);
         EXPECT_EQ(outcome.status, 2) << option;
         EXPECT_EQ(outcome.output, "");
-        EXPECT_EQ(outcome.errors,
-                  std::string("kelvinbar: unknown argument \"") + option +
-                      "\"\nUsage: kelvinbar [--verbose] [--help] [--version] [--autostart]\n");
+        EXPECT_EQ(outcome.errors, std::string("kelvinbar: unknown argument \"") + option +
+                                      "\"\nUsage: kelvinbar [--verbose] [--help] [--version] [--autostart] "
+                                      "[--doctor [--format FORMAT]]\n");
     }
 }
 
@@ -461,6 +461,63 @@ TEST(KelvinbarApp, OfTwoSimultaneousStartsOneRemains) {
     if (isOtherRunning) other.send(SIGTERM);
     EXPECT_EQ(one.status(), 0);
     EXPECT_EQ(other.status(), 0);
+}
+
+// The doctor
+
+/// In a session without a display and a bus.
+Outcome doctor(const Words& options, const Words& variables = {}) {
+    Words words{KELVINBAR, "--doctor"};
+    words.insert(words.end(), options.begin(), options.end());
+    Words environment{"HOME=/home/some-person", "XDG_CONFIG_HOME=", "XDG_CURRENT_DESKTOP=GNOME",
+                      "DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"};
+    environment.insert(environment.end(), noDisplay.begin(), noDisplay.end());
+    environment.insert(environment.end(), variables.begin(), variables.end());
+    return outcomeOf(words, {}, environment);
+}
+
+TEST(KelvinbarDoctor, ExaminesMachineAndSessionWithoutADisplay) {
+    const Outcome outcome = doctor({});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(std::regex_search(outcome.output, std::regex("^kelvinbar \\d+\\.\\d+\\.\\d+ --doctor\n")))
+        << outcome.output;
+    for (const char* const words :
+         {"\nSources\n", "\nCost of reading\n", "desktop: GNOME\n", "dbus-run-session",
+          "gnome-shell-extension-appindicator", "toolkit: Qt ", "~/.config/kelvinbar"}) {
+        EXPECT_TRUE(contains(outcome.output, words)) << words << outcome.output;
+    }
+    EXPECT_FALSE(contains(outcome.output, "some-person")) << outcome.output;
+}
+
+TEST(KelvinbarDoctor, PrintsADocument) {
+    for (const Words& options : {Words{"--format", "json"}, Words{"--format=json"}}) {
+        const Outcome outcome = doctor(options);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_TRUE(outcome.output.starts_with("{\n  \"schema\": 1,\n  \"program\": \"kelvinbar "))
+            << outcome.output;
+        EXPECT_TRUE(outcome.output.ends_with("}\n"));
+    }
+    EXPECT_EQ(doctor({"--format", "text"}).status, 0);
+}
+
+TEST(KelvinbarDoctor, RefusesOptionsThatContradictIt) {
+    for (const Words& options : {Words{"--autostart"}, Words{"--format", "csv"}, Words{"--format"},
+                                 Words{"-platform", "offscreen"}, Words{"file"}}) {
+        const Outcome outcome = doctor(options);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_TRUE(contains(outcome.errors, "doctor")) << outcome.errors;
+    }
+    EXPECT_EQ(outcomeOf({KELVINBAR, "--format", "json"}, {}, noDisplay).status, 2);
+    EXPECT_EQ(outcomeOf({KELVINBAR_DEMO, "--doctor"}, {}, noDisplay).status, 2);
+}
+
+TEST(KelvinbarDoctor, FailsWhenItCannotPrint) {
+    const TemporaryFolder folder;
+    const std::string errors = folder.path("errors");
+    EXPECT_EQ(ProgramRun({KELVINBAR, "--doctor"}, {"/dev/null", "/dev/full", errors}, noDisplay).status(), 1);
+    EXPECT_TRUE(contains(contentOf(errors), "kelvinbar: cannot print what was found")) << contentOf(errors);
 }
 
 } // namespace

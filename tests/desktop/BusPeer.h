@@ -91,6 +91,7 @@ class FakeWatcher final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
     Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
 
   public:
     /// Whether it has a host. Without a value, the watcher lacks the property. Set before it appears.

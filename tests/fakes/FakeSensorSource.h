@@ -19,6 +19,7 @@ class FakeSensorSource final : public SensorSource {
     std::vector<RawReading> readings;
     std::vector<RawReading> fans;
     KeyHistory history;
+    std::vector<SourceReport> reports;
     std::vector<std::string> unlistedKeys; ///< readable, but not discovered
 
     std::vector<KeySet> listedBefore; ///< of each discovery
@@ -66,6 +67,8 @@ class FakeSensorSource final : public SensorSource {
         }
         return found;
     }
+
+    std::vector<SourceReport> report() override { return reports; }
 
     std::vector<RawReading> readSMCSuperIOFans() override { return fans; }
 

@@ -254,5 +254,15 @@ TEST(SourceChainThreads, AReadDuringADiscoveryReturnsEachKeyOnce) {
     EXPECT_EQ(wrongReads, 0);
 }
 
+// Reports
+
+TEST_F(SourceChainTest, TheReportsOfAllSourcesFollowEachOther) {
+    first->reports = {{.name = "a", .readings = 1}};
+    second->reports = {{.name = "b"}, {.name = "c"}};
+    Texts names;
+    for (const SourceReport& report : chain.report()) names.push_back(report.name);
+    EXPECT_THAT(names, ElementsAre("a", "b", "c"));
+}
+
 } // namespace
 } // namespace kelvinbar::source_chain_test

@@ -122,5 +122,11 @@ TEST_F(WatchedSourceTest, IsReadAgainWhenItAnswers) {
     inPass([&] { EXPECT_EQ(source.readCandidateKeys(keys), inner->readings); });
 }
 
+TEST_F(WatchedSourceTest, AReportIsTheSourcesUnlessItIsSetAside) {
+    inner->reports = {{.name = "a"}};
+    EXPECT_EQ(source.report().size(), 1U);
+    whileSetAside([&] { EXPECT_TRUE(source.report().empty()); });
+}
+
 } // namespace
 } // namespace kelvinbar::watched_source_test

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -97,6 +98,44 @@ TEST(SnapshotText, FieldsAreWrittenAsTheyAre) {
 TEST(SnapshotText, TheTimeHasNoFractionOfASecond) {
     EXPECT_EQ(snapshotText({}, time + milliseconds(999)), snapshotText({}, time));
     EXPECT_NE(snapshotText({}, time + milliseconds(1000)), snapshotText({}, time));
+}
+
+// Hardware addresses
+
+SMCReading kernelReading(std::string key, std::string type, std::string name) {
+    SMCReading reading = readingOf(std::move(key), "40", "001122334455");
+    reading.type = std::move(type);
+    reading.name = std::move(name);
+    return reading;
+}
+
+TEST(SnapshotText, HardwareAddressesAreMasked) {
+    const auto card =
+        kernelReading("enx001122334455-pci-0100/temp1", "enx001122334455", "Ethernet enx001122334455");
+    const auto mouse =
+        kernelReading("hid-00:11:22:33:44:66-battery/capacity", "peripheral", "Device Battery");
+    const std::string text = snapshotText({card, mouse}, time);
+    EXPECT_TRUE(text.ends_with("\nenxxxxxxxxxxx01-pci-0100/temp1\tenxxxxxxxxxxx01\tEthernet enxxxxxxxxxxx01"
+                               "\t40 °C\tRAW=001122334455"
+                               "\nhid-xx:xx:xx:xx:xx:02-battery/capacity\tperipheral\tDevice Battery"
+                               "\t40 °C\tRAW=001122334455"))
+        << text;
+}
+
+TEST(SnapshotText, KeysOfAControllerAreNotTouched) {
+    const auto reading = kernelReading("TC0P", "001122334455", "001122334455");
+    EXPECT_TRUE(snapshotText({reading}, time)
+                    .ends_with("\nTC0P\t001122334455\t001122334455\t40 °C\tRAW=001122334455"));
+}
+
+TEST(SnapshotText, ReadingsThatAreComparedAreMaskedLikewise) {
+    std::vector<SMCReading> readings{
+        kernelReading("enx001122334455-pci-0100/temp1", "enx001122334455", "Ethernet"),
+        kernelReading("enx001122334466-pci-0200/temp1", "enx001122334466", "Ethernet 2")};
+    const std::string text = snapshotText(readings, time);
+    maskAddresses(readings);
+    EXPECT_EQ(readings[1].key, "enxxxxxxxxxxx02-pci-0200/temp1");
+    EXPECT_EQ(snapshotText(readings, time), text);
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <regex>
 #include <string>
@@ -724,6 +725,64 @@ TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
     if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
     EXPECT_EQ(*output, "\x1b[HHottest      51.75 °C  CPU Proximity\x1b[K\nFastest fan  none\x1b[K\n"
                        "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
+}
+
+// The doctor
+
+const Words personalVariables{"HOME=/home/some-person", "XDG_CONFIG_HOME=", "XDG_RUNTIME_DIR="};
+
+TEST(KelvinbarSnapshotDoctor, ExaminesThisMachine) {
+    const Outcome outcome = outcomeOf(program({"--doctor"}), {}, personalVariables);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(
+        std::regex_search(outcome.output, std::regex("^kelvinbar-snapshot \\d+\\.\\d+\\.\\d+ --doctor\n")))
+        << outcome.output;
+    for (const std::string_view title : {"\nReadings\n", "\nCost of reading\n", "\nSources\n", "\nTray\n"}) {
+        EXPECT_TRUE(contains(outcome.output, title)) << title << outcome.output;
+    }
+    EXPECT_TRUE(contains(outcome.output, "Run \"kelvinbar --doctor\"")) << outcome.output;
+}
+
+TEST(KelvinbarSnapshotDoctor, PrintsADocument) {
+    const Outcome outcome = run({"--doctor", "--format", "json"});
+    EXPECT_EQ(outcome.status, 0);
+    const auto document = nlohmann::json::parse(outcome.output);
+    EXPECT_EQ(document["schema"], 1);
+    EXPECT_EQ(document["sections"].back()["title"], "Tray");
+    for (const auto& section : document["sections"]) EXPECT_TRUE(section["findings"].is_array());
+}
+
+TEST(KelvinbarSnapshotDoctor, NamesNobody) {
+    std::array<char, 256> host{};
+    ASSERT_EQ(::gethostname(host.data(), host.size() - 1), 0);
+    const Outcome outcome = outcomeOf(program({"--doctor"}), {}, personalVariables);
+    EXPECT_FALSE(contains(outcome.output, "some-person")) << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "~/.config/kelvinbar/kelvinbar.conf")) << outcome.output;
+    EXPECT_FALSE(contains(outcome.output, host.data())) << outcome.output;
+    EXPECT_FALSE(std::regex_search(outcome.output, std::regex("([0-9a-f]{2}:){5}[0-9a-f]{2}")))
+        << outcome.output;
+}
+
+TEST(KelvinbarSnapshotDoctor, FailsWhenItCannotPrint) {
+    const TemporaryFolder folder;
+    for (const std::string output : {"/dev/full", ""}) {
+        const std::string errors = folder.path("errors");
+        EXPECT_EQ(ProgramRun(program({"--doctor"}), {"/dev/null", output, errors}).status(), 1);
+        EXPECT_TRUE(contains(contentOf(errors), "cannot print what was found")) << contentOf(errors);
+        std::filesystem::remove(errors);
+    }
+}
+
+TEST(KelvinbarSnapshotDoctor, RefusesOptionsThatContradictIt) {
+    for (const Words& options :
+         {Words{"--demo"}, Words{"--replay", "-"}, Words{"--watch"}, Words{"--diff", "-"}, Words{"--title"},
+          Words{"--summary"}, Words{"--pinned"}, Words{"--key", "TC0P"}, Words{"--match", "x"},
+          Words{"--category", "cpu"}, Words{"--sort", "name"}, Words{"--format", "csv"}}) {
+        Words words{"--doctor"};
+        words.insert(words.end(), options.begin(), options.end());
+        expectFailure(run(words), 2);
+    }
 }
 
 } // namespace

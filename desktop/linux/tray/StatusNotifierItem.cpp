@@ -5,7 +5,6 @@
 #include "desktop/linux/tray/StatusNotifierWatcher.h"
 
 #include <QDBusMessage>
-#include <QFile>
 #include <QTimer>
 #include <chrono>
 #include <string>
@@ -20,12 +19,6 @@ constexpr auto itemPath = "/StatusNotifierItem";
 /// A watcher that has dropped the item is often about to be replaced.
 constexpr std::chrono::milliseconds delayOfRepeatedRegistration{200};
 constexpr std::chrono::minutes periodOfRepeatedRegistrations{1};
-
-/// The name of a process as the kernel has it. Empty if it is unknown.
-std::string processName(uint process) {
-    QFile name(QString("/proc/%1/comm").arg(process));
-    return name.open(QFile::ReadOnly) ? name.readAll().trimmed().toStdString() : std::string();
-}
 
 } // namespace
 
@@ -125,10 +118,8 @@ void StatusNotifierItem::registrationEnded(const QDBusError& error) {
     }
 }
 
-/// Watchers name an item by its service, some with its path behind it.
 bool StatusNotifierItem::isOwnService(const QString& service) const {
-    const QString own = bus_.baseService();
-    return service == own || service.startsWith(own + '/') || service.startsWith(own + '@');
+    return isItemOf(service, bus_.baseService());
 }
 
 bool StatusNotifierItem::mayRegisterAgain() {

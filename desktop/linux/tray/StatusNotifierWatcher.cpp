@@ -2,8 +2,29 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusVariant>
+#include <QFile>
+#include <QStringList>
 
 namespace kelvinbar {
+
+namespace {
+
+QDBusMessage propertyQuestion(const char* property) {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(watcherService, watcherPath, "org.freedesktop.DBus.Properties", "Get");
+    call << watcherService << property;
+    return call;
+}
+
+/// The value in the answer to a question for a property; invalid if there is none.
+QVariant propertyIn(const QDBusMessage& reply) {
+    const QVariant answer = reply.arguments().value(0);
+    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage &&
+                          answer.metaType() == QMetaType::fromType<QDBusVariant>();
+    return isAnswer ? answer.value<QDBusVariant>().variant() : QVariant();
+}
+
+} // namespace
 
 QDBusMessage watcherProcessQuestion() {
     constexpr auto busService = "org.freedesktop.DBus";
@@ -19,18 +40,28 @@ std::optional<uint> watcherProcessIn(const QDBusMessage& reply) {
     return isThere ? std::optional(0U) : std::nullopt;
 }
 
-QDBusMessage hostQuestion() {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(watcherService, watcherPath, "org.freedesktop.DBus.Properties", "Get");
-    call << watcherService << "IsStatusNotifierHostRegistered";
-    return call;
+std::string processName(uint process) {
+    QFile name(QString("/proc/%1/comm").arg(process));
+    return name.open(QFile::ReadOnly) ? name.readAll().trimmed().toStdString() : std::string();
 }
 
+QDBusMessage hostQuestion() { return propertyQuestion("IsStatusNotifierHostRegistered"); }
+
 bool saysThatAHostIsThere(const QDBusMessage& reply) {
-    const QVariant answer = reply.arguments().value(0);
-    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage &&
-                          answer.metaType() == QMetaType::fromType<QDBusVariant>();
-    return !isAnswer || answer.value<QDBusVariant>().variant().toBool();
+    const QVariant answer = propertyIn(reply);
+    return !answer.isValid() || answer.toBool();
+}
+
+QDBusMessage registeredItemsQuestion() { return propertyQuestion("RegisteredStatusNotifierItems"); }
+
+std::optional<QStringList> registeredItemsIn(const QDBusMessage& reply) {
+    const QVariant value = propertyIn(reply);
+    const bool isList = value.metaType() == QMetaType::fromType<QStringList>();
+    return isList ? std::optional(value.toStringList()) : std::nullopt;
+}
+
+bool isItemOf(const QString& item, const QString& service) {
+    return item == service || item.startsWith(service + '/') || item.startsWith(service + '@');
 }
 
 bool isHostThere(const QDBusConnection& bus) {

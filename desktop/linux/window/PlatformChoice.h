@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Finding.h"
+
 #include <QByteArray>
 #include <functional>
 
@@ -30,6 +32,13 @@ struct SessionDisplays {
     bool hasWayland = false;
     bool hasLayerShell = false; ///< which we can use
 };
+
+/// What the environment of this process offers. Asks the X server only if there are no layer surfaces.
+SessionDisplays displaysOfSession(const std::function<bool()>& offersLayerShell);
+
+/// How the panel is drawn in a session. `choice` is that of the user in QT_QPA_PLATFORM, empty without one.
+/// Pure function.
+Finding platformFinding(const QByteArray& choice, const SessionDisplays& displays);
 
 /// Qt's name of the platform for a session. Empty to leave the choice to Qt. Pure function.
 QByteArray platformFor(const SessionDisplays& displays);

@@ -49,4 +49,13 @@ class DetectedAppleSMC final : public SMCKeySource {
 /// this user may not list its keys, logs a warning once and returns null.
 std::unique_ptr<AppleSMCRegisters> openAppleSMC(const std::filesystem::path& root, Log& log);
 
+enum class AppleSMCAccess : std::uint8_t {
+    absent,  ///< no SMC, or its driver is not loaded
+    refused, ///< this user may not list its keys
+    granted,
+};
+
+/// Whether this user may list the keys of an SMC below `root`. Opens and closes its files.
+AppleSMCAccess appleSMCAccess(const std::filesystem::path& root);
+
 } // namespace kelvinbar

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Reads small text files of /proc and /sys, afresh at each call. A file that is missing, unreadable or
@@ -49,6 +50,9 @@ std::optional<std::string> systemFileText(const std::filesystem::path& file);
 
 /// The content, trimmed of white space; nothing if that leaves an empty text.
 std::optional<std::string> systemFileLine(const std::filesystem::path& file);
+
+/// The value of the first line "name : value" with that name, trimmed of white space, in a file of /proc.
+std::optional<std::string> procValue(const std::filesystem::path& file, std::string_view name);
 
 /// The content as a decimal integer.
 std::optional<std::int64_t> systemFileNumber(const std::filesystem::path& file);

@@ -1,6 +1,7 @@
 #include "machines/linux/libsensors/ConfiguredChips.h"
 
 #include "machines/linux/applesmc/AppleSMCChannels.h"
+#include "machines/linux/naming/LeftOut.h"
 
 #include <algorithm>
 #include <set>
@@ -49,22 +50,26 @@ void applyLabel(SensorChannel& channel, const ConfiguredChip& configured) {
 }
 
 /// Whether the chip has a channel left.
-bool applyToChip(SensorChip& chip, const ConfiguredChip& configured) {
+bool applyToChip(SensorChip& chip, const ConfiguredChip& configured, LeftOutChannels* leftOut) {
     const auto ignored = ignoredFeatures(chip, configured);
-    std::erase_if(chip.channels,
-                  [&](const SensorChannel& channel) { return ignored.contains(channel.feature); });
+    std::erase_if(chip.channels, [&](const SensorChannel& channel) {
+        const bool isIgnored = ignored.contains(channel.feature);
+        if (isIgnored) leaveOut(leftOut, chip, channel, LeftOutReason::ignored);
+        return isIgnored;
+    });
     for (SensorChannel& channel : chip.channels) applyLabel(channel, configured);
     return ignored.empty() || !chip.channels.empty();
 }
 
 } // namespace
 
-void applyConfiguration(std::vector<SensorChip>& chips, SensorConfiguration& configuration) {
+void applyConfiguration(std::vector<SensorChip>& chips, SensorConfiguration& configuration,
+                        LeftOutChannels* leftOut) {
     configuration.refresh(chips);
     std::erase_if(chips, [&](SensorChip& chip) {
         if (chip.name == appleSMCChip) return false; // its labels are its keys
         const ConfiguredChip* const configured = configuration.find(chip);
-        return configured != nullptr && !applyToChip(chip, *configured);
+        return configured != nullptr && !applyToChip(chip, *configured, leftOut);
     });
 }
 

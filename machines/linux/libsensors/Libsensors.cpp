@@ -69,28 +69,30 @@ class LibsensorsConfiguration final : public SensorConfiguration {
         return found == chips_.end() ? nullptr : &found->second;
     }
 
+    [[nodiscard]] std::string description() const override { return description_; }
+
   private:
     bool isLoaded() {
         if (library_ != nullptr || isMissing_) return library_ != nullptr;
         std::string reason;
         library_ = LibsensorsLibrary::load(place_.sharedObject, reason);
         isMissing_ = library_ == nullptr;
-        if (isMissing_) writeLine(std::string("libsensors is not used: ").append(reason));
+        if (isMissing_) describe(std::string("libsensors is not used: ").append(reason));
         return !isMissing_;
     }
 
     void start(const std::vector<fs::path>& files) {
         chips_.clear();
         if (const auto error = library_->start(log_)) {
-            writeLine(std::string("libsensors is not used: ").append(*error));
+            describe(std::string("libsensors is not used: ").append(*error));
             return;
         }
         const std::string version = library_->version();
-        writeLine(std::string("libsensors ")
-                      .append(version)
-                      .append(version.empty() ? "" : " ")
-                      .append("is used with ")
-                      .append(listText(files)));
+        describe(std::string("libsensors ")
+                     .append(version)
+                     .append(version.empty() ? "" : " ")
+                     .append("is used with ")
+                     .append(listText(files)));
         for (const LibraryChip& chip : library_->chips()) chips_[chip.folder] = configured(chip);
     }
 
@@ -107,14 +109,16 @@ class LibsensorsConfiguration final : public SensorConfiguration {
         return configured;
     }
 
-    void writeLine(const std::string& text) {
-        log_.write(LogCategory::sourceKernel, LogLevel::info, [&] { return text; });
+    void describe(std::string text) {
+        description_ = std::move(text);
+        log_.write(LogCategory::sourceKernel, LogLevel::info, [&] { return description_; });
     }
 
     Log& log_;
     const LibsensorsPlace place_;
     bool isMissing_ = false;
-    std::shared_ptr<LibsensorsLibrary> library_;            ///< null until it is loaded
+    std::shared_ptr<LibsensorsLibrary> library_; ///< null until it is loaded
+    std::string description_;
     std::string stamp_;                                     ///< of the files and chips at the last start
     std::unordered_map<std::string, ConfiguredChip> chips_; ///< by folder
 };

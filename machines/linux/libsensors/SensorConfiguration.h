@@ -37,6 +37,9 @@ class SensorConfiguration {
 
     /// The configuration of a chip; null for a chip that it does not know. Valid until the next `refresh`.
     [[nodiscard]] virtual const ConfiguredChip* find(const SensorChip& chip) const = 0;
+
+    /// Whether it is used, and from which files, for people. Empty before the first `refresh`.
+    [[nodiscard]] virtual std::string description() const = 0;
 };
 
 } // namespace kelvinbar

@@ -1,6 +1,7 @@
 #include "machines/linux/naming/SensorNames.h"
 
 #include "base/Text.h"
+#include "machines/linux/naming/LeftOut.h"
 #include "machines/linux/naming/NameText.h"
 #include "machines/linux/naming/NamedDevices.h"
 #include "machines/linux/naming/SensorMeaning.h"
@@ -86,6 +87,14 @@ SensorName readingOf(const NamedDevice& device, const SensorChannel& channel) {
     return reading;
 }
 
+/// Why the channel has no reading of its own; no value if it has one.
+std::optional<LeftOutReason> reasonAgainst(const SensorChip& chip, const SensorChannel& channel,
+                                           const SupplyMonitors& monitors) {
+    if (!isMeasured(channel)) return LeftOutReason::setting;
+    if (monitors.find(chip, channel.kind) != nullptr) return LeftOutReason::repeated;
+    return std::nullopt;
+}
+
 /// A reading whose name may still change.
 struct NamedReading {
     SensorName* reading = nullptr;
@@ -104,7 +113,8 @@ void finish(const std::vector<NamedReading>& readings) {
 
 } // namespace
 
-std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vector<SensorChip>& chips) {
+std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vector<SensorChip>& chips,
+                                                                LeftOutChannels* leftOut) {
     std::vector<std::vector<std::optional<SensorName>>> names;
     names.reserve(chips.size());
     for (const SensorChip& chip : chips) names.emplace_back(chip.channels.size());
@@ -114,7 +124,10 @@ std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vecto
         auto& ofChip = names[static_cast<std::size_t>(device.chip - chips.data())];
         for (std::size_t index = 0; index < ofChip.size(); ++index) {
             const SensorChannel& channel = device.chip->channels[index];
-            if (!isMeasured(channel) || monitors.find(*device.chip, channel.kind) != nullptr) continue;
+            if (const auto reason = reasonAgainst(*device.chip, channel, monitors)) {
+                leaveOut(leftOut, *device.chip, channel, *reason);
+                continue;
+            }
             ofChip[index] = readingOf(device, channel);
             readings.push_back({&*ofChip[index], channel.kind});
         }

@@ -2,6 +2,7 @@
 
 #include "catalogue/SMCCategory.h"
 #include "machines/linux/naming/SensorChannel.h"
+#include "sensors/SourceReport.h"
 
 #include <optional>
 #include <string>
@@ -32,6 +33,9 @@ struct SensorName {
 /// A key depends on its device alone. Only chips with the same libsensors name are numbered, in the order of
 /// their device paths ("power_meter-acpi-0#2/power1"). A name also depends on the other chips, since it is
 /// only as specific as needed to be unique. Neither depends on the order of `chips`.
-std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vector<SensorChip>& chips);
+///
+/// Adds the channels without a reading to `leftOut`, apart from those of Apple's SMC; may be null.
+std::vector<std::vector<std::optional<SensorName>>> sensorNames(const std::vector<SensorChip>& chips,
+                                                                LeftOutChannels* leftOut = nullptr);
 
 } // namespace kelvinbar

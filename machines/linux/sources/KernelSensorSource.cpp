@@ -1,17 +1,20 @@
 #include "machines/linux/sources/KernelSensorSource.h"
 
 #include "base/NumberText.h"
+#include "base/Text.h"
 #include "catalogue/SMCKeyDatabase.h"
 #include "machines/linux/applesmc/AppleSMCChannels.h"
 #include "machines/linux/applesmc/ControllerCoverage.h"
 #include "machines/linux/libsensors/ConfiguredChips.h"
 #include "machines/linux/migration/FormerKeys.h"
+#include "machines/linux/naming/LeftOut.h"
 #include "machines/linux/naming/SensorNames.h"
 #include "machines/linux/naming/SensorPlaces.h"
 #include "machines/linux/sources/SensorChips.h"
 #include "sensors/ReadWatch.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <set>
 #include <utility>
@@ -46,20 +49,69 @@ void tellFromController(std::vector<std::vector<std::optional<SensorName>>>& nam
     }
 }
 
+/// Sorts channels by the kernel's class of their device.
+class ReportBuilder {
+  public:
+    void add(LeftOutChannel channel) {
+        SourceReport& report = reportOn(channel.device);
+        report.leftOut.push_back(std::move(channel));
+    }
+
+    void addReading(const std::string& device) { ++reportOn(device).readings; }
+
+    /// `configuration` is that of the hardware monitors.
+    std::vector<SourceReport> finish(std::string configuration) && {
+        std::vector<SourceReport> reports;
+        for (Class& each : classes_) {
+            each.report.devices = each.devices.size();
+            reports.push_back(std::move(each.report));
+        }
+        reports.back().configuration = std::move(configuration);
+        return reports;
+    }
+
+  private:
+    struct Class {
+        std::string_view folder;
+        SourceReport report;
+        std::set<std::string> devices{};
+    };
+
+    SourceReport& reportOn(const std::string& device) {
+        const auto folder = [&](const Class& each) { return contains(device, each.folder); };
+        Class& found = *std::ranges::find_if(classes_, folder);
+        found.devices.insert(device);
+        return found.report;
+    }
+
+    static SourceReport named(std::string name) { return {.name = std::move(name)}; }
+
+    /// The last takes what no other does.
+    std::array<Class, 3> classes_{{{"/class/power_supply/", named("batteries and chargers")},
+                                   {"/class/powercap/", named("energy counters")},
+                                   {"", named("hardware monitors")}}};
+};
+
 } // namespace
 
 /// Builds the list of sensors and opens their files.
 class KernelSensorSource::ListBuilder {
   public:
-    ListBuilder(const Listing& earlier, SensorFiles& files, std::shared_ptr<const MonotonicClock> clock)
-        : earlier_(earlier), files_(files), clock_(std::move(clock)) {}
+    /// `leftOut` may be null.
+    ListBuilder(const Listing& earlier, SensorFiles& files, std::shared_ptr<const MonotonicClock> clock,
+                LeftOutChannels* leftOut)
+        : earlier_(earlier), files_(files), clock_(std::move(clock)), leftOut_(leftOut) {}
 
     void add(const SensorChip& chip, const std::vector<std::optional<SensorName>>& names,
              const ConfiguredChannels& configured, const KeySet& controllerKeys) {
         const auto power = powerOf(chip);
         for (std::size_t index = 0; index < chip.channels.size(); ++index) {
             const SensorChannel& channel = chip.channels[index];
-            if (!names[index] || isMeasuredByController(chip, channel, controllerKeys)) continue;
+            if (!names[index]) continue;
+            if (isMeasuredByController(chip, channel, controllerKeys)) {
+                leaveOut(leftOut_, chip, channel, LeftOutReason::repeated);
+                continue;
+            }
             if (auto place = sensorPlace(chip, channel))
                 places_.emplace(names[index]->key, *std::move(place));
             append(chip, prototypeOf(*names[index]), {}, channel, power, configured[index]);
@@ -138,6 +190,7 @@ class KernelSensorSource::ListBuilder {
     const Listing& earlier_;
     SensorFiles& files_;
     std::shared_ptr<const MonotonicClock> clock_;
+    LeftOutChannels* leftOut_;
     Sensors sensors_;
     std::map<std::string, std::string> places_;
 };
@@ -202,18 +255,17 @@ KernelSensorSource::configuredChannels(const std::vector<SensorChip>& chips) con
     return configured;
 }
 
-/// Searches without the lock, which a chip that does not answer would hold for ever. The result of an
-/// abandoned pass is dropped: the pass after it has searched since.
-void KernelSensorSource::search(const KeySet& listedBefore, bool isUnlisted) {
+KernelSensorSource::Listing KernelSensorSource::currentListing(const KeySet& listedBefore,
+                                                               LeftOutChannels* leftOut) const {
     const Listing earlier = listing();
-    const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_);
-    auto names = sensorNames(chips);
+    const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_, leftOut);
+    auto names = sensorNames(chips, leftOut);
     const auto configured = configuredChannels(chips);
     Listing found;
     found.listedBefore = listedBefore;
     found.controllerKeys = listedBefore.empty() ? keysOfControllerChips(chips) : listedBefore;
     tellFromController(names, found.controllerKeys);
-    ListBuilder builder(earlier, files_, clock_);
+    ListBuilder builder(earlier, files_, clock_, leftOut);
     for (std::size_t place = 0; place < chips.size(); ++place) {
         const SensorChip& chip = chips[place];
         const DeviceVisit visit(chip.entry.native(), LogCategory::sourceKernel);
@@ -229,12 +281,20 @@ void KernelSensorSource::search(const KeySet& listedBefore, bool isUnlisted) {
     found.places = builder.takePlaces();
     found.sensors = std::make_shared<const Sensors>(std::move(builder).finish());
     found.builtAt = clock_->now();
-    found.isUnlisted = isUnlisted;
+    return found;
+}
+
+/// Searches without the lock, which a chip that does not answer would hold for ever. The result of an
+/// abandoned pass is dropped: the pass after it has searched since.
+void KernelSensorSource::search(const KeySet& listedBefore, bool isUnlisted) {
+    Listing next = currentListing(listedBefore, nullptr);
+    next.isUnlisted = isUnlisted;
     log_.write(LogCategory::sourceKernel, LogLevel::debug,
-               [&] { return std::to_string(found.sensors->size()) + " sensors found"; });
+               [&] { return std::to_string(next.sensors->size()) + " sensors found"; });
+    const WatchedPass* const pass = WatchedPass::current();
     if (pass != nullptr && pass->isAbandoned()) return;
     const std::lock_guard lock(mutex_);
-    listing_ = std::move(found);
+    listing_ = std::move(next);
 }
 
 KeyHistory KernelSensorSource::keyHistory(bool withFormerKeys) {
@@ -309,6 +369,33 @@ bool KernelSensorSource::readController(const Sensor& sensor, const SensorSample
     if (!read) return false;
     reading = *std::move(read);
     return true;
+}
+
+/// No value for a sensor with a value.
+std::optional<LeftOutReason> KernelSensorSource::reasonAgainst(const Sensor& sensor, bool isAllowed) {
+    if (!isAllowed) return LeftOutReason::silent;
+    if (!sensor.live) return std::nullopt;
+    auto reason = LeftOutReason::unreadable;
+    const auto sample = sensor.live->read(reason);
+    if (!sample) return reason;
+    if (sample->isSilent) return LeftOutReason::silent;
+    return sample->isAsleep ? std::optional(LeftOutReason::asleep) : std::nullopt;
+}
+
+std::vector<SourceReport> KernelSensorSource::report() {
+    ReportBuilder builder;
+    LeftOutChannels leftOut;
+    const Listing now = currentListing(listing().listedBefore, &leftOut);
+    for (LeftOutChannel& channel : leftOut) builder.add(std::move(channel));
+    for (const Sensor& sensor : *now.sensors) {
+        const DeviceVisit visit(sensor.device, LogCategory::sourceKernel);
+        if (auto reason = reasonAgainst(sensor, visit.isAllowed())) {
+            builder.add({sensor.device, sensor.prototype.key, *reason});
+        } else {
+            builder.addReading(sensor.device);
+        }
+    }
+    return std::move(builder).finish(configuration_ == nullptr ? "" : configuration_->description());
 }
 
 void KernelSensorSource::close() {

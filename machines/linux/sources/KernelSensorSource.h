@@ -58,6 +58,9 @@ class KernelSensorSource final : public SensorSource {
 
     std::vector<RawReading> readSMCSuperIOFans() override { return {}; }
 
+    /// Batteries and chargers, energy counters, and hardware monitors, in this order.
+    std::vector<SourceReport> report() override;
+
     /// Closes the files, once passes that still use them have ended.
     void close() override;
 
@@ -86,12 +89,15 @@ class KernelSensorSource final : public SensorSource {
 
     /// Stores a reading in `reading`; false when the sensor cannot be read. Reads nothing unless `isAllowed`.
     static bool read(const Sensor& sensor, bool isAllowed, RawReading& reading);
+    static std::optional<LeftOutReason> reasonAgainst(const Sensor& sensor, bool isAllowed);
     static bool readController(const Sensor& sensor, const SensorSample& sample, RawReading& reading);
     static bool isCurrent(const Listing& listing, const KeySet& listedBefore, std::chrono::nanoseconds now);
 
     [[nodiscard]] Listing listing() const;
     void searchIfDue();
     void search(const KeySet& listedBefore, bool isUnlisted);
+    /// What is there now. Adds what has no sensor to `leftOut`, which may be null.
+    [[nodiscard]] Listing currentListing(const KeySet& listedBefore, LeftOutChannels* leftOut) const;
     [[nodiscard]] std::vector<ConfiguredChannels>
     configuredChannels(const std::vector<SensorChip>& chips) const;
 
@@ -100,7 +106,7 @@ class KernelSensorSource final : public SensorSource {
     Log& log_;
 
     const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
-    SensorFiles files_;
+    mutable SensorFiles files_;
     mutable std::mutex mutex_; ///< guards `listing_`; not held while files are read
     Listing listing_;
 };

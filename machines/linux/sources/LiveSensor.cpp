@@ -71,6 +71,7 @@ std::optional<double> PowerMeter::powerAt(double joules, std::chrono::nanosecond
 LiveSensor::LiveSensor(const SensorChannel& channel, ValueRange range, SensorFiles& files,
                        std::shared_ptr<const DevicePower> power, std::shared_ptr<const MonotonicClock> clock)
     : kind_(channel.kind)
+    , isSwitchedOff_(channel.file.empty())
     , countsPerUnit_(channel.countsPerUnit)
     , range_(range)
     , file_(files.open(channel.file))
@@ -114,21 +115,30 @@ void LiveSensor::meter(const LiveSensor* earlier) {
 bool LiveSensor::isFaulty() const { return fault_ != nullptr && fault_->isOpen() && fault_->number() != 0; }
 
 std::optional<SensorSample> LiveSensor::read() const {
+    LeftOutReason ignored{};
+    return read(ignored);
+}
+
+std::optional<SensorSample> LiveSensor::read(LeftOutReason& reason) const {
     if (power_ != nullptr && power_->isAsleep()) {
         return SensorSample{.number = std::nullopt, .text = "asleep", .raw = "suspended", .isAsleep = true};
     }
-    if (isFaulty()) return std::nullopt;
-    auto sample = readOnce();
+    if (isFaulty()) {
+        reason = LeftOutReason::unconnected;
+        return std::nullopt;
+    }
+    auto sample = readOnce(reason);
     // A counter that was just met, or reset while its device slept, has no power before its second reading.
-    if (!sample && waitForFirstPower()) sample = readOnce();
+    if (!sample && waitForFirstPower()) sample = readOnce(reason);
     return sample;
 }
 
-std::optional<SensorSample> LiveSensor::readOnce() const {
+std::optional<SensorSample> LiveSensor::readOnce(LeftOutReason& reason) const {
+    reason = isSwitchedOff_ ? LeftOutReason::switchedOff : LeftOutReason::unreadable;
     std::array<char, 64> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by line
     const auto line = file_->line(buffer);
     if (!line) return std::nullopt;
-    return kind_ == SensorKind::text ? readText(*line) : readNumber(*line);
+    return kind_ == SensorKind::text ? readText(*line) : readNumber(*line, reason);
 }
 
 bool LiveSensor::waitForFirstPower() const {
@@ -144,7 +154,7 @@ std::optional<SensorSample> LiveSensor::readText(std::string_view line) {
     return SensorSample{.number = std::nullopt, .text = std::string(text), .raw = std::string(text)};
 }
 
-std::optional<SensorSample> LiveSensor::readNumber(std::string_view line) const {
+std::optional<SensorSample> LiveSensor::readNumber(std::string_view line, LeftOutReason& reason) const {
     const auto counts = numberInLine(line);
     if (!counts) return std::nullopt;
     auto number = configuredValue(static_cast<double>(*counts) / countsPerUnit_);
@@ -152,7 +162,11 @@ std::optional<SensorSample> LiveSensor::readNumber(std::string_view line) const 
         return SensorSample{.number = std::nullopt, .text = {}, .raw = {}, .isSilent = true};
     }
     if (meter_ != nullptr && number) number = meter_->powerAt(*number, clock_->now());
-    if (!number || !range_.contains(*number)) return std::nullopt;
+    if (!number) return std::nullopt;
+    if (!range_.contains(*number)) {
+        reason = LeftOutReason::unconnected;
+        return std::nullopt;
+    }
     SensorSample sample{.number = withoutSignOfZero(*number), .text = {}, .raw = std::string(trimmed(line))};
     if (kind_ == SensorKind::flag) {
         sample.text = *number > 0 ? "Yes" : "No";

@@ -5,6 +5,7 @@
 #include "machines/linux/libsensors/ConfiguredValue.h"
 #include "machines/linux/naming/SensorChannel.h"
 #include "machines/linux/sources/SensorValue.h"
+#include "sensors/SourceReport.h"
 
 #include <atomic>
 #include <chrono>
@@ -90,6 +91,9 @@ class LiveSensor {
     /// that sleeps yields the text "asleep" and stays asleep.
     [[nodiscard]] std::optional<SensorSample> read() const;
 
+    /// Likewise. `reason` is why there is no value; meaningless if there is one.
+    [[nodiscard]] std::optional<SensorSample> read(LeftOutReason& reason) const;
+
     /// Sets the user's configuration of the channel; null has no effect. If it is not known yet whether the
     /// configuration changes the value, reads the channel once to find out. If the device sleeps, the first
     /// value after that decides. Call before `meter`.
@@ -102,14 +106,15 @@ class LiveSensor {
   private:
     [[nodiscard]] bool isFaulty() const;
     [[nodiscard]] static std::optional<SensorSample> readText(std::string_view line);
-    [[nodiscard]] std::optional<SensorSample> readNumber(std::string_view line) const;
+    [[nodiscard]] std::optional<SensorSample> readNumber(std::string_view line, LeftOutReason& reason) const;
     [[nodiscard]] std::optional<double> fileValue() const;
     [[nodiscard]] std::optional<double> configuredValue(double fromFile) const;
-    [[nodiscard]] std::optional<SensorSample> readOnce() const;
+    [[nodiscard]] std::optional<SensorSample> readOnce(LeftOutReason& reason) const;
     /// Returns whether there was anything to wait for.
     [[nodiscard]] bool waitForFirstPower() const;
 
     SensorKind kind_;
+    bool isSwitchedOff_;
     double countsPerUnit_;
     ValueRange range_;
     std::shared_ptr<const SensorFile> file_;

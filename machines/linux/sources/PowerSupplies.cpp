@@ -106,14 +106,23 @@ SensorChip chipAt(const fs::path& supply) {
     return chip;
 }
 
+void leaveOutSupply(LeftOutChannels* leftOut, const fs::path& supply) {
+    if (leftOut == nullptr) return;
+    leftOut->push_back({supply.native(), supply.filename().native(), LeftOutReason::unconnected});
+}
+
 } // namespace
 
-std::vector<SensorChip> powerSupplyChips(const fs::path& root) {
+std::vector<SensorChip> powerSupplyChips(const fs::path& root, LeftOutChannels* leftOut) {
     std::vector<SensorChip> chips;
     std::vector<SensorChip> ofOtherDevices;
     for (const fs::path& supply : visitedClassEntries(root, "power_supply")) {
         const DeviceVisit visit(supply.native(), LogCategory::sourceKernel);
-        if (!visit.isAllowed() || systemFileLine(supply / "present") == "0") continue;
+        if (!visit.isAllowed()) continue;
+        if (systemFileLine(supply / "present") == "0") {
+            leaveOutSupply(leftOut, supply);
+            continue;
+        }
         (isOfAnotherDevice(supply) ? ofOtherDevices : chips).push_back(chipAt(supply));
     }
     std::ranges::move(ofOtherDevices, std::back_inserter(chips));

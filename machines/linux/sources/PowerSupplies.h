@@ -1,6 +1,7 @@
 #pragma once
 
 #include "machines/linux/naming/SensorChannel.h"
+#include "sensors/SourceReport.h"
 
 #include <filesystem>
 #include <string>
@@ -17,6 +18,9 @@ inline constexpr std::string_view chargerChipPrefix = "charger:";
 /// The batteries and chargers of the kernel's power-supply class. Each is a chip whose channels have the
 /// attribute as label ("voltage_now"). Batteries of the machine precede those of peripherals. Batteries that
 /// count energy are converted to charge. `root` is the directory that holds sys/.
-std::vector<SensorChip> powerSupplyChips(const std::filesystem::path& root);
+///
+/// A supply that is not present is added to `leftOut`, which may be null.
+std::vector<SensorChip> powerSupplyChips(const std::filesystem::path& root,
+                                         LeftOutChannels* leftOut = nullptr);
 
 } // namespace kelvinbar

@@ -49,7 +49,7 @@ SensorChip chipAt(const fs::path& zone, const std::string& label) {
 
 } // namespace
 
-std::vector<SensorChip> processorPowerChips(const fs::path& root) {
+std::vector<SensorChip> processorPowerChips(const fs::path& root, LeftOutChannels* leftOut) {
     std::vector<SensorChip> chips;
     // "intel-rapl:0:1" is a zone. A name without a colon is the control type, and "intel-rapl-mmio:0" is the
     // package again.
@@ -59,7 +59,11 @@ std::vector<SensorChip> processorPowerChips(const fs::path& root) {
         const DeviceVisit visit(zone.native(), LogCategory::sourceKernel);
         if (!visit.isAllowed()) continue;
         const auto label = systemFileLine(zone / "name");
-        if (label) chips.push_back(chipAt(zone, *label));
+        if (label) {
+            chips.push_back(chipAt(zone, *label));
+        } else if (leftOut != nullptr) {
+            leftOut->push_back({zone.native(), entry, LeftOutReason::unnamed});
+        }
     }
     return chips;
 }

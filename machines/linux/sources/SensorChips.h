@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "machines/linux/libsensors/SensorConfiguration.h"
 #include "machines/linux/naming/SensorChannel.h"
+#include "sensors/SourceReport.h"
 
 #include <filesystem>
 #include <vector>
@@ -14,7 +15,8 @@ namespace kelvinbar {
 /// in the log.
 ///
 /// `configuration` sets labels of hardware monitors and removes what it ignores; it may be null.
+/// What is left out here is added to `leftOut`, which may be null.
 std::vector<SensorChip> sensorChips(const std::filesystem::path& root, SensorConfiguration* configuration,
-                                    Log& log);
+                                    Log& log, LeftOutChannels* leftOut = nullptr);
 
 } // namespace kelvinbar

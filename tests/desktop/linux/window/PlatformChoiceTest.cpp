@@ -76,5 +76,21 @@ TEST_F(PlatformChoiceTest, TheUsersChoiceStands) {
     EXPECT_EQ(qgetenv(variable), "vnc");
 }
 
+TEST(PlatformFinding, TellsHowThePanelIsDrawn) {
+    const auto found = [](const SessionDisplays& displays) { return platformFinding("", displays).found; };
+    EXPECT_EQ(found({.hasXServer = true}), "xcb");
+    EXPECT_EQ(found({.hasXServer = true, .hasWayland = true}), "xcb, on the X server of the Wayland session");
+    EXPECT_EQ(found({.hasWayland = true, .hasLayerShell = true}), "wayland, with layer surfaces");
+    EXPECT_EQ(platformFinding("offscreen", {}).found, "offscreen, as QT_QPA_PLATFORM says");
+    EXPECT_EQ(platformFinding("offscreen", {}).state, FindingState::good);
+}
+
+TEST(PlatformFinding, SaysWhatIsMissing) {
+    EXPECT_EQ(platformFinding("", {.hasWayland = true}).state, FindingState::note);
+    const Finding none = platformFinding("", {});
+    EXPECT_EQ(none.state, FindingState::problem);
+    EXPECT_EQ(none.advice, "Start the program inside the session of the desktop");
+}
+
 } // namespace
 } // namespace kelvinbar::platform_choice_test

@@ -143,5 +143,17 @@ TEST_F(ConfiguredChipsTest, OnlyAFeaturesOwnValueIsConfigured) {
     EXPECT_EQ(configuredValue(configuration, chip, chip.channels[2]), nullptr);
 }
 
+TEST_F(ConfiguredChipsTest, TellsWhatTheConfigurationIgnores) {
+    SensorChip& chip = addChip("nct6798", board);
+    addChannel(chip, SensorKind::temperature, 1, "temp1");
+    addChannel(chip, SensorKind::temperature, 2, "temp2");
+    configuration.add(board, "temp1", "temp1");
+    LeftOutChannels leftOut;
+    applyConfiguration(chips, configuration, &leftOut);
+    ASSERT_EQ(leftOut.size(), 1U);
+    EXPECT_EQ(leftOut[0].channel, "nct6798-isa-0290/temp2");
+    EXPECT_EQ(leftOut[0].reason, LeftOutReason::ignored);
+}
+
 } // namespace
 } // namespace kelvinbar::configured_chips_test

@@ -46,6 +46,8 @@ class FakeSensorConfiguration final : public SensorConfiguration {
         return found == chips.end() ? nullptr : &found->second;
     }
 
+    [[nodiscard]] std::string description() const override { return "a fake configuration"; }
+
     /// Adds a feature. Its value is that of the computation, if there is one.
     void add(const std::string& chip, const std::string& feature, const std::string& label,
              FakeComputation* computation = nullptr) {

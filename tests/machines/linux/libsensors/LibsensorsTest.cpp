@@ -263,5 +263,15 @@ TEST_F(LibsensorsTest, ErrorsInTheConfigurationAreWarnings) {
     EXPECT_THAT(log.lines()[0], HasSubstr("libsensors: /etc/sensors.d/board:3: syntax error"));
 }
 
+TEST_F(LibsensorsTest, DescribesWhichConfigurationIsUsed) {
+    etc.write("sensors3.conf", "");
+    refresh();
+    EXPECT_THAT(configuration->description(), HasSubstr("is used with "));
+    EXPECT_THAT(configuration->description(), HasSubstr("sensors3.conf"));
+    open("/nonexistent.so");
+    refresh();
+    EXPECT_THAT(configuration->description(), HasSubstr("libsensors is not used: /nonexistent.so"));
+}
+
 } // namespace
 } // namespace kelvinbar::libsensors_test

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -648,6 +649,112 @@ TEST_F(KernelSensorSourceTest, LogsHowManySensorsWereFound) {
     add(drive);
     discovered();
     EXPECT_THAT(log.lines(), ElementsAre(AllOf(HasSubstr("debug"), HasSubstr("2 sensors found"))));
+}
+
+// What it tells of channels without a value
+
+using Reasons = std::map<std::string, std::string>;
+
+/// The reasons of a report by channel, as text.
+Reasons reasonsIn(const SourceReport& report) {
+    Reasons reasons;
+    for (const LeftOutChannel& channel : report.leftOut) reasons[channel.channel] = textOf(channel.reason);
+    return reasons;
+}
+
+TEST_F(KernelSensorSourceTest, ReportsEveryClassWithItsDevicesAndReadings) {
+    add(processor);
+    add(drive);
+    add(counter);
+    const auto reports = source.report();
+    ASSERT_EQ(reports.size(), 3U);
+    EXPECT_EQ(reports[0].name, "batteries and chargers");
+    EXPECT_EQ(reports[0].devices, 0U);
+    EXPECT_EQ(reports[1].name, "energy counters");
+    EXPECT_EQ(reports[1].devices, 1U);
+    EXPECT_EQ(reports[2].name, "hardware monitors");
+    EXPECT_EQ(reports[2].devices, 2U);
+    EXPECT_EQ(reports[2].readings, 2U);
+    EXPECT_THAT(reports[2].leftOut, IsEmpty());
+}
+
+TEST_F(KernelSensorSourceTest, ReportsWhyChannelsHaveNoValue) {
+    add("chip devices/platform/nct6775.656/hwmon/hwmon0\n"
+        "name nct6798\n"
+        "temp1_input 30000\n"
+        "temp2_input -62000\n" // of an open input
+        "temp3_input 31000\n"
+        "temp3_fault 1\n"
+        "temp4_input nonsense\n"
+        "in0_input 1000\n"
+        "in0_enable 0\n"
+        "fan1_input 900\n"
+        "fan1_min 300\n");
+    add(card);
+    write("devices/pci0000:00/0000:03:00.0/power/runtime_status", "suspended");
+    const SourceReport report = source.report().back();
+    EXPECT_EQ(report.readings, 2U);
+    EXPECT_EQ(reasonsIn(report), (Reasons{{"nct6798-isa-0290/temp2", "not connected"},
+                                          {"nct6798-isa-0290/temp3", "not connected"},
+                                          {"nct6798-isa-0290/temp4", "unreadable"},
+                                          {"nct6798-isa-0290/in0", "switched off in its driver"},
+                                          {"nct6798-isa-0290/fan1_min", "a setting, not a measurement"},
+                                          {"amdgpu-pci-0300/temp1", "asleep"},
+                                          {"amdgpu-pci-0300/power1", "asleep"},
+                                          {"amdgpu-pci-0300/fan1", "asleep"}}));
+}
+
+TEST_F(KernelSensorSourceTest, ReportsWhatAnotherReadingShows) {
+    add("dir sys/class/power_supply/BAT0\n"
+        "type Battery\n"
+        "voltage_now 12000000\n"
+        "charge_now 3000000\n"
+        "chip devices/LNXSYSTM:00/power_supply/BAT0/hwmon1\n"
+        "name BAT0\n"
+        "in0_input 12000\n");
+    const SourceReport report = source.report().front();
+    EXPECT_EQ(reasonsIn(report), (Reasons{{"BAT0/voltage_now", "shown by another reading"}}));
+    EXPECT_EQ(report.readings, 1U);
+}
+
+TEST_F(KernelSensorSourceTest, ReportsWhatAControllerMeasures) {
+    add("chip devices/platform/coretemp.0/hwmon/hwmon0\n"
+        "name coretemp\n"
+        "temp2_label Core 0\n"
+        "temp2_input 44000\n");
+    discovered({"TC0C"});
+    EXPECT_EQ(reasonsIn(source.report().back()),
+              (Reasons{{"coretemp-isa-0000/temp2_input", "shown by another reading"}}));
+}
+
+TEST_F(KernelSensorSourceTest, ReportsSuppliesThatAreNotThereAndZonesWithoutAName) {
+    add("dir sys/class/power_supply/BAT1\n"
+        "type Battery\n"
+        "present 0\n"
+        "dir sys/class/powercap/intel-rapl:0\n"
+        "energy_uj 1\n");
+    const auto reports = source.report();
+    EXPECT_EQ(reasonsIn(reports[0]), (Reasons{{"BAT1", "not connected"}}));
+    EXPECT_EQ(reasonsIn(reports[1]), (Reasons{{"intel-rapl:0", "without a name"}}));
+}
+
+TEST_F(KernelSensorSourceTest, ReportsCountersThatThisUserMayNotRead) {
+    add("dir sys/class/powercap/intel-rapl:0\n"
+        "name package-0\n");
+    recorded.tree().makeDirectory("sys/class/powercap/intel-rapl:0/energy_uj"); // refused to root, too
+    const SourceReport report = source.report()[1];
+    EXPECT_EQ(reasonsIn(report), (Reasons{{"intel-rapl-0/energy_uj", "readable by the administrator only"}}));
+    EXPECT_EQ(report.devices, 1U);
+    EXPECT_EQ(report.readings, 0U);
+}
+
+TEST_F(KernelSensorSourceTest, AReportChangesNoList) {
+    add(processor);
+    const Keys keys = discovered();
+    add(drive);
+    EXPECT_EQ(source.report().back().readings, 2U);
+    EXPECT_THAT(read(Keys{driveKey}), IsEmpty());
+    EXPECT_EQ(read(keys).size(), 1U);
 }
 
 } // namespace

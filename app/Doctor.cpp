@@ -1,0 +1,21 @@
+#include "app/Doctor.h"
+
+#include "desktop/Desktop.h"
+#include "machines/Platform.h"
+#include "tools/doctor/DoctorRun.h"
+
+#include <iostream>
+
+namespace kelvinbar {
+
+int examine(const std::string& name, bool isJson, const Machine& machine, Log& log) {
+    return runDoctor(
+        machine,
+        {.program = name + " " KELVINBAR_VERSION,
+         .isJson = isJson,
+         .look = platformFindings,
+         .lookAtSession = [&] { return desktopFindings(name, log); },
+         .reportError = [&](const std::string& message) { std::cerr << name + ": " + message + "\n"; }});
+}
+
+} // namespace kelvinbar
