@@ -44,13 +44,14 @@ declare -A evidence=(
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
+  [systemd]=systemd-analyze [prometheus-node-exporter]=prometheus-node-exporter
   [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
   [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
 build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev help2man $qt $xcb"
-console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish"
+console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish systemd"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
@@ -70,6 +71,7 @@ declare -A packages=(
   [fuzz]="$build clang $clang_runtime"
   [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap zsh git python3"
   [reliability]="bubblewrap strace"
+  [fleet]="$build python3 prometheus prometheus-node-exporter bubblewrap"
 )
 
 is_here() {
