@@ -62,6 +62,9 @@ std::optional<int> statusWithoutDisplay(const ProgramOptions& options, const Pro
 
 ProgramFacts programFacts(const Desktop& desktop) {
     return {.version = KELVINBAR_VERSION,
+            .author = KELVINBAR_AUTHOR,
+            .contact = KELVINBAR_CONTACT,
+            .donationPage = KELVINBAR_DONATION_PAGE,
             .preferencesPlace = desktop.preferencesPlace(),
             .program = QCoreApplication::applicationFilePath().toStdString()};
 }

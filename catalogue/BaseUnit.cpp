@@ -13,7 +13,7 @@ struct UnitRow {
 };
 
 /// Revolutions a minute stay: everybody counts fans that way.
-constexpr std::array<UnitRow, 10> unitRows{{
+constexpr std::array<UnitRow, 12> unitRows{{
     {"°C", {"temperature", "celsius"}},
     {"RPM", {"fan_speed", "rpm"}},
     {"V", {"voltage", "volts"}},
@@ -21,8 +21,10 @@ constexpr std::array<UnitRow, 10> unitRows{{
     {"W", {"power", "watts"}},
     {"mAh", {"charge", "coulombs", 36, 10}},
     {"GB", {"memory", "bytes", 1024.0 * 1024 * 1024, 1}},
+    {"MB", {"memory", "bytes", 1024.0 * 1024, 1}},
     {"MHz", {"frequency", "hertz", 1'000'000, 1}},
     {"min", {"duration", "seconds", 60, 1}},
+    {"s", {"duration", "seconds"}},
     {"%", {"level", "ratio", 1, 100}},
 }};
 

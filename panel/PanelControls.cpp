@@ -18,9 +18,9 @@ PanelEnvironment PanelEnvironment::ofThisProgram(const ProgramFacts& facts) {
     QStringList lines;
     for (const std::string& line : kelvinbar::programLines(facts)) lines << qtText(line);
     return {.programLines = std::move(lines),
-            .author = KELVINBAR_AUTHOR,
-            .contact = KELVINBAR_CONTACT,
-            .donationPage = KELVINBAR_DONATION_PAGE,
+            .author = qtText(facts.author),
+            .contact = qtText(facts.contact),
+            .donationPage = qtText(facts.donationPage),
             .open = &QDesktopServices::openUrl,
             .quit = &QGuiApplication::quit};
 }

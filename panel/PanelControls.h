@@ -25,7 +25,7 @@ struct PanelEnvironment {
     std::function<void(const QUrl& address)> open; ///< in the desktop's program for it
     std::function<void()> quit;
 
-    /// The values of the build, and the running desktop.
+    /// With these facts, in the running desktop.
     [[nodiscard]] static PanelEnvironment ofThisProgram(const ProgramFacts& facts);
 };
 

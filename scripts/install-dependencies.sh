@@ -41,7 +41,7 @@ declare -A evidence=(
   [kwin-x11]=kwin_x11 [x11-xserver-utils]=xrdb [marco]=marco [mate-panel]=mate-panel
   [mate-settings-daemon]=mate-settings-daemon [mate-session-manager]=mate-session [cinnamon]=cinnamon
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
-  [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [strace]=strace [bubblewrap]=bwrap
+  [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [libsystemd-dev]=/usr/include/systemd/sd-bus.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
   [systemd]=systemd-analyze [prometheus-node-exporter]=prometheus-node-exporter
@@ -59,7 +59,7 @@ declare -A evidence=(
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev help2man $qt $xcb"
+build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help2man $qt $xcb"
 console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish systemd"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"

@@ -1,6 +1,7 @@
 #include "tools/JsonReading.h"
 
 #include "base/Value.h"
+#include "tools/OwnReadings.h"
 
 namespace kelvinbar {
 
@@ -13,6 +14,7 @@ Json jsonOf(const SMCReading& reading) {
             object[field] = std::get<std::string>(value);
         }
     }
+    object["category"] = categoryTitle(reading);
     return object;
 }
 

@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "base/OutOfMemory.h"
 #include "process/StandardStreams.h"
+#include "tools/IdentificationPrinter.h"
 #include "tools/ProgramErrors.h"
 #include "tools/ReadingSelection.h"
 #include "tools/SnapshotCommandLine.h"
@@ -40,7 +41,10 @@ int printSnapshot(const SnapshotOptions& options) {
     const auto machine = chosenMachine(options.machine, log);
     if (!machine) return inputErrorExit;
     SnapshotTaker taker;
-    return statusOf(taker, inputErrorExit, [&] { return SnapshotPrinter(options, *machine, taker).print(); });
+    return statusOf(taker, inputErrorExit, [&] {
+        return options.identification ? printIdentification(options, *machine, taker)
+                                      : SnapshotPrinter(options, *machine, taker).print();
+    });
 }
 
 std::vector<SMCReading> comparedReadings(const SnapshotOptions& options, const Machine& machine,

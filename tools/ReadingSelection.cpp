@@ -2,6 +2,7 @@
 
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
+#include "tools/OwnReadings.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -25,9 +26,14 @@ bool containsIgnoringCase(std::string_view text, std::string_view part) {
     return contains(asciiLowercased(text), asciiLowercased(part));
 }
 
+bool hasSelectedCategory(const SMCReading& reading, const ReadingSelection& selection) {
+    if (selection.categories.empty() && !selection.hasOwnCategory) return true;
+    return isOwnReading(reading) ? selection.hasOwnCategory : isIn(selection.categories, reading.category);
+}
+
 bool isSelected(const SMCReading& reading, const ReadingSelection& selection) {
     if (!selection.keys.empty() && !isIn(selection.keys, reading.key)) return false;
-    if (!selection.categories.empty() && !isIn(selection.categories, reading.category)) return false;
+    if (!hasSelectedCategory(reading, selection)) return false;
     return containsIgnoringCase(reading.name, selection.match) ||
            containsIgnoringCase(reading.key, selection.match);
 }
@@ -70,6 +76,16 @@ std::vector<SMCReading> selectedReadings(const std::vector<SMCReading>& readings
                          [&](const SMCReading& reading) { return isSelected(reading, selection); });
     sortReadings(selected, selection);
     return selected;
+}
+
+std::shared_ptr<const KeySet> keysToRead(const std::vector<SMCReading>& readings,
+                                         const ReadingSelection& selection) {
+    if (selection.isEverything()) return nullptr;
+    auto keys = std::make_shared<KeySet>(selection.keys.begin(), selection.keys.end());
+    for (const SMCReading& reading : selectedReadings(readings, selection)) {
+        if (!isOwnReading(reading)) keys->insert(reading.key);
+    }
+    return keys;
 }
 
 std::vector<std::string> missingKeys(const std::vector<SMCReading>& readings,

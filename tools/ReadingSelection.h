@@ -1,9 +1,11 @@
 #pragma once
 
+#include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,16 +34,24 @@ inline constexpr std::array<std::pair<std::string_view, ReadingOrder>, 4> namedO
 /// A reading must satisfy all members that are not empty.
 struct ReadingSelection {
     std::vector<std::string> keys{};       ///< one of these
-    std::vector<SMCCategory> categories{}; ///< one of these
+    std::vector<SMCCategory> categories{}; ///< one of these, or the next
+    bool hasOwnCategory = false;           ///< the readings about the program itself
     std::string match{}; ///< a part of the name or the key, whatever the case of ASCII letters
     ReadingOrder order = ReadingOrder::given;
 
     /// Whether every reading is selected.
-    [[nodiscard]] bool isEverything() const { return keys.empty() && categories.empty() && match.empty(); }
+    [[nodiscard]] bool isEverything() const {
+        return keys.empty() && categories.empty() && !hasOwnCategory && match.empty();
+    }
 };
 
 /// The selected readings in the order of the selection.
 std::vector<SMCReading> selectedReadings(const std::vector<SMCReading>& readings,
+                                         const ReadingSelection& selection);
+
+/// The keys to read for the selection, those of its readings among `readings` and those that it names; null
+/// for all. Without those about the program itself.
+std::shared_ptr<const KeySet> keysToRead(const std::vector<SMCReading>& readings,
                                          const ReadingSelection& selection);
 
 /// The keys of the selection that no reading has.

@@ -1,6 +1,8 @@
 #include "tools/SnapshotCommandLine.h"
 
+#include "base/Text.h"
 #include "resources/SampleMachines.h"
+#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 
@@ -47,10 +49,19 @@ std::vector<std::string> orderNames() {
     return names;
 }
 
+std::vector<std::string> allCategoryWords() {
+    std::vector<std::string> words = categoryWords();
+    words.emplace_back(ownCategoryWord);
+    return words;
+}
+
+bool isOwnCategory(std::string_view name) { return asciiLowercased(name) == ownCategoryWord; }
+
 /// Empty for a category, as CLI11 wants it.
 std::string complaintAboutCategory(const std::string& name) {
-    return categoryNamed(name) ? std::string()
-                               : name + " is not a category (" + listed(categoryWords()) + ")";
+    return categoryNamed(name) || isOwnCategory(name)
+               ? std::string()
+               : name + " is not a category (" + listed(categoryWords()) + ")";
 }
 
 /// One line a format, for the end of the help.
@@ -102,15 +113,17 @@ SnapshotCommandLine::SnapshotCommandLine()
     listedValues_ = {{"--demo", sampleNames()},
                      {"--format", formatNames()},
                      {"--sort", orderNames()},
-                     {"--category", categoryWords()},
+                     {"--category", allCategoryWords()},
                      {"--completion", {completedShells.begin(), completedShells.end()}}};
     addMachineOptions();
     addSelectionOptions();
     addOutputOptions();
     addDiffOptions();
+    addIdentificationOptions();
     addRemainingOptions();
     app_.formatter(std::make_shared<HelpFormatter>());
-    app_.footer(formatHelp() + "\n" + wordsHelp("Categories", categoryWords()) + "\n" +
+    app_.footer(formatHelp() + "\n" +
+                wordsHelp("Categories (kelvinbar with --self only)", allCategoryWords()) + "\n" +
                 wordsHelp("Made-up machines", sampleNames()) + "\n" + closingWords);
 }
 
@@ -158,6 +171,12 @@ void SnapshotCommandLine::addOutputOptions() {
                   "power and the battery")
         ->excludes(title)
         ->group("Output");
+    self_ = app_.add_flag(
+                    "--self", options_.hasOwnCost,
+                    "Print, as the category kelvinbar, what the tray program costs, or this program if that "
+                    "does not run; not with the format text")
+                ->excludes(title)
+                ->group("Output");
     watch_ = app_.add_option("--watch", seconds_,
                              "Print again every SECONDS (2 unless given) until a signal or a closed pipe");
     watch_->type_name("SECONDS")->expected(0, 1)->default_str("2")->group("Output");
@@ -170,12 +189,29 @@ void SnapshotCommandLine::addDiffOptions() {
                         "Print what differs between the snapshots in two FILEs, or between one and "
                         "this machine (- for standard input)");
     diff->type_name("FILE")->expected(1, 2)->group("Comparison");
-    diff->excludes(replay_, demo_, watch_);
+    diff->excludes(replay_, demo_, watch_, self_);
     app_.add_option("--tolerance", options_.tolerance, "Numbers that are no more than X apart are the same")
         ->type_name("X")
         ->check(CLI::NonNegativeNumber.description(""))
         ->needs(diff)
         ->group("Comparison");
+}
+
+void SnapshotCommandLine::addIdentificationOptions() {
+    identify_ = app_.add_option("--identify", identifySeconds_,
+                                "Load all processors for SECONDS (20 unless given) and print which readings "
+                                "followed");
+    identify_->type_name("SECONDS")->expected(0, 1)->group("Identification");
+    identify_->check(CLI::Range(fewestIdentifySeconds, mostIdentifySeconds).description(""));
+    for (const char* const other : {"--replay", "--demo", "--diff", "--watch", "--title", "--summary",
+                                    "--pinned", "--sort", "--self"}) {
+        identify_->excludes(app_.get_option(other));
+    }
+    app_.add_flag(
+            "--by-hand", isByHand_,
+            "Without a load: watch for SECONDS (60 unless given) while you blow at a fan or copy a file")
+        ->needs(identify_)
+        ->group("Identification");
 }
 
 void SnapshotCommandLine::addRemainingOptions() {
@@ -206,6 +242,8 @@ void SnapshotCommandLine::finishParsing() {
     finishSelection();
     finishFormat();
     finishDiff();
+    finishIdentification();
+    finishOwnCost();
 }
 
 void SnapshotCommandLine::finishSelection() {
@@ -213,7 +251,11 @@ void SnapshotCommandLine::finishSelection() {
         throw CLI::ValidationError("--match", "TEXT is empty");
     }
     for (const std::string& name : categoryNames_) {
-        options_.selection.categories.push_back(categoryNamed(name).value());
+        if (isOwnCategory(name)) {
+            options_.selection.hasOwnCategory = true;
+        } else {
+            options_.selection.categories.push_back(categoryNamed(name).value());
+        }
     }
     for (const auto& [name, order] : namedOrders) {
         if (name == orderName_) options_.selection.order = order;
@@ -247,6 +289,30 @@ void SnapshotCommandLine::finishDiff() const {
     }
     if (std::ranges::count(options_.compared, "-") > 1) {
         throw CLI::ValidationError("--diff", "standard input is one snapshot, not two");
+    }
+}
+
+void SnapshotCommandLine::finishIdentification() {
+    if (identify_->count() == 0) return;
+    if (!formatName_.empty() && formatName_ != "text" && formatName_ != "json") {
+        throw CLI::ValidationError("--identify", "what responded is printed as text or json");
+    }
+    const bool isTimeGiven = !identify_->results().empty() && !identify_->results().front().empty();
+    const double seconds = isTimeGiven || !isByHand_ ? identifySeconds_ : usualWatchSeconds;
+    options_.identification = IdentificationPlan{
+        .isByHand = isByHand_,
+        .time = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds))};
+}
+
+/// The text stays what --replay and the panel know; a title and a summary are about sensors.
+void SnapshotCommandLine::finishOwnCost() const {
+    if (!options_.hasOwnCost) {
+        if (!options_.selection.hasOwnCategory) return;
+        throw CLI::ValidationError("--category", "kelvinbar is a category with --self only");
+    }
+    const std::string_view format = options_.format->name;
+    if (format == "text" || format == "summary" || format == "waybar") {
+        throw CLI::ValidationError("--self", "does not go with the format " + std::string(format));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/ChosenMachine.h"
+#include "tools/Identification.h"
 #include "tools/OutputFormats.h"
 #include "tools/ReadingSelection.h"
 #include "tools/ShellCompletion.h"
@@ -24,6 +25,8 @@ struct SnapshotOptions {
     bool isPinned = false; ///< the pins of the desktop program are added to the selection
     /// How often to read the machine; no value for once.
     std::optional<std::chrono::nanoseconds> interval;
+    std::optional<IdentificationPlan> identification; ///< no value unless sensors are to be identified
+    bool hasOwnCost = false;                          ///< what the program itself costs is printed, too
     std::vector<std::string> compared; ///< one or two files of snapshots to compare; otherwise empty
     double tolerance = 0;              ///< of numbers that are compared, in their units; not negative
     std::size_t verbosity = 0;         ///< how often --verbose was given
@@ -51,15 +54,24 @@ class SnapshotCommandLine {
     static constexpr double fewestSeconds = 0.1;
     static constexpr double mostSeconds = 86400;
 
+    /// Of --identify.
+    static constexpr double usualLoadSeconds = 20;
+    static constexpr double usualWatchSeconds = 60;
+    static constexpr double fewestIdentifySeconds = 5;
+    static constexpr double mostIdentifySeconds = 3600;
+
     void addMachineOptions();
     void addSelectionOptions();
     void addOutputOptions();
     void addDiffOptions();
+    void addIdentificationOptions();
     void addRemainingOptions();
     void finishParsing();
     void finishSelection();
     void finishFormat();
     void finishDiff() const;
+    void finishIdentification();
+    void finishOwnCost() const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
     [[nodiscard]] int printCompletion() const;
 
@@ -68,6 +80,8 @@ class SnapshotCommandLine {
     std::string orderName_;
     std::vector<std::string> categoryNames_;
     double seconds_ = usualSeconds;
+    double identifySeconds_ = usualLoadSeconds;
+    bool isByHand_ = false;
     bool isTitle_ = false;
     bool isSummary_ = false;
     CLI::App app_;
@@ -75,6 +89,8 @@ class SnapshotCommandLine {
     CLI::Option* demo_ = nullptr;
     CLI::Option* match_ = nullptr;
     CLI::Option* watch_ = nullptr;
+    CLI::Option* self_ = nullptr;
+    CLI::Option* identify_ = nullptr;
     std::string completedShell_;
     std::map<std::string, std::vector<std::string>> listedValues_; ///< by the name of the option
 };

@@ -4,9 +4,12 @@
 #include "machines/Platform.h"
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
+#include "process/TrayProgram.h"
+#include "tools/OwnReadings.h"
 #include "tools/ProgramErrors.h"
 #include "tools/WatchLoop.h"
 
+#include <chrono>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -15,6 +18,9 @@
 namespace kelvinbar {
 
 namespace {
+
+/// For the tray program's answer.
+constexpr std::chrono::seconds longestWait{1};
 
 FormatSettings settingsFor(const SnapshotOptions& options) {
     const bool isTerminal = isStandardOutputTerminal();
@@ -42,7 +48,7 @@ int SnapshotPrinter::print() {
         }
         preferences = *std::move(stored);
     }
-    const Snapshot first = taker_.begin(machine_, preferences);
+    const Snapshot first = withOwnCost(taker_.begin(machine_, preferences));
     const int status = !learnSelection(first) ? inputErrorExit
                        : options_.interval    ? printUntilEnded(first)
                                               : printOnce(first);
@@ -57,13 +63,25 @@ bool SnapshotPrinter::learnSelection(const Snapshot& snapshot) {
         return false;
     }
     if (options_.isPinned) selection_.keys = snapshot.pinned;
-    for (const std::string& key : missingKeys(snapshot.readings, selection_)) {
-        reportError("no reading has the key " + key);
+    return reportSelection(snapshot.readings, selection_);
+}
+
+/// The snapshot with what the program itself costs, if that is asked for.
+Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
+    if (!options_.hasOwnCost) return snapshot;
+    for (SMCReading& reading : ownCost(snapshot)) snapshot.readings.push_back(std::move(reading));
+    return snapshot;
+}
+
+/// Of the tray program, or of this one from the first time on that the other does not answer.
+std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
+    if (asksTrayProgram_) {
+        if (const auto cost = costOfTrayProgram(longestWait)) return ownReadings(*cost, "tray program");
+        asksTrayProgram_ = false;
     }
-    const bool isEmpty = selectedReadings(snapshot.readings, selection_).empty();
-    if (!isEmpty || selection_.isEverything()) return true;
-    reportError("no reading is selected");
-    return false;
+    ProgramCost own = programCost(costMeter_.cost());
+    own.accessesOfLastPass = snapshot.accesses;
+    return ownReadings(own, "console program");
 }
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
@@ -76,7 +94,7 @@ Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
 int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     const ReportWriter write = options_.format->makeWriter(settings_);
     const auto error = writeToStandardOutput(write(reportOf(snapshot)));
-    reportSilentDevices(snapshot);
+    silence_.report(snapshot.silent);
     if (error) reportError("cannot write the snapshot");
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
@@ -95,13 +113,13 @@ std::string SnapshotPrinter::onScreen(const std::string& page) const {
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     const EndSignals signals;
     const ReportWriter write = options_.format->makeWriter(settings_);
-    std::shared_ptr<const KeySet> keys = selectedKeys(first);
+    std::shared_ptr<const KeySet> keys = keysToRead(first.readings, selection_);
     Snapshot snapshot = first;
     bool isFirst = true;
     std::error_code error;
     const auto printNext = [&] {
-        if (!std::exchange(isFirst, false)) snapshot = taker_.next(keys);
-        reportSilentDevices(snapshot);
+        if (!std::exchange(isFirst, false)) snapshot = withOwnCost(taker_.next(keys));
+        silence_.report(snapshot.silent);
         error = writeToStandardOutput(onScreen(write(reportOf(snapshot))));
         return !error;
     };
@@ -110,25 +128,6 @@ int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     if (!error || error == std::errc::broken_pipe) return 0;
     reportError("cannot write the readings: " + error.message());
     return inputErrorExit;
-}
-
-/// What to read from now on; null for everything.
-std::shared_ptr<const KeySet> SnapshotPrinter::selectedKeys(const Snapshot& snapshot) const {
-    if (selection_.isEverything()) return nullptr;
-    auto keys = std::make_shared<KeySet>(selection_.keys.begin(), selection_.keys.end());
-    for (const SMCReading& reading : selectedReadings(snapshot.readings, selection_))
-        keys->insert(reading.key);
-    return keys;
-}
-
-/// Each device once, until it has answered again.
-void SnapshotPrinter::reportSilentDevices(const Snapshot& snapshot) {
-    std::set<std::string> files;
-    for (const SilentDevice& device : snapshot.silent) {
-        if (!silentFiles_.contains(device.file)) reportError("no answer from " + device.file);
-        files.insert(device.file);
-    }
-    silentFiles_ = std::move(files);
 }
 
 } // namespace kelvinbar

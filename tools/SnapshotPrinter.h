@@ -1,12 +1,14 @@
 #pragma once
 
 #include "base/Value.h"
+#include "process/CostMeter.h"
 #include "sensors/Machine.h"
 #include "tools/SnapshotCommandLine.h"
 #include "tools/SnapshotTaker.h"
+#include "tools/SnapshotWarnings.h"
 
-#include <set>
 #include <string>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -26,8 +28,8 @@ class SnapshotPrinter {
     int printUntilEnded(const Snapshot& first);
     [[nodiscard]] bool learnSelection(const Snapshot& snapshot);
     [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
-    [[nodiscard]] std::shared_ptr<const KeySet> selectedKeys(const Snapshot& snapshot) const;
-    void reportSilentDevices(const Snapshot& snapshot);
+    [[nodiscard]] Snapshot withOwnCost(Snapshot snapshot);
+    [[nodiscard]] std::vector<SMCReading> ownCost(const Snapshot& snapshot);
     [[nodiscard]] std::string onScreen(const std::string& page) const;
 
     const SnapshotOptions& options_;
@@ -35,7 +37,9 @@ class SnapshotPrinter {
     SnapshotTaker& taker_;
     ReadingSelection selection_; ///< that of the options, with the pins
     FormatSettings settings_;
-    std::set<std::string> silentFiles_; ///< that were named
+    CostMeter costMeter_;
+    bool asksTrayProgram_ = true;
+    SilenceReport silence_;
 };
 
 } // namespace kelvinbar

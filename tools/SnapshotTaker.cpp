@@ -71,6 +71,7 @@ class SnapshotTaker::OpenMachine {
                 .status = store_->statusMessage().value(),
                 .silent = store_->silentDevices(),
                 .pinned = pinned(),
+                .accesses = store_->accessesOfLastPass(),
                 .hasAnswers = std::ranges::any_of(readings, isAnswer)};
     }
 

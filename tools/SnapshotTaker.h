@@ -8,7 +8,9 @@
 #include "sensors/Machine.h"
 
 #include <chrono>
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,10 +20,11 @@ namespace kelvinbar {
 struct Snapshot {
     std::vector<SMCReading> readings; ///< sorted by key
     std::chrono::system_clock::time_point time{};
-    std::string status;               ///< for people: how reading went
-    std::vector<SilentDevice> silent; ///< devices that did not answer
-    std::vector<std::string> pinned;  ///< keys, in pin order, whether or not there is a reading for them
-    bool hasAnswers = false;          ///< of a sensor, not only the system's own facts
+    std::string status;                    ///< for people: how reading went
+    std::vector<SilentDevice> silent;      ///< devices that did not answer
+    std::vector<std::string> pinned;       ///< keys, in pin order, whether or not there is a reading for them
+    std::optional<std::size_t> accesses{}; ///< of the pass, to files and drivers; no value without a watch
+    bool hasAnswers = false;               ///< of a sensor, not only the system's own facts
 };
 
 /// Takes snapshots of machines, one machine at a time. Devices that do not answer in time are left out, if

@@ -4,6 +4,7 @@
 #include "machines/linux/applesmc/AppleSMCDetection.h"
 #include "machines/linux/applesmc/KeySourceDriver.h"
 #include "machines/linux/libsensors/Libsensors.h"
+#include "machines/linux/sources/ChipLimits.h"
 #include "machines/linux/sources/KernelSensorSource.h"
 #include "sensors/SourceChain.h"
 #include "sensors/WatchedSource.h"
@@ -55,6 +56,7 @@ Machine makeLinuxMachine(const std::filesystem::path& root, std::shared_ptr<cons
             .system = std::make_shared<LinuxSystemInformation>(root),
             .clock = std::move(clock),
             .watch = std::move(watch),
+            .limits = std::make_shared<ChipLimits>(root),
             .texts = linuxTexts,
             .devicesComeAndGo = true};
 }

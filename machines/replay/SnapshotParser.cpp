@@ -150,9 +150,9 @@ class Recorder {
 
     std::string_view takeSensor(const Fields& fields) {
         if (fields.name.empty()) return "the sensor has no name";
-        const auto meaning = meaningOfLine(fields.key, fields.type, fields.name, fields.value);
-        if (!meaning) return "no sensor has this key";
         std::string_view value = trimmed(fields.value);
+        const auto meaning = meaningOfLine(fields.key, fields.type, fields.name, value);
+        if (!meaning) return "no sensor has this key";
         if (value.ends_with(meaning->unit))
             value = trimmed(value.substr(0, value.size() - meaning->unit.size()));
         if (value.empty()) return "the sensor has no value";

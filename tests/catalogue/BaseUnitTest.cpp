@@ -24,6 +24,7 @@ TEST(BaseUnit, OfEveryUnitOfAReading) {
           Expected{"V", "voltage", "volts", 65}, Expected{"A", "current", "amperes", 65},
           Expected{"W", "power", "watts", 65}, Expected{"mAh", "charge", "coulombs", 234},
           Expected{"GB", "memory", "bytes", 69793218560}, Expected{"MHz", "frequency", "hertz", 65'000'000},
+          Expected{"MB", "memory", "bytes", 68157440}, Expected{"s", "duration", "seconds", 65},
           Expected{"min", "duration", "seconds", 3900}, Expected{"%", "level", "ratio", 0.65}}) {
         const auto base = baseUnitOf(unit);
         ASSERT_TRUE(base) << unit;

@@ -319,7 +319,14 @@ TEST_F(ActionControls, TheProgramIsDescribedInTheWordsOfTheMachine) {
     EXPECT_EQ(PanelControls(*store, loginItem).about(), "Tray sensor reader.");
 }
 
-TEST_F(ActionControls, AnAuthorIsNamed) { EXPECT_NE(controls->author(), ""); }
+TEST_F(ActionControls, AuthorContactAndDonationPageAreThoseOfTheProgram) {
+    const auto environment = PanelEnvironment::ofThisProgram(
+        {.author = "Ada", .contact = "ada@example.org", .donationPage = "https://example.org/donate"});
+    const PanelControls told(*store, loginItem, environment);
+    EXPECT_EQ(told.author(), "Ada");
+    EXPECT_EQ(told.contact(), "ada@example.org");
+    EXPECT_EQ(told.donationPage(), "https://example.org/donate");
+}
 
 // Login
 

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -180,6 +181,27 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--diff", file, "--title", "--key", "TC0P"},
         {"--diff", file, "--tolerance", "-1"},
         {"--tolerance", "1"},
+        {"--identify", "--demo"},
+        {"--identify", "--replay", file},
+        {"--identify", "--diff", file},
+        {"--identify", "--watch"},
+        {"--identify", "--title"},
+        {"--identify", "--summary"},
+        {"--identify", "--pinned"},
+        {"--identify", "--sort", "key"},
+        {"--identify", "--format", "csv"},
+        {"--identify", "1"},
+        {"--identify", "-5"},
+        {"--identify", "soon"},
+        {"--by-hand"},
+        {"--self"},
+        {"--self", "--format", "text"},
+        {"--self", "--format", "waybar"},
+        {"--self", "--title"},
+        {"--self", "--summary"},
+        {"--self", "--diff", file},
+        {"--self", "--identify"},
+        {"--category", "kelvinbar"},
         {"--completion", "tcsh"},
     };
     for (const Words& options : wrong) {
@@ -632,6 +654,24 @@ TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
     EXPECT_EQ(ProgramRun(program({"--diff", file, "-"}), {folder.write("in", warmerKey), "/dev/full", errors})
                   .status(),
               3);
+}
+
+TEST(KelvinbarSnapshot, EndsAnIdentificationAtOnceOnASignal) {
+    for (const int number : {SIGINT, SIGTERM}) {
+        const TemporaryFolder folder;
+        const ProgramRun::Streams streams{"/dev/null", folder.write("output", ""),
+                                          folder.write("errors", "")};
+        const ProgramRun identification(program({"--identify", "3600", "--by-hand"}), streams);
+        while (!contains(contentOf(streams.errors), "Leave the machine alone")) std::this_thread::yield();
+        identification.send(number);
+        EXPECT_EQ(identification.status(), 1);
+        EXPECT_EQ(contentOf(streams.output), "");
+        EXPECT_TRUE(contentOf(streams.errors).ends_with("ended before anything could respond\n"));
+    }
+}
+
+TEST(KelvinbarSnapshot, IdentifiesNothingAmongNoReadings) {
+    expectFailure(run({"--identify", "--match", "toaster"}), 1, {"no reading is selected"});
 }
 
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {

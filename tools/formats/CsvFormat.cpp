@@ -1,6 +1,7 @@
 #include "tools/formats/CsvFormat.h"
 
 #include "base/Calendar.h"
+#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
 
 #include <algorithm>
@@ -35,7 +36,7 @@ std::string csvList(const Report& report) {
     std::string text =
         csvLine({"key", "name", "category", "type", "value", "number", "unit", "raw", "status"});
     for (const SMCReading& reading : report.readings) {
-        text.append(csvLine({reading.key, reading.name, std::string(rawValue(reading.category)), reading.type,
+        text.append(csvLine({reading.key, reading.name, std::string(categoryTitle(reading)), reading.type,
                              reading.value, csvNumber(reading), reading.unit, reading.raw, reading.status}));
     }
     return text;

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "catalogue/BaseUnit.h"
 #include "sensors/RawReading.h"
+#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
 
 #include <map>
@@ -42,7 +43,11 @@ std::string labelsOf(const SMCReading& reading) {
     std::string labels;
     appendLabel(labels, "key", reading.key);
     appendLabel(labels, "name", reading.name);
-    appendLabel(labels, "category", rawValue(reading.category));
+    appendLabel(labels, "category", categoryTitle(reading));
+    if (isOwnReading(reading)) {
+        appendLabel(labels, "program", reading.type);
+        return labels;
+    }
     if (const auto chip = chipIn(reading); !chip.empty()) appendLabel(labels, "chip", chip);
     return labels;
 }

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "panel/SensorRowTexts.h"
 #include "panel/SensorSections.h"
+#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
 
 #include <algorithm>
@@ -50,16 +51,27 @@ ReadingList readingsOutside(const std::vector<SensorSectionModel>& sections, Rea
     return readings;
 }
 
+/// Removes them from `readings`.
+ReadingList takeOwnReadings(ReadingList& readings) {
+    const auto own = std::stable_partition(readings.begin(), readings.end(),
+                                           [](const SMCReading* each) { return !isOwnReading(*each); });
+    ReadingList taken(own, readings.end());
+    readings.erase(own, readings.end());
+    return taken;
+}
+
 std::vector<TableGroup> tableGroups(const std::vector<SMCReading>& readings) {
-    const ReadingList visible = visibleReadings(readings, {});
+    ReadingList visible = visibleReadings(readings, {});
+    const ReadingList own = takeOwnReadings(visible);
     const auto sections = sectionModels(visible);
     std::vector<TableGroup> groups;
-    groups.reserve(sections.size() + 1);
+    groups.reserve(sections.size() + 2);
     for (const SensorSectionModel& section : sections) {
         groups.push_back(tableGroup(section.title, section.readings));
     }
     const ReadingList others = readingsOutside(sections, visible);
     if (!others.empty()) groups.push_back(tableGroup("OTHER", others));
+    if (!own.empty()) groups.push_back(tableGroup("KELVINBAR", own));
     return groups;
 }
 

@@ -67,14 +67,24 @@ std::string_view takeFolder(std::string_view& path) {
     return folder;
 }
 
-/// Compares component by component. Addresses ("0000:0a:00.0") are hexadecimal numbers of fixed width and
-/// compare as text; other components are in natural order.
+/// "0000:0a:00.0"
+bool isAddress(std::string_view folder) { return contains(folder, ":"); }
+
+/// Addresses come first. They are hexadecimal numbers of fixed width and compare as text; other folders are
+/// in natural order.
+bool isEarlierFolder(std::string_view left, std::string_view right) {
+    if (isAddress(left) != isAddress(right)) return isAddress(left);
+    if (isAddress(left)) return left < right;
+    if (comesBeforeNaturally(left, right)) return true;
+    return !comesBeforeNaturally(right, left) && left < right;
+}
+
+/// Compares folder by folder.
 bool isEarlierPath(std::string_view left, std::string_view right) {
     while (!left.empty() && !right.empty()) {
         const std::string_view mine = takeFolder(left);
         const std::string_view other = takeFolder(right);
-        if (mine == other) continue;
-        return contains(mine, ":") && contains(other, ":") ? mine < other : comesBeforeNaturally(mine, other);
+        if (mine != other) return isEarlierFolder(mine, other);
     }
     return left.empty() && !right.empty();
 }

@@ -5,6 +5,7 @@
 #include "tests/desktop/EventLoop.h"
 #include "tests/fakes/RecordingLog.h"
 
+#include <QAnimationDriver>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -410,6 +411,43 @@ TEST_F(QtPopoverTest, AnAnimationStaysBetweenItsSizes) {
     EXPECT_TRUE(isBetween);
     EXPECT_TRUE(isGrowing);
     EXPECT_EQ(window().height(), 300);
+}
+
+/// Makes animations go on by hand, as long as it lives.
+class AnimationTime final : public QAnimationDriver {
+  public:
+    AnimationTime() { install(); }
+
+    AnimationTime(const AnimationTime&) = delete;
+    AnimationTime& operator=(const AnimationTime&) = delete;
+
+    ~AnimationTime() override { uninstall(); }
+
+    [[nodiscard]] qint64 elapsed() const override { return elapsed_.count(); }
+
+    void advanceTo(milliseconds elapsed) {
+        elapsed_ = elapsed;
+        advanceAnimation();
+    }
+
+  private:
+    milliseconds elapsed_{0};
+};
+
+TEST_F(QtPopoverTest, AnAnimationStartsFastAndSlowsDown) {
+    popover_.setContentSize({200, 100});
+    show();
+    AnimationTime time;
+    content_->animateWindowContentSize({200, 300}, milliseconds(160), [] {});
+    runEventLoop(milliseconds(20)); // in which Qt starts it
+    const auto heightAt = [&](int elapsed) {
+        time.advanceTo(milliseconds(elapsed));
+        return window().height();
+    };
+    EXPECT_EQ(heightAt(40), 188); // 7/16 of the way in a quarter of the time
+    EXPECT_EQ(heightAt(80), 250);
+    EXPECT_EQ(heightAt(120), 288);
+    EXPECT_EQ(heightAt(160), 300);
 }
 
 TEST_F(QtPopoverTest, ANewAnimationReplacesTheOldOne) {

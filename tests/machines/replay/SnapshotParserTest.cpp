@@ -434,6 +434,16 @@ TEST(SnapshotParser, HandsSensorsOnAsTheyWereRecorded) {
     EXPECT_EQ(parsed.machine.sensors, (std::vector<RawReading>{temperature, fan, status, cycles}));
 }
 
+TEST(SnapshotParser, BlanksAroundAValueDoNotChangeItsUnit) {
+    const ParsedSnapshot parsed = parseSnapshot("acpitz/temp1\tacpitz\tBoard\t 41.00 °C \tRAW=41000\n"
+                                                "BAT0/energy_now\tbattery\tCharge\t 1x\tRAW=1");
+    ASSERT_EQ(parsed.machine.sensors.size(), 2U);
+    EXPECT_EQ(parsed.machine.sensors[0].value, "41.00");
+    EXPECT_EQ(parsed.machine.sensors[0].unit, "°C");
+    EXPECT_EQ(parsed.machine.sensors[1].value, "1x");
+    EXPECT_EQ(parsed.machine.sensors[1].unit, "mAh");
+}
+
 TEST(SnapshotParser, ReportsSensorsThatItCannotUseWithTheirNumbers) {
     for (const std::string_view line :
          {"k10temp-pci-00c3/temp1\tk10temp\t\t45.88 °C\tRAW=45875",

@@ -42,7 +42,7 @@ Machine linuxPC(Clock clock) {
 /// The Intel notebook with a few readings pinned, at rest.
 class DemoStage : public PanelStage {
   public:
-    explicit DemoStage(const std::string& roundedFontFile = {}) : PanelStage(intelNotebook, roundedFontFile) {
+    explicit DemoStage(const ProgramDifferences& differences = {}) : PanelStage(intelNotebook, differences) {
         finishRefresh();
         store().setMenuBarKeys({"TC0P", "F0Ac"});
     }
@@ -53,7 +53,7 @@ QImage fixedPanel() {
 }
 
 QImage roundedFont() {
-    DemoStage stage(roundFontFile);
+    DemoStage stage({.roundedFontFile = roundFontFile});
     stage.open();
     return stage.picture();
 }
@@ -202,6 +202,13 @@ QImage aboutPanel() {
     return stage.picture();
 }
 
+QImage contactAndDonations() {
+    DemoStage stage({.contact = "kelvinbar@example.org", .donationPage = "https://example.org/donate"});
+    stage.open();
+    stage.click("About");
+    return stage.picture();
+}
+
 QImage scanning() {
     PanelStage stage(intelNotebook);
     stage.open();
@@ -234,6 +241,7 @@ constexpr std::array pictures{
     PanelPicture{"row-menu", menuOfARow},
     PanelPicture{"undo", undoLine},
     PanelPicture{"about", aboutPanel},
+    PanelPicture{"contact-and-donations", contactAndDonations},
     PanelPicture{"scanning", scanning},
     PanelPicture{"nothing-found", [] { return emptyPanel(true); }},
     PanelPicture{"unavailable", [] { return emptyPanel(false); }},

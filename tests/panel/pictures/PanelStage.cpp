@@ -43,7 +43,7 @@ constexpr int untilNothingMoves = 1000;
 
 } // namespace
 
-PanelStage::PanelStage(const MakeMachine& makeMachine, const std::string& roundedFontFile)
+PanelStage::PanelStage(const MakeMachine& makeMachine, const ProgramDifferences& differences)
     : store_(KelvinbarStore::create({.machine = makeMachine(std::make_shared<fakes::FakeMonotonicClock>()),
                                      .defaults = defaults_,
                                      .notifications = notifications_,
@@ -56,8 +56,11 @@ PanelStage::PanelStage(const MakeMachine& makeMachine, const std::string& rounde
                               .prefersReducedMotion = [] { return true; },
                               .prefersMoreContrast = [this] { return isContrastHigh_; },
                               .systemSymbols = {},
-                              .roundedFontFile = [roundedFontFile] { return roundedFontFile; },
+                              .roundedFontFile = [file = differences.roundedFontFile] { return file; },
                               .program = {.version = "1.2.3",
+                                          .author = "The Kelvinbar developers",
+                                          .contact = differences.contact,
+                                          .donationPage = differences.donationPage,
                                           .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
                                           .program = "/usr/bin/kelvinbar"}})) {}
 
@@ -100,6 +103,8 @@ void PanelStage::pointAt(const QString& name) {
 
 void PanelStage::click(const QString& name, Qt::MouseButton button) {
     if (const QQuickItem* const found = item(name)) {
+        QTest::mouseMove(&window(),
+                         QPoint()); // the item would not notice a pointer that the last stage has left there
         QTest::mouseClick(&window(), button, Qt::NoModifier, middleOf(*found));
     }
 }

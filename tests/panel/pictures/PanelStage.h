@@ -22,13 +22,19 @@ class QQuickWindow;
 
 namespace kelvinbar {
 
+/// In what the program of a stage differs from the usual one.
+struct ProgramDifferences {
+    std::string roundedFontFile{}; ///< of headings and values; empty for the font of the rest
+    std::string contact{};
+    std::string donationPage{};
+};
+
 /// The panel over a machine, with a clock that stands still, on an offscreen platform.
 class PanelStage {
   public:
     using MakeMachine = std::function<Machine(std::shared_ptr<const MonotonicClock>)>;
 
-    /// Headings and values have the font in that file, or else that of the rest.
-    explicit PanelStage(const MakeMachine& makeMachine, const std::string& roundedFontFile = {});
+    explicit PanelStage(const MakeMachine& makeMachine, const ProgramDifferences& differences = {});
     PanelStage(const PanelStage&) = delete;
     PanelStage& operator=(const PanelStage&) = delete;
     ~PanelStage();

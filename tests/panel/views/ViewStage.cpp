@@ -142,16 +142,15 @@ PanelControls* ViewStage::makeControls(const QString& author, const QString& con
                                        const QString& donationPage) {
     openedAddresses_.clear();
     quits_ = 0;
-    const ProgramFacts facts{.version = "1.2.3",
-                             .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
-                             .program = "/opt/a/very/long/place/of/programs/kelvinbar"};
-    PanelEnvironment environment{
-        .programLines = PanelEnvironment::ofThisProgram(facts).programLines,
-        .author = author,
-        .contact = contact,
-        .donationPage = donationPage,
-        .open = [this](const QUrl& address) { openedAddresses_ << address.toString(); },
-        .quit = [this] { ++quits_; }};
+    auto environment =
+        PanelEnvironment::ofThisProgram({.version = "1.2.3",
+                                         .author = author.toStdString(),
+                                         .contact = contact.toStdString(),
+                                         .donationPage = donationPage.toStdString(),
+                                         .preferencesPlace = "/home/ada/.config/kelvinbar/kelvinbar.conf",
+                                         .program = "/opt/a/very/long/place/of/programs/kelvinbar"});
+    environment.open = [this](const QUrl& address) { openedAddresses_ << address.toString(); };
+    environment.quit = [this] { ++quits_; };
     scene().controls.push_back(
         std::make_unique<PanelControls>(*scene().store, loginItem_, std::move(environment)));
     PanelControls* const controls = scene().controls.back().get();

@@ -209,13 +209,13 @@ Item {
         // Content of About
 
         function test_aboutTellsNameAndPurposeAndAuthor() {
-            const about = openAbout(makePanel());
-            compare(textsIn(about.contentItem).map(text => text.text), [
+            const about = makeAbout({author: "Ada Example"});
+            const texts = textsIn(about.contentItem).map(text => text.text);
+            compare(texts.slice(0, 2), [
                 "Kelvinbar",
-                "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs.",
-                stage.content.controls.author
+                "Menu bar sensor reader for Hackintosh, AMD SMCAMDProcessor, Intel Macs and Apple Silicon Macs."
             ]);
-            verify(stage.content.controls.author.length > 0);
+            compare(texts.slice(2 + programLines), ["Ada Example"]);
             const picture = firstIn(about.contentItem, item => item instanceof Panel.Artwork, "picture");
             compare(picture.name, "AboutIcon");
             compare(picture.width, 72);

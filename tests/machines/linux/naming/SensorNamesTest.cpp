@@ -3,6 +3,9 @@
 #include "base/Text.h"
 #include "tests/machines/linux/LabelledChannel.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -106,6 +109,27 @@ TEST(SensorNames, ChipsThatLibsensorsCannotTellApartAreCountedInTheOrderOfTheirD
                 ElementsAre("power_meter-acpi-0/power1", "power_meter-acpi-0#2/power1"));
     EXPECT_THAT(keys({second, first}),
                 ElementsAre("power_meter-acpi-0#2/power1", "power_meter-acpi-0/power1"));
+}
+
+/// Keys by device.
+std::map<std::string, std::string> keysOfDevices(const std::vector<std::string>& devices) {
+    std::vector<SensorChip> chips;
+    for (const std::string& device : devices) {
+        chips.push_back(chip("power_meter-acpi-0", device, {plain(SensorKind::power, 1)}));
+    }
+    const auto found = keys(chips);
+    std::map<std::string, std::string> keysByDevice;
+    for (std::size_t index = 0; index < devices.size(); ++index) keysByDevice[devices[index]] = found[index];
+    return keysByDevice;
+}
+
+/// Addresses compare as text and other folders in natural order: a mixture of both must not make a circle.
+TEST(SensorNames, KeysDoNotDependOnTheOrderInWhichDevicesAreFound) {
+    for (std::vector<std::string> devices :
+         {std::vector<std::string>{"10:1", "9:1", "9a"}, {"01/a", "01/b", "1/a", "1/b"}}) {
+        const auto expected = keysOfDevices(devices);
+        while (std::ranges::next_permutation(devices).found) EXPECT_EQ(keysOfDevices(devices), expected);
+    }
 }
 
 TEST(SensorNames, AKeyHasNoControlCharacters) {

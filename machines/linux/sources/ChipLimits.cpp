@@ -1,0 +1,59 @@
+#include "machines/linux/sources/ChipLimits.h"
+
+#include "machines/linux/files/SystemFile.h"
+#include "machines/linux/sources/HwmonChips.h"
+
+#include <algorithm>
+
+namespace kelvinbar {
+
+namespace {
+
+constexpr double countsPerDegree = 1000;
+
+bool isSuspended(const std::vector<std::filesystem::path>& powerStates) {
+    return std::ranges::any_of(powerStates,
+                               [](const auto& state) { return systemFileLine(state) == "suspended"; });
+}
+
+} // namespace
+
+std::optional<CriticalMargin> ChipLimits::smallestMargin(std::span<const SilentDevice> silent) {
+    if (!isFound_) find();
+    std::optional<CriticalMargin> smallest;
+    for (const LimitedChannel& channel : channels_) {
+        if (std::ranges::find(silent, channel.device, &SilentDevice::device) != silent.end()) continue;
+        const auto degrees = degreesBelowLimit(channel);
+        if (!degrees || (smallest && smallest->degrees <= *degrees)) continue;
+        smallest = CriticalMargin{.sensor = channel.name, .degrees = *degrees};
+    }
+    return smallest;
+}
+
+void ChipLimits::find() {
+    isFound_ = true;
+    for (const SensorChip& chip : hwmonChips(root_)) {
+        for (const SensorChannel& channel : chip.channels) {
+            const auto limit = chip.folder / (channel.feature + "_crit");
+            if (channel.kind != SensorKind::temperature || channel.file.empty() || !isThere(limit)) continue;
+            channels_.push_back({.name = chip.sensorsName + "/" + channel.feature,
+                                 .device = chip.entry.native(),
+                                 .value = channel.file,
+                                 .limit = limit,
+                                 .fault = channel.fault,
+                                 .powerStates = chip.powerStates});
+        }
+    }
+}
+
+std::optional<double> ChipLimits::degreesBelowLimit(const LimitedChannel& channel) {
+    if (isSuspended(channel.powerStates)) return std::nullopt;
+    if (!channel.fault.empty() && systemFileNumber(channel.fault).value_or(0) != 0) return std::nullopt;
+    const auto limit = systemFileNumber(channel.limit);
+    if (!limit || *limit <= 0) return std::nullopt;
+    const auto value = systemFileNumber(channel.value);
+    if (!value) return std::nullopt;
+    return static_cast<double>(*limit - *value) / countsPerDegree;
+}
+
+} // namespace kelvinbar

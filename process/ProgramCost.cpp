@@ -1,0 +1,23 @@
+#include "process/ProgramCost.h"
+
+#include <algorithm>
+#include <ratio>
+
+namespace kelvinbar {
+
+ProgramCost programCost(const ProcessCost& cost) {
+    const std::chrono::duration<double, std::ratio<60>> time = cost.time;
+    const double minutes = std::max(time.count(), 1.0);
+    ProgramCost program{.measuredTime = cost.time.count(),
+                        .cpuTimePerMinute = cost.cpuTime.count() / minutes,
+                        .wakeUpsPerMinute = static_cast<double>(cost.wakeUps) / minutes,
+                        .residentMemory = {},
+                        .privateMemory = {},
+                        .accessesOfLastPass = {}};
+    if (!cost.memory) return program;
+    program.residentMemory = cost.memory->resident;
+    program.privateMemory = cost.memory->withoutShared;
+    return program;
+}
+
+} // namespace kelvinbar
