@@ -44,19 +44,31 @@ declare -A evidence=(
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [libsystemd-dev]=/usr/include/systemd/sd-bus.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
+  [systemd]=systemd-analyze [prometheus-node-exporter]=prometheus-node-exporter
+  [crossbuild-essential-arm64]=aarch64-linux-gnu-g++ [libc6:arm64]=/lib/ld-linux-aarch64.so.1
+  [libstdc++6:arm64]='/usr/lib/aarch64-linux-gnu/libstdc++.so.6' [libgtest-dev:arm64]='/usr/lib/aarch64-linux-gnu/libgtest.a'
+  [libgmock-dev:arm64]='/usr/lib/aarch64-linux-gnu/libgmock.a' [libsensors-dev:arm64]='/usr/lib/aarch64-linux-gnu/libsensors.so'
+  [qt6-base-dev:arm64]='/usr/include/aarch64-linux-gnu/qt6/QtDBus/QDBusConnection'
+  [qt6-declarative-dev:arm64]='/usr/include/aarch64-linux-gnu/qt6/QtQuick/QQuickView'
+  [qt6-svg-dev:arm64]='/usr/include/aarch64-linux-gnu/qt6/QtSvg/QSvgRenderer'
+  [libgl-dev:arm64]=/usr/lib/aarch64-linux-gnu/libGL.so [libxcb1-dev:arm64]=/usr/lib/aarch64-linux-gnu/libxcb.so
+  [libxcb-shape0-dev:arm64]=/usr/lib/aarch64-linux-gnu/libxcb-shape.so
+  [libxcb-xinput-dev:arm64]=/usr/lib/aarch64-linux-gnu/libxcb-xinput.so
   [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
   [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
 )
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
 build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help2man $qt $xcb"
-console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish"
+console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish systemd"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
   sway waybar xwayland qt6-wayland i3lock"
 desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon plasma-desktop plasma-workspace kwin-x11
   x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
+arm64="libc6:arm64 libstdc++6:arm64 libgtest-dev:arm64 libgmock-dev:arm64 libsensors-dev:arm64 qt6-base-dev:arm64
+  qt6-declarative-dev:arm64 qt6-svg-dev:arm64 libgl-dev:arm64 libxcb1-dev:arm64 libxcb-shape0-dev:arm64 libxcb-xinput-dev:arm64"
 declare -A packages=(
   [run]="$build"
   [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang $clang_runtime qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
@@ -70,6 +82,9 @@ declare -A packages=(
   [fuzz]="$build clang $clang_runtime"
   [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap zsh git python3"
   [reliability]="bubblewrap strace"
+  [debootstrap]="debootstrap"
+  [arm64]="$build $arm64 locales libgtest-dev libgmock-dev file dpkg-dev crossbuild-essential-arm64 qemu-user-static"
+  [fleet]="$build python3 prometheus prometheus-node-exporter bubblewrap"
 )
 
 is_here() {

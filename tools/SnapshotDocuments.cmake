@@ -1,5 +1,5 @@
 # What the program says of its options, for shells and as a manual page, made by running it.
-if(CMAKE_CROSSCOMPILING)
+if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
   return()
 endif()
 

@@ -13,7 +13,10 @@ set(CPACK_PACKAGE_NAME kelvinbar)
 set(CPACK_PACKAGE_CONTACT "${KELVINBAR_MAINTAINER}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "${KELVINBAR_HOMEPAGE}")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
-set(CPACK_COMPONENTS_ALL kelvinbar kelvinbar-snapshot)
+set(CPACK_COMPONENTS_ALL kelvinbar-snapshot)
+if(Qt6_FOUND)
+  list(APPEND CPACK_COMPONENTS_ALL kelvinbar)
+endif()
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -50,6 +53,10 @@ text, to be pasted into a bug report or a spreadsheet, and replays such a
 text.
 .
 It needs no desktop. kelvinbar shows the same readings in the tray.")
+set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_PACKAGE_SUGGESTS "prometheus-node-exporter")
+set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_PACKAGE_CONTROL_EXTRA
+  "${CMAKE_CURRENT_LIST_DIR}/debian/postinst;${CMAKE_CURRENT_LIST_DIR}/debian/prerm;${CMAKE_CURRENT_LIST_DIR}/debian/postrm")
+set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 # The same for systems of RPM packages: `cpack -G RPM`.
 set(CPACK_RPM_COMPONENT_INSTALL ON)

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Run by scripts/check-packages.sh in a bare root, whose /root/packages has the packages of revision 1 and 2.
+# Run by scripts/check-packages.sh in a bare root, whose /root/packages has the packages of revision 1 and 2, and as
+# revision 0.1 the first that were made.
 set -euo pipefail
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
 cd /root/packages
+timer_link=/etc/systemd/system/timers.target.wants/kelvinbar-snapshot.timer
+metrics=/var/lib/prometheus/node-exporter/kelvinbar.prom
 preferences=/home/tester/.config/kelvinbar/kelvinbar.conf
 
 fail() {
@@ -35,13 +38,30 @@ check_revision() { # PACKAGE REVISION
   [[ $(dpkg-query --show --showformat '${Version}' "$1") == *-"$2" ]] || fail "$1 is not of revision $2"
 }
 
+check_the_timer_is_off() {
+  [[ -f /usr/lib/systemd/system/kelvinbar-snapshot.timer ]] || fail "there is no timer"
+  [[ ! -e $timer_link ]] || fail "the timer is on after the installation"
+}
+
+# What an administrator and the service leave. systemd does not run here.
+use_the_timer() {
+  mkdir -p "${timer_link%/*}" "${metrics%/*}"
+  ln -s /usr/lib/systemd/system/kelvinbar-snapshot.timer "$timer_link"
+  touch "$metrics"
+}
+
 console_program_alone() {
   remember_files
   install_packages ./1/kelvinbar-snapshot_*.deb
   ! dpkg-query --show 'libqt6*' 2>/dev/null | grep . >&2 || fail "the console program needs Qt"
   check_version kelvinbar-snapshot
   [[ $(kelvinbar-snapshot --demo linux-pc | wc -l) -gt 20 ]] || fail "the console program prints no readings"
+  check_the_timer_is_off
+  use_the_timer
+  quietly apt-get remove -y kelvinbar-snapshot
+  [[ ! -e $metrics ]] || fail "old readings stay for Prometheus"
   quietly apt-get purge -y kelvinbar-snapshot
+  rmdir --parents --ignore-fail-on-non-empty "${metrics%/*}" "${timer_link%/*}"
   check_nothing_is_left
 }
 
@@ -67,7 +87,10 @@ user_with_preferences() {
 both_packages() {
   install_what_the_program_needs
   remember_files
+  install_packages ./0.1/*.deb
+  check_revision kelvinbar 0.1
   install_packages ./1/*.deb
+  check_revision kelvinbar 1
   check_version kelvinbar
   check_version kelvinbar-demo
   check_version kelvinbar-snapshot
