@@ -72,11 +72,11 @@ bool isAddress(std::string_view folder) { return contains(folder, ":"); }
 
 /// Addresses come first. They are hexadecimal numbers of fixed width and compare as text; other folders are
 /// in natural order.
-bool isEarlierFolder(std::string_view left, std::string_view right) {
-    if (isAddress(left) != isAddress(right)) return isAddress(left);
-    if (isAddress(left)) return left < right;
-    if (comesBeforeNaturally(left, right)) return true;
-    return !comesBeforeNaturally(right, left) && left < right;
+bool isEarlierFolder(std::string_view mine, std::string_view other) {
+    if (isAddress(mine) != isAddress(other)) return isAddress(mine);
+    if (isAddress(mine)) return mine < other;
+    if (comesBeforeNaturally(mine, other)) return true;
+    return !comesBeforeNaturally(other, mine) && mine < other;
 }
 
 /// Compares folder by folder.
