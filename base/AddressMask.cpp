@@ -72,8 +72,8 @@ std::string AddressMask::standIn(std::string_view address) {
     const std::size_t number = numbers_.try_emplace(digitsOf(address), numbers_.size() + 1).first->second;
     std::string text(address);
     std::ranges::replace_if(text, isHexDigit, 'x');
-    std::string digits = std::to_string(number);
-    if (digits.size() < 2) digits.insert(0, "0"); // so that masked addresses keep their order
+    std::string digits(number < 10 ? 1 : 0, '0'); // so that masked addresses keep their order
+    digits += std::to_string(number);
     for (std::size_t place = text.size(); place > 0 && !digits.empty(); --place) {
         if (text[place - 1] != 'x') continue;
         text[place - 1] = digits.back();
