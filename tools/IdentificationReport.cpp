@@ -37,7 +37,7 @@ std::string withUnit(double number, std::string_view unit) {
 ResponseRow responseRow(const Response& response, const SMCReading& reading) {
     const double size = std::fabs(response.change);
     return {std::to_string(std::lround(100 * response.score)) + " %",
-            (response.change < 0 ? "-" : "+") + withUnit(size, reading.unit),
+            std::string(1, response.change < 0 ? '-' : '+').append(withUnit(size, reading.unit)),
             withUnit(response.rest, reading.unit), printableText(reading.name), printableText(response.key)};
 }
 

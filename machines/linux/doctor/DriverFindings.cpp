@@ -80,7 +80,7 @@ class Hardware {
     }
 
     [[nodiscard]] bool isVirtual() const {
-        return (" " + processorValue("flags") + " ").find(" hypervisor ") != std::string::npos;
+        return contains(std::string(1, ' ').append(processorValue("flags")).append(" "), " hypervisor ");
     }
 
     [[nodiscard]] bool isFromApple() const { return firmwareText("sys_vendor").starts_with("Apple"); }
