@@ -2,6 +2,7 @@
 
 #include "tests/desktop/EventLoop.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -59,7 +60,9 @@ QVariantMap BusPeer::properties() {
 }
 
 QList<QVariantList> BusPeer::received(const QString& signal) {
-    // Messages arrive in order, so all signals sent before the reply have been received with it.
+    // The program sends what it has posted; the bus may answer for it before that. Messages arrive in order,
+    // so all signals sent before the reply have been received with it.
+    QCoreApplication::sendPostedEvents();
     static_cast<void>(callInterface("org.freedesktop.DBus.Peer", "Ping", {}));
     QList<QVariantList> found;
     for (const QDBusMessage& message : std::as_const(messages_)) {
