@@ -26,33 +26,38 @@ std::string textOfLines(const ReadingPointers& readings, std::chrono::system_clo
     std::string text(snapshotTitle);
     text.append("\nGenerated: ").append(iso8601Text(time));
     text.append("\nActive keys: ").append(std::to_string(readings.size())).append("\n");
-    AddressMask mask;
     for (const SMCReading* const reading : readings) {
-        const SMCReading shown = maskedReading(*reading, mask);
-        text.append("\n").append(shown.key).append("\t").append(shown.type);
-        text.append("\t").append(shown.name).append("\t").append(shown.displayValue());
-        text.append("\tRAW=").append(shown.raw);
+        text.append("\n").append(reading->key).append("\t").append(reading->type);
+        text.append("\t").append(reading->name).append("\t").append(reading->displayValue());
+        text.append("\tRAW=").append(reading->raw);
     }
     return text;
 }
 
 } // namespace
 
-std::string snapshotText(const std::vector<SMCReading>& readings,
-                         std::chrono::system_clock::time_point time) {
-    return textOfLines(sortedByKey(readings), time);
-}
-
 void maskAddresses(std::vector<SMCReading>& readings) {
     AddressMask mask;
     for (SMCReading& reading : readings) reading = maskedReading(std::move(reading), mask);
 }
 
+std::string snapshotText(const std::vector<SMCReading>& readings,
+                         std::chrono::system_clock::time_point time) {
+    std::vector<SMCReading> masked;
+    masked.reserve(readings.size());
+    for (const SMCReading* const reading : sortedByKey(readings)) masked.push_back(*reading);
+    maskAddresses(masked);
+    return textOfLines(sortedByKey(masked),
+                       time); // again: a mask can stand at another place than its address
+}
+
 std::string snapshotTextInOrder(const std::vector<SMCReading>& readings,
                                 std::chrono::system_clock::time_point time) {
+    std::vector<SMCReading> masked = readings;
+    maskAddresses(masked);
     ReadingPointers pointers;
-    pointers.reserve(readings.size());
-    for (const SMCReading& reading : readings) pointers.push_back(&reading);
+    pointers.reserve(masked.size());
+    for (const SMCReading& reading : masked) pointers.push_back(&reading);
     return textOfLines(pointers, time);
 }
 

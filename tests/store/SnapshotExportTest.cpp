@@ -122,6 +122,14 @@ TEST(SnapshotText, HardwareAddressesAreMasked) {
         << text;
 }
 
+TEST(SnapshotText, LinesAreInTheOrderOfTheKeysThatAreShown) {
+    const std::string text =
+        snapshotText({kernelReading("aabbccddeeff/temp1", "chip", "First without a mask"),
+                      kernelReading("nvme-pci-0100/temp1", "nvme", "Drive")},
+                     time);
+    EXPECT_LT(text.find("\nnvme-pci-0100/temp1"), text.find("\nxxxxxxxxxx01/temp1")) << text;
+}
+
 TEST(SnapshotText, KeysOfAControllerAreNotTouched) {
     const auto reading = kernelReading("TC0P", "001122334455", "001122334455");
     EXPECT_TRUE(snapshotText({reading}, time)
