@@ -36,7 +36,9 @@ SnapshotPrinter::SnapshotPrinter(const SnapshotOptions& options, const Machine& 
     , machine_(machine)
     , taker_(taker)
     , selection_(options.selection)
-    , settings_(settingsFor(options)) {}
+    , settings_(settingsFor(options)) {
+    if (options.hasOwnCost) costMeter_.emplace();
+}
 
 int SnapshotPrinter::print() {
     Dictionary preferences;
@@ -79,7 +81,7 @@ std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
         if (const auto cost = costOfTrayProgram(longestWait)) return ownReadings(*cost, "tray program");
         asksTrayProgram_ = false;
     }
-    ProgramCost own = programCost(costMeter_.cost());
+    ProgramCost own = programCost(costMeter_.value().cost());
     own.accessesOfLastPass = snapshot.accesses;
     return ownReadings(own, "console program");
 }

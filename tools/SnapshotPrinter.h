@@ -37,7 +37,7 @@ class SnapshotPrinter {
     SnapshotTaker& taker_;
     ReadingSelection selection_; ///< that of the options, with the pins
     FormatSettings settings_;
-    CostMeter costMeter_;
+    std::optional<CostMeter> costMeter_; ///< if its own cost is printed
     bool asksTrayProgram_ = true;
     SilenceReport silence_;
 };
