@@ -91,6 +91,11 @@ class SnapshotCommandLine {
     CLI::Option* replay_ = nullptr;
     CLI::Option* demo_ = nullptr;
     CLI::Option* match_ = nullptr;
+    CLI::Option* pinned_ = nullptr;
+    CLI::Option* sort_ = nullptr;
+    CLI::Option* title_ = nullptr;
+    CLI::Option* summary_ = nullptr;
+    CLI::Option* diff_ = nullptr;
     CLI::Option* watch_ = nullptr;
     CLI::Option* self_ = nullptr;
     CLI::Option* identify_ = nullptr;
