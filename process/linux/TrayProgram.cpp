@@ -21,7 +21,7 @@ using Message = std::unique_ptr<sd_bus_message, decltype(SdBusLibrary::unrefMess
 
 /// What has come by now.
 struct Answer {
-    const SdBusLibrary& library; ///< to read it with
+    const SdBusLibrary& functions; ///< to read it with
     bool hasCome = false;
     std::optional<ProgramCost> cost;
 };
@@ -87,8 +87,8 @@ class CostReader {
 int noteAnswer(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
     auto& answer = *static_cast<Answer*>(data);
     answer.hasCome = true;
-    if (answer.library.isMethodError(message, nullptr) == 0) {
-        answer.cost = CostReader(answer.library, message).read();
+    if (answer.functions.isMethodError(message, nullptr) == 0) {
+        answer.cost = CostReader(answer.functions, message).read();
     }
     return 0;
 }
@@ -116,12 +116,12 @@ Message question(const SdBusLibrary& library, sd_bus* bus) {
 void waitFor(const Answer& answer, sd_bus* bus, std::chrono::microseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!answer.hasCome) {
-        const int progress = answer.library.process(bus, nullptr);
+        const int progress = answer.functions.process(bus, nullptr);
         const auto left =
             std::chrono::ceil<std::chrono::microseconds>(deadline - std::chrono::steady_clock::now());
         if (progress < 0 || left.count() <= 0) return;
         if (progress > 0) continue;
-        if (answer.library.wait(bus, static_cast<std::uint64_t>(left.count())) < 0) return;
+        if (answer.functions.wait(bus, static_cast<std::uint64_t>(left.count())) < 0) return;
     }
 }
 
@@ -130,7 +130,7 @@ void waitFor(const Answer& answer, sd_bus* bus, std::chrono::microseconds limit)
 std::optional<ProgramCost> costOfTrayProgram(std::chrono::microseconds limit) {
     const auto library = loadSdBusLibrary();
     if (!library) return std::nullopt;
-    Answer answer{.library = *library, .cost = {}};
+    Answer answer{.functions = *library, .cost = {}};
     const Bus bus = sessionBus(*library);
     if (bus == nullptr) return std::nullopt;
     const Message message = question(*library, bus.get());
