@@ -13,11 +13,6 @@ constexpr std::size_t fewestPairs = 6;
 
 bool isHexDigit(char character) { return hexDigitValue(character) >= 0; }
 
-bool isWordCharacter(char character) {
-    const char lower = asciiLowercased(character);
-    return isDecimalDigit(character) || (lower >= 'a' && lower <= 'z');
-}
-
 bool isSeparator(char character) { return character == ':' || character == '-' || character == '_'; }
 
 std::size_t digitsAtStart(std::string_view text) {
@@ -42,7 +37,9 @@ std::size_t addressLength(std::string_view text) {
 }
 
 /// Whether an address may follow `character`.
-bool mayPrecede(char character) { return !isWordCharacter(character) || asciiLowercased(character) == 'x'; }
+bool mayPrecede(char character) {
+    return !isAsciiAlphanumeric(character) || asciiLowercased(character) == 'x';
+}
 
 std::string digitsOf(std::string_view address) {
     std::string digits = asciiLowercased(address);

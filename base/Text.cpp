@@ -130,6 +130,10 @@ std::string asciiLowercased(std::string_view text) {
     return lower;
 }
 
+bool isDecimalDigits(std::string_view text) {
+    return !text.empty() && std::ranges::all_of(text, isDecimalDigit);
+}
+
 int hexDigitValue(char character) {
     if (isDecimalDigit(character)) return character - '0';
     if (character >= 'a' && character <= 'f') return character - 'a' + 10;

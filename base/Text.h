@@ -42,6 +42,15 @@ inline char asciiLowercased(char character) {
 /// '0' to '9' only. Unlike std::isdigit, defined for every char.
 inline bool isDecimalDigit(char character) { return character >= '0' && character <= '9'; }
 
+/// One decimal digit or more, and nothing else.
+bool isDecimalDigits(std::string_view text);
+
+/// 'A' to 'Z', 'a' to 'z' and '0' to '9' only.
+inline bool isAsciiAlphanumeric(char character) {
+    const char lower = asciiLowercased(character);
+    return isDecimalDigit(character) || (lower >= 'a' && lower <= 'z');
+}
+
 /// The value of a hexadecimal digit in upper or lower case; -1 for any other character.
 int hexDigitValue(char character);
 

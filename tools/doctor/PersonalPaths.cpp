@@ -27,9 +27,7 @@ bool endsHere(std::string_view text, std::size_t place) {
     if (place == text.size()) return true;
     const char next = text[place];
     const bool isAscii = static_cast<unsigned char>(next) < 0x80;
-    const char lower = asciiLowercased(next);
-    const bool isWord = isDecimalDigit(next) || (lower >= 'a' && lower <= 'z');
-    return isAscii && !isWord && next != '.' && next != '_' && next != '-';
+    return isAscii && !isAsciiAlphanumeric(next) && next != '.' && next != '_' && next != '-';
 }
 
 std::string withoutFolder(std::string_view text, const PersonalPath& path) {

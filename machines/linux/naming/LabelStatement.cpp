@@ -18,13 +18,9 @@ constexpr std::array<std::string_view, 4> numberedBuses{"-i2c-", "-spi-", "-hid-
 
 constexpr std::array<std::string_view, 5> otherBuses{"-isa-", "-pci-", "-virtual-", "-acpi-", "-mdio-"};
 
-bool isDigits(std::string_view text) {
-    return !text.empty() && std::ranges::all_of(text, [](char digit) { return isDecimalDigit(digit); });
-}
-
 bool isFeature(std::string_view text) {
     return std::ranges::any_of(featureTypes, [&](std::string_view type) {
-        return text.starts_with(type) && isDigits(text.substr(type.size()));
+        return text.starts_with(type) && isDecimalDigits(text.substr(type.size()));
     });
 }
 

@@ -29,14 +29,10 @@ bool hasLastingKey(const SensorChip& chip) {
     return chip.name == chip.stableName && std::ranges::none_of(countedBuses, isOn);
 }
 
-bool isNumber(std::string_view text) {
-    return !text.empty() && std::ranges::all_of(text, [](char digit) { return isDecimalDigit(digit); });
-}
-
 /// "i2c-7" and "host2" without the number; nothing for other folders.
 std::optional<std::string_view> withoutNumberAtEnd(std::string_view folder) {
     for (const std::string_view name : {"i2c-", "host"}) {
-        if (folder.starts_with(name) && isNumber(folder.substr(name.size()))) return name;
+        if (folder.starts_with(name) && isDecimalDigits(folder.substr(name.size()))) return name;
     }
     return std::nullopt;
 }
@@ -47,7 +43,7 @@ std::optional<std::string_view> withoutNumberOfBus(std::string_view folder) {
     std::string_view number = folder;
     if (folder.starts_with(target)) number.remove_prefix(target.size());
     const std::size_t end = number.find_first_of("-:");
-    if (end == std::string_view::npos || !isNumber(number.substr(0, end))) return std::nullopt;
+    if (end == std::string_view::npos || !isDecimalDigits(number.substr(0, end))) return std::nullopt;
     const std::string_view rest = number.substr(end);
     const bool isOnBus = fitsPattern(number.size() < folder.size() ? ":*:*" : "-0???|-a???|:*:*:*", rest);
     return isOnBus ? std::optional(rest) : std::nullopt;
