@@ -16,7 +16,7 @@ namespace kelvinbar {
 namespace {
 
 /// Native readings are the system's own facts.
-bool isAnswer(const SMCReading& reading) { return reading.raw != noAnswer && reading.type != "native"; }
+bool isAnswer(const SMCReading& reading) { return reading.raw != noAnswer && reading.type != nativeType; }
 
 std::vector<SMCReading> copiesByKey(const std::vector<SMCReading>& readings) {
     std::vector<SMCReading> sorted;

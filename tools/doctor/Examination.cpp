@@ -38,7 +38,7 @@ Finding readingsFinding(const KelvinbarStore& store) {
     const std::size_t count = readings.size();
     // Native readings are the system's own facts.
     const bool hasSensors =
-        std::ranges::any_of(readings, [](const SMCReading& reading) { return reading.type != "native"; });
+        std::ranges::any_of(readings, [](const SMCReading& reading) { return reading.type != nativeType; });
     return {.subject = "shown",
             .state = hasSensors ? FindingState::good : FindingState::problem,
             .found = std::to_string(count) + (count == 1 ? " reading; " : " readings; ") +
