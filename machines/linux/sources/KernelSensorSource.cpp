@@ -256,7 +256,7 @@ KernelSensorSource::configuredChannels(const std::vector<SensorChip>& chips) con
 }
 
 KernelSensorSource::Listing KernelSensorSource::currentListing(const KeySet& listedBefore,
-                                                               LeftOutChannels* leftOut) const {
+                                                               LeftOutChannels* leftOut) {
     const Listing earlier = listing();
     const std::vector<SensorChip> chips = sensorChips(root_, configuration_.get(), log_, leftOut);
     auto names = sensorNames(chips, leftOut);

@@ -97,7 +97,7 @@ class KernelSensorSource final : public SensorSource {
     void searchIfDue();
     void search(const KeySet& listedBefore, bool isUnlisted);
     /// What is there now. Adds what has no sensor to `leftOut`, which may be null.
-    [[nodiscard]] Listing currentListing(const KeySet& listedBefore, LeftOutChannels* leftOut) const;
+    [[nodiscard]] Listing currentListing(const KeySet& listedBefore, LeftOutChannels* leftOut);
     [[nodiscard]] std::vector<ConfiguredChannels>
     configuredChannels(const std::vector<SensorChip>& chips) const;
 
@@ -106,7 +106,7 @@ class KernelSensorSource final : public SensorSource {
     Log& log_;
 
     const std::shared_ptr<SensorConfiguration> configuration_; ///< may be null
-    mutable SensorFiles files_;
+    SensorFiles files_;
     mutable std::mutex mutex_; ///< guards `listing_`; not held while files are read
     Listing listing_;
 };
