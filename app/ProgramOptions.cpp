@@ -81,14 +81,13 @@ void note(ProgramOptions& options, std::string_view word) {
 
 bool isOption(const std::string& argument) { return argument.starts_with('-'); }
 
-int refused(const std::string& argument, const ProgramDescription& program) {
-    std::cerr << program.name + ": unknown argument \"" + argument + "\"\n" + usage(program);
-    return usageErrorExit;
-}
-
 int refusedFor(const std::string& complaint, const ProgramDescription& program) {
     std::cerr << program.name + ": " + complaint + "\n" + usage(program);
     return usageErrorExit;
+}
+
+int refused(const std::string& argument, const ProgramDescription& program) {
+    return refusedFor("unknown argument \"" + argument + "\"", program);
 }
 
 /// Empty if the options for the doctor fit together.

@@ -63,9 +63,11 @@ std::string watcherText(const TrayFacts& facts) {
 }
 
 /// Of the protocol StatusNotifierItem, which the program prefers.
+bool hasItemTray(const TrayFacts& facts) { return facts.watcherProcess && facts.hasHost; }
+
 Finding trayFinding(const TrayFacts& facts) {
     Finding finding{.subject = "tray", .found = {}};
-    if (facts.watcherProcess && facts.hasHost) {
+    if (hasItemTray(facts)) {
         finding.found = "StatusNotifierItem; " + watcherText(facts);
         return finding;
     }
@@ -82,8 +84,6 @@ Finding trayFinding(const TrayFacts& facts) {
     finding.advice = trayAdvice(facts.desktopNames);
     return finding;
 }
-
-bool hasItemTray(const TrayFacts& facts) { return facts.watcherProcess && facts.hasHost; }
 
 Finding labelFinding(const TrayFacts& facts) {
     const bool hasLabels = hasItemTray(facts) && showsLabels(*facts.watcherProcess, facts.desktopNames);

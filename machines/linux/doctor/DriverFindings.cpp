@@ -98,6 +98,10 @@ class Hardware {
         });
     }
 
+    [[nodiscard]] bool hasEnergyCounters() const {
+        return !folderEntries(root_ / "sys/class/powercap").empty();
+    }
+
     /// The folders of the graphics cards of a vendor ("0x10de").
     [[nodiscard]] std::vector<fs::path> graphicsCards(std::string_view vendor) const {
         const fs::path devices = root_ / "sys/bus/pci/devices";
@@ -183,13 +187,11 @@ std::optional<Finding> driveFinding(const Hardware& hardware) {
 }
 
 /// The counters of both vendors' processors have one driver.
-std::optional<Finding> energyFinding(const Hardware& hardware, const fs::path& root) {
+std::optional<Finding> energyFinding(const Hardware& hardware) {
     constexpr std::string_view module = "intel_rapl_msr";
     const std::string vendor = hardware.processorValue("vendor_id");
-    const bool hasCounters = vendor == "GenuineIntel" || vendor == "AuthenticAMD";
-    if (!hasCounters || !folderEntries(root / "sys/class/powercap").empty() || hardware.hasModule(module)) {
-        return std::nullopt;
-    }
+    const bool mayHaveCounters = vendor == "GenuineIntel" || vendor == "AuthenticAMD";
+    if (!mayHaveCounters || hardware.hasEnergyCounters() || hardware.hasModule(module)) return std::nullopt;
     Finding finding = notLoaded("energy counters", module, "Load it with " + loadCommand(module));
     finding.state = FindingState::note;
     return finding;
@@ -226,7 +228,7 @@ std::vector<Finding> driverFindings(const fs::path& root) {
         add(processorFinding(hardware));
         add(mainboardFinding(hardware));
         add(driveFinding(hardware));
-        add(energyFinding(hardware, root));
+        add(energyFinding(hardware));
     }
     // A host may hand a card on to a virtual machine.
     for (const fs::path& card : hardware.graphicsCards("0x10de")) add(nvidiaFinding(card));
