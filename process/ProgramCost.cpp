@@ -5,9 +5,9 @@
 
 namespace kelvinbar {
 
-ProgramCost programCost(const ProcessCost& cost) {
-    const std::chrono::duration<double, std::ratio<60>> time = cost.time;
-    const double minutes = std::max(time.count(), 1.0);
+ProgramCost programCost(const ProcessCost& cost, std::chrono::seconds shortestTime) {
+    using Minutes = std::chrono::duration<double, std::ratio<60>>;
+    const double minutes = std::max<Minutes>(cost.time, shortestTime).count();
     ProgramCost program{.measuredTime = cost.time.count(),
                         .cpuTimePerMinute = cost.cpuTime.count() / minutes,
                         .wakeUpsPerMinute = static_cast<double>(cost.wakeUps) / minutes,

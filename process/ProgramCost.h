@@ -2,6 +2,7 @@
 
 #include "process/CostMeter.h"
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -19,8 +20,8 @@ struct ProgramCost {
     friend bool operator==(const ProgramCost&, const ProgramCost&) = default;
 };
 
-/// The cost of a process, without its accesses. A process that has run for less than a minute counts as one
-/// that is started once a minute: a fraction of a second tells nothing about a minute.
-ProgramCost programCost(const ProcessCost& cost);
+/// The cost of a process, without its accesses. A process that has run for less than `shortestTime` counts as
+/// one that is started once in that time: a fraction of a second tells nothing about a minute.
+ProgramCost programCost(const ProcessCost& cost, std::chrono::seconds shortestTime = std::chrono::minutes(1));
 
 } // namespace kelvinbar

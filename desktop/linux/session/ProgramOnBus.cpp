@@ -1,5 +1,6 @@
 #include "desktop/linux/session/ProgramOnBus.h"
 
+#include "process/ProgramCost.h"
 #include "shell/Sampling.h"
 
 #include <Kelvinbar1Adaptor.h>
@@ -9,15 +10,20 @@ namespace kelvinbar {
 
 namespace {
 
-/// Adds what `measured` tells to `cost`.
-void addMeasured(QVariantMap& cost, const ProcessCost& measured) {
-    const double minutes = std::chrono::duration<double, std::ratio<60>>(measured.time).count();
-    cost.insert("MeasuredTime", measured.time.count());
-    cost.insert("CpuTimePerMinute", measured.cpuTime.count() / minutes);
-    cost.insert("WakeUpsPerMinute", static_cast<double>(measured.wakeUps) / minutes);
-    if (!measured.memory) return;
-    cost.insert("ResidentMemory", qulonglong{measured.memory->resident});
-    cost.insert("PrivateMemory", qulonglong{measured.memory->withoutShared});
+template <typename Number>
+void addKnown(QVariantMap& cost, const QString& name, const std::optional<Number>& number) {
+    if (number) cost.insert(name, QVariant::fromValue(*number));
+}
+
+/// What `measured` tells, as the bus interface names it.
+QVariantMap namedCost(const ProgramCost& measured) {
+    QVariantMap cost;
+    addKnown(cost, "MeasuredTime", measured.measuredTime);
+    addKnown(cost, "CpuTimePerMinute", measured.cpuTimePerMinute);
+    addKnown(cost, "WakeUpsPerMinute", measured.wakeUpsPerMinute);
+    addKnown<qulonglong>(cost, "ResidentMemory", measured.residentMemory);
+    addKnown<qulonglong>(cost, "PrivateMemory", measured.privateMemory);
+    return cost;
 }
 
 } // namespace
@@ -55,8 +61,7 @@ qulonglong ProgramOnBus::lastUpdated() const {
 }
 
 QVariantMap ProgramOnBus::cost() const {
-    QVariantMap cost;
-    addMeasured(cost, costMeter_.cost());
+    QVariantMap cost = namedCost(programCost(costMeter_.cost(), std::chrono::seconds(0)));
     if (const auto accesses = store_.accessesOfLastPass())
         cost.insert("AccessesOfLastPass", static_cast<uint>(*accesses));
     return cost;
