@@ -12,7 +12,6 @@
 #include <cmath>
 #include <iterator>
 #include <string_view>
-#include <tuple>
 #include <vector>
 
 namespace kelvinbar {
@@ -43,12 +42,7 @@ ResponseRow responseRow(const Response& response, const SMCReading& reading) {
 
 std::string columnsText(const std::vector<ResponseRow>& rows) {
     constexpr std::size_t numberColumns = 3;
-    std::array<std::size_t, std::tuple_size_v<ResponseRow>> widths{};
-    for (const ResponseRow& row : rows) {
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            widths.at(column) = std::max(widths.at(column), characterCount(row.at(column)));
-        }
-    }
+    const auto widths = columnWidths(rows);
     std::string text;
     for (const ResponseRow& row : rows) {
         for (std::size_t column = 0; column + 1 < row.size(); ++column) {

@@ -1,8 +1,13 @@
 #pragma once
 
+#include "base/Text.h"
+
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Texts and numbers as the formats print them. Pure functions; any thread.
 namespace kelvinbar {
@@ -20,5 +25,17 @@ std::string padded(std::string_view text, std::size_t width);
 
 /// `text` preceded by spaces up to `width` characters.
 std::string rightAligned(std::string_view text, std::size_t width);
+
+/// The number of characters of the longest field in each column.
+template <std::size_t columns>
+std::array<std::size_t, columns> columnWidths(const std::vector<std::array<std::string, columns>>& rows) {
+    std::array<std::size_t, columns> widths{};
+    for (const auto& row : rows) {
+        for (std::size_t column = 0; column < columns; ++column) {
+            widths.at(column) = std::max(widths.at(column), characterCount(row.at(column)));
+        }
+    }
+    return widths;
+}
 
 } // namespace kelvinbar

@@ -92,15 +92,22 @@ double correlationOf(const Numbers& left, const Numbers& right) {
     return product > 0 ? common / product : 0;
 }
 
-/// The correlation with the load that is the strongest in the direction of `change`.
-double correlationWithLoad(const std::vector<LoadPhase>& phases, const ReadingSeries& series, double change) {
+/// The load as fast and slow bodies show it; empty without a load.
+std::vector<Numbers> smoothedLoads(const std::vector<LoadPhase>& phases) {
+    std::vector<Numbers> loads;
+    if (std::ranges::find(phases, LoadPhase::load) == phases.end()) return loads;
+    for (const double followingTime : followingTimes) loads.push_back(smoothedLoad(phases, followingTime));
+    return loads;
+}
+
+/// The correlation with one of the loads that is the strongest in the direction of `change`.
+double correlationWithLoad(const std::vector<Numbers>& loads, const ReadingSeries& series, double change) {
     const double direction = change < 0 ? -1 : 1;
     double best = -1;
-    for (const double followingTime : followingTimes) {
-        const Numbers load = smoothedLoad(phases, followingTime);
+    for (const Numbers& load : loads) {
         Numbers loadThen;
         Numbers values;
-        for (std::size_t index = 0; index < phases.size(); ++index) {
+        for (std::size_t index = 0; index < load.size(); ++index) {
             if (!series.values[index]) continue;
             loadThen.push_back(load[index]);
             values.push_back(*series.values[index]);
@@ -141,16 +148,15 @@ double noiseOf(const SeriesValues& values) {
 }
 
 /// No value if the reading did not change or was read too rarely.
-std::optional<Response> responseOf(const std::vector<LoadPhase>& phases, const ReadingSeries& series) {
+std::optional<Response> responseOf(const std::vector<LoadPhase>& phases, const std::vector<Numbers>& loads,
+                                   const ReadingSeries& series) {
     const SeriesValues values = valuesOf(phases, series);
     if (values.atRest.size() < 2 || values.later.size() < meanWindow) return std::nullopt;
     Response response{.key = series.key, .rest = meanOf(values.atRest), .correlation = {}};
     response.change = largestChange(values.later, response.rest);
     if (response.change == 0) return std::nullopt;
     response.noise = noiseOf(values);
-    if (std::ranges::find(phases, LoadPhase::load) != phases.end()) {
-        response.correlation = correlationWithLoad(phases, series, response.change);
-    }
+    if (!loads.empty()) response.correlation = correlationWithLoad(loads, series, response.change);
     response.score = scoreOf(response);
     return response;
 }
@@ -163,9 +169,12 @@ bool isLikelier(const Response& left, const Response& right) {
 } // namespace
 
 std::vector<Response> rankedResponses(const ResponseRecording& recording) {
+    const std::vector<Numbers> loads = smoothedLoads(recording.phases);
     std::vector<Response> responses;
     for (const ReadingSeries& series : recording.series) {
-        if (auto response = responseOf(recording.phases, series)) responses.push_back(*std::move(response));
+        if (auto response = responseOf(recording.phases, loads, series)) {
+            responses.push_back(*std::move(response));
+        }
     }
     std::ranges::sort(responses, isLikelier);
     return responses;

@@ -114,13 +114,10 @@ SnapshotDiff diffOf(const std::vector<SMCReading>& before, const std::vector<SMC
 
 std::string diffText(const SnapshotDiff& diff) {
     std::vector<DiffRow> rows = diffRows(diff);
-    std::array<std::size_t, 3> widths{};
     for (DiffRow& row : rows) {
         for (std::string& field : row) field = printableText(field);
-        for (std::size_t column = 0; column < widths.size(); ++column) {
-            widths.at(column) = std::max(widths.at(column), characterCount(row.at(column)));
-        }
     }
+    const auto widths = columnWidths(rows);
     std::string text;
     for (const DiffRow& row : rows) {
         text.append(row[0]).append(" ").append(padded(row[1], widths[1])).append("  ");
