@@ -83,6 +83,16 @@ def program(request: pytest.FixtureRequest, desktop: Desktop, host: Host) -> Ite
 
 
 @pytest.fixture
+def own_program(request: pytest.FixtureRequest, desktop: Desktop, host: Host) -> Iterator[Program]:
+    """kelvinbar, which reads this machine. Not started yet."""
+    file = request.config.getoption("program").with_name("kelvinbar")
+    program = Program(file, desktop, host.environment, arguments=())
+    yield program
+    if program.runs:
+        program.finish()
+
+
+@pytest.fixture
 def panel(host: Host) -> Panel:
     return Panel(host.windows(), host.scale, host.shadow)
 

@@ -32,3 +32,11 @@ def test_killing_the_program_leaves_the_preferences(program: Program) -> None:
     program.kill()
     assert program.preferences() == before
     program.start()
+
+
+def test_the_doctor_finds_no_tray_and_says_what_to_do(own_program: Program) -> None:
+    own_program.start()
+    diagnosis = own_program.diagnosis("Tray")
+    assert diagnosis["tray"]["state"] == "problem"
+    assert "tray" in diagnosis["tray"]["advice"]
+    assert diagnosis["status item"]["found"] == "cannot be seen: the program runs, and no tray shows it"

@@ -63,6 +63,13 @@ def test_a_right_press_opens_the_menu_and_its_first_entry_the_panel(
     panel.wait_open("the panel by the menu")
 
 
+def test_the_doctor_finds_the_tray(own_program: Program) -> None:
+    own_program.start()
+    diagnosis = own_program.diagnosis("Tray")
+    assert diagnosis["tray"]["found"].startswith("XEmbed; ")
+    assert diagnosis["status item"]["state"] == "note"
+
+
 def test_the_icon_moves_to_a_newer_kind_of_tray_that_appears(desktop: Desktop, host: Trayer, program: Program) -> None:
     with XfcePanel(desktop, has_window_manager=True):
         program.wait_for_tray()

@@ -242,6 +242,14 @@ class ItemContract(TrayTests):
         self.wait_readings()
         self.open_panel()
 
+    def test_the_doctor_finds_the_item_in_the_tray(self, own_program: Program) -> None:
+        own_program.start()
+        own_program.wait_for_tray()
+        diagnosis = own_program.diagnosis("Tray")
+        assert [finding for finding in diagnosis.values() if finding["state"] == "problem"] == []
+        assert diagnosis["tray"]["found"].startswith("StatusNotifierItem; ")
+        assert diagnosis["status item"]["found"].startswith("in the tray")
+
     def test_the_item_leaves_the_tray_with_the_program(self) -> None:
         self.tray.wait_item()
         self.program.finish()

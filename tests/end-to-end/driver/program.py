@@ -1,6 +1,8 @@
 """The program under test, and its panel."""
 
+import json
 import signal
+from collections.abc import Sequence
 from pathlib import Path
 
 from driver.bus import Item
@@ -17,13 +19,20 @@ START_SECONDS = 10
 REGISTRATION_SECONDS = 10
 HAND_OVER_SECONDS = 10
 QUIT_SECONDS = 10
+DOCTOR_SECONDS = 20
 
 
 class Program:
-    """kelvinbar-demo on a desktop. `environment` is what a session adds for its programs."""
+    """kelvinbar-demo on a desktop, or kelvinbar. `environment` is what a session adds for its programs."""
 
-    def __init__(self, file: Path, desktop: Desktop, environment: Additions | None = None) -> None:
-        self.command = [str(file), MACHINE]
+    def __init__(
+        self,
+        file: Path,
+        desktop: Desktop,
+        environment: Additions | None = None,
+        arguments: Sequence[str] = (MACHINE,),
+    ) -> None:
+        self.command = [str(file), *arguments]
         self._desktop = desktop
         self._environment = environment or {}
         self._process: Process | None = None
@@ -58,6 +67,13 @@ class Program:
     def start_again_at_once(self, times: int) -> None:
         starts = [self._desktop.start("second-start", self.command, self._environment) for _ in range(times)]
         assert [start.status(HAND_OVER_SECONDS) for start in starts] == [0] * times
+
+    def diagnosis(self, section: str) -> dict[str, dict[str, str]]:
+        """What the doctor finds, by subject. Only kelvinbar has a doctor."""
+        command = [*self.command, "--doctor", "--format", "json"]
+        doctor = self._desktop.run(command, self._environment, DOCTOR_SECONDS)
+        sections = {each["title"]: each["findings"] for each in json.loads(doctor.stdout)["sections"]}
+        return {finding["subject"]: finding for finding in sections[section]}
 
     def item(self) -> Item:
         item = self._desktop.bus.exported_item_of(self.pid)
