@@ -35,6 +35,8 @@ window-scaling-factor=%d
 class MatePanel(Host):
     """The parts of the desktop, without session management."""
 
+    settle_seconds = 3  # the tray is there before the bar is drawn
+
     def __init__(self, desktop: Desktop, scale: int = 1) -> None:
         super().__init__(desktop)
         self.scale = scale
