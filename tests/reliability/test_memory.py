@@ -1,26 +1,15 @@
 """Allocations that fail: in a pass of the program, and in the console program."""
 
-import json
 import os
 import subprocess
 from collections.abc import Callable
 from pathlib import Path
 
 import pytest
+from attack import run_attack
 from conftest import Record
 
 QUICK = "ControllerWithoutMemory.*:*/nvme_alone"
-
-
-def failures(attack: Path, filter: str, folder: Path) -> tuple[int, bool]:
-    """Runs the attack; returns how many allocations have failed, and whether each came to what it should."""
-    report = folder / f"{attack.parents[2].name}.json"
-    words = [attack, f"--gtest_filter={filter}", f"--gtest_output=json:{report}"]
-    run = subprocess.run(words, capture_output=True, text=True)
-    print(run.stdout[-3000:], run.stderr[-3000:])
-    suites = json.loads(report.read_text())["testsuites"] if report.exists() else []
-    tests = [test for suite in suites for test in suite["testsuite"]]
-    return sum(int(test.get("failures_tried", 0)) for test in tests), run.returncode == 0 and bool(tests)
 
 
 @pytest.mark.parametrize("kind", ["plain", "sanitized"])
@@ -34,9 +23,9 @@ def test_pass(
 ) -> None:
     """A pass has its whole result or none; readings, pins and hidden keys stay."""
     attack = (attack_file if kind == "plain" else sanitized_attack_file)("kelvinbar_memory_attack")
-    count, held = failures(attack, QUICK if scale == "quick" else "*", tmp_path)
+    outcome = run_attack(attack, QUICK if scale == "quick" else "*", "failures_tried", tmp_path)
     machines = "a recorded machine and a controller" if scale == "quick" else "all recorded machines"
-    record(f"allocation failure at every N of a pass ({kind})", f"{count} failures, {machines}", held and count > 0)
+    record(f"allocation failure at every N of a pass ({kind})", f"{outcome.tried} failures, {machines}", outcome.held)
 
 
 def test_console(scale: str, snapshot: Path, attack_file: Callable[[str], Path], record: Record) -> None:
