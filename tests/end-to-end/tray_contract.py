@@ -9,7 +9,7 @@ from driver.assistive import Assistive
 from driver.desktop import Desktop
 from driver.geometry import Point, Rect
 from driver.hosts.host import Host
-from driver.picture import contrast, wait_steady
+from driver.picture import background_of, contrast, ink_of, is_about, text_color_of, wait_steady
 from driver.program import Panel, Program
 from driver.surroundings import Neighbour, PlainWindow
 from driver.tray_view import TrayView
@@ -79,6 +79,13 @@ class TrayTests:
         frame = self.panel.frame()
         return Point(frame.x + place.x, frame.y + place.y)
 
+    def legibility(self, box: Rect) -> float:
+        """The contrast of the reading with the bar, as both are on the screen."""
+        colors = self.tray.colors(box)
+        ink = text_color_of(colors) if self.host.shows_labels else ink_of(self.program.item().icon())
+        assert any(is_about(color, ink) for color in colors), f"no ink of colour {ink} in the tray"
+        return contrast(ink, background_of(colors))
+
     def pin_another_reading(self) -> None:
         self.open_panel()
         self.assistive.wait_shown("Core 2", "the row", limit=10)
@@ -94,7 +101,7 @@ class LookContract(TrayTests):
         self.desktop.keep_picture("tray")
         assert self.host.bar.contains(box)
         assert min(box.size) >= SMALLEST_ITEM * self.host.scale
-        assert contrast(self.tray.item_colors(box)) >= LEGIBLE_CONTRAST
+        assert self.legibility(box) >= LEGIBLE_CONTRAST
 
 
 class PlaceContract(TrayTests):
@@ -181,6 +188,15 @@ class ItemContract(TrayTests):
         self.wait_readings()
         before = self.program.label()
         wait_until(5, "another label", lambda: self.program.label() != before)
+
+    def test_a_reading_is_drawn_into_the_icon_unless_it_is_beside_it(self) -> None:
+        self.wait_readings()
+        label, icon = self.program.label(), self.program.item().icon()
+        if self.host.shows_labels:
+            wait_until(5, "another label", lambda: self.program.label() != label)
+            assert self.program.item().icon() == icon
+        else:
+            wait_until(10, "another icon", lambda: self.program.item().icon() != icon)
 
     def test_a_changed_reading_does_not_move_its_neighbours(self) -> None:
         """One neighbour is older than the item and sorted before it, the other one is younger and sorted after it."""

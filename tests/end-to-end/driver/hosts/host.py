@@ -27,6 +27,7 @@ class Host:
     scale = 1
     shadow = 0  # how far the panel's may reach; none without a compositor
     places_its_programs = False
+    shows_labels = False  # beside the icon; elsewhere a reading is drawn into the icon
     menu_button = 3
     menu_entry_offset = 14  # from the top of the menu to its first entry
 

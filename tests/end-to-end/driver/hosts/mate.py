@@ -27,6 +27,8 @@ default-session=['mate-settings-daemon']
 [org/mate/desktop/session/required-components]
 windowmanager='marco'
 panel='mate-panel'
+[org/mate/desktop/font-rendering]
+antialiasing='grayscale'
 [org/mate/desktop/interface]
 window-scaling-factor=%d
 """
@@ -35,6 +37,7 @@ window-scaling-factor=%d
 class MatePanel(Host):
     """The parts of the desktop, without session management."""
 
+    shows_labels = True
     settle_seconds = 3  # the tray is there before the bar is drawn
 
     def __init__(self, desktop: Desktop, scale: int = 1) -> None:
