@@ -29,7 +29,7 @@ class TrayView:
         wait_until(EMPTY_SECONDS, "a tray without the item", lambda: self.item_box() is None)
 
     def colors(self, box: Rect) -> Counter[Pixel]:
-        """Of the item without an icon beside a label, and of the bar above and below it."""
+        """Of the item, of a label's right half, where no icon is, and of the bar above and below it."""
         bar = self._host.bar
-        icon_width = box.height if self._host.shows_labels else 0
+        icon_width = box.width // 2 if self._host.shows_labels else 0
         return self._screen.picture(bar).colors(Rect(box.x + icon_width, bar.y, box.width - icon_width, bar.height))

@@ -3,6 +3,7 @@
 from driver.desktop import Desktop
 from driver.geometry import Rect
 from driver.hosts.host import BAR_HEIGHT, Host, has_window_manager
+from driver.surroundings import Neighbour
 from driver.waiting import wait_until
 
 SETTINGS = f"""[org/mate/panel/general]
@@ -33,12 +34,14 @@ antialiasing='grayscale'
 window-scaling-factor=%d
 """
 
+SETTINGS_DAEMON = "org.mate.SettingsDaemon"
+MAGENTA = (255, 0, 255)
+
 
 class MatePanel(Host):
     """The parts of the desktop, without session management."""
 
     shows_labels = True
-    settle_seconds = 3  # the tray is there before the bar is drawn
 
     def __init__(self, desktop: Desktop, scale: int = 1) -> None:
         super().__init__(desktop)
@@ -55,12 +58,19 @@ class MatePanel(Host):
         self._write_settings(SETTINGS % self.scale)
         self._start_session()
         super().start()
+        self._show_handle()
 
     def start_bar(self) -> None:
         self._launch("mate-panel", ["mate-panel"])
 
+    def _show_handle(self) -> None:
+        """The notification area's comes in some starts with the bar, in others with the first item, and stays."""
+        with Neighbour(self, "first-item", MAGENTA):
+            pass
+
     def _start_session(self) -> None:
         self._launch("mate-settings-daemon", ["mate-settings-daemon"])
+        wait_until(10, "the settings daemon", lambda: self.desktop.bus.has(SETTINGS_DAEMON))
         self._launch("marco", ["marco", "--no-composite"])
         wait_until(5, "the window manager", lambda: has_window_manager(self.desktop))
 
