@@ -6,7 +6,15 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.mate import MateSession
-from tray_contract import BarContract, BareDesktopContract, LookContract, PanelContract, PlaceContract
+from tray_contract import (
+    BarContract,
+    BareDesktopContract,
+    ItemContract,
+    LabelContract,
+    LookContract,
+    PanelContract,
+    PlaceContract,
+)
 
 
 @pytest.fixture(scope="module")
@@ -15,5 +23,7 @@ def host(desktop: Desktop) -> Iterator[MateSession]:
         yield host
 
 
-class TestMateSession(LookContract, PlaceContract, PanelContract, BareDesktopContract, BarContract):
+class TestMateSession(
+    LookContract, PlaceContract, PanelContract, BareDesktopContract, BarContract, LabelContract, ItemContract
+):
     pass

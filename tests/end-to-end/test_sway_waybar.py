@@ -9,7 +9,14 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.waybar import Waybar
-from tray_contract import BareDesktopContract, FloatingContract, ItemContract, LookContract, PanelContract
+from tray_contract import (
+    BareDesktopContract,
+    EarlierItemContract,
+    FloatingContract,
+    ItemContract,
+    LookContract,
+    PanelContract,
+)
 
 
 @pytest.fixture(scope="module")
@@ -23,5 +30,7 @@ def host(desktop: Desktop) -> Iterator[Waybar]:
         yield host
 
 
-class TestSwayWaybar(LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract):
+class TestSwayWaybar(
+    LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract, EarlierItemContract
+):
     pass

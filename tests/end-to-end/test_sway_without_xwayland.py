@@ -9,7 +9,14 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.waybar import Waybar
-from tray_contract import BareDesktopContract, FloatingContract, ItemContract, LookContract, PanelContract
+from tray_contract import (
+    BareDesktopContract,
+    EarlierItemContract,
+    FloatingContract,
+    ItemContract,
+    LookContract,
+    PanelContract,
+)
 
 
 @pytest.fixture(scope="module")
@@ -23,5 +30,15 @@ def host(desktop: Desktop) -> Iterator[Waybar]:
         yield host
 
 
-class TestSwayWithoutXwayland(LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract):
-    pass
+class TestSwayWithoutXwayland(
+    LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract, EarlierItemContract
+):
+    def test_opening_closing_and_opening_again_prints_nothing(self) -> None:
+        before = self.program.printed()
+        self.open_panel()
+        self.panel.wait_focus()
+        self.screen.type_key("Escape")
+        self.panel.wait_closed("closing by Escape")
+        self.open_panel()
+        self.panel.wait_focus()
+        assert self.program.printed() == before

@@ -110,6 +110,12 @@ class Host:
         """Writes what programs read through GSettings."""
         self.desktop.write(self.desktop.configuration / "glib-2.0/settings/keyfile", text)
 
+    def _set_font_resolution(self) -> None:
+        """Tells programs the scale, as settings daemons do."""
+        file = self.desktop.home / "resources"
+        self.desktop.write(file, f"Xft.dpi: {96 * self.scale}\n")
+        self.desktop.run(["xrdb", "-nocpp", "-merge", str(file)])
+
     def _launch_window_manager(self) -> None:
         """Xfce's, for desktops that are only a bar, or not even that."""
         self._launch("window-manager", ["xfwm4", "--compositor=off"])

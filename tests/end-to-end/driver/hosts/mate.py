@@ -1,5 +1,12 @@
 """MATE: its window manager, settings and panel, with only a notification area, at the right end of the top bar."""
 
+import os
+import re
+import signal
+
+from gi.repository import GLib
+
+from driver.bus import WATCHER
 from driver.desktop import Desktop
 from driver.geometry import Rect
 from driver.hosts.host import BAR_HEIGHT, Host, has_window_manager
@@ -23,6 +30,7 @@ locked=true
 [org/mate/marco/general]
 compositing-manager=false
 [org/mate/desktop/session]
+auto-save-session=true
 required-components-list=['windowmanager', 'panel']
 default-session=['mate-settings-daemon']
 [org/mate/desktop/session/required-components]
@@ -35,6 +43,8 @@ window-scaling-factor=%d
 """
 
 SETTINGS_DAEMON = "org.mate.SettingsDaemon"
+SESSION = "org.gnome.SessionManager"
+LOG_OUT_SECONDS = 30
 MAGENTA = (255, 0, 255)
 
 
@@ -76,7 +86,7 @@ class MatePanel(Host):
 
 
 class MateSession(MatePanel):
-    """With session management, which starts the parts."""
+    """With session management, which starts the parts, and the bar again whenever it ends."""
 
     tray_seconds = 20
 
@@ -86,3 +96,25 @@ class MateSession(MatePanel):
 
     def start_bar(self) -> None:
         """The session has started it."""
+
+    def stop_bar(self) -> None:
+        self._end_bar(signal.SIGTERM)
+
+    def kill_bar(self) -> None:
+        self._end_bar(signal.SIGKILL)
+
+    def log_out(self) -> None:
+        """Saves the session and ends it. `start` logs in again."""
+        without_question = GLib.Variant("(u)", (1,))
+        self.desktop.bus.call(SESSION, "/" + SESSION.replace(".", "/"), SESSION, "Logout", without_question)
+        self._processes.pop().status(LOG_OUT_SECONDS)
+
+    def saved_programs(self) -> list[str]:
+        """The commands that the session starts when it is restored."""
+        entries = self.desktop.configuration.glob("mate-session/saved-session/*.desktop")
+        return [command for entry in entries for command in re.findall("^Exec=(.*)$", entry.read_text(), re.MULTILINE)]
+
+    def _end_bar(self, number: signal.Signals) -> None:
+        bar = self.desktop.bus.process_of(WATCHER)
+        os.kill(bar, number)
+        wait_until(10, "the tray's end", lambda: self.desktop.bus.process_of(WATCHER) != bar)
