@@ -9,7 +9,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.gnome import GnomeWayland
-from tray_contract import EarlierItemContract, ItemContract, LookContract, PanelContract, PlaceContract
+from tray_contract import ItemContract, LookContract, PanelContract, PlaceContract
 
 
 @pytest.fixture(scope="module")
@@ -24,5 +24,5 @@ def host(desktop: Desktop) -> Iterator[GnomeWayland]:
         yield host
 
 
-class TestGnomeWayland(LookContract, PlaceContract, PanelContract, ItemContract, EarlierItemContract):
+class TestGnomeWayland(LookContract, PlaceContract, PanelContract, ItemContract):
     pass

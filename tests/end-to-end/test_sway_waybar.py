@@ -9,14 +9,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.waybar import Waybar
-from tray_contract import (
-    BareDesktopContract,
-    EarlierItemContract,
-    FloatingContract,
-    ItemContract,
-    LookContract,
-    PanelContract,
-)
+from tray_contract import BareDesktopContract, FloatingContract, ItemContract, LookContract, PanelContract
 
 
 @pytest.fixture(scope="module")
@@ -30,7 +23,5 @@ def host(desktop: Desktop) -> Iterator[Waybar]:
         yield host
 
 
-class TestSwayWaybar(
-    LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract, EarlierItemContract
-):
+class TestSwayWaybar(LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract):
     pass

@@ -9,14 +9,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.waybar import Waybar
-from tray_contract import (
-    BareDesktopContract,
-    EarlierItemContract,
-    FloatingContract,
-    ItemContract,
-    LookContract,
-    PanelContract,
-)
+from tray_contract import BareDesktopContract, FloatingContract, ItemContract, LookContract, PanelContract
 
 
 @pytest.fixture(scope="module")
@@ -30,9 +23,7 @@ def host(desktop: Desktop) -> Iterator[Waybar]:
         yield host
 
 
-class TestSwayWithoutXwayland(
-    LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract, EarlierItemContract
-):
+class TestSwayWithoutXwayland(LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract):
     def test_opening_closing_and_opening_again_prints_nothing(self) -> None:
         before = self.program.printed()
         self.open_panel()

@@ -206,19 +206,6 @@ class LabelContract(TrayTests):
         self.desktop.keep_picture("two-pins")
 
 
-class EarlierItemContract(TrayTests):
-    """For sessions that do not start their bar again by themselves."""
-
-    def test_an_item_older_than_the_tray_is_in_it(self) -> None:
-        self.program.finish()
-        self.host.stop_bar()
-        self.program.start()
-        self.host.start_bar()
-        self.host.wait_for_tray()
-        self.program.wait_for_tray()
-        self.tray.wait_item()
-
-
 class ItemContract(MenuContract):
     """The item as long as it lives."""
 
@@ -258,6 +245,15 @@ class ItemContract(MenuContract):
         wait_until(3, "another entry", lambda: len(self.program.item().menu()) > len(before))
         assert commands_of(self.program.item().menu()) == commands_of(before)
 
+    def test_an_item_older_than_the_tray_is_in_it(self) -> None:
+        self.program.finish()
+        self.host.stop_bar()
+        self.program.start()
+        self.host.start_bar()
+        self.host.wait_for_tray()
+        self.program.wait_for_tray()
+        self.tray.wait_item()
+
     def test_the_item_is_there_after_five_restarts_of_the_host(self) -> None:
         """Which ends normally and by a crash in turn."""
         for restart in range(5):
@@ -286,9 +282,7 @@ class ItemContract(MenuContract):
         self.tray.wait_empty()
 
 
-class TrayContract(
-    LookContract, PlaceContract, PanelContract, BareDesktopContract, BarContract, ItemContract, EarlierItemContract
-):
+class TrayContract(LookContract, PlaceContract, PanelContract, BareDesktopContract, BarContract, ItemContract):
     """All of it."""
 
 

@@ -6,7 +6,6 @@ import signal
 
 from gi.repository import GLib
 
-from driver.bus import WATCHER
 from driver.desktop import Desktop
 from driver.geometry import Rect
 from driver.hosts.host import BAR_HEIGHT, Host, has_window_manager
@@ -44,6 +43,7 @@ window-scaling-factor=%d
 
 SETTINGS_DAEMON = "org.mate.SettingsDaemon"
 SESSION = "org.gnome.SessionManager"
+BAR = "org.mate.Panel"
 LOG_OUT_SECONDS = 30
 MAGENTA = (255, 0, 255)
 
@@ -86,16 +86,19 @@ class MatePanel(Host):
 
 
 class MateSession(MatePanel):
-    """With session management, which starts the parts, and the bar again whenever it ends."""
+    """With session management, which starts the parts."""
 
     tray_seconds = 20
+    _has_ended_bar = False
 
     def _start_session(self) -> None:
         self._launch("mate-session", ["mate-session"])
         wait_until(10, "the window manager", lambda: has_window_manager(self.desktop))
 
     def start_bar(self) -> None:
-        """The session has started it."""
+        """The session has started it; it does not start another, because the bar never registers with it here."""
+        if self._has_ended_bar:
+            super().start_bar()
 
     def stop_bar(self) -> None:
         self._end_bar(signal.SIGTERM)
@@ -115,6 +118,6 @@ class MateSession(MatePanel):
         return [command for entry in entries for command in re.findall("^Exec=(.*)$", entry.read_text(), re.MULTILINE)]
 
     def _end_bar(self, number: signal.Signals) -> None:
-        bar = self.desktop.bus.process_of(WATCHER)
-        os.kill(bar, number)
-        wait_until(10, "the tray's end", lambda: self.desktop.bus.process_of(WATCHER) != bar)
+        self._has_ended_bar = True
+        os.kill(self.desktop.bus.process_of(BAR), number)
+        wait_until(10, "the tray's end", lambda: not self.has_tray())
