@@ -178,8 +178,7 @@ class LinuxDesktop final : public Desktop {
                              .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
             .makeXEmbedIcon = makeXEmbedTrayIcon,
             .desktopEntries = [this] { return cornerEntries(); },
-            .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
-            .hasTrayChanged = [this](bool hasTray) { hasTray_ = hasTray; }};
+            .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); }};
     }
 
     /// The item follows the session bus itself.
@@ -222,13 +221,14 @@ class LinuxDesktop final : public Desktop {
 
     std::unique_ptr<NoTrayNotice> makeTrayNotice() {
         const auto wait = start_.isAtLogin ? NoTrayNotice::patienceAtLogin : NoTrayNotice::patience;
-        return std::make_unique<NoTrayNotice>(TraySituation{.command = autostart_.programWord(),
-                                                            .isAtLogin = start_.isAtLogin,
-                                                            .isFirstStart = isFirstStart_,
-                                                            .hasBus = bus_.isConnected(),
-                                                            .hasTray = [this] { return hasTray_; },
-                                                            .openPanel = [this] { openPanel(); }},
-                                              wait, log_);
+        return std::make_unique<NoTrayNotice>(
+            TraySituation{.command = autostart_.programWord(),
+                          .isAtLogin = start_.isAtLogin,
+                          .isFirstStart = isFirstStart_,
+                          .hasBus = bus_.isConnected(),
+                          .hasTray = [this] { return statusBar_.hasTray(); },
+                          .openPanel = [this] { openPanel(); }},
+            wait, log_);
     }
 
     void openPanel() const {
@@ -253,8 +253,7 @@ class LinuxDesktop final : public Desktop {
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
-    bool hasTray_ = false; ///< that shows the item, as far as is known
-    bool isFirstStart_;    // before the preferences make their file
+    bool isFirstStart_; // before the preferences make their file
     PreferencesFile userDefaults_;
     BarColors barColors_;
     TrayStatusBar statusBar_;
