@@ -8,6 +8,7 @@
 #include "desktop/qt/QtPopover.h"
 #include "desktop/qt/QtScreens.h"
 #include "desktop/qt/TerminationSignals.h"
+#include "process/StandardErrorSink.h"
 #include "process/StandardStreams.h"
 #include "qt/Clipboard.h"
 #include "shell/AppDelegate.h"

@@ -56,15 +56,19 @@ declare -A evidence=(
   [libxcb-xinput-dev:arm64]=/usr/lib/aarch64-linux-gnu/libxcb-xinput.so
   [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
   [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
+  [liblayershellqtinterface-dev]='/usr/lib/*/cmake/LayerShellQt/LayerShellQtConfig.cmake' [libwayland-dev]=/usr/include/wayland-client.h
 )
+# Debian 12 has a package of this name for Qt 5.
+layer_shell=
+[[ $release != debian-13 ]] || layer_shell="liblayershellqtinterface-dev libwayland-dev"
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help2man $qt $xcb"
+build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help2man $qt $xcb $layer_shell"
 console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish systemd"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
 desktop="$virtual x11-utils x11-xserver-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
-  sway waybar xwayland qt6-wayland i3lock"
+  sway waybar xwayland qt6-wayland i3lock bubblewrap"
 desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon plasma-desktop plasma-workspace kwin-x11
   marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 arm64="libc6:arm64 libstdc++6:arm64 libgtest-dev:arm64 libgmock-dev:arm64 libsensors-dev:arm64 qt6-base-dev:arm64

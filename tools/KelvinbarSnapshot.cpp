@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "base/OutOfMemory.h"
+#include "process/StandardErrorSink.h"
 #include "process/StandardStreams.h"
 #include "store/SnapshotExport.h"
 #include "tools/Doctor.h"

@@ -7,6 +7,7 @@
 #include "desktop/linux/session/NoTrayNotice.h"
 #include "desktop/linux/session/ProgramOnBus.h"
 #include "desktop/linux/session/RunningInstance.h"
+#include "desktop/linux/session/RuntimeFolder.h"
 #include "desktop/linux/session/SecondStart.h"
 #include "desktop/linux/session/SessionRestore.h"
 #include "desktop/linux/session/SessionWatch.h"
@@ -177,8 +178,7 @@ class LinuxDesktop final : public Desktop {
                              .takesClick = [this] { return popoverInput_.takesDismissingPress(); }},
             .makeXEmbedIcon = makeXEmbedTrayIcon,
             .desktopEntries = [this] { return cornerEntries(); },
-            .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); },
-            .hasTrayChanged = [this](bool hasTray) { hasTray_ = hasTray; }};
+            .focusRightGiven = [this](const FocusRight& right) { popoverInput_.grantFocus(right); }};
     }
 
     /// The item follows the session bus itself.
@@ -221,13 +221,14 @@ class LinuxDesktop final : public Desktop {
 
     std::unique_ptr<NoTrayNotice> makeTrayNotice() {
         const auto wait = start_.isAtLogin ? NoTrayNotice::patienceAtLogin : NoTrayNotice::patience;
-        return std::make_unique<NoTrayNotice>(TraySituation{.command = autostart_.programWord(),
-                                                            .isAtLogin = start_.isAtLogin,
-                                                            .isFirstStart = isFirstStart_,
-                                                            .hasBus = bus_.isConnected(),
-                                                            .hasTray = [this] { return hasTray_; },
-                                                            .openPanel = [this] { openPanel(); }},
-                                              wait, log_);
+        return std::make_unique<NoTrayNotice>(
+            TraySituation{.command = autostart_.programWord(),
+                          .isAtLogin = start_.isAtLogin,
+                          .isFirstStart = isFirstStart_,
+                          .hasBus = bus_.isConnected(),
+                          .hasTray = [this] { return statusBar_.hasTray(); },
+                          .openPanel = [this] { openPanel(); }},
+            wait, log_);
     }
 
     void openPanel() const {
@@ -252,8 +253,7 @@ class LinuxDesktop final : public Desktop {
     InstanceLock lock_;
     RunningInstance instance_;
     TrayApplication application_;
-    bool hasTray_ = false; ///< that shows the item, as far as is known
-    bool isFirstStart_;    // before the preferences make their file
+    bool isFirstStart_; // before the preferences make their file
     PreferencesFile userDefaults_;
     BarColors barColors_;
     TrayStatusBar statusBar_;
@@ -269,12 +269,14 @@ class LinuxDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
+    provideRuntimeFolder();
     const PlatformChoice platform([&log] { return offersLayerShell(log); });
     const DisplayFailure failure(argc, argv, log);
     return makeTrayApplication(argc, argv, log);
 }
 
 std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log) {
+    provideRuntimeFolder();
     // Not the shared connection: that belongs to the application object, which does not exist yet.
     const QString connection = "kelvinbar-start";
     const auto status =

@@ -25,8 +25,16 @@ NoTrayNotice::NoTrayNotice(TraySituation situation, std::chrono::milliseconds wa
     timer_.start(wait);
 }
 
-void NoTrayNotice::look() const {
-    if (situation_.hasTray()) return;
+void NoTrayNotice::look() {
+    const std::optional<bool> hasTray = situation_.hasTray();
+    if (!hasTray && !std::exchange(hasAsked_, true)) {
+        timer_.start();
+    } else if (!hasTray.value_or(false)) {
+        giveNotice();
+    }
+}
+
+void NoTrayNotice::giveNotice() const {
     log_.write(LogCategory::tray, LogLevel::warning, [this] { return noticeText(situation_); });
     const bool isHelpless = situation_.isFirstStart || !situation_.hasBus;
     if (isHelpless && !situation_.isAtLogin) situation_.openPanel();

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace kelvinbar {
@@ -13,9 +14,10 @@ namespace kelvinbar {
 struct TraySituation {
     std::string command; ///< starts the program, for the user to type
     bool isAtLogin = false;
-    bool isFirstStart = false;     ///< the user has no preferences yet
-    bool hasBus = true;            ///< a second start can open the panel
-    std::function<bool()> hasTray; ///< asked once
+    bool isFirstStart = false; ///< the user has no preferences yet
+    bool hasBus = true;        ///< a second start can open the panel
+    /// Whether a tray shows the item now. No value while that is unknown.
+    std::function<std::optional<bool>()> hasTray;
     std::function<void()> openPanel;
 };
 
@@ -29,15 +31,18 @@ class NoTrayNotice {
     /// Long enough for a tray to take the item.
     static constexpr std::chrono::seconds patience{2};
 
-    /// Asks after `wait`. The log must outlive the object. The destructor cancels.
+    /// Asks after `wait`, and once more after that time if there is no answer yet. The log must outlive the
+    /// object. The destructor cancels.
     NoTrayNotice(TraySituation situation, std::chrono::milliseconds wait, Log& log);
 
   private:
-    void look() const;
+    void look();
+    void giveNotice() const;
 
     TraySituation situation_;
     Log& log_;
     QTimer timer_;
+    bool hasAsked_ = false;
 };
 
 } // namespace kelvinbar

@@ -64,9 +64,6 @@ void TrayItem::followTray() {
     QObject::connect(&context_.busKeeper, &BusKeeper::reconnected, &item_,
                      [this](const QDBusConnection& bus) { moveTo(bus); });
     QObject::connect(&context_.colors, &BarColors::changed, &item_, [this] { colorsChanged(); });
-    // Not at once: whoever makes the item is told when it has been made.
-    QMetaObject::invokeMethod(
-        &item_, [this] { reportTray(); }, Qt::QueuedConnection);
 }
 
 /// The menu first: a host reads it as soon as the item is registered.
@@ -107,11 +104,10 @@ void TrayItem::watcherChanged() {
     decideOnLabels();
     if (showsLabels_ != earlier) logStyle();
     publish();
-    reportTray();
 }
 
 void TrayItem::decideOnLabels() {
-    showsLabels_ = showsLabels(item_.watcherProcess(), context_.desktopNames);
+    showsLabels_ = !isForXEmbedTray() && showsLabels(item_.watcherProcess(), context_.desktopNames);
     icon_.setDrawsReadings(!showsLabels_);
 }
 
@@ -133,12 +129,6 @@ std::optional<bool> TrayItem::hasTray() const {
     const std::optional<bool> hasHost = item_.hasHost();
     if (!hasHost || *hasHost || xembedIcon_ == nullptr) return hasHost;
     return xembedIcon_->hasTray();
-}
-
-void TrayItem::reportTray() {
-    const std::optional<bool> now = hasTray();
-    if (!now || std::exchange(reportedTray_, now) == now) return;
-    if (context_.hasTrayChanged) context_.hasTrayChanged(*now);
 }
 
 /// Publishes from the event loop, because title and tooltip are set one after the other.
@@ -177,10 +167,12 @@ void TrayItem::setAlternates(bool alternates) {
     publishSoon();
 }
 
-/// Shows the XEmbed icon only where no tray shows the item, so that it is in one tray at a time.
+/// Only where no tray shows the item, so that it is in one tray at a time.
+bool TrayItem::isForXEmbedTray() const { return xembedIcon_ != nullptr && item_.hasHost() == false; }
+
 void TrayItem::publishXEmbedIcon() {
     if (xembedIcon_ == nullptr) return;
-    const bool isNeeded = item_.hasHost() == false && !content_.iconPixmaps.isEmpty();
+    const bool isNeeded = isForXEmbedTray() && !content_.iconPixmaps.isEmpty();
     if (isNeeded && std::exchange(xembedPixmaps_, content_.iconPixmaps) != content_.iconPixmaps) {
         QList<QImage> sizes;
         for (const StatusNotifierPixmap& pixmap : content_.iconPixmaps) sizes.append(imageOf(pixmap));
@@ -269,8 +261,12 @@ std::optional<Rect> TrayItem::visibleFrameOfScreen() const {
 }
 
 std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
-    return std::make_unique<TrayItem>(bus_, context_, handlers_, log_);
+    auto item = std::make_unique<TrayItem>(bus_, context_, handlers_, log_);
+    item_ = item.get();
+    return item;
 }
+
+std::optional<bool> TrayStatusBar::hasTray() const { return item_.isNull() ? std::nullopt : item_->hasTray(); }
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {
     return QFile::exists(TrayIcon::resourcePath(name, iconSides.front()));

@@ -12,6 +12,8 @@
 #include "store/UserDefaults.h"
 
 #include <QDBusConnection>
+#include <QObject>
+#include <QPointer>
 #include <QRect>
 #include <QString>
 #include <chrono>
@@ -56,14 +58,12 @@ struct TrayContext {
     std::function<std::vector<StatusMenuEntry>()> desktopEntries;
     /// Called right before a window is opened or closed at the user's request.
     std::function<void(const FocusRight&)> focusRightGiven;
-    /// Called when it is known whether there is a tray that shows the item, and again when that has changed.
-    std::function<void(bool hasTray)> hasTrayChanged;
     /// How long each reading is in the icon when they are shown by turns.
     std::chrono::milliseconds turn{4000};
 };
 
 /// A status item. The destructor removes it from the tray. Main thread.
-class TrayItem final : public StatusItem, public StatusItemButton {
+class TrayItem final : public QObject, public StatusItem, public StatusItemButton {
   public:
     /// The preference of the user to see the readings in the icon by turns: 1, or absent.
     static constexpr auto alternatesKey = "KelvinbarAlternatesIcon";
@@ -85,7 +85,7 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     /// Handles a click on the item. Without a place, it is where the item was last clicked.
     void activate(std::optional<QRect> place);
 
-    /// Whether a tray shows the item. No value until that is known.
+    /// Whether a tray shows the item at the moment. No value while a watcher is yet to answer.
     [[nodiscard]] std::optional<bool> hasTray() const;
 
   private:
@@ -106,8 +106,8 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     void publishSoon();
     void publish();
     void publishMenu(const std::vector<PinnedReading>& pinned);
+    [[nodiscard]] bool isForXEmbedTray() const;
     void publishXEmbedIcon();
-    void reportTray();
     void showNextReading();
     [[nodiscard]] std::vector<PinnedReading> pinnedReadings() const;
 
@@ -125,7 +125,6 @@ class TrayItem final : public StatusItem, public StatusItemButton {
     StatusNotifierPixmaps xembedPixmaps_; ///< content of `xembedIcon_`
     bool isPublishPosted_ = false;
     bool isInXEmbedTray_ = false;
-    std::optional<bool> reportedTray_;
     StatusMenu menu_;
     StatusNotifierItem item_;
     std::unique_ptr<XEmbedTrayIcon> xembedIcon_; ///< null if XEmbed trays are not supported
@@ -141,11 +140,16 @@ class TrayStatusBar final : public StatusBar {
     std::unique_ptr<StatusItem> makeItem() override;
     [[nodiscard]] bool hasImageResource(const std::string& name) const override;
 
+    /// Whether a tray shows the newest item at the moment. No value without an item, or while a watcher is
+    /// yet to answer.
+    [[nodiscard]] std::optional<bool> hasTray() const;
+
   private:
     QDBusConnection bus_;
     TrayContext context_;
     const DesktopHandlers& handlers_;
     Log& log_;
+    QPointer<const TrayItem> item_;
 };
 
 } // namespace kelvinbar

@@ -4,6 +4,7 @@
 #include "tests/fakes/RecordingLog.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,7 @@ class NoTrayNoticeTest : public testing::Test {
     }
 
     TraySituation situation_;
-    bool hasTray_ = false;
+    std::optional<bool> hasTray_ = false;
     int questions_ = 0;
     int openings_ = 0;
     fakes::RecordingLog recording_;
@@ -62,6 +63,26 @@ TEST_F(NoTrayNoticeTest, SaysNothingOfATrayThatComesInTime) {
     EXPECT_EQ(questions_, 0);
     hasTray_ = true;
     EXPECT_TRUE(waitFor([&] { return questions_ > 0; }));
+    EXPECT_TRUE(recording_.lines().empty());
+}
+
+TEST_F(NoTrayNoticeTest, AsksOnceMoreWhileNobodyKnows) {
+    hasTray_.reset();
+    const NoTrayNotice notice(situation_, milliseconds(5), recording_.log);
+    EXPECT_TRUE(waitFor([&] { return questions_ == 1; }));
+    EXPECT_TRUE(recording_.lines().empty());
+    EXPECT_TRUE(waitFor([&] { return questions_ == 2; }));
+    EXPECT_EQ(recording_.lines().size(), 1U);
+    runEventLoop(milliseconds(20));
+    EXPECT_EQ(questions_, 2);
+}
+
+TEST_F(NoTrayNoticeTest, SaysNothingOfATrayThatIsKnownLate) {
+    hasTray_.reset();
+    const NoTrayNotice notice(situation_, milliseconds(5), recording_.log);
+    EXPECT_TRUE(waitFor([&] { return questions_ == 1; }));
+    hasTray_ = true;
+    EXPECT_TRUE(waitFor([&] { return questions_ == 2; }));
     EXPECT_TRUE(recording_.lines().empty());
 }
 

@@ -128,7 +128,6 @@ class Tray {
                            rights.push_back(right);
                            done.emplace_back("focus");
                        },
-                   .hasTrayChanged = [this](bool hasTray) { trays.push_back(hasTray); },
                    .turn = turn}
         , item(bus_.connection(), context_, handlers_, recording.log)
         , host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem")
@@ -138,7 +137,7 @@ class Tray {
 
     /// Waits until it is known whether there is a tray.
     void settle() {
-        EXPECT_TRUE(waitFor([this] { return !trays.empty(); }));
+        EXPECT_TRUE(waitFor([this] { return item.hasTray().has_value(); }));
     }
 
     void setTitle(const std::string& text) {
@@ -232,7 +231,6 @@ class Tray {
     std::vector<StatusMenuEntry> desktopEntries;
     std::vector<std::string> done; ///< what the item asked for, in order
     std::vector<FocusRight> rights;
-    std::vector<bool> trays;
     fakes::RecordingLog recording{"tray=debug"};
 
   private:
@@ -487,6 +485,7 @@ TEST(TrayItem, DoesNotWakeUpWhereThereIsNothingToAlternate) {
 
 TEST(TrayItem, DoesNotAlternateWhereLabelsAreShown) {
     Tray tray(withLabels, alternating);
+    tray.settle();
     tray.pin({cpu, fan});
     EXPECT_FALSE(tray.wakesUp());
     EXPECT_THAT(tray.entries(), Not(Contains("Alternate Readings in Icon")));
@@ -520,34 +519,29 @@ TEST(TrayItem, BelievesTheWatcherRatherThanTheDesktop) {
 
 // Whether there is a tray
 
-TEST(TrayItem, ReportsThatThereIsNoTray) {
+TEST(TrayItem, KnowsThatThereIsNoTray) {
     Tray tray(withoutLabels);
-    EXPECT_THAT(tray.trays, IsEmpty()); // the item is just being made
     tray.settle();
     EXPECT_EQ(tray.item.hasTray(), false);
-    EXPECT_THAT(tray.trays, ElementsAre(false));
 }
 
-TEST(TrayItem, ReportsATrayThatComesAndGoesAndOnlyThat) {
+TEST(TrayItem, KnowsATrayThatComesAndGoes) {
     FakeWatcher watcher;
     Tray tray(withoutLabels);
-    QCoreApplication::processEvents();
+    tray.settle();
     watcher.appear();
-    ASSERT_TRUE(waitFor([&] { return tray.trays.size() == 2; }));
-    tray.setTitle("50°");
+    EXPECT_TRUE(waitFor([&] { return tray.item.hasTray() == true; }));
     watcher.vanish();
-    ASSERT_TRUE(waitFor([&] { return tray.trays.size() == 3; }));
-    EXPECT_THAT(tray.trays, ElementsAre(false, true, false));
+    EXPECT_TRUE(waitFor([&] { return tray.item.hasTray() == false; }));
 }
 
-TEST(TrayItem, ReportsNothingBeforeTheWatcherHasReplied) {
+TEST(TrayItem, DoesNotKnowOfATrayBeforeTheWatcherHasReplied) {
     FakeWatcher watcher;
     watcher.appear();
     Tray tray(withoutLabels);
     EXPECT_EQ(tray.item.hasTray(), std::nullopt);
-    EXPECT_THAT(tray.trays, IsEmpty());
-    EXPECT_TRUE(waitFor([&] { return !tray.trays.empty(); }));
-    EXPECT_THAT(tray.trays, ElementsAre(true));
+    tray.settle();
+    EXPECT_EQ(tray.item.hasTray(), true);
 }
 
 TEST(TrayItem, CountsAWatcherWithoutAHostAsNoTray) {
@@ -555,8 +549,8 @@ TEST(TrayItem, CountsAWatcherWithoutAHostAsNoTray) {
     watcher.host = false;
     watcher.appear();
     Tray tray(withoutLabels);
-    EXPECT_TRUE(waitFor([&] { return !tray.trays.empty(); }));
-    EXPECT_THAT(tray.trays, ElementsAre(false));
+    tray.settle();
+    EXPECT_EQ(tray.item.hasTray(), false);
 }
 
 TEST(TrayItem, DrawsTheReadingAgainOnlyWhenItsTextChanged) {
@@ -601,8 +595,8 @@ TEST(TrayItem, DoesNotPublishAnEqualTitle) {
 
 class XEmbedTrayTest : public testing::Test {
   protected:
-    void makeTray() {
-        tray = std::make_unique<Tray>(withoutLabels, fakes::RecordingUserDefaults(), &xembed);
+    void makeTray(const char* desktopNames = withoutLabels) {
+        tray = std::make_unique<Tray>(desktopNames, fakes::RecordingUserDefaults(), &xembed);
         tray->setOwnIcon();
         QCoreApplication::processEvents();
     }
@@ -616,7 +610,7 @@ TEST_F(XEmbedTrayTest, HasTheIconWhereNoWatcherRuns) {
     makeTray();
     EXPECT_TRUE(xembed.isShown);
     EXPECT_EQ(xembed.sizes, static_cast<qsizetype>(iconSides.size()));
-    EXPECT_THAT(tray->trays, ElementsAre(true));
+    EXPECT_EQ(tray->item.hasTray(), true);
 }
 
 TEST_F(XEmbedTrayTest, KeepsTheIconWhereAWatcherHasNoHost) {
@@ -626,7 +620,7 @@ TEST_F(XEmbedTrayTest, KeepsTheIconWhereAWatcherHasNoHost) {
     ASSERT_TRUE(waitFor([&] { return watcher.items().size() == 1; }));
     runEventLoop(std::chrono::milliseconds(50));
     EXPECT_TRUE(xembed.isShown);
-    EXPECT_THAT(tray->trays, ElementsAre(true));
+    EXPECT_EQ(tray->item.hasTray(), true);
 }
 
 TEST_F(XEmbedTrayTest, GivesTheIconUpAsSoonAsThereIsAHost) {
@@ -650,10 +644,33 @@ TEST_F(XEmbedTrayTest, DoesNotShowTheIconBeforeTheWatcherHasReplied) {
     EXPECT_EQ(xembed.icons, 0);
 }
 
-TEST_F(XEmbedTrayTest, ReportsNoTrayWithoutOneOfEitherKind) {
+TEST_F(XEmbedTrayTest, HasNoTrayWithoutOneOfEitherKind) {
     xembed.hasTray = false;
     makeTray();
-    EXPECT_THAT(tray->trays, ElementsAre(false));
+    EXPECT_EQ(tray->item.hasTray(), false);
+}
+
+TEST_F(XEmbedTrayTest, KnowsOfATrayThatStartsLater) {
+    xembed.hasTray = false;
+    makeTray();
+    xembed.hasTray = true;
+    EXPECT_EQ(tray->item.hasTray(), true);
+}
+
+TEST_F(XEmbedTrayTest, DrawsTheReadingAlsoWhereTheDesktopUsuallyShowsLabels) {
+    makeTray(withLabels);
+    tray->pin({cpu});
+    EXPECT_TRUE(tray->shows("49.80°"));
+    EXPECT_TRUE(tray->isOffered("Alternate Readings in Icon", false));
+}
+
+TEST_F(XEmbedTrayTest, LeavesTheReadingToTheLabelOfAHostThatShowsLabels) {
+    const ProcessName name("gnome-shell");
+    makeTray(withLabels);
+    tray->pin({cpu});
+    watcher.appear();
+    EXPECT_TRUE(waitFor([&] { return !tray->isOffered("Alternate Readings in Icon", false); }));
+    EXPECT_FALSE(tray->shows("49.80°"));
 }
 
 TEST_F(XEmbedTrayTest, HasTheWholeToolTipAsPlainText) {
@@ -812,8 +829,7 @@ class TrayStatusBarTest : public testing::Test {
                               .surroundings = {},
                               .makeXEmbedIcon = {},
                               .desktopEntries = {},
-                              .focusRightGiven = {},
-                              .hasTrayChanged = {}},
+                              .focusRightGiven = {}},
                              handlers_,
                              recording_.log};
 };
@@ -830,6 +846,14 @@ TEST_F(TrayStatusBarTest, MakesAnItemOnTheBus) {
     item->button()->setTitle({"50°", {}});
     BusPeer host(bus_.address(), "/StatusNotifierItem", "org.kde.StatusNotifierItem");
     EXPECT_EQ(host.properties()["XAyatanaLabel"].toString(), "50°");
+}
+
+TEST_F(TrayStatusBarTest, KnowsOfATrayOnlyWhileThereIsAnItem) {
+    EXPECT_EQ(statusBar_.hasTray(), std::nullopt);
+    auto item = statusBar_.makeItem();
+    EXPECT_TRUE(waitFor([this] { return statusBar_.hasTray() == false; }));
+    item = nullptr;
+    EXPECT_EQ(statusBar_.hasTray(), std::nullopt);
 }
 
 /// An item that what it calls destroys, with a witness in the handler that is looked at afterwards.
@@ -872,8 +896,7 @@ class MortalItem {
                                                 .takesClick = [] { return false; }},
                                .makeXEmbedIcon = {},
                                .desktopEntries = {},
-                               .focusRightGiven = {},
-                               .hasTrayChanged = {}};
+                               .focusRightGiven = {}};
 
   public:
     std::unique_ptr<TrayItem> item =
