@@ -2,7 +2,7 @@
 
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <cstddef>

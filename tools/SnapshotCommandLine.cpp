@@ -2,7 +2,7 @@
 
 #include "base/Text.h"
 #include "resources/SampleMachines.h"
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 

@@ -5,7 +5,7 @@
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 #include "tools/ProgramErrors.h"
 #include "tools/WatchLoop.h"
 

@@ -1,8 +1,8 @@
 #include "tools/formats/CsvFormat.h"
 
 #include "base/Calendar.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <initializer_list>
