@@ -7,6 +7,7 @@
 #include "tools/ProgramErrors.h"
 #include "tools/SnapshotWarnings.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -18,6 +19,16 @@ namespace kelvinbar {
 namespace {
 
 void sayOnStandardError(const std::string& sentence) { std::cerr << sentence + "\n"; }
+
+/// Whether something other than the system's own facts is selected; says so if not.
+bool reportSensors(const std::vector<SMCReading>& readings, const ReadingSelection& selection) {
+    if (!reportSelection(readings, selection)) return false;
+    const bool hasSensor =
+        std::ranges::any_of(selectedReadings(readings, selection),
+                            [](const SMCReading& reading) { return reading.type != nativeType; });
+    if (!hasSensor) reportError("there is no sensor that could be identified");
+    return hasSensor;
+}
 
 /// Reads again what is selected.
 class SelectedReader {
@@ -74,21 +85,21 @@ std::string reasonFor(const IdentificationRecord& record) {
 
 } // namespace
 
-int printIdentification(const SnapshotOptions& options, const Machine& machine, SnapshotTaker& taker) {
+int printIdentification(const IdentificationRequest& request, const Machine& machine, SnapshotTaker& taker) {
     Snapshot first = taker.begin(machine);
-    if (!reportSelection(first.readings, options.selection)) {
+    if (!reportSensors(first.readings, request.selection)) {
         taker.end();
         return inputErrorExit;
     }
-    SelectedReader reader(options.selection, taker, std::move(first));
-    const IdentificationRecord record = recordOf(*options.identification, machine, reader);
+    SelectedReader reader(request.selection, taker, std::move(first));
+    const IdentificationRecord record = recordOf(request.plan, machine, reader);
     taker.end();
     if (!record.hasResponses()) {
         reportError(reasonFor(record));
         return inputErrorExit;
     }
-    const bool isJson = options.format->name == "json";
-    if (!writeToStandardOutput(isJson ? identificationJson(record) : identificationText(record))) return 0;
+    if (!writeToStandardOutput(request.isJson ? identificationJson(record) : identificationText(record)))
+        return 0;
     reportError("cannot write what responded");
     return inputErrorExit;
 }

@@ -37,6 +37,13 @@ int statusOf(SnapshotTaker& taker, int failure, Print print) {
     return status;
 }
 
+int printIdentified(const SnapshotOptions& options, const Machine& machine, SnapshotTaker& taker) {
+    return printIdentification({.plan = *options.identification,
+                                .selection = options.selection,
+                                .isJson = options.format->name == "json"},
+                               machine, taker);
+}
+
 int printSnapshot(const SnapshotOptions& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
@@ -44,7 +51,7 @@ int printSnapshot(const SnapshotOptions& options) {
     if (!machine) return inputErrorExit;
     SnapshotTaker taker;
     return statusOf(taker, inputErrorExit, [&] {
-        return options.identification ? printIdentification(options, *machine, taker)
+        return options.identification ? printIdentified(options, *machine, taker)
                                       : SnapshotPrinter(options, *machine, taker).print();
     });
 }

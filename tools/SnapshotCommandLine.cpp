@@ -2,9 +2,9 @@
 
 #include "base/Text.h"
 #include "resources/SampleMachines.h"
-#include "tools/cost/OwnReadings.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <chrono>

@@ -5,9 +5,9 @@
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
-#include "tools/cost/OwnReadings.h"
 #include "tools/ProgramErrors.h"
 #include "tools/WatchLoop.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <chrono>
 #include <memory>

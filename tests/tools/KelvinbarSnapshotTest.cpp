@@ -18,7 +18,6 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -657,22 +656,12 @@ TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
               3);
 }
 
-TEST(KelvinbarSnapshot, EndsAnIdentificationAtOnceOnASignal) {
-    for (const int number : {SIGINT, SIGTERM}) {
-        const TemporaryFolder folder;
-        const ProgramRun::Streams streams{"/dev/null", folder.write("output", ""),
-                                          folder.write("errors", "")};
-        const ProgramRun identification(program({"--identify", "3600", "--by-hand"}), streams);
-        while (!contains(contentOf(streams.errors), "Leave the machine alone")) std::this_thread::yield();
-        identification.send(number);
-        EXPECT_EQ(identification.status(), 1);
-        EXPECT_EQ(contentOf(streams.output), "");
-        EXPECT_TRUE(contentOf(streams.errors).ends_with("ended before anything could respond\n"));
-    }
-}
-
 TEST(KelvinbarSnapshot, IdentifiesNothingAmongNoReadings) {
     expectFailure(run({"--identify", "--match", "toaster"}), 1, {"no reading is selected"});
+}
+
+TEST(KelvinbarSnapshot, IdentifiesNothingAmongFactsOfTheSystem) {
+    expectFailure(run({"--identify", "--key", "NLPM"}), 1, {"there is no sensor that could be identified"});
 }
 
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
