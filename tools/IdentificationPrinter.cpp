@@ -5,11 +5,11 @@
 #include "process/StandardStreams.h"
 #include "tools/IdentificationReport.h"
 #include "tools/ProgramErrors.h"
+#include "tools/SelectionReader.h"
 #include "tools/SnapshotWarnings.h"
 
 #include <algorithm>
 #include <iostream>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,34 +30,29 @@ bool reportSensors(const std::vector<SMCReading>& readings, const ReadingSelecti
     return hasSensor;
 }
 
-/// Reads again what is selected.
-class SelectedReader {
+/// The readings of the machine that is identified, from a snapshot that has been taken on.
+class ReadingSeriesReader {
   public:
-    SelectedReader(const ReadingSelection& selection, SnapshotTaker& taker, Snapshot first)
-        : selection_(selection)
-        , taker_(taker)
-        , keys_(keysToRead(first.readings, selection))
-        , snapshot_(std::move(first)) {}
+    ReadingSeriesReader(SelectionReader& reader, Snapshot first)
+        : reader_(reader), snapshot_(std::move(first)) {}
 
     std::vector<SMCReading> read() {
-        if (!std::exchange(isFirst_, false)) snapshot_ = taker_.next(keys_);
+        if (!std::exchange(isFirst_, false)) snapshot_ = reader_.next();
         silence_.report(snapshot_.silent);
-        return selectedReadings(snapshot_.readings, selection_);
+        return reader_.selected(snapshot_);
     }
 
     [[nodiscard]] const std::vector<SilentDevice>& silent() const { return snapshot_.silent; }
 
   private:
-    const ReadingSelection& selection_;
-    SnapshotTaker& taker_;
-    std::shared_ptr<const KeySet> keys_;
+    SelectionReader& reader_;
     Snapshot snapshot_;
     SilenceReport silence_;
     bool isFirst_ = true;
 };
 
 IdentificationRecord recordOf(const IdentificationPlan& plan, const Machine& machine,
-                              SelectedReader& reader) {
+                              ReadingSeriesReader& reader) {
     const EndSignals signals;
     ProcessorLoad load;
     const IdentificationActions actions{
@@ -86,12 +81,13 @@ std::string reasonFor(const IdentificationRecord& record) {
 } // namespace
 
 int printIdentification(const IdentificationRequest& request, const Machine& machine, SnapshotTaker& taker) {
-    Snapshot first = taker.begin(machine);
+    SelectionReader selected(taker, request.selection);
+    Snapshot first = selected.begin(machine);
     if (!reportSensors(first.readings, request.selection)) {
         taker.end();
         return inputErrorExit;
     }
-    SelectedReader reader(request.selection, taker, std::move(first));
+    ReadingSeriesReader reader(selected, std::move(first));
     const IdentificationRecord record = recordOf(request.plan, machine, reader);
     taker.end();
     if (!record.hasResponses()) {

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "base/Value.h"
 #include "process/CostMeter.h"
 #include "sensors/Machine.h"
+#include "tools/FollowedPreferences.h"
+#include "tools/SelectionReader.h"
 #include "tools/SnapshotCommandLine.h"
 #include "tools/SnapshotTaker.h"
 #include "tools/SnapshotWarnings.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,7 +28,8 @@ class SnapshotPrinter {
   private:
     int printOnce(const Snapshot& snapshot);
     int printUntilEnded(const Snapshot& first);
-    [[nodiscard]] bool learnSelection(const Snapshot& snapshot);
+    [[nodiscard]] Snapshot nextSnapshot();
+    [[nodiscard]] bool reportWhatIsMissing(const Snapshot& snapshot) const;
     [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
     [[nodiscard]] Snapshot withOwnCost(Snapshot snapshot);
     [[nodiscard]] std::vector<SMCReading> ownCost(const Snapshot& snapshot);
@@ -35,7 +38,8 @@ class SnapshotPrinter {
     const SnapshotOptions& options_;
     const Machine& machine_;
     SnapshotTaker& taker_;
-    ReadingSelection selection_; ///< that of the options, with the pins
+    SelectionReader reader_;
+    FollowedPreferences preferences_;
     FormatSettings settings_;
     std::optional<CostMeter> costMeter_; ///< if its own cost is printed
     bool asksTrayProgram_ = true;

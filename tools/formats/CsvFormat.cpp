@@ -42,10 +42,11 @@ std::string csvList(const Report& report) {
     return text;
 }
 
-/// A series: a line for each report, under the readings of the first.
+/// A series: a line for each report, under the readings of the first that has any.
 class CsvSeries {
   public:
     std::string line(const Report& report) {
+        if (keys_.empty() && report.readings.empty()) return {};
         std::string text;
         if (keys_.empty()) text = begin(report);
         std::vector<std::string> fields{iso8601Text(report.time)};
