@@ -98,7 +98,8 @@ int printDiff(const SnapshotOptions& options) {
 int printDoctor(const SnapshotOptions& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
-    return examineThisMachine(options.format->name == "json", log);
+    return examineThisMachine({.isJson = options.format->name == "json", .hasOwnCost = options.hasOwnCost},
+                              log);
 }
 
 int run(int argc, char** argv) {

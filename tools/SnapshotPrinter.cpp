@@ -6,18 +6,15 @@
 #include "process/TrayProgram.h"
 #include "tools/ProgramErrors.h"
 #include "tools/WatchLoop.h"
-#include "tools/cost/OwnReadings.h"
 
-#include <chrono>
+#include <algorithm>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
 namespace kelvinbar {
 
 namespace {
-
-/// For the tray program's answer.
-constexpr std::chrono::seconds longestWait{1};
 
 ReadingSelection selectionOf(const SnapshotOptions& options) {
     ReadingSelection selection = options.selection;
@@ -40,7 +37,7 @@ SnapshotPrinter::SnapshotPrinter(const SnapshotOptions& options, const Machine& 
     , taker_(taker)
     , reader_(taker, selectionOf(options))
     , settings_(settingsFor(options)) {
-    if (options.hasOwnCost) costMeter_.emplace();
+    if (options.hasOwnCost) ownCost_.emplace([] { return askTrayProgram(longestWaitForTray); }, reportError);
 }
 
 int SnapshotPrinter::print() {
@@ -80,20 +77,9 @@ Snapshot SnapshotPrinter::nextSnapshot() {
 
 /// The snapshot with what the program itself costs, if that is asked for.
 Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
-    if (!options_.hasOwnCost) return snapshot;
-    for (SMCReading& reading : ownCost(snapshot)) snapshot.readings.push_back(std::move(reading));
+    if (!ownCost_) return snapshot;
+    std::ranges::move(ownCost_->readings(snapshot.accesses), std::back_inserter(snapshot.readings));
     return snapshot;
-}
-
-/// Of the tray program, or of this one from the first time on that the other does not answer.
-std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
-    if (asksTrayProgram_) {
-        if (const auto cost = costOfTrayProgram(longestWait)) return ownReadings(*cost, "tray program");
-        asksTrayProgram_ = false;
-    }
-    ProgramCost own = programCost(costMeter_.value().cost());
-    own.accessesOfLastPass = snapshot.accesses;
-    return ownReadings(own, "console program");
 }
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {

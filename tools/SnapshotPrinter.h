@@ -1,16 +1,15 @@
 #pragma once
 
-#include "process/CostMeter.h"
 #include "sensors/Machine.h"
 #include "tools/FollowedPreferences.h"
 #include "tools/SelectionReader.h"
 #include "tools/SnapshotCommandLine.h"
 #include "tools/SnapshotTaker.h"
 #include "tools/SnapshotWarnings.h"
+#include "tools/cost/OwnCost.h"
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace kelvinbar {
 
@@ -32,7 +31,6 @@ class SnapshotPrinter {
     [[nodiscard]] bool reportWhatIsMissing(const Snapshot& snapshot) const;
     [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
     [[nodiscard]] Snapshot withOwnCost(Snapshot snapshot);
-    [[nodiscard]] std::vector<SMCReading> ownCost(const Snapshot& snapshot);
     [[nodiscard]] std::string onScreen(const std::string& page) const;
 
     const SnapshotOptions& options_;
@@ -41,8 +39,7 @@ class SnapshotPrinter {
     SelectionReader reader_;
     FollowedPreferences preferences_;
     FormatSettings settings_;
-    std::optional<CostMeter> costMeter_; ///< if its own cost is printed
-    bool asksTrayProgram_ = true;
+    std::optional<OwnCost> ownCost_; ///< if it is printed
     SilenceReport silence_;
 };
 

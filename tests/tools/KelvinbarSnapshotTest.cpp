@@ -805,6 +805,17 @@ TEST(KelvinbarSnapshotDoctor, PrintsADocument) {
     for (const auto& section : document["sections"]) EXPECT_TRUE(section["findings"].is_array());
 }
 
+TEST(KelvinbarSnapshotDoctor, TellsItsOwnCostIfItIsAsked) {
+    const Words nowhere{"DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=/nowhere"};
+    const Outcome text = outcomeOf(program({"--doctor", "--self"}), {}, nowhere);
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(std::regex_search(text.output, std::regex("\nKelvinbar\n  -   program: this one, .*\n"
+                                                          "(.*\n)*  ok  Resident Memory: .* MB\n")))
+        << text.output;
+    const Outcome json = outcomeOf(program({"--doctor", "--self", "--format", "json"}), {}, nowhere);
+    EXPECT_EQ(nlohmann::json::parse(json.output)["sections"].back()["title"], "Kelvinbar");
+}
+
 TEST(KelvinbarSnapshotDoctor, NamesNobody) {
     std::array<char, 256> host{};
     ASSERT_EQ(::gethostname(host.data(), host.size() - 1), 0);

@@ -69,6 +69,7 @@ class CsvSeries {
         const bool isUnique = std::ranges::count(report.readings, reading.name, &SMCReading::name) == 1;
         std::string text =
             isUnique && !reading.name.empty() ? reading.name : reading.name + " " + reading.key;
+        if (isOwnReading(reading)) text.append(" of the ").append(reading.type);
         if (!reading.unit.empty()) text.append(" (").append(reading.unit).append(")");
         return text;
     }
