@@ -22,8 +22,7 @@ Finding errorsFinding(const std::string& subject, const std::vector<std::string>
     return {.subject = subject,
             .state = FindingState::problem,
             .found = std::move(found),
-            .advice = "Correct the line; what libsensors cannot read does not count. A log "
-                      "(\"--verbose\") names all errors"};
+            .advice = "Correct the line; what libsensors cannot read does not count"};
 }
 
 /// Without files, nobody misses what refuses them.
