@@ -47,8 +47,7 @@ class CsvSeries {
   public:
     std::string line(const Report& report) {
         if (keys_.empty() && report.readings.empty()) return {};
-        std::string text;
-        if (keys_.empty()) text = begin(report);
+        std::string text = keys_.empty() ? begin(report) : "";
         std::vector<std::string> fields{iso8601Text(report.time)};
         for (const std::string& key : keys_) fields.push_back(cell(report, key));
         return text.append(csvLine(fields));

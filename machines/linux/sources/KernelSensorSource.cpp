@@ -395,7 +395,8 @@ std::vector<SourceReport> KernelSensorSource::report() {
             builder.addReading(sensor.device);
         }
     }
-    return std::move(builder).finish(configuration_ == nullptr ? ConfigurationReport() : configuration_->report());
+    return std::move(builder).finish(configuration_ == nullptr ? ConfigurationReport()
+                                                               : configuration_->report());
 }
 
 void KernelSensorSource::close() {
