@@ -38,6 +38,13 @@ int statusOf(SnapshotTaker& taker, int failure, Print print) {
     return status;
 }
 
+int printIdentified(const SnapshotOptions& options, const Machine& machine, SnapshotTaker& taker) {
+    return printIdentification({.plan = *options.identification,
+                                .selection = options.selection,
+                                .isJson = options.format->name == "json"},
+                               machine, taker);
+}
+
 int printSnapshot(const SnapshotOptions& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
@@ -45,7 +52,7 @@ int printSnapshot(const SnapshotOptions& options) {
     if (!machine) return inputErrorExit;
     SnapshotTaker taker;
     return statusOf(taker, inputErrorExit, [&] {
-        return options.identification ? printIdentification(options, *machine, taker)
+        return options.identification ? printIdentified(options, *machine, taker)
                                       : SnapshotPrinter(options, *machine, taker).print();
     });
 }
@@ -92,7 +99,8 @@ int printDiff(const SnapshotOptions& options) {
 int printDoctor(const SnapshotOptions& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
-    return examineThisMachine(options.format->name == "json", log);
+    return examineThisMachine({.isJson = options.format->name == "json", .hasOwnCost = options.hasOwnCost},
+                              log);
 }
 
 int run(int argc, char** argv) {

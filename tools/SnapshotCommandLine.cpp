@@ -2,9 +2,9 @@
 
 #include "base/Text.h"
 #include "resources/SampleMachines.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <chrono>
@@ -175,7 +175,7 @@ void SnapshotCommandLine::addOutputOptions() {
     self_ = app_.add_flag(
                     "--self", options_.hasOwnCost,
                     "Print, as the category kelvinbar, what the tray program costs, or this program if that "
-                    "does not run; not with the format text")
+                    "does not run; not with the format text, except that of the doctor")
                 ->excludes(title_)
                 ->group("Output");
     watch_ = app_.add_option("--watch", seconds_,
@@ -216,7 +216,7 @@ void SnapshotCommandLine::addDoctorOption() {
     app_.add_flag("--doctor", options_.isDoctor,
                   "Print what is found of sensors and drivers, and what to do about what is not; as text or "
                   "json")
-        ->excludes(replay_, demo_, watch_, identify_, self_);
+        ->excludes(replay_, demo_, watch_, identify_);
 }
 
 void SnapshotCommandLine::addRemainingOptions() {
@@ -310,12 +310,14 @@ void SnapshotCommandLine::finishIdentification() {
         .time = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds))};
 }
 
-/// The text stays what --replay and the panel know; a title and a summary are about sensors.
+/// The text stays what --replay and the panel know; a title and a summary are about sensors. The doctor has
+/// formats of its own.
 void SnapshotCommandLine::finishOwnCost() const {
     if (!options_.hasOwnCost) {
         if (!options_.selection.hasOwnCategory) return;
         throw CLI::ValidationError("--category", "kelvinbar is a category with --self only");
     }
+    if (options_.isDoctor) return;
     const std::string_view format = options_.format->name;
     if (format == "text" || format == "summary" || format == "waybar") {
         throw CLI::ValidationError("--self", "does not go with the format " + std::string(format));

@@ -18,7 +18,6 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -507,7 +506,8 @@ TEST(KelvinbarSnapshot, SummarizesAMachineInFourLines) {
 /// A run of the program whose output the test reads line by line.
 class WatchedRun {
   public:
-    explicit WatchedRun(const Words& options) : run_(started(options)) {}
+    explicit WatchedRun(const Words& options, const Words& variables = {})
+        : run_(started(options, variables)) {}
 
     WatchedRun(const WatchedRun&) = delete;
     WatchedRun& operator=(const WatchedRun&) = delete;
@@ -532,11 +532,11 @@ class WatchedRun {
     std::string errors() { return contentOf(folder_.path("errors")); }
 
   private:
-    ProgramRun started(const Words& options) {
+    ProgramRun started(const Words& options, const Words& variables) {
         const std::string pipe = folder_.path("pipe");
         EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
         output_ = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); // does not wait for the program
-        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")});
+        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")}, variables);
         ::fcntl(output_, F_SETFL, 0);
         return run;
     }
@@ -579,6 +579,68 @@ TEST(KelvinbarSnapshot, AppendsRowsUnderOneHeading) {
     EXPECT_EQ(watched.line(), "time,CPU Proximity (°C),Fan 0 Minimum (RPM)\n");
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+}
+
+/// Preferences as the desktop program stores them: a file that is replaced.
+class PinFolder {
+  public:
+    PinFolder() { std::filesystem::create_directory(folder_.path("kelvinbar")); }
+
+    void pin(std::string_view keys) const {
+        const std::string text = "[General]\nKelvinbarMenuBarKeys=" + std::string(keys) + "\n";
+        std::filesystem::rename(folder_.write("new", text), folder_.path("kelvinbar/kelvinbar.conf"));
+    }
+
+    [[nodiscard]] Words variables() const { return {"XDG_CONFIG_HOME=" + folder_.path("")}; }
+
+  private:
+    TemporaryFolder folder_;
+};
+
+/// The first line that differs from `line`, or the end.
+std::string lineAfter(const std::string& line, WatchedRun& watched) {
+    std::string next = line;
+    while (next == line) next = watched.line();
+    return next;
+}
+
+TEST(KelvinbarSnapshot, FollowsThePinsThatItWatches) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--title", "--watch", "0.1"}, folder.variables());
+    EXPECT_EQ(watched.line(), "\n");
+    folder.pin("TC0P");
+    EXPECT_EQ(lineAfter("\n", watched), "51.75°\n");
+    folder.pin("F0Ac, TC0P");
+    EXPECT_EQ(lineAfter("51.75°\n", watched), "2156rpm  51.75°\n");
+    folder.pin("");
+    EXPECT_EQ(lineAfter("2156rpm  51.75°\n", watched), "\n");
+    watched.send(SIGTERM);
+    while (!watched.line().empty()) {
+    }
+    EXPECT_EQ(watched.status(), 0);
+    EXPECT_EQ(watched.errors(), "");
+}
+
+TEST(KelvinbarSnapshot, TellsWaybarThatNothingIsPinned) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--format", "waybar", "--watch", "0.1"}, folder.variables());
+    const std::string empty = "{\"text\":\"\",\"tooltip\":\"Kelvinbar - double-click up to 6 sensors to show "
+                              "them here\",\"class\":\"empty\"}\n";
+    EXPECT_EQ(watched.line(), empty);
+    folder.pin("TC0P");
+    EXPECT_TRUE(contains(lineAfter(empty, watched), "\"class\":\"readings\""));
+}
+
+TEST(KelvinbarSnapshot, BeginsRowsWhenSomethingIsPinned) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--pinned", "--format", "csv", "--watch", "0.1"}, folder.variables());
+    folder.pin("TC0P");
+    EXPECT_EQ(watched.line(), "time,CPU Proximity (°C)\n");
+    EXPECT_TRUE(watched.line().ends_with("Z,51.75\n"));
+    folder.pin("F0Ac");
+    std::string row = "Z,51.75\n";
+    while (row.ends_with("Z,51.75\n")) row = watched.line();
+    EXPECT_TRUE(row.ends_with("Z,\n")) << row;
 }
 
 TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
@@ -657,22 +719,12 @@ TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
               3);
 }
 
-TEST(KelvinbarSnapshot, EndsAnIdentificationAtOnceOnASignal) {
-    for (const int number : {SIGINT, SIGTERM}) {
-        const TemporaryFolder folder;
-        const ProgramRun::Streams streams{"/dev/null", folder.write("output", ""),
-                                          folder.write("errors", "")};
-        const ProgramRun identification(program({"--identify", "3600", "--by-hand"}), streams);
-        while (!contains(contentOf(streams.errors), "Leave the machine alone")) std::this_thread::yield();
-        identification.send(number);
-        EXPECT_EQ(identification.status(), 1);
-        EXPECT_EQ(contentOf(streams.output), "");
-        EXPECT_TRUE(contentOf(streams.errors).ends_with("ended before anything could respond\n"));
-    }
-}
-
 TEST(KelvinbarSnapshot, IdentifiesNothingAmongNoReadings) {
     expectFailure(run({"--identify", "--match", "toaster"}), 1, {"no reading is selected"});
+}
+
+TEST(KelvinbarSnapshot, IdentifiesNothingAmongFactsOfTheSystem) {
+    expectFailure(run({"--identify", "--key", "NLPM"}), 1, {"there is no sensor that could be identified"});
 }
 
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
@@ -751,6 +803,17 @@ TEST(KelvinbarSnapshotDoctor, PrintsADocument) {
     EXPECT_EQ(document["schema"], 1);
     EXPECT_EQ(document["sections"].back()["title"], "Tray");
     for (const auto& section : document["sections"]) EXPECT_TRUE(section["findings"].is_array());
+}
+
+TEST(KelvinbarSnapshotDoctor, TellsItsOwnCostIfItIsAsked) {
+    const Words nowhere{"DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=/nowhere"};
+    const Outcome text = outcomeOf(program({"--doctor", "--self"}), {}, nowhere);
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(std::regex_search(text.output, std::regex("\nKelvinbar\n  -   program: this one, .*\n"
+                                                          "(.*\n)*  ok  Resident Memory: .* MB\n")))
+        << text.output;
+    const Outcome json = outcomeOf(program({"--doctor", "--self", "--format", "json"}), {}, nowhere);
+    EXPECT_EQ(nlohmann::json::parse(json.output)["sections"].back()["title"], "Kelvinbar");
 }
 
 TEST(KelvinbarSnapshotDoctor, NamesNobody) {

@@ -87,6 +87,7 @@ std::vector<FindingSection> Examination::examinePasses(const Machine& machine) {
     store->refresh(false);
     waitForPass();
     Finding second = costFinding("pass", pass.cost(), *store);
+    accessesOfLastPass_ = store->accessesOfLastPass();
     FindingSection readings{.title = "Readings", .findings = {readingsFinding(*store)}};
     std::ranges::transform(store->silentDevices(), std::back_inserter(readings.findings), silentFinding);
     store->shutdown();

@@ -4,8 +4,8 @@
 #include "base/Text.h"
 #include "panel/SensorRowTexts.h"
 #include "panel/SensorSections.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -2,6 +2,7 @@
 
 #include "machines/linux/files/SystemFile.h"
 #include "machines/linux/sources/HwmonChips.h"
+#include "machines/linux/sources/ThermalZones.h"
 
 #include <algorithm>
 
@@ -32,6 +33,11 @@ std::optional<CriticalMargin> ChipLimits::smallestMargin(std::span<const SilentD
 
 void ChipLimits::find() {
     isFound_ = true;
+    findChips();
+    findZones();
+}
+
+void ChipLimits::findChips() {
     for (const SensorChip& chip : hwmonChips(root_)) {
         for (const SensorChannel& channel : chip.channels) {
             const auto limit = chip.folder / (channel.feature + "_crit");
@@ -43,6 +49,16 @@ void ChipLimits::find() {
                                  .fault = channel.fault,
                                  .powerStates = chip.powerStates});
         }
+    }
+}
+
+void ChipLimits::findZones() {
+    for (const CriticalTripPoint& point : criticalTripPoints(root_ / "sys/class/thermal")) {
+        const std::string name = point.zone.filename().string();
+        channels_.push_back({.name = point.zoneType.empty() ? name : point.zoneType + "/" + name,
+                             .device = point.zone.native(),
+                             .value = point.zone / "temp",
+                             .limit = point.limit});
     }
 }
 

@@ -66,6 +66,32 @@ TEST_F(ChipLimitsTest, ALimitOfZeroAndBelowIsNone) {
     EXPECT_EQ(degrees(), std::nullopt);
 }
 
+TEST_F(ChipLimitsTest, CriticalTripPointsOfThermalZonesCount) {
+    writeTemperature("temp1", "40000\n", "90000\n");
+    folder = "sys/class/thermal/thermal_zone3";
+    write("type", "x86_pkg_temp\n");
+    write("temp", "61000\n");
+    write("trip_point_0_type", "passive\n");
+    write("trip_point_0_temp", "60000\n");
+    write("trip_point_1_type", "critical\n");
+    write("trip_point_1_temp", "105000\n");
+    const auto margin = limits.smallestMargin({});
+    ASSERT_TRUE(margin);
+    EXPECT_EQ(margin->sensor, "x86_pkg_temp/thermal_zone3");
+    EXPECT_DOUBLE_EQ(margin->degrees, 44);
+    write("temp", "100000\n");
+    EXPECT_EQ(degrees(), 5);
+    EXPECT_EQ(degrees({{.device = (tree.root() / folder).native(), .file = ""}}), 50);
+}
+
+TEST_F(ChipLimitsTest, MeaninglessTripPointsAreNoLimit) {
+    folder = "sys/class/thermal/thermal_zone0";
+    write("temp", "45000\n");
+    write("trip_point_0_type", "critical\n");
+    write("trip_point_0_temp", "20000\n");
+    EXPECT_EQ(degrees(), std::nullopt);
+}
+
 TEST_F(ChipLimitsTest, WhatCannotBeTrustedOrReadDoesNotCount) {
     writeTemperature("temp1", "127000\n", "90000\n");
     write("temp1_fault", "1\n");
