@@ -1,5 +1,6 @@
 #include "tools/SnapshotCommandLine.h"
 
+#include "base/NumberText.h"
 #include "base/Text.h"
 #include "resources/SampleMachines.h"
 #include "tools/OwnReadings.h"
@@ -41,6 +42,17 @@ std::string listed(const std::vector<std::string>& words) {
 
 /// Refuses other words. Help names them at its end, not in the line of the option.
 CLI::Validator oneOf(const std::vector<std::string>& words) { return CLI::IsMember(words).description(""); }
+
+/// Refuses other numbers and other texts, "nan" among them.
+CLI::Validator numberFrom(double least, double most) {
+    const std::string complaint =
+        "a number from " + shortestText(least) + " to " + shortestText(most) + " is wanted";
+    const auto check = [=](const std::string& text) {
+        const bool isWithin = isNumber(text) && leadingNumber(text) >= least && leadingNumber(text) <= most;
+        return isWithin ? std::string() : complaint;
+    };
+    return {check, ""};
+}
 
 std::vector<std::string> orderNames() {
     std::vector<std::string> names;
@@ -181,7 +193,7 @@ void SnapshotCommandLine::addOutputOptions() {
     watch_ = app_.add_option("--watch", seconds_,
                              "Print again every SECONDS (2 unless given) until a signal or a closed pipe");
     watch_->type_name("SECONDS")->expected(0, 1)->default_str("2")->group("Output");
-    watch_->check(CLI::Range(fewestSeconds, mostSeconds).description(""));
+    watch_->check(numberFrom(fewestSeconds, mostSeconds));
 }
 
 void SnapshotCommandLine::addDiffOptions() {
@@ -192,7 +204,7 @@ void SnapshotCommandLine::addDiffOptions() {
     diff_->excludes(replay_, demo_, watch_, self_);
     app_.add_option("--tolerance", options_.tolerance, "Numbers that are no more than X apart are the same")
         ->type_name("X")
-        ->check(CLI::NonNegativeNumber.description(""))
+        ->check(numberFrom(0, mostTolerance))
         ->needs(diff_)
         ->group("Comparison");
 }
@@ -202,7 +214,7 @@ void SnapshotCommandLine::addIdentificationOptions() {
                                 "Load all processors for SECONDS (20 unless given) and print which readings "
                                 "followed");
     identify_->type_name("SECONDS")->expected(0, 1)->group("Identification");
-    identify_->check(CLI::Range(fewestIdentifySeconds, mostIdentifySeconds).description(""));
+    identify_->check(numberFrom(fewestIdentifySeconds, mostIdentifySeconds));
     // Not by their names: CLI11 compares names in a way that ends the program where memory runs out.
     identify_->excludes(replay_, demo_, diff_, watch_, title_, summary_, pinned_, sort_, self_);
     app_.add_flag(
@@ -240,10 +252,12 @@ std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
 
 /// Throws CLI::ParseError for what the parser does not check by itself.
 void SnapshotCommandLine::finishParsing() {
-    // CLI11 does not validate an empty value.
+    // CLI11 does not validate an empty value, and takes that of a number for 0.
     if (demo_->count() > 0 && options_.machine.sampleName.empty()) {
         throw CLI::ValidationError("--demo", "NAME is empty");
     }
+    if (seconds_ == 0) throw CLI::ValidationError("--watch", "SECONDS is empty");
+    if (identifySeconds_ == 0) throw CLI::ValidationError("--identify", "SECONDS is empty");
     finishSelection();
     finishFormat();
     finishDiff();

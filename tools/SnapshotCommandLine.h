@@ -55,6 +55,9 @@ class SnapshotCommandLine {
     static constexpr double fewestSeconds = 0.1;
     static constexpr double mostSeconds = 86400;
 
+    /// Of --tolerance, in the unit of a reading.
+    static constexpr double mostTolerance = 1e9;
+
     /// Of --identify.
     static constexpr double usualLoadSeconds = 20;
     static constexpr double usualWatchSeconds = 60;

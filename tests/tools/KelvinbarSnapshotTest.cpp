@@ -211,6 +211,20 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
     }
 }
 
+TEST(KelvinbarSnapshot, TakesOnlyFiniteNumbersWithinTheirLimits) {
+    const std::vector<Words> numbers{{"--demo", "--watch"}, {"--identify"}, {"--diff", "-", "--tolerance"}};
+    for (const Words& options : numbers) {
+        for (const std::string number : {"nan", "inf", "1e999", "-1", "1e10", "5 s", "0x10", ""}) {
+            Words words = options;
+            words.push_back(number);
+            SCOPED_TRACE(testing::PrintToString(words));
+            const Outcome outcome = run(words, oneKey);
+            expectFailure(outcome, 2, {options.back()});
+            EXPECT_LT(outcome.errors.size(), 120U) << outcome.errors;
+        }
+    }
+}
+
 /// An unset variable of a shell script must not read another machine than the one that was asked for.
 TEST(KelvinbarSnapshot, RefusesASampleWithAnEmptyName) { expectFailure(run({"--demo", ""}), 2); }
 
