@@ -201,7 +201,7 @@ void SnapshotCommandLine::addDiffOptions() {
                             "Print what differs between the snapshots in two FILEs, or between one and "
                             "this machine (- for standard input)");
     diff_->type_name("FILE")->expected(1, 2)->group("Comparison");
-    diff_->excludes(replay_, demo_, watch_, self_);
+    diff_->excludes(replay_, demo_, watch_, self_, pinned_, sort_);
     app_.add_option("--tolerance", options_.tolerance, "Numbers that are no more than X apart are the same")
         ->type_name("X")
         ->check(numberFrom(0, mostTolerance))

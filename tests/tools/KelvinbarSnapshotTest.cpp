@@ -179,6 +179,8 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--diff", file, "--demo"},
         {"--diff", file, "--watch"},
         {"--diff", file, "--format", "csv"},
+        {"--diff", file, "--pinned"},
+        {"--diff", file, "--sort", "value"},
         {"--diff", file, "--title", "--key", "TC0P"},
         {"--diff", file, "--tolerance", "-1"},
         {"--tolerance", "1"},
