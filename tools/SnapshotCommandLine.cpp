@@ -110,18 +110,24 @@ constexpr const char* closingWords =
     "nothing can be written or memory runs out, 2 for a wrong option.\n"
     "With --diff: 0 for no difference, 1 for differences, 2 for a wrong option, 3 for other failures.";
 
-/// The exit status when --help or --version has been printed.
+/// The exit status when the parser or `printed` has answered.
 int statusOfAnswer() {
     if (std::cout.flush()) return 0;
     reportError("cannot write to standard output");
     return inputErrorExit;
 }
 
+/// Prints `text`; returns the exit status.
+int printed(const std::string& text) {
+    std::cout << text;
+    return statusOfAnswer();
+}
+
 } // namespace
 
 SnapshotCommandLine::SnapshotCommandLine()
     : app_("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot") {
-    app_.set_version_flag("--version", "kelvinbar-snapshot " KELVINBAR_VERSION);
+    version_ = app_.add_flag("--version", isVersion_, "Display program version information and exit");
     listedValues_ = {{"--demo", sampleNames()},
                      {"--format", formatNames()},
                      {"--sort", orderNames()},
@@ -232,21 +238,31 @@ void SnapshotCommandLine::addDoctorOption() {
 }
 
 void SnapshotCommandLine::addRemainingOptions() {
-    app_.add_option("--completion", completedShell_,
-                    "Print a script that completes the options in bash, zsh or fish")
-        ->type_name("SHELL")
-        ->check(oneOf(listedValues_.at("--completion")));
+    completion_ = app_.add_option("--completion", completedShell_,
+                                  "Print a script that completes the options in bash, zsh or fish");
+    completion_->type_name("SHELL")->check(oneOf(listedValues_.at("--completion")));
     app_.add_flag("-v,--verbose", options_.verbosity, "Log what is found and done; twice, every step");
 }
 
 std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
     try {
         app_.parse(argc, argv);
+        requireAlone(*version_);
+        requireAlone(*completion_);
         finishParsing();
-        if (!completedShell_.empty()) return printCompletion();
-        return std::nullopt;
+        if (isVersion_) return printed("kelvinbar-snapshot " KELVINBAR_VERSION "\n");
+        if (completion_->count() == 0) return std::nullopt;
+        return printed(completionScript(completedShell_, app_.get_name(), completedOptions()));
     } catch (const CLI::ParseError& error) {
         return app_.exit(error) == 0 ? statusOfAnswer() : usageErrorExit;
+    }
+}
+
+/// An option that prints something else than readings. Throws CLI::ParseError if another one is given, too.
+void SnapshotCommandLine::requireAlone(const CLI::Option& option) const {
+    if (option.count() == 0) return;
+    for (const CLI::Option* const other : app_.parse_order()) {
+        if (other != &option) throw CLI::ExcludesError(option.get_name(), other->get_name());
     }
 }
 
@@ -362,11 +378,6 @@ std::vector<CompletedOption> SnapshotCommandLine::completedOptions() const {
         completed.push_back(std::move(entry));
     }
     return completed;
-}
-
-int SnapshotCommandLine::printCompletion() const {
-    std::cout << completionScript(completedShell_, app_.get_name(), completedOptions());
-    return statusOfAnswer();
 }
 
 } // namespace kelvinbar

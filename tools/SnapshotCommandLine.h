@@ -78,8 +78,8 @@ class SnapshotCommandLine {
     void finishIdentification();
     void finishOwnCost() const;
     void finishDoctor() const;
+    void requireAlone(const CLI::Option& option) const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
-    [[nodiscard]] int printCompletion() const;
 
     SnapshotOptions options_;
     std::string formatName_;
@@ -87,10 +87,12 @@ class SnapshotCommandLine {
     std::vector<std::string> categoryNames_;
     double seconds_ = usualSeconds;
     double identifySeconds_ = usualLoadSeconds;
+    bool isVersion_ = false;
     bool isByHand_ = false;
     bool isTitle_ = false;
     bool isSummary_ = false;
     CLI::App app_;
+    CLI::Option* version_ = nullptr;
     CLI::Option* replay_ = nullptr;
     CLI::Option* demo_ = nullptr;
     CLI::Option* match_ = nullptr;
@@ -102,6 +104,7 @@ class SnapshotCommandLine {
     CLI::Option* watch_ = nullptr;
     CLI::Option* self_ = nullptr;
     CLI::Option* identify_ = nullptr;
+    CLI::Option* completion_ = nullptr;
     std::string completedShell_;
     std::map<std::string, std::vector<std::string>> listedValues_; ///< by the name of the option
 };

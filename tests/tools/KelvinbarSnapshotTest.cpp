@@ -206,6 +206,13 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--self", "--identify"},
         {"--category", "kelvinbar"},
         {"--completion", "tcsh"},
+        {"--completion", "bash", "--doctor"},
+        {"--completion", "bash", "--version"},
+        {"--completion", "bash", "--watch"},
+        {"--version", "--format", "xml"},
+        {"--version", "--format", "json"},
+        {"--version", "--demo"},
+        {"--version", "extra"},
     };
     for (const Words& options : wrong) {
         SCOPED_TRACE(testing::PrintToString(options));
