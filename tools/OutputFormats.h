@@ -17,6 +17,7 @@ struct FormatSettings {
     bool isTerminal = false; ///< somebody looks at the output
     bool isColoured = false; ///< and wants colours
     bool isSeries = false;   ///< more reports follow the first
+    bool isOrdered = false;  ///< the user has chosen the order of the readings
 };
 
 /// Returns a report as text. All text of one series comes from one writer, which may remember what it wrote

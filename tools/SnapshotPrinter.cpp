@@ -26,7 +26,8 @@ FormatSettings settingsFor(const SnapshotOptions& options) {
     const bool isTerminal = isStandardOutputTerminal();
     return {.isTerminal = isTerminal,
             .isColoured = isTerminal && wantsColours(),
-            .isSeries = options.interval.has_value()};
+            .isSeries = options.interval.has_value(),
+            .isOrdered = options.isPinned || options.selection.isOrdered()};
 }
 
 } // namespace

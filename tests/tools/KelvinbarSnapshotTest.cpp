@@ -469,6 +469,34 @@ TEST(KelvinbarSnapshot, PrintsTheSelectedReadingsAlone) {
                     .output.starts_with("GRAPHICS\n"));
 }
 
+/// The outcome for a user with these preferences; without a file if they are empty.
+Outcome runWithPreferences(const Words& options, std::string_view preferences) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("kelvinbar"));
+    if (!preferences.empty()) static_cast<void>(folder.write("kelvinbar/kelvinbar.conf", preferences));
+    return outcomeOf(program(options), {}, {"XDG_CONFIG_HOME=" + folder.path("")});
+}
+
+/// Whether the table has the lines of these keys in this order.
+bool hasRowsInOrder(const std::string& table, const Words& keys) {
+    std::size_t place = 0;
+    for (const std::string& key : keys) place = std::min(table.find("  " + key + "\n", place), table.size());
+    return place < table.size();
+}
+
+TEST(KelvinbarSnapshot, KeepsTheOrderThatIsAskedForInATable) {
+    const Words keys{"TC1C", "TC0P", "TC2C"};
+    const auto table = [&](const Words& options) {
+        Words words{"--demo", "--format", "table"};
+        words.insert(words.end(), options.begin(), options.end());
+        return runWithPreferences(words, "[General]\nKelvinbarMenuBarKeys=TC1C, TC0P, TC2C\n").output;
+    };
+    EXPECT_TRUE(hasRowsInOrder(table({"--key", "TC1C", "TC0P", "TC2C"}), keys));
+    EXPECT_TRUE(hasRowsInOrder(table({"--pinned"}), keys));
+    EXPECT_TRUE(hasRowsInOrder(table({"--sort", "key"}), {"TC0P", "TC1C", "TC2C"}));
+    EXPECT_FALSE(hasRowsInOrder(table({"--match", "TC"}), keys));
+}
+
 TEST(KelvinbarSnapshot, NamesKeysWithoutAReading) {
     const Outcome outcome = run({"--demo", "--key", "TC0P", "XXXX", "--title"});
     EXPECT_EQ(outcome.status, 0);
@@ -483,14 +511,6 @@ TEST(KelvinbarSnapshot, FailsWhenNothingIsSelected) {
         options.insert(options.end(), selection.begin(), selection.end());
         expectFailure(run(options), 1, {"no reading is selected"});
     }
-}
-
-/// The outcome for a user with these preferences; without a file if they are empty.
-Outcome runWithPreferences(const Words& options, std::string_view preferences) {
-    const TemporaryFolder folder;
-    std::filesystem::create_directory(folder.path("kelvinbar"));
-    if (!preferences.empty()) static_cast<void>(folder.write("kelvinbar/kelvinbar.conf", preferences));
-    return outcomeOf(program(options), {}, {"XDG_CONFIG_HOME=" + folder.path("")});
 }
 
 constexpr std::string_view twoPins = "[General]\nKelvinbarMenuBarKeys=TC0P, F0Ac\nKelvinbarMenuBarKey=TC0P\n";

@@ -217,6 +217,18 @@ TEST(TableFormat, AlignsNamesAndValuesInTheSectionsOfThePanel) {
               "  Battery   Charging  BAT0/status\n");
 }
 
+TEST(TableFormat, KeepsTheUsersOrderWithinEachSection) {
+    const auto core = numberReading("b", "Core 1", SMCCategory::cpu, 50, "50", "°C");
+    const auto package = numberReading("a", "Package", SMCCategory::cpu, 40, "40", "°C");
+    const Report report = reportWith({fan(), core, package});
+    EXPECT_EQ(written("table", report, {.isOrdered = true}), "CPU\n"
+                                                             "  Core 1        50°  b\n"
+                                                             "  Package       40°  a\n"
+                                                             "\nFANS\n"
+                                                             "  Fan 0    1200 rpm  F0Ac\n");
+    EXPECT_THAT(written("table", report), HasSubstr("a\n  Core 1 "));
+}
+
 TEST(TableFormat, ShowsLastWhatThePanelHasNoSectionFor) {
     SMCReading other = fan();
     other.category = SMCCategory::unknown;
