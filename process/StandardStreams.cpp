@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <initializer_list>
+#include <sys/ioctl.h>
 #include <sys/types.h>
 
 #include <unistd.h>
@@ -28,6 +29,14 @@ void openClosedStandardStreams() {
 }
 
 bool isStandardOutputTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
+
+TerminalSize standardOutputSize() {
+    struct winsize size {};
+
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return {};
+    return {.columns = size.ws_col, .rows = size.ws_row};
+}
 
 bool wantsColours() {
     // NOLINTBEGIN(concurrency-mt-unsafe): nobody changes the environment

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <system_error>
 
@@ -15,6 +16,15 @@ void openClosedStandardStreams();
 
 /// Whether standard output is a terminal. Any thread.
 bool isStandardOutputTerminal();
+
+/// In characters; 0 if it is not known.
+struct TerminalSize {
+    std::size_t columns = 0;
+    std::size_t rows = 0;
+};
+
+/// The size that the terminal on standard output has now. Any thread.
+TerminalSize standardOutputSize();
 
 /// Whether the user's environment wants colours on terminals: no if NO_COLOR is set to anything, nor on a
 /// terminal without any ability. Reads the environment.

@@ -1,12 +1,12 @@
 #include "tools/SnapshotPrinter.h"
 
-#include "base/Text.h"
 #include "machines/Platform.h"
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
 #include "tools/OwnReadings.h"
 #include "tools/ProgramErrors.h"
+#include "tools/TerminalPage.h"
 #include "tools/WatchLoop.h"
 
 #include <chrono>
@@ -102,15 +102,10 @@ int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
 
-/// A page over the one before, without the flicker of an empty screen; on anything but a terminal, a page
-/// after the one before.
+/// A page over the one before; on anything but a terminal, a page after the one before.
 std::string SnapshotPrinter::onScreen(const std::string& page) const {
-    constexpr std::string_view home = "\x1b[H";
-    constexpr std::string_view clearRestOfLine = "\x1b[K\n";
-    constexpr std::string_view clearRestOfScreen = "\x1b[J";
     if (options_.format->repetition != Repetition::pages) return page;
-    if (!settings_.isTerminal) return page + "\n";
-    return std::string(home).append(replacedAll(page, "\n", clearRestOfLine)).append(clearRestOfScreen);
+    return settings_.isTerminal ? pageInPlace(page, standardOutputSize()) : page + "\n";
 }
 
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {

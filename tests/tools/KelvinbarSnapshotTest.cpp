@@ -1,6 +1,7 @@
 // The program kelvinbar-snapshot as a user runs it: a process with options, files, exit status and messages.
 
 #include "base/Text.h"
+#include "process/StandardStreams.h"
 #include "resources/SampleMachines.h"
 #include "tests/ProgramRun.h"
 #include "tests/tools/TemporaryFolder.h"
@@ -14,8 +15,10 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <thread>
@@ -725,24 +728,76 @@ TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
 }
 
+/// A run of the program at a pseudo-terminal.
+class TerminalRun {
+  public:
+    /// Without a size, the terminal does not tell one.
+    TerminalRun(const Words& options, const Words& variables, TerminalSize size = {})
+        : terminal_(opened(size)), run_(program(options), streams(), variables) {}
+
+    TerminalRun(const TerminalRun&) = delete;
+    TerminalRun& operator=(const TerminalRun&) = delete;
+
+    ~TerminalRun() { ::close(terminal_); }
+
+    void resize(TerminalSize size) const { setSize(terminal_, size); }
+
+    /// All up to the end of the output or of a page of a watch.
+    std::string page() {
+        constexpr std::string_view endOfPage = "\x1b[J";
+        std::string page;
+        for (char character = 0; !page.ends_with(endOfPage) && ::read(terminal_, &character, 1) == 1;)
+            page.push_back(character);
+        return replacedAll(page, "\r\n", "\n");
+    }
+
+    /// Ends the run if it goes on; the exit status.
+    int status() {
+        run_.terminate();
+        while (!page().empty()) {
+        }
+        return run_.status();
+    }
+
+  private:
+    static int opened(TerminalSize size) {
+        const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+        EXPECT_EQ(::grantpt(terminal), 0);
+        EXPECT_EQ(::unlockpt(terminal), 0);
+        setSize(terminal, size);
+        return terminal;
+    }
+
+    static void setSize(int terminal, TerminalSize size) {
+        struct winsize set {};
+
+        set.ws_col = static_cast<unsigned short>(size.columns);
+        set.ws_row = static_cast<unsigned short>(size.rows);
+        EXPECT_EQ(::ioctl(terminal, TIOCSWINSZ, &set), 0); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    }
+
+    ProgramRun::Streams streams() const {
+        const std::string name = ::ptsname(terminal_); // NOLINT(concurrency-mt-unsafe): one thread
+        return {"/dev/null", name, folder_.write("errors", "")};
+    }
+
+    TemporaryFolder folder_;
+    int terminal_;
+    ProgramRun run_;
+};
+
+bool hasPseudoTerminals() {
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    return terminal >= 0 && ::close(terminal) == 0;
+}
+
 /// What the program prints on a terminal; no value if this system gives none.
 std::optional<std::string> printedAtTerminal(const Words& options, const Words& variables = {}) {
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal < 0) return std::nullopt;
-    EXPECT_EQ(::grantpt(terminal), 0);
-    EXPECT_EQ(::unlockpt(terminal), 0);
-    const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
-    const TemporaryFolder folder;
-    const ProgramRun run(program(options), {"/dev/null", name, folder.write("errors", "")}, variables);
-    std::string output;
-    std::array<char, 4096> chunk{};
-    for (ssize_t size = 0; (size = ::read(terminal, chunk.data(), chunk.size())) > 0;) {
-        output.append(chunk.data(), static_cast<std::size_t>(size));
-        if (contains(output, "\x1b[J")) run.terminate(); // a page of a watch is complete
-    }
+    if (!hasPseudoTerminals()) return std::nullopt;
+    TerminalRun run(options, variables);
+    std::string output = run.page();
     EXPECT_EQ(run.status(), 0);
-    ::close(terminal);
-    return replacedAll(output, "\r\n", "\n");
+    return output;
 }
 
 /// What is typed at a terminal begins on a line of its own again.
@@ -768,6 +823,40 @@ TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
     if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
     EXPECT_EQ(*output, "\x1b[HHottest      51.75 °C  CPU Proximity\x1b[K\nFastest fan  none\x1b[K\n"
                        "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
+}
+
+/// The lines of a page that is drawn in place, without colours.
+std::vector<std::string> linesOfPage(const std::string& page) {
+    static const std::regex sequence("\x1b\\[[0-9]*[HKJm]");
+    std::istringstream stream(std::regex_replace(page, sequence, ""));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+void expectToFit(const std::string& page, TerminalSize size) {
+    EXPECT_TRUE(page.starts_with("\x1b[H")) << page;
+    const auto lines = linesOfPage(page);
+    EXPECT_EQ(lines.size(), size.rows - 1) << page;
+    for (const std::string& line : lines) EXPECT_LE(characterCount(line), size.columns) << line;
+    EXPECT_TRUE(lines.back().ends_with(" more lines") || lines.back().ends_with("…")) << lines.back();
+}
+
+TEST(KelvinbarSnapshot, DrawsNoMoreOfATableThanTheTerminalShows) {
+    if (!hasPseudoTerminals()) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    constexpr TerminalSize usual{.columns = 80, .rows = 24};
+    constexpr TerminalSize smaller{.columns = 20, .rows = 7};
+    TerminalRun run({"--demo", "--watch", "0.1"}, {"TERM=xterm", "NO_COLOR="}, usual);
+    expectToFit(run.page(), usual);
+    run.resize(smaller);
+    std::string page = run.page();
+    while (linesOfPage(page).size() == usual.rows - 1) page = run.page(); // drawn before
+    expectToFit(page, smaller);
+    run.resize({.columns = 200, .rows = 200});
+    while (linesOfPage(page).size() == smaller.rows - 1) page = run.page();
+    EXPECT_GT(linesOfPage(page).size(), usual.rows);
+    EXPECT_FALSE(contains(page, "…")) << page;
+    EXPECT_EQ(run.status(), 0);
 }
 
 // The doctor
