@@ -34,7 +34,7 @@ bool wantsColours();
 void ignoreClosedPipes();
 
 /// Writes `text` as a whole, at once. Returns why it could not, such as a disk that is full; part of the text
-/// may be written then. Blocks as long as the reader does.
+/// may be written then. Blocks as long as the reader does, on non-blocking streams, too.
 std::error_code writeToStandardOutput(std::string_view text);
 
 } // namespace kelvinbar
