@@ -22,12 +22,19 @@ namespace {
 /// For the tray program's answer.
 constexpr std::chrono::seconds longestWait{1};
 
+TimePrecision precisionFor(const SnapshotOptions& options) {
+    const auto interval = options.interval.value_or(std::chrono::seconds(0));
+    return interval % std::chrono::seconds(1) == interval.zero() ? TimePrecision::seconds
+                                                                 : TimePrecision::milliseconds;
+}
+
 FormatSettings settingsFor(const SnapshotOptions& options) {
     const bool isTerminal = isStandardOutputTerminal();
     return {.isTerminal = isTerminal,
             .isColoured = isTerminal && wantsColours(),
             .isSeries = options.interval.has_value(),
-            .isOrdered = options.isPinned || options.selection.isOrdered()};
+            .isOrdered = options.isPinned || options.selection.isOrdered(),
+            .precision = precisionFor(options)};
 }
 
 } // namespace

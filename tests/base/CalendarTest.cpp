@@ -20,6 +20,16 @@ TEST(Calendar, PrintsAnInternetDateTimeInUtc) {
 
 TEST(Calendar, PadsEveryFieldWithZeros) { EXPECT_EQ(iso8601Text(unixTime(0)), "1970-01-01T00:00:00Z"); }
 
+TEST(Calendar, PrintsMillisecondsWhenAsked) {
+    const auto text = [](auto fraction) {
+        return iso8601Text(unixTime(1772373909) + fraction, TimePrecision::milliseconds);
+    };
+    EXPECT_EQ(text(0ms), "2026-03-01T14:05:09.000Z");
+    EXPECT_EQ(text(7ms), "2026-03-01T14:05:09.007Z");
+    EXPECT_EQ(text(999999us), "2026-03-01T14:05:09.999Z");
+    EXPECT_EQ(text(-1us), "2026-03-01T14:05:08.999Z");
+}
+
 TEST(Calendar, KnowsTheLengthsOfYears) {
     EXPECT_EQ(iso8601Text(unixTime(1709251199)), "2024-02-29T23:59:59Z");
     EXPECT_EQ(iso8601Text(unixTime(1709251200)), "2024-03-01T00:00:00Z");

@@ -15,6 +15,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -625,6 +626,22 @@ TEST(KelvinbarSnapshot, AppendsRowsUnderOneHeading) {
     EXPECT_EQ(watched.line(), "time,CPU Proximity (°C),Fan 0 Minimum (RPM)\n");
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+}
+
+TEST(KelvinbarSnapshot, RepeatsNoTimeWhenItReadsSeveralTimesASecond) {
+    for (const std::string format : {"csv", "jsonl"}) {
+        WatchedRun watched({"--demo", "--watch", "0.1", "--format", format, "--key", "TC0P"});
+        if (format == "csv") static_cast<void>(watched.line()); // the heading
+        const std::regex time("\\d{4}-[-0-9T:]+\\.\\d{3}Z");
+        std::set<std::string> times;
+        for (int tick = 0; tick < 5; ++tick) {
+            const std::string line = watched.line();
+            std::smatch found;
+            EXPECT_TRUE(std::regex_search(line, found, time)) << line;
+            times.insert(found.str());
+        }
+        EXPECT_EQ(times.size(), 5U);
+    }
 }
 
 TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {

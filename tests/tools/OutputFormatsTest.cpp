@@ -162,6 +162,16 @@ TEST(CsvFormat, LeavesTheFieldOfAMissingReadingEmpty) {
     EXPECT_EQ(write(reportWith({})), "2026-03-01T14:00:00Z,,\n");
 }
 
+TEST(OutputFormats, TellTimesWithinASecondApartWhereTheyAreASeriesOfLines) {
+    Report report = reportWith({fan()});
+    report.time += std::chrono::milliseconds(250);
+    const FormatSettings settings{.isSeries = true, .precision = TimePrecision::milliseconds};
+    for (const std::string_view format : {"csv", "jsonl"}) {
+        EXPECT_THAT(written(format, report, settings), HasSubstr("2026-03-01T14:00:00.250Z"));
+        EXPECT_THAT(written(format, report, {.isSeries = true}), HasSubstr("2026-03-01T14:00:00Z"));
+    }
+}
+
 TEST(CsvFormat, TellsColumnsOfOneNameApart) {
     SMCReading other = fan();
     other.key = "F1Ac";
