@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 /// Dates for people and for exported files. Independent of the time zone and the locale of the process.
 namespace kelvinbar {
@@ -13,5 +15,9 @@ enum class TimePrecision : std::uint8_t { seconds, milliseconds };
 /// "2026-03-01T14:05:09.250Z". Smaller fractions of a second are dropped, towards the past. Any thread.
 std::string iso8601Text(std::chrono::system_clock::time_point time,
                         TimePrecision precision = TimePrecision::seconds);
+
+/// The time that `iso8601Text` prints as `text` with whole seconds, from 1970 to 2199; no value for other
+/// texts. Any thread.
+std::optional<std::chrono::system_clock::time_point> timeOfIso8601Text(std::string_view text);
 
 } // namespace kelvinbar

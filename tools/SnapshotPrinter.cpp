@@ -95,8 +95,9 @@ std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
 }
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
+    const bool isNewSnapshot = options_.format->name == "text";
     return {.machine = options_.machine.description(),
-            .time = snapshot.time,
+            .time = isNewSnapshot ? snapshot.time : machine_.recordedAt.value_or(snapshot.time),
             .status = snapshot.status,
             .readings = selectedReadings(snapshot.readings, selection_)};
 }

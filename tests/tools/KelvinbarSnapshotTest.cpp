@@ -439,6 +439,22 @@ TEST(KelvinbarSnapshot, NamesNoFileOfTheUserInADocument) {
     EXPECT_FALSE(contains(outcome.output, "ada")) << outcome.output;
 }
 
+TEST(KelvinbarSnapshot, DatesAReplayAsItsSnapshotWas) {
+    const Words replay{"--replay", "-"};
+    const auto printed = [&](const Words& options, std::string_view text) {
+        Words words = replay;
+        words.insert(words.end(), options.begin(), options.end());
+        return run(words, text).output;
+    };
+    const std::string_view date = "2026-03-01T14:05:09Z";
+    EXPECT_TRUE(contains(printed({"--format", "json"}, oneKeySnapshot), date));
+    EXPECT_TRUE(contains(printed({"--format", "jsonl"}, oneKeySnapshot), date));
+    EXPECT_FALSE(contains(printed({"--format", "text"}, oneKeySnapshot), date));
+    EXPECT_TRUE(contains(printed({"--format", "json"}, oneKey), "\"time\": \"20"));
+    const auto sample = nlohmann::json::parse(run({"--demo", "--format", "json"}).output);
+    EXPECT_FALSE(contains(sampleMachines().front().text, sample["time"].get<std::string>()));
+}
+
 /// Runs the program with a standard output that is a pipe without a reader.
 Outcome runIntoClosedPipe(const Words& options) {
     constexpr int inherited = 7;
@@ -626,6 +642,17 @@ TEST(KelvinbarSnapshot, AppendsRowsUnderOneHeading) {
     EXPECT_EQ(watched.line(), "time,CPU Proximity (°C),Fan 0 Minimum (RPM)\n");
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
+}
+
+TEST(KelvinbarSnapshot, DatesTheRowsOfAReplayAsItsSnapshotWas) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", oneKeySnapshot);
+    for (const std::string format : {"csv", "table"}) {
+        WatchedRun watched({"--replay", file, "--watch", "--format", format});
+        const std::string first = watched.line();
+        const std::string dated = format == "csv" ? watched.line() : first;
+        EXPECT_TRUE(dated.starts_with("2026-03-01T14:05:09Z")) << dated;
+    }
 }
 
 TEST(KelvinbarSnapshot, RepeatsNoTimeWhenItReadsSeveralTimesASecond) {
