@@ -372,6 +372,7 @@ std::vector<CompletedOption> SnapshotCommandLine::completedOptions() const {
         for (const std::string& name : option->get_lnames()) entry.names.push_back("--" + name);
         if (option->get_expected_max() > 0) entry.valueName = option->get_type_name();
         entry.isFile = entry.valueName == "FILE";
+        entry.isOptional = option->get_expected_min() == 0;
         entry.isRepeated = option->get_expected_max() > 1;
         const auto values = listedValues_.find(entry.names.back());
         if (values != listedValues_.end()) entry.values = values->second;
