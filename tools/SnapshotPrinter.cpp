@@ -5,6 +5,7 @@
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
 #include "tools/OwnReadings.h"
+#include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 #include "tools/TerminalPage.h"
 #include "tools/WatchLoop.h"
@@ -96,10 +97,12 @@ std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
     const bool isNewSnapshot = options_.format->name == "text";
+    std::vector<SMCReading> readings = selectedReadings(snapshot.readings, selection_);
+    if (!isNewSnapshot) dropSignsOfZero(readings); // the text has the values as the panel does
     return {.machine = options_.machine.description(),
             .time = isNewSnapshot ? snapshot.time : machine_.recordedAt.value_or(snapshot.time),
             .status = snapshot.status,
-            .readings = selectedReadings(snapshot.readings, selection_)};
+            .readings = std::move(readings)};
 }
 
 int SnapshotPrinter::printOnce(const Snapshot& snapshot) {

@@ -694,6 +694,21 @@ TEST(KelvinbarSnapshot, ComparesTwoSnapshots) {
     EXPECT_EQ(outcome.errors, "");
 }
 
+constexpr std::string_view nearlyNoCurrent = "chip-isa-0/curr1\tchip\tCurrent\t-0.001 A\tRAW=-1\n";
+
+TEST(KelvinbarSnapshot, PrintsNoSignBeforeZero) {
+    for (const std::string format : {"json", "csv", "table"}) {
+        const Outcome outcome = run({"--replay", "-", "--format", format}, nearlyNoCurrent);
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_FALSE(std::regex_search(outcome.output, std::regex("-0(?![.\\d/-])"))) << outcome.output;
+    }
+    EXPECT_EQ(run({"--replay", "-", "--title", "--match", "Current"}, nearlyNoCurrent).output, "0 A\n");
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", "chip-isa-0/curr1\tchip\tCurrent\t2 A\tRAW=2\n");
+    EXPECT_EQ(run({"--diff", before, "-"}, nearlyNoCurrent).output,
+              "~ chip-isa-0/curr1  Current  2 A → 0 A (-2)\n");
+}
+
 TEST(KelvinbarSnapshot, IsSilentAboutEqualSnapshots) {
     const TemporaryFolder folder;
     const std::string before = folder.write("before", oneKey);

@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "sensors/RawReading.h"
-#include "store/ValueNormalization.h"
 #include "tools/PrintedText.h"
 
 #include <algorithm>
@@ -96,7 +95,7 @@ std::string totalPower(const Readings& readings) {
     if (highestOfMeters.empty()) return "none";
     double total = 0;
     for (const auto& [meter, power] : highestOfMeters) total += power;
-    return normalizeValue("", "", total, "W").value + " W";
+    return numberText(total, "W") + " W";
 }
 
 /// The first reading of the machine's batteries for which this holds; null if there is none.
@@ -122,7 +121,7 @@ std::string batteryLevel(const Readings& readings) {
     const auto* full = batteryNumber(readings, "mAh", "full");
     if (remaining == nullptr || full == nullptr || *full->numericValue <= 0) return {};
     const double level = 100 * *remaining->numericValue / *full->numericValue;
-    return normalizeValue("", "", level, "%").value + " %";
+    return numberText(level, "%") + " %";
 }
 
 std::string battery(const Readings& readings) {
