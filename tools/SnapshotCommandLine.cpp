@@ -273,7 +273,6 @@ void SnapshotCommandLine::finishParsing() {
         throw CLI::ValidationError("--demo", "NAME is empty");
     }
     if (seconds_ == 0) throw CLI::ValidationError("--watch", "SECONDS is empty");
-    if (identifySeconds_ == 0) throw CLI::ValidationError("--identify", "SECONDS is empty");
     finishSelection();
     finishFormat();
     finishDiff();
@@ -333,8 +332,8 @@ void SnapshotCommandLine::finishIdentification() {
     if (!formatName_.empty() && formatName_ != "text" && formatName_ != "json") {
         throw CLI::ValidationError("--identify", "what responded is printed as text or json");
     }
-    const bool isTimeGiven = !identify_->results().empty() && !identify_->results().front().empty();
-    const double seconds = isTimeGiven || !isByHand_ ? identifySeconds_ : usualWatchSeconds;
+    const double usual = isByHand_ ? usualWatchSeconds : usualLoadSeconds;
+    const double seconds = identifySeconds_ > 0 ? identifySeconds_ : usual;
     options_.identification = IdentificationPlan{
         .isByHand = isByHand_,
         .time = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds))};

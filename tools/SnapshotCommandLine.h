@@ -86,7 +86,7 @@ class SnapshotCommandLine {
     std::string orderName_;
     std::vector<std::string> categoryNames_;
     double seconds_ = usualSeconds;
-    double identifySeconds_ = usualLoadSeconds;
+    double identifySeconds_ = 0; ///< 0 for the usual
     bool isVersion_ = false;
     bool isByHand_ = false;
     bool isTitle_ = false;

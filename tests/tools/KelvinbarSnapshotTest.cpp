@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <regex>
@@ -227,7 +228,7 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
 TEST(KelvinbarSnapshot, TakesOnlyFiniteNumbersWithinTheirLimits) {
     const std::vector<Words> numbers{{"--demo", "--watch"}, {"--identify"}, {"--diff", "-", "--tolerance"}};
     for (const Words& options : numbers) {
-        for (const std::string number : {"nan", "inf", "1e999", "-1", "1e10", "5 s", "0x10", ""}) {
+        for (const std::string number : {"nan", "inf", "1e999", "-1", "1e10", "5 s", "0x10"}) {
             Words words = options;
             words.push_back(number);
             SCOPED_TRACE(testing::PrintToString(words));
@@ -236,6 +237,8 @@ TEST(KelvinbarSnapshot, TakesOnlyFiniteNumbersWithinTheirLimits) {
             EXPECT_LT(outcome.errors.size(), 120U) << outcome.errors;
         }
     }
+    expectFailure(run({"--demo", "--watch", ""}), 2, {"--watch"});
+    expectFailure(run({"--diff", "-", "--tolerance", ""}, oneKey), 2, {"--tolerance"});
 }
 
 /// An unset variable of a shell script must not read another machine than the one that was asked for.
@@ -567,10 +570,13 @@ TEST(KelvinbarSnapshot, SummarizesAMachineInFourLines) {
 
 // Watching
 
-/// A run of the program whose output the test reads line by line.
+enum class WatchedStream : std::uint8_t { output, errors };
+
+/// A run of the program of which the test reads a stream line by line.
 class WatchedRun {
   public:
-    explicit WatchedRun(const Words& options) : run_(started(options)) {}
+    explicit WatchedRun(const Words& options, WatchedStream stream = WatchedStream::output)
+        : run_(started(options, stream)) {}
 
     WatchedRun(const WatchedRun&) = delete;
     WatchedRun& operator=(const WatchedRun&) = delete;
@@ -595,11 +601,13 @@ class WatchedRun {
     std::string errors() { return contentOf(folder_.path("errors")); }
 
   private:
-    ProgramRun started(const Words& options) {
+    ProgramRun started(const Words& options, WatchedStream stream) {
         const std::string pipe = folder_.path("pipe");
         EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
         output_ = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); // does not wait for the program
-        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")});
+        ProgramRun::Streams streams{"/dev/null", pipe, folder_.write("errors", "")};
+        if (stream == WatchedStream::errors) std::swap(streams.output, streams.errors);
+        ProgramRun run(program(options), streams);
         ::fcntl(output_, F_SETFL, 0);
         return run;
     }
@@ -773,6 +781,25 @@ TEST(KelvinbarSnapshot, EndsAnIdentificationAtOnceOnASignal) {
         EXPECT_EQ(identification.status(), 1);
         EXPECT_EQ(contentOf(streams.output), "");
         EXPECT_TRUE(contentOf(streams.errors).ends_with("ended before anything could respond\n"));
+    }
+}
+
+TEST(KelvinbarSnapshot, IdentifiesForItsUsualTimeUnlessAnotherIsGiven) {
+    const std::vector<std::pair<Words, std::string>> expected{
+        {{"--identify"}, "Loading all processors for 20 s"},
+        {{"--identify", "--by-hand"},
+         "Now do something, such as blowing at a fan or copying a file, for 60 s"},
+        {{"--identify", "7", "--by-hand"},
+         "Now do something, such as blowing at a fan or copying a file, for 7 s"}};
+    std::vector<std::unique_ptr<WatchedRun>> runs; // at the same time: each is at rest first
+    for (const auto& [options, sentence] : expected) {
+        runs.push_back(std::make_unique<WatchedRun>(options, WatchedStream::errors));
+    }
+    for (std::size_t index = 0; index < runs.size(); ++index) {
+        EXPECT_TRUE(runs[index]->line().starts_with("Leave the machine alone"));
+        EXPECT_EQ(runs[index]->line(), expected[index].second + "; Ctrl+C ends.\n");
+        runs[index]->send(SIGTERM);
+        static_cast<void>(runs[index]->status());
     }
 }
 
