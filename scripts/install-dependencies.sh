@@ -56,10 +56,14 @@ declare -A evidence=(
   [libxcb-xinput-dev:arm64]=/usr/lib/aarch64-linux-gnu/libxcb-xinput.so
   [file]=file [dpkg-dev]=dpkg-shlibdeps [lintian]=lintian [appstream]=appstreamcli
   [desktop-file-utils]=desktop-file-validate [debootstrap]=debootstrap
+  [liblayershellqtinterface-dev]='/usr/lib/*/cmake/LayerShellQt/LayerShellQtConfig.cmake' [libwayland-dev]=/usr/include/wayland-client.h
 )
+# Debian 12 has a package of this name for Qt 5.
+layer_shell=
+[[ $release != debian-13 ]] || layer_shell="liblayershellqtinterface-dev libwayland-dev"
 xcb="libxcb1-dev libxcb-shape0-dev libxcb-xinput-dev pkg-config"
 qt="qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtqml-workerscript"
-build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help2man $qt $xcb"
+build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help2man $qt $xcb $layer_shell"
 console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish systemd"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"

@@ -36,7 +36,8 @@ std::shared_ptr<SensorSource> appleSMC(const std::filesystem::path& root,
     auto keys = std::make_unique<DetectedAppleSMC>([root, &log] { return openAppleSMC(root, log); }, clock);
     auto bridge =
         std::make_shared<SMCBridge>(std::make_shared<KeySourceDriver>(std::move(keys)), nullptr, clock, &log);
-    return std::make_shared<WatchedSource>(std::move(bridge), "AppleSMC", LogCategory::sourceSMC);
+    return std::make_shared<WatchedSource>(std::move(bridge), std::string(appleSMCDevice),
+                                           LogCategory::sourceSMC);
 }
 
 /// libsensors only reads the /sys of the running system.

@@ -50,6 +50,14 @@ void FocusInput::release(QWindow& window) {
     if (dismissingPress_ == DismissingPress::none) presses_ = nullptr;
 }
 
+void FocusInput::grantFocus(const FocusRight& right) {
+    if (window_ == nullptr) {
+        right_ = right;
+    } else if (!window_->isActive()) {
+        system_.activate(*window_, right);
+    }
+}
+
 void FocusInput::userLeaves() {
     if (window_ != nullptr) dismiss(DismissingPress::none);
 }

@@ -22,7 +22,9 @@ namespace kelvinbar {
 /// release, or at the second press of a double-click. `takesDismissingPress` keeps that report from opening
 /// the popover again.
 ///
-/// Limits: where the window system does not report presses elsewhere, only the focus counts. Main thread.
+/// Limits: where the window system does not report presses elsewhere, only the focus counts. A press on the
+/// item that is held for long then opens the popover again, if the tray reports it at the release. Main
+/// thread.
 class FocusInput final : public QObject, public PopoverInput {
   public:
     struct PressHandlers {
@@ -57,8 +59,9 @@ class FocusInput final : public QObject, public PopoverInput {
     void acquire(QWindow& window, std::function<void()> onDismissed) override;
     void release(QWindow& window) override;
 
-    /// The right by which the next opening asks for the focus. Used once.
-    void grantFocus(const FocusRight& right) { right_ = right; }
+    /// The right by which the next opening asks for the focus, or the open window if it is without it. Used
+    /// once.
+    void grantFocus(const FocusRight& right);
 
     /// Dismisses the popover because the user turns to something else, such as another session.
     void userLeaves();

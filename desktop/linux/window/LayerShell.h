@@ -30,8 +30,9 @@ struct LayerPlace {
 
 /// What a layer surface is in front of.
 enum class LayerLevel {
+    belowWindows, ///< above the desktop only
     aboveWindows,
-    aboveAll, ///< also above windows that fill the screen, and above the other level
+    aboveAll, ///< also above windows that fill the screen, and above the other levels
 };
 
 enum class LayerKeyboard {

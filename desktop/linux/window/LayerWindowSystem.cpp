@@ -89,7 +89,9 @@ class LayerInput {
         activateWithToken(window, right);
         wait_.disconnect();
         QObject::connect(&wait_, &QTimer::timeout, &window, [this, &window] {
-            if (window.isVisible() && !window.isActive()) takeInput(window);
+            if (!window.isVisible()) return;
+            // A press on the bare desktop does not move the focus in every compositor.
+            window.isActive() ? showBackdrops(LayerLevel::belowWindows) : takeInput(window);
         });
         wait_.start();
     }
@@ -102,14 +104,19 @@ class LayerInput {
   private:
     void takeInput(QWindow& window) {
         shell_.setKeyboard(window, LayerKeyboard::exclusive);
-        const auto screens = QGuiApplication::screens();
-        for (QScreen* const screen : screens) showBackdrop(*screen);
+        showBackdrops(LayerLevel::aboveWindows);
     }
 
-    void showBackdrop(QScreen& screen) {
+    void showBackdrops(LayerLevel level) {
+        backdrops_.clear();
+        const auto screens = QGuiApplication::screens();
+        for (QScreen* const screen : screens) showBackdrop(*screen, level);
+    }
+
+    void showBackdrop(QScreen& screen, LayerLevel level) {
         // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the deleter of the pointer is of its own kind
         auto& backdrop = *backdrops_.emplace_back(new Backdrop([this] { handlers_.leaves(); }));
-        shell_.adopt(backdrop, LayerLevel::aboveWindows);
+        shell_.adopt(backdrop, level);
         shell_.setKeyboard(backdrop, LayerKeyboard::none);
         shell_.place(backdrop, {.edges = Qt::LeftEdge | Qt::TopEdge | Qt::RightEdge | Qt::BottomEdge,
                                 .margins = {},

@@ -11,8 +11,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 namespace kelvinbar {
+
+/// What visits of the SMC call it.
+inline constexpr std::string_view appleSMCDevice = "AppleSMC";
 
 /// The keys of the SMC, looked for while the program runs: the `applesmc` driver may be loaded or unloaded at
 /// any time. Not thread-safe; KeySourceDriver's caller serialises calls.

@@ -4,6 +4,7 @@
 #include "machines/linux/applesmc/AppleSMCChannels.h"
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
+#include "machines/linux/files/VisitedRead.h"
 #include "machines/linux/naming/SensorWords.h"
 #include "machines/linux/naming/TextPattern.h"
 
@@ -43,13 +44,25 @@ std::string loadCommand(std::string_view module) {
     return std::string("\"sudo modprobe ").append(module).append("\"");
 }
 
+std::optional<std::string> chipName(const fs::path& entry) {
+    const auto name = systemFileLine(entry / "name");
+    return name ? name : systemFileLine(entry / "device/name");
+}
+
+std::optional<std::string> visitedLine(const fs::path& file) {
+    return visitedRead(file, [&] { return systemFileLine(file); });
+}
+
+std::vector<std::string> visitedFolder(const fs::path& folder) {
+    return visitedRead(folder, [&] { return folderEntries(folder); });
+}
+
 /// The machine as far as the rules look at it.
 class Hardware {
   public:
     explicit Hardware(const fs::path& root) : root_(root) {
-        for (const fs::path& entry : classEntries(root, "hwmon")) {
-            auto name = systemFileLine(entry / "name");
-            if (!name) name = systemFileLine(entry / "device/name");
+        for (const fs::path& entry : visitedClassEntries(root, "hwmon")) {
+            auto name = visitedRead(entry, [&] { return chipName(entry); });
             if (name) chips_.push_back(*std::move(name));
         }
     }
@@ -71,12 +84,13 @@ class Hardware {
     }
 
     [[nodiscard]] std::string processorValue(std::string_view name) const {
-        return procValue(root_ / "proc/cpuinfo", name).value_or("");
+        const fs::path file = root_ / "proc/cpuinfo";
+        return visitedRead(file, [&] { return procValue(file, name); }).value_or("");
     }
 
     /// A text of the firmware, such as "board_vendor".
     [[nodiscard]] std::string firmwareText(std::string_view name) const {
-        return systemFileLine(root_ / "sys/class/dmi/id" / name).value_or("");
+        return visitedLine(root_ / "sys/class/dmi/id" / name).value_or("");
     }
 
     [[nodiscard]] bool isVirtual() const {
@@ -86,30 +100,31 @@ class Hardware {
     [[nodiscard]] bool isFromApple() const { return firmwareText("sys_vendor").starts_with("Apple"); }
 
     [[nodiscard]] bool isInDesktopCase() const {
-        const auto number = systemFileNumber(root_ / "sys/class/dmi/id/chassis_type");
+        const fs::path file = root_ / "sys/class/dmi/id/chassis_type";
+        const auto number = visitedRead(file, [&] { return systemFileNumber(file); });
         return number && std::ranges::find(desktopCases, *number) != desktopCases.end();
     }
 
     /// Whether there is a drive behind the SCSI layer that speaks ATA.
     [[nodiscard]] bool hasSataDrive() const {
-        return std::ranges::any_of(folderEntries(root_ / "sys/block"), [this](const std::string& drive) {
+        return std::ranges::any_of(visitedFolder(root_ / "sys/block"), [this](const std::string& drive) {
             return drive.starts_with("sd") &&
-                   systemFileLine(root_ / "sys/block" / drive / "device/vendor") == "ATA";
+                   visitedLine(root_ / "sys/block" / drive / "device/vendor") == "ATA";
         });
     }
 
     [[nodiscard]] bool hasEnergyCounters() const {
-        return !folderEntries(root_ / "sys/class/powercap").empty();
+        return !visitedFolder(root_ / "sys/class/powercap").empty();
     }
 
     /// The folders of the graphics cards of a vendor ("0x10de").
     [[nodiscard]] std::vector<fs::path> graphicsCards(std::string_view vendor) const {
         const fs::path devices = root_ / "sys/bus/pci/devices";
         std::vector<fs::path> cards;
-        for (const std::string& name : folderEntries(devices)) {
+        for (const std::string& name : visitedFolder(devices)) {
             const fs::path device = devices / name;
-            const bool isCard = systemFileLine(device / "class").value_or("").starts_with("0x03");
-            if (isCard && systemFileLine(device / "vendor") == vendor) cards.push_back(device);
+            const bool isCard = visitedLine(device / "class").value_or("").starts_with("0x03");
+            if (isCard && visitedLine(device / "vendor") == vendor) cards.push_back(device);
         }
         std::ranges::sort(cards);
         return cards;
@@ -199,7 +214,7 @@ std::optional<Finding> energyFinding(const Hardware& hardware) {
 
 /// Only the kernel's own driver shows sensors of NVIDIA's cards.
 std::optional<Finding> nvidiaFinding(const fs::path& card) {
-    if (!folderEntries(card / "hwmon").empty()) return std::nullopt;
+    if (!visitedFolder(card / "hwmon").empty()) return std::nullopt;
     const std::string driver = linkTarget(card / "driver").filename().string();
     Finding finding{.subject = "NVIDIA graphics card", .state = FindingState::problem, .found = {}};
     if (driver == "nvidia") {

@@ -1,6 +1,7 @@
 #include "machines/linux/doctor/SourceFindings.h"
 
 #include "machines/linux/applesmc/AppleSMCDetection.h"
+#include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <array>
@@ -100,6 +101,8 @@ std::vector<Finding> sourceFindings(std::span<const SourceReport> reports) {
 
 std::vector<Finding> controllerFindings(const std::filesystem::path& root) {
     constexpr auto subject = "Apple's controller";
+    const DeviceVisit visit(appleSMCDevice, LogCategory::sourceSMC);
+    if (!visit.isAllowed()) return {};
     switch (appleSMCAccess(root)) {
     case AppleSMCAccess::absent:
         return {};

@@ -15,7 +15,7 @@ namespace kelvinbar {
 std::vector<Finding> sourceFindings(std::span<const SourceReport> reports);
 
 /// Whether this user may read all keys of an Apple computer's controller below `root`, the directory that
-/// holds sys/. Empty if there is none.
+/// holds sys/. Empty if there is none, or if it does not answer.
 std::vector<Finding> controllerFindings(const std::filesystem::path& root);
 
 } // namespace kelvinbar

@@ -3,7 +3,7 @@
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
 #include "machines/linux/files/SystemFile.h"
-#include "sensors/ReadWatch.h"
+#include "machines/linux/files/VisitedRead.h"
 
 #include <algorithm>
 #include <array>
@@ -53,14 +53,15 @@ std::vector<fs::path> classEntries(const fs::path& root, std::string_view classN
     std::ranges::sort(names, comesBeforeNaturally);
     std::vector<fs::path> entries;
     entries.reserve(names.size());
-    for (const std::string& name : names) entries.push_back(folder / name);
+    // Not by operator/, which writes beyond a path that ends with a slash if there is no memory (libstdc++
+    // 12).
+    for (const std::string& name : names) entries.emplace_back(folder.native() + name);
     return entries;
 }
 
 std::vector<fs::path> visitedClassEntries(const fs::path& root, std::string_view className) {
     const fs::path folder = classFolder(root, className);
-    const DeviceVisit visit(folder.native(), LogCategory::sourceKernel);
-    return visit.isAllowed() ? classEntries(root, className) : std::vector<fs::path>();
+    return visitedRead(folder, [&] { return classEntries(root, className); });
 }
 
 DeviceTree::DeviceTree(fs::path root)

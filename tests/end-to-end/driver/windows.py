@@ -8,6 +8,7 @@ from typing import Protocol
 
 from driver.desktop import Additions, Desktop
 from driver.geometry import Rect
+from driver.screen import Screen
 
 
 class Windows(Protocol):
@@ -79,6 +80,27 @@ class SwayWindows:
         command = ["swaymsg", "--socket", str(self._socket), "--raw", "-t", "get_tree"]
         answer = subprocess.run(command, capture_output=True, text=True, timeout=10, check=True).stdout
         return _find_window(json.loads(answer), title)
+
+
+class LayerSurfaces:
+    """Layer surfaces, which sway does not list: what is drawn beside the bar and was not there before.
+
+    Limits: it must be the only thing that is drawn there, and the pointer on it or on the bar.
+    """
+
+    POINTER_SIDE = 48
+
+    def __init__(self, screen: Screen, area: Rect) -> None:
+        self._screen = screen
+        self._area = area
+        self._bare = screen.settled_picture(area)
+
+    def frame(self, title: str) -> Rect | None:
+        box = self._screen.picture(self._area).box_of_difference(self._bare)
+        return box if box and max(box.size) > self.POINTER_SIDE else None
+
+    def has_focus(self, title: str) -> bool:
+        raise NotImplementedError("sway does not tell which layer surface has the focus")
 
 
 def _find_window(node: dict, title: str) -> dict | None:

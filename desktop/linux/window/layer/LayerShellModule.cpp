@@ -20,10 +20,22 @@ Window::Anchors anchorsAt(Qt::Edges edges) {
     return anchors;
 }
 
+Window::Layer layerOf(LayerLevel level) {
+    switch (level) {
+    case LayerLevel::belowWindows:
+        return Window::LayerBottom;
+    case LayerLevel::aboveWindows:
+        return Window::LayerTop;
+    case LayerLevel::aboveAll:
+        return Window::LayerOverlay;
+    }
+    return Window::LayerTop;
+}
+
 void adopt(QWindow& window, LayerLevel level) {
     Window& surface = *Window::get(&window);
     surface.setScope("kelvinbar");
-    surface.setLayer(level == LayerLevel::aboveAll ? Window::LayerOverlay : Window::LayerTop);
+    surface.setLayer(layerOf(level));
     surface.setExclusiveZone(0);
     // A closed window would come back as an ordinary one.
     surface.setCloseOnDismissed(false);

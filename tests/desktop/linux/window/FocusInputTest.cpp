@@ -100,6 +100,27 @@ TEST_F(FocusInputTest, AsksForTheFocusByTheRightThatWasGrantedOnce) {
     EXPECT_EQ(rights_[1].timestamp, 0U);
 }
 
+TEST_F(FocusInputTest, AnOpenWindowWithoutTheFocusAsksForItByARightOfItsOwn) {
+    input_.prepare(window_);
+    input_.acquire(window_, [] {});
+    input_.grantFocus({.activationToken = "token", .timestamp = 17});
+    ASSERT_EQ(rights_.size(), 2U);
+    EXPECT_EQ(rights_[1].activationToken, "token");
+    input_.release(window_);
+    open();
+    ASSERT_EQ(rights_.size(), 3U);
+    EXPECT_TRUE(rights_[2].activationToken.isEmpty());
+}
+
+TEST_F(FocusInputTest, AnOpenWindowWithTheFocusKeepsNoRightForLater) {
+    open();
+    input_.grantFocus({.activationToken = "token", .timestamp = 17});
+    EXPECT_EQ(rights_.size(), 1U);
+    close();
+    open();
+    EXPECT_TRUE(rights_[1].activationToken.isEmpty());
+}
+
 TEST_F(FocusInputTest, IsDismissedWhenTheWindowLosesTheFocus) {
     open();
     moveFocusAway();

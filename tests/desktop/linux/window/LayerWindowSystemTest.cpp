@@ -158,6 +158,17 @@ TEST_F(LayerWindowSystemTest, LeavesTheKeyboardOnDemandWhenItGetsTheFocus) {
     ASSERT_TRUE(waitFor([this] { return window_.isActive(); }));
     runEventLoop(longAfterOpening);
     EXPECT_EQ(surface().keyboard, LayerKeyboard::onDemand);
+}
+
+TEST_F(LayerWindowSystemTest, IsDismissedByAPressOnTheBareDesktopThatDoesNotMoveTheFocus) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return !backdrops().empty(); }));
+    QWindow* const backdrop = backdrops().front();
+    EXPECT_EQ(surfaces_[backdrop].level, LayerLevel::belowWindows);
+    EXPECT_EQ(surfaces_[backdrop].keyboard, LayerKeyboard::none);
+    onLeaving_ = [this] { close(); };
+    pressOn(*backdrop);
+    EXPECT_EQ(leavings_, 1);
     EXPECT_TRUE(backdrops().empty());
 }
 

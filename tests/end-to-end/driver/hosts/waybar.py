@@ -6,7 +6,7 @@ from driver.desktop import Desktop
 from driver.geometry import Rect
 from driver.hosts.host import BAR_HEIGHT, PANEL_SHADOW, Host
 from driver.waiting import wait_until
-from driver.windows import SwayWindows
+from driver.windows import LayerSurfaces, SwayWindows, Windows
 
 DISPLAY_FILE = "display"
 
@@ -43,7 +43,7 @@ class Waybar(Host):
         self.desktop.write(self.desktop.configuration / "waybar/config", json.dumps(BAR))
         self._launch("waybar", ["waybar"])
 
-    def windows(self) -> SwayWindows:
+    def windows(self) -> Windows:
         return SwayWindows(self._socket, self.scale)
 
     def _start_sway(self) -> None:
@@ -68,3 +68,16 @@ class Waybar(Host):
             "XDG_SESSION_TYPE": "wayland",
             "XDG_CURRENT_DESKTOP": "sway",
         }
+
+
+class WaybarBesideLayerSurfaces(Waybar):
+    """Without an X server, for a program that makes its panel a layer surface."""
+
+    def __init__(self, desktop: Desktop) -> None:
+        super().__init__(desktop, has_xwayland=False)
+
+    def windows(self) -> LayerSurfaces:
+        screen = self.desktop.screen
+        screen.point_at(self.empty_bar_place)
+        width, height = screen.size
+        return LayerSurfaces(screen, Rect(0, self.bar.bottom, width, height - self.bar.bottom))

@@ -1,13 +1,20 @@
 #include "machines/linux/doctor/DriverFindings.h"
 
 #include "base/Text.h"
+#include "sensors/ReadWatch.h"
+#include "tests/fakes/FakeClocks.h"
+#include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/RecordedTree.h"
+#include "tests/machines/linux/SystemCalls.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -228,6 +235,52 @@ TEST_F(DriverFindingsTest, OtherCardsAndOtherDevicesOfNvidiaDoNotCount) {
     machine.tree().write("sys/bus/pci/devices/0000:01:00.0/vendor", "0x1002\n");
     EXPECT_FALSE(finding("NVIDIA graphics card"));
 }
+
+// Files that do not answer
+
+class StalledDriverFindingsTest : public DriverFindingsTest,
+                                  public testing::WithParamInterface<const char*> {};
+
+TEST_P(StalledDriverFindingsTest, AbandonThePassAndAreLeftOutOfTheNext) {
+    addChip("k10temp");
+    addProcessor("AuthenticAMD");
+    addBoard("ASRock", "3", "ASRock");
+    addDrive("sda", "ATA");
+    addCard("0x10de", "0x030000", "nvidia");
+    fakes::RecordingLog log;
+    const auto clock = std::make_shared<fakes::FakeMonotonicClock>();
+    const auto watch = std::make_shared<ReadWatch>(clock, log.log, std::chrono::seconds(2));
+    const auto look = [&](WatchedPass& pass) {
+        const WatchedPass::Scope scope(pass);
+        static_cast<void>(driverFindings(machine.root()));
+    };
+    WatchedPass stuck(watch);
+    std::thread reader;
+    {
+        const fakes::StalledFile file(machine.root() / GetParam());
+        reader = std::thread([&] { look(stuck); });
+        file.waitForVictim();
+        clock->advance(watch->limit());
+        watch->setAsideSilentDevices();
+        EXPECT_TRUE(stuck.isAbandoned());
+        WatchedPass next(watch);
+        look(next);
+        EXPECT_EQ(next.silentDevices().size(), 1U);
+    }
+    reader.join();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StalledDriverFindingsTest,
+                         testing::Values("sys/class/hwmon/hwmon9/name", "proc/cpuinfo",
+                                         "sys/class/dmi/id/chassis_type", "sys/class/dmi/id/board_vendor",
+                                         "sys/block/sda/device/vendor",
+                                         "sys/bus/pci/devices/0000:01:00.0/class"),
+                         [](const auto& file) {
+                             std::string name = file.param;
+                             std::ranges::replace_if(
+                                 name, [](char each) { return !isAsciiAlphanumeric(each); }, '_');
+                             return name;
+                         });
 
 } // namespace
 
