@@ -21,7 +21,7 @@ printf '%s\\n' "${COMPREPLY[@]}"
 """
 FISH = 'source ($argv[1] --completion fish | psub); complete -C "kelvinbar-snapshot $argv[2..]"'
 # An interactive shell at a pseudo-terminal, with the script in the folder $1 as a package installs it. Its matches are
-# written to a file there: what it draws is for people.
+# written to a file there: what it draws is for people. What is typed before its line editor runs would be lost.
 ZSH = r"""
 zmodload zsh/zpty
 zpty shell zsh -f -i
@@ -31,10 +31,10 @@ zpty -w shell 'compadd() {
   (( ${argv[(I)-[AOD]]} )) || { builtin compadd -A matches "$@"; print -rl -- $matches >>$offered }
   builtin compadd "$@"
 }'
-zpty -w shell "bindkey '^I' complete-word; print rea''dy"
+zpty -w shell 'completed() { zle complete-word; print do""ne }; zle -N completed; bindkey "^I" completed'
+zpty -w shell 'zle-line-init() { print rea""dy }; zle -N zle-line-init'
 zpty -r shell drawn '*ready*'
-zpty -w -n shell "$2"$'\t\C-u'
-zpty -w shell "print do''ne"
+zpty -w -n shell "$2"$'\t'
 zpty -r shell drawn '*done*'
 """
 
