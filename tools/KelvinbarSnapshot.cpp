@@ -7,6 +7,7 @@
 #include "store/SnapshotExport.h"
 #include "tools/Doctor.h"
 #include "tools/IdentificationPrinter.h"
+#include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 #include "tools/ReadingSelection.h"
 #include "tools/SnapshotCommandLine.h"
@@ -62,6 +63,7 @@ std::vector<SMCReading> comparedReadings(const SnapshotOptions& options, const M
     Snapshot snapshot = taker.take(machine);
     for (const SilentDevice& device : snapshot.silent) reportError("no answer from " + device.file);
     maskAddresses(snapshot.readings); // as in the file of the other one
+    dropSignsOfZero(snapshot.readings);
     return selectedReadings(snapshot.readings, options.selection);
 }
 

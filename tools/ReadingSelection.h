@@ -44,6 +44,9 @@ struct ReadingSelection {
     [[nodiscard]] bool isEverything() const {
         return !isPinned && keys.empty() && categories.empty() && !hasOwnCategory && match.empty();
     }
+
+    /// Whether it tells the order of the readings.
+    [[nodiscard]] bool isOrdered() const { return !keys.empty() || order != ReadingOrder::given; }
 };
 
 /// The selected readings in the order of the selection.

@@ -4,7 +4,9 @@
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
+#include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
+#include "tools/TerminalPage.h"
 #include "tools/WatchLoop.h"
 
 #include <algorithm>
@@ -22,11 +24,19 @@ ReadingSelection selectionOf(const SnapshotOptions& options) {
     return selection;
 }
 
+TimePrecision precisionFor(const SnapshotOptions& options) {
+    const auto interval = options.interval.value_or(std::chrono::seconds(0));
+    return interval % std::chrono::seconds(1) == interval.zero() ? TimePrecision::seconds
+                                                                 : TimePrecision::milliseconds;
+}
+
 FormatSettings settingsFor(const SnapshotOptions& options) {
     const bool isTerminal = isStandardOutputTerminal();
     return {.isTerminal = isTerminal,
             .isColoured = isTerminal && wantsColours(),
-            .isSeries = options.interval.has_value()};
+            .isSeries = options.interval.has_value(),
+            .isOrdered = options.isPinned || options.selection.isOrdered(),
+            .precision = precisionFor(options)};
 }
 
 } // namespace
@@ -83,10 +93,13 @@ Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
 }
 
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
+    const bool isNewSnapshot = options_.format->name == "text";
+    std::vector<SMCReading> readings = reader_.selected(snapshot);
+    if (!isNewSnapshot) dropSignsOfZero(readings); // the text has the values as the panel does
     return {.machine = options_.machine.description(),
-            .time = snapshot.time,
+            .time = isNewSnapshot ? snapshot.time : machine_.recordedAt.value_or(snapshot.time),
             .status = snapshot.status,
-            .readings = reader_.selected(snapshot)};
+            .readings = std::move(readings)};
 }
 
 int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
@@ -97,15 +110,10 @@ int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
 
-/// A page over the one before, without the flicker of an empty screen; on anything but a terminal, a page
-/// after the one before.
+/// A page over the one before; on anything but a terminal, a page after the one before.
 std::string SnapshotPrinter::onScreen(const std::string& page) const {
-    constexpr std::string_view home = "\x1b[H";
-    constexpr std::string_view clearRestOfLine = "\x1b[K\n";
-    constexpr std::string_view clearRestOfScreen = "\x1b[J";
     if (options_.format->repetition != Repetition::pages) return page;
-    if (!settings_.isTerminal) return page + "\n";
-    return std::string(home).append(replacedAll(page, "\n", clearRestOfLine)).append(clearRestOfScreen);
+    return settings_.isTerminal ? pageInPlace(page, standardOutputSize()) : page + "\n";
 }
 
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {

@@ -45,10 +45,12 @@ std::string csvList(const Report& report) {
 /// A series: a line for each report, under the readings of the first that has any.
 class CsvSeries {
   public:
+    explicit CsvSeries(TimePrecision precision) : precision_(precision) {}
+
     std::string line(const Report& report) {
         if (keys_.empty() && report.readings.empty()) return {};
         std::string text = keys_.empty() ? begin(report) : "";
-        std::vector<std::string> fields{iso8601Text(report.time)};
+        std::vector<std::string> fields{iso8601Text(report.time, precision_)};
         for (const std::string& key : keys_) fields.push_back(cell(report, key));
         return text.append(csvLine(fields));
     }
@@ -79,6 +81,7 @@ class CsvSeries {
         return found->numericValue ? csvNumber(*found) : found->value;
     }
 
+    TimePrecision precision_;
     std::vector<std::string> keys_;
 };
 
@@ -86,7 +89,9 @@ class CsvSeries {
 
 ReportWriter makeCsvWriter(const FormatSettings& settings) {
     if (!settings.isSeries) return csvList;
-    return [series = CsvSeries()](const Report& report) mutable { return series.line(report); };
+    return [series = CsvSeries(settings.precision)](const Report& report) mutable {
+        return series.line(report);
+    };
 }
 
 } // namespace kelvinbar
