@@ -87,8 +87,14 @@ TEST(SummaryFormat, CountsGraphicsInTheProcessorAsThePackage) {
 
 TEST(SummaryFormat, TakesAControllerForOneDevice) {
     EXPECT_EQ(
-        line(3, {reading("PC0R", "Package Total", "9", "W", 9), reading("PSTR", "Rest", "23", "W", 23)}),
+        line(3, {reading("PC0R", "Package Total", "9", "W", 9), reading("PCTR", "Rest", "23", "W", 23)}),
         "23 W");
+}
+
+TEST(SummaryFormat, AddsNoGraphicsToAControllersTotal) {
+    EXPECT_EQ(line(3, {graphicsPower(), reading("PC0R", "Package Total", "9", "W", 9),
+                       reading("PSTR", "CPU Package Energy", "23", "W", 23)}),
+              "23 W");
 }
 
 TEST(SummaryFormat, LeavesTheSumToAMeterOfTheWholeMachine) {

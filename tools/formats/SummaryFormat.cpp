@@ -77,16 +77,22 @@ std::string_view meterOf(const SMCReading& power, const Readings& readings) {
     return chip.substr(0, chip.find('-', packages.size()));
 }
 
+/// The total of a controller, whose name in the catalogue tells a part of it.
+bool isControllersTotal(const SMCReading& power) { return power.key == "PSTR"; }
+
 /// A meter that is not wired reads 0.
 bool isOfWholeMachine(const SMCReading& power) {
-    return *power.numericValue > 0 && hasWordOf(wordsOfWholeMachine, power);
+    const bool isTotal = isControllersTotal(power) || hasWordOf(wordsOfWholeMachine, power);
+    return isTotal && *power.numericValue > 0;
 }
 
 std::string totalPower(const Readings& readings) {
     std::map<std::string_view, double> highestOfMeters;
     const Readings powers = measuredIn("W", readings);
     const auto whole = std::ranges::find_if(powers, isOfWholeMachine);
-    if (whole != powers.end()) return nameAndValue(*whole);
+    if (whole != powers.end()) {
+        return isControllersTotal(*whole) ? whole->displayValue() : nameAndValue(*whole);
+    }
     for (const SMCReading& power : powers) {
         if (power.category == SMCCategory::battery) continue;
         double& highest = highestOfMeters[meterOf(power, readings)];
