@@ -42,8 +42,6 @@ class ReadingSeriesReader {
         return reader_.selected(snapshot_);
     }
 
-    [[nodiscard]] const std::vector<SilentDevice>& silent() const { return snapshot_.silent; }
-
   private:
     SelectionReader& reader_;
     Snapshot snapshot_;
@@ -51,18 +49,22 @@ class ReadingSeriesReader {
     bool isFirst_ = true;
 };
 
+LimitCheck checkLimits(const Machine& machine, SnapshotTaker& taker) {
+    if (machine.limits == nullptr) return {};
+    const auto found = taker.look(machine, [limits = machine.limits] { return limits->smallestMargin(); });
+    return {.nearest = found.value_or(std::nullopt), .hasAnswer = found.has_value()};
+}
+
 IdentificationRecord recordOf(const IdentificationPlan& plan, const Machine& machine,
-                              ReadingSeriesReader& reader) {
+                              ReadingSeriesReader& reader, SnapshotTaker& taker) {
     const EndSignals signals;
     ProcessorLoad load;
-    const IdentificationActions actions{
-        .read = [&] { return reader.read(); },
-        .isEndedWithin = [&](auto time) { return signals.comeWithin(time); },
-        .beginLoad = [&](auto longest) { return load.begin(longest) > 0; },
-        .endLoad = [&] { load.end(); },
-        .margin =
-            [&] { return machine.limits ? machine.limits->smallestMargin(reader.silent()) : std::nullopt; },
-        .say = sayOnStandardError};
+    const IdentificationActions actions{.read = [&] { return reader.read(); },
+                                        .isEndedWithin = [&](auto time) { return signals.comeWithin(time); },
+                                        .beginLoad = [&](auto longest) { return load.begin(longest) > 0; },
+                                        .endLoad = [&] { load.end(); },
+                                        .checkLimits = [&] { return checkLimits(machine, taker); },
+                                        .say = sayOnStandardError};
     return Identifier(plan, *machine.clock, actions).record();
 }
 
@@ -71,6 +73,8 @@ std::string reasonFor(const IdentificationRecord& record) {
     switch (record.end) {
     case IdentificationEnd::nearLimit:
         return record.limitedSensor + " is within 5 degrees of its critical limit at rest; try --by-hand";
+    case IdentificationEnd::silentSensor:
+        return "a sensor with a critical limit does not answer; try --by-hand";
     case IdentificationEnd::noLoad:
         return "the system starts no more threads";
     default:
@@ -88,7 +92,7 @@ int printIdentification(const IdentificationRequest& request, const Machine& mac
         return inputErrorExit;
     }
     ReadingSeriesReader reader(selected, std::move(first));
-    const IdentificationRecord record = recordOf(request.plan, machine, reader);
+    const IdentificationRecord record = recordOf(request.plan, machine, reader, taker);
     taker.end();
     if (!record.hasResponses()) {
         reportError(reasonFor(record));

@@ -86,6 +86,8 @@ std::string_view wordFor(IdentificationEnd end) {
         return "interrupted";
     case IdentificationEnd::nearLimit:
         return "near critical limit";
+    case IdentificationEnd::silentSensor:
+        return "no answer";
     case IdentificationEnd::noLoad:
         return "no load";
     }

@@ -6,12 +6,14 @@
 #include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
 #include "sensors/Machine.h"
+#include "sensors/WatchedLook.h"
 
 #include <chrono>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelvinbar {
@@ -55,6 +57,12 @@ class SnapshotTaker {
     /// Takes the pins from the user's `preferences`, which have changed since `begin`, and returns their
     /// keys.
     std::vector<std::string> pin(const Dictionary& preferences);
+
+    /// What `look` returns, which reads the machine besides: see watchedLook.
+    template <typename Look>
+    auto look(const Machine& machine, Look look) {
+        return watchedLook(machine, mainQueue_, backgroundQueue_, std::move(look));
+    }
 
     /// Closes the machine.
     void end();

@@ -39,13 +39,10 @@ class Examination {
     [[nodiscard]] bool finish() { return backgroundQueue_.finish(closingLimit); }
 
   private:
-    using Sections = std::optional<std::vector<FindingSection>>;
-
     /// For each device that may be set aside a pass, and a look, and closing.
     static constexpr std::size_t mostThreads = 2 * ReadWatch::mostSilent + 2;
 
     std::vector<FindingSection> examinePasses(const Machine& machine);
-    Sections lookOnce(const Machine& machine, const Look& look);
 
     MainLoopQueue mainQueue_;
     WorkerQueue backgroundQueue_{mostThreads};

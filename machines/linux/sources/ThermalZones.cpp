@@ -1,9 +1,11 @@
 #include "machines/linux/sources/ThermalZones.h"
 
 #include "machines/linux/files/SystemFile.h"
+#include "machines/linux/files/VisitedRead.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string>
 
 namespace kelvinbar {
@@ -33,11 +35,22 @@ void visitTripPoints(const std::filesystem::path& zone, const Visit& visit) {
     }
 }
 
-template <typename Visit>
-void visitZones(const std::filesystem::path& zones, const Visit& visit) {
-    for (const std::string& name : folderEntries(zones)) {
-        if (name.starts_with("thermal_zone")) visit(zones / name);
+std::vector<std::filesystem::path> zonesIn(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> zones;
+    for (const std::string& name : folderEntries(folder)) {
+        if (name.starts_with("thermal_zone")) zones.push_back(folder / name);
     }
+    return zones;
+}
+
+std::vector<CriticalTripPoint> criticalTripPointsOf(const std::filesystem::path& zone) {
+    std::vector<CriticalTripPoint> points;
+    visitTripPoints(zone, [&](const std::string& type, std::int64_t /*trip*/, const auto& file) {
+        if (type != "critical") return;
+        points.push_back(
+            {.zoneType = systemFileLine(zone / "type").value_or(""), .zone = zone, .limit = file});
+    });
+    return points;
 }
 
 std::optional<int> thermalStateOfZone(const std::filesystem::path& zone) {
@@ -54,19 +67,16 @@ std::optional<int> thermalStateOfZone(const std::filesystem::path& zone) {
 
 std::optional<int> thermalStateOfZones(const std::filesystem::path& zones) {
     std::optional<int> state; // an empty optional is less than any number
-    visitZones(zones, [&](const auto& zone) { state = std::max(state, thermalStateOfZone(zone)); });
+    for (const auto& zone : zonesIn(zones)) state = std::max(state, thermalStateOfZone(zone));
     return state;
 }
 
 std::vector<CriticalTripPoint> criticalTripPoints(const std::filesystem::path& zones) {
     std::vector<CriticalTripPoint> points;
-    visitZones(zones, [&](const auto& zone) {
-        visitTripPoints(zone, [&](const std::string& type, std::int64_t /*trip*/, const auto& file) {
-            if (type != "critical") return;
-            points.push_back(
-                {.zoneType = systemFileLine(zone / "type").value_or(""), .zone = zone, .limit = file});
-        });
-    });
+    for (const auto& zone : visitedRead(zones, [&] { return zonesIn(zones); })) {
+        std::ranges::move(visitedRead(zone, [&] { return criticalTripPointsOf(zone); }),
+                          std::back_inserter(points));
+    }
     return points;
 }
 
