@@ -26,8 +26,8 @@ ReadingSelection selectionOf(const SnapshotOptions& options) {
 
 TimePrecision precisionFor(const SnapshotOptions& options) {
     const auto interval = options.interval.value_or(std::chrono::seconds(0));
-    return interval % std::chrono::seconds(1) == interval.zero() ? TimePrecision::seconds
-                                                                 : TimePrecision::milliseconds;
+    const bool isWhole = interval % std::chrono::seconds(1) == std::chrono::seconds(0);
+    return isWhole ? TimePrecision::seconds : TimePrecision::milliseconds;
 }
 
 FormatSettings settingsFor(const SnapshotOptions& options) {
