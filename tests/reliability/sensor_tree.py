@@ -56,6 +56,18 @@ class SensorTree:
             (entry / f"temp{number}_input").write_text(f"{round(1000 * temperature)}\n")
         entry.rename(self._chips / chip)
 
+    def write(self, path: str, text: str) -> None:
+        """Writes a file below /sys."""
+        file = self._root / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(f"{text}\n")
+
+    def link(self, path: str, target: str) -> None:
+        """Makes a link below /sys."""
+        link = self._root / path
+        link.parent.mkdir(parents=True, exist_ok=True)
+        link.symlink_to(target)
+
     def plug_controller(self, key: str, temperature: float) -> None:
         """Adds an Apple computer's controller with one key. Its data stays that of the key, whichever is selected."""
         entry = self._workshop / CONTROLLER
