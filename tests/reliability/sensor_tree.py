@@ -29,13 +29,18 @@ def may_mount() -> bool:
     return subprocess.run([*own_mounts(), "mount", "--bind", "/sys", "/sys"], capture_output=True).returncode == 0
 
 
+def skip_unless_mountable() -> None:
+    """Skips the test where nothing can be mounted, as in many containers."""
+    if not may_mount():
+        pytest.skip("this user may not mount folders here")
+
+
 class SensorTree:
     """The folder, and a place beside it where chips are built before they appear at once."""
 
     def __init__(self, folder: Path) -> None:
-        """Skips the test where nothing can be mounted, as in many containers."""
-        if not may_mount():
-            pytest.skip("this user may not mount folders here")
+        """Skips the test where nothing can be mounted."""
+        skip_unless_mountable()
         self._root = folder / "sys"
         self._chips = self._root / "class/hwmon"
         self._workshop = folder / "workshop"
