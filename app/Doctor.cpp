@@ -2,17 +2,16 @@
 
 #include "desktop/Desktop.h"
 #include "machines/Platform.h"
-#include "tools/doctor/DoctorRun.h"
 
 #include <iostream>
 
 namespace kelvinbar {
 
-int examine(const std::string& name, bool isJson, const Machine& machine, Log& log) {
+int examine(const std::string& name, const DoctorOptions& options, const Machine& machine, Log& log) {
     return runDoctor(
         machine,
         {.program = name + " " KELVINBAR_VERSION,
-         .isJson = isJson,
+         .options = options,
          .look = platformFindings,
          .lookAtSession = [&] { return desktopFindings(name, log); },
          .reportError = [&](const std::string& message) { std::cerr << name + ": " + message + "\n"; }});

@@ -8,6 +8,7 @@
 #include "desktop/qt/QtPopover.h"
 #include "desktop/qt/QtScreens.h"
 #include "desktop/qt/TerminationSignals.h"
+#include "process/StandardErrorSink.h"
 #include "process/StandardStreams.h"
 #include "qt/Clipboard.h"
 #include "shell/AppDelegate.h"
@@ -134,8 +135,10 @@ int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
     ignoreBrokenPipes();
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
-    if (options.wantsDoctor)
-        return examine(program.name, options.format == "json", makeMachine({}, log), log);
+    if (options.wantsDoctor) {
+        return examine(program.name, {.isJson = options.format == "json", .hasOwnCost = options.wantsOwnCost},
+                       makeMachine({}, log), log);
+    }
     if (const auto status = statusWithoutDisplay(options, program, log)) return *status;
     const auto application = makeApplication(argc, argv, log);
     options = programOptions(argc, argv);

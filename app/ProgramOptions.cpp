@@ -28,11 +28,12 @@ constexpr std::string_view closingHelp =
 constexpr std::string_view doctorHelp =
     "      --doctor     Print what is found of sensors, drivers and trays, and what to do about what is not\n"
     "      --format FORMAT\n"
-    "                   With --doctor: text or json\n";
+    "                   With --doctor: text or json\n"
+    "      --self       With --doctor: tell what the running program costs, too\n";
 
 std::string usage(const ProgramDescription& program) {
     const std::string_view machine = program.machineNames.empty() ? "" : " [NAME]";
-    const std::string_view doctor = program.offersDoctor ? " [--doctor [--format FORMAT]]" : "";
+    const std::string_view doctor = program.offersDoctor ? " [--doctor [--format FORMAT] [--self]]" : "";
     return "Usage: " + program.name + " [--verbose] [--help] [--version] [--autostart]" +
            std::string(doctor).append(machine).append("\n");
 }
@@ -72,6 +73,8 @@ void note(ProgramOptions& options, std::string_view word) {
         options.wantsVersion = true;
     } else if (word == "--doctor") {
         options.wantsDoctor = true;
+    } else if (word == "--self") {
+        options.wantsOwnCost = true;
     } else if (word == "--autostart") {
         options.isAtLogin = true;
     } else {
@@ -92,7 +95,8 @@ int refused(const std::string& argument, const ProgramDescription& program) {
 
 /// Empty if the options for the doctor fit together.
 std::string complaintAboutDoctor(const ProgramOptions& options) {
-    if (!options.wantsDoctor) return options.format ? "--format is for --doctor" : "";
+    if (!options.wantsDoctor && options.format) return "--format is for --doctor";
+    if (!options.wantsDoctor) return options.wantsOwnCost ? "--self is for --doctor" : "";
     if (options.isAtLogin) return "--doctor starts nothing, so --autostart contradicts it";
     if (!options.others.empty()) return "--doctor does not go with \"" + options.others.front() + "\"";
     const bool isKnown = !options.format || *options.format == "text" || *options.format == "json";

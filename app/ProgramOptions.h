@@ -24,6 +24,7 @@ struct ProgramOptions {
     bool wantsVersion = false;
     bool isAtLogin = false; ///< the session starts the program, not the user
     bool wantsDoctor = false;
+    bool wantsOwnCost = false;         ///< what the program itself costs; for the doctor
     std::optional<std::string> format; ///< in which the doctor prints; "text" or "json" if it is answered
     std::vector<std::string> others;   ///< arguments that are not options of the program
 };

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kelvinbar {
 
@@ -41,15 +42,87 @@ bool mayPrecede(char character) {
     return !isAsciiAlphanumeric(character) || asciiLowercased(character) == 'x';
 }
 
-std::string digitsOf(std::string_view address) {
-    std::string digits = asciiLowercased(address);
-    std::erase_if(digits, isSeparator);
-    return digits;
+std::string withoutSeparators(std::string_view text) {
+    std::string rest = asciiLowercased(text);
+    std::erase_if(rest, isSeparator);
+    return rest;
+}
+
+/// Drivers of input devices name batteries after the device's serial number.
+constexpr std::array<std::string_view, 2> batteryPrefixes{"hid-", "steam-controller-"};
+constexpr std::string_view batterySuffix = "-battery";
+constexpr std::string_view maskedSerial = "xxxxxx";
+
+/// Hardware monitors of batteries have "_" in their names for "-".
+bool isNamePart(std::string_view text, std::string_view part) {
+    return std::ranges::equal(text.substr(0, part.size()), part, [](char character, char wanted) {
+        return character == wanted || (character == '_' && wanted == '-');
+    });
+}
+
+/// The part of `text` before what ends a name in keys, paths and lists.
+std::string_view nameAtStart(std::string_view text) {
+    return text.substr(0, std::min({text.find_first_of("/\t\n\""), text.find(", "), text.size()}));
+}
+
+/// What stands between one of the prefixes at the start of `text` and the suffix; empty without both.
+std::string_view middleOfBatteryName(std::string_view text) {
+    const auto* const prefix =
+        std::ranges::find_if(batteryPrefixes, [&](std::string_view each) { return isNamePart(text, each); });
+    if (prefix == batteryPrefixes.end()) return {};
+    const std::string_view rest = nameAtStart(text).substr(prefix->size());
+    for (std::size_t place = rest.size(); place > 0; --place) {
+        if (isNamePart(rest.substr(place), batterySuffix)) return rest.substr(0, place);
+    }
+    return {};
+}
+
+/// Bus, vendor, product and a counter, which the kernel takes where there is no serial number.
+bool isVendorAndProduct(std::string_view text) {
+    constexpr std::string_view shape = "0003:1B1C:1C05.0004";
+    return std::ranges::equal(text, shape, [](char character, char example) {
+        return isHexDigit(example) ? isHexDigit(character) : character == example;
+    });
+}
+
+bool isMaskedSerial(std::string_view text) {
+    return text.starts_with(maskedSerial) && text.size() > maskedSerial.size() &&
+           std::ranges::all_of(text.substr(maskedSerial.size()), isDecimalDigit);
+}
+
+/// The serial number in the name of a battery that begins at the start of `text`; empty without one.
+std::string_view serialNumberIn(std::string_view text) {
+    const std::string_view middle = middleOfBatteryName(text);
+    const bool isAddress = addressLength(middle) == middle.size();
+    const bool isHarmless = isAddress || isVendorAndProduct(middle) || isMaskedSerial(middle);
+    return isHarmless ? std::string_view() : middle;
 }
 
 } // namespace
 
 std::string AddressMask::masked(std::string_view text) {
+    return withoutAddresses(withoutSerialNumbers(text));
+}
+
+std::string AddressMask::withoutSerialNumbers(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const bool mayBegin = result.empty() || !isAsciiAlphanumeric(result.back());
+        const std::string_view serial = mayBegin ? serialNumberIn(text) : std::string_view();
+        if (serial.empty()) {
+            result.push_back(text.front());
+            text.remove_prefix(1);
+            continue;
+        }
+        const auto place = static_cast<std::size_t>(serial.data() - text.data());
+        result.append(text.substr(0, place)).append(maskedSerial).append(numberOf(serial));
+        text.remove_prefix(place + serial.size());
+    }
+    return result;
+}
+
+std::string AddressMask::withoutAddresses(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     while (!text.empty()) {
@@ -66,17 +139,22 @@ std::string AddressMask::masked(std::string_view text) {
 }
 
 std::string AddressMask::standIn(std::string_view address) {
-    const std::size_t number = numbers_.try_emplace(digitsOf(address), numbers_.size() + 1).first->second;
     std::string text(address);
     std::ranges::replace_if(text, isHexDigit, 'x');
-    std::string digits(number < 10 ? 1 : 0, '0'); // so that masked addresses keep their order
-    digits += std::to_string(number);
+    std::string digits = numberOf(address);
     for (std::size_t place = text.size(); place > 0 && !digits.empty(); --place) {
         if (text[place - 1] != 'x') continue;
         text[place - 1] = digits.back();
         digits.pop_back();
     }
     return text;
+}
+
+/// Its number among what was hidden, with two digits at least, so that masked texts keep their order.
+std::string AddressMask::numberOf(std::string_view hidden) {
+    const std::size_t number =
+        numbers_.try_emplace(withoutSeparators(hidden), numbers_.size() + 1).first->second;
+    return std::string(number < 10 ? 1 : 0, '0').append(std::to_string(number));
 }
 
 } // namespace kelvinbar

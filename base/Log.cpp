@@ -3,7 +3,6 @@
 #include "base/Text.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <utility>
@@ -32,11 +31,6 @@ LogLevel lowestLevel(std::size_t verbosity) {
 }
 
 } // namespace
-
-void StandardErrorSink::write(std::string_view line) {
-    // Standard error has no buffer: the C library passes the line to the system in one call.
-    static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
-}
 
 Log::Log(LogSink& sink, std::string_view choice, std::size_t verbosity) : sink_(sink) {
     levels_.fill(LogLevel::warning);

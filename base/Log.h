@@ -35,12 +35,6 @@ class LogSink {
     virtual void write(std::string_view line) = 0;
 };
 
-/// Writes each line to standard error at once, so that lines of several processes do not mix.
-class StandardErrorSink final : public LogSink {
-  public:
-    void write(std::string_view line) override;
-};
-
 /// A log over a sink, which outlives it. The levels never change after construction. Any thread.
 class Log {
   public:

@@ -9,6 +9,7 @@
 #include "bench/ProcessorTime.h"
 #include "machines/linux/BootTimeClock.h"
 #include "machines/linux/sources/KernelSensorSource.h"
+#include "process/StandardErrorSink.h"
 
 #include <algorithm>
 #include <array>

@@ -9,6 +9,7 @@
 #include "machines/linux/LinuxMachine.h"
 #include "machines/linux/files/SensorFile.h"
 #include "machines/linux/sources/SensorChips.h"
+#include "process/StandardErrorSink.h"
 #include "store/LoadPass.h"
 
 #include <algorithm>

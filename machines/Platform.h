@@ -6,6 +6,7 @@
 #include "sensors/Machine.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,5 +30,9 @@ std::string_view usualDemoMachine();
 /// pinned keys; empty if it has stored none. No value on platforms where only that program can read them.
 /// Reads a small file.
 std::optional<Dictionary> storedPreferenceLists();
+
+/// A text that changes when those preferences are stored anew; empty without any, and on platforms where they
+/// cannot be read. Looks at the file without reading it.
+std::string storedPreferencesStamp();
 
 } // namespace kelvinbar

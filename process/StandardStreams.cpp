@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <initializer_list>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/types.h>
 
 #include <unistd.h>
@@ -15,6 +17,12 @@ namespace kelvinbar {
 namespace {
 
 bool isClosed(int descriptor) { return ::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF; }
+
+/// Of a stream that its starter has made non-blocking. Errors are found by the next write.
+void waitForSpace() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    static_cast<void>(::poll(&output, 1, -1));
+}
 
 } // namespace
 
@@ -28,6 +36,14 @@ void openClosedStandardStreams() {
 }
 
 bool isStandardOutputTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
+
+TerminalSize standardOutputSize() {
+    struct winsize size {};
+
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return {};
+    return {.columns = size.ws_col, .rows = size.ws_row};
+}
 
 bool wantsColours() {
     // NOLINTBEGIN(concurrency-mt-unsafe): nobody changes the environment
@@ -43,7 +59,11 @@ void ignoreClosedPipes() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
 std::error_code writeToStandardOutput(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
-        if (written < 0 && errno != EINTR) return {errno, std::generic_category()};
+        if (written < 0 && errno == EAGAIN) {
+            waitForSpace();
+        } else if (written < 0 && errno != EINTR) {
+            return {errno, std::generic_category()};
+        }
         if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
     }
     return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <system_error>
 
@@ -16,6 +17,15 @@ void openClosedStandardStreams();
 /// Whether standard output is a terminal. Any thread.
 bool isStandardOutputTerminal();
 
+/// In characters; 0 if it is not known.
+struct TerminalSize {
+    std::size_t columns = 0;
+    std::size_t rows = 0;
+};
+
+/// The size that the terminal on standard output has now. Any thread.
+TerminalSize standardOutputSize();
+
 /// Whether the user's environment wants colours on terminals: no if NO_COLOR is set to anything, nor on a
 /// terminal without any ability. Reads the environment.
 bool wantsColours();
@@ -24,7 +34,7 @@ bool wantsColours();
 void ignoreClosedPipes();
 
 /// Writes `text` as a whole, at once. Returns why it could not, such as a disk that is full; part of the text
-/// may be written then. Blocks as long as the reader does.
+/// may be written then. Blocks as long as the reader does, on non-blocking streams, too.
 std::error_code writeToStandardOutput(std::string_view text);
 
 } // namespace kelvinbar

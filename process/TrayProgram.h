@@ -3,13 +3,22 @@
 #include "process/ProgramCost.h"
 
 #include <chrono>
-#include <optional>
+#include <cstdint>
+#include <variant>
 
 namespace kelvinbar {
 
+/// Why the tray program does not tell what it costs.
+enum class NoAnswer : std::uint8_t {
+    cannotAsk,  ///< the build knows no bus, or libsystemd is missing
+    notRunning, ///< there is no bus, or nobody has the program's name on it
+    silent,     ///< the bus is gone, or the program does not answer, or not as it should
+};
+
+using TrayAnswer = std::variant<ProgramCost, NoAnswer>;
+
 /// Asks the tray program of this user on the session bus what it costs, and waits for `limit` at the longest.
-/// No value if it does not run or does not answer, if there is no bus, and where the build knows no bus. Does
-/// not start the program. Any thread.
-std::optional<ProgramCost> costOfTrayProgram(std::chrono::microseconds limit);
+/// Does not start the program. Reads the environment. Any thread.
+TrayAnswer askTrayProgram(std::chrono::microseconds limit);
 
 } // namespace kelvinbar

@@ -67,10 +67,10 @@ build="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsystemd-dev help
 console_tests="python3 python3-jsonschema python3-prometheus-client prometheus help2man man-db zsh fish systemd"
 virtual="xvfb xauth dbus-daemon libglib2.0-bin xdotool imagemagick xclip fonts-dejavu-core"
 lint="qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models"
-desktop="$virtual x11-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
-  sway waybar xwayland qt6-wayland i3lock"
+desktop="$virtual x11-utils x11-xserver-utils python3-pytest python3-pyatspi gir1.2-gtk-3.0 xfwm4 xfce4-panel lxqt-panel trayer
+  sway waybar xwayland qt6-wayland i3lock bubblewrap"
 desktops="gnome-shell gnome-shell-extension-appindicator gnome-settings-daemon plasma-desktop plasma-workspace kwin-x11
-  x11-xserver-utils marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
+  marco mate-panel mate-settings-daemon mate-session-manager cinnamon xapp-sn-watcher orca"
 arm64="libc6:arm64 libstdc++6:arm64 libgtest-dev:arm64 libgmock-dev:arm64 libsensors-dev:arm64 qt6-base-dev:arm64
   qt6-declarative-dev:arm64 qt6-svg-dev:arm64 libgl-dev:arm64 libxcb1-dev:arm64 libxcb-shape0-dev:arm64 libxcb-xinput-dev:arm64"
 declare -A packages=(

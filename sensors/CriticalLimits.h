@@ -1,9 +1,6 @@
 #pragma once
 
-#include "sensors/ReadWatch.h"
-
 #include <optional>
-#include <span>
 #include <string>
 
 namespace kelvinbar {
@@ -14,15 +11,15 @@ struct CriticalMargin {
     double degrees = 0; ///< below the limit, in °C; negative above it
 };
 
-/// Port: the critical temperatures of a machine. One thread at a time.
+/// Port: the critical temperatures of a machine. Any thread.
 class CriticalLimits {
   public:
     virtual ~CriticalLimits() = default;
 
     /// The sensor that is nearest to its limit now; no value if no sensor has a limit that can be read.
-    /// Devices that sleep are not woken, and those of `silent` not read. Blocks while drivers read.
-    [[nodiscard]] virtual std::optional<CriticalMargin>
-    smallestMargin(std::span<const SilentDevice> silent) = 0;
+    /// Devices that sleep are not woken. Blocks while drivers read: ask in a pass of the machine's watch,
+    /// which leaves out devices that do not answer.
+    [[nodiscard]] virtual std::optional<CriticalMargin> smallestMargin() = 0;
 };
 
 } // namespace kelvinbar

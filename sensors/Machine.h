@@ -7,7 +7,9 @@
 #include "sensors/SensorSource.h"
 #include "sensors/SystemInformation.h"
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 namespace kelvinbar {
 
@@ -20,7 +22,8 @@ struct Machine {
     std::shared_ptr<const MonotonicClock> clock;
     std::shared_ptr<ReadWatch> watch{};       ///< null for a machine whose source always answers
     std::shared_ptr<CriticalLimits> limits{}; ///< null for a machine that tells none
-    MachineTexts texts{};          ///< always those of the platform, even if a recorded machine is read
+    MachineTexts texts{}; ///< always those of the platform, even if a recorded machine is read
+    std::optional<std::chrono::system_clock::time_point> recordedAt{}; ///< when it was read, if that is over
     bool devicesComeAndGo = false; ///< a sensor that is missing may be back later
 };
 

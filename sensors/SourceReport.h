@@ -35,13 +35,21 @@ struct LeftOutChannel {
 /// Filled in by the code that leaves channels out, where it is given a list. A usual pass gives none.
 using LeftOutChannels = std::vector<LeftOutChannel>;
 
+/// What became of the user's configuration of a class of devices. Texts are for people.
+struct ConfigurationReport {
+    std::string description{};         ///< what is used, or why nothing is; empty for a class without one
+    std::vector<std::string> errors{}; ///< in what is used: "/etc/sensors.d/board:3: syntax error"
+    bool isUsed = true;                ///< whether what configures the devices could be loaded
+    bool hasFiles = false;             ///< there is something that the user expects to count
+};
+
 /// What became of all channels of one class of devices.
 struct SourceReport {
     std::string name; ///< "hardware monitors"
     std::size_t devices = 0;
     std::size_t readings = 0; ///< with a value
     LeftOutChannels leftOut{};
-    std::string configuration{}; ///< the user's, for people; empty for a class without one
+    ConfigurationReport configuration{};
 };
 
 } // namespace kelvinbar

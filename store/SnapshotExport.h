@@ -13,16 +13,16 @@ namespace kelvinbar {
 inline constexpr std::string_view snapshotTitle = "Kelvinbar snapshot";
 
 /// `readings` as plain text for a bug report or a spreadsheet: a header, then one line per reading, sorted by
-/// key, with five fields separated by tabs. Does not end with a line feed. Hardware addresses in keys, types
-/// and names are masked (AddressMask.h).
+/// key, with five fields separated by tabs. Does not end with a line feed. Hardware addresses and serial
+/// numbers in keys, types and names are masked (AddressMask.h).
 std::string snapshotText(const std::vector<SMCReading>& readings, std::chrono::system_clock::time_point time);
 
 /// The same with the lines in the order of `readings`.
 std::string snapshotTextInOrder(const std::vector<SMCReading>& readings,
                                 std::chrono::system_clock::time_point time);
 
-/// Masks hardware addresses as the snapshot of `readings`, sorted by key, does: to compare it with a
-/// snapshot.
+/// Masks addresses and serial numbers as the snapshot of `readings`, sorted by key, does: to compare it with
+/// a snapshot.
 void maskAddresses(std::vector<SMCReading>& readings);
 
 } // namespace kelvinbar

@@ -65,7 +65,9 @@ std::optional<Machine> chosenMachine(const MachineChoice& choice, Log& log) {
     if (choice.replayFile) return machineFromFile(*choice.replayFile, log);
     if (choice.sampleName.empty()) return makePlatform(log);
     const auto sample = std::ranges::find(sampleMachines(), choice.sampleName, &SampleMachine::name);
-    return replayedMachine(choice.sampleName, sample->text, log);
+    auto machine = replayedMachine(choice.sampleName, sample->text, log);
+    if (machine) machine->recordedAt.reset(); // as if it was read now
+    return machine;
 }
 
 } // namespace kelvinbar

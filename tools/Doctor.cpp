@@ -2,7 +2,6 @@
 
 #include "machines/Platform.h"
 #include "tools/ProgramErrors.h"
-#include "tools/doctor/DoctorRun.h"
 
 #include <vector>
 
@@ -20,9 +19,9 @@ std::vector<FindingSection> sessionOfConsole() {
 
 } // namespace
 
-int examineThisMachine(bool isJson, Log& log) {
+int examineThisMachine(const DoctorOptions& options, Log& log) {
     return runDoctor(makePlatform(log), {.program = "kelvinbar-snapshot " KELVINBAR_VERSION,
-                                         .isJson = isJson,
+                                         .options = options,
                                          .look = platformFindings,
                                          .lookAtSession = sessionOfConsole,
                                          .reportError = reportError});

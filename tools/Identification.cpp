@@ -88,7 +88,7 @@ bool Identifier::enter(LoadPhase phase) {
 }
 
 bool Identifier::beginLoad() {
-    if (isNearLimit()) return false;
+    if (!isSafeToLoad()) return false;
     if (!actions_.beginLoad(plan_.time)) {
         record_.end = IdentificationEnd::noLoad;
         return false;
@@ -97,20 +97,26 @@ bool Identifier::beginLoad() {
     return true;
 }
 
-/// Notes the sensor if there is one.
-bool Identifier::isNearLimit() {
-    const auto margin = actions_.margin();
-    if (!margin || margin->degrees > IdentificationPlan::safetyMargin) return false;
+/// Notes why if it is not.
+bool Identifier::isSafeToLoad() {
+    const auto [nearest, hasAnswer] = actions_.checkLimits();
+    if (!hasAnswer) {
+        record_.end = IdentificationEnd::silentSensor;
+        return false;
+    }
+    if (!nearest || nearest->degrees > IdentificationPlan::safetyMargin) return true;
     record_.end = IdentificationEnd::nearLimit;
-    record_.limitedSensor = margin->sensor;
-    return true;
+    record_.limitedSensor = nearest->sensor;
+    return false;
 }
 
-/// Ends the load if a sensor is near its limit.
+/// Ends the load if a sensor is near its limit, or if that cannot be known.
 void Identifier::keepBelowLimits() {
-    if (phase_ != LoadPhase::load || !isNearLimit()) return;
+    if (phase_ != LoadPhase::load || isSafeToLoad()) return;
     busyUntil_ = clock_.now() - beginning_;
-    actions_.say(record_.limitedSensor + " is near its critical limit.");
+    actions_.say(record_.end == IdentificationEnd::nearLimit
+                     ? record_.limitedSensor + " is near its critical limit."
+                     : "A sensor with a critical limit does not answer.");
     static_cast<void>(enter(LoadPhase::cooling));
 }
 

@@ -29,21 +29,28 @@ struct IdentificationPlan {
     std::chrono::nanoseconds time{0}; ///< of the load, or for the user
 };
 
+/// How near the machine is to a critical limit.
+struct LimitCheck {
+    std::optional<CriticalMargin> nearest; ///< no value without limits
+    bool hasAnswer = true;                 ///< of all sensors with a limit
+};
+
 /// What an identification does with the rest of the program. Called on the thread that identifies.
 struct IdentificationActions {
     std::function<std::vector<SMCReading>()> read;
     std::function<bool(std::chrono::nanoseconds time)> isEndedWithin; ///< waits; true: end
     std::function<bool(std::chrono::nanoseconds longest)> beginLoad;  ///< false: there is none
     std::function<void()> endLoad;                                    ///< whether or not there is one
-    std::function<std::optional<CriticalMargin>()> margin;            ///< to the nearest limit
-    std::function<void(const std::string& sentence)> say;             ///< how it goes, for people
+    std::function<LimitCheck()> checkLimits;
+    std::function<void(const std::string& sentence)> say; ///< how it goes, for people
 };
 
 enum class IdentificationEnd : std::uint8_t {
-    planned,     ///< all was done
-    interrupted, ///< by the user
-    nearLimit,   ///< the load ended early, or did not begin
-    noLoad,      ///< no thread could be started
+    planned,      ///< all was done
+    interrupted,  ///< by the user
+    nearLimit,    ///< the load ended early, or did not begin
+    silentSensor, ///< the same, since a sensor with a limit did not answer
+    noLoad,       ///< no thread could be started
 };
 
 /// What was recorded.
@@ -75,7 +82,7 @@ class Identifier {
     [[nodiscard]] LoadPhase phaseAt(std::chrono::nanoseconds time) const;
     [[nodiscard]] bool enter(LoadPhase phase);
     [[nodiscard]] bool beginLoad();
-    [[nodiscard]] bool isNearLimit();
+    [[nodiscard]] bool isSafeToLoad();
     void keepBelowLimits();
     void addReadings(const std::vector<SMCReading>& readings);
     void sayWhatMoved();

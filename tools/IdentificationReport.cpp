@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "machines/linux/naming/LabelStatement.h"
-#include "store/ValueNormalization.h"
 #include "tools/JsonReading.h"
 #include "tools/PrintedText.h"
 #include "tools/formats/JsonFormat.h"
@@ -28,16 +27,16 @@ Responses likelyResponses(const Responses& ranked) {
     return likely;
 }
 
-std::string withUnit(double number, std::string_view unit) {
-    std::string text = normalizeValue("", "", number, unit).value;
+std::string withUnit(std::string text, std::string_view unit) {
     return unit.empty() ? text : text.append(" ").append(unit);
 }
 
 ResponseRow responseRow(const Response& response, const SMCReading& reading) {
-    const double size = std::fabs(response.change);
+    const std::string& unit = reading.unit;
     return {std::to_string(std::lround(100 * response.score)) + " %",
-            std::string(1, response.change < 0 ? '-' : '+').append(withUnit(size, reading.unit)),
-            withUnit(response.rest, reading.unit), printableText(reading.name), printableText(response.key)};
+            withUnit(changeText(response.change, unit), unit),
+            withUnit(numberText(response.rest, unit), unit), printableText(reading.name),
+            printableText(response.key)};
 }
 
 std::string columnsText(const std::vector<ResponseRow>& rows) {
@@ -87,6 +86,8 @@ std::string_view wordFor(IdentificationEnd end) {
         return "interrupted";
     case IdentificationEnd::nearLimit:
         return "near critical limit";
+    case IdentificationEnd::silentSensor:
+        return "no answer";
     case IdentificationEnd::noLoad:
         return "no load";
     }

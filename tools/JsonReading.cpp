@@ -1,7 +1,7 @@
 #include "tools/JsonReading.h"
 
 #include "base/Value.h"
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 
 namespace kelvinbar {
 

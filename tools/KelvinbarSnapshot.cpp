@@ -2,10 +2,12 @@
 
 #include "base/Log.h"
 #include "base/OutOfMemory.h"
+#include "process/StandardErrorSink.h"
 #include "process/StandardStreams.h"
 #include "store/SnapshotExport.h"
 #include "tools/Doctor.h"
 #include "tools/IdentificationPrinter.h"
+#include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 #include "tools/ReadingSelection.h"
 #include "tools/SnapshotCommandLine.h"
@@ -37,6 +39,13 @@ int statusOf(SnapshotTaker& taker, int failure, Print print) {
     return status;
 }
 
+int printIdentified(const SnapshotOptions& options, const Machine& machine, SnapshotTaker& taker) {
+    return printIdentification({.plan = *options.identification,
+                                .selection = options.selection,
+                                .isJson = options.format->name == "json"},
+                               machine, taker);
+}
+
 int printSnapshot(const SnapshotOptions& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
@@ -44,7 +53,7 @@ int printSnapshot(const SnapshotOptions& options) {
     if (!machine) return inputErrorExit;
     SnapshotTaker taker;
     return statusOf(taker, inputErrorExit, [&] {
-        return options.identification ? printIdentification(options, *machine, taker)
+        return options.identification ? printIdentified(options, *machine, taker)
                                       : SnapshotPrinter(options, *machine, taker).print();
     });
 }
@@ -54,6 +63,7 @@ std::vector<SMCReading> comparedReadings(const SnapshotOptions& options, const M
     Snapshot snapshot = taker.take(machine);
     for (const SilentDevice& device : snapshot.silent) reportError("no answer from " + device.file);
     maskAddresses(snapshot.readings); // as in the file of the other one
+    dropSignsOfZero(snapshot.readings);
     return selectedReadings(snapshot.readings, options.selection);
 }
 
@@ -91,7 +101,8 @@ int printDiff(const SnapshotOptions& options) {
 int printDoctor(const SnapshotOptions& options) {
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
-    return examineThisMachine(options.format->name == "json", log);
+    return examineThisMachine({.isJson = options.format->name == "json", .hasOwnCost = options.hasOwnCost},
+                              log);
 }
 
 int run(int argc, char** argv) {

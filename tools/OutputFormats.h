@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Calendar.h"
 #include "tools/Report.h"
 
 #include <cstdint>
@@ -14,9 +15,11 @@ namespace kelvinbar {
 
 /// What a writer knows of where its text goes.
 struct FormatSettings {
-    bool isTerminal = false; ///< somebody looks at the output
-    bool isColoured = false; ///< and wants colours
-    bool isSeries = false;   ///< more reports follow the first
+    bool isTerminal = false;                          ///< somebody looks at the output
+    bool isColoured = false;                          ///< and wants colours
+    bool isSeries = false;                            ///< more reports follow the first
+    bool isOrdered = false;                           ///< the user has chosen the order of the readings
+    TimePrecision precision = TimePrecision::seconds; ///< that tells the reports of a series apart
 };
 
 /// Returns a report as text. All text of one series comes from one writer, which may remember what it wrote

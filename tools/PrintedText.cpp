@@ -1,6 +1,7 @@
 #include "tools/PrintedText.h"
 
 #include "base/Text.h"
+#include "store/ValueNormalization.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,6 +44,22 @@ std::string shortestText(double number) {
     std::string text = nlohmann::json(number).dump();
     if (text.ends_with(".0")) text.resize(text.size() - 2);
     return text == "-0" ? "0" : text;
+}
+
+std::string numberText(double number, std::string_view unit) {
+    std::string text = normalizeValue("", "", number, unit).value;
+    return text == "-0" ? "0" : text;
+}
+
+std::string changeText(double change, std::string_view unit) {
+    const std::string amount = numberText(std::fabs(change), unit);
+    return amount == "0" ? amount : (change < 0 ? "-" : "+") + amount;
+}
+
+void dropSignsOfZero(std::vector<SMCReading>& readings) {
+    for (SMCReading& reading : readings) {
+        if (reading.numericValue && reading.value == "-0") reading.value = "0";
+    }
 }
 
 std::string padded(std::string_view text, std::size_t width) { return std::string(text) + gap(text, width); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Text.h"
+#include "catalogue/SMCReading.h"
 
 #include <algorithm>
 #include <array>
@@ -19,6 +20,15 @@ std::string printableText(std::string_view text);
 /// The shortest decimal text that is read back as `number`, without ".0" for whole numbers; empty for
 /// infinities and NaN. Independent of the locale.
 std::string shortestText(double number);
+
+/// `number` as the value of a reading in `unit` is displayed, but "0" for what is rounded to "-0".
+std::string numberText(double number, std::string_view unit);
+
+/// The same with its sign, "+" too, unless it is "0".
+std::string changeText(double change, std::string_view unit);
+
+/// Values that are "-0" become "0".
+void dropSignsOfZero(std::vector<SMCReading>& readings);
 
 /// `text` followed by spaces up to `width` characters; `text` itself if it is not shorter.
 std::string padded(std::string_view text, std::size_t width);

@@ -2,7 +2,7 @@
 
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -32,7 +32,8 @@ bool hasSelectedCategory(const SMCReading& reading, const ReadingSelection& sele
 }
 
 bool isSelected(const SMCReading& reading, const ReadingSelection& selection) {
-    if (!selection.keys.empty() && !isIn(selection.keys, reading.key)) return false;
+    const bool isByKey = selection.isPinned || !selection.keys.empty();
+    if (isByKey && !isIn(selection.keys, reading.key)) return false;
     if (!hasSelectedCategory(reading, selection)) return false;
     return containsIgnoringCase(reading.name, selection.match) ||
            containsIgnoringCase(reading.key, selection.match);

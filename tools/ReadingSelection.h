@@ -34,6 +34,7 @@ inline constexpr std::array<std::pair<std::string_view, ReadingOrder>, 4> namedO
 /// A reading must satisfy all members that are not empty.
 struct ReadingSelection {
     std::vector<std::string> keys{};       ///< one of these
+    bool isPinned = false;                 ///< these keys are pins, and without any nothing is selected
     std::vector<SMCCategory> categories{}; ///< one of these, or the next
     bool hasOwnCategory = false;           ///< the readings about the program itself
     std::string match{}; ///< a part of the name or the key, whatever the case of ASCII letters
@@ -41,8 +42,11 @@ struct ReadingSelection {
 
     /// Whether every reading is selected.
     [[nodiscard]] bool isEverything() const {
-        return keys.empty() && categories.empty() && !hasOwnCategory && match.empty();
+        return !isPinned && keys.empty() && categories.empty() && !hasOwnCategory && match.empty();
     }
+
+    /// Whether it tells the order of the readings.
+    [[nodiscard]] bool isOrdered() const { return !keys.empty() || order != ReadingOrder::given; }
 };
 
 /// The selected readings in the order of the selection.

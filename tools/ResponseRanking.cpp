@@ -22,6 +22,9 @@ constexpr double clearChange = 3;
 /// away, and the noise is known from a few values only.
 constexpr double certainChange = 6;
 
+/// Of the greatest value. Means of equal values differ by less.
+constexpr double leastChange = 1e-9;
+
 /// Values in a row whose mean counts.
 constexpr std::size_t meanWindow = 3;
 
@@ -140,6 +143,14 @@ SeriesValues valuesOf(const std::vector<LoadPhase>& phases, const ReadingSeries&
     return values;
 }
 
+/// Whether `change` is more than what computing with the values rounds away.
+bool isChange(double change, const SeriesValues& values) {
+    double greatest = 0;
+    for (const double value : values.atRest) greatest = std::max(greatest, std::fabs(value));
+    for (const double value : values.later) greatest = std::max(greatest, std::fabs(value));
+    return std::fabs(change) > leastChange * greatest;
+}
+
 /// At least two are at rest.
 double noiseOf(const SeriesValues& values) {
     Numbers all = values.atRest;
@@ -154,7 +165,7 @@ std::optional<Response> responseOf(const std::vector<LoadPhase>& phases, const s
     if (values.atRest.size() < 2 || values.later.size() < meanWindow) return std::nullopt;
     Response response{.key = series.key, .rest = meanOf(values.atRest), .correlation = {}};
     response.change = largestChange(values.later, response.rest);
-    if (response.change == 0) return std::nullopt;
+    if (!isChange(response.change, values)) return std::nullopt;
     response.noise = noiseOf(values);
     if (!loads.empty()) response.correlation = correlationWithLoad(loads, series, response.change);
     response.score = scoreOf(response);
@@ -184,7 +195,7 @@ bool isAwayFromRest(const std::vector<LoadPhase>& phases, const ReadingSeries& s
     const SeriesValues values = valuesOf(phases, series);
     if (values.atRest.size() < 2 || !series.values.back()) return false;
     const double change = *series.values.back() - meanOf(values.atRest);
-    return std::fabs(change) > certainChange * noiseOf(values);
+    return isChange(change, values) && std::fabs(change) > certainChange * noiseOf(values);
 }
 
 } // namespace kelvinbar

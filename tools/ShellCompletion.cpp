@@ -62,20 +62,41 @@ std::string zshHelp(std::string_view help) {
 
 std::string zshValue(const CompletedOption& option) {
     if (option.valueName.empty()) return {};
-    const std::string start = ":" + option.valueName + ":";
+    const std::string start = (option.isOptional ? "::" : ":") + option.valueName + ":";
     return start + (option.isFile ? "_files" : "(" + joinedWith(" ", option.values) + ")");
 }
 
+std::string zshSpecification(const std::string& name, const CompletedOption& option) {
+    const std::string start = (option.isRepeated ? "*" : "") + name + (option.valueName.empty() ? "" : "=");
+    return singleQuoted(start + "[" + zshHelp(option.help) + "]" + zshValue(option));
+}
+
+std::string zshCase(const CompletedOption& option) {
+    if (!option.isRepeated || (option.values.empty() && !option.isFile)) return {};
+    return "    " + joinedWith("|", option.names) + ") " +
+           (option.isFile ? "_files" : "compadd -- " + joinedWith(" ", option.values)) + " ;;\n";
+}
+
+/// For words that follow a value: a specification of several values would take the options behind them for
+/// values, too.
+std::string zshFurtherValues(const std::string& function, CompletedOptions options) {
+    std::string cases;
+    for (const CompletedOption& option : options) cases.append(zshCase(option));
+    return function +
+           "() {\n  local -a before=(\"${(@)words[1,CURRENT-1]}\")\n  case ${before[(R)-*]%%=*} in\n" +
+           cases + "  esac\n}\n";
+}
+
 std::string zshScript(std::string_view program, CompletedOptions options) {
-    std::string text = "#compdef " + std::string(program) + "\n_arguments";
+    const std::string furtherValues = functionName(program) + "_further_values";
+    std::string text =
+        "#compdef " + std::string(program) + "\n" + zshFurtherValues(furtherValues, options) + "_arguments";
     for (const CompletedOption& option : options) {
         for (const std::string& name : option.names) {
-            text.append(" \\\n  ");
-            text.append(singleQuoted((option.isRepeated ? "*" : "") + name + "[" + zshHelp(option.help) +
-                                     "]" + zshValue(option)));
+            text.append(" \\\n  ").append(zshSpecification(name, option));
         }
     }
-    return text.append("\n");
+    return text.append(" \\\n  '*: :").append(furtherValues).append("'\n");
 }
 
 // fish
@@ -90,9 +111,26 @@ std::string fishLine(std::string_view program, const CompletedOption& option) {
     return line.append(" -d ").append(singleQuoted(option.help)).append("\n");
 }
 
+/// For words that follow a value.
+std::string fishFurtherValues(std::string_view program, const std::string& function,
+                              const CompletedOption& option) {
+    if (!option.isRepeated || (option.values.empty() && !option.isFile)) return {};
+    return "complete -c " + std::string(program) + " -n " +
+           singleQuoted(function + " " + joinedWith(" ", option.names)) +
+           (option.isFile ? " -F" : " -a " + singleQuoted(joinedWith(" ", option.values))) + "\n";
+}
+
 std::string fishScript(std::string_view program, CompletedOptions options) {
-    std::string text = "complete -c " + std::string(program) + " -f\n";
-    for (const CompletedOption& option : options) text.append(fishLine(program, option));
+    const std::string follows = "_" + functionName(program) + "_follows";
+    std::string text =
+        "function " + follows +
+        "\n  set -l options (commandline -opc | string match -- '-*' | string replace -r '=.*' '')\n"
+        "  contains -- \"$options[-1]\" $argv\nend\n"
+        "complete -c " +
+        std::string(program) + " -f\n";
+    for (const CompletedOption& option : options) {
+        text.append(fishLine(program, option)).append(fishFurtherValues(program, follows, option));
+    }
     return text;
 }
 

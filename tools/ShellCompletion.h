@@ -16,6 +16,7 @@ struct CompletedOption {
     std::string valueName;           ///< for people; empty for an option without a value
     std::vector<std::string> values; ///< that can be given; empty if they cannot be listed
     bool isFile = false;             ///< the value is the name of a file
+    bool isOptional = false;         ///< the value may be left out
     bool isRepeated = false;         ///< several values may follow
 };
 

@@ -1,10 +1,11 @@
 #include "tools/SnapshotCommandLine.h"
 
+#include "base/NumberText.h"
 #include "base/Text.h"
 #include "resources/SampleMachines.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <chrono>
@@ -41,6 +42,17 @@ std::string listed(const std::vector<std::string>& words) {
 
 /// Refuses other words. Help names them at its end, not in the line of the option.
 CLI::Validator oneOf(const std::vector<std::string>& words) { return CLI::IsMember(words).description(""); }
+
+/// Refuses other numbers and other texts, "nan" among them.
+CLI::Validator numberFrom(double least, double most) {
+    const std::string complaint =
+        "a number from " + shortestText(least) + " to " + shortestText(most) + " is wanted";
+    const auto check = [=](const std::string& text) {
+        const bool isWithin = isNumber(text) && leadingNumber(text) >= least && leadingNumber(text) <= most;
+        return isWithin ? std::string() : complaint;
+    };
+    return {check, ""};
+}
 
 std::vector<std::string> orderNames() {
     std::vector<std::string> names;
@@ -98,18 +110,24 @@ constexpr const char* closingWords =
     "nothing can be written or memory runs out, 2 for a wrong option.\n"
     "With --diff: 0 for no difference, 1 for differences, 2 for a wrong option, 3 for other failures.";
 
-/// The exit status when --help or --version has been printed.
+/// The exit status when the parser or `printed` has answered.
 int statusOfAnswer() {
     if (std::cout.flush()) return 0;
     reportError("cannot write to standard output");
     return inputErrorExit;
 }
 
+/// Prints `text`; returns the exit status.
+int printed(const std::string& text) {
+    std::cout << text;
+    return statusOfAnswer();
+}
+
 } // namespace
 
 SnapshotCommandLine::SnapshotCommandLine()
     : app_("Prints the sensor readings of a machine as a snapshot text.", "kelvinbar-snapshot") {
-    app_.set_version_flag("--version", "kelvinbar-snapshot " KELVINBAR_VERSION);
+    version_ = app_.add_flag("--version", isVersion_, "Display program version information and exit");
     listedValues_ = {{"--demo", sampleNames()},
                      {"--format", formatNames()},
                      {"--sort", orderNames()},
@@ -175,13 +193,13 @@ void SnapshotCommandLine::addOutputOptions() {
     self_ = app_.add_flag(
                     "--self", options_.hasOwnCost,
                     "Print, as the category kelvinbar, what the tray program costs, or this program if that "
-                    "does not run; not with the format text")
+                    "does not run; not with the format text, except that of the doctor")
                 ->excludes(title_)
                 ->group("Output");
     watch_ = app_.add_option("--watch", seconds_,
                              "Print again every SECONDS (2 unless given) until a signal or a closed pipe");
     watch_->type_name("SECONDS")->expected(0, 1)->default_str("2")->group("Output");
-    watch_->check(CLI::Range(fewestSeconds, mostSeconds).description(""));
+    watch_->check(numberFrom(fewestSeconds, mostSeconds));
 }
 
 void SnapshotCommandLine::addDiffOptions() {
@@ -189,10 +207,10 @@ void SnapshotCommandLine::addDiffOptions() {
                             "Print what differs between the snapshots in two FILEs, or between one and "
                             "this machine (- for standard input)");
     diff_->type_name("FILE")->expected(1, 2)->group("Comparison");
-    diff_->excludes(replay_, demo_, watch_, self_);
+    diff_->excludes(replay_, demo_, watch_, self_, pinned_, sort_);
     app_.add_option("--tolerance", options_.tolerance, "Numbers that are no more than X apart are the same")
         ->type_name("X")
-        ->check(CLI::NonNegativeNumber.description(""))
+        ->check(numberFrom(0, mostTolerance))
         ->needs(diff_)
         ->group("Comparison");
 }
@@ -202,7 +220,7 @@ void SnapshotCommandLine::addIdentificationOptions() {
                                 "Load all processors for SECONDS (20 unless given) and print which readings "
                                 "followed");
     identify_->type_name("SECONDS")->expected(0, 1)->group("Identification");
-    identify_->check(CLI::Range(fewestIdentifySeconds, mostIdentifySeconds).description(""));
+    identify_->check(numberFrom(fewestIdentifySeconds, mostIdentifySeconds));
     // Not by their names: CLI11 compares names in a way that ends the program where memory runs out.
     identify_->excludes(replay_, demo_, diff_, watch_, title_, summary_, pinned_, sort_, self_);
     app_.add_flag(
@@ -216,34 +234,45 @@ void SnapshotCommandLine::addDoctorOption() {
     app_.add_flag("--doctor", options_.isDoctor,
                   "Print what is found of sensors and drivers, and what to do about what is not; as text or "
                   "json")
-        ->excludes(replay_, demo_, watch_, identify_, self_);
+        ->excludes(replay_, demo_, watch_, identify_);
 }
 
 void SnapshotCommandLine::addRemainingOptions() {
-    app_.add_option("--completion", completedShell_,
-                    "Print a script that completes the options in bash, zsh or fish")
-        ->type_name("SHELL")
-        ->check(oneOf(listedValues_.at("--completion")));
+    completion_ = app_.add_option("--completion", completedShell_,
+                                  "Print a script that completes the options in bash, zsh or fish");
+    completion_->type_name("SHELL")->check(oneOf(listedValues_.at("--completion")));
     app_.add_flag("-v,--verbose", options_.verbosity, "Log what is found and done; twice, every step");
 }
 
 std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
     try {
         app_.parse(argc, argv);
+        requireAlone(*version_);
+        requireAlone(*completion_);
         finishParsing();
-        if (!completedShell_.empty()) return printCompletion();
-        return std::nullopt;
+        if (isVersion_) return printed("kelvinbar-snapshot " KELVINBAR_VERSION "\n");
+        if (completion_->count() == 0) return std::nullopt;
+        return printed(completionScript(completedShell_, app_.get_name(), completedOptions()));
     } catch (const CLI::ParseError& error) {
         return app_.exit(error) == 0 ? statusOfAnswer() : usageErrorExit;
     }
 }
 
+/// An option that prints something else than readings. Throws CLI::ParseError if another one is given, too.
+void SnapshotCommandLine::requireAlone(const CLI::Option& option) const {
+    if (option.count() == 0) return;
+    for (const CLI::Option* const other : app_.parse_order()) {
+        if (other != &option) throw CLI::ExcludesError(option.get_name(), other->get_name());
+    }
+}
+
 /// Throws CLI::ParseError for what the parser does not check by itself.
 void SnapshotCommandLine::finishParsing() {
-    // CLI11 does not validate an empty value.
+    // CLI11 does not validate an empty value, and takes that of a number for 0.
     if (demo_->count() > 0 && options_.machine.sampleName.empty()) {
         throw CLI::ValidationError("--demo", "NAME is empty");
     }
+    if (seconds_ == 0) throw CLI::ValidationError("--watch", "SECONDS is empty");
     finishSelection();
     finishFormat();
     finishDiff();
@@ -303,19 +332,21 @@ void SnapshotCommandLine::finishIdentification() {
     if (!formatName_.empty() && formatName_ != "text" && formatName_ != "json") {
         throw CLI::ValidationError("--identify", "what responded is printed as text or json");
     }
-    const bool isTimeGiven = !identify_->results().empty() && !identify_->results().front().empty();
-    const double seconds = isTimeGiven || !isByHand_ ? identifySeconds_ : usualWatchSeconds;
+    const double usual = isByHand_ ? usualWatchSeconds : usualLoadSeconds;
+    const double seconds = identifySeconds_ > 0 ? identifySeconds_ : usual;
     options_.identification = IdentificationPlan{
         .isByHand = isByHand_,
         .time = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds))};
 }
 
-/// The text stays what --replay and the panel know; a title and a summary are about sensors.
+/// The text stays what --replay and the panel know; a title and a summary are about sensors. The doctor has
+/// formats of its own.
 void SnapshotCommandLine::finishOwnCost() const {
     if (!options_.hasOwnCost) {
         if (!options_.selection.hasOwnCategory) return;
         throw CLI::ValidationError("--category", "kelvinbar is a category with --self only");
     }
+    if (options_.isDoctor) return;
     const std::string_view format = options_.format->name;
     if (format == "text" || format == "summary" || format == "waybar") {
         throw CLI::ValidationError("--self", "does not go with the format " + std::string(format));
@@ -342,17 +373,13 @@ std::vector<CompletedOption> SnapshotCommandLine::completedOptions() const {
         for (const std::string& name : option->get_lnames()) entry.names.push_back("--" + name);
         if (option->get_expected_max() > 0) entry.valueName = option->get_type_name();
         entry.isFile = entry.valueName == "FILE";
+        entry.isOptional = option->get_expected_min() == 0;
         entry.isRepeated = option->get_expected_max() > 1;
         const auto values = listedValues_.find(entry.names.back());
         if (values != listedValues_.end()) entry.values = values->second;
         completed.push_back(std::move(entry));
     }
     return completed;
-}
-
-int SnapshotCommandLine::printCompletion() const {
-    std::cout << completionScript(completedShell_, app_.get_name(), completedOptions());
-    return statusOfAnswer();
 }
 
 } // namespace kelvinbar

@@ -55,6 +55,9 @@ class SnapshotCommandLine {
     static constexpr double fewestSeconds = 0.1;
     static constexpr double mostSeconds = 86400;
 
+    /// Of --tolerance, in the unit of a reading.
+    static constexpr double mostTolerance = 1e9;
+
     /// Of --identify.
     static constexpr double usualLoadSeconds = 20;
     static constexpr double usualWatchSeconds = 60;
@@ -75,19 +78,21 @@ class SnapshotCommandLine {
     void finishIdentification();
     void finishOwnCost() const;
     void finishDoctor() const;
+    void requireAlone(const CLI::Option& option) const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
-    [[nodiscard]] int printCompletion() const;
 
     SnapshotOptions options_;
     std::string formatName_;
     std::string orderName_;
     std::vector<std::string> categoryNames_;
     double seconds_ = usualSeconds;
-    double identifySeconds_ = usualLoadSeconds;
+    double identifySeconds_ = 0; ///< 0 for the usual
+    bool isVersion_ = false;
     bool isByHand_ = false;
     bool isTitle_ = false;
     bool isSummary_ = false;
     CLI::App app_;
+    CLI::Option* version_ = nullptr;
     CLI::Option* replay_ = nullptr;
     CLI::Option* demo_ = nullptr;
     CLI::Option* match_ = nullptr;
@@ -99,6 +104,7 @@ class SnapshotCommandLine {
     CLI::Option* watch_ = nullptr;
     CLI::Option* self_ = nullptr;
     CLI::Option* identify_ = nullptr;
+    CLI::Option* completion_ = nullptr;
     std::string completedShell_;
     std::map<std::string, std::vector<std::string>> listedValues_; ///< by the name of the option
 };

@@ -3,7 +3,6 @@
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
 #include "store/ReadingOrder.h"
-#include "store/ValueNormalization.h"
 #include "tools/JsonReading.h"
 #include "tools/PrintedText.h"
 #include "tools/formats/JsonFormat.h"
@@ -52,9 +51,7 @@ using DiffRow = std::array<std::string, 4>;
 std::string differenceText(const ReadingPair& pair) {
     const auto& [before, after] = pair;
     if (!before.numericValue || !after.numericValue || before.unit != after.unit) return {};
-    const double difference = *after.numericValue - *before.numericValue;
-    const std::string amount = normalizeValue("", "", std::fabs(difference), before.unit).value;
-    return std::string(difference < 0 ? " (-" : " (+").append(amount).append(")");
+    return " (" + changeText(*after.numericValue - *before.numericValue, before.unit) + ")";
 }
 
 std::string arrow(std::string_view before, std::string_view after) {

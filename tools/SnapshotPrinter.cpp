@@ -1,32 +1,42 @@
 #include "tools/SnapshotPrinter.h"
 
 #include "base/Text.h"
-#include "machines/Platform.h"
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
-#include "tools/OwnReadings.h"
+#include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
+#include "tools/TerminalPage.h"
 #include "tools/WatchLoop.h"
 
-#include <chrono>
-#include <memory>
+#include <algorithm>
+#include <iterator>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 namespace kelvinbar {
 
 namespace {
 
-/// For the tray program's answer.
-constexpr std::chrono::seconds longestWait{1};
+ReadingSelection selectionOf(const SnapshotOptions& options) {
+    ReadingSelection selection = options.selection;
+    selection.isPinned = options.isPinned;
+    return selection;
+}
+
+TimePrecision precisionFor(const SnapshotOptions& options) {
+    const auto interval = options.interval.value_or(std::chrono::seconds(0));
+    return interval % std::chrono::seconds(1) == interval.zero() ? TimePrecision::seconds
+                                                                 : TimePrecision::milliseconds;
+}
 
 FormatSettings settingsFor(const SnapshotOptions& options) {
     const bool isTerminal = isStandardOutputTerminal();
     return {.isTerminal = isTerminal,
             .isColoured = isTerminal && wantsColours(),
-            .isSeries = options.interval.has_value()};
+            .isSeries = options.interval.has_value(),
+            .isOrdered = options.isPinned || options.selection.isOrdered(),
+            .precision = precisionFor(options)};
 }
 
 } // namespace
@@ -35,62 +45,61 @@ SnapshotPrinter::SnapshotPrinter(const SnapshotOptions& options, const Machine& 
     : options_(options)
     , machine_(machine)
     , taker_(taker)
-    , selection_(options.selection)
+    , reader_(taker, selectionOf(options))
     , settings_(settingsFor(options)) {
-    if (options.hasOwnCost) costMeter_.emplace();
+    if (options.hasOwnCost) ownCost_.emplace([] { return askTrayProgram(longestWaitForTray); }, reportError);
 }
 
 int SnapshotPrinter::print() {
-    Dictionary preferences;
-    if (options_.isPinned) {
-        auto stored = storedPreferenceLists();
-        if (!stored) {
-            reportError("the pins can be read by the desktop program only; name their keys with --key");
-            return inputErrorExit;
-        }
-        preferences = *std::move(stored);
+    std::optional<Dictionary> preferences = Dictionary();
+    if (options_.isPinned) preferences = preferences_.read();
+    if (!preferences) {
+        reportError("the pins can be read by the desktop program only; name their keys with --key");
+        return inputErrorExit;
     }
-    const Snapshot first = withOwnCost(taker_.begin(machine_, preferences));
-    const int status = !learnSelection(first) ? inputErrorExit
-                       : options_.interval    ? printUntilEnded(first)
-                                              : printOnce(first);
+    const Snapshot first = withOwnCost(reader_.begin(machine_, *preferences));
+    const int status = !reportWhatIsMissing(first) ? inputErrorExit
+                       : options_.interval         ? printUntilEnded(first)
+                                                   : printOnce(first);
     taker_.end();
     return status;
 }
 
-/// Returns whether there is something to print; says why not.
-bool SnapshotPrinter::learnSelection(const Snapshot& snapshot) {
+/// Returns whether there is something to print, or may be later: pins come and go while they are watched.
+bool SnapshotPrinter::reportWhatIsMissing(const Snapshot& snapshot) const {
+    if (options_.isPinned && options_.interval) {
+        reportMissingKeys(snapshot.readings, reader_.selection());
+        return true;
+    }
     if (options_.isPinned && snapshot.pinned.empty()) {
         reportError("nothing is pinned");
         return false;
     }
-    if (options_.isPinned) selection_.keys = snapshot.pinned;
-    return reportSelection(snapshot.readings, selection_);
+    return reportSelection(snapshot.readings, reader_.selection());
+}
+
+/// With the pins of now.
+Snapshot SnapshotPrinter::nextSnapshot() {
+    const auto preferences = options_.isPinned ? preferences_.changed() : std::nullopt;
+    if (preferences) reader_.followPins(*preferences);
+    return withOwnCost(reader_.next());
 }
 
 /// The snapshot with what the program itself costs, if that is asked for.
 Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
-    if (!options_.hasOwnCost) return snapshot;
-    for (SMCReading& reading : ownCost(snapshot)) snapshot.readings.push_back(std::move(reading));
+    if (!ownCost_) return snapshot;
+    std::ranges::move(ownCost_->readings(snapshot.accesses), std::back_inserter(snapshot.readings));
     return snapshot;
 }
 
-/// Of the tray program, or of this one from the first time on that the other does not answer.
-std::vector<SMCReading> SnapshotPrinter::ownCost(const Snapshot& snapshot) {
-    if (asksTrayProgram_) {
-        if (const auto cost = costOfTrayProgram(longestWait)) return ownReadings(*cost, "tray program");
-        asksTrayProgram_ = false;
-    }
-    ProgramCost own = programCost(costMeter_.value().cost());
-    own.accessesOfLastPass = snapshot.accesses;
-    return ownReadings(own, "console program");
-}
-
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
+    const bool isNewSnapshot = options_.format->name == "text";
+    std::vector<SMCReading> readings = reader_.selected(snapshot);
+    if (!isNewSnapshot) dropSignsOfZero(readings); // the text has the values as the panel does
     return {.machine = options_.machine.description(),
-            .time = snapshot.time,
+            .time = isNewSnapshot ? snapshot.time : machine_.recordedAt.value_or(snapshot.time),
             .status = snapshot.status,
-            .readings = selectedReadings(snapshot.readings, selection_)};
+            .readings = std::move(readings)};
 }
 
 int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
@@ -101,26 +110,20 @@ int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
 
-/// A page over the one before, without the flicker of an empty screen; on anything but a terminal, a page
-/// after the one before.
+/// A page over the one before; on anything but a terminal, a page after the one before.
 std::string SnapshotPrinter::onScreen(const std::string& page) const {
-    constexpr std::string_view home = "\x1b[H";
-    constexpr std::string_view clearRestOfLine = "\x1b[K\n";
-    constexpr std::string_view clearRestOfScreen = "\x1b[J";
     if (options_.format->repetition != Repetition::pages) return page;
-    if (!settings_.isTerminal) return page + "\n";
-    return std::string(home).append(replacedAll(page, "\n", clearRestOfLine)).append(clearRestOfScreen);
+    return settings_.isTerminal ? pageInPlace(page, standardOutputSize()) : page + "\n";
 }
 
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     const EndSignals signals;
     const ReportWriter write = options_.format->makeWriter(settings_);
-    std::shared_ptr<const KeySet> keys = keysToRead(first.readings, selection_);
     Snapshot snapshot = first;
     bool isFirst = true;
     std::error_code error;
     const auto printNext = [&] {
-        if (!std::exchange(isFirst, false)) snapshot = withOwnCost(taker_.next(keys));
+        if (!std::exchange(isFirst, false)) snapshot = nextSnapshot();
         silence_.report(snapshot.silent);
         error = writeToStandardOutput(onScreen(write(reportOf(snapshot))));
         return !error;

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "base/Value.h"
-#include "process/CostMeter.h"
 #include "sensors/Machine.h"
+#include "tools/FollowedPreferences.h"
+#include "tools/SelectionReader.h"
 #include "tools/SnapshotCommandLine.h"
 #include "tools/SnapshotTaker.h"
 #include "tools/SnapshotWarnings.h"
+#include "tools/cost/OwnCost.h"
 
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace kelvinbar {
 
@@ -26,19 +27,19 @@ class SnapshotPrinter {
   private:
     int printOnce(const Snapshot& snapshot);
     int printUntilEnded(const Snapshot& first);
-    [[nodiscard]] bool learnSelection(const Snapshot& snapshot);
+    [[nodiscard]] Snapshot nextSnapshot();
+    [[nodiscard]] bool reportWhatIsMissing(const Snapshot& snapshot) const;
     [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
     [[nodiscard]] Snapshot withOwnCost(Snapshot snapshot);
-    [[nodiscard]] std::vector<SMCReading> ownCost(const Snapshot& snapshot);
     [[nodiscard]] std::string onScreen(const std::string& page) const;
 
     const SnapshotOptions& options_;
     const Machine& machine_;
     SnapshotTaker& taker_;
-    ReadingSelection selection_; ///< that of the options, with the pins
+    SelectionReader reader_;
+    FollowedPreferences preferences_;
     FormatSettings settings_;
-    std::optional<CostMeter> costMeter_; ///< if its own cost is printed
-    bool asksTrayProgram_ = true;
+    std::optional<OwnCost> ownCost_; ///< if it is printed
     SilenceReport silence_;
 };
 

@@ -25,6 +25,12 @@ std::vector<SMCReading> copiesByKey(const std::vector<SMCReading>& readings) {
     return sorted;
 }
 
+void copyLists(const Dictionary& preferences, UserDefaults& defaults) {
+    for (const auto& [key, value] : preferences) {
+        if (const auto* list = std::get_if<TextList>(&value)) defaults.setTextList(key, *list);
+    }
+}
+
 } // namespace
 
 /// A store over the machine, and what it works with.
@@ -33,9 +39,7 @@ class SnapshotTaker::OpenMachine {
     OpenMachine(const Machine& machine, const Dictionary& preferences, MainQueue& mainQueue,
                 BackgroundQueue& backgroundQueue)
         : clock_(machine.clock), discoveredAt_(machine.clock->now()) {
-        for (const auto& [key, value] : preferences) {
-            if (const auto* list = std::get_if<TextList>(&value)) defaults_.setTextList(key, *list);
-        }
+        copyLists(preferences, defaults_);
         // Without preferences, no keys of another version are looked up.
         if (preferences.begin() == preferences.end()) KeyContinuity::markCarriedOver(defaults_);
         pinned_ = loadPreferences(defaults_).menuBarKeys;
@@ -55,11 +59,20 @@ class SnapshotTaker::OpenMachine {
     void refresh(const std::shared_ptr<const KeySet>& keys) {
         const bool looksForDevices = clock_->now() - discoveredAt_ > KelvinbarStore::discoveryInterval;
         if (looksForDevices) discoveredAt_ = clock_->now();
-        if (keys == nullptr || looksForDevices) {
+        isOfAllKeys_ = keys == nullptr || looksForDevices;
+        if (isOfAllKeys_) {
             store_->refresh(looksForDevices);
         } else {
             store_->refreshOnly(keys);
         }
+    }
+
+    const std::vector<std::string>& pin(const Dictionary& preferences) {
+        InMemoryUserDefaults changed;
+        copyLists(preferences, changed);
+        pinned_ = loadPreferences(changed).menuBarKeys;
+        store_->setMenuBarKeys(pinned_);
+        return pinned_;
     }
 
     [[nodiscard]] const KelvinbarStore& store() const { return *store_; }
@@ -72,7 +85,8 @@ class SnapshotTaker::OpenMachine {
                 .silent = store_->silentDevices(),
                 .pinned = pinned(),
                 .accesses = store_->accessesOfLastPass(),
-                .hasAnswers = std::ranges::any_of(readings, isAnswer)};
+                .hasAnswers = std::ranges::any_of(readings, isAnswer),
+                .isOfAllKeys = isOfAllKeys_};
     }
 
   private:
@@ -92,6 +106,7 @@ class SnapshotTaker::OpenMachine {
     std::shared_ptr<const MonotonicClock> clock_;
     std::chrono::nanoseconds discoveredAt_; ///< on `clock_`
     std::vector<std::string> pinned_;       ///< as the user has stored them
+    bool isOfAllKeys_ = true;               ///< the last refresh
     std::shared_ptr<KelvinbarStore> store_;
 };
 
@@ -117,6 +132,8 @@ Snapshot SnapshotTaker::next(const std::shared_ptr<const KeySet>& keys) {
     mainQueue_.runUntil([this] { return !open_->store().isReading(); });
     return open_->snapshot();
 }
+
+std::vector<std::string> SnapshotTaker::pin(const Dictionary& preferences) { return open_->pin(preferences); }
 
 void SnapshotTaker::end() { open_.reset(); }
 

@@ -6,12 +6,14 @@
 #include "catalogue/KeySet.h"
 #include "catalogue/SMCReading.h"
 #include "sensors/Machine.h"
+#include "sensors/WatchedLook.h"
 
 #include <chrono>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelvinbar {
@@ -25,6 +27,7 @@ struct Snapshot {
     std::vector<std::string> pinned;       ///< keys, in pin order, whether or not there is a reading for them
     std::optional<std::size_t> accesses{}; ///< of the pass, to files and drivers; no value without a watch
     bool hasAnswers = false;               ///< of a sensor, not only the system's own facts
+    bool isOfAllKeys = false;              ///< otherwise only the keys that were asked for were read
 };
 
 /// Takes snapshots of machines, one machine at a time. Devices that do not answer in time are left out, if
@@ -50,6 +53,16 @@ class SnapshotTaker {
     /// Waits for another refresh after `begin`: of `keys` alone, or a full one without them and when new
     /// devices are to be looked for. Without memory, the snapshot is the last one.
     Snapshot next(const std::shared_ptr<const KeySet>& keys);
+
+    /// Takes the pins from the user's `preferences`, which have changed since `begin`, and returns their
+    /// keys.
+    std::vector<std::string> pin(const Dictionary& preferences);
+
+    /// What `look` returns, which reads the machine besides: see watchedLook.
+    template <typename Look>
+    auto look(const Machine& machine, Look look) {
+        return watchedLook(machine, mainQueue_, backgroundQueue_, std::move(look));
+    }
 
     /// Closes the machine.
     void end();

@@ -6,10 +6,14 @@
 
 namespace kelvinbar {
 
-bool reportSelection(const std::vector<SMCReading>& readings, const ReadingSelection& selection) {
+void reportMissingKeys(const std::vector<SMCReading>& readings, const ReadingSelection& selection) {
     for (const std::string& key : missingKeys(readings, selection)) {
         reportError("no reading has the key " + key);
     }
+}
+
+bool reportSelection(const std::vector<SMCReading>& readings, const ReadingSelection& selection) {
+    reportMissingKeys(readings, selection);
     if (selection.isEverything() || !selectedReadings(readings, selection).empty()) return true;
     reportError("no reading is selected");
     return false;

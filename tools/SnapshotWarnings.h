@@ -10,8 +10,10 @@
 /// What standard error says of a snapshot. Main thread.
 namespace kelvinbar {
 
-/// Returns whether `selection` leaves something to print, or selects everything; says why not. Names keys
-/// that no reading has.
+/// Names keys of the selection that no reading has.
+void reportMissingKeys(const std::vector<SMCReading>& readings, const ReadingSelection& selection);
+
+/// Likewise, and returns whether `selection` leaves something to print, or selects everything; says why not.
 bool reportSelection(const std::vector<SMCReading>& readings, const ReadingSelection& selection);
 
 /// Names devices that do not answer.

@@ -7,6 +7,7 @@
 #include "desktop/linux/session/NoTrayNotice.h"
 #include "desktop/linux/session/ProgramOnBus.h"
 #include "desktop/linux/session/RunningInstance.h"
+#include "desktop/linux/session/RuntimeFolder.h"
 #include "desktop/linux/session/SecondStart.h"
 #include "desktop/linux/session/SessionRestore.h"
 #include "desktop/linux/session/SessionWatch.h"
@@ -268,12 +269,14 @@ class LinuxDesktop final : public Desktop {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv, Log& log) {
+    provideRuntimeFolder();
     const PlatformChoice platform([&log] { return offersLayerShell(log); });
     const DisplayFailure failure(argc, argv, log);
     return makeTrayApplication(argc, argv, log);
 }
 
 std::optional<int> handOverWithoutDisplay(const ProgramStart& start, Log& log) {
+    provideRuntimeFolder();
     // Not the shared connection: that belongs to the application object, which does not exist yet.
     const QString connection = "kelvinbar-start";
     const auto status =

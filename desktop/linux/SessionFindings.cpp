@@ -1,5 +1,6 @@
 #include "desktop/linux/SessionFindings.h"
 
+#include "desktop/linux/session/AlertSound.h"
 #include "desktop/linux/tray/TrayFacts.h"
 #include "desktop/linux/tray/TrayFindings.h"
 #include "desktop/linux/window/LayerShell.h"
@@ -39,7 +40,8 @@ std::vector<FindingSection> sessionFindings(const QString& name, Log& log) {
     const auto displays = displaysOfSession([&log] { return offersLayerShell(log); });
     return {{.title = "Tray", .findings = trayFindings(factsOfSession(name))},
             {.title = "Program",
-             .findings = {toolkitFinding(), platformFinding(qgetenv("QT_QPA_PLATFORM"), displays)}}};
+             .findings = {toolkitFinding(), platformFinding(qgetenv("QT_QPA_PLATFORM"), displays),
+                          alertFinding(hasThemeBell())}}};
 }
 
 } // namespace kelvinbar

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "machines/Platform.h"
+#include "machines/linux/files/FileStamp.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -137,5 +138,7 @@ std::optional<Dictionary> storedPreferenceLists() {
     text.resize(static_cast<std::size_t>(file.gcount()));
     return preferenceListsIn(text);
 }
+
+std::string storedPreferencesStamp() { return fileStamp(preferencesFile()); }
 
 } // namespace kelvinbar

@@ -34,4 +34,6 @@ std::string_view usualDemoMachine() { return "intel-notebook"; }
 /// The toolkit names the domain of the preferences, and may choose another name.
 std::optional<Dictionary> storedPreferenceLists() { return std::nullopt; }
 
+std::string storedPreferencesStamp() { return {}; }
+
 } // namespace kelvinbar

@@ -2,6 +2,7 @@
 
 #include "sensors/RawReading.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -44,6 +45,7 @@ struct RecordedMachine {
     std::vector<RawReading> fans;    ///< from the I/O registry, likewise
     std::vector<RawReading> sensors; ///< from the Linux kernel, likewise
     RecordedFacts facts;
+    std::optional<std::chrono::system_clock::time_point> time; ///< of the snapshot, if it tells it
     std::size_t usedLines = 0; ///< lines with a key, a fan, a sensor or a fact
 };
 

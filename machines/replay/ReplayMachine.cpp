@@ -15,7 +15,8 @@ ReplayResult makeReplayMachine(std::string_view text, std::shared_ptr<const Mono
     if (recorded.usedLines == 0) return result;
     result.machine = Machine{.source = std::make_shared<ReplaySource>(recorded),
                              .system = std::make_shared<ReplaySystemInformation>(std::move(recorded.facts)),
-                             .clock = std::move(clock)};
+                             .clock = std::move(clock),
+                             .recordedAt = recorded.time};
     return result;
 }
 

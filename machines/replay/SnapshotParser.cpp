@@ -1,5 +1,6 @@
 #include "machines/replay/SnapshotParser.h"
 
+#include "base/Calendar.h"
 #include "base/NumberText.h"
 #include "base/Text.h"
 #include "catalogue/SMCCategory.h"
@@ -60,8 +61,10 @@ std::optional<int> coreCount(std::string_view text) {
     return count && *count > 0 ? count : std::nullopt;
 }
 
+constexpr std::string_view timeHeading = "Generated:";
+
 bool isHeaderLine(std::string_view line) {
-    return line.starts_with("Generated:") || line.starts_with("Active keys:");
+    return line.starts_with(timeHeading) || line.starts_with("Active keys:");
 }
 
 /// Removes the rest of a CR LF line ending; the line feed has been removed already.
@@ -92,6 +95,13 @@ class Recorder {
         } else {
             parsed_.problems.push_back({lineNumber, reason});
         }
+    }
+
+    /// The first time counts.
+    void takeHeader(std::string_view line) {
+        auto& time = parsed_.machine.time;
+        if (time || !line.starts_with(timeHeading)) return;
+        time = timeOfIso8601Text(trimmed(line.substr(timeHeading.size())));
     }
 
     ParsedSnapshot finish() && { return std::move(parsed_); }
@@ -219,7 +229,11 @@ ParsedSnapshot parseSnapshot(std::string_view text) {
     auto [rest, lineNumber] = afterTitle(text);
     for (; !rest.empty(); ++lineNumber) {
         const std::string_view line = withoutCarriageReturns(takeUntil(rest, '\n'));
-        if (!trimmed(line).empty() && !isHeaderLine(line)) recorder.take(line, lineNumber);
+        if (isHeaderLine(line)) {
+            recorder.takeHeader(line);
+        } else if (!trimmed(line).empty()) {
+            recorder.take(line, lineNumber);
+        }
     }
     return std::move(recorder).finish();
 }

@@ -2,8 +2,11 @@
 
 #include "process/linux/SdBusLibrary.h"
 
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <systemd/sd-bus.h>
 
@@ -23,7 +26,7 @@ using Message = std::unique_ptr<sd_bus_message, decltype(SdBusLibrary::unrefMess
 struct Answer {
     const SdBusLibrary& functions; ///< to read it with
     bool hasCome = false;
-    std::optional<ProgramCost> cost;
+    TrayAnswer content = NoAnswer::silent;
 };
 
 /// Reads the property's value from an answer. One use.
@@ -84,19 +87,29 @@ class CostReader {
     ProgramCost cost_;
 };
 
+/// Whether the answer comes from the bus, which knows no program of that name.
+bool isAboutAMissingProgram(const SdBusLibrary& library, sd_bus_message* message) {
+    return library.isMethodError(message, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0 ||
+           library.isMethodError(message, SD_BUS_ERROR_NAME_HAS_NO_OWNER) > 0;
+}
+
 int noteAnswer(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
     auto& answer = *static_cast<Answer*>(data);
     answer.hasCome = true;
-    if (answer.functions.isMethodError(message, nullptr) == 0) {
-        answer.cost = CostReader(answer.functions, message).read();
+    if (isAboutAMissingProgram(answer.functions, message)) {
+        answer.content = NoAnswer::notRunning;
+    } else if (answer.functions.isMethodError(message, nullptr) == 0) {
+        if (const auto cost = CostReader(answer.functions, message).read()) answer.content = *cost;
     }
     return 0;
 }
 
-Bus sessionBus(const SdBusLibrary& library) {
-    sd_bus* bus = nullptr;
-    library.openUser(&bus);
-    return {bus, library.closeUnref};
+/// Why a connection to the session bus failed with `error`: where the environment names no bus and the usual
+/// place has none, nobody expects one.
+NoAnswer reasonOf(int error) {
+    const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); // NOLINT(concurrency-mt-unsafe)
+    if (address != nullptr) return *address == '\0' ? NoAnswer::notRunning : NoAnswer::silent;
+    return error == -ENOENT || error == -ENOMEDIUM ? NoAnswer::notRunning : NoAnswer::silent;
 }
 
 /// The question for the property; null if there is no memory for it.
@@ -127,20 +140,21 @@ void waitFor(const Answer& answer, sd_bus* bus, std::chrono::microseconds limit)
 
 } // namespace
 
-std::optional<ProgramCost> costOfTrayProgram(std::chrono::microseconds limit) {
+TrayAnswer askTrayProgram(std::chrono::microseconds limit) {
     const auto library = loadSdBusLibrary();
-    if (!library) return std::nullopt;
-    Answer answer{.functions = *library, .cost = {}};
-    const Bus bus = sessionBus(*library);
-    if (bus == nullptr) return std::nullopt;
+    if (!library) return NoAnswer::cannotAsk;
+    Answer answer{.functions = *library};
+    sd_bus* opened = nullptr;
+    const int error = library->openUser(&opened);
+    const Bus bus(opened, library->closeUnref);
+    if (error < 0) return reasonOf(error);
     const Message message = question(*library, bus.get());
-    if (message == nullptr) return std::nullopt;
+    if (message == nullptr) return NoAnswer::silent;
     const auto longest = static_cast<std::uint64_t>(limit.count());
-    if (library->callAsync(bus.get(), nullptr, message.get(), noteAnswer, &answer, longest) < 0) {
-        return std::nullopt;
+    if (library->callAsync(bus.get(), nullptr, message.get(), noteAnswer, &answer, longest) >= 0) {
+        waitFor(answer, bus.get(), limit);
     }
-    waitFor(answer, bus.get(), limit);
-    return answer.cost;
+    return answer.content;
 }
 
 } // namespace kelvinbar

@@ -69,7 +69,7 @@ TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
         EXPECT_EQ(outcome.output, "");
         EXPECT_EQ(outcome.errors, std::string("kelvinbar: unknown argument \"") + option +
                                       "\"\nUsage: kelvinbar [--verbose] [--help] [--version] [--autostart] "
-                                      "[--doctor [--format FORMAT]]\n");
+                                      "[--doctor [--format FORMAT] [--self]]\n");
     }
 }
 
@@ -501,6 +501,16 @@ TEST(KelvinbarDoctor, PrintsADocument) {
     EXPECT_EQ(doctor({"--format", "text"}).status, 0);
 }
 
+TEST(KelvinbarDoctor, TellsItsOwnCostIfItIsAsked) {
+    EXPECT_FALSE(contains(doctor({}).output, "\nKelvinbar\n"));
+    const Outcome outcome = doctor({"--self"});
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* const words : {"\nKelvinbar\n", "does not answer\n", "  ok  CPU Time a Minute: "}) {
+        EXPECT_TRUE(contains(outcome.output, words)) << words << outcome.output;
+    }
+    EXPECT_TRUE(contains(doctor({"--self", "--format", "json"}).output, "\"title\": \"Kelvinbar\""));
+}
+
 TEST(KelvinbarDoctor, RefusesOptionsThatContradictIt) {
     for (const Words& options : {Words{"--autostart"}, Words{"--format", "csv"}, Words{"--format"},
                                  Words{"-platform", "offscreen"}, Words{"file"}}) {
@@ -510,6 +520,7 @@ TEST(KelvinbarDoctor, RefusesOptionsThatContradictIt) {
         EXPECT_TRUE(contains(outcome.errors, "doctor")) << outcome.errors;
     }
     EXPECT_EQ(outcomeOf({KELVINBAR, "--format", "json"}, {}, noDisplay).status, 2);
+    EXPECT_EQ(outcomeOf({KELVINBAR, "--self"}, {}, noDisplay).status, 2);
     EXPECT_EQ(outcomeOf({KELVINBAR_DEMO, "--doctor"}, {}, noDisplay).status, 2);
 }
 

@@ -9,13 +9,10 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <sys/socket.h>
-#include <sys/types.h>
 #include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace kelvinbar::log_test {
 namespace {
@@ -232,48 +229,6 @@ TEST(Log, WritesEveryLineOfEveryThreadWholeAndOneAtATime) {
     EXPECT_FALSE(sink.wasShared);
     EXPECT_EQ(sink.lines.size(), (threadCount + 1) * lineCount);
     EXPECT_EQ(std::set(sink.lines.begin(), sink.lines.end()).size(), sink.lines.size());
-}
-
-// Standard error
-
-/// Standard error as a socket that keeps the bounds of each write.
-class StandardErrorAsDatagrams {
-  public:
-    StandardErrorAsDatagrams() {
-        EXPECT_EQ(socketpair(AF_UNIX, SOCK_DGRAM, 0, sockets_.data()), 0);
-        dup2(sockets_[0], STDERR_FILENO);
-    }
-
-    StandardErrorAsDatagrams(const StandardErrorAsDatagrams&) = delete;
-    StandardErrorAsDatagrams& operator=(const StandardErrorAsDatagrams&) = delete;
-
-    ~StandardErrorAsDatagrams() {
-        dup2(earlier_, STDERR_FILENO);
-        for (const int descriptor : {earlier_, sockets_[0], sockets_[1]}) close(descriptor);
-    }
-
-    /// What one write wrote; empty when there was none.
-    [[nodiscard]] std::string nextWrite() const {
-        std::string text(2048, '\0');
-        const ssize_t length = recv(sockets_[1], text.data(), text.size(), MSG_DONTWAIT);
-        return text.substr(0, length < 0 ? 0 : static_cast<std::size_t>(length));
-    }
-
-  private:
-    int earlier_ = dup(STDERR_FILENO);
-    std::array<int, 2> sockets_{};
-};
-
-TEST(StandardErrorSink, WritesEachLineInOneWrite) {
-    const StandardErrorAsDatagrams standardError;
-    StandardErrorSink sink;
-    Log log(sink);
-    const std::string text(1000, 'x');
-    log.write(LogCategory::tray, LogLevel::warning, [&text] { return text; });
-    log.write(LogCategory::tray, LogLevel::warning, "second");
-    EXPECT_EQ(standardError.nextWrite(), "kelvinbar: " + text + "\n");
-    EXPECT_EQ(standardError.nextWrite(), "kelvinbar: second\n");
-    EXPECT_EQ(standardError.nextWrite(), "");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
+#include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <utility>
@@ -94,6 +95,15 @@ void FakeWatcher::vanish() {
     auto bus = bus_.connection();
     EXPECT_TRUE(bus.unregisterService("org.kde.StatusNotifierWatcher"));
     bus.unregisterObject("/StatusNotifierWatcher");
+}
+
+void FakeWatcher::RegisterStatusNotifierItem(const QString& service) {
+    if (refused_ == refusals) {
+        items_.append(service);
+    } else {
+        ++refused_;
+        sendErrorReply(QDBusError::Failed, "not now");
+    }
 }
 
 void FakeWatcher::waitInLine() {

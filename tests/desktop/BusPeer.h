@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QDBusMessage>
 #include <QList>
 #include <QObject>
@@ -87,7 +88,7 @@ class FakeNotifications final : public QObject {
 };
 
 /// A StatusNotifierItem watcher, like that of a desktop's panel. Not on the bus until it appears.
-class FakeWatcher final : public QObject {
+class FakeWatcher final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
     Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
@@ -97,6 +98,9 @@ class FakeWatcher final : public QObject {
     /// Whether it has a host. Without a value, the watcher lacks the property. Set before it appears.
     std::optional<bool> host;
 
+    /// How many registrations it refuses before it takes one.
+    int refusals = 0;
+
     void appear();
     void vanish();
     /// Appears as soon as the current watcher vanishes.
@@ -105,11 +109,14 @@ class FakeWatcher final : public QObject {
     /// The services of the registered items, oldest first.
     const QStringList& items() const { return items_; }
 
+    /// How many registrations it has refused.
+    int refused() const { return refused_; }
+
     bool hasHost() const { return host.value_or(false); }
 
   public slots: // NOLINT(readability-redundant-access-specifiers)
 
-    void RegisterStatusNotifierItem(const QString& service) { items_.append(service); }
+    void RegisterStatusNotifierItem(const QString& service);
 
   signals:
     void StatusNotifierItemUnregistered(const QString& service);
@@ -121,6 +128,7 @@ class FakeWatcher final : public QObject {
 
     PrivateBus bus_;
     QStringList items_;
+    int refused_ = 0;
 };
 
 } // namespace kelvinbar

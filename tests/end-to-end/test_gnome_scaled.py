@@ -6,7 +6,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.gnome import GnomeWayland
-from tray_contract import LookContract, PlaceContract
+from tray_contract import LookContract, MenuContract, PanelContract, PlaceContract
 
 
 @pytest.fixture(scope="module")
@@ -21,5 +21,5 @@ def host(desktop: Desktop) -> Iterator[GnomeWayland]:
         yield host
 
 
-class TestGnomeScaled(LookContract, PlaceContract):
+class TestGnomeScaled(LookContract, PlaceContract, PanelContract, MenuContract):
     pass

@@ -6,7 +6,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.gnome import GnomeX11
-from tray_contract import TrayContract
+from tray_contract import LabelContract, TrayContract
 
 
 @pytest.fixture(scope="module")
@@ -21,5 +21,5 @@ def host(desktop: Desktop) -> Iterator[GnomeX11]:
         yield host
 
 
-class TestGnomeX11(TrayContract):
+class TestGnomeX11(TrayContract, LabelContract):
     pass

@@ -6,7 +6,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.mate import MatePanel
-from tray_contract import TrayContract
+from tray_contract import LabelContract, TrayContract
 
 
 @pytest.fixture(scope="module")
@@ -15,5 +15,5 @@ def host(desktop: Desktop) -> Iterator[MatePanel]:
         yield host
 
 
-class TestMate(TrayContract):
+class TestMate(TrayContract, LabelContract):
     pass

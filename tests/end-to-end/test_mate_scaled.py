@@ -6,7 +6,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.mate import MatePanel
-from tray_contract import LookContract, PlaceContract
+from tray_contract import LookContract, MenuContract, PanelContract, PlaceContract
 
 
 @pytest.fixture(scope="module")
@@ -20,5 +20,5 @@ def host(desktop: Desktop) -> Iterator[MatePanel]:
         yield host
 
 
-class TestMateScaled(LookContract, PlaceContract):
+class TestMateScaled(LookContract, PlaceContract, PanelContract, MenuContract):
     pass

@@ -6,7 +6,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.mate import MateSession
-from tray_contract import BarContract, BareDesktopContract, LookContract, PanelContract, PlaceContract
+from tray_contract import LabelContract, TrayContract
 
 
 @pytest.fixture(scope="module")
@@ -15,5 +15,5 @@ def host(desktop: Desktop) -> Iterator[MateSession]:
         yield host
 
 
-class TestMateSession(LookContract, PlaceContract, PanelContract, BareDesktopContract, BarContract):
+class TestMateSession(TrayContract, LabelContract):
     pass

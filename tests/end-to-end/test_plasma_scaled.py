@@ -6,7 +6,7 @@ import pytest
 
 from driver.desktop import Desktop
 from driver.hosts.plasma import Plasma
-from tray_contract import LookContract, PlaceContract
+from tray_contract import LookContract, MenuContract, PanelContract, PlaceContract
 
 
 @pytest.fixture(scope="module")
@@ -20,5 +20,5 @@ def host(desktop: Desktop) -> Iterator[Plasma]:
         yield host
 
 
-class TestPlasmaScaled(LookContract, PlaceContract):
+class TestPlasmaScaled(LookContract, PlaceContract, PanelContract, MenuContract):
     pass

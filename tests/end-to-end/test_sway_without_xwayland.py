@@ -24,4 +24,12 @@ def host(desktop: Desktop) -> Iterator[Waybar]:
 
 
 class TestSwayWithoutXwayland(LookContract, FloatingContract, PanelContract, BareDesktopContract, ItemContract):
-    pass
+    def test_opening_closing_and_opening_again_prints_nothing(self) -> None:
+        before = self.program.printed()
+        self.open_panel()
+        self.panel.wait_focus()
+        self.screen.type_key("Escape")
+        self.panel.wait_closed("closing by Escape")
+        self.open_panel()
+        self.panel.wait_focus()
+        assert self.program.printed() == before

@@ -9,7 +9,7 @@ from driver.assistive import Assistive
 from driver.desktop import Desktop
 from driver.geometry import Point, Rect
 from driver.hosts.host import Host
-from driver.picture import contrast, wait_steady
+from driver.picture import background_of, contrast, ink_of, is_about, text_color_of, wait_steady
 from driver.program import Panel, Program
 from driver.surroundings import Neighbour, PlainWindow
 from driver.tray_view import TrayView
@@ -19,6 +19,7 @@ READINGS = r"[0-9.]+°  [0-9]+rpm"
 
 LEGIBLE_CONTRAST = 3  # of large text and graphics, by the guidelines for accessible content
 SMALLEST_ITEM = 8
+NARROWEST_READING = 20
 LARGEST_GAP = 2  # a line that the bar draws below itself
 COMMANDS = ["Open Kelvinbar", "Refresh", "Copy", "About", "Quit"]  # among the menu's entries, in this order
 MAGENTA = (255, 0, 255)
@@ -72,12 +73,19 @@ class TrayTests:
         wait_until(5, f"{pattern} in the tray", lambda: re.fullmatch(pattern, self.program.label()), self.program.label)
 
     def place_of(self, name: str) -> Point:
-        """Of a row or control, on the screen."""
-        place = self.assistive.place(name)
+        """Of a row or control, on the screen. The program tells places at scale 1."""
+        place = Point(*(self.host.scale * part for part in self.assistive.place(name)))
         if not self.host.places_its_programs:
             return place
         frame = self.panel.frame()
         return Point(frame.x + place.x, frame.y + place.y)
+
+    def legibility(self, box: Rect) -> float:
+        """The contrast of the reading with the bar; 1 if the reading is not on the screen."""
+        colors = self.tray.colors(box)
+        ink = text_color_of(colors) if self.host.shows_labels else ink_of(self.program.item().icon())
+        is_seen = any(is_about(color, ink) for color in colors)
+        return contrast(ink, background_of(colors)) if is_seen else 1
 
     def pin_another_reading(self) -> None:
         self.open_panel()
@@ -94,7 +102,7 @@ class LookContract(TrayTests):
         self.desktop.keep_picture("tray")
         assert self.host.bar.contains(box)
         assert min(box.size) >= SMALLEST_ITEM * self.host.scale
-        assert contrast(self.tray.item_colors(box)) >= LEGIBLE_CONTRAST
+        assert self.legibility(box) >= LEGIBLE_CONTRAST
 
 
 class PlaceContract(TrayTests):
@@ -174,13 +182,39 @@ class BarContract(TrayTests):
         self.panel.wait_closed("closing by a press on the bar")
 
 
-class ItemContract(TrayTests):
+class MenuContract(TrayTests):
+    """The menu, with the pointer. This much also holds at other scales."""
+
+    def test_the_menu_opens_and_its_first_entry_opens_the_panel(self) -> None:
+        box = self.tray.wait_item()
+        before = self.screen.settled_picture(self.beside_the_bar())
+        self.screen.press(box.center, self.host.menu_button)
+        self.screen.point_at(self.host.bare_desktop_place)  # ends the tooltip
+        menu = wait_steady("the menu", lambda: self.screen.picture(before.area).box_of_difference(before))
+        self.desktop.keep_picture("menu")
+        self.screen.press(Point(menu.center.x, menu.y + self.host.menu_entry_offset * self.host.scale))
+        self.panel.wait_open("the panel by the menu")
+
+
+class LabelContract(TrayTests):
+    """For trays that show text beside the icon."""
+
+    def test_another_pin_makes_the_item_wider(self) -> None:
+        before = self.tray.wait_item()
+        self.pin_another_reading()
+        wait_until(5, "a wider item", lambda: self.tray.item_box().width >= before.width + NARROWEST_READING)
+        self.desktop.keep_picture("two-pins")
+
+
+class ItemContract(MenuContract):
     """The item as long as it lives."""
 
-    def test_the_label_follows_the_readings(self) -> None:
+    def test_the_label_follows_the_readings_and_the_icon_where_no_label_is_shown(self) -> None:
         self.wait_readings()
-        before = self.program.label()
-        wait_until(5, "another label", lambda: self.program.label() != before)
+        label, icon = self.program.label(), self.program.item().icon()
+        wait_until(5, "another label", lambda: self.program.label() != label)
+        if not self.host.shows_labels:
+            wait_until(10, "another number in the icon", lambda: self.program.item().icon() != icon)
 
     def test_a_changed_reading_does_not_move_its_neighbours(self) -> None:
         """One neighbour is older than the item and sorted before it, the other one is younger and sorted after it."""
@@ -202,16 +236,6 @@ class ItemContract(TrayTests):
             return len(labels) > 3
 
         wait_until(20, "four different labels", has_changed_often)
-
-    def test_the_menu_opens_and_its_first_entry_opens_the_panel(self) -> None:
-        box = self.tray.wait_item()
-        before = self.screen.settled_picture(self.beside_the_bar())
-        self.screen.press(box.center, self.host.menu_button)
-        self.screen.point_at(self.host.bare_desktop_place)  # ends the tooltip
-        menu = wait_steady("the menu", lambda: self.screen.picture(before.area).box_of_difference(before))
-        self.desktop.keep_picture("menu")
-        self.screen.press(Point(menu.center.x, menu.y + self.host.menu_entry_offset))
-        self.panel.wait_open("the panel by the menu")
 
     def test_the_menu_has_its_entries_under_stable_ids(self) -> None:
         self.wait_readings()

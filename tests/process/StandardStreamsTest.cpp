@@ -96,9 +96,8 @@ TEST(Colours, AreWantedOnATerminalThatHasThemUnlessTheUserRefuses) {
     EXPECT_FALSE(wantsColoursWith(nullptr, nullptr));
 }
 
-TEST(StandardOutput, GetsTheWholeText) {
-    std::array<int, 2> pipe{};
-    ASSERT_EQ(::pipe(pipe.data()), 0);
+/// Closes the pipe.
+void expectWholeTextThrough(const std::array<int, 2>& pipe) {
     const std::string text(std::size_t{1} << 20U, 'x'); // more than a pipe holds
     const pid_t child = ::fork();
     if (child == 0) {
@@ -117,6 +116,19 @@ TEST(StandardOutput, GetsTheWholeText) {
     EXPECT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
     EXPECT_TRUE(received == text);
+}
+
+TEST(StandardOutput, GetsTheWholeText) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    expectWholeTextThrough(pipe);
+}
+
+TEST(StandardOutput, WaitsForTheReaderOfANonBlockingPipe) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    ASSERT_EQ(::fcntl(pipe[1], F_SETFL, O_NONBLOCK), 0);
+    expectWholeTextThrough(pipe);
 }
 
 TEST(StandardOutput, FailsWithItsReasonInAPipeThatNobodyReads) {

@@ -3,6 +3,7 @@
 
 #include "base/Log.h"
 #include "desktop/linux/settings/PreferencesFile.h"
+#include "process/StandardErrorSink.h"
 
 #include <QCoreApplication>
 #include <chrono>

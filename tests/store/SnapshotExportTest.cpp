@@ -130,6 +130,12 @@ TEST(SnapshotText, LinesAreInTheOrderOfTheKeysThatAreShown) {
     EXPECT_LT(text.find("\nnvme-pci-0100/temp1"), text.find("\nxxxxxxxxxx01/temp1")) << text;
 }
 
+TEST(SnapshotText, SerialNumbersOfBatteriesAreMasked) {
+    const auto reading = kernelReading("hid-F0T9-battery/capacity", "peripheral", "Device Battery");
+    const std::string text = snapshotText({reading}, time);
+    EXPECT_NE(text.find("\nhid-xxxxxx01-battery/capacity\tperipheral\tDevice Battery\t"), std::string::npos);
+}
+
 TEST(SnapshotText, KeysOfAControllerAreNotTouched) {
     const auto reading = kernelReading("TC0P", "001122334455", "001122334455");
     EXPECT_TRUE(snapshotText({reading}, time)

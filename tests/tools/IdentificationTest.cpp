@@ -43,7 +43,9 @@ class IdentifierTest : public testing::Test {
             .isEndedWithin = [this](auto time) { return isEndedWithin(time); },
             .beginLoad = [this](auto longest) { return beginLoad(longest); },
             .endLoad = [this] { endLoad(); },
-            .margin = [this] { return margin(elapsed()); },
+            .checkLimits = [this]() -> LimitCheck {
+                return {.nearest = margin(elapsed()), .hasAnswer = elapsed() < silentAt};
+            },
             .say = [this](const std::string& sentence) { said.push_back(sentence); }};
         return Identifier(plan, clock, actions).record();
     }
@@ -72,6 +74,7 @@ class IdentifierTest : public testing::Test {
     fakes::FakeMonotonicClock clock;
     std::chrono::nanoseconds beginning = clock.now();
     std::chrono::nanoseconds interruptedAt = 1h;
+    std::chrono::nanoseconds silentAt = 1h; ///< sensors with a limit
     bool hasLoad = true;
     bool isLoaded = false;
     std::optional<std::chrono::nanoseconds> loadBegan;
@@ -117,6 +120,23 @@ TEST_F(IdentifierTest, EndsTheLoadFiveDegreesBelowACriticalLimit) {
     EXPECT_EQ(elapsed(), 19s);         // the first read after the time for cooling
     EXPECT_TRUE(done.hasResponses());
     EXPECT_THAT(said, Contains("chip/temp1 is near its critical limit."));
+}
+
+TEST_F(IdentifierTest, EndsTheLoadWhenASensorWithALimitDoesNotAnswer) {
+    silentAt = 10s;
+    const IdentificationRecord done = record(loadPlan);
+    EXPECT_EQ(done.end, IdentificationEnd::silentSensor);
+    EXPECT_EQ(loadEnded, 10s);
+    EXPECT_TRUE(done.hasResponses());
+    EXPECT_THAT(said, Contains("A sensor with a critical limit does not answer."));
+}
+
+TEST_F(IdentifierTest, BeginsNoLoadWhereASensorWithALimitDoesNotAnswer) {
+    silentAt = 0s;
+    const IdentificationRecord done = record(loadPlan);
+    EXPECT_EQ(done.end, IdentificationEnd::silentSensor);
+    EXPECT_EQ(loadBegan, std::nullopt);
+    EXPECT_FALSE(done.hasResponses());
 }
 
 TEST_F(IdentifierTest, BeginsNoLoadNearALimit) {

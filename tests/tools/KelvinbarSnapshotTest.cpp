@@ -1,6 +1,7 @@
 // The program kelvinbar-snapshot as a user runs it: a process with options, files, exit status and messages.
 
 #include "base/Text.h"
+#include "process/StandardStreams.h"
 #include "resources/SampleMachines.h"
 #include "tests/ProgramRun.h"
 #include "tests/tools/TemporaryFolder.h"
@@ -11,14 +12,17 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <regex>
+#include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -179,6 +183,8 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--diff", file, "--demo"},
         {"--diff", file, "--watch"},
         {"--diff", file, "--format", "csv"},
+        {"--diff", file, "--pinned"},
+        {"--diff", file, "--sort", "value"},
         {"--diff", file, "--title", "--key", "TC0P"},
         {"--diff", file, "--tolerance", "-1"},
         {"--tolerance", "1"},
@@ -204,11 +210,34 @@ TEST(KelvinbarSnapshot, RefusesWrongOptions) {
         {"--self", "--identify"},
         {"--category", "kelvinbar"},
         {"--completion", "tcsh"},
+        {"--completion", "bash", "--doctor"},
+        {"--completion", "bash", "--version"},
+        {"--completion", "bash", "--watch"},
+        {"--version", "--format", "xml"},
+        {"--version", "--format", "json"},
+        {"--version", "--demo"},
+        {"--version", "extra"},
     };
     for (const Words& options : wrong) {
         SCOPED_TRACE(testing::PrintToString(options));
         expectFailure(run(options), 2);
     }
+}
+
+TEST(KelvinbarSnapshot, TakesOnlyFiniteNumbersWithinTheirLimits) {
+    const std::vector<Words> numbers{{"--demo", "--watch"}, {"--identify"}, {"--diff", "-", "--tolerance"}};
+    for (const Words& options : numbers) {
+        for (const std::string number : {"nan", "inf", "1e999", "-1", "1e10", "5 s", "0x10"}) {
+            Words words = options;
+            words.push_back(number);
+            SCOPED_TRACE(testing::PrintToString(words));
+            const Outcome outcome = run(words, oneKey);
+            expectFailure(outcome, 2, {options.back()});
+            EXPECT_LT(outcome.errors.size(), 120U) << outcome.errors;
+        }
+    }
+    expectFailure(run({"--demo", "--watch", ""}), 2, {"--watch"});
+    expectFailure(run({"--diff", "-", "--tolerance", ""}, oneKey), 2, {"--tolerance"});
 }
 
 /// An unset variable of a shell script must not read another machine than the one that was asked for.
@@ -412,6 +441,22 @@ TEST(KelvinbarSnapshot, NamesNoFileOfTheUserInADocument) {
     EXPECT_FALSE(contains(outcome.output, "ada")) << outcome.output;
 }
 
+TEST(KelvinbarSnapshot, DatesAReplayAsItsSnapshotWas) {
+    const Words replay{"--replay", "-"};
+    const auto printed = [&](const Words& options, std::string_view text) {
+        Words words = replay;
+        words.insert(words.end(), options.begin(), options.end());
+        return run(words, text).output;
+    };
+    const std::string_view date = "2026-03-01T14:05:09Z";
+    EXPECT_TRUE(contains(printed({"--format", "json"}, oneKeySnapshot), date));
+    EXPECT_TRUE(contains(printed({"--format", "jsonl"}, oneKeySnapshot), date));
+    EXPECT_FALSE(contains(printed({"--format", "text"}, oneKeySnapshot), date));
+    EXPECT_TRUE(contains(printed({"--format", "json"}, oneKey), "\"time\": \"20"));
+    const auto sample = nlohmann::json::parse(run({"--demo", "--format", "json"}).output);
+    EXPECT_FALSE(contains(sampleMachines().front().text, sample["time"].get<std::string>()));
+}
+
 /// Runs the program with a standard output that is a pipe without a reader.
 Outcome runIntoClosedPipe(const Words& options) {
     constexpr int inherited = 7;
@@ -446,6 +491,34 @@ TEST(KelvinbarSnapshot, PrintsTheSelectedReadingsAlone) {
                     .output.starts_with("GRAPHICS\n"));
 }
 
+/// The outcome for a user with these preferences; without a file if they are empty.
+Outcome runWithPreferences(const Words& options, std::string_view preferences) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("kelvinbar"));
+    if (!preferences.empty()) static_cast<void>(folder.write("kelvinbar/kelvinbar.conf", preferences));
+    return outcomeOf(program(options), {}, {"XDG_CONFIG_HOME=" + folder.path("")});
+}
+
+/// Whether the table has the lines of these keys in this order.
+bool hasRowsInOrder(const std::string& table, const Words& keys) {
+    std::size_t place = 0;
+    for (const std::string& key : keys) place = std::min(table.find("  " + key + "\n", place), table.size());
+    return place < table.size();
+}
+
+TEST(KelvinbarSnapshot, KeepsTheOrderThatIsAskedForInATable) {
+    const Words keys{"TC1C", "TC0P", "TC2C"};
+    const auto table = [&](const Words& options) {
+        Words words{"--demo", "--format", "table"};
+        words.insert(words.end(), options.begin(), options.end());
+        return runWithPreferences(words, "[General]\nKelvinbarMenuBarKeys=TC1C, TC0P, TC2C\n").output;
+    };
+    EXPECT_TRUE(hasRowsInOrder(table({"--key", "TC1C", "TC0P", "TC2C"}), keys));
+    EXPECT_TRUE(hasRowsInOrder(table({"--pinned"}), keys));
+    EXPECT_TRUE(hasRowsInOrder(table({"--sort", "key"}), {"TC0P", "TC1C", "TC2C"}));
+    EXPECT_FALSE(hasRowsInOrder(table({"--match", "TC"}), keys));
+}
+
 TEST(KelvinbarSnapshot, NamesKeysWithoutAReading) {
     const Outcome outcome = run({"--demo", "--key", "TC0P", "XXXX", "--title"});
     EXPECT_EQ(outcome.status, 0);
@@ -460,14 +533,6 @@ TEST(KelvinbarSnapshot, FailsWhenNothingIsSelected) {
         options.insert(options.end(), selection.begin(), selection.end());
         expectFailure(run(options), 1, {"no reading is selected"});
     }
-}
-
-/// The outcome for a user with these preferences; without a file if they are empty.
-Outcome runWithPreferences(const Words& options, std::string_view preferences) {
-    const TemporaryFolder folder;
-    std::filesystem::create_directory(folder.path("kelvinbar"));
-    if (!preferences.empty()) static_cast<void>(folder.write("kelvinbar/kelvinbar.conf", preferences));
-    return outcomeOf(program(options), {}, {"XDG_CONFIG_HOME=" + folder.path("")});
 }
 
 constexpr std::string_view twoPins = "[General]\nKelvinbarMenuBarKeys=TC0P, F0Ac\nKelvinbarMenuBarKey=TC0P\n";
@@ -507,7 +572,8 @@ TEST(KelvinbarSnapshot, SummarizesAMachineInFourLines) {
 /// A run of the program whose output the test reads line by line.
 class WatchedRun {
   public:
-    explicit WatchedRun(const Words& options) : run_(started(options)) {}
+    explicit WatchedRun(const Words& options, const Words& variables = {})
+        : run_(started(options, variables)) {}
 
     WatchedRun(const WatchedRun&) = delete;
     WatchedRun& operator=(const WatchedRun&) = delete;
@@ -532,11 +598,11 @@ class WatchedRun {
     std::string errors() { return contentOf(folder_.path("errors")); }
 
   private:
-    ProgramRun started(const Words& options) {
+    ProgramRun started(const Words& options, const Words& variables) {
         const std::string pipe = folder_.path("pipe");
         EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
         output_ = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); // does not wait for the program
-        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")});
+        ProgramRun run(program(options), {"/dev/null", pipe, folder_.write("errors", "")}, variables);
         ::fcntl(output_, F_SETFL, 0);
         return run;
     }
@@ -581,6 +647,95 @@ TEST(KelvinbarSnapshot, AppendsRowsUnderOneHeading) {
     EXPECT_TRUE(watched.line().ends_with("Z,51.75,1980\n"));
 }
 
+/// Preferences as the desktop program stores them: a file that is replaced.
+class PinFolder {
+  public:
+    PinFolder() { std::filesystem::create_directory(folder_.path("kelvinbar")); }
+
+    void pin(std::string_view keys) const {
+        const std::string text = "[General]\nKelvinbarMenuBarKeys=" + std::string(keys) + "\n";
+        std::filesystem::rename(folder_.write("new", text), folder_.path("kelvinbar/kelvinbar.conf"));
+    }
+
+    [[nodiscard]] Words variables() const { return {"XDG_CONFIG_HOME=" + folder_.path("")}; }
+
+  private:
+    TemporaryFolder folder_;
+};
+
+/// The first line that differs from `line`, or the end.
+std::string lineAfter(const std::string& line, WatchedRun& watched) {
+    std::string next = line;
+    while (next == line) next = watched.line();
+    return next;
+}
+
+TEST(KelvinbarSnapshot, FollowsThePinsThatItWatches) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--title", "--watch", "0.1"}, folder.variables());
+    EXPECT_EQ(watched.line(), "\n");
+    folder.pin("TC0P");
+    EXPECT_EQ(lineAfter("\n", watched), "51.75°\n");
+    folder.pin("F0Ac, TC0P");
+    EXPECT_EQ(lineAfter("51.75°\n", watched), "2156rpm  51.75°\n");
+    folder.pin("");
+    EXPECT_EQ(lineAfter("2156rpm  51.75°\n", watched), "\n");
+    watched.send(SIGTERM);
+    while (!watched.line().empty()) {
+    }
+    EXPECT_EQ(watched.status(), 0);
+    EXPECT_EQ(watched.errors(), "");
+}
+
+TEST(KelvinbarSnapshot, TellsWaybarThatNothingIsPinned) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--format", "waybar", "--watch", "0.1"}, folder.variables());
+    const std::string empty = "{\"text\":\"\",\"tooltip\":\"Kelvinbar - double-click up to 6 sensors to show "
+                              "them here\",\"class\":\"empty\"}\n";
+    EXPECT_EQ(watched.line(), empty);
+    folder.pin("TC0P");
+    EXPECT_TRUE(contains(lineAfter(empty, watched), "\"class\":\"readings\""));
+}
+
+TEST(KelvinbarSnapshot, BeginsRowsWhenSomethingIsPinned) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--pinned", "--format", "csv", "--watch", "0.1"}, folder.variables());
+    folder.pin("TC0P");
+    EXPECT_EQ(watched.line(), "time,CPU Proximity (°C)\n");
+    EXPECT_TRUE(watched.line().ends_with("Z,51.75\n"));
+    folder.pin("F0Ac");
+    std::string row = "Z,51.75\n";
+    while (row.ends_with("Z,51.75\n")) row = watched.line();
+    EXPECT_TRUE(row.ends_with("Z,\n")) << row;
+}
+
+TEST(KelvinbarSnapshot, DatesTheRowsOfAReplayAsItsSnapshotWas) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", oneKeySnapshot);
+    for (const std::string format : {"csv", "table"}) {
+        WatchedRun watched({"--replay", file, "--watch", "--format", format});
+        const std::string first = watched.line();
+        const std::string dated = format == "csv" ? watched.line() : first;
+        EXPECT_TRUE(dated.starts_with("2026-03-01T14:05:09Z")) << dated;
+    }
+}
+
+TEST(KelvinbarSnapshot, RepeatsNoTimeWhenItReadsSeveralTimesASecond) {
+    for (const std::string format : {"csv", "jsonl"}) {
+        WatchedRun watched({"--demo", "--watch", "0.1", "--format", format, "--key", "TC0P"});
+        if (format == "csv") static_cast<void>(watched.line()); // the heading
+        const std::regex time("\\d{4}-[-0-9T:]+\\.\\d{3}Z");
+        std::set<std::string> times;
+        for (int tick = 0; tick < 5; ++tick) {
+            const std::string line = watched.line();
+            std::smatch found;
+            EXPECT_TRUE(std::regex_search(line, found, time)) << line;
+            times.insert(found.str());
+        }
+        EXPECT_EQ(times.size(), 5U);
+    }
+}
+
 TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
     if (!std::filesystem::exists("/dev/full"))
         GTEST_SKIP() << "this system has no device that is always full";
@@ -602,6 +757,21 @@ TEST(KelvinbarSnapshot, ComparesTwoSnapshots) {
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, "~ TC0P  CPU Proximity  40.50 °C → 41 °C (+0.5)\n");
     EXPECT_EQ(outcome.errors, "");
+}
+
+constexpr std::string_view nearlyNoCurrent = "chip-isa-0/curr1\tchip\tCurrent\t-0.001 A\tRAW=-1\n";
+
+TEST(KelvinbarSnapshot, PrintsNoSignBeforeZero) {
+    for (const std::string format : {"json", "csv", "table"}) {
+        const Outcome outcome = run({"--replay", "-", "--format", format}, nearlyNoCurrent);
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_FALSE(std::regex_search(outcome.output, std::regex("-0(?![.\\d/-])"))) << outcome.output;
+    }
+    EXPECT_EQ(run({"--replay", "-", "--title", "--match", "Current"}, nearlyNoCurrent).output, "0 A\n");
+    const TemporaryFolder folder;
+    const std::string before = folder.write("before", "chip-isa-0/curr1\tchip\tCurrent\t2 A\tRAW=2\n");
+    EXPECT_EQ(run({"--diff", before, "-"}, nearlyNoCurrent).output,
+              "~ chip-isa-0/curr1  Current  2 A → 0 A (-2)\n");
 }
 
 TEST(KelvinbarSnapshot, IsSilentAboutEqualSnapshots) {
@@ -657,22 +827,12 @@ TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
               3);
 }
 
-TEST(KelvinbarSnapshot, EndsAnIdentificationAtOnceOnASignal) {
-    for (const int number : {SIGINT, SIGTERM}) {
-        const TemporaryFolder folder;
-        const ProgramRun::Streams streams{"/dev/null", folder.write("output", ""),
-                                          folder.write("errors", "")};
-        const ProgramRun identification(program({"--identify", "3600", "--by-hand"}), streams);
-        while (!contains(contentOf(streams.errors), "Leave the machine alone")) std::this_thread::yield();
-        identification.send(number);
-        EXPECT_EQ(identification.status(), 1);
-        EXPECT_EQ(contentOf(streams.output), "");
-        EXPECT_TRUE(contentOf(streams.errors).ends_with("ended before anything could respond\n"));
-    }
-}
-
 TEST(KelvinbarSnapshot, IdentifiesNothingAmongNoReadings) {
     expectFailure(run({"--identify", "--match", "toaster"}), 1, {"no reading is selected"});
+}
+
+TEST(KelvinbarSnapshot, IdentifiesNothingAmongFactsOfTheSystem) {
+    expectFailure(run({"--identify", "--key", "NLPM"}), 1, {"there is no sensor that could be identified"});
 }
 
 TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
@@ -682,24 +842,76 @@ TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
 }
 
+/// A run of the program at a pseudo-terminal.
+class TerminalRun {
+  public:
+    /// Without a size, the terminal does not tell one.
+    TerminalRun(const Words& options, const Words& variables, TerminalSize size = {})
+        : terminal_(opened(size)), run_(program(options), streams(), variables) {}
+
+    TerminalRun(const TerminalRun&) = delete;
+    TerminalRun& operator=(const TerminalRun&) = delete;
+
+    ~TerminalRun() { ::close(terminal_); }
+
+    void resize(TerminalSize size) const { setSize(terminal_, size); }
+
+    /// All up to the end of the output or of a page of a watch.
+    std::string page() {
+        constexpr std::string_view endOfPage = "\x1b[J";
+        std::string page;
+        for (char character = 0; !page.ends_with(endOfPage) && ::read(terminal_, &character, 1) == 1;)
+            page.push_back(character);
+        return replacedAll(page, "\r\n", "\n");
+    }
+
+    /// Ends the run if it goes on; the exit status.
+    int status() {
+        run_.terminate();
+        while (!page().empty()) {
+        }
+        return run_.status();
+    }
+
+  private:
+    static int opened(TerminalSize size) {
+        const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+        EXPECT_EQ(::grantpt(terminal), 0);
+        EXPECT_EQ(::unlockpt(terminal), 0);
+        setSize(terminal, size);
+        return terminal;
+    }
+
+    static void setSize(int terminal, TerminalSize size) {
+        struct winsize set {};
+
+        set.ws_col = static_cast<unsigned short>(size.columns);
+        set.ws_row = static_cast<unsigned short>(size.rows);
+        EXPECT_EQ(::ioctl(terminal, TIOCSWINSZ, &set), 0); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    }
+
+    ProgramRun::Streams streams() const {
+        const std::string name = ::ptsname(terminal_); // NOLINT(concurrency-mt-unsafe): one thread
+        return {"/dev/null", name, folder_.write("errors", "")};
+    }
+
+    TemporaryFolder folder_;
+    int terminal_;
+    ProgramRun run_;
+};
+
+bool hasPseudoTerminals() {
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    return terminal >= 0 && ::close(terminal) == 0;
+}
+
 /// What the program prints on a terminal; no value if this system gives none.
 std::optional<std::string> printedAtTerminal(const Words& options, const Words& variables = {}) {
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal < 0) return std::nullopt;
-    EXPECT_EQ(::grantpt(terminal), 0);
-    EXPECT_EQ(::unlockpt(terminal), 0);
-    const std::string name = ::ptsname(terminal); // NOLINT(concurrency-mt-unsafe): one thread
-    const TemporaryFolder folder;
-    const ProgramRun run(program(options), {"/dev/null", name, folder.write("errors", "")}, variables);
-    std::string output;
-    std::array<char, 4096> chunk{};
-    for (ssize_t size = 0; (size = ::read(terminal, chunk.data(), chunk.size())) > 0;) {
-        output.append(chunk.data(), static_cast<std::size_t>(size));
-        if (contains(output, "\x1b[J")) run.terminate(); // a page of a watch is complete
-    }
+    if (!hasPseudoTerminals()) return std::nullopt;
+    TerminalRun run(options, variables);
+    std::string output = run.page();
     EXPECT_EQ(run.status(), 0);
-    ::close(terminal);
-    return replacedAll(output, "\r\n", "\n");
+    return output;
 }
 
 /// What is typed at a terminal begins on a line of its own again.
@@ -727,6 +939,40 @@ TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
                        "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
 }
 
+/// The lines of a page that is drawn in place, without colours.
+std::vector<std::string> linesOfPage(const std::string& page) {
+    static const std::regex sequence("\x1b\\[[0-9]*[HKJm]");
+    std::istringstream stream(std::regex_replace(page, sequence, ""));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+void expectToFit(const std::string& page, TerminalSize size) {
+    EXPECT_TRUE(page.starts_with("\x1b[H")) << page;
+    const auto lines = linesOfPage(page);
+    EXPECT_EQ(lines.size(), size.rows - 1) << page;
+    for (const std::string& line : lines) EXPECT_LE(characterCount(line), size.columns) << line;
+    EXPECT_TRUE(lines.back().ends_with(" more lines") || lines.back().ends_with("…")) << lines.back();
+}
+
+TEST(KelvinbarSnapshot, DrawsNoMoreOfATableThanTheTerminalShows) {
+    if (!hasPseudoTerminals()) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    constexpr TerminalSize usual{.columns = 80, .rows = 24};
+    constexpr TerminalSize smaller{.columns = 20, .rows = 7};
+    TerminalRun run({"--demo", "--watch", "0.1"}, {"TERM=xterm", "NO_COLOR="}, usual);
+    expectToFit(run.page(), usual);
+    run.resize(smaller);
+    std::string page = run.page();
+    while (linesOfPage(page).size() == usual.rows - 1) page = run.page(); // drawn before
+    expectToFit(page, smaller);
+    run.resize({.columns = 200, .rows = 200});
+    while (linesOfPage(page).size() == smaller.rows - 1) page = run.page();
+    EXPECT_GT(linesOfPage(page).size(), usual.rows);
+    EXPECT_FALSE(contains(page, "…")) << page;
+    EXPECT_EQ(run.status(), 0);
+}
+
 // The doctor
 
 const Words personalVariables{"HOME=/home/some-person", "XDG_CONFIG_HOME=", "XDG_RUNTIME_DIR="};
@@ -751,6 +997,17 @@ TEST(KelvinbarSnapshotDoctor, PrintsADocument) {
     EXPECT_EQ(document["schema"], 1);
     EXPECT_EQ(document["sections"].back()["title"], "Tray");
     for (const auto& section : document["sections"]) EXPECT_TRUE(section["findings"].is_array());
+}
+
+TEST(KelvinbarSnapshotDoctor, TellsItsOwnCostIfItIsAsked) {
+    const Words nowhere{"DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=/nowhere"};
+    const Outcome text = outcomeOf(program({"--doctor", "--self"}), {}, nowhere);
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(std::regex_search(text.output, std::regex("\nKelvinbar\n  -   program: this one, .*\n"
+                                                          "(.*\n)*  ok  Resident Memory: .* MB\n")))
+        << text.output;
+    const Outcome json = outcomeOf(program({"--doctor", "--self", "--format", "json"}), {}, nowhere);
+    EXPECT_EQ(nlohmann::json::parse(json.output)["sections"].back()["title"], "Kelvinbar");
 }
 
 TEST(KelvinbarSnapshotDoctor, NamesNobody) {

@@ -162,6 +162,16 @@ TEST(CsvFormat, LeavesTheFieldOfAMissingReadingEmpty) {
     EXPECT_EQ(write(reportWith({})), "2026-03-01T14:00:00Z,,\n");
 }
 
+TEST(OutputFormats, TellTimesWithinASecondApartWhereTheyAreASeriesOfLines) {
+    Report report = reportWith({fan()});
+    report.time += std::chrono::milliseconds(250);
+    const FormatSettings settings{.isSeries = true, .precision = TimePrecision::milliseconds};
+    for (const std::string_view format : {"csv", "jsonl"}) {
+        EXPECT_THAT(written(format, report, settings), HasSubstr("2026-03-01T14:00:00.250Z"));
+        EXPECT_THAT(written(format, report, {.isSeries = true}), HasSubstr("2026-03-01T14:00:00Z"));
+    }
+}
+
 TEST(CsvFormat, TellsColumnsOfOneNameApart) {
     SMCReading other = fan();
     other.key = "F1Ac";
@@ -215,6 +225,18 @@ TEST(TableFormat, AlignsNamesAndValuesInTheSectionsOfThePanel) {
               "  Fan 0     1200 rpm  F0Ac\n"
               "\nPOWER / BATTERY\n"
               "  Battery   Charging  BAT0/status\n");
+}
+
+TEST(TableFormat, KeepsTheUsersOrderWithinEachSection) {
+    const auto core = numberReading("b", "Core 1", SMCCategory::cpu, 50, "50", "°C");
+    const auto package = numberReading("a", "Package", SMCCategory::cpu, 40, "40", "°C");
+    const Report report = reportWith({fan(), core, package});
+    EXPECT_EQ(written("table", report, {.isOrdered = true}), "CPU\n"
+                                                             "  Core 1        50°  b\n"
+                                                             "  Package       40°  a\n"
+                                                             "\nFANS\n"
+                                                             "  Fan 0    1200 rpm  F0Ac\n");
+    EXPECT_THAT(written("table", report), HasSubstr("a\n  Core 1 "));
 }
 
 TEST(TableFormat, ShowsLastWhatThePanelHasNoSectionFor) {

@@ -38,6 +38,14 @@ class OutputFormatsTest(unittest.TestCase):
                     jsonschema.validate(document, SCHEMA, jsonschema.Draft202012Validator)
                     self.assertTrue(document["readings"])
 
+    def test_a_line_with_milliseconds_fits_the_schema(self):
+        command = [SNAPSHOT, "--demo", "--watch", "0.5", "--format", "jsonl"]
+        with subprocess.Popen(command, stdout=subprocess.PIPE, text=True, encoding="utf-8") as watch:
+            document = json.loads(watch.stdout.readline())
+            watch.terminate()
+        jsonschema.validate(document, SCHEMA, jsonschema.Draft202012Validator)
+        self.assertRegex(document["time"], r"\.\d{3}Z$")
+
     def test_the_schema_refuses_a_reading_without_a_key_and_one_of_another_category(self):
         for change in [("key", None), ("category", "Toast"), ("numericValue", "7")]:
             document = json.loads(printed("--demo", "--format", "json"))

@@ -55,22 +55,30 @@ def serve(form):
     loop.run()
 
 
-def printed(*options, bus):
-    environment = {**os.environ, "DBUS_SESSION_BUS_ADDRESS": bus, "XDG_RUNTIME_DIR": "/nowhere"}
+SILENCE = "kelvinbar-snapshot: the tray program does not answer; what is printed is the cost of this program\n"
+
+
+def environment_with(bus, folder="/nowhere"):
+    """`bus` and `folder`: None for no such variable."""
+    variables = {**os.environ, "DBUS_SESSION_BUS_ADDRESS": bus, "XDG_RUNTIME_DIR": folder}
+    return {name: value for name, value in variables.items() if value is not None}
+
+
+def printed(*options, bus, errors=""):
     command = [SNAPSHOT, "--demo", "--self", *options]
-    result = subprocess.run(command, capture_output=True, check=True, timeout=60, env=environment)
-    assert result.stderr == b"", result.stderr
+    result = subprocess.run(command, capture_output=True, check=True, timeout=60, env=environment_with(bus))
+    assert result.stderr.decode("utf-8") == errors, result.stderr
     return result.stdout.decode("utf-8")
 
 
-def own_readings(bus):
-    document = json.loads(printed("--format", "json", "--category", "kelvinbar", bus=bus))
+def own_readings(bus, errors=""):
+    document = json.loads(printed("--format", "json", "--category", "kelvinbar", bus=bus, errors=errors))
     assert all(reading["category"] == "Kelvinbar" for reading in document["readings"])
     return {reading["key"].removeprefix("kelvinbar/"): reading for reading in document["readings"]}
 
 
-def programs(bus):
-    return {reading["type"] for reading in own_readings(bus).values()}
+def programs(bus, errors=""):
+    return {reading["type"] for reading in own_readings(bus, errors).values()}
 
 
 class OwnCostTest(unittest.TestCase):
@@ -86,6 +94,7 @@ class OwnCostTest(unittest.TestCase):
         command = [sys.executable, "-B", __file__, "--serve", form]
         environment = {**os.environ, "DBUS_SESSION_BUS_ADDRESS": self.bus}
         service = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, env=environment)
+        self.service = service
         self.addCleanup(service.wait)
         self.addCleanup(service.stdout.close)
         self.addCleanup(service.stdin.close)
@@ -105,30 +114,83 @@ class OwnCostTest(unittest.TestCase):
         self.assertLess(readings["cpu-time"]["numericValue"], 60)
         self.assertGreater(readings["private-memory"]["numericValue"], 0)
 
+    @unittest.skipIf(WITHOUT_BUS, "the program was built without the bus")
     def test_an_answer_that_is_no_cost_is_none(self):
         for form in ["error", "text"]:
             with self.subTest(form=form):
                 self.serve(form)
-                self.assertEqual(programs(self.bus), {"console program"})
+                self.assertEqual(programs(self.bus, SILENCE), {"console program"})
                 self.doCleanups()
                 self.setUp()
 
-    def test_a_bus_that_is_gone_is_no_error(self):
-        for address in ["unix:path=/nowhere/bus", "junk", ""]:
+    def test_without_a_bus_nothing_is_missed(self):
+        for address in ["", None]:
             self.assertEqual(programs(address), {"console program"})
+        command = [SNAPSHOT, "--demo", "--self", "--format", "csv"]
+        result = subprocess.run(command, capture_output=True, check=True, timeout=60, env=environment_with(None, None))
+        self.assertEqual(result.stderr, b"")
+
+    @unittest.skipIf(WITHOUT_BUS, "the program was built without the bus")
+    def test_a_bus_that_is_gone_is_named(self):
+        for address in ["unix:path=/nowhere/bus", "junk"]:
+            self.assertEqual(programs(address, SILENCE), {"console program"})
 
     @unittest.skipIf(WITHOUT_BUS, "the program was built without the bus")
     def test_a_program_that_does_not_answer_is_waited_for_a_second(self):
         self.serve("mute")
         begin = time.monotonic()
-        self.assertEqual(programs(self.bus), {"console program"})
+        self.assertEqual(programs(self.bus, SILENCE), {"console program"})
         self.assertGreaterEqual(time.monotonic() - begin, 1)
 
-    def test_a_bus_that_does_not_answer_is_no_error(self):
+    @unittest.skipIf(WITHOUT_BUS, "the program was built without the bus")
+    def test_a_bus_that_does_not_answer_is_named(self):
         with tempfile.TemporaryDirectory() as folder, socket.socket(socket.AF_UNIX) as mute:
             mute.bind(f"{folder}/bus")
             mute.listen()
-            self.assertEqual(programs(f"unix:path={folder}/bus"), {"console program"})
+            self.assertEqual(programs(f"unix:path={folder}/bus", SILENCE), {"console program"})
+
+    def watch(self):
+        """Rows of a series about the wake-ups of one program."""
+        options = ["--watch", "0.1", "--format", "csv", "--key", "kelvinbar/wake-ups"]
+        command = [SNAPSHOT, "--demo", "--self", *options]
+        pipes = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+        watched = subprocess.Popen(command, text=True, env=environment_with(self.bus), **pipes)
+        self.addCleanup(watched.stderr.close)
+        self.addCleanup(watched.wait)
+        self.addCleanup(watched.stdout.close)
+        self.addCleanup(watched.terminate)
+        return watched
+
+    def field_that_is(self, wanted, watched):
+        while (field := watched.stdout.readline().rstrip("\n").split(",")[1]) != wanted:
+            self.assertIn(field, ["", "12"])
+
+    @unittest.skipIf(WITHOUT_BUS, "the program was built without the bus")
+    def test_a_series_is_about_one_program(self):
+        self.serve("cost")
+        watched = self.watch()
+        self.assertEqual(watched.stdout.readline(), "time,Wake-Ups a Minute of the tray program\n")
+        self.field_that_is("12", watched)
+        self.service.terminate()
+        self.field_that_is("", watched)
+        self.serve("cost")
+        self.field_that_is("12", watched)
+        self.daemon.terminate()
+        self.field_that_is("", watched)
+        watched.terminate()
+        watched.wait()
+        away = "kelvinbar-snapshot: the tray program does not answer any more; its cost is left out until it does\n"
+        self.assertEqual(watched.stderr.read(), 2 * away)
+
+    @unittest.skipIf(WITHOUT_BUS, "the program was built without the bus")
+    def test_the_doctor_tells_it_too(self):
+        self.serve("cost")
+        command = [SNAPSHOT, "--doctor", "--self", "--format", "json"]
+        result = subprocess.run(command, capture_output=True, check=True, timeout=60, env=environment_with(self.bus))
+        section = json.loads(result.stdout)["sections"][-1]
+        found = {finding["subject"]: finding["found"] for finding in section["findings"]}
+        self.assertEqual((section["title"], found["program"]), ("Kelvinbar", "the tray program"))
+        self.assertEqual((found["CPU Time a Minute"], found["Resident Memory"]), ("0.25 s", "3 MB"))
 
     def test_json_fits_its_schema_and_the_text_is_refused(self):
         import jsonschema

@@ -44,6 +44,19 @@ TEST(ShortestText, IsEmptyForWhatIsNoNumber) {
     EXPECT_EQ(shortestText(std::numeric_limits<double>::infinity()), "");
 }
 
+TEST(NumberText, HasNoSignBeforeZero) {
+    EXPECT_EQ(numberText(-0.001, "°C"), "0");
+    EXPECT_EQ(numberText(-0.0, "RPM"), "0");
+    EXPECT_EQ(numberText(-0.25, "A"), "-0.25");
+}
+
+TEST(ChangeText, HasItsSignUnlessItIsZero) {
+    EXPECT_EQ(changeText(0.5, "°C"), "+0.5");
+    EXPECT_EQ(changeText(-12, "RPM"), "-12");
+    EXPECT_EQ(changeText(-0.001, "V"), "0");
+    EXPECT_EQ(changeText(0.001, "V"), "0");
+}
+
 TEST(Alignment, CountsCharactersNotBytes) {
     EXPECT_EQ(padded("5 °C", 6), "5 °C  ");
     EXPECT_EQ(rightAligned("5 °C", 6), "  5 °C");

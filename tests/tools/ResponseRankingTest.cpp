@@ -75,6 +75,16 @@ TEST(RankedResponses, LeaveOutAFlatReading) {
     EXPECT_EQ(responseTo([](int) { return 40; }), std::nullopt);
 }
 
+/// The mean of some numbers and the same numbers differ in their last binary digit.
+TEST(RankedResponses, LeaveOutWhatOnlyRoundingChanges) {
+    for (const double number : {0.1, 1.1, 12.3, 1e-7}) {
+        const Course flat = [number](int) { return number; };
+        EXPECT_EQ(responseTo(flat), std::nullopt) << number;
+        EXPECT_FALSE(isAwayFromRest(phasesByHand(), series("reading", flat))) << number;
+    }
+    EXPECT_NE(responseTo([](int time) { return isLoaded(time) ? 1.00000001 : 1; }), std::nullopt);
+}
+
 TEST(RankedResponses, RateAReadingThatFollowsAtOnceHigh) {
     const auto response = responseTo([](int time) { return isLoaded(time) ? 65 : 15; });
     ASSERT_TRUE(response);

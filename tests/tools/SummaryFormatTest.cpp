@@ -54,23 +54,59 @@ TEST(SummaryFormat, CountsNoSettings) {
     EXPECT_EQ(line(3, {reading("PCPL", "CPU Power Limit", "56", "W", 56)}), "none");
 }
 
+SMCReading packagePower() { return reading("intel-rapl-0/energy", "CPU Package Power", "30", "W", 30); }
+
+SMCReading graphicsPower() { return reading("amdgpu-pci-0300/power1", "GPU Power", "12.50", "W", 12.5); }
+
 TEST(SummaryFormat, AddsTheHighestPowerOfEachChip) {
-    EXPECT_EQ(line(3, {reading("rapl/energy1", "CPU Package Power", "30", "W", 30),
-                       reading("rapl/energy2", "CPU Cores Power", "20", "W", 20),
-                       reading("amdgpu-pci-0300/power1", "GPU Power", "12.50", "W", 12.5)}),
+    EXPECT_EQ(line(3, {packagePower(), graphicsPower(),
+                       reading("amdgpu-pci-0300/power2", "GPU Rail Power", "8", "W", 8)}),
               "42.50 W");
+}
+
+TEST(SummaryFormat, CountsCoresAndUncoreAsPartsOfTheirPackage) {
+    EXPECT_EQ(line(3, {reading("intel-rapl-0-0/energy", "CPU Cores Power", "20", "W", 20),
+                       reading("intel-rapl-0-1/energy", "CPU Uncore Power", "4", "W", 4), packagePower()}),
+              "30 W");
+}
+
+TEST(SummaryFormat, AddsPackagesAndTheirMemory) {
+    EXPECT_EQ(line(3, {packagePower(), reading("intel-rapl-0-0/energy", "CPU 1 Cores Power", "20", "W", 20),
+                       reading("intel-rapl-0-1/energy", "CPU 1 Memory Power", "5", "W", 5),
+                       reading("intel-rapl-1/energy", "CPU 2 Package Power", "40", "W", 40),
+                       reading("intel-rapl-1-0/energy", "CPU 2 Memory Power", "6", "W", 6)}),
+              "81 W");
+}
+
+TEST(SummaryFormat, CountsGraphicsInTheProcessorAsThePackage) {
+    const auto voltage =
+        reading("amdgpu-pci-0300/in1", "GPU SoC Voltage", "0.81", "V", 0.81, SMCCategory::voltages);
+    EXPECT_EQ(line(3, {graphicsPower(), voltage, packagePower()}), "30 W");
+    EXPECT_EQ(line(3, {graphicsPower(), voltage}), "12.50 W");
 }
 
 TEST(SummaryFormat, TakesAControllerForOneDevice) {
     EXPECT_EQ(
-        line(3, {reading("PC0R", "Package Total", "9", "W", 9), reading("PSTR", "Rest", "23", "W", 23)}),
+        line(3, {reading("PC0R", "Package Total", "9", "W", 9), reading("PCTR", "Rest", "23", "W", 23)}),
         "23 W");
 }
 
+TEST(SummaryFormat, AddsNoGraphicsToAControllersTotal) {
+    EXPECT_EQ(line(3, {graphicsPower(), reading("PC0R", "Package Total", "9", "W", 9),
+                       reading("PSTR", "CPU Package Energy", "23", "W", 23)}),
+              "23 W");
+}
+
 TEST(SummaryFormat, LeavesTheSumToAMeterOfTheWholeMachine) {
-    EXPECT_EQ(line(3, {reading("rapl/energy1", "CPU Package Power", "30", "W", 30),
-                       reading("power_meter-acpi-0/power1", "System Power", "80", "W", 80)}),
+    EXPECT_EQ(line(3, {packagePower(), reading("power_meter-acpi-0/power1", "System Power", "80", "W", 80)}),
               "80 W  System Power");
+    EXPECT_EQ(line(3, {packagePower(), reading("intel-rapl-1/energy", "Platform Power", "70", "W", 70)}),
+              "70 W  Platform Power");
+}
+
+TEST(SummaryFormat, LeavesOutAMeterOfTheWholeMachineThatIsNotWired) {
+    EXPECT_EQ(line(3, {packagePower(), reading("intel-rapl-1/energy", "Platform Power", "0", "W", 0)}),
+              "30 W");
 }
 
 TEST(SummaryFormat, AddsNoBattery) {

@@ -9,10 +9,16 @@
 
 namespace kelvinbar {
 
+/// What the user asked the doctor for.
+struct DoctorOptions {
+    bool isJson = false;
+    bool hasOwnCost = false; ///< what the program itself costs is told, too
+};
+
 /// What a program lets the doctor examine, and how it prints.
 struct DoctorRun {
     std::string program; ///< its name with the version
-    bool isJson = false;
+    DoctorOptions options;
     std::function<std::vector<FindingSection>(const Machine&)> look; ///< as in Examination
     /// What is found of the session; called on the main thread.
     std::function<std::vector<FindingSection>()> lookAtSession;

@@ -2,9 +2,9 @@
 
 #include "base/NotificationCenter.h"
 #include "base/NumberText.h"
-#include "base/OutOfMemory.h"
 #include "catalogue/SMCReading.h"
 #include "process/CostMeter.h"
+#include "sensors/WatchedLook.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "store/KeyContinuity.h"
@@ -60,7 +60,8 @@ std::vector<FindingSection> Examination::examine(const Machine& machine, const L
     std::vector<FindingSection> sections = examinePasses(machine);
     // Each device that does not answer costs one attempt.
     for (std::size_t attempt = 0; attempt <= ReadWatch::mostSilent; ++attempt) {
-        auto found = lookOnce(machine, look);
+        auto found =
+            watchedLook(machine, mainQueue_, backgroundQueue_, [machine, look] { return look(machine); });
         if (!found) continue;
         std::ranges::move(*found, std::back_inserter(sections));
         break;
@@ -87,37 +88,12 @@ std::vector<FindingSection> Examination::examinePasses(const Machine& machine) {
     store->refresh(false);
     waitForPass();
     Finding second = costFinding("pass", pass.cost(), *store);
+    accessesOfLastPass_ = store->accessesOfLastPass();
     FindingSection readings{.title = "Readings", .findings = {readingsFinding(*store)}};
     std::ranges::transform(store->silentDevices(), std::back_inserter(readings.findings), silentFinding);
     store->shutdown();
     return {std::move(readings),
             {.title = "Cost of reading", .findings = {std::move(first), std::move(second)}}};
-}
-
-/// No value if a device did not answer; the next look leaves it out.
-Examination::Sections Examination::lookOnce(const Machine& machine, const Look& look) {
-    struct Outcome {
-        explicit Outcome(std::shared_ptr<ReadWatch> watch) : watched(std::move(watch)) {}
-
-        WatchedPass watched;
-        Sections sections;
-        bool isDone = false; ///< main thread
-    };
-
-    const auto outcome = std::make_shared<Outcome>(machine.watch);
-    backgroundQueue_.start([this, outcome, machine, look](const Cancellation&) {
-        const WatchedPass::Scope scope(outcome->watched);
-        static_cast<void>(hasMemoryFor([&] { outcome->sections = look(machine); }));
-        mainQueue_.post([outcome] { outcome->isDone = true; });
-    });
-    std::unique_ptr<Alarm> alarm;
-    if (machine.watch != nullptr) {
-        alarm = mainQueue_.makeAlarm([&] { alarm->set(machine.watch->setAsideSilentDevices()); });
-        alarm->set(machine.watch->limit());
-    }
-    mainQueue_.runUntil([&] { return outcome->isDone || outcome->watched.isAbandoned(); });
-    // The thread of an abandoned look may still write.
-    return outcome->watched.isAbandoned() ? std::nullopt : std::move(outcome->sections);
 }
 
 } // namespace kelvinbar

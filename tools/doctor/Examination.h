@@ -6,6 +6,7 @@
 #include "sensors/Machine.h"
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -30,21 +31,22 @@ class Examination {
     /// Reads all sensors three times. Throws std::bad_alloc if there is not enough memory.
     std::vector<FindingSection> examine(const Machine& machine, const Look& look);
 
+    /// To files and drivers, in the second pass. No value before it, nor for a machine without a watch.
+    [[nodiscard]] std::optional<std::size_t> accessesOfLastPass() const { return accessesOfLastPass_; }
+
     /// Waits until the sources are closed. Returns whether no thread is stuck in one: otherwise the object
     /// must not be destroyed, nor anything that the machine uses.
     [[nodiscard]] bool finish() { return backgroundQueue_.finish(closingLimit); }
 
   private:
-    using Sections = std::optional<std::vector<FindingSection>>;
-
     /// For each device that may be set aside a pass, and a look, and closing.
     static constexpr std::size_t mostThreads = 2 * ReadWatch::mostSilent + 2;
 
     std::vector<FindingSection> examinePasses(const Machine& machine);
-    Sections lookOnce(const Machine& machine, const Look& look);
 
     MainLoopQueue mainQueue_;
     WorkerQueue backgroundQueue_{mostThreads};
+    std::optional<std::size_t> accessesOfLastPass_;
 };
 
 } // namespace kelvinbar

@@ -18,7 +18,8 @@ struct PersonalPath {
 /// Reads the environment.
 std::vector<PersonalPath> personalPaths();
 
-/// Replaces the folders in all texts, the first of `paths` first, and masks hardware addresses.
+/// Replaces the folders in all texts, the first of `paths` first, and masks hardware addresses and
+/// serial numbers.
 void hidePerson(std::vector<FindingSection>& sections, const std::vector<PersonalPath>& paths);
 
 } // namespace kelvinbar

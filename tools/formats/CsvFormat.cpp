@@ -1,8 +1,8 @@
 #include "tools/formats/CsvFormat.h"
 
 #include "base/Calendar.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -42,13 +42,15 @@ std::string csvList(const Report& report) {
     return text;
 }
 
-/// A series: a line for each report, under the readings of the first.
+/// A series: a line for each report, under the readings of the first that has any.
 class CsvSeries {
   public:
+    explicit CsvSeries(TimePrecision precision) : precision_(precision) {}
+
     std::string line(const Report& report) {
-        std::string text;
-        if (keys_.empty()) text = begin(report);
-        std::vector<std::string> fields{iso8601Text(report.time)};
+        if (keys_.empty() && report.readings.empty()) return {};
+        std::string text = keys_.empty() ? begin(report) : "";
+        std::vector<std::string> fields{iso8601Text(report.time, precision_)};
         for (const std::string& key : keys_) fields.push_back(cell(report, key));
         return text.append(csvLine(fields));
     }
@@ -68,6 +70,7 @@ class CsvSeries {
         const bool isUnique = std::ranges::count(report.readings, reading.name, &SMCReading::name) == 1;
         std::string text =
             isUnique && !reading.name.empty() ? reading.name : reading.name + " " + reading.key;
+        if (isOwnReading(reading)) text.append(" of the ").append(reading.type);
         if (!reading.unit.empty()) text.append(" (").append(reading.unit).append(")");
         return text;
     }
@@ -78,6 +81,7 @@ class CsvSeries {
         return found->numericValue ? csvNumber(*found) : found->value;
     }
 
+    TimePrecision precision_;
     std::vector<std::string> keys_;
 };
 
@@ -85,7 +89,9 @@ class CsvSeries {
 
 ReportWriter makeCsvWriter(const FormatSettings& settings) {
     if (!settings.isSeries) return csvList;
-    return [series = CsvSeries()](const Report& report) mutable { return series.line(report); };
+    return [series = CsvSeries(settings.precision)](const Report& report) mutable {
+        return series.line(report);
+    };
 }
 
 } // namespace kelvinbar

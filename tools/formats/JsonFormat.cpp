@@ -7,10 +7,10 @@ namespace kelvinbar {
 
 namespace {
 
-std::string jsonDocument(const Report& report, int indentation) {
+std::string jsonDocument(const Report& report, TimePrecision precision, int indentation) {
     Json document{{"schema", jsonSchemaVersion},
                   {"machine", report.machine},
-                  {"time", iso8601Text(report.time)},
+                  {"time", iso8601Text(report.time, precision)},
                   {"status", report.status},
                   {"readings", Json::array()}};
     for (const SMCReading& reading : report.readings) document["readings"].push_back(jsonOf(reading));
@@ -19,12 +19,15 @@ std::string jsonDocument(const Report& report, int indentation) {
 
 } // namespace
 
-ReportWriter makeJsonWriter(const FormatSettings& /*settings*/) {
-    return [](const Report& report) { return jsonDocument(report, 2); };
+ReportWriter makeJsonWriter(const FormatSettings& settings) {
+    return
+        [precision = settings.precision](const Report& report) { return jsonDocument(report, precision, 2); };
 }
 
-ReportWriter makeJsonLineWriter(const FormatSettings& /*settings*/) {
-    return [](const Report& report) { return jsonDocument(report, -1); };
+ReportWriter makeJsonLineWriter(const FormatSettings& settings) {
+    return [precision = settings.precision](const Report& report) {
+        return jsonDocument(report, precision, -1);
+    };
 }
 
 } // namespace kelvinbar

@@ -3,8 +3,8 @@
 #include "base/Text.h"
 #include "catalogue/BaseUnit.h"
 #include "sensors/RawReading.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <map>
 #include <optional>

@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "sensors/RawReading.h"
-#include "store/ValueNormalization.h"
 #include "tools/PrintedText.h"
 
 #include <algorithm>
@@ -51,23 +50,58 @@ std::string highest(const Readings& readings) {
 }
 
 /// The chip of a self-named key; empty for all keys of a controller.
-std::string_view deviceOf(const SMCReading& reading) {
+std::string_view chipOf(const SMCReading& reading) {
     return isSelfNamedKey(reading.key) ? std::string_view(reading.key).substr(0, reading.key.rfind('/')) : "";
 }
 
+bool isOfChip(const SMCReading& reading, std::string_view chip, std::string_view nameEnd) {
+    return chipOf(reading) == chip && asciiLowercased(reading.name).ends_with(nameEnd);
+}
+
+/// Whether the chip is graphics in the processor's package: the power that it tells is that of the package.
+bool isInProcessor(std::string_view chip, const Readings& readings) {
+    // The driver tells this voltage of such graphics only.
+    return chip.starts_with("amdgpu-") && std::ranges::any_of(readings, [&](const SMCReading& reading) {
+               return isOfChip(reading, chip, "soc voltage");
+           });
+}
+
+/// The chip whose power contains that of the reading. Power zones are chips: cores and uncore, as
+/// "intel-rapl-0-1", are parts of a package, "intel-rapl-0"; its memory is no part of it.
+std::string_view meterOf(const SMCReading& power, const Readings& readings) {
+    constexpr std::string_view packages = "intel-rapl-";
+    constexpr std::string_view firstPackage = "intel-rapl-0";
+    const std::string_view chip = chipOf(power);
+    if (isInProcessor(chip, readings)) return firstPackage;
+    if (!chip.starts_with(packages) || isOfChip(power, chip, "memory power")) return chip;
+    return chip.substr(0, chip.find('-', packages.size()));
+}
+
+/// The total of a controller, whose name in the catalogue tells a part of it.
+bool isControllersTotal(const SMCReading& power) { return power.key == "PSTR"; }
+
+/// A meter that is not wired reads 0.
+bool isOfWholeMachine(const SMCReading& power) {
+    const bool isTotal = isControllersTotal(power) || hasWordOf(wordsOfWholeMachine, power);
+    return isTotal && *power.numericValue > 0;
+}
+
 std::string totalPower(const Readings& readings) {
-    std::map<std::string_view, double> highestOfDevices;
+    std::map<std::string_view, double> highestOfMeters;
     const Readings powers = measuredIn("W", readings);
-    for (const SMCReading& reading : powers) {
-        if (hasWordOf(wordsOfWholeMachine, reading)) return nameAndValue(reading);
-        if (reading.category == SMCCategory::battery) continue;
-        double& power = highestOfDevices[deviceOf(reading)];
-        power = std::max(power, *reading.numericValue);
+    const auto whole = std::ranges::find_if(powers, isOfWholeMachine);
+    if (whole != powers.end()) {
+        return isControllersTotal(*whole) ? whole->displayValue() : nameAndValue(*whole);
     }
-    if (highestOfDevices.empty()) return "none";
+    for (const SMCReading& power : powers) {
+        if (power.category == SMCCategory::battery) continue;
+        double& highest = highestOfMeters[meterOf(power, readings)];
+        highest = std::max(highest, *power.numericValue);
+    }
+    if (highestOfMeters.empty()) return "none";
     double total = 0;
-    for (const auto& [device, power] : highestOfDevices) total += power;
-    return normalizeValue("", "", total, "W").value + " W";
+    for (const auto& [meter, power] : highestOfMeters) total += power;
+    return numberText(total, "W") + " W";
 }
 
 /// The first reading of the machine's batteries for which this holds; null if there is none.
@@ -93,7 +127,7 @@ std::string batteryLevel(const Readings& readings) {
     const auto* full = batteryNumber(readings, "mAh", "full");
     if (remaining == nullptr || full == nullptr || *full->numericValue <= 0) return {};
     const double level = 100 * *remaining->numericValue / *full->numericValue;
-    return normalizeValue("", "", level, "%").value + " %";
+    return numberText(level, "%") + " %";
 }
 
 std::string battery(const Readings& readings) {

@@ -4,8 +4,8 @@
 #include "base/Text.h"
 #include "panel/SensorRowTexts.h"
 #include "panel/SensorSections.h"
-#include "tools/OwnReadings.h"
 #include "tools/PrintedText.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -60,10 +60,16 @@ ReadingList takeOwnReadings(ReadingList& readings) {
     return taken;
 }
 
-std::vector<TableGroup> tableGroups(const std::vector<SMCReading>& readings) {
+/// Undoes the order of the panel.
+void putInOrderOfReport(ReadingList& readings) { std::ranges::sort(readings); }
+
+std::vector<TableGroup> tableGroups(const std::vector<SMCReading>& readings, bool isOrdered) {
     ReadingList visible = visibleReadings(readings, {});
     const ReadingList own = takeOwnReadings(visible);
-    const auto sections = sectionModels(visible);
+    auto sections = sectionModels(visible);
+    if (isOrdered) {
+        for (SensorSectionModel& section : sections) putInOrderOfReport(section.readings);
+    }
     std::vector<TableGroup> groups;
     groups.reserve(sections.size() + 2);
     for (const SensorSectionModel& section : sections) {
@@ -89,7 +95,7 @@ std::string painted(std::string_view paint, const std::string& text, bool isColo
 }
 
 std::string tableText(const Report& report, const FormatSettings& settings) {
-    const std::vector<TableGroup> groups = tableGroups(report.readings);
+    const std::vector<TableGroup> groups = tableGroups(report.readings, settings.isOrdered);
     const std::size_t nameWidth = widthOf(groups, &TableRow::name);
     const std::size_t valueWidth = widthOf(groups, &TableRow::value);
     std::string text;

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <xcb/xcb.h>
 
 #include <unistd.h>
@@ -28,19 +29,31 @@ constexpr int canberraSuccess = 0;
 /// Longer than the bell of any theme. The connection to the sound server ends with it.
 constexpr std::chrono::seconds longestBell{5};
 
+struct Canberra {
+    CreateContext create;
+    Play play;
+    DestroyContext destroy;
+};
+
+/// No value if the library or one of the functions is missing. The library stays loaded.
+std::optional<Canberra> loadCanberra() {
+    QLibrary library("canberra", canberraVersion);
+    const Canberra loaded{.create = reinterpret_cast<CreateContext>(library.resolve("ca_context_create")),
+                          .play = reinterpret_cast<Play>(library.resolve("ca_context_play")),
+                          .destroy = reinterpret_cast<DestroyContext>(library.resolve("ca_context_destroy"))};
+    const bool isComplete = loaded.create != nullptr && loaded.play != nullptr && loaded.destroy != nullptr;
+    return isComplete ? std::optional(loaded) : std::nullopt;
+}
+
 /// Plays the event "bell" of the sound theme.
 bool playThemeBell() {
-    QLibrary library("canberra", canberraVersion);
-    const auto create = reinterpret_cast<CreateContext>(library.resolve("ca_context_create"));
-    const auto play = reinterpret_cast<Play>(library.resolve("ca_context_play"));
-    const auto destroy = reinterpret_cast<DestroyContext>(library.resolve("ca_context_destroy"));
+    const auto canberra = loadCanberra();
     CanberraContext* context = nullptr;
-    if (create == nullptr || play == nullptr || destroy == nullptr) return false;
-    if (create(&context) != canberraSuccess) return false;
+    if (!canberra || canberra->create(&context) != canberraSuccess) return false;
     constexpr std::uint32_t anyId = 0;
-    const bool isPlaying =
-        play(context, anyId, "event.id", "bell", static_cast<const char*>(nullptr)) == canberraSuccess;
-    const std::function<void()> end = [context, destroy] { destroy(context); };
+    const bool isPlaying = canberra->play(context, anyId, "event.id", "bell",
+                                          static_cast<const char*>(nullptr)) == canberraSuccess;
+    const std::function<void()> end = [context, destroy = canberra->destroy] { destroy(context); };
     isPlaying ? QTimer::singleShot(longestBell, qGuiApp, end) : end();
     return isPlaying;
 }
@@ -59,6 +72,17 @@ bool ringTerminalBell() { return isatty(STDERR_FILENO) == 1 && std::fputc('\a', 
 
 void playAlert(const std::vector<AlertWay>& ways) {
     static_cast<void>(std::ranges::any_of(ways, [](const AlertWay& way) { return way(); }));
+}
+
+bool hasThemeBell() { return loadCanberra().has_value(); }
+
+Finding alertFinding(bool hasThemeBell) {
+    constexpr auto subject = "alert sound";
+    if (hasThemeBell) return {.subject = subject, .found = "of the sound theme, through libcanberra"};
+    return {.subject = subject,
+            .state = FindingState::note,
+            .found = "the bell of the X server or of the terminal, since libcanberra cannot be loaded",
+            .advice = "Install the package libcanberra0 for that of the sound theme"};
 }
 
 std::vector<AlertWay> alertWays() { return {playThemeBell, ringXBell, ringTerminalBell}; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Finding.h"
+
 #include <functional>
 #include <vector>
 
@@ -17,5 +19,11 @@ void playAlert(const std::vector<AlertWay>& ways);
 ///
 /// Limit: whether a sound is audible in the end is not known.
 std::vector<AlertWay> alertWays();
+
+/// Whether libcanberra, which plays the theme's bell, can be loaded; loads it. Needs no application object.
+bool hasThemeBell();
+
+/// What plays the sound. Pure function.
+Finding alertFinding(bool hasThemeBell);
 
 } // namespace kelvinbar

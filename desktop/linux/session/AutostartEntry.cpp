@@ -122,9 +122,17 @@ bool AutostartEntry::isTryExecMet(const EntryLines& lines) const {
     return !condition || foundProgram(unescapedEntryValue(*condition), surroundings_.path);
 }
 
+std::string AutostartEntry::programName() const { return fs::path(command_.front()).filename(); }
+
 std::string AutostartEntry::programWord() const {
-    const std::string name = fs::path(command_.front()).filename();
-    return isThisProgram(name) ? name : command_.front();
+    return isThisProgram(programName()) ? programName() : command_.front();
+}
+
+/// The program as PATH leads to it. Links on the way stay, which an upgrade redirects. A session that starts
+/// the entry may have a shorter PATH, so the name alone is not enough.
+std::string AutostartEntry::programPath() const {
+    const auto found = foundProgram(programName(), surroundings_.path);
+    return found && isThisProgram(*found) ? found->string() : command_.front();
 }
 
 bool AutostartEntry::registerItem() {
@@ -157,7 +165,7 @@ EntryLines AutostartEntry::enabled(EntryLines lines) const {
         if (!entryValue(lines, key)) lines = withEntryValue(lines, key, value);
     }
     auto command = command_;
-    command.front() = programWord();
+    command.front() = programPath();
     lines = withEntryValue(lines, "Exec", desktopExecValue(command));
     lines = withEntryValue(lines, "Hidden", "false");
     for (const std::string_view key : enablingKeys) {
@@ -174,17 +182,16 @@ void AutostartEntry::renew() {
     EntryLines lines = entryLines(*text);
     auto words = commandOfExecValue(entryValue(lines, "Exec").value_or(""));
     const auto program = programIn(words);
-    const bool isStale = program != words.end() && isOfOurName(*program) && !isThisProgram(*program);
-    if (!isStale || isSwitchedOff(lines)) return;
-    *program = programWord();
+    if (program == words.end() || !isStale(*program) || isSwitchedOff(lines)) return;
+    *program = programPath();
     lines = withEntryValue(lines, "Exec", desktopExecValue(words));
     if (!isTryExecMet(lines)) lines = withoutEntryValue(lines, "TryExec");
     static_cast<void>(write(lines)); // a failure is logged
 }
 
-/// Other programs in an entry, such as a shell, are the user's own choice.
-bool AutostartEntry::isOfOurName(const std::string& word) const {
-    return fs::path(word).filename() == fs::path(command_.front()).filename();
+/// Other programs in an entry, such as a shell, are the user's own choice. So is another copy of this one.
+bool AutostartEntry::isStale(const std::string& word) const {
+    return fs::path(word).filename() == programName() && !foundProgram(word, surroundings_.path);
 }
 
 bool AutostartEntry::unregisterItem() {

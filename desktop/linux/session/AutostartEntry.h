@@ -17,8 +17,8 @@ namespace kelvinbar {
 /// desktops does not count. Registering enables it and keeps its other lines, except for conditions that do
 /// not hold here.
 ///
-/// The entry names the program as it is found in PATH, which survives an upgrade into another folder, and by
-/// its full path otherwise.
+/// The entry names the program by the path at which it is found in PATH, with links as they are, which
+/// survives an upgrade into another folder, and by its own path otherwise.
 ///
 /// Pitfalls: a file that cannot be read completely is not replaced, so registering fails. An entry that is a
 /// symbolic link stays one: it is written through, and unregistering hides it. One that is, or leads to,
@@ -51,12 +51,11 @@ class AutostartEntry final : public LoginItemService {
     bool registerItem() override;
     bool unregisterItem() override;
 
-    /// Makes an entry that starts this program under an earlier path, or an older copy of it, start this one.
-    /// Keeps everything else, and does nothing if the entry is disabled or another program's. To be called at
-    /// each start.
+    /// Makes an entry whose program is not found, but has this one's name, start this one. Keeps everything
+    /// else, and does nothing if the entry is disabled. To be called at each start.
     void renew();
 
-    /// What starts this program: its name where PATH leads to it, otherwise its full path.
+    /// What the user types to start this program: its name where PATH leads to it, otherwise its full path.
     [[nodiscard]] std::string programWord() const;
 
     void openLoginItemsSettings() override { actions_.openSettings(); }
@@ -66,7 +65,9 @@ class AutostartEntry final : public LoginItemService {
   private:
     [[nodiscard]] bool starts(const EntryLines& lines) const;
     [[nodiscard]] bool isThisProgram(const std::string& word) const;
-    [[nodiscard]] bool isOfOurName(const std::string& word) const;
+    [[nodiscard]] bool isStale(const std::string& word) const;
+    [[nodiscard]] std::string programName() const;
+    [[nodiscard]] std::string programPath() const;
     [[nodiscard]] bool isTryExecMet(const EntryLines& lines) const;
     [[nodiscard]] EntryLines enabled(EntryLines lines) const;
     [[nodiscard]] bool write(const EntryLines& lines) const;

@@ -105,7 +105,16 @@ void PreferencesWriter::add(const QString& key, const QVariant& value) {
         const std::lock_guard lock(shared_->mutex);
         shared_->pending.insert(key, value);
     }
-    startThread();
+    startThreadSoon();
+}
+
+/// One action may change several preferences.
+void PreferencesWriter::startThreadSoon() {
+    if (std::exchange(isStartPosted_, true)) return;
+    queue_.post([this] {
+        isStartPosted_ = false;
+        startThread();
+    });
 }
 
 bool PreferencesWriter::flush(std::chrono::milliseconds limit) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/qt/QtMainQueue.h"
+
 #include <QMap>
 #include <QString>
 #include <QVariant>
@@ -13,9 +15,10 @@
 /// Writes preferences away from the main thread, which never waits for a disk, a network share or another
 /// program.
 ///
-/// A change starts a thread at once. Changes that come while it writes are written together, next. What could
-/// not be written is kept and tried again, at growing intervals. The thread ends when all is written: an idle
-/// program has neither the thread nor a timer.
+/// A change starts a thread at the end of this turn of the event loop, so that the changes of one action are
+/// written together. So are those that come while it writes, next. What could not be written is kept and
+/// tried again, at growing intervals. The thread ends when all is written: an idle program has neither the
+/// thread nor a timer.
 namespace kelvinbar {
 
 class Log;
@@ -52,7 +55,8 @@ class PreferencesWriter {
     /// Flushes. Logs a warning if changes are lost.
     ~PreferencesWriter();
 
-    /// Schedules a change. A later one of the same key replaces it. Returns at once.
+    /// Schedules a change, for the event loop or `flush` to start. A later one of the same key replaces it.
+    /// Returns at once.
     void add(const QString& key, const QVariant& value);
 
     /// Waits until all changes are written, or the next attempt has failed, at most `limit`. Returns whether
@@ -62,11 +66,14 @@ class PreferencesWriter {
   private:
     struct Shared;
 
+    void startThreadSoon();
     void startThread();
 
     std::shared_ptr<Shared> shared_; ///< also held by the thread
     std::chrono::milliseconds patienceAtEnd_;
     std::thread thread_;
+    bool isStartPosted_ = false;
+    QtMainQueue queue_;
 };
 
 } // namespace kelvinbar

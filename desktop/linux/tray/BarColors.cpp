@@ -34,6 +34,7 @@ void BarColors::follow(const QDBusConnection& bus) {
             [this](const auto&, const QVariant& scheme) { colorSchemeRead(scheme.toUInt()); });
     files_ = std::make_unique<QFileSystemWatcher>();
     connect(files_.get(), &QFileSystemWatcher::fileChanged, this, &BarColors::update);
+    connect(files_.get(), &QFileSystemWatcher::directoryChanged, this, &BarColors::folderChanged);
     qGuiApp->installEventFilter(this);
     followFiles();
     isDark_ = isDarkNow();
@@ -45,12 +46,31 @@ bool BarColors::eventFilter(QObject* watched, QEvent* event) {
 }
 
 /// Programs replace a settings file when they change it, and the new one is not watched by itself.
-void BarColors::followFiles() {
+QStringList BarColors::newFiles() const {
     QStringList unwatched;
     for (const QString& path : plasmaPanelSettings(folders_)) {
         if (!files_->files().contains(path)) unwatched.append(path);
     }
+    return unwatched;
+}
+
+void BarColors::followFiles() {
+    const QStringList unwatched = newFiles();
     if (!unwatched.isEmpty()) files_->addPaths(unwatched);
+    followFolder();
+}
+
+/// Only as long as it lacks a file, since other programs change their files in it, too.
+void BarColors::followFolder() {
+    const QString folder = folderOfMissingPlasmaPanelSettings(folders_);
+    const QStringList watched = files_->directories();
+    if (watched.contains(folder)) return;
+    if (!watched.isEmpty()) files_->removePaths(watched);
+    if (!folder.isEmpty()) files_->addPath(folder);
+}
+
+void BarColors::folderChanged() {
+    if (!newFiles().isEmpty()) update();
 }
 
 void BarColors::colorSchemeRead(uint scheme) {

@@ -17,8 +17,8 @@ namespace kelvinbar {
 /// has colours that can be found out: those of the Plasma theme, else of programs, else what the settings
 /// portal or the palette says. They are followed while the program runs.
 ///
-/// Limits: a settings file of Plasma that does not exist yet is noticed with the next change of another one.
-/// Nothing is watched on other desktops. Main thread.
+/// Limits: a settings file of Plasma that is new outside the user's folder is noticed with the next change of
+/// another one. Nothing is watched on other desktops. Main thread.
 class BarColors final : public QObject {
     Q_OBJECT
 
@@ -39,7 +39,10 @@ class BarColors final : public QObject {
 
   private:
     void follow(const QDBusConnection& bus);
+    [[nodiscard]] QStringList newFiles() const;
     void followFiles();
+    void followFolder();
+    void folderChanged();
     void colorSchemeRead(uint scheme);
     void update();
     [[nodiscard]] bool isDarkNow() const;

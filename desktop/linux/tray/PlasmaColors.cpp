@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
+#include <algorithm>
 
 namespace kelvinbar {
 
@@ -91,6 +92,13 @@ std::optional<bool> hasDarkPlasmaPanel(const PlasmaFolders& folders) {
 
 QStringList plasmaPanelSettings(const PlasmaFolders& folders) {
     return existing(folders.config, themeSettings) + existing(folders.config, colorSettings);
+}
+
+QString folderOfMissingPlasmaPanelSettings(const PlasmaFolders& folders) {
+    const QStringList ofUser = folders.config.first(std::min<qsizetype>(1, folders.config.size()));
+    const bool hasBoth =
+        !existing(ofUser, themeSettings).isEmpty() && !existing(ofUser, colorSettings).isEmpty();
+    return hasBoth ? QString() : ofUser.value(0);
 }
 
 } // namespace kelvinbar

@@ -21,4 +21,8 @@ std::optional<bool> hasDarkPlasmaPanel(const PlasmaFolders& folders);
 /// The existing settings files that decide it.
 QStringList plasmaPanelSettings(const PlasmaFolders& folders);
 
+/// The user's folder while it lacks one of these files, which the user's next choice may create there.
+/// Otherwise empty.
+QString folderOfMissingPlasmaPanelSettings(const PlasmaFolders& folders);
+
 } // namespace kelvinbar

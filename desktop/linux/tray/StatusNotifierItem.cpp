@@ -16,9 +16,9 @@ namespace {
 
 constexpr auto itemPath = "/StatusNotifierItem";
 
-/// A watcher that has dropped the item is often about to be replaced.
+/// A watcher that has dropped or refused the item is often about to be replaced.
 constexpr std::chrono::milliseconds delayOfRepeatedRegistration{200};
-constexpr std::chrono::minutes periodOfRepeatedRegistrations{1};
+constexpr std::chrono::minutes quietPeriod{1};
 
 } // namespace
 
@@ -113,8 +113,7 @@ void StatusNotifierItem::registrationEnded(const QDBusError& error) {
         log_.write(LogCategory::tray, LogLevel::info,
                    [this] { return "registered as " + bus_.baseService().toStdString(); });
     } else if (hasWatcher_) { // a watcher that exits does not reply, which is not a failure
-        log_.write(LogCategory::tray, LogLevel::warning,
-                   [&] { return "the tray refuses the status item: " + error.message().toStdString(); });
+        registerAgain("the tray refuses the status item (" + error.message().toStdString() + ")");
     }
 }
 
@@ -122,28 +121,33 @@ bool StatusNotifierItem::isOwnService(const QString& service) const {
     return isItemOf(service, bus_.baseService());
 }
 
+/// A watcher that does not reply in time is slow to refuse, so a minute counts from the last repetition.
 bool StatusNotifierItem::mayRegisterAgain() {
+    const std::chrono::milliseconds period = quietPeriod;
     QElapsedTimer& since = sinceRepeatedRegistration_;
-    const std::chrono::milliseconds period = periodOfRepeatedRegistrations;
-    if (!since.isValid() || since.hasExpired(period.count())) {
-        since.start();
-        repeatedRegistrations_ = 0;
-    }
-    return ++repeatedRegistrations_ <= mostRepeatedRegistrations;
+    if (!since.isValid() || since.hasExpired(period.count())) repeatedRegistrations_ = 0;
+    const bool may = ++repeatedRegistrations_ <= mostRepeatedRegistrations;
+    if (may) since.start();
+    return may;
 }
 
 void StatusNotifierItem::itemUnregistered(const QString& service) {
-    if (!hasWatcher_ || !isOwnService(service) || isRegistrationPosted_) return;
+    if (hasWatcher_ && isOwnService(service)) registerAgain("the watcher has dropped the status item");
+}
+
+/// `why` is for the log.
+void StatusNotifierItem::registerAgain(const std::string& why) {
+    if (isRegistrationPosted_) return;
     if (mayRegisterAgain()) {
+        log_.write(LogCategory::tray, LogLevel::info, [&] { return why + "; registering again"; });
         registerAgainSoon();
     } else if (repeatedRegistrations_ == mostRepeatedRegistrations + 1) {
         log_.write(LogCategory::tray, LogLevel::warning,
-                   "the watcher keeps dropping the status item, which is not registered again");
+                   [&] { return why + " too often: it may not be seen"; });
     }
 }
 
 void StatusNotifierItem::registerAgainSoon() {
-    log_.write(LogCategory::tray, LogLevel::info, "the watcher has dropped the item: registering again");
     isRegistrationPosted_ = true;
     QTimer::singleShot(delayOfRepeatedRegistration, this, [this] {
         isRegistrationPosted_ = false;

@@ -26,9 +26,9 @@
 ///
 /// Limits: the protocol has no text beside the icon. The label is an extension (XAyatanaLabel) that few hosts
 /// support. Pitfalls: the watcher may start after the program, crash or be replaced, so the item registers
-/// again whenever a watcher appears, and when it drops the item, a limited number of times. A watcher may run
-/// without a host, which shows nothing. Hosts do not report the icon's place, only where it was clicked, and
-/// some report 0, 0.
+/// again whenever a watcher appears, and when it drops or refuses the item or does not reply, a limited
+/// number of times. A watcher may run without a host, which shows nothing. Hosts do not report the icon's
+/// place, only where it was clicked, and some report 0, 0.
 namespace kelvinbar {
 
 class Log;
@@ -55,7 +55,8 @@ class StatusNotifierItem final : public QObject {
     Q_OBJECT
 
   public:
-    /// How often the item registers again within a minute with a watcher that drops it.
+    /// How often the item registers again with a watcher that drops or refuses it, until it has not done so
+    /// for a minute.
     static constexpr int mostRepeatedRegistrations = 5;
 
     /// The log must outlive the object.
@@ -96,6 +97,7 @@ class StatusNotifierItem final : public QObject {
     void announceAll();
     void registerWithWatcher();
     void registrationEnded(const QDBusError& error);
+    void registerAgain(const std::string& why);
     void registerAgainSoon();
     [[nodiscard]] bool isOwnService(const QString& service) const;
     [[nodiscard]] bool mayRegisterAgain();
@@ -111,8 +113,8 @@ class StatusNotifierItem final : public QObject {
     std::optional<bool> hasHost_;
     std::string watcherProcess_;
     bool isRegistrationPosted_ = false;
-    int repeatedRegistrations_ = 0;           ///< since the start of:
-    QElapsedTimer sinceRepeatedRegistration_; ///< the current minute of repetitions
+    int repeatedRegistrations_ = 0; ///< without a quiet minute, and what was refused then
+    QElapsedTimer sinceRepeatedRegistration_;
     StatusNotifierHandlers handlers_;
     StatusNotifierContent content_;
     class StatusNotifierItemAdaptor* adaptor_;

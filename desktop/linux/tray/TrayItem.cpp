@@ -266,7 +266,9 @@ std::unique_ptr<StatusItem> TrayStatusBar::makeItem() {
     return item;
 }
 
-std::optional<bool> TrayStatusBar::hasTray() const { return item_ ? item_->hasTray() : std::nullopt; }
+std::optional<bool> TrayStatusBar::hasTray() const {
+    return item_.isNull() ? std::nullopt : item_->hasTray();
+}
 
 bool TrayStatusBar::hasImageResource(const std::string& name) const {
     return QFile::exists(TrayIcon::resourcePath(name, iconSides.front()));

@@ -1,9 +1,9 @@
 #include "machines/linux/libsensors/ConfigurationFiles.h"
 
+#include "machines/linux/files/FileStamp.h"
 #include "machines/linux/files/SystemFile.h"
 
 #include <algorithm>
-#include <sys/stat.h>
 
 namespace kelvinbar {
 
@@ -20,10 +20,6 @@ std::vector<fs::path> filesIn(const fs::path& folder) {
     return files;
 }
 
-void append(std::string& stamp, const timespec& time) {
-    stamp.append(std::to_string(time.tv_sec)).append(".").append(std::to_string(time.tv_nsec)).append(" ");
-}
-
 } // namespace
 
 std::vector<fs::path> configurationFiles(const fs::path& directory) {
@@ -38,16 +34,7 @@ std::vector<fs::path> configurationFiles(const fs::path& directory) {
 
 std::string stampOf(const std::vector<fs::path>& files) {
     std::string stamp;
-    for (const fs::path& file : files) {
-        struct stat status {};
-
-        if (::stat(file.c_str(), &status) != 0) continue;
-        stamp.append(file.native()).append(" ");
-        append(stamp, status.st_mtim);
-        append(stamp, status.st_ctim);
-        stamp.append(std::to_string(status.st_ino)).append(" ");
-        stamp.append(std::to_string(status.st_size)).append("\n");
-    }
+    for (const fs::path& file : files) stamp.append(fileStamp(file));
     return stamp;
 }
 

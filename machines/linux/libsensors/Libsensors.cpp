@@ -69,7 +69,7 @@ class LibsensorsConfiguration final : public SensorConfiguration {
         return found == chips_.end() ? nullptr : &found->second;
     }
 
-    [[nodiscard]] std::string description() const override { return description_; }
+    [[nodiscard]] ConfigurationReport report() const override { return report_; }
 
   private:
     bool isLoaded() {
@@ -77,14 +77,19 @@ class LibsensorsConfiguration final : public SensorConfiguration {
         std::string reason;
         library_ = LibsensorsLibrary::load(place_.sharedObject, reason);
         isMissing_ = library_ == nullptr;
-        if (isMissing_) describe(std::string("libsensors is not used: ").append(reason));
+        if (isMissing_) refuse(reason);
         return !isMissing_;
     }
 
     void start(const std::vector<fs::path>& files) {
         chips_.clear();
-        if (const auto error = library_->start(log_)) {
-            describe(std::string("libsensors is not used: ").append(*error));
+        report_ = {};
+        const auto error = library_->start(report_.errors);
+        for (const std::string& line : report_.errors) {
+            log_.write(LogCategory::sourceKernel, LogLevel::warning, [&] { return "libsensors: " + line; });
+        }
+        if (error) {
+            refuse(*error);
             return;
         }
         const std::string version = library_->version();
@@ -109,16 +114,22 @@ class LibsensorsConfiguration final : public SensorConfiguration {
         return configured;
     }
 
+    void refuse(const std::string& reason) {
+        report_.isUsed = false;
+        report_.hasFiles = !configurationFiles(place_.configuration).empty();
+        describe("libsensors is not used: " + reason);
+    }
+
     void describe(std::string text) {
-        description_ = std::move(text);
-        log_.write(LogCategory::sourceKernel, LogLevel::info, [&] { return description_; });
+        report_.description = std::move(text);
+        log_.write(LogCategory::sourceKernel, LogLevel::info, [&] { return report_.description; });
     }
 
     Log& log_;
     const LibsensorsPlace place_;
     bool isMissing_ = false;
     std::shared_ptr<LibsensorsLibrary> library_; ///< null until it is loaded
-    std::string description_;
+    ConfigurationReport report_;
     std::string stamp_;                                     ///< of the files and chips at the last start
     std::unordered_map<std::string, ConfiguredChip> chips_; ///< by folder
 };

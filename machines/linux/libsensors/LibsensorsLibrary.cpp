@@ -34,26 +34,25 @@ bool find(void* library, const char* name, Symbol& symbol) {
     return symbol != nullptr;
 }
 
-/// The log to use during this thread's call of `start`: the library's error handler has no user data.
-thread_local Log* logOfStart = nullptr;
+/// Where this thread's call of `start` notes errors: the library's error handler has no user data.
+thread_local std::vector<std::string>* errorsOfStart = nullptr;
 
-void logParseError(const char* error, const char* file, int line) {
-    if (logOfStart == nullptr) return;
-    logOfStart->write(LogCategory::sourceKernel, LogLevel::warning, [=] {
-        std::string text = "libsensors: ";
-        if (file != nullptr) text.append(file).append(":");
-        if (line > 0) text.append(std::to_string(line)).append(":");
-        return text.append(file != nullptr || line > 0 ? " " : "").append(error != nullptr ? error : "error");
-    });
+void noteParseError(const char* error, const char* file, int line) {
+    if (errorsOfStart == nullptr) return;
+    std::string text;
+    if (file != nullptr) text.append(file).append(":");
+    if (line > 0) text.append(std::to_string(line)).append(":");
+    text.append(text.empty() ? "" : " ").append(error != nullptr ? error : "error");
+    errorsOfStart->push_back(std::move(text));
 }
 
-/// Redirects the library's errors from standard error to a log while it exists.
+/// Redirects the library's errors from standard error to a list while it exists.
 class ParseErrors {
   public:
-    ParseErrors(void* library, Log& log) {
-        logOfStart = &log;
+    ParseErrors(void* library, std::vector<std::string>& errors) {
+        errorsOfStart = &errors;
         if (find(library, "sensors_parse_error_wfn", handler_)) {
-            earlier_ = std::exchange(*handler_, &logParseError);
+            earlier_ = std::exchange(*handler_, &noteParseError);
         }
     }
 
@@ -62,7 +61,7 @@ class ParseErrors {
 
     ~ParseErrors() {
         if (handler_ != nullptr) *handler_ = earlier_;
-        logOfStart = nullptr;
+        errorsOfStart = nullptr;
     }
 
   private:
@@ -105,12 +104,12 @@ LibsensorsLibrary::~LibsensorsLibrary() {
     if (isStarted_) functions_.cleanup();
 }
 
-std::optional<std::string> LibsensorsLibrary::start(Log& log) {
+std::optional<std::string> LibsensorsLibrary::start(std::vector<std::string>& parseErrors) {
     const auto lock = locked();
     if (!lock) return "one of its chips does not answer";
     if (std::exchange(isStarted_, false)) functions_.cleanup();
     ++generation_;
-    const ParseErrors errors(handle_.get(), log);
+    const ParseErrors redirected(handle_.get(), parseErrors);
     const int error = functions_.init(nullptr);
     isStarted_ = error == 0; // on failure the library cleans up itself
     return isStarted_ ? std::nullopt : std::optional(errorText(error));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/Log.h"
 #include "machines/linux/libsensors/CallLock.h"
 
 #include <atomic>
@@ -44,8 +43,9 @@ class LibsensorsLibrary {
     ~LibsensorsLibrary();
 
     /// Makes the library read its configuration and detect chips; restarts it if it is running. Errors in the
-    /// configuration are logged. Nothing on success, else the library's error message.
-    [[nodiscard]] std::optional<std::string> start(Log& log);
+    /// configuration are added to `parseErrors`, with file and line. Nothing on success, else the library's
+    /// error message.
+    [[nodiscard]] std::optional<std::string> start(std::vector<std::string>& parseErrors);
 
     /// The number of starts. Results from before the last start are no longer valid.
     [[nodiscard]] std::uint64_t generation() const { return generation_; }

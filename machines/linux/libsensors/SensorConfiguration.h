@@ -2,6 +2,7 @@
 
 #include "machines/linux/libsensors/ConfiguredValue.h"
 #include "machines/linux/naming/SensorChannel.h"
+#include "sensors/SourceReport.h"
 
 #include <functional>
 #include <map>
@@ -38,8 +39,9 @@ class SensorConfiguration {
     /// The configuration of a chip; null for a chip that it does not know. Valid until the next `refresh`.
     [[nodiscard]] virtual const ConfiguredChip* find(const SensorChip& chip) const = 0;
 
-    /// Whether it is used, and from which files, for people. Empty before the first `refresh`.
-    [[nodiscard]] virtual std::string description() const = 0;
+    /// Whether it is used, from which files, and what is wrong in them. Without a description before the
+    /// first `refresh`.
+    [[nodiscard]] virtual ConfigurationReport report() const = 0;
 };
 
 } // namespace kelvinbar

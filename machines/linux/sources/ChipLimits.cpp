@@ -1,7 +1,9 @@
 #include "machines/linux/sources/ChipLimits.h"
 
 #include "machines/linux/files/SystemFile.h"
+#include "machines/linux/files/VisitedRead.h"
 #include "machines/linux/sources/HwmonChips.h"
+#include "machines/linux/sources/ThermalZones.h"
 
 #include <algorithm>
 
@@ -18,31 +20,56 @@ bool isSuspended(const std::vector<std::filesystem::path>& powerStates) {
 
 } // namespace
 
-std::optional<CriticalMargin> ChipLimits::smallestMargin(std::span<const SilentDevice> silent) {
-    if (!isFound_) find();
+std::optional<CriticalMargin> ChipLimits::smallestMargin() {
+    const auto limited = channels();
     std::optional<CriticalMargin> smallest;
-    for (const LimitedChannel& channel : channels_) {
-        if (std::ranges::find(silent, channel.device, &SilentDevice::device) != silent.end()) continue;
-        const auto degrees = degreesBelowLimit(channel);
+    for (const LimitedChannel& channel : *limited) {
+        const auto degrees = visitedRead(channel.device, [&] { return degreesBelowLimit(channel); });
         if (!degrees || (smallest && smallest->degrees <= *degrees)) continue;
         smallest = CriticalMargin{.sensor = channel.name, .degrees = *degrees};
     }
     return smallest;
 }
 
-void ChipLimits::find() {
-    isFound_ = true;
+std::shared_ptr<const ChipLimits::Channels> ChipLimits::channels() {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (channels_ != nullptr) return channels_;
+    }
+    auto found = std::make_shared<Channels>();
+    addChips(*found);
+    addZones(*found);
+    const WatchedPass* const pass = WatchedPass::current();
+    const bool isWhole = pass == nullptr || (!pass->isAbandoned() && pass->silentDevices().empty());
+    if (isWhole) {
+        const std::scoped_lock lock(mutex_);
+        channels_ = found;
+    }
+    return found;
+}
+
+void ChipLimits::addChips(Channels& channels) const {
     for (const SensorChip& chip : hwmonChips(root_)) {
         for (const SensorChannel& channel : chip.channels) {
             const auto limit = chip.folder / (channel.feature + "_crit");
             if (channel.kind != SensorKind::temperature || channel.file.empty() || !isThere(limit)) continue;
-            channels_.push_back({.name = chip.sensorsName + "/" + channel.feature,
-                                 .device = chip.entry.native(),
-                                 .value = channel.file,
-                                 .limit = limit,
-                                 .fault = channel.fault,
-                                 .powerStates = chip.powerStates});
+            channels.push_back({.name = chip.sensorsName + "/" + channel.feature,
+                                .device = chip.entry,
+                                .value = channel.file,
+                                .limit = limit,
+                                .fault = channel.fault,
+                                .powerStates = chip.powerStates});
         }
+    }
+}
+
+void ChipLimits::addZones(Channels& channels) const {
+    for (const CriticalTripPoint& point : criticalTripPoints(root_ / "sys/class/thermal")) {
+        const std::string name = point.zone.filename().string();
+        channels.push_back({.name = point.zoneType.empty() ? name : point.zoneType + "/" + name,
+                            .device = point.zone,
+                            .value = point.zone / "temp",
+                            .limit = point.limit});
     }
 }
 

@@ -60,7 +60,7 @@ class ReportBuilder {
     void addReading(const std::string& device) { ++reportOn(device).readings; }
 
     /// `configuration` is that of the hardware monitors.
-    std::vector<SourceReport> finish(std::string configuration) && {
+    std::vector<SourceReport> finish(ConfigurationReport configuration) && {
         std::vector<SourceReport> reports;
         for (Class& each : classes_) {
             each.report.devices = each.devices.size();
@@ -395,7 +395,8 @@ std::vector<SourceReport> KernelSensorSource::report() {
             builder.addReading(sensor.device);
         }
     }
-    return std::move(builder).finish(configuration_ == nullptr ? "" : configuration_->description());
+    return std::move(builder).finish(configuration_ == nullptr ? ConfigurationReport()
+                                                               : configuration_->report());
 }
 
 void KernelSensorSource::close() {

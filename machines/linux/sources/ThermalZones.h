@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -13,5 +15,15 @@ namespace kelvinbar {
 ///
 /// Nothing when no zone can be read.
 std::optional<int> thermalStateOfZones(const std::filesystem::path& zones);
+
+/// A temperature at which the kernel shuts the machine down.
+struct CriticalTripPoint {
+    std::string zoneType; ///< what the zone measures: "acpitz"; may be empty
+    std::filesystem::path zone;
+    std::filesystem::path limit; ///< file, in thousandths of a degree Celsius
+};
+
+/// Those of all zones in `zones`, without the meaningless ones of some firmware, below 40 °C.
+std::vector<CriticalTripPoint> criticalTripPoints(const std::filesystem::path& zones);
 
 } // namespace kelvinbar

@@ -2,6 +2,8 @@
 
 from gi.repository import Gio, GLib
 
+from driver.picture import Pixmap
+
 CALL_MILLISECONDS = 3000
 
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -96,6 +98,10 @@ class Item:
 
     def label(self) -> str:
         return self.property("XAyatanaLabel")
+
+    def icon(self) -> list[Pixmap]:
+        """In each size."""
+        return self.property("IconPixmap")
 
     def menu(self) -> dict[int, str]:
         """The texts of the menu's entries by their ids, in their order; a separator's text is empty."""

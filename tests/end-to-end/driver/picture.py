@@ -2,13 +2,15 @@
 
 import re
 import subprocess
-from collections.abc import Callable
+from collections import Counter
+from collections.abc import Callable, Sequence
 from pathlib import Path
 
 from driver.geometry import Rect
 from driver.waiting import wait_until
 
 Pixel = tuple[int, int, int]
+Pixmap = tuple[int, int, Sequence[int]]  # width, height and bytes of the pixels: opacity, red, green, blue
 Columns = tuple[int, int] | None  # the first and the last of a row
 
 SIMILAR = 30  # shells dim icons
@@ -25,10 +27,11 @@ class Picture:
         self.area = area
         self._pixels = pixels
 
-    def colors(self, area: Rect) -> set[Pixel]:
+    def colors(self, area: Rect) -> Counter[Pixel]:
+        """How many pixels have each colour."""
         rows = (self._row(y) for y in range(area.y, area.bottom))
         columns = range(3 * (area.x - self.area.x), 3 * (area.right - self.area.x), 3)
-        return {tuple(row[at : at + 3]) for row in rows for at in columns}
+        return Counter(tuple(row[at : at + 3]) for row in rows for at in columns)
 
     def box_of(self, color: Pixel) -> Rect | None:
         """The smallest rectangle around all pixels of about this colour. None if there is no such pixel."""
@@ -84,10 +87,35 @@ def _are_close(boxes: list[Rect]) -> bool:
     return all(max(edge) - min(edge) <= STEADY_PIXELS for edge in edges)
 
 
-def contrast(colors: set[Pixel]) -> float:
-    """Between the lightest and the darkest of these colours, from 1 to 21, as accessibility guidelines count it."""
-    luminances = [_luminance(color) for color in colors]
-    return (max(luminances) + 0.05) / (min(luminances) + 0.05)
+def background_of(colors: Counter[Pixel]) -> Pixel:
+    """It has the most pixels."""
+    return colors.most_common(1)[0][0]
+
+
+def text_color_of(colors: Counter[Pixel]) -> Pixel:
+    """Of text without an outline: it has the most pixels after the background."""
+    background = background_of(colors)
+    return next(color for color, _ in colors.most_common() if not is_about(color, background))
+
+
+def ink_of(icon: list[Pixmap]) -> Pixel:
+    """Of a number that is drawn into an icon: the colour of its opaque pixels. The outline lets the bar through.
+
+    The outline must not count when the number is compared with the bar: it makes ink of any colour look legible.
+    """
+    _, _, pixels = icon[-1]
+    opaque = Counter(tuple(pixels[at + 1 : at + 4]) for at in range(0, len(pixels), 4) if pixels[at] == 255)
+    return opaque.most_common(1)[0][0]
+
+
+def is_about(color: Pixel, other: Pixel) -> bool:
+    return all(abs(part - of_other) <= SIMILAR for part, of_other in zip(color, other))
+
+
+def contrast(color: Pixel, other: Pixel) -> float:
+    """From 1 to 21, as accessibility guidelines count it."""
+    darker, lighter = sorted((_luminance(color), _luminance(other)))
+    return (lighter + 0.05) / (darker + 0.05)
 
 
 def _luminance(color: Pixel) -> float:

@@ -59,6 +59,10 @@ class Program:
         self._process = self._desktop.start("program", self.command, self._environment)
         wait_until(START_SECONDS, "the item on the bus", lambda: self._desktop.bus.exported_item_of(self.pid))
 
+    def printed(self) -> str:
+        """What it has printed, and programs before it on this desktop."""
+        return self._process.text()
+
     def start_again(self) -> None:
         """A second start, which the first instance takes over."""
         second = self._desktop.run(self.command, self._environment, HAND_OVER_SECONDS)

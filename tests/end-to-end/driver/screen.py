@@ -12,6 +12,7 @@ from driver.processes import Process
 from driver.waiting import wait_until
 
 PRESS_SECONDS = 0.1  # about as long as a person presses a button
+OUTPUT = "screen"
 SETTLE_SECONDS = 0.15  # until hosts have seen that the pointer came
 
 
@@ -81,9 +82,26 @@ class Screen:
         wait_until(limit, "a still picture", is_settled)
         return pictures[-1]
 
+    def change_mode(self, size: tuple[int, int]) -> None:
+        """To one that is not larger than the screen was made."""
+        width, height = map(str, size)
+        mode = f"{width}x{height}"
+        if mode not in self._xrandr().split():
+            self._xrandr("--newmode", mode, "60", width, width, width, width, height, height, height, height)
+            self._xrandr("--addmode", OUTPUT, mode)
+        self._xrandr("--output", OUTPUT, "--mode", mode)
+
     def keep(self, file: Path) -> None:
         keep_picture(self.display, file)
 
     def _xdotool(self, *arguments: str) -> None:
-        command = ["xdotool", *arguments]
-        subprocess.run(command, check=True, timeout=10, env={**os.environ, "DISPLAY": self.display})
+        self._run("xdotool", *arguments)
+
+    def _xrandr(self, *arguments: str) -> str:
+        return self._run("xrandr", *arguments)
+
+    def _run(self, *command: str) -> str:
+        environment = {**os.environ, "DISPLAY": self.display}
+        return subprocess.run(
+            command, check=True, timeout=10, env=environment, stdout=subprocess.PIPE, text=True
+        ).stdout

@@ -1,5 +1,7 @@
 """The tray as it is seen on the screen."""
 
+from collections import Counter
+
 from driver.geometry import Rect
 from driver.hosts.host import Host
 from driver.picture import Pixel, wait_steady
@@ -26,5 +28,8 @@ class TrayView:
     def wait_empty(self) -> None:
         wait_until(EMPTY_SECONDS, "a tray without the item", lambda: self.item_box() is None)
 
-    def item_colors(self, box: Rect) -> set[Pixel]:
-        return self._screen.picture(self._host.tray).colors(box)
+    def colors(self, box: Rect) -> Counter[Pixel]:
+        """Of the item, of a label's right half, where no icon is, and of the bar above and below it."""
+        bar = self._host.bar
+        icon_width = box.width // 2 if self._host.shows_labels else 0
+        return self._screen.picture(bar).colors(Rect(box.x + icon_width, bar.y, box.width - icon_width, bar.height))

@@ -82,6 +82,19 @@ TEST(StoredPreferences, AreEmptyWithoutAFile) {
     EXPECT_TRUE(holdsWith(folder.path("missing"), [] { return storedPreferenceLists() == Dictionary(); }));
 }
 
+TEST(StoredPreferences, HaveAnotherStampOnceTheyAreReplaced) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(holdsWith(folder.path(""), [] { return storedPreferencesStamp().empty(); }));
+    std::filesystem::create_directory(folder.path("kelvinbar"));
+    const std::string file = folder.write("kelvinbar/kelvinbar.conf", "a");
+    EXPECT_TRUE(holdsWith(folder.path(""), [&] {
+        const std::string before = storedPreferencesStamp();
+        const bool isStable = !before.empty() && storedPreferencesStamp() == before;
+        std::filesystem::rename(folder.write("new", "b"), file);
+        return isStable && storedPreferencesStamp() != before;
+    }));
+}
+
 TEST(StoredPreferences, DoNotWaitForAPipe) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.path("kelvinbar"));

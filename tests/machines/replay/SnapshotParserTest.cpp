@@ -4,6 +4,7 @@
 #include "tests/fakes/RawReadingText.h"
 #include "tests/machines/replay/Exporting.h"
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -47,6 +48,18 @@ TEST(SnapshotParser, ReadsKeysTypesAndBytesInTheOrderOfTheText) {
     EXPECT_EQ(parsed.machine.keys[1].dataType, packedSMCKey("sp78"));
     EXPECT_EQ(parsed.machine.keys[1].bytes, (std::vector<std::uint8_t>{0x28, 0x80}));
     EXPECT_EQ(parsed.machine.keys[2].bytes, (std::vector<std::uint8_t>{0x32, 0x2E, 0x34}));
+}
+
+TEST(SnapshotParser, ReadsWhenTheSnapshotWasTaken) {
+    const auto time = std::chrono::sys_days(std::chrono::year(2026) / 3 / 1) + std::chrono::hours(14) +
+                      std::chrono::minutes(5) + std::chrono::seconds(9);
+    const std::string later = "Generated: 2027-03-01T14:05:09Z";
+    EXPECT_EQ(parseSnapshot(head).machine.time, time);
+    EXPECT_EQ(parseSnapshot(std::string(head) + later).machine.time, time);
+    EXPECT_EQ(parseSnapshot("Generated:  2026-03-01T14:05:09Z \r\n").machine.time, time);
+    for (const std::string_view text : {"", "Generated: TIME", "Generated:", "TC0P\tsp78\t\t\tRAW=2880"}) {
+        EXPECT_EQ(parseSnapshot(text).machine.time, std::nullopt) << text;
+    }
 }
 
 TEST(SnapshotParser, GivesNothingForAnEmptyText) {

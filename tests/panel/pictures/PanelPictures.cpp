@@ -4,6 +4,7 @@
 #include "catalogue/SMCCategory.h"
 #include "machines/Platform.h"
 #include "machines/demo/DemoMachine.h"
+#include "process/StandardErrorSink.h"
 #include "tests/fakes/FakeSensorSource.h"
 #include "tests/fakes/FakeSystemInformation.h"
 #include "tests/panel/EmptyMachine.h"

@@ -92,6 +92,7 @@ TEST_F(ExaminationTest, TellsWhatAPassCosts) {
         EXPECT_TRUE(found.ends_with(" ms of processor time, 0 accesses to files and drivers")) << found;
     }
     EXPECT_EQ(source->requests.size(), 2U);
+    EXPECT_EQ(examination.accessesOfLastPass(), 0U);
 }
 
 TEST_F(ExaminationTest, TellsWhatTheLookAtTheSourcesFoundInsideAPass) {

@@ -42,6 +42,11 @@ TEST(PersonalPaths, EveryTextOfAFindingIsCleaned) {
     EXPECT_EQ(finding.advice, "Look into ~ at enxxxxxxxxxxx01");
 }
 
+TEST(PersonalPaths, SerialNumbersOfBatteriesAreMasked) {
+    EXPECT_EQ(hidden("1 unreadable: hid-F0T938400Q7J7QRAD-battery/capacity"),
+              "1 unreadable: hid-xxxxxx01-battery/capacity");
+}
+
 } // namespace
 
 } // namespace kelvinbar::personal_paths_test

@@ -42,5 +42,12 @@ TEST_F(AlertSoundTest, OfThisDesktopEndsWithTheTerminal) {
     for (const AlertWay& candidate : alertWays()) EXPECT_TRUE(candidate);
 }
 
+TEST(AlertFinding, TellsWhatIsMissedWithoutTheLibrary) {
+    EXPECT_EQ(alertFinding(true).state, FindingState::good);
+    EXPECT_TRUE(alertFinding(true).advice.empty());
+    EXPECT_EQ(alertFinding(false).state, FindingState::note);
+    EXPECT_NE(alertFinding(false).advice, "");
+}
+
 } // namespace
 } // namespace kelvinbar::alert_sound_test

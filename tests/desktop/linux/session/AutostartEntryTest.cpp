@@ -107,7 +107,7 @@ TEST_F(AutostartEntryTest, RegisteringMakesTheFolderAndACompleteEntry) {
     EXPECT_EQ(entryValues(text, "Type"), Texts{"Application"});
     EXPECT_EQ(entryValues(text, "Name"), Texts{"Kelvinbar"});
     ASSERT_EQ(entryValues(text, "Exec").size(), 1U);
-    EXPECT_EQ(commandIn(entryValues(text, "Exec")[0]), Texts{"kelvinbar"});
+    EXPECT_EQ(commandIn(entryValues(text, "Exec")[0]), Texts{program});
     EXPECT_TRUE(text.ends_with('\n'));
 }
 
@@ -338,7 +338,7 @@ TEST_F(AutostartEntryTest, RegisteringKeepsEverythingElse) {
     }
     EXPECT_EQ(kept, before);
     ASSERT_EQ(entryValues(after, "Exec").size(), 1U);
-    EXPECT_EQ(commandIn(entryValues(after, "Exec")[0]), Texts{"kelvinbar"});
+    EXPECT_EQ(commandIn(entryValues(after, "Exec")[0]), Texts{program});
     EXPECT_EQ(entryValues(after, "X-GNOME-Autostart-enabled"), Texts{"true"});
 }
 
@@ -421,15 +421,35 @@ TEST_F(AutostartEntryTest, VariablesThatAnEntrySetsBeforeItsProgramDoNotMatter) 
     EXPECT_FALSE(entry().isRegistered());
 }
 
-TEST_F(AutostartEntryTest, NamesTheProgramAsPathLeadsToIt) {
-    // An upgrade replaces the folder and the link, not the name.
+TEST_F(AutostartEntryTest, NamesThePathWherePathLeadsToTheProgram) {
+    // An upgrade replaces the folder and the link.
     const fs::path versioned = makeProgram("opt/kelvinbar-2/kelvinbar");
     fs::remove(program);
     fs::create_symlink(versioned, program);
     EXPECT_TRUE(entryFor({versioned, "--autostart"}).registerItem());
-    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), (Texts{"kelvinbar", "--autostart"}));
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), (Texts{program.string(), "--autostart"}));
     EXPECT_TRUE(entryFor({versioned}).isRegistered());
-    EXPECT_EQ(entryFor({versioned}).programWord(), "kelvinbar");
+}
+
+TEST_F(AutostartEntryTest, NamesTheLinkedFolderWherePathLeadsThere) {
+    const fs::path versioned = makeProgram("opt/kelvinbar-2/kelvinbar");
+    fs::create_directory_symlink("kelvinbar-2", tree.root() / "opt/kelvinbar");
+    surroundings.path = tree.root() / "opt/kelvinbar";
+    EXPECT_TRUE(entryFor({versioned}).registerItem());
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()),
+              Texts{tree.root() / "opt/kelvinbar/kelvinbar"});
+}
+
+TEST_F(AutostartEntryTest, StartsTheProgramInASessionWhosePathDoesNotLeadToIt) {
+    EXPECT_TRUE(entry().registerItem());
+    surroundings.path = "/usr/bin";
+    EXPECT_TRUE(entry().isRegistered());
+}
+
+TEST_F(AutostartEntryTest, TheUserTypesTheNameWherePathLeadsToTheProgram) {
+    EXPECT_EQ(entry().programWord(), "kelvinbar");
+    surroundings.path = "";
+    EXPECT_EQ(entry().programWord(), program);
 }
 
 TEST_F(AutostartEntryTest, NamesTheFullPathWherePathLeadsElsewhere) {
@@ -476,17 +496,33 @@ TEST_F(AutostartEntryTest, RenewingMakesAStaleEntryStartThisProgram) {
     entry().renew();
     EXPECT_TRUE(entry().isRegistered());
     const std::string text = textOf(file);
-    EXPECT_EQ(commandIn(entryValues(text, "Exec").front()), (Texts{"kelvinbar", "--autostart", "-v"}));
+    EXPECT_EQ(commandIn(entryValues(text, "Exec").front()), (Texts{program, "--autostart", "-v"}));
     EXPECT_EQ(entryValues(text, "X-Delay"), Texts{"3"});
     EXPECT_EQ(linesOf(text).front(), "# mine");
     EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is written"));
 }
 
-TEST_F(AutostartEntryTest, RenewingReplacesAnotherCopyOfTheProgram) {
-    const fs::path older = makeProgram("opt/kelvinbar-1/kelvinbar");
-    write("[Desktop Entry]\nExec=env LANG=C \"" + older.string() + "\"\n");
+TEST_F(AutostartEntryTest, RenewingKeepsWhatComesBeforeTheProgram) {
+    write("[Desktop Entry]\nExec=env LANG=C /opt/gone/kelvinbar\n");
     entry().renew();
-    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), (Texts{"env", "LANG=C", "kelvinbar"}));
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), (Texts{"env", "LANG=C", program}));
+}
+
+TEST_F(AutostartEntryTest, RenewingReplacesANameThatPathDoesNotLeadTo) {
+    write("[Desktop Entry]\nExec=kelvinbar\n");
+    surroundings.path = "/nowhere";
+    entry().renew();
+    EXPECT_EQ(commandIn(entryValues(textOf(file), "Exec").front()), Texts{program});
+}
+
+TEST_F(AutostartEntryTest, RenewingLeavesAnEntryOfAnotherCopyThatIsThere) {
+    const std::string installed = "[Desktop Entry]\nExec=" + makeProgram("usr/kelvinbar").string() + "\n";
+    write(installed);
+    entry().renew();
+    EXPECT_EQ(textOf(file), installed);
+    EXPECT_FALSE(entry().isRegistered());
+    EXPECT_TRUE(entry().registerItem()); // the user's click
+    EXPECT_TRUE(entry().isRegistered());
 }
 
 TEST_F(AutostartEntryTest, RenewingLeavesOtherEntriesAsTheyAre) {

@@ -2,6 +2,7 @@
 
 #include "tests/fakes/RecordingLog.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <chrono>
 #include <condition_variable>
@@ -59,6 +60,12 @@ class DirectedFile {
         return attempts_;
     }
 
+    /// To check that nothing is written.
+    bool isWrittenWithin(std::chrono::milliseconds duration) {
+        std::unique_lock lock(mutex_);
+        return changed_.wait_for(lock, duration, [this] { return !attempts_.empty(); });
+    }
+
   private:
     std::mutex mutex_;
     std::condition_variable changed_;
@@ -77,29 +84,55 @@ class PreferencesWriterTest : public testing::Test {
             WriterPatience{.retries = std::move(retries), .atEnd = 10s}, recording_.log);
     }
 
+    /// Ends this turn of the event loop and waits for that many attempts. Returns all there were.
+    std::vector<std::string> attempts(std::size_t count) {
+        QCoreApplication::sendPostedEvents();
+        return file_->attempts(count);
+    }
+
     std::shared_ptr<DirectedFile> file_ = std::make_shared<DirectedFile>();
     fakes::RecordingLog recording_{"preferences=info"};
 };
 
-TEST_F(PreferencesWriterTest, WritesAChangeAtOnce) {
+TEST_F(PreferencesWriterTest, WritesAChangeAtTheEndOfTheTurn) {
     const auto writer = make();
     writer->add("a", 1);
-    EXPECT_THAT(file_->attempts(1), ElementsAre("a=1"));
+    EXPECT_THAT(attempts(1), ElementsAre("a=1"));
     file_->answer(written);
     EXPECT_TRUE(writer->flush(10s));
+}
+
+TEST_F(PreferencesWriterTest, WritesTheChangesOfOneTurnOfTheEventLoopTogether) {
+    const auto writer = make();
+    writer->add("a", 1);
+    EXPECT_FALSE(file_->isWrittenWithin(100ms));
+    writer->add("b", 1);
+    writer->add("a", 2);
+    EXPECT_THAT(attempts(1), ElementsAre("a=2 b=1"));
+    file_->answer(written);
+    EXPECT_TRUE(writer->flush(10s));
+    EXPECT_EQ(attempts(1).size(), 1U);
+}
+
+TEST_F(PreferencesWriterTest, FlushingDoesNotWaitForTheEventLoop) {
+    const auto writer = make();
+    writer->add("a", 1);
+    file_->answer(written);
+    EXPECT_TRUE(writer->flush(10s));
+    EXPECT_THAT(attempts(1), ElementsAre("a=1"));
 }
 
 TEST_F(PreferencesWriterTest, WritesTogetherWhatChangesWhileItWrites) {
     const auto writer = make();
     writer->add("a", 1);
-    file_->attempts(1);
+    attempts(1);
     writer->add("b", 1);
     writer->add("a", 2);
     writer->add("b", {});
     file_->answer(written);
     file_->answer(written);
     EXPECT_TRUE(writer->flush(10s));
-    EXPECT_THAT(file_->attempts(2), ElementsAre("a=1", "a=2 b="));
+    EXPECT_THAT(attempts(2), ElementsAre("a=1", "a=2 b="));
 }
 
 TEST_F(PreferencesWriterTest, WritesAgainAfterItWasIdle) {
@@ -109,18 +142,18 @@ TEST_F(PreferencesWriterTest, WritesAgainAfterItWasIdle) {
         file_->answer(written);
         EXPECT_TRUE(writer->flush(10s));
     }
-    EXPECT_THAT(file_->attempts(3), ElementsAre("a=1", "a=2", "a=3"));
+    EXPECT_THAT(attempts(3), ElementsAre("a=1", "a=2", "a=3"));
 }
 
 TEST_F(PreferencesWriterTest, TriesAgainWithTheNewestValues) {
     const auto writer = make();
     writer->add("a", 1);
     writer->add("b", 1);
-    file_->attempts(1);
+    attempts(1);
     writer->add("a", 2);
     file_->answer(diskIsFull);
     file_->answer(written);
-    EXPECT_EQ(file_->attempts(2).back(), "a=2 b=1");
+    EXPECT_EQ(attempts(2).back(), "a=2 b=1");
     EXPECT_TRUE(writer->flush(10s));
 }
 
@@ -128,7 +161,7 @@ TEST_F(PreferencesWriterTest, RepeatsTheLastPause) {
     const auto writer = make({1ms, 2ms});
     writer->add("a", 1);
     for (int failure = 0; failure < 4; ++failure) file_->answer(diskIsFull);
-    file_->attempts(5);
+    attempts(5);
     file_->answer(written);
     EXPECT_TRUE(writer->flush(10s));
 }
@@ -137,10 +170,10 @@ TEST_F(PreferencesWriterTest, FlushingEndsThePause) {
     const auto writer = make({1h});
     writer->add("a", 1);
     file_->answer(diskIsFull);
-    file_->attempts(1);
+    attempts(1);
     file_->answer(written);
     EXPECT_TRUE(writer->flush(10s) || writer->flush(10s)); // the first attempt may not have failed yet
-    EXPECT_THAT(file_->attempts(2), ElementsAre("a=1", "a=1"));
+    EXPECT_THAT(attempts(2), ElementsAre("a=1", "a=1"));
 }
 
 TEST_F(PreferencesWriterTest, FlushingGivesUpAfterAFailure) {
@@ -153,13 +186,13 @@ TEST_F(PreferencesWriterTest, FlushingGivesUpAfterAFailure) {
     file_->answer(written);
     writer->add("b", 1);
     EXPECT_TRUE(writer->flush(10s));
-    EXPECT_EQ(file_->attempts(3).back(), "a=1 b=1");
+    EXPECT_EQ(attempts(3).back(), "a=1 b=1");
 }
 
 TEST_F(PreferencesWriterTest, FlushingWithoutChangesWritesNothing) {
     const auto writer = make();
     EXPECT_TRUE(writer->flush(10s));
-    EXPECT_THAT(file_->attempts(0), IsEmpty());
+    EXPECT_THAT(attempts(0), IsEmpty());
 }
 
 TEST_F(PreferencesWriterTest, LogsAFailureOnceAndItsEnd) {
@@ -169,7 +202,7 @@ TEST_F(PreferencesWriterTest, LogsAFailureOnceAndItsEnd) {
     file_->answer(diskIsFull);
     file_->answer({false, "no folder"});
     file_->answer({true, "kept aside"});
-    file_->attempts(4);
+    attempts(4);
     EXPECT_TRUE(writer->flush(10s));
     EXPECT_THAT(recording_.lines(),
                 ElementsAre("kelvinbar: disk full", "kelvinbar: no folder",
@@ -182,7 +215,7 @@ TEST_F(PreferencesWriterTest, WritesWhatIsPendingBeforeItsEnd) {
     writer->add("a", 1);
     file_->answer(written);
     writer = nullptr;
-    EXPECT_THAT(file_->attempts(1), ElementsAre("a=1"));
+    EXPECT_THAT(attempts(1), ElementsAre("a=1"));
     EXPECT_THAT(recording_.lines(), IsEmpty());
 }
 
@@ -205,7 +238,7 @@ TEST_F(PreferencesWriterTest, DoesNotWaitForAWriteThatDoesNotReturn) {
             [file = file_, whenDestroyed](const PreferenceChanges& changes) { return file->write(changes); },
             {.retries = {1h}, .atEnd = 1ms}, recording_.log);
         writer.add("a", 1);
-        file_->attempts(1);
+        attempts(1);
     }
     EXPECT_THAT(recording_.lines(), ElementsAre("kelvinbar: the last changes of the preferences are lost"));
     file_->answer(diskIsFull);

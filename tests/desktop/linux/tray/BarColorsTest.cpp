@@ -92,6 +92,23 @@ TEST_F(BarColorsTest, FollowTheThemeOfPlasma) {
     EXPECT_TRUE(becomesDark());
 }
 
+TEST_F(BarColorsTest, FollowTheFirstThemeThatTheUserChooses) {
+    plasma_.write("config/kdeglobals", PlasmaSettings::lightWindows);
+    plasma_.write("data/plasma/desktoptheme/breeze-dark/colors", PlasmaSettings::darkWindows);
+    EXPECT_FALSE(make("KDE").isDark());
+    plasma_.write("config/plasmarc", "[Theme]\nname=breeze-dark\n");
+    EXPECT_TRUE(becomesDark());
+    plasma_.write("config/plasmarc", "[Theme]\nname=default\n");
+    EXPECT_TRUE(becomesDark(false));
+}
+
+TEST_F(BarColorsTest, FollowTheFirstColorsThatTheUserChooses) {
+    plasma_.write("config/other", "");
+    EXPECT_FALSE(make("KDE").isDark());
+    plasma_.write("config/kdeglobals", PlasmaSettings::darkWindows);
+    EXPECT_TRUE(becomesDark());
+}
+
 TEST_F(BarColorsTest, DoNotChangeWithAFileThatLeavesThemAsTheyWere) {
     plasma_.write("config/kdeglobals", PlasmaSettings::lightWindows);
     make("KDE");

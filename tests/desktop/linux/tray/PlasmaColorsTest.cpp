@@ -81,5 +81,15 @@ TEST(PlasmaFolders, OfThisUserIncludeWhatTheGlobalThemeSets) {
     EXPECT_FALSE(folders.data.isEmpty());
 }
 
+TEST_F(PlasmaColorsTest, LackAFileInTheUsersFolderUntilBothAreThere) {
+    const PlasmaFolders folders = plasma_.folders();
+    plasma_.write("config/kdedefaults/plasmarc", "[Theme]\nname=default\n");
+    plasma_.write("config/kdeglobals", PlasmaSettings::lightWindows);
+    EXPECT_EQ(folderOfMissingPlasmaPanelSettings(folders), folders.config.constFirst());
+    plasma_.write("config/plasmarc", "[Theme]\nname=default\n");
+    EXPECT_EQ(folderOfMissingPlasmaPanelSettings(folders), "");
+    EXPECT_EQ(folderOfMissingPlasmaPanelSettings({}), "");
+}
+
 } // namespace
 } // namespace kelvinbar::plasma_colors_test

@@ -485,6 +485,7 @@ TEST(TrayItem, DoesNotWakeUpWhereThereIsNothingToAlternate) {
 
 TEST(TrayItem, DoesNotAlternateWhereLabelsAreShown) {
     Tray tray(withLabels, alternating);
+    tray.settle();
     tray.pin({cpu, fan});
     EXPECT_FALSE(tray.wakesUp());
     EXPECT_THAT(tray.entries(), Not(Contains("Alternate Readings in Icon")));

@@ -36,6 +36,7 @@ class Cinnamon(Host):
     def start(self) -> None:
         self.environment = {"XDG_CURRENT_DESKTOP": "X-Cinnamon"}
         self._write_settings(SETTINGS % self.scale)
+        self._set_font_resolution()
         super().start()
 
     def start_bar(self) -> None:

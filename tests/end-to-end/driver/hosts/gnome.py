@@ -29,6 +29,7 @@ enable-animations=false
 
 class Gnome(Host):
     shadow = PANEL_SHADOW
+    shows_labels = True
     tray_seconds = 30
     settle_seconds = 3
     menu_button = 1

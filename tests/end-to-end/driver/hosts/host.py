@@ -27,6 +27,7 @@ class Host:
     scale = 1
     shadow = 0  # how far the panel's may reach; none without a compositor
     places_its_programs = False
+    shows_labels = False  # beside the icon; elsewhere a reading is drawn into the icon
     menu_button = 3
     menu_entry_offset = 14  # from the top of the menu to its first entry
 
@@ -108,6 +109,12 @@ class Host:
     def _write_settings(self, text: str) -> None:
         """Writes what programs read through GSettings."""
         self.desktop.write(self.desktop.configuration / "glib-2.0/settings/keyfile", text)
+
+    def _set_font_resolution(self) -> None:
+        """Tells programs the scale, as settings daemons do."""
+        file = self.desktop.home / "resources"
+        self.desktop.write(file, f"Xft.dpi: {96 * self.scale}\n")
+        self.desktop.run(["xrdb", "-nocpp", "-merge", str(file)])
 
     def _launch_window_manager(self) -> None:
         """Xfce's, for desktops that are only a bar, or not even that."""

@@ -67,11 +67,6 @@ class Plasma(Host):
         """The watcher outlives the shell."""
         return super().has_tray() and self.desktop.bus.has(SHELL)
 
-    def _set_font_resolution(self) -> None:
-        file = self.desktop.home / "resources"
-        self.desktop.write(file, f"Xft.dpi: {96 * self.scale}\n")
-        self.desktop.run(["xrdb", "-nocpp", "-merge", str(file)])
-
     def _lay_out(self) -> None:
         script = GLib.Variant("(s)", (LAYOUT % (self.bar.height, TRAY_APPLETS),))
         self.desktop.bus.call(SHELL, "/PlasmaShell", "org.kde.PlasmaShell", "evaluateScript", script)

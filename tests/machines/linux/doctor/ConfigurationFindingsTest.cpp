@@ -2,6 +2,7 @@
 
 #include "tests/machines/linux/TemporaryTree.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -13,11 +14,43 @@ namespace {
 
 TEST(ConfigurationFindings, TellsWhatConfiguresASource) {
     const std::vector<SourceReport> reports{
-        {.name = "hardware monitors", .configuration = "libsensors 3.6.0 is used"}, {.name = "batteries"}};
+        {.name = "hardware monitors", .configuration = {.description = "libsensors 3.6.0 is used"}},
+        {.name = "batteries"}};
     const auto findings = configurationFindings(reports, "/");
     ASSERT_EQ(findings.size(), 2U);
     EXPECT_EQ(findings[0].subject, "configuration of hardware monitors");
     EXPECT_EQ(findings[0].found, "libsensors 3.6.0 is used");
+    EXPECT_EQ(findings[0].state, FindingState::good);
+}
+
+TEST(ConfigurationFindings, ErrorsInTheConfigurationAreAProblem) {
+    SourceReport report{
+        .name = "hardware monitors",
+        .configuration = {.description = "libsensors is used", .errors = {"board:3: syntax"}}};
+    auto findings = configurationFindings(std::span(&report, 1), "/");
+    ASSERT_EQ(findings.size(), 3U);
+    EXPECT_EQ(findings[1].subject, "configuration of hardware monitors, errors");
+    EXPECT_EQ(findings[1].state, FindingState::problem);
+    EXPECT_EQ(findings[1].found, "board:3: syntax");
+    EXPECT_NE(findings[1].advice, "");
+    report.configuration.errors.emplace_back("board:4: syntax");
+    EXPECT_EQ(configurationFindings(std::span(&report, 1), "/")[1].found,
+              "board:3: syntax, and 1 more error");
+}
+
+TEST(ConfigurationFindings, ARefusedConfigurationIsAProblemWhereThereAreFiles) {
+    SourceReport report{.name = "hardware monitors",
+                        .configuration = {.description = "libsensors is not used: file too short",
+                                          .isUsed = false,
+                                          .hasFiles = true}};
+    const auto refused = configurationFindings(std::span(&report, 1), "/").front();
+    EXPECT_EQ(refused.state, FindingState::problem);
+    EXPECT_EQ(refused.found, "libsensors is not used: file too short");
+    EXPECT_NE(refused.advice, "");
+    report.configuration.hasFiles = false;
+    const auto unused = configurationFindings(std::span(&report, 1), "/").front();
+    EXPECT_EQ(unused.state, FindingState::note);
+    EXPECT_NE(unused.advice, "");
 }
 
 TEST(ConfigurationFindings, TellsWhetherThereArePreferences) {

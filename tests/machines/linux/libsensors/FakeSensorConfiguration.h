@@ -46,7 +46,9 @@ class FakeSensorConfiguration final : public SensorConfiguration {
         return found == chips.end() ? nullptr : &found->second;
     }
 
-    [[nodiscard]] std::string description() const override { return "a fake configuration"; }
+    [[nodiscard]] ConfigurationReport report() const override {
+        return {.description = "a fake configuration"};
+    }
 
     /// Adds a feature. Its value is that of the computation, if there is one.
     void add(const std::string& chip, const std::string& feature, const std::string& label,

@@ -266,11 +266,35 @@ TEST_F(LibsensorsTest, ErrorsInTheConfigurationAreWarnings) {
 TEST_F(LibsensorsTest, DescribesWhichConfigurationIsUsed) {
     etc.write("sensors3.conf", "");
     refresh();
-    EXPECT_THAT(configuration->description(), HasSubstr("is used with "));
-    EXPECT_THAT(configuration->description(), HasSubstr("sensors3.conf"));
+    EXPECT_THAT(configuration->report().description, HasSubstr("is used with "));
+    EXPECT_THAT(configuration->report().description, HasSubstr("sensors3.conf"));
     open("/nonexistent.so");
     refresh();
-    EXPECT_THAT(configuration->description(), HasSubstr("libsensors is not used: /nonexistent.so"));
+    EXPECT_THAT(configuration->report().description, HasSubstr("libsensors is not used: /nonexistent.so"));
+}
+
+TEST_F(LibsensorsTest, ReportsErrorsOfTheLastStart) {
+    fake->parseError = "syntax error";
+    refresh();
+    EXPECT_TRUE(configuration->report().isUsed);
+    EXPECT_THAT(configuration->report().errors, ElementsAre("/etc/sensors.d/board:3: syntax error"));
+    fake->parseError = "";
+    etc.write("sensors.d/board", "chip \"*\"\n");
+    refresh();
+    EXPECT_THAT(configuration->report().errors, IsEmpty());
+}
+
+TEST_F(LibsensorsTest, ReportsThatFilesDoNotCountWithoutTheLibrary) {
+    open("/nowhere/libsensors.so.5");
+    refresh();
+    EXPECT_FALSE(configuration->report().isUsed);
+    EXPECT_FALSE(configuration->report().hasFiles);
+    etc.write("sensors.d/board", "chip \"*\"\n");
+    fake->initResult = -4;
+    open();
+    refresh();
+    EXPECT_FALSE(configuration->report().isUsed);
+    EXPECT_TRUE(configuration->report().hasFiles);
 }
 
 } // namespace

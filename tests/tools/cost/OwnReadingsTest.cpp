@@ -1,4 +1,4 @@
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 
 #include "base/Text.h"
 #include "tools/OutputFormats.h"
@@ -67,6 +67,21 @@ TEST(OwnReadings, HaveAKeyANameAndAUnitEach) {
                                    "kelvinbar/resident-memory | Resident Memory | 3 MB",
                                    "kelvinbar/private-memory | Private Memory | 1 MB",
                                    "kelvinbar/accesses | Accesses a Pass | 40"));
+}
+
+TEST(OwnReadings, ShowTwoDigitsOfALowCost) {
+    const auto shown = [](double cpuTime) {
+        ProgramCost cost;
+        cost.cpuTimePerMinute = cpuTime;
+        return ownReadings(cost, "tray program").front().displayValue();
+    };
+    EXPECT_EQ(shown(0), "0 s");
+    EXPECT_EQ(shown(0.00042), "0.00042 s");
+    EXPECT_EQ(shown(0.0031), "0.0031 s");
+    EXPECT_EQ(shown(0.00496), "0.0050 s");
+    EXPECT_EQ(shown(0.009996), "0.0100 s");
+    EXPECT_EQ(shown(0.0123), "0.012 s");
+    EXPECT_EQ(shown(1e-300), "0 s");
 }
 
 TEST(OwnReadings, LeaveOutWhatIsNotKnown) {

@@ -1,8 +1,10 @@
-#include "tools/OwnReadings.h"
+#include "tools/cost/OwnReadings.h"
 
+#include "base/NumberText.h"
 #include "store/ValueNormalization.h"
-#include "tools/PrintedText.h"
 
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,6 +15,21 @@ namespace kelvinbar {
 namespace {
 
 constexpr std::string_view keyStart = "kelvinbar/";
+
+/// The first two digits that are not zero: "0.00042".
+std::string twoDigitText(double number) {
+    const int decimals = 1 - static_cast<int>(std::floor(std::log10(number)));
+    const std::string digits = fixedText(number * std::pow(10, decimals), 0);
+    return std::string("0.").append(static_cast<std::size_t>(decimals) - digits.size(), '0').append(digits);
+}
+
+/// A program that does little costs less than the decimals of a sensor's value tell.
+std::string valueText(double number, std::string_view unit) {
+    constexpr double least = 1e-9;
+    constexpr double fewDecimals = 0.01;
+    const bool isSmall = number >= least && number < fewDecimals;
+    return isSmall ? twoDigitText(number) : normalizeValue("", "", number, unit).value;
+}
 
 /// Adds readings of one program.
 class OwnReadingList {
@@ -26,10 +43,10 @@ class OwnReadingList {
         reading.key = std::string(keyStart).append(key);
         reading.name = name;
         reading.type = program_;
-        reading.value = normalizeValue("", "", number, unit).value;
+        reading.value = valueText(*number, unit);
         reading.numericValue = number;
         reading.unit = unit;
-        reading.raw = shortestText(*number);
+        reading.raw = reading.value;
         reading.status = "OK";
         readings_.push_back(std::move(reading));
     }
