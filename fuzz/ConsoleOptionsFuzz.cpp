@@ -1,9 +1,10 @@
-// Any command line and any choice of log levels. Input: a line for KELVINBAR_LOG, then a line for each
-// argument.
+// Any command line of the tray programs and any choice of log levels. Input: a line for KELVINBAR_LOG, then a
+// line for each argument.
 
 #include "app/ProgramOptions.h"
 #include "base/Log.h"
 #include "fuzz/Check.h"
+#include "fuzz/CommandWords.h"
 #include "fuzz/InputText.h"
 #include "fuzz/QuietLog.h"
 
@@ -11,7 +12,6 @@
 #include <cstdint>
 #include <iostream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,32 +19,6 @@
 namespace kelvinbar::fuzz {
 
 namespace {
-
-constexpr std::size_t mostLines = 64;
-
-/// Keeps what is printed on a stream from the fuzzer's own output.
-class Captured {
-  public:
-    explicit Captured(std::ostream& stream) : stream_(stream), before_(stream.rdbuf(text_.rdbuf())) {}
-
-    Captured(const Captured&) = delete;
-    Captured& operator=(const Captured&) = delete;
-
-    ~Captured() { stream_.rdbuf(before_); }
-
-    [[nodiscard]] bool isEmpty() const { return text_.view().empty(); }
-
-  private:
-    std::ostringstream text_;
-    std::ostream& stream_;
-    std::streambuf* before_;
-};
-
-std::vector<const char*> pointersTo(const std::vector<std::string>& words) {
-    std::vector<const char*> pointers;
-    for (const std::string& word : words) pointers.push_back(word.c_str());
-    return pointers;
-}
 
 void answer(const ProgramOptions& options, const ProgramDescription& program) {
     const Captured output(std::cout);
@@ -66,15 +40,14 @@ void answer(const ProgramOptions& options, const ProgramDescription& program) {
 }
 
 void tryOptions(std::string_view input) {
-    std::vector<std::string> words;
-    for (const std::string_view word : parts(input, '\n', mostLines)) words.emplace_back(word);
+    std::vector<std::string> words = commandWords(input);
     NoSink sink;
     const Log log(sink, words.front());
     check(log.isOn(LogCategory::tray, LogLevel::error), "errors are always shown");
 
     words.front() = "kelvinbar";
-    const std::vector<const char*> pointers = pointersTo(words);
-    const ProgramOptions options = programOptions(static_cast<int>(pointers.size()), pointers.data());
+    const std::vector<char*> arguments = argumentsOf(words);
+    const ProgramOptions options = programOptions(static_cast<int>(arguments.size()), arguments.data());
     answer(options, {.name = "kelvinbar", .machineNames = {}, .usualMachineName = {}});
     answer(options, {.name = "demo", .machineNames = {"amd-pc", "linux-pc"}, .usualMachineName = "linux-pc"});
 }

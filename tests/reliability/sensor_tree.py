@@ -29,13 +29,18 @@ def may_mount() -> bool:
     return subprocess.run([*own_mounts(), "mount", "--bind", "/sys", "/sys"], capture_output=True).returncode == 0
 
 
+def skip_unless_mountable() -> None:
+    """Skips the test where nothing can be mounted, as in many containers."""
+    if not may_mount():
+        pytest.skip("this user may not mount folders here")
+
+
 class SensorTree:
     """The folder, and a place beside it where chips are built before they appear at once."""
 
     def __init__(self, folder: Path) -> None:
-        """Skips the test where nothing can be mounted, as in many containers."""
-        if not may_mount():
-            pytest.skip("this user may not mount folders here")
+        """Skips the test where nothing can be mounted."""
+        skip_unless_mountable()
         self._root = folder / "sys"
         self._chips = self._root / "class/hwmon"
         self._workshop = folder / "workshop"
@@ -55,6 +60,18 @@ class SensorTree:
         for number, temperature in enumerate(temperatures, 1):
             (entry / f"temp{number}_input").write_text(f"{round(1000 * temperature)}\n")
         entry.rename(self._chips / chip)
+
+    def write(self, path: str, text: str) -> None:
+        """Writes a file below /sys."""
+        file = self._root / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(f"{text}\n")
+
+    def link(self, path: str, target: str) -> None:
+        """Makes a link below /sys."""
+        link = self._root / path
+        link.parent.mkdir(parents=True, exist_ok=True)
+        link.symlink_to(target)
 
     def plug_controller(self, key: str, temperature: float) -> None:
         """Adds an Apple computer's controller with one key. Its data stays that of the key, whichever is selected."""

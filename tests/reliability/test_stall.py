@@ -4,7 +4,8 @@ import itertools
 import signal
 import subprocess
 import time
-from collections.abc import Callable, Iterator
+from collections.abc import Callable, Sequence
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 from typing import NamedTuple
 
@@ -13,7 +14,7 @@ import pytest
 from driver.desktop import Desktop
 from driver.program import Program
 from driver.waiting import wait_until
-from sensor_tree import CONTROLLER, ConfiguredTree, SensorProgram, SensorTree
+from sensor_tree import CONTROLLER, ConfiguredTree, SensorProgram, SensorTree, skip_unless_mountable
 
 STEADY = "steady"
 SLOW = "slow"
@@ -32,25 +33,71 @@ class Driver(NamedTuple):
     """A driver with one sensor, and the call for one of its files that is not going to return."""
 
     call: str  # "open", "read", or "stream": to open it as a stream
-    file: str = f"{SLOW}/temp1_input"
+    file: str = f"class/hwmon/{SLOW}/temp1_input"  # below /sys
     key: str = f"{SLOW}-virtual-0/temp1"
     make_tree: Callable[[Path], SensorTree] = SensorTree
-    plug: Callable[[SensorTree, float], None] = lambda tree, temperature: tree.plug(SLOW, [temperature])
-    set: Callable[[SensorTree, float], None] = lambda tree, temperature: tree.set(SLOW, temperature)
+    plug: Callable[[SensorTree, float], None] = lambda tree, value: tree.plug(SLOW, [value])
+    set: Callable[[SensorTree, float], None] = lambda tree, value: tree.set(SLOW, value)
+    shown: str = "61"  # for the value 61
+    whens: Sequence[str] = WHENS
+    has_others: bool = True  # there is another sensor
+
+
+SUPPLY = "class/power_supply/BAT0"
+ZONE = "class/powercap/intel-rapl:0"
+ONLY_BEFORE = ("before",)  # what is read at a search, of which there is one at the start
+
+
+def plug_supply(tree: SensorTree, volts: float) -> None:
+    tree.write(f"{SUPPLY}/type", "Battery")
+    set_supply(tree, volts)
+
+
+def set_supply(tree: SensorTree, volts: float) -> None:
+    tree.write(f"{SUPPLY}/voltage_now", str(round(1_000_000 * volts)))
+
+
+def plug_counter(tree: SensorTree, _: float) -> None:
+    """It stands still."""
+    tree.write(f"{ZONE}/name", "package-0")
+    tree.write(f"{ZONE}/energy_uj", "61000000")
+
+
+def plug_cores(tree: SensorTree, _: float) -> None:
+    for kind, processor in (("cpu_core", 0), ("cpu_atom", 1)):
+        tree.write(f"devices/{kind}/cpus", str(processor))
+
+
+def plug_thermal_zone(tree: SensorTree, celsius: float) -> None:
+    """Which is only looked at where there is no sensor."""
+    tree.write("class/thermal/thermal_zone0/temp", str(round(1000 * celsius)))
 
 
 DRIVERS = {
     "read": Driver("read"),
-    "open": Driver("open"),
+    "open": Driver("open", whens=ONLY_BEFORE),
     "libsensors": Driver("stream", make_tree=ConfiguredTree),
     "controller": Driver(
         "read",
-        file=f"{CONTROLLER}/key_at_index_data",
+        file=f"class/hwmon/{CONTROLLER}/key_at_index_data",
         key="TC0P",
-        plug=lambda tree, temperature: tree.plug_controller("TC0P", temperature),
+        plug=lambda tree, value: tree.plug_controller("TC0P", value),
         set=SensorTree.set_controller,
     ),
+    "supply": Driver("read", f"{SUPPLY}/voltage_now", "BAT0/voltage_now", plug=plug_supply, set=set_supply),
+    "type of a supply": Driver("read", f"{SUPPLY}/type", plug=plug_supply, whens=ONLY_BEFORE),
+    "energy counter": Driver("read", f"{ZONE}/energy_uj", "intel-rapl-0/energy", plug=plug_counter, shown="0 W"),
+    "name of an energy counter": Driver("read", f"{ZONE}/name", plug=plug_counter, whens=ONLY_BEFORE),
+    "kinds of cores": Driver("read", "devices/cpu_atom/cpus", plug=plug_cores, whens=ONLY_BEFORE),
+    "thermal zone": Driver(
+        "read",
+        "class/thermal/thermal_zone0/temp",
+        plug=plug_thermal_zone,
+        whens=ONLY_BEFORE,
+        has_others=False,
+    ),
 }
+THAT_COME_BACK = ("read", "libsensors", "controller", "supply")
 
 
 class Stall:
@@ -61,7 +108,7 @@ class Stall:
         self.variables = (
             f"LD_PRELOAD={library}",
             f"STALL_WHILE={self._switch}",
-            f"STALLED_FILE={driver.file}",
+            f"STALLED_FILE={'/'.join(Path(driver.file).parts[-2:])}",
             f"STALLED_CALL={driver.call}",
         )
 
@@ -78,14 +125,19 @@ class Stall:
 
 @pytest.fixture
 def driver(request: pytest.FixtureRequest) -> Driver:
-    """That of the kernel whose reads stall, unless the test names another."""
+    """That of a chip whose reads stall, unless the test names another."""
     return DRIVERS[getattr(request, "param", "read")]
 
 
 @pytest.fixture
 def tree(driver: Driver, tmp_path: Path) -> SensorTree:
-    tree = driver.make_tree(tmp_path)
-    tree.plug(STEADY, [41])
+    return tree_of(driver, tmp_path)
+
+
+def tree_of(driver: Driver, folder: Path) -> SensorTree:
+    tree = driver.make_tree(folder)
+    if driver.has_others:
+        tree.plug(STEADY, [41])
     driver.plug(tree, 61)
     return tree
 
@@ -114,9 +166,10 @@ def start_with_stall(program: SensorProgram, driver: Driver, stall: Stall, when:
     program.start()
     if when == "during":
         stall.begin()
-    wait_until(SET_ASIDE_SECONDS, "the sensor that answers", lambda: shows(program, "41"))
+    if driver.has_others:
+        wait_until(SET_ASIDE_SECONDS, "the sensor that answers", lambda: shows(program, "41"))
     if when == "after":
-        wait_until(SET_ASIDE_SECONDS, "the sensor that is about to stall", lambda: shows(program, "61"))
+        wait_until(SET_ASIDE_SECONDS, "the sensor that is about to stall", lambda: shows(program, driver.shown))
         stall.begin()
         wait_until(SET_ASIDE_SECONDS, "the sensor set aside", lambda: shows(program, "no answer"))
     wait_until(SET_ASIDE_SECONDS, "a stuck thread", stall.is_reached)
@@ -136,39 +189,77 @@ def seconds_to_quit(program: SensorProgram, way: str) -> float:
 
 # The session's end is that of the terminal or of the session manager, which sends SIGHUP or SIGTERM.
 WAYS = ("SIGTERM", "menu", "SIGHUP")
-QUICK = {
-    ("read", "before", "SIGTERM"),
-    ("open", "before", "menu"),
-    ("read", "during", "menu"),
-    ("read", "after", "SIGHUP"),
-    ("libsensors", "before", "SIGTERM"),
-    ("controller", "before", "SIGTERM"),
-    ("controller", "after", "menu"),
-}
+PARALLEL_CASES = 6  # which mostly wait
 
 
-def cases() -> Iterator[object]:
-    """A file that is kept open is opened only at the start."""
-    for name, when, way in itertools.product(DRIVERS, WHENS, WAYS):
-        if name != "open" or when == "before":
-            marks = () if (name, when, way) in QUICK else pytest.mark.night
-            yield pytest.param(name, when, way, id=f"{name}-{when}-{way}", marks=marks)
+class Case(NamedTuple):
+    name: str  # of the driver
+    when: str
+    way: str
+
+    def __str__(self) -> str:
+        return f"{self.name} {self.when} {self.way}"
+
+
+def cases() -> list[Case]:
+    return [
+        Case(name, when, way) for name, driver in DRIVERS.items() for when, way in itertools.product(driver.whens, WAYS)
+    ]
+
+
+class Ending(NamedTuple):
+    case: Case
+    seconds: float = 0
+    is_written: bool = False
+    failure: str = ""
+
+    @property
+    def held(self) -> bool:
+        return not self.failure and self.seconds < QUIT_SECONDS and self.is_written
+
+
+def ending_of(case: Case, program: Path, library: Path, folder: Path, artefacts: Path) -> Ending:
+    """Of the program, on a desktop of its own."""
+    driver = DRIVERS[case.name]
+    folder.mkdir()
+    tree = tree_of(driver, folder)
+    stall = Stall(library, folder, driver)
+    desktop = Desktop(f"stall {case}".replace(" ", "-"), artefacts)
+    try:
+        sensors = SensorProgram(program, desktop, tree, stall.variables)
+        start_with_stall(sensors, driver, stall, case.when)
+        seconds = seconds_to_quit(sensors, case.way)
+        return Ending(case, seconds, desktop_preferences(desktop).get(CHANGED) == "1")
+    except Exception as error:  # of one case among many
+        logs = "".join(log.read_text(errors="replace")[-1000:] for log in sorted(desktop.logs.glob("program*.log")))
+        return Ending(case, failure=f"{error!r}\n{logs}")
+    finally:
+        desktop.stop()
 
 
 @pytest.mark.program("kelvinbar")
-@pytest.mark.parametrize(("driver", "when", "way"), cases(), indirect=["driver"])
 def test_quitting_waits_for_no_driver(
-    desktop: Desktop, program: Path, tree: SensorTree, driver: Driver, stall: Stall, when: str, way: str, record
+    program: Path, attack_file: Callable[[str], Path], tmp_path: Path, request: pytest.FixtureRequest, record
 ) -> None:
-    sensors = SensorProgram(program, desktop, tree, stall.variables)
-    start_with_stall(sensors, driver, stall, when)
-    seconds = seconds_to_quit(sensors, way)
-    is_written = desktop_preferences(desktop).get(CHANGED) == "1"
-    record(
-        f"stall in {name_of(driver)} {when} the start, then {way}",
-        f"ended in {seconds:.2f} s, preferences {'written' if is_written else 'LOST'}",
-        seconds < QUIT_SECONDS and is_written,
-    )
+    skip_unless_mountable()
+    library = attack_file("libkelvinbar_stalling_files.so")
+    artefacts = request.config.getoption("build") / "artefacts"
+    with ThreadPoolExecutor(PARALLEL_CASES) as executor:
+        endings = list(
+            executor.map(lambda case: ending_of(case, program, library, tmp_path / str(case), artefacts), cases())
+        )
+    for name in DRIVERS:
+        of_driver = [ending for ending in endings if ending.case.name == name]
+        failed = [str(ending.case) for ending in of_driver if not ending.held]
+        print(*(ending.failure for ending in of_driver), sep="\n")
+        seconds = [ending.seconds for ending in of_driver]
+        lost = sum(not ending.is_written for ending in of_driver)
+        record(
+            f"stall in {name}, then the end",
+            f"{len(of_driver)} cases: ended in {min(seconds):.2f} to {max(seconds):.2f} s, {lost} with lost preferences"
+            + "".join(f"; FAILED: {case}" for case in failed),
+            not failed,
+        )
 
 
 def desktop_preferences(desktop: Desktop) -> dict[str, str]:
@@ -177,7 +268,7 @@ def desktop_preferences(desktop: Desktop) -> dict[str, str]:
 
 
 @pytest.mark.program("kelvinbar")
-@pytest.mark.parametrize("driver", [name for name in DRIVERS if name != "open"], indirect=True)
+@pytest.mark.parametrize("driver", THAT_COME_BACK, indirect=True)
 def test_the_others_are_read_on_and_the_sensor_comes_back(
     desktop: Desktop, program: Path, tree: SensorTree, driver: Driver, stall: Stall, record
 ) -> None:
@@ -210,22 +301,40 @@ def test_a_second_start_names_the_process_that_hangs(desktop: Desktop, program: 
     )
 
 
-def run_snapshot(desktop: Desktop, command: list[str]) -> tuple[subprocess.CompletedProcess, float]:
-    started = time.monotonic()
-    return desktop.run(command), time.monotonic() - started
-
-
-@pytest.mark.parametrize("driver", DRIVERS, indirect=True)
-def test_the_snapshot_prints_the_rest(
-    desktop: Desktop, snapshot: Path, tree: SensorTree, driver: Driver, stall: Stall, record
-) -> None:
+def failure_of_snapshot(name: str, snapshot: Path, library: Path, folder: Path) -> str:
+    """Empty if it prints the rest, and names what does not answer."""
+    driver = DRIVERS[name]
+    folder.mkdir()
+    tree = tree_of(driver, folder)
+    stall = Stall(library, folder, driver)
     stall.begin()
-    taken, seconds = run_snapshot(desktop, tree.under(["env", *stall.variables, str(snapshot)]))
-    has_rest = STEADY_KEY in taken.stdout
-    has_name = f"no answer from /sys/class/hwmon/{Path(driver.file).parent}" in taken.stderr
+    started = time.monotonic()
+    command = tree.under(["env", "LC_ALL=C.UTF-8", *stall.variables, str(snapshot)])
+    taken = subprocess.run(command, capture_output=True, text=True, timeout=20)
+    seconds = time.monotonic() - started
+    held = (
+        taken.returncode == (0 if driver.has_others else 1)
+        and (STEADY_KEY in taken.stdout) == driver.has_others
+        and f"no answer from /sys/{Path(driver.file).parent}" in taken.stderr
+        and seconds < SNAPSHOT_SECONDS + START_UP_SECONDS
+    )
+    return "" if held else f"{name}: status {taken.returncode} after {seconds:.1f} s, {taken.stderr}{taken.stdout}"
+
+
+def test_the_snapshot_prints_the_rest(
+    snapshot: Path, attack_file: Callable[[str], Path], tmp_path: Path, record
+) -> None:
+    """Status 1 if there is no rest."""
+    skip_unless_mountable()
+    library = attack_file("libkelvinbar_stalling_files.so")
+    with ThreadPoolExecutor(PARALLEL_CASES) as executor:
+        failures = list(
+            executor.map(lambda name: failure_of_snapshot(name, snapshot, library, tmp_path / name), DRIVERS)
+        )
+    print(*failures, sep="\n")
+    failed = sum(map(bool, failures))
     record(
-        f"stall in {name_of(driver)} during a snapshot",
-        f"status {taken.returncode} after {seconds:.1f} s, {'the rest printed' if has_rest else 'NOTHING'},"
-        f" {'the file named' if has_name else taken.stderr[:80]}",
-        taken.returncode == 0 and has_rest and has_name and seconds < SNAPSHOT_SECONDS + START_UP_SECONDS,
+        "stall during a snapshot",
+        f"{len(failures)} cases: the rest printed after two seconds, the file named; {failed} failed",
+        failed == 0,
     )

@@ -33,8 +33,8 @@ DetectedAppleSMC::DetectedAppleSMC(Open open, std::shared_ptr<const MonotonicClo
 void DetectedAppleSMC::search() {
     const auto now = clock_->now();
     if (keys_ != nullptr || (searchedAt_ && now - *searchedAt_ < searchInterval)) return;
-    searchedAt_ = now;
     if (auto registers = open_()) keys_ = std::make_unique<AppleSMCKeys>(std::move(registers));
+    searchedAt_ = now; // not before: without memory, nothing was searched
 }
 
 bool DetectedAppleSMC::isPresent() {

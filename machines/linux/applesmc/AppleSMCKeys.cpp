@@ -52,15 +52,17 @@ void AppleSMCKeys::list(std::uint32_t count) {
     constexpr std::uint32_t maximumKeys = 8192;
     keys_.clear();
     places_.clear();
-    // A disturbed listing is repeated at the next call.
-    listedCount_ = count;
+    // A disturbed listing is repeated at the next call, and so is one that memory did not suffice for.
+    listedCount_ = 0;
+    bool isDisturbed = false;
     for (std::uint32_t index = 0; index < count && index < maximumKeys; ++index) {
         std::uint32_t code = 0;
         const Outcome outcome = readCodeAt(index, code);
-        if (outcome == Outcome::disturbed) listedCount_ = 0;
+        isDisturbed = isDisturbed || outcome == Outcome::disturbed;
         if (outcome != Outcome::done || !places_.try_emplace(code, keys_.size()).second) continue;
         keys_.emplace_back(code, index);
     }
+    if (!isDisturbed) listedCount_ = count;
 }
 
 AppleSMCKeys::Outcome AppleSMCKeys::readCodeAt(std::uint32_t index, std::uint32_t& code) {

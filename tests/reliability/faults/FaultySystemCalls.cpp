@@ -22,21 +22,23 @@
 namespace {
 
 using kelvinbar::fakes::Fault;
+using kelvinbar::fakes::FaultyCall;
 
 bool isCounting = false;
 std::int64_t calls = 0;
-std::vector<std::int64_t> faultyCalls;
-Fault chosenFault = Fault::fails;
+std::vector<FaultyCall> faultyCalls;
 std::vector<std::string> faultyPaths;
 
 /// Counts a call, and says what is to go wrong with it.
 template <typename Path>
 std::optional<Fault> faultOfNextCall(const Path& path) {
-    if (!isCounting || std::ranges::find(faultyCalls, ++calls) == faultyCalls.end()) return std::nullopt;
+    if (!isCounting) return std::nullopt;
+    const auto faulty = std::ranges::find(faultyCalls, ++calls, &FaultyCall::number);
+    if (faulty == faultyCalls.end()) return std::nullopt;
     isCounting = false;
     faultyPaths.push_back(path());
     isCounting = true;
-    return chosenFault;
+    return faulty->fault;
 }
 
 std::string pathOf(int file) {
@@ -75,9 +77,8 @@ ssize_t faultyRead(int file, void* buffer, std::size_t size, Read read) {
 
 namespace kelvinbar::fakes {
 
-SystemCallFaults::SystemCallFaults(std::vector<std::int64_t> numbers, Fault fault) {
-    faultyCalls = std::move(numbers);
-    chosenFault = fault;
+SystemCallFaults::SystemCallFaults(std::vector<FaultyCall> faulty) {
+    faultyCalls = std::move(faulty);
     faultyPaths.clear();
     calls = 0;
     isCounting = true;

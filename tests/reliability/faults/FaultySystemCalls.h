@@ -17,11 +17,17 @@ enum class Fault : std::uint8_t {
 
 inline constexpr std::array allFaults{Fault::fails, Fault::isShort, Fault::lies, Fault::floods};
 
-/// Lets calls of open, read, pread, opendir and readdir go wrong while it lives: those with these numbers,
-/// counted from 1. The program replaces the C library's functions. One at a time, one thread.
+/// A call that goes wrong.
+struct FaultyCall {
+    std::int64_t number; ///< counted from 1
+    Fault fault;
+};
+
+/// Lets calls of open, read, pread, opendir and readdir go wrong while it lives. The program replaces the C
+/// library's functions. One at a time, one thread.
 class SystemCallFaults {
   public:
-    SystemCallFaults(std::vector<std::int64_t> numbers, Fault fault);
+    explicit SystemCallFaults(std::vector<FaultyCall> faulty);
     SystemCallFaults(const SystemCallFaults&) = delete;
     SystemCallFaults& operator=(const SystemCallFaults&) = delete;
     ~SystemCallFaults();

@@ -2,8 +2,6 @@
 // which the allocation of that number fails. Every child must write the same as without a failure, or
 // nothing, say that there is not enough memory, and exit 1. Prints how often it was run; the exit status is 1
 // if a child did anything else.
-//
-// KELVINBAR_ATTACK_STEP: every how many allocations one is tried; 1 if it is not set.
 
 #include <atomic>
 #include <cerrno>
@@ -88,11 +86,9 @@ bool isRight(const Run& result, const Run& whole) {
 int runForEach(int count, char** words, char** environment) {
     const Run whole = run(0, count, words, environment);
     const std::int64_t last = std::atoll(whole.errors.c_str());
-    const char* const step =
-        std::getenv("KELVINBAR_ATTACK_STEP"); // NOLINT(concurrency-mt-unsafe): one thread
     std::int64_t runs = 0;
     std::int64_t wrong = 0;
-    for (std::int64_t number = 1; number <= last; number += step == nullptr ? 1 : std::atoll(step)) {
+    for (std::int64_t number = 1; number <= last; ++number) {
         const Run result = run(number, count, words, environment);
         ++runs;
         if (isRight(result, whole)) continue;

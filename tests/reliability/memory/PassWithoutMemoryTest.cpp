@@ -2,7 +2,6 @@
 // none, and what the user has chosen stays.
 
 #include "base/Text.h"
-#include "machines/linux/BootTimeClock.h"
 #include "machines/linux/LinuxMachine.h"
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
@@ -11,13 +10,15 @@
 #include "tests/fakes/ManualQueues.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/RecordedTree.h"
+#include "tests/reliability/AttackedMachines.h"
+#include "tests/reliability/Attempts.h"
+#include "tests/reliability/SleepClock.h"
 #include "tests/reliability/memory/AllocationFailure.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,12 +32,6 @@ namespace {
 namespace fs = std::filesystem;
 using fakes::AllocationFailure;
 using Extent = AllocationFailure::Extent;
-
-const fs::path trees = fs::path(KELVINBAR_FIXTURES) / "linux";
-
-std::int64_t openFiles() {
-    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
-}
 
 /// A log that drops its lines.
 struct Silence final : LogSink {
@@ -117,12 +112,12 @@ class PassWithoutMemory {
 
     /// The first pass of a new machine.
     Count failFirstPass(Extent extent) {
-        return failEach(extent, [&](Count number) {
+        return failEach("first pass", extent, [&](Count number) {
             StoreOver over(makeMachine_(), choice_.pinned, choice_.hidden);
             const bool hasFailed = during(number, extent, [&] { over.finishPasses(); });
             EXPECT_FALSE(over.store->isRefreshing());
             // Nothing is said to be wrong: the first result is yet to come.
-            EXPECT_TRUE(over.store->isLoading().value() || !over.store->readings().value().empty());
+            EXPECT_TRUE(over.store->isLoading().value() || over.content() == wholeContent_);
             over.refresh();
             EXPECT_EQ(over.content(), wholeContent_);
             return hasFailed;
@@ -133,10 +128,10 @@ class PassWithoutMemory {
     Count failLaterPass(Extent extent) {
         StoreOver over(makeMachine_(), choice_.pinned, choice_.hidden);
         over.finishPasses();
-        return failEach(extent, [&](Count number) {
+        return failEach("later pass", extent, [&](Count number) {
             const bool hasFailed = during(number, extent, [&] { over.refresh(); });
             EXPECT_EQ(over.content(), wholeContent_);
-            EXPECT_FALSE(over.store->isLoading().value());
+            EXPECT_TRUE(!over.store->isLoading().value() || over.store->readings().value().empty());
             return hasFailed;
         });
     }
@@ -144,7 +139,7 @@ class PassWithoutMemory {
     Count failMenuBarPass(Extent extent) {
         StoreOver over(makeMachine_(), choice_.pinned, choice_.hidden);
         over.finishPasses();
-        return failEach(extent, [&](Count number) {
+        return failEach("pass for the menu bar", extent, [&](Count number) {
             const bool hasFailed = during(number, extent, [&] {
                 over.store->refreshMenuBarOnly();
                 over.finishPasses();
@@ -163,17 +158,11 @@ class PassWithoutMemory {
         return AllocationFailure::hasHappened();
     }
 
-    /// Calls `pass` with 1, 2, … until it has no allocation of that number, or the test has failed.
-    static Count failEach(Extent extent, const std::function<bool(Count)>& pass) {
-        Count number = 1;
-        while (pass(number)) {
-            if (testing::Test::HasFailure()) {
-                ADD_FAILURE() << "allocation " << number << (extent == Extent::one ? "" : " and all later");
-                break;
-            }
-            ++number;
-        }
-        return number - 1;
+    /// Calls `pass` with 1, 2, … until it has no allocation of that number.
+    static Count failEach(const std::string& name, Extent extent, const std::function<bool(Count)>& pass) {
+        const char* const others = extent == Extent::one ? "" : " and all later";
+        return fakes::attemptEach(name + others + ", without allocation",
+                                  [&](Count number) -> Count { return pass(number) ? 1 : 0; });
     }
 
     MakeMachine makeMachine_;
@@ -182,43 +171,29 @@ class PassWithoutMemory {
 };
 
 void failEveryAllocation(const MakeMachine& makeMachine) {
-    const std::int64_t before = openFiles();
     Count failures = 0;
-    {
-        PassWithoutMemory passes(makeMachine);
-        for (const Extent extent : {Extent::one, Extent::oneAndAllLater}) {
-            failures += passes.failFirstPass(extent);
-            failures += passes.failLaterPass(extent);
-            failures += passes.failMenuBarPass(extent);
-            if (testing::Test::HasFailure()) return;
-        }
+    PassWithoutMemory passes(makeMachine);
+    for (const Extent extent : {Extent::one, Extent::oneAndAllLater}) {
+        failures += passes.failFirstPass(extent);
+        failures += passes.failLaterPass(extent);
+        failures += passes.failMenuBarPass(extent);
     }
     EXPECT_GT(failures, 0);
-    EXPECT_EQ(openFiles(), before);
     testing::Test::RecordProperty("failures_tried", std::to_string(failures));
 }
 
-std::vector<std::string> machineNames() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(trees)) {
-        if (entry.path().extension() == ".tree") names.push_back(entry.path().stem().string());
-    }
-    std::ranges::sort(names);
-    return names;
-}
-
-class RecordedMachineWithoutMemory : public testing::TestWithParam<std::string> {};
+class RecordedMachineWithoutMemory : public testing::TestWithParam<fs::path> {};
 
 TEST_P(RecordedMachineWithoutMemory, HasAWholePassOrNone) {
-    const fakes::RecordedTree recorded(trees / (GetParam() + ".tree"));
+    const fakes::RecordedTree recorded(GetParam());
     Silence silence;
     Log log(silence);
     failEveryAllocation(
-        [&] { return makeLinuxMachine(recorded.root(), std::make_shared<BootTimeClock>(), log); });
+        [&] { return makeLinuxMachine(recorded.root(), std::make_shared<fakes::SleepClock>(), log); });
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RecordedMachineWithoutMemory, testing::ValuesIn(machineNames()),
-                         [](const auto& machine) { return replacedAll(machine.param, "-", "_"); });
+INSTANTIATE_TEST_SUITE_P(All, RecordedMachineWithoutMemory, testing::ValuesIn(fakes::attackedMachines()),
+                         fakes::nameOfMachine);
 
 TEST(ControllerWithoutMemory, HasAWholePassOrNone) {
     failEveryAllocation([] {
