@@ -31,9 +31,9 @@ void checkOptions(const SnapshotOptions& options) {
         check(options.identification->time >= seconds(5) && options.identification->time <= seconds(3600),
               "sensors are identified in 5 s to an hour");
     }
-    const bool isOfMachine = !options.interval && !options.identification && !options.hasOwnCost;
-    check(options.compared.empty() || isOfMachine, "a comparison is nothing else");
-    check(!options.isDoctor || (isOfMachine && options.compared.empty()), "an examination is nothing else");
+    const bool isRepeated = options.interval || options.identification;
+    check(options.compared.empty() || !(isRepeated || options.hasOwnCost), "a comparison is nothing else");
+    check(!options.isDoctor || !(isRepeated || !options.compared.empty()), "an examination is nothing else");
 }
 
 void tryOptions(std::string_view input) {
