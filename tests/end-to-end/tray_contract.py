@@ -187,6 +187,8 @@ class MenuContract(TrayTests):
 
     def test_the_menu_opens_and_its_first_entry_opens_the_panel(self) -> None:
         box = self.tray.wait_item()
+        self.screen.point_at(box.center)  # a pointer that has not moved may be hidden
+        self.screen.point_at(self.host.bare_desktop_place)
         before = self.screen.settled_picture(self.beside_the_bar())
         self.screen.press(box.center, self.host.menu_button)
         self.screen.point_at(self.host.bare_desktop_place)  # ends the tooltip
