@@ -3,6 +3,7 @@
 import os
 import re
 import signal
+from pathlib import Path
 
 from gi.repository import GLib
 
@@ -44,6 +45,9 @@ window-scaling-factor=%d
 SETTINGS_DAEMON = "org.mate.SettingsDaemon"
 SESSION = "org.gnome.SessionManager"
 BAR = "org.mate.Panel"
+AUTOSTART = Path("/etc/xdg/autostart")
+DAEMON = "mate-settings-daemon"
+HIDDEN_ENTRY = "[Desktop Entry]\nType=Application\nName=Hidden\nExec=true\nHidden=true\n"
 LOG_OUT_SECONDS = 30
 MAGENTA = (255, 0, 255)
 
@@ -92,8 +96,15 @@ class MateSession(MatePanel):
     _has_ended_bar = False
 
     def _start_session(self) -> None:
+        self._keep_others_out()
         self._launch("mate-session", ["mate-session"])
         wait_until(10, "the window manager", lambda: has_window_manager(self.desktop))
+
+    def _keep_others_out(self) -> None:
+        """Programs of other packages that start at login, some with an item in the tray."""
+        for entry in AUTOSTART.glob("*.desktop"):
+            if not entry.name.startswith(DAEMON):
+                self.desktop.write(self.desktop.configuration / "autostart" / entry.name, HIDDEN_ENTRY)
 
     def start_bar(self) -> None:
         """The session has started it; it does not start another, because the bar never registers with it here."""
