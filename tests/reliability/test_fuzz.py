@@ -11,7 +11,8 @@ FAILED = re.compile(r"fuzz\.(\w+) .*\*\*\*")
 
 
 def test_no_input_breaks_a_parser(fuzz_build: Path, scale: str, record) -> None:
-    command = ["ctest", "--test-dir", fuzz_build, "--verbose", "--parallel", str(os.cpu_count()), "-R", "^fuzz[.]"]
+    processes = (2 if scale == "quick" else 1) * (os.cpu_count() or 1)
+    command = ["ctest", "--test-dir", fuzz_build, "--verbose", "--parallel", str(processes), "-R", "^fuzz[.]"]
     environment = {**os.environ, "KELVINBAR_FUZZ_SECONDS": str(SECONDS[scale])}
     run = subprocess.run(command, env=environment, capture_output=True, text=True, errors="replace")
     targets, failed = FIGURES.findall(run.stdout), set(FAILED.findall(run.stdout))
