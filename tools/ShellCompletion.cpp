@@ -66,7 +66,7 @@ std::string zshValue(const CompletedOption& option) {
     return start + (option.isFile ? "_files" : "(" + joinedWith(" ", option.values) + ")");
 }
 
-std::string zshSpecification(const std::string& name, const CompletedOption& option) {
+std::string zshArgument(const std::string& name, const CompletedOption& option) {
     const std::string start = (option.isRepeated ? "*" : "") + name + (option.valueName.empty() ? "" : "=");
     return singleQuoted(start + "[" + zshHelp(option.help) + "]" + zshValue(option));
 }
@@ -77,8 +77,8 @@ std::string zshCase(const CompletedOption& option) {
            (option.isFile ? "_files" : "compadd -- " + joinedWith(" ", option.values)) + " ;;\n";
 }
 
-/// For words that follow a value: a specification of several values would take the options behind them for
-/// values, too.
+/// For words that follow a value. An argument of `_arguments` for several values would take the options
+/// behind them for values, too.
 std::string zshFurtherValues(const std::string& function, CompletedOptions options) {
     std::string cases;
     for (const CompletedOption& option : options) cases.append(zshCase(option));
@@ -93,7 +93,7 @@ std::string zshScript(std::string_view program, CompletedOptions options) {
         "#compdef " + std::string(program) + "\n" + zshFurtherValues(furtherValues, options) + "_arguments";
     for (const CompletedOption& option : options) {
         for (const std::string& name : option.names) {
-            text.append(" \\\n  ").append(zshSpecification(name, option));
+            text.append(" \\\n  ").append(zshArgument(name, option));
         }
     }
     return text.append(" \\\n  '*: :").append(furtherValues).append("'\n");
