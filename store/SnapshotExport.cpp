@@ -47,8 +47,8 @@ std::string snapshotText(const std::vector<SMCReading>& readings,
     masked.reserve(readings.size());
     for (const SMCReading* const reading : sortedByKey(readings)) masked.push_back(*reading);
     maskAddresses(masked);
-    return textOfLines(sortedByKey(masked),
-                       time); // again: a mask can stand at another place than its address
+    // Sorted again: a mask can stand at another place than its address.
+    return textOfLines(sortedByKey(masked), time);
 }
 
 std::string snapshotTextInOrder(const std::vector<SMCReading>& readings,

@@ -53,8 +53,7 @@ std::vector<fs::path> classEntries(const fs::path& root, std::string_view classN
     std::ranges::sort(names, comesBeforeNaturally);
     std::vector<fs::path> entries;
     entries.reserve(names.size());
-    // Not by operator/, which writes beyond a path that ends with a slash if there is no memory (libstdc++
-    // 12).
+    // Not by operator/: without memory, that of libstdc++ 12 writes beyond a path that ends with a slash.
     for (const std::string& name : names) entries.emplace_back(folder.native() + name);
     return entries;
 }
