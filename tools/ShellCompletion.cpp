@@ -6,6 +6,11 @@ namespace kelvinbar {
 
 namespace {
 
+/// Whether there is something to complete behind a value of the option.
+bool takesFurtherValues(const CompletedOption& option) {
+    return option.isRepeated && (option.isFile || !option.values.empty());
+}
+
 using CompletedOptions = std::span<const CompletedOption>;
 
 std::string joinedWith(std::string_view separator, const std::vector<std::string>& words) {
@@ -72,7 +77,7 @@ std::string zshArgument(const std::string& name, const CompletedOption& option) 
 }
 
 std::string zshCase(const CompletedOption& option) {
-    if (!option.isRepeated || (option.values.empty() && !option.isFile)) return {};
+    if (!takesFurtherValues(option)) return {};
     return "    " + joinedWith("|", option.names) + ") " +
            (option.isFile ? "_files" : "compadd -- " + joinedWith(" ", option.values)) + " ;;\n";
 }
@@ -114,7 +119,7 @@ std::string fishLine(std::string_view program, const CompletedOption& option) {
 /// For words that follow a value.
 std::string fishFurtherValues(std::string_view program, const std::string& function,
                               const CompletedOption& option) {
-    if (!option.isRepeated || (option.values.empty() && !option.isFile)) return {};
+    if (!takesFurtherValues(option)) return {};
     return "complete -c " + std::string(program) + " -n " +
            singleQuoted(function + " " + joinedWith(" ", option.names)) +
            (option.isFile ? " -F" : " -a " + singleQuoted(joinedWith(" ", option.values))) + "\n";
