@@ -1,6 +1,7 @@
 #include "desktop/linux/settings/PreferencesFile.h"
 
 #include "desktop/linux/files/RegularFile.h"
+#include "desktop/linux/settings/SerializedValues.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -128,6 +129,7 @@ class SettingsFormat {
   public:
     /// No value if there is no room for temporary files.
     [[nodiscard]] std::optional<StoredPreferences> parsed(const QByteArray& content) {
+        if (holdsSerializedValues(content)) return StoredPreferences{.values = {}, .isDamaged = true};
         const QString path = nextPath();
         QFile file(path);
         if (!file.open(QFile::WriteOnly) || file.write(content) != content.size() || !file.flush())
@@ -235,10 +237,12 @@ const char* PreferencesFile::readFile() {
     const FileKind kind = kindOf(fileAt(path_));
     if (kind == FileKind::other) return "cannot be read: it is no regular file";
     if (kind == FileKind::missing) return nullptr;
-    const QSettings settings(path_, QSettings::NativeFormat);
-    values_ = valuesOf(settings).values;
-    if (settings.status() == QSettings::FormatError) return "are damaged";
-    return settings.status() == QSettings::AccessError ? "cannot be read" : nullptr;
+    const auto content = contentOf(path_);
+    if (!content) return "cannot be read";
+    if (holdsSerializedValues(*content)) return "are damaged";
+    StoredPreferences stored = valuesOf(QSettings(path_, QSettings::NativeFormat));
+    values_ = std::move(stored.values);
+    return stored.isDamaged ? "are damaged" : nullptr;
 }
 
 void PreferencesFile::storeValue(const QString& key, const QVariant& value) {

@@ -400,7 +400,10 @@ INSTANTIATE_TEST_SUITE_P(Contents, DamagedUserDefaultsTest,
                                          QByteArray("these are\nno preferences\n"),
                                          QByteArray("[General]\nKelvinbarSamplingRate\n"),
                                          QByteArray("[General\nthese are\nno preferences\n"),
-                                         QByteArray("[Gen\0\xff\xfe\x89PNG", 11)));
+                                         QByteArray("[Gen\0\xff\xfe\x89PNG", 11),
+                                         // A list of 1.6 thousand million texts
+                                         QByteArray("[General]\n"
+                                                    "KelvinbarMenuBarKeys=@Variant(\\0\\0\\0\\valid)\n")));
 
 TEST_F(PreferencesFileTest, KeepsTheLatestDamagedFileAside) {
     write("[damaged\n");
