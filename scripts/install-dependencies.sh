@@ -43,7 +43,7 @@ declare -A evidence=(
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [libsystemd-dev]=/usr/include/systemd/sd-bus.h [strace]=strace [bubblewrap]=bwrap
   [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
-  [clang]=clang++ [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
+  [clang]=clang++ [lld]=ld.lld [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
   [systemd]=systemd-analyze [prometheus-node-exporter]=prometheus-node-exporter
   [crossbuild-essential-arm64]=aarch64-linux-gnu-g++ [libc6:arm64]=/lib/ld-linux-aarch64.so.1
   [libstdc++6:arm64]='/usr/lib/aarch64-linux-gnu/libstdc++.so.6' [libgtest-dev:arm64]='/usr/lib/aarch64-linux-gnu/libgtest.a'
@@ -75,7 +75,7 @@ arm64="libc6:arm64 libstdc++6:arm64 libgtest-dev:arm64 libgmock-dev:arm64 libsen
   qt6-declarative-dev:arm64 qt6-svg-dev:arm64 libgl-dev:arm64 libxcb1-dev:arm64 libxcb-shape0-dev:arm64 libxcb-xinput-dev:arm64"
 declare -A packages=(
   [run]="$build"
-  [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang $clang_runtime qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
+  [test]="$build fonts-quicksand $lint $console_tests libxcb-xtest0-dev python3 clang lld $clang_runtime qml6-module-qttest qml6-module-qtquick-window libgtest-dev libgmock-dev locales $desktop"
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [desktops]="$desktop $desktops"
@@ -83,7 +83,7 @@ declare -A packages=(
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm-14 libc++1-19 qemu-user-static"
-  [fuzz]="$build clang $clang_runtime"
+  [fuzz]="$build clang lld $clang_runtime"
   [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap zsh git python3"
   [reliability]="bubblewrap strace"
   [debootstrap]="debootstrap"

@@ -500,8 +500,8 @@ TEST(SnapshotParser, ReadsFactsOfTheSystem) {
     EXPECT_TRUE(parsed.machine.facts.lowPowerMode);
 }
 
-TEST(SnapshotParser, EndsOnAMillionJunkLines) {
-    constexpr std::size_t count = 1'000'000;
+TEST(SnapshotParser, EndsOnManyJunkLines) {
+    constexpr std::size_t count = 200'000;
     for (const std::string_view line : {"x\n", "\tRAW=\n", "a\tb\tRAW=\n", "TC0P\tsp78\t\t\tRAW=2880\n"}) {
         SCOPED_TRACE(line);
         std::string text;
@@ -524,7 +524,7 @@ TEST(SnapshotParser, EndsOnManyFanLines) {
 }
 
 TEST(SnapshotParser, EndsOnOneLineOfManyMebibytes) {
-    constexpr std::size_t length = std::size_t{16} * 1024 * 1024;
+    constexpr std::size_t length = std::size_t{4} * 1024 * 1024;
     for (const char filling : {'a', '\t', ' ', '\r', '\x80', '\xE2', '\0', '='}) {
         SCOPED_TRACE(static_cast<int>(filling));
         const ParsedSnapshot parsed = parseSnapshot(std::string(length, filling));
@@ -534,7 +534,7 @@ TEST(SnapshotParser, EndsOnOneLineOfManyMebibytes) {
 }
 
 TEST(SnapshotParser, EndsOnAFieldOfManyMebibytes) {
-    constexpr std::size_t length = std::size_t{8} * 1024 * 1024;
+    constexpr std::size_t length = std::size_t{2} * 1024 * 1024;
     const std::string digits(length, '1');
     const std::string fan = "fan" + digits;
     EXPECT_EQ(replayed("TC0P\tsp78\t\t\tRAW=" + digits).problems.size(), 1U);
