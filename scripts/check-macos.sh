@@ -35,7 +35,7 @@ fetch_arm64_programs() {
   local options=(-qq -o APT::Architecture=arm64 -o APT::Architectures=arm64 -o "Dir::State=$packages/state"
     -o "Dir::State::status=$packages/state/status" -o "Dir::Cache=$packages/cache" -o APT::Sandbox::User=)
   apt-get "${options[@]}" update
-  apt-get "${options[@]}" install -y --no-install-recommends --download-only llvm-14 >/dev/null
+  apt-get "${options[@]}" install -y --no-install-recommends --download-only llvm >/dev/null
   for deb in "$packages"/cache/archives/*.deb; do dpkg-deb --extract "$deb" "$root"; done
   touch "$packages/unpacked"
 }
@@ -63,7 +63,7 @@ link_library_of_system() {
   {
     printf '%s\n' '--- !tapi-tbd' 'tbd-version: 4' 'targets: [ x86_64-macos ]' 'install-name: /usr/lib/libc++.1.dylib' exports:
     printf '%s\n' '  - targets: [ x86_64-macos ]' '    symbols:'
-    built_cxx_library aarch64 | xargs -r llvm-nm-14 --defined-only --extern-only --just-symbol-name |
+    built_cxx_library aarch64 | xargs -r llvm-nm --defined-only --extern-only --just-symbol-name |
       sed -n "s/^_.*/      - '&'/p" | sort -u
     echo ...
   } >"$folder/libsystem-c++.tbd"
@@ -123,6 +123,7 @@ generate_toolkit_sources() {
 }
 
 scripts/install-dependencies.sh macos
+export PATH=$PATH:$(llvm-config --bindir) # Debian's "llvm" puts only some of its programs into the path
 fetch_packages
 fetch_arm64_programs
 write_compilers arm64 aarch64
@@ -141,7 +142,7 @@ for architecture in arm64 x86_64; do
     imports_are "$program" "$declarations/imports/$(basename "$program" .dylib).txt"
   done
 done
-llvm-lipo-14 -create "$work"/{arm64,x86_64}/build/tools/kelvinbar-snapshot -output "$work/kelvinbar-snapshot"
+llvm-lipo -create "$work"/{arm64,x86_64}/build/tools/kelvinbar-snapshot -output "$work/kelvinbar-snapshot"
 has_both_architectures "$work/kelvinbar-snapshot"
 echo "== Links, imports, load commands: as meant"
 

@@ -42,7 +42,7 @@ declare -A evidence=(
   [mate-settings-daemon]=mate-settings-daemon [mate-session-manager]=mate-session [cinnamon]=cinnamon
   [xapp-sn-watcher]=/usr/libexec/xapps/sn-watcher/xapp-sn-watcher
   [orca]=orca [libsensors-dev]=/usr/include/sensors/sensors.h [libsystemd-dev]=/usr/include/systemd/sd-bus.h [strace]=strace [bubblewrap]=bwrap
-  [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm-14]=llvm-jitlink-14 [libc++1-19]='/usr/lib/*/libc++.so.1'
+  [npm]=npm [clang-19]=clang++-19 [qemu-user-static]=qemu-aarch64-static [llvm]=llvm-config [libc++1-19]='/usr/lib/*/libc++.so.1'
   [clang]=clang++ [lld]=ld.lld [$clang_runtime]="$clang_folder/lib/linux/libclang_rt.fuzzer-*.a"
   [systemd]=systemd-analyze [prometheus-node-exporter]=prometheus-node-exporter
   [crossbuild-essential-arm64]=aarch64-linux-gnu-g++ [libc6:arm64]=/lib/ld-linux-aarch64.so.1
@@ -82,7 +82,7 @@ declare -A packages=(
   [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
-  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm-14 libc++1-19 qemu-user-static"
+  [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm libc++1-19 qemu-user-static"
   [fuzz]="$build clang lld $clang_runtime"
   [packages]="$build libsensors-dev file dpkg-dev lintian appstream desktop-file-utils debootstrap zsh git python3"
   [reliability]="bubblewrap strace"

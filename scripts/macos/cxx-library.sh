@@ -3,7 +3,7 @@
 built_cxx_library() {
   local archive headers
   for archive in "$ZIG_GLOBAL_CACHE_DIR"/o/*/libc++{,abi}.a; do
-    headers=$(llvm-readobj-14 --file-headers "$archive" 2>/dev/null)
+    headers=$(llvm-readobj --file-headers "$archive" 2>/dev/null)
     if [[ $headers == *"Arch: $1"* ]]; then echo "$archive"; fi
   done
 }

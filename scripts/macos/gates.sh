@@ -55,7 +55,7 @@ links() {
 
 # The symbols that a program imports from frameworks and the Objective-C runtime, one "FRAMEWORK SYMBOL [weak]" per line.
 imports_of() {
-  llvm-nm-14 --undefined-only -m "$1" |
+  llvm-nm --undefined-only -m "$1" |
     sed -nE 's/^ *\(undefined\) (weak )?external ([^ ]+) \(from ([^)]*)\)$/\3 \2 \1/p' |
     grep -vE '^lib(System|c\+\+) ' | sed 's/ *$//' | sort
 }
@@ -63,7 +63,7 @@ imports_of() {
 # imports_are PROGRAM LIST: the imports equal the list. Lines that end in "(ARCHITECTURE)" are for that one only.
 imports_are() {
   local architecture
-  architecture=$(llvm-lipo-14 -archs "$1" | xargs)
+  architecture=$(llvm-lipo -archs "$1" | xargs)
   diff -u --label "$2" --label "$1" <(sed -E "/^#/d; s/ \($architecture\)$//; /\)$/d" "$2" | sort) <(imports_of "$1") || {
     echo "The imports of $1 are others than those of $2." >&2
     return 1
@@ -74,14 +74,14 @@ imports_are() {
 # the system.
 loads_as_meant() {
   local headers libraries others
-  headers=$(llvm-objdump-14 --macho --private-headers "$1")
+  headers=$(llvm-objdump --macho --private-headers "$1")
   awk -v oldest="$oldest_system" '
     $1 == "platform" { platform = $2 } $1 == "minos" { minimum = $2 }
     END { exit !(platform == "macos" && minimum == oldest) }' <<<"$headers" || {
     echo "$1 is not for macOS from $oldest_system on." >&2
     return 1
   }
-  libraries=$(llvm-objdump-14 --macho --dylibs-used "$1")
+  libraries=$(llvm-objdump --macho --dylibs-used "$1")
   # The first line names the program; a library names itself.
   others=$(sed "1d; \#^\s/System/Library/Frameworks/#d; \#^\s/usr/lib/#d; /$(basename "$1")/d" <<<"$libraries")
   [[ -z $others ]] || { echo "$1 loads what no Mac has: $others" >&2; return 1; }
@@ -89,7 +89,7 @@ loads_as_meant() {
 
 # has_both_architectures PROGRAM
 has_both_architectures() {
-  [[ $(llvm-lipo-14 -archs "$1" | xargs -n 1 | sort | xargs) == "arm64 x86_64" ]] || {
+  [[ $(llvm-lipo -archs "$1" | xargs -n 1 | sort | xargs) == "arm64 x86_64" ]] || {
     echo "$1 is not for both architectures." >&2
     return 1
   }
@@ -172,7 +172,7 @@ covers_over_fake() {
   links_with_fake "$folder/tests" "${objects[@]}" -u__llvm_profile_runtime \
     "$(clang++ -print-runtime-dir)/libclang_rt.profile-x86_64.a" &&
     LLVM_PROFILE_FILE=$folder/counts runs_over_fake "$folder/tests" >/dev/null &&
-    llvm-profdata-14 merge "$folder/counts" -o "$folder/merged" &&
-    llvm-cov-14 export --summary-only --instr-profile="$folder/merged" "$folder/tests" "${@:2}" |
+    llvm-profdata merge "$folder/counts" -o "$folder/merged" &&
+    llvm-cov export --summary-only --instr-profile="$folder/merged" "$folder/tests" "${@:2}" |
     scripts/macos/line_coverage.py "$1"
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs tests as macOS code on x86-64 Linux: compiled to Mach-O objects and linked in memory, over a fake I/O Kit and the C
-# library of the host. Needs llvm-jitlink-14 (llvm-14) and libc++.so.1 (libc++1-19). Code for arm64 runs in an emulator
+# library of the host. Needs LLVM's programs in the path, and libc++.so.1 (libc++1-19). Code for arm64 runs in an emulator
 # (qemu-user-static), with that program for arm64 in the folder ARM64_ROOT, and with the C++ library for macOS.
 #
 # Without ARCHIVES, the folder of a build for that architecture, only the tests over I/O Kit run, otherwise all tests of
@@ -116,7 +116,7 @@ unpack_library() {
   echo 'int main() { return 0; }' >"$build/empty.cpp"
   "$zig" c++ -target "$processor-macos.11.0" "$build/empty.cpp" -o "$build/empty"
   mkdir -p "$build/library"
-  for library in $(built_cxx_library "$processor"); do (cd "$build/library" && llvm-ar-14 x "$library"); done
+  for library in $(built_cxx_library "$processor"); do (cd "$build/library" && llvm-ar x "$library"); done
   rm -f "$build/library/cxa_noexception.o" # defines what others define
 }
 
@@ -124,11 +124,11 @@ objects=("$prepared"/{gtest,gmock}.o "$build"/objects/*.o)
 if [[ $architecture == arm64 ]]; then
   # Texts are laid out in another way than in the host's C++ library.
   root=${ARM64_ROOT:?is to be a folder with programs for arm64}
-  linker=(qemu-aarch64-static -L "$root" "$root/usr/lib/llvm-14/bin/llvm-jitlink")
+  linker=(qemu-aarch64-static -L "$root" "$root$(llvm-config --bindir)/llvm-jitlink")
   unpack_library
   objects+=("$build"/library/*.o)
 else
-  linker=(llvm-jitlink-14 -preload libc++.so.1)
+  linker=(llvm-jitlink -preload libc++.so.1)
 fi
 libraries=()
 if [[ -n $archives ]]; then

@@ -10,6 +10,9 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QQuickItem>
+#include <QStringList>
+#include <QVersionNumber>
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -25,7 +28,23 @@ QString fileName(const char* name) {
     return ratio == 1 ? QString("%1.png").arg(name) : QString("%1@%2x.png").arg(name).arg(ratio);
 }
 
-QString referenceFile(const char* name) { return KELVINBAR_FIXTURES "/panel/" + fileName(name); }
+/// Versions of Qt lay out and draw text in different ways. Those of the newest one that is not newer than
+/// this.
+QString referenceFolder() {
+    const QVersionNumber running = QVersionNumber::fromString(qVersion());
+    QVersionNumber newest;
+    const QStringList folders = QDir(KELVINBAR_FIXTURES "/panel").entryList({"qt-*"}, QDir::Dirs);
+    for (const QString& folder : folders) {
+        const QVersionNumber version = QVersionNumber::fromString(folder.mid(3));
+        if (version <= running) newest = std::max(newest, version);
+    }
+    return QString(KELVINBAR_FIXTURES "/panel/qt-%1/").arg(newest.toString());
+}
+
+QString referenceFile(const char* name) {
+    static const QString folder = referenceFolder();
+    return folder + fileName(name);
+}
 
 /// The drawn picture, for finding out why a test fails.
 void keepArtefact(const QImage& picture, const char* name) {
