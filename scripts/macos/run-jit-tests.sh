@@ -132,7 +132,7 @@ else
 fi
 libraries=()
 if [[ -n $archives ]]; then
-  for library in "$archives"/{tools/libkelvinbar_tools,panel/libkelvinbar_panel_content,machines/demo/libkelvinbar_demo,machines/replay/libkelvinbar_replay,machines/linux/naming/libkelvinbar_sensor_names,machines/macos/libkelvinbar_macos,resources/libkelvinbar_resources,libkelvinbar_core}.a; do
+  for library in "$archives"/{tools/libkelvinbar_tools,tools/cost/libkelvinbar_own_cost,process/libkelvinbar_process,panel/libkelvinbar_panel_content,machines/demo/libkelvinbar_demo,machines/replay/libkelvinbar_replay,machines/linux/naming/libkelvinbar_sensor_names,machines/macos/libkelvinbar_macos,resources/libkelvinbar_resources,libkelvinbar_core}.a; do
     name=$(basename "$library" .a)
     libraries+=("-L$(dirname "$library")" "-l${name#lib}")
   done
