@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Kelvinbar.Panel
 
 /// The actions of the panel, besides showing readings: in one line, or in two when the text is so large that the labels do
@@ -29,7 +30,7 @@ Flow {
         if (hidden.names.length === 0)
             return;
         hiddenMenu.active = true;
-        (hiddenMenu.item as HiddenMenu).popup(showAll, 0, -4);
+        (hiddenMenu.item as T.Menu).popup(showAll, 0, -4);
     }
 
     MenuFooterButtonStyle {

@@ -42,7 +42,7 @@ FocusScope {
         if (!content.rowMenu.open(key))
             return;
         menuLoader.active = true;
-        (menuLoader.item as RowMenu).popup(list, x, y);
+        (menuLoader.item as T.Menu).popup(list, x, y);
     }
 
     function openMenuOfCurrent() {
