@@ -168,7 +168,7 @@ class FaultyFiles : public testing::TestWithParam<fs::path> {
             mayDiffer.push_back(mayDifferBy(TouchedFile(path)));
         }
         for (const auto& [key, measured] : whole) {
-            const auto isAboutKey = [&key = key](const IsAboutKey& isAbout) { return isAbout(key); };
+            const auto isAboutKey = [&own = key](const IsAboutKey& isAbout) { return isAbout(own); };
             if (std::ranges::any_of(mayDiffer, isAboutKey)) continue;
             EXPECT_TRUE(contains(rest, key, measured)) << key << " is missing or differs";
         }
@@ -342,8 +342,8 @@ bool readWithFaultyDriver(const std::vector<NumberedCall>& calls, const Readings
     };
     const Readings rest = readingsOf(fake.machine());
     for (const auto& [key, measured] : whole) {
-        const auto mayHaveChanged = [&key = key](const std::string& each) {
-            return each == "#KEY" || each == key;
+        const auto mayHaveChanged = [&own = key](const std::string& each) {
+            return each == "#KEY" || each == own;
         };
         if (std::ranges::any_of(touched, mayHaveChanged)) continue;
         EXPECT_TRUE(contains(rest, key, measured)) << key << " is missing or differs";
