@@ -79,8 +79,7 @@ void Log::writeLineOnce(LogCategory category, LogLevel level, std::string_view t
 
 /// One line, whatever line ends a file name or a product name brings along.
 void Log::writeText(std::string text) {
-    std::ranges::replace_if(
-        text, [](char character) { return character == '\n' || character == '\r'; }, ' ');
+    std::ranges::replace_if(text, [](char character) { return character == '\n' || character == '\r'; }, ' ');
     sink_.write("kelvinbar: " + text + "\n");
 }
 

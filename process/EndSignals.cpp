@@ -48,7 +48,7 @@ EndSignals::EndSignals() {
     for (const int end : pipe_) makeUnheritedAndUnblocking(end);
     handlersPipe = pipe_[1];
 
-    struct sigaction action {};
+    struct sigaction action{};
 
     action.sa_handler = noteEndSignal;
     action.sa_flags = static_cast<int>(SA_RESETHAND);

@@ -38,7 +38,7 @@ void openClosedStandardStreams() {
 bool isStandardOutputTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
 
 TerminalSize standardOutputSize() {
-    struct winsize size {};
+    struct winsize size{};
 
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
     if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return {};

@@ -19,7 +19,7 @@ declare -A evidence=(
   [python3-jsonschema]=/usr/lib/python3/dist-packages/jsonschema/validators.py
   [libgtest-dev]=/usr/include/gtest/gtest.h [libgmock-dev]=/usr/include/gmock/gmock.h
   [locales]=/usr/share/i18n/locales/de_DE [libbenchmark-dev]=/usr/include/benchmark/benchmark.h
-  [clang-format]=clang-format [clang-tidy]=run-clang-tidy [git]=git [python3]='/usr/lib/python3*/unittest/__init__.py'
+  [clang-format-19]=clang-format-19 [clang-tidy]=run-clang-tidy [git]=git [python3]='/usr/lib/python3*/unittest/__init__.py'
   [qt6-base-dev]='/usr/include/*/qt6/QtDBus/QDBusConnection' [qt6-declarative-dev]='/usr/include/*/qt6/QtQuick/QQuickView'
   [libxcb1-dev]=/usr/include/xcb/xcb.h [libxcb-shape0-dev]=/usr/include/xcb/shape.h [libxcb-xinput-dev]=/usr/include/xcb/xinput.h
   [libxcb-xtest0-dev]=/usr/include/xcb/xtest.h [pkg-config]=pkg-config [qt6-svg-dev]='/usr/include/*/qt6/QtSvg/QSvgRenderer'
@@ -79,7 +79,7 @@ declare -A packages=(
   [virtual-display]="$virtual"
   [desktop]="$desktop"
   [desktops]="$desktop $desktops"
-  [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format clang-tidy git python3"
+  [check]="$build libxcb-xtest0-dev qml6-module-qttest libgtest-dev libgmock-dev locales libbenchmark-dev clang-format-19 clang-tidy git python3"
   [bench]="$build libbenchmark-dev libsensors-dev strace python3"
   [pictures]="$build libgtest-dev fonts-inter"
   [macos]="$build libgtest-dev libgmock-dev locales git npm python3 qt6-declarative-dev-tools clang $clang_runtime clang-19 llvm libc++1-19 qemu-user-static"

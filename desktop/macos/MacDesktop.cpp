@@ -51,10 +51,7 @@ class MacDesktop final : public Desktop {
     MacDesktop(const std::string& name, Log& log)
         : log_(log)
         , userDefaults_(preferencesOwner, QString::fromStdString(name), log)
-        , reopen_([this] {
-            openAgain(
-                handlers_.openPanel, [this] { return statusBar_.itemSight(); }, log_);
-        })
+        , reopen_([this] { openAgain(handlers_.openPanel, [this] { return statusBar_.itemSight(); }, log_); })
         , signals_([this] {
             if (handlers_.quit) handlers_.quit();
         }) {}

@@ -31,7 +31,7 @@ bool prepare(int end) {
 }
 
 void setAction(int number, void (*handler)(int), bool isOnce = false) {
-    struct sigaction action {};
+    struct sigaction action{};
 
     action.sa_handler = handler;
     action.sa_flags = isOnce ? SA_RESTART | static_cast<int>(SA_RESETHAND) : SA_RESTART;
@@ -39,7 +39,7 @@ void setAction(int number, void (*handler)(int), bool isOnce = false) {
 }
 
 void (*handlerOf(int number))(int) {
-    struct sigaction action {};
+    struct sigaction action{};
 
     ::sigaction(number, nullptr, &action);
     return action.sa_handler;

@@ -2,6 +2,5 @@
 #include "tests/panel/PanelScreens.h"
 
 int main(int argc, char** argv) {
-    return kelvinbar::runQtTests(
-        argc, argv, [] { return true; }, kelvinbar::screens::platform);
+    return kelvinbar::runQtTests(argc, argv, [] { return true; }, kelvinbar::screens::platform);
 }

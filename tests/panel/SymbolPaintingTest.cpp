@@ -88,9 +88,8 @@ TEST_F(SymbolPainting, WhatTheSystemDoesNotHaveIsTheProgramsOwn) {
 
 TEST_F(SymbolPainting, AMaskOfAnotherSizeThanItSaysIsNone) {
     const QImage own = painted("cpu");
-    useSystemSymbols([](const std::string&, int) {
-        return std::optional(SymbolMask{.side = 12, .coverage = {1, 2, 3}});
-    });
+    useSystemSymbols(
+        [](const std::string&, int) { return std::optional(SymbolMask{.side = 12, .coverage = {1, 2, 3}}); });
     EXPECT_EQ(painted("cpu"), own);
 }
 

@@ -77,7 +77,9 @@ TEST(EndSignals, StayIgnoredWhereTheStarterIgnoresThem) {
 
 TEST(EndSignals, EndTheProcessAgainAfterwards) {
     EXPECT_EQ(outcomeInChild([] {
-                  { const EndSignals signals; }
+                  {
+                      const EndSignals signals;
+                  }
                   std::raise(SIGTERM);
                   return true;
               }),

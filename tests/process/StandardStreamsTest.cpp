@@ -20,9 +20,9 @@ namespace kelvinbar::standard_streams_test {
 namespace {
 
 bool isNullDevice(int descriptor) {
-    struct stat opened {};
+    struct stat opened{};
 
-    struct stat device {};
+    struct stat device{};
 
     return ::fstat(descriptor, &opened) == 0 && ::stat("/dev/null", &device) == 0 &&
            opened.st_rdev == device.st_rdev;
@@ -64,8 +64,8 @@ TEST(StandardStreams, AreLeftAloneWhereTheyAreOpen) {
     std::array<int, 2> pipe{};
     ASSERT_EQ(::pipe(pipe.data()), 0);
     EXPECT_TRUE(inChildWithout({0, 2}, [&pipe] {
-        struct stat before {};
-        struct stat after {};
+        struct stat before{};
+        struct stat after{};
         ::dup2(pipe[1], 1);
         ::fstat(1, &before);
         openClosedStandardStreams();

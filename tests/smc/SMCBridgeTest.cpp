@@ -135,7 +135,9 @@ TEST_F(SMCBridgeTest, EveryOpenedConnectionIsClosedOnceHoweverOftenTheBridgeIsRe
 }
 
 TEST_F(SMCBridgeTest, ABridgeThatWasNeverOpenedOrIsClosedClosesNothingWhenDestroyed) {
-    { const SMCBridge other(machine.driver, machine.registry, machine.clock); }
+    {
+        const SMCBridge other(machine.driver, machine.registry, machine.clock);
+    }
     EXPECT_THAT(driver.closed, IsEmpty());
     {
         SMCBridge other(machine.driver, machine.registry, machine.clock);

@@ -170,7 +170,9 @@ TEST_F(SMCConnectionTest, DestructionClosesAnOpenConnection) {
 }
 
 TEST_F(SMCConnectionTest, DestructionClosesNothingThatIsClosedAlready) {
-    { const SMCConnection neverOpened(ownedDriver); }
+    {
+        const SMCConnection neverOpened(ownedDriver);
+    }
     EXPECT_THAT(driver.closed, IsEmpty());
     {
         SMCConnection other(ownedDriver);

@@ -51,13 +51,13 @@ RawReading keyed(std::string key, std::string value) {
 }
 
 template <typename Field, typename FieldValue>
-RawReading changed(RawReading result, Field RawReading::*field, FieldValue&& value) {
+RawReading changed(RawReading result, Field RawReading::* field, FieldValue&& value) {
     result.*field = std::forward<FieldValue>(value);
     return result;
 }
 
 template <typename Field, typename FieldValue>
-RawReading resultWith(Field RawReading::*field, FieldValue&& value) {
+RawReading resultWith(Field RawReading::* field, FieldValue&& value) {
     return changed(controllerResult(), field, std::forward<FieldValue>(value));
 }
 

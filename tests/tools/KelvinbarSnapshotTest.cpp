@@ -883,7 +883,7 @@ class TerminalRun {
     }
 
     static void setSize(int terminal, TerminalSize size) {
-        struct winsize set {};
+        struct winsize set{};
 
         set.ws_col = static_cast<unsigned short>(size.columns);
         set.ws_row = static_cast<unsigned short>(size.rows);

@@ -82,7 +82,7 @@ std::vector<TableGroup> tableGroups(const std::vector<SMCReading>& readings, boo
 }
 
 /// The number of characters in the longest of these fields.
-std::size_t widthOf(const std::vector<TableGroup>& groups, std::string TableRow::*field) {
+std::size_t widthOf(const std::vector<TableGroup>& groups, std::string TableRow::* field) {
     std::size_t width = 0;
     for (const TableGroup& group : groups) {
         for (const TableRow& row : group.rows) width = std::max(width, characterCount(row.*field));

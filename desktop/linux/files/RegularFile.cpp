@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 bool isRegular(int descriptor) {
-    struct stat status {};
+    struct stat status{};
 
     return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }

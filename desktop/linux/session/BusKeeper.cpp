@@ -39,8 +39,7 @@ struct BusKeeper::Receiver {
     void deliver(const QString& name) {
         const std::lock_guard lock(mutex);
         if (keeper == nullptr) return;
-        QMetaObject::invokeMethod(
-            keeper, [to = keeper, name] { to->tried(name); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(keeper, [to = keeper, name] { to->tried(name); }, Qt::QueuedConnection);
     }
 };
 

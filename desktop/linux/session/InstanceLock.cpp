@@ -21,7 +21,7 @@ constexpr mode_t lockFileMode = S_IRUSR | S_IWUSR | S_ISVTX;
 /// Unlike those of lockf, these locks belong to the open file, so that closing another descriptor of it keeps
 /// them.
 struct flock wholeFile() {
-    struct flock lock {};
+    struct flock lock{};
 
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;

@@ -13,7 +13,7 @@ namespace {
 constexpr auto runtimeVariable = "XDG_RUNTIME_DIR";
 
 bool isOursAlone(const std::filesystem::path& folder) {
-    struct stat status {};
+    struct stat status{};
 
     return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
            (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;

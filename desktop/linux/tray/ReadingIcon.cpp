@@ -92,8 +92,7 @@ qreal rimOf(int side) { return std::max(1.0, side / 20.0); }
 
 /// The text with all digits replaced by 8. Texts of the same form have the same layout.
 QString formOf(QString text) {
-    std::ranges::replace_if(
-        text, [](QChar character) { return character.isDigit(); }, QChar('8'));
+    std::ranges::replace_if(text, [](QChar character) { return character.isDigit(); }, QChar('8'));
     return text;
 }
 

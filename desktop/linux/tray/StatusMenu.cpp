@@ -102,8 +102,7 @@ QList<StatusMenu::Announcement> StatusMenu::allProperties() const {
 
 void StatusMenu::announceSoon() {
     if (std::exchange(isAnnouncementPosted_, true)) return;
-    QMetaObject::invokeMethod(
-        this, [this] { announce(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { announce(); }, Qt::QueuedConnection);
 }
 
 bool StatusMenu::announce() {

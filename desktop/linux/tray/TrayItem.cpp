@@ -134,8 +134,7 @@ std::optional<bool> TrayItem::hasTray() const {
 /// Publishes from the event loop, because title and tooltip are set one after the other.
 void TrayItem::publishSoon() {
     if (std::exchange(isPublishPosted_, true)) return;
-    QMetaObject::invokeMethod(
-        &item_, [this] { publish(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&item_, [this] { publish(); }, Qt::QueuedConnection);
 }
 
 void TrayItem::publish() {

@@ -13,7 +13,7 @@ void append(std::string& stamp, const timespec& time) {
 } // namespace
 
 std::string fileStamp(const std::filesystem::path& file) {
-    struct stat status {};
+    struct stat status{};
 
     if (::stat(file.c_str(), &status) != 0) return {};
     std::string stamp = file.native() + " ";

@@ -40,7 +40,7 @@ SensorFile::SensorFile(const std::filesystem::path& path, OpenFileCount openFile
     if (openFiles_->fetch_add(1) < limit) {
         descriptor_ = descriptor;
 
-        struct stat status {};
+        struct stat status{};
 
         if (::fstat(descriptor, &status) == 0) identity_ = {status.st_dev, status.st_ino};
         return;
@@ -56,7 +56,7 @@ SensorFile::~SensorFile() {
 }
 
 bool SensorFile::isStillAt(const std::filesystem::path& path) const {
-    struct stat status {};
+    struct stat status{};
 
     const NotedRead noted(path.native());
     if (descriptor_ < 0 || ::stat(path.c_str(), &status) != 0) return false;

@@ -88,7 +88,7 @@ int openRegularFile(const std::filesystem::path& file) {
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) return -1;
 
-    struct stat status {};
+    struct stat status{};
 
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) return descriptor;
     ::close(descriptor);

@@ -29,8 +29,7 @@ class OpeningAgainTest : public CocoaTest {
     struct Program {
         Program(std::function<void()> openPanel, Log& log)
             : observer([this, openPanel, &log] {
-                openAgain(
-                    openPanel, [this] { return bar.itemSight(); }, log);
+                openAgain(openPanel, [this] { return bar.itemSight(); }, log);
             }) {}
 
         CocoaStatusBar bar{[] {}};

@@ -23,7 +23,7 @@ void doNothing(int /*number*/) {}
 class ActionScope {
   public:
     ActionScope(int number, void (*handler)(int)) : number_(number) {
-        struct sigaction action {};
+        struct sigaction action{};
 
         action.sa_handler = handler;
         ::sigaction(number, &action, &earlier_);
@@ -37,11 +37,11 @@ class ActionScope {
   private:
     int number_;
 
-    struct sigaction earlier_ {};
+    struct sigaction earlier_{};
 };
 
 auto handlerOf(int number) {
-    struct sigaction action {};
+    struct sigaction action{};
 
     ::sigaction(number, nullptr, &action);
     return action.sa_handler;

@@ -36,7 +36,7 @@ struct Stall {
 std::array<Stall, 8> stalls;
 
 ino_t inodeOf(int file) {
-    struct stat status {};
+    struct stat status{};
 
     return fstatat(file, "", &status, AT_EMPTY_PATH) == 0 ? status.st_ino : 0;
 }
@@ -56,7 +56,7 @@ void stallAt(ino_t inode) {
 namespace kelvinbar::fakes {
 
 StalledFile::StalledFile(const std::filesystem::path& file) {
-    struct stat status {};
+    struct stat status{};
 
     if (fstatat(AT_FDCWD, file.c_str(), &status, 0) != 0) std::abort();
     while (stalls.at(place_).inode != 0) ++place_;

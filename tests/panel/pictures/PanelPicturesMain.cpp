@@ -30,6 +30,5 @@ int drawAll(int& argc, char** argv) {
 
 int main(int argc, char** argv) {
     if (argc == 2 && !std::string_view(argv[1]).starts_with("--")) return drawAll(argc, argv);
-    return kelvinbar::runQtTests(
-        argc, argv, [] { return true; }, kelvinbar::screens::platform);
+    return kelvinbar::runQtTests(argc, argv, [] { return true; }, kelvinbar::screens::platform);
 }

@@ -231,9 +231,8 @@ TEST_P(FaultyFiles, LeaveTheReadingsOfOtherChipsInPairs) {
     std::int64_t tried = 0;
     for (const Fault fault : fakes::allFaults) {
         const std::string what = "pairs with fault " + std::to_string(static_cast<int>(fault)) + " at call";
-        tried += fakes::attemptEach(what, [&](std::int64_t call) {
-            return readWithPairs({call, fault}, *step, whole);
-        });
+        tried += fakes::attemptEach(
+            what, [&](std::int64_t call) { return readWithPairs({call, fault}, *step, whole); });
     }
     recordTried(tried);
 }

@@ -79,7 +79,7 @@ TEST_F(InstanceLockTest, TheKernelReleasesTheLockOfAProcessThatIsKilled) {
 TEST_F(InstanceLockTest, TheFileIsTheUsersOwnAndExemptFromCleaning) {
     EXPECT_TRUE(first_.take(terminal));
 
-    struct stat status {};
+    struct stat status{};
 
     ASSERT_EQ(::stat(file_.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 01600U);

@@ -113,7 +113,9 @@ TEST_F(NoTrayNoticeTest, OpensNothingAtLogin) {
 }
 
 TEST_F(NoTrayNoticeTest, IsCancelledByItsEnd) {
-    { const NoTrayNotice notice(situation_, milliseconds(1), recording_.log); }
+    {
+        const NoTrayNotice notice(situation_, milliseconds(1), recording_.log);
+    }
     runEventLoop(milliseconds(20));
     EXPECT_EQ(questions_, 0);
 }

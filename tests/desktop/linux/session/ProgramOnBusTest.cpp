@@ -42,8 +42,7 @@ class ProgramOnBusTest : public StoreFixture {
     }
 
     void offer() {
-        program_.emplace(
-            bus_.connection(), *store, [this] { ++openings_; }, [this] { return now_; });
+        program_.emplace(bus_.connection(), *store, [this] { ++openings_; }, [this] { return now_; });
     }
 
     OfferedReadings readings() {

@@ -460,7 +460,7 @@ TEST_F(LinkedPreferences, ThatArePipesAreNeitherReadNorReplaced) {
     ASSERT_EQ(::mkfifo(path().toUtf8().constData(), 0600), 0);
     expectNothingIsDone();
 
-    struct stat status {};
+    struct stat status{};
 
     ASSERT_EQ(::stat(path().toUtf8().constData(), &status), 0);
     EXPECT_TRUE(S_ISFIFO(status.st_mode));
@@ -471,7 +471,7 @@ TEST_F(LinkedPreferences, ThatLeadToADeviceAreNeitherReadNorReplaced) {
     expectNothingIsDone();
     EXPECT_EQ(QFileInfo(path()).symLinkTarget(), "/dev/zero");
 
-    struct stat status {};
+    struct stat status{};
 
     ASSERT_EQ(::stat("/dev/zero", &status), 0);
     EXPECT_TRUE(S_ISCHR(status.st_mode));

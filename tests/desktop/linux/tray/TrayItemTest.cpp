@@ -111,10 +111,7 @@ class Tray {
                                         if (reported.isNull()) return std::nullopt;
                                         return reported + clickOffset;
                                     },
-                                    .visibleFrameAround =
-                                        [](const Rect&) {
-                                            return Rect{0, 28, 1280, 772};
-                                        },
+                                    .visibleFrameAround = [](const Rect&) { return Rect{0, 28, 1280, 772}; },
                                     .takesClick = [this] { return takesClick; }},
                    .makeXEmbedIcon =
                        [xembedState](XEmbedTrayHandlers handlers) -> std::unique_ptr<XEmbedTrayIcon> {
