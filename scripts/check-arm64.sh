@@ -20,6 +20,7 @@ rm -rf "$root.new"
 unshare --mount --pid --fork bash -euc '
   mount -t proc proc "$0/proc"
   mount --rbind /dev "$0/dev"
+  mount --rbind /sys "$0/sys"
   mount --bind . "$0/srv/kelvinbar"
   exec chroot "$0" /srv/kelvinbar/scripts/arm64/build-and-try.sh' "$root"
 rm -rf "$work/packages"

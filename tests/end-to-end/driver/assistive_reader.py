@@ -42,6 +42,12 @@ def named(name):
     sys.exit(f"assistive_reader.py: nothing is called '{name}'")
 
 
+def role(thing):
+    """Newer versions of the accessibility library call a push button a button."""
+    name = thing.getRoleName()
+    return "push button" if name == "button" else name
+
+
 def states(thing):
     present = [pyatspi.stateToString(state) for state in thing.getState().getStates()]
     return " ".join(state for state in STATES if state in present)
@@ -58,7 +64,7 @@ def press(thing):
 def main(command, name=None):
     if command == "list":
         for thing, depth in objects(program()):
-            print(depth, thing.getRoleName(), thing.name, thing.description, states(thing), sep="\t")
+            print(depth, role(thing), thing.name, thing.description, states(thing), sep="\t")
     elif command == "place":
         box = named(name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         print(box.x + box.width // 2, box.y + box.height // 2)
