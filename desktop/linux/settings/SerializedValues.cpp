@@ -9,11 +9,11 @@ namespace {
 
 /// The character of an escape sequence in hexadecimal or octal digits; null for others, which stand for none
 /// of the characters that matter here. QSettings keeps the lowest 16 bits.
-QChar escapedCharacter(const QRegularExpressionMatch& escape) {
+char16_t escapedCharacter(const QRegularExpressionMatch& escape) {
     const QString hexadecimal = escape.captured("hexadecimal").right(4);
     const QString octal = escape.captured("octal").right(6);
-    return QChar(static_cast<char16_t>(hexadecimal.isEmpty() ? octal.toUInt(nullptr, 8)
-                                                             : hexadecimal.toUInt(nullptr, 16)));
+    return static_cast<char16_t>(hexadecimal.isEmpty() ? octal.toUInt(nullptr, 8)
+                                                       : hexadecimal.toUInt(nullptr, 16));
 }
 
 QString withoutEscapes(const QString& text) {
@@ -24,7 +24,7 @@ QString withoutEscapes(const QString& text) {
     for (auto escape = escapes.globalMatch(text); escape.hasNext();) {
         const QRegularExpressionMatch match = escape.next();
         plain.append(QStringView(text).mid(end, match.capturedStart() - end));
-        plain.append(escapedCharacter(match));
+        plain.append(QChar(escapedCharacter(match)));
         end = match.capturedEnd();
     }
     return plain.append(QStringView(text).mid(end));

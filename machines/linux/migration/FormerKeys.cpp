@@ -157,8 +157,8 @@ class Assignment {
         const auto hasThisName = [&](const SensorChannel& other) {
             return other.kind == fan.kind && other.label == fan.label;
         };
-        return stringContainsFanHint(fan.label) &&
-               !(isPrintableSMCKey(fan.label) && fan.label.front() == 'F') &&
+        const bool isKeyOfAFan = isPrintableSMCKey(fan.label) && fan.label.front() == 'F';
+        return stringContainsFanHint(fan.label) && !isKeyOfAFan &&
                std::ranges::count_if(chips_[place.chip].channels, hasThisName) == 1;
     }
 

@@ -8,6 +8,7 @@
 #include <QPixmap>
 #include <QSystemTrayIcon>
 #include <QTextDocument>
+#include <memory>
 #include <utility>
 
 namespace kelvinbar {
@@ -64,9 +65,13 @@ class SystemTrayIcon final : public XEmbedTrayIcon {
     QSystemTrayIcon icon_;
 };
 
-QGuiApplication* makeApplication(int& argc, char** argv) { return new QApplication(argc, argv); }
+QGuiApplication* makeApplication(int& argc, char** argv) {
+    return std::make_unique<QApplication>(argc, argv).release();
+}
 
-XEmbedTrayIcon* makeIcon(XEmbedTrayHandlers handlers) { return new SystemTrayIcon(std::move(handlers)); }
+XEmbedTrayIcon* makeIcon(XEmbedTrayHandlers handlers) {
+    return std::make_unique<SystemTrayIcon>(std::move(handlers)).release();
+}
 
 } // namespace
 
