@@ -170,7 +170,7 @@ covers_over_fake() {
     compiles_for_fake "$source" "${objects[-1]}" -fprofile-instr-generate -fcoverage-mapping || return 1
   done
   links_with_fake "$folder/tests" "${objects[@]}" -u__llvm_profile_runtime \
-    "$(clang++ -print-runtime-dir)/libclang_rt.profile-x86_64.a" &&
+    "$(clang++ -print-resource-dir)/lib/linux/libclang_rt.profile-x86_64.a" &&
     LLVM_PROFILE_FILE=$folder/counts runs_over_fake "$folder/tests" >/dev/null &&
     llvm-profdata merge "$folder/counts" -o "$folder/merged" &&
     llvm-cov export --summary-only --instr-profile="$folder/merged" "$folder/tests" "${@:2}" |
