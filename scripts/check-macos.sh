@@ -37,6 +37,7 @@ fetch_arm64_programs() {
   apt-get "${options[@]}" update
   apt-get "${options[@]}" install -y --no-install-recommends --download-only llvm >/dev/null
   for deb in "$packages"/cache/archives/*.deb; do dpkg-deb --extract "$deb" "$root"; done
+  [[ -e $root/lib ]] || ln -s usr/lib "$root/lib" # as the system has it since Debian 13
   touch "$packages/unpacked"
 }
 
