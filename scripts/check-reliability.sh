@@ -26,7 +26,7 @@ build() {
 
 scripts/install-dependencies.sh test fuzz reliability
 build desktop kelvinbar kelvinbar-demo kelvinbar-panel kelvinbar-xembed kelvinbar-snapshot kelvinbar_attacks
-if has_part faults || has_part memory; then build asan kelvinbar_attacks; fi
+if [[ $scale == night ]] && { has_part faults || has_part memory; }; then build asan kelvinbar_attacks; fi
 if has_part fuzz; then build fuzz kelvinbar_fuzz_targets; fi
 
 exec /usr/bin/python3 -B -m pytest -p no:cacheprovider --tb=short -q --scale="$scale" "${modules[@]}"
