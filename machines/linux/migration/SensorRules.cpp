@@ -170,7 +170,7 @@ constexpr std::array rules{
     SensorRule{any, fan, any, "F+Ac Fan+"},
 };
 
-constexpr std::array fanAttributes{
+constexpr std::array fanRules{
     FanAttributeRule{fanMinimum, "macsmc_hwmon", "Mn"},
     FanAttributeRule{fanMaximum, "macsmc_hwmon", "Mx"},
     FanAttributeRule{fanTarget, "macsmc_hwmon", "Tg"},
@@ -182,7 +182,7 @@ constexpr std::array registryChipPatterns{superIO, boardMonitors};
 
 std::span<const SensorRule> sensorRules() { return rules; }
 
-std::span<const FanAttributeRule> fanAttributeRules() { return fanAttributes; }
+std::span<const FanAttributeRule> fanAttributeRules() { return fanRules; }
 
 std::span<const std::string_view> registryChips() { return registryChipPatterns; }
 
