@@ -117,6 +117,12 @@ StoredPreferences valuesOf(const QSettings& settings) {
     return stored;
 }
 
+/// Of the file with this content.
+StoredPreferences storedIn(const QString& path, const QByteArray& content) {
+    if (holdsSerializedValues(content)) return {.values = {}, .isDamaged = true};
+    return valuesOf(QSettings(path, QSettings::NativeFormat));
+}
+
 bool holdSameTexts(const Values& left, const Values& right) {
     return left.keys() == right.keys() &&
            std::equal(left.begin(), left.end(), right.begin(),
@@ -129,12 +135,11 @@ class SettingsFormat {
   public:
     /// No value if there is no room for temporary files.
     [[nodiscard]] std::optional<StoredPreferences> parsed(const QByteArray& content) {
-        if (holdsSerializedValues(content)) return StoredPreferences{.values = {}, .isDamaged = true};
         const QString path = nextPath();
         QFile file(path);
         if (!file.open(QFile::WriteOnly) || file.write(content) != content.size() || !file.flush())
             return std::nullopt;
-        return valuesOf(QSettings(path, QSettings::NativeFormat));
+        return storedIn(path, content);
     }
 
     /// The same.
@@ -239,8 +244,7 @@ const char* PreferencesFile::readFile() {
     if (kind == FileKind::missing) return nullptr;
     const auto content = contentOf(path_);
     if (!content) return "cannot be read";
-    if (holdsSerializedValues(*content)) return "are damaged";
-    StoredPreferences stored = valuesOf(QSettings(path_, QSettings::NativeFormat));
+    StoredPreferences stored = storedIn(path_, *content);
     values_ = std::move(stored.values);
     return stored.isDamaged ? "are damaged" : nullptr;
 }
