@@ -108,12 +108,6 @@ bool isEarlier(const OrderedChip& left, const OrderedChip& right) {
 
 // Devices
 
-/// A chip that no row matches is identified by its network interface, if it has one.
-std::string familyOf(const SensorChip& chip, const std::string& type) {
-    if (deviceRowOf(type) != nullptr || chip.network.empty()) return type;
-    return chip.network.starts_with("w") ? "wlan0" : "eth0";
-}
-
 /// The words for a chip that no row matches: its driver's name.
 std::string driverWords(std::string_view type) {
     constexpr std::string_view zone = "_thermal";
@@ -139,8 +133,13 @@ NamedDevice deviceOf(const SensorChip& chip) {
     device.chip = &chip;
     device.type = typeOf(chip);
     device.keyStart = keyText(chip.sensorsName.empty() ? device.type : chip.sensorsName);
-    device.family = familyOf(chip, device.type);
+    device.family = device.type;
     device.row = deviceRowOf(device.family);
+    // A chip that no row matches is identified by its network interface, if it has one.
+    if (device.row == nullptr && !chip.network.empty()) {
+        device.family = chip.network.starts_with("w") ? "wlan0" : "eth0";
+        device.row = deviceRowOf(device.family);
+    }
     for (const SensorChannel& channel : chip.channels) ++device.channelCounts[channel.kind];
     device.words = device.row == nullptr ? driverWords(device.type) : std::string(device.row->words);
     return device;

@@ -6,13 +6,12 @@
 #include "machines/linux/files/DevicePath.h"
 #include "machines/linux/files/SystemFile.h"
 #include "machines/linux/naming/ChipName.h"
+#include "machines/linux/sources/ChipDevice.h"
 #include "sensors/ReadWatch.h"
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <utility>
 
@@ -21,8 +20,6 @@ namespace kelvinbar {
 namespace {
 
 namespace fs = std::filesystem;
-
-using FileNames = std::set<std::string, std::less<>>;
 
 /// A kind of channel file: "temp3_input" consists of prefix, number and item.
 struct ChannelFile {
@@ -50,11 +47,6 @@ constexpr std::array channelFiles{
     ChannelFile{"freq", "input", SensorKind::frequency, 1e6},
     ChannelFile{"humidity", "input", SensorKind::humidity, 1e3},
 };
-
-FileNames fileNames(const fs::path& folder) {
-    std::vector<std::string> entries = folderEntries(folder);
-    return {std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end())};
-}
 
 /// The number in a file name such as "temp3_input", if prefix and item match.
 std::optional<int> channelNumber(std::string_view name, const ChannelFile& kind) {
@@ -151,27 +143,6 @@ void appendFanOutputs(SensorChip& chip, const FileNames& names) {
     }
 }
 
-/// Old drivers put the name and all channels into the device's folder.
-bool areChannelsOnDevice(const fs::path& entry, const FileNames& names) {
-    return !names.contains("name") && names.contains("device") && isThere(entry / "device/name");
-}
-
-std::vector<fs::path> powerStates(const fs::path& entry) {
-    std::vector<fs::path> states;
-    // The device, and the one that it is a function of, such as a drive's controller.
-    for (const char* const file : {"device/power/runtime_status", "device/device/power/runtime_status"}) {
-        const auto status = systemFileLine(entry / file);
-        if (status && *status != "unsupported") states.push_back(entry / file);
-    }
-    return states;
-}
-
-bool isAnyAsleep(const std::vector<fs::path>& states) {
-    return std::ranges::any_of(states, [](const fs::path& state) {
-        return systemFileLine(state).value_or("").starts_with("suspend");
-    });
-}
-
 /// "iwlwifi_1" and "mt7921_phy0" without the number that increases each time the driver is loaded.
 std::string withoutCounter(std::string_view name) {
     const std::size_t line = name.rfind('_');
@@ -182,82 +153,49 @@ std::string withoutCounter(std::string_view name) {
     return std::string(isCounter ? name.substr(0, line) : name);
 }
 
-/// The devices behind a hwmon entry, following the `device` links.
-std::vector<DeviceStep> deviceSteps(fs::path entry) {
-    constexpr std::size_t maximumSteps = 8;
-    std::vector<DeviceStep> steps;
-    while (steps.size() < maximumSteps) {
-        const fs::path device = linkTarget(entry / "device");
-        if (device.empty()) break;
-        entry /= "device";
-        const fs::path subsystem = linkTarget(entry / "subsystem");
-        steps.push_back({device.filename().string(), subsystem.filename().string()});
+/// Reads the chips of one machine.
+class ChipReader {
+  public:
+    explicit ChipReader(const fs::path& root) : devices_(root), interfaces_(devices_.folder()) {}
+
+    SensorChip chipAt(const fs::path& entry) {
+        const FileNames names = fileNames(entry);
+        const ChipDevice device = names.contains("device") ? ChipDevice(entry / "device") : ChipDevice();
+        // Old drivers put the name and all channels into the device's folder.
+        const bool isOnDevice = !names.contains("name") && device.has("name");
+        SensorChip chip;
+        chip.entry = entry;
+        chip.folder = isOnDevice ? device.link() : entry;
+        chip.device = devices_.pathOf(entry, device.folder());
+        chip.name = systemFileLine(chip.folder / "name").value_or("");
+        chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
+        chip.sensorsName = chipName(chip.name.empty() ? "hwmon" : chip.name, deviceSteps(device));
+        chip.model = driveModel(device);
+        chip.network = interfaces_.of(device);
+        ChipPower power = chipPower(device);
+        chip.powerStates = std::move(power.states);
+        setChannels(chip, isOnDevice ? device.names() : names, power.isAsleep);
+        return chip;
     }
-    return steps;
-}
 
-/// The first entry of a folder; empty without one.
-std::string firstEntry(const fs::path& folder) {
-    const FileNames names = fileNames(folder);
-    return names.empty() ? std::string() : *names.begin();
-}
-
-/// The model is an attribute of the drive. Older kernels attach the chip to the controller above the drive.
-std::string driveModel(const fs::path& entry) {
-    if (const auto model = systemFileLine(entry / "device/model")) return *model;
-    const fs::path drives = entry / "device/nvme";
-    const std::string drive = firstEntry(drives);
-    return drive.empty() ? drive : systemFileLine(drives / drive / "model").value_or("");
-}
-
-/// The network interface of the chip's device, or of a device up to a few folders above (the chip may be in a
-/// radio or in a transceiver on the card's own bus). A bridge has none.
-std::string networkInterface(const fs::path& devices, fs::path folder) {
-    constexpr int maximumFolders = 4;
-    for (int step = 0; !folder.empty() && step < maximumFolders && folder != devices; ++step) {
-        std::string interface = firstEntry(folder / "net");
-        if (!interface.empty()) return interface;
-        if (folder == folder.root_path()) break;
-        folder = folder.parent_path();
+  private:
+    static void setChannels(SensorChip& chip, const FileNames& names, bool isAsleep) {
+        chip.channels = channelsIn(chip.folder, names, isAsleep);
+        appendFanOutputs(chip, names);
     }
-    return {};
-}
 
-/// Sets what is known of the device behind the chip.
-void describeDevice(SensorChip& chip, const DeviceTree& devices, const fs::path& device) {
-    chip.model = driveModel(chip.entry);
-    chip.network = networkInterface(devices.folder(), device);
-    chip.powerStates = powerStates(chip.entry);
-}
-
-SensorChip chipAt(const DeviceTree& devices, const fs::path& entry) {
-    FileNames names = fileNames(entry);
-    const bool hasDevice = names.contains("device");
-    const fs::path device = hasDevice ? canonicalPath(entry / "device") : fs::path();
-    SensorChip chip;
-    chip.entry = chip.folder = entry;
-    if (areChannelsOnDevice(entry, names)) {
-        chip.folder /= "device";
-        names = fileNames(chip.folder);
-    }
-    chip.device = devices.pathOf(entry, device);
-    chip.name = systemFileLine(chip.folder / "name").value_or("");
-    chip.stableName = chip.device.empty() ? chip.name : withoutCounter(chip.name);
-    chip.sensorsName = chipName(chip.name.empty() ? "hwmon" : chip.name, deviceSteps(entry));
-    if (hasDevice) describeDevice(chip, devices, device);
-    chip.channels = channelsIn(chip.folder, names, isAnyAsleep(chip.powerStates));
-    appendFanOutputs(chip, names);
-    return chip;
-}
+    DeviceTree devices_;
+    NetworkInterfaces interfaces_;
+};
 
 } // namespace
 
 std::vector<SensorChip> hwmonChips(const fs::path& root) {
     std::vector<SensorChip> chips;
-    const DeviceTree devices(root);
+    ChipReader reader(root);
     for (const fs::path& entry : visitedClassEntries(root, "hwmon")) {
         const DeviceVisit visit(entry.native(), LogCategory::sourceKernel);
-        if (visit.isAllowed()) chips.push_back(chipAt(devices, entry));
+        if (visit.isAllowed()) chips.push_back(reader.chipAt(entry));
     }
     std::ranges::stable_sort(chips, [](const SensorChip& left, const SensorChip& right) {
         if (comesBeforeNaturally(left.device, right.device)) return true;

@@ -179,16 +179,55 @@ TEST_F(ChipOfADrive, HasTheModelOfTheDriveBelowAController) {
     EXPECT_EQ(onlyChip().sensorsName, "nvme-pci-0100");
 }
 
-TEST(ChipOfANetworkCard, HasTheCardsInterface) {
+class ChipOfANetworkCard : public testing::Test {
+  protected:
+    /// A chip whose device is in that folder.
+    void addChip(const std::string& number, const fs::path& device) {
+        const fs::path chip = device / ("hwmon" + number);
+        tree.write(chip / "name", "phy\n");
+        fs::create_directories(tree.root() / "sys/class/hwmon");
+        fs::create_symlink(tree.root() / chip, tree.root() / "sys/class/hwmon" / chip.filename());
+        fs::create_symlink("..", tree.root() / chip / "device");
+    }
+
+    [[nodiscard]] std::vector<std::string> interfaces() const {
+        std::vector<std::string> found;
+        for (const SensorChip& chip : hwmonChips(tree.root())) found.push_back(chip.network);
+        return found;
+    }
+
     fakes::TemporaryTree tree;
-    const fs::path card = "sys/devices/pci0000:00/0000:05:00.0";
-    const fs::path chip = card / "ieee80211/phy0/hwmon4";
-    tree.write(chip / "name", "mt7921_phy0\n");
+    fs::path card = "sys/devices/pci0000:00/0000:05:00.0";
+};
+
+TEST_F(ChipOfANetworkCard, HasTheCardsInterface) {
     tree.makeDirectory(card / "net/wlp5s0");
-    fs::create_directories(tree.root() / "sys/class/hwmon");
-    fs::create_symlink(tree.root() / chip, tree.root() / "sys/class/hwmon/hwmon4");
-    fs::create_symlink("../../phy0", tree.root() / chip / "device");
-    EXPECT_EQ(hwmonChips(tree.root()).at(0).network, "wlp5s0");
+    addChip("4", card / "ieee80211/phy0");
+    EXPECT_THAT(interfaces(), ElementsAre("wlp5s0"));
+}
+
+TEST_F(ChipOfANetworkCard, HasTheInterfaceOfItsOwnDeviceBeforeThatOfOneAbove) {
+    tree.makeDirectory(card / "net/eth0");
+    tree.makeDirectory(card / "port1/net/eth1");
+    addChip("1", card / "port1");
+    addChip("2", card / "port2");
+    EXPECT_THAT(interfaces(), ElementsAre("eth1", "eth0"));
+}
+
+TEST_F(ChipOfANetworkCard, HasTheInterfaceThatSeveralChipsShare) {
+    tree.makeDirectory(card / "net/enp5s0");
+    addChip("1", card / "mdio/phy1");
+    addChip("2", card / "mdio/phy2");
+    EXPECT_THAT(interfaces(), ElementsAre("enp5s0", "enp5s0"));
+}
+
+TEST_F(ChipOfANetworkCard, HasNoInterfaceThatIsFourFoldersAbove) {
+    tree.makeDirectory(card / "net/enp5s0");
+    addChip("1", card / "a/b/c");
+    EXPECT_THAT(interfaces(), ElementsAre("enp5s0"));
+    tree.remove("sys/class/hwmon/hwmon1");
+    addChip("2", card / "a/b/c/d");
+    EXPECT_THAT(interfaces(), ElementsAre(""));
 }
 
 TEST_F(HwmonChipsTest, AChipWithoutADeviceIsVirtual) {

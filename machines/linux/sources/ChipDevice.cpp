@@ -1,0 +1,99 @@
+#include "machines/linux/sources/ChipDevice.h"
+
+#include "machines/linux/files/SystemFile.h"
+
+#include <cstddef>
+#include <iterator>
+#include <optional>
+
+namespace kelvinbar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The first entry of a folder; empty without one.
+std::string firstEntry(const fs::path& folder) {
+    const FileNames names = fileNames(folder);
+    return names.empty() ? std::string() : *names.begin();
+}
+
+std::string subsystemOf(const fs::path& device) {
+    return linkTarget(device / "subsystem").filename().string();
+}
+
+} // namespace
+
+FileNames fileNames(const fs::path& folder) {
+    std::vector<std::string> entries = folderEntries(folder);
+    return {std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end())};
+}
+
+ChipDevice::ChipDevice(fs::path link)
+    : link_(std::move(link)), folder_(canonicalPath(link_)), names_(fileNames(link_)) {}
+
+ChipPower chipPower(const ChipDevice& device) {
+    ChipPower power;
+    const auto ask = [&](const fs::path& file) {
+        const auto status = systemFileLine(file);
+        if (!status || *status == "unsupported") return;
+        power.states.push_back(file);
+        if (status->starts_with("suspend")) power.isAsleep = true;
+    };
+    if (device.has("power")) ask(device.link() / "power/runtime_status");
+    // The device that this one is a function of, such as a drive's controller.
+    if (device.has("device")) ask(device.link() / "device/power/runtime_status");
+    return power;
+}
+
+std::vector<DeviceStep> deviceSteps(const ChipDevice& device) {
+    constexpr std::size_t maximumSteps = 8;
+    std::vector<DeviceStep> steps;
+    // In a copy of the class alone, the link names the device even though it is dangling.
+    const fs::path target = device.folder().empty() ? linkTarget(device.link()) : device.folder();
+    if (target.empty()) return steps;
+    steps.push_back(
+        {target.filename().string(), device.has("subsystem") ? subsystemOf(device.link()) : std::string()});
+    if (!device.has("device")) return steps;
+    fs::path link = device.link() / "device";
+    while (steps.size() < maximumSteps) {
+        const fs::path next = linkTarget(link);
+        if (next.empty()) break;
+        steps.push_back({next.filename().string(), subsystemOf(link)});
+        link /= "device";
+    }
+    return steps;
+}
+
+std::string driveModel(const ChipDevice& device) {
+    const auto model = device.has("model") ? systemFileLine(device.link() / "model") : std::nullopt;
+    if (model || !device.has("nvme")) return model.value_or("");
+    // Older kernels attach the chip to the controller above the drive.
+    const fs::path drives = device.link() / "nvme";
+    const std::string drive = firstEntry(drives);
+    return drive.empty() ? drive : systemFileLine(drives / drive / "model").value_or("");
+}
+
+const std::string& NetworkInterfaces::of(const ChipDevice& device) {
+    constexpr int foldersAbove = 3;
+    std::string_view folder = device.folder().native();
+    if (device.has("net")) {
+        const std::string& interface = in(folder);
+        if (!interface.empty()) return interface;
+    }
+    for (int step = 0; step < foldersAbove; ++step) {
+        folder = folder.substr(0, folder.empty() ? 0 : folder.rfind('/'));
+        if (folder.empty() || folder == devices_.native()) break;
+        const std::string& interface = in(folder);
+        if (!interface.empty()) return interface;
+    }
+    return none_;
+}
+
+const std::string& NetworkInterfaces::in(std::string_view folder) {
+    const auto known = interfaces_.find(folder);
+    if (known != interfaces_.end()) return known->second;
+    return interfaces_.emplace(folder, firstEntry(fs::path(folder) / "net")).first->second;
+}
+
+} // namespace kelvinbar
