@@ -4,7 +4,6 @@
 #include "desktop/linux/session/DesktopEntry.h"
 #include "fuzz/Check.h"
 #include "fuzz/InputText.h"
-#include "fuzz/QuietLog.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <cstddef>
@@ -41,10 +40,8 @@ void registerOver(std::string_view text) {
     tree.write(std::string(name) + ".desktop", text);
     const std::filesystem::path program = tree.write("kelvinbar", "");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-    QuietLog quiet;
     AutostartEntry entry(tree.root(), name, {program.string(), "--autostart"},
-                         {.path = "/usr/bin", .desktopNames = "Test"}, {.openSettings = {}, .beep = {}},
-                         quiet.log());
+                         {.path = "/usr/bin", .desktopNames = "Test"}, [](LogLevel, const std::string&) {});
     const bool wasRegistered = entry.isRegistered();
     entry.renew();
     check(!wasRegistered || entry.isRegistered(), "renewing leaves an entry that starts the program");

@@ -1,7 +1,7 @@
 #include "desktop/Desktop.h"
 #include "desktop/linux/SessionFindings.h"
 #include "desktop/linux/session/AlertSound.h"
-#include "desktop/linux/session/AutostartEntry.h"
+#include "desktop/linux/session/AutostartService.h"
 #include "desktop/linux/session/BusKeeper.h"
 #include "desktop/linux/session/InstanceLock.h"
 #include "desktop/linux/session/NoTrayNotice.h"
@@ -57,6 +57,15 @@ void openAutostartSettings() {
 
 std::string desktopNames() { return qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(); }
 
+AutostartEntry autostartEntry(const QString& name, const std::vector<std::string>& command,
+                              AutostartEntry::Report report) {
+    return {userAutostartFolder(),
+            name.toStdString(),
+            command,
+            {.path = qEnvironmentVariable("PATH").toStdString(), .desktopNames = desktopNames()},
+            std::move(report)};
+}
+
 /// The program's name on the session bus, which is also that of its desktop entry.
 QString busName(const std::string& name) {
     return name == "kelvinbar" ? "org.kelvinbar.Kelvinbar" : "org.kelvinbar.Demo";
@@ -107,8 +116,7 @@ class LinuxDesktop final : public Desktop {
         , userDefaults_(QString::fromStdString(start.name), log)
         , barColors_(desktopNames(), bus_, PlasmaFolders::ofThisUser())
         , statusBar_(bus_, trayContext(), handlers_, log)
-        , autostart_(userAutostartFolder(), start_.name.toStdString(), command,
-                     {.path = qEnvironmentVariable("PATH").toStdString(), .desktopNames = desktopNames()},
+        , autostart_([&](auto report) { return autostartEntry(start_.name, command, std::move(report)); },
                      {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
         , reducedMotion_(bus_, reducedMotionSettings())
         , moreContrast_(bus_, moreContrastSettings())
@@ -257,7 +265,7 @@ class LinuxDesktop final : public Desktop {
     PreferencesFile userDefaults_;
     BarColors barColors_;
     TrayStatusBar statusBar_;
-    AutostartEntry autostart_;
+    AutostartService autostart_;
     DesktopPreference reducedMotion_;
     DesktopPreference moreContrast_;
     SessionWatch session_{QDBusConnection::systemBus(), [this] { popoverInput_.userLeaves(); }};

@@ -12,7 +12,8 @@ from typing import NamedTuple
 import pytest
 
 from driver.desktop import Desktop
-from driver.program import Program
+from driver.hosts.host import NoBar
+from driver.program import Panel, Program
 from driver.waiting import wait_until
 from sensor_tree import CONTROLLER, ConfiguredTree, SensorProgram, SensorTree, skip_unless_mountable
 
@@ -283,6 +284,31 @@ def test_the_others_are_read_on_and_the_sensor_comes_back(
     sensors.finish()
     record(
         f"stall in {name_of(driver)}, then its end", "the other chip read on, second start answered, both back", True
+    )
+
+
+@pytest.mark.program("kelvinbar")
+def test_the_panel_waits_for_no_disk(
+    desktop: Desktop, program: Path, tree: SensorTree, attack_file: Callable[[str], Path], tmp_path: Path, record
+) -> None:
+    """The autostart entry, which an opening panel reads."""
+    entry = desktop.configuration / "autostart/org.kelvinbar.Kelvinbar.desktop"
+    desktop.write(entry, "[Desktop Entry]\n")
+    disk = Driver("open", file=f"{entry.parent.name}/{entry.name}")
+    stall = Stall(attack_file("libkelvinbar_stalling_files.so"), tmp_path, disk)
+    sensors = SensorProgram(program, desktop, tree, stall.variables)
+    with NoBar(desktop) as host:
+        panel = Panel(host.windows(), host.scale, host.shadow)
+        sensors.start()
+        stall.begin()
+        sensors.start_again()
+        wait_until(Panel.OPEN_SECONDS, "the panel", panel.is_open)
+        was_reached = stall.is_reached()
+        seconds = seconds_to_quit(sensors, "menu")
+    record(
+        "stall of the autostart entry's disk",
+        f"panel opened, ended in {seconds:.2f} s",
+        was_reached and seconds < QUIT_SECONDS and desktop_preferences(desktop).get(CHANGED) == "1",
     )
 
 

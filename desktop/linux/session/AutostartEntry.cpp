@@ -89,13 +89,11 @@ bool isSwitchedOff(const EntryLines& lines) {
 } // namespace
 
 AutostartEntry::AutostartEntry(const fs::path& folder, const std::string& name,
-                               std::vector<std::string> command, Surroundings surroundings, Actions actions,
-                               Log& log)
+                               std::vector<std::string> command, Surroundings surroundings, Report report)
     : file_(folder / (name + ".desktop"))
     , command_(std::move(command))
     , surroundings_(std::move(surroundings))
-    , actions_(std::move(actions))
-    , log_(log) {}
+    , report_(std::move(report)) {}
 
 bool AutostartEntry::isRegistered() const {
     const auto text = contentOf(file_);
@@ -140,7 +138,7 @@ bool AutostartEntry::registerItem() {
     fs::create_directories(file_.parent_path(), error);
     const auto text = contentOf(file_);
     if (kindOf(file_) != FileKind::missing && !text) {
-        return logged(LogLevel::error, "cannot be read in full and is left as it is");
+        return reported(LogLevel::error, "cannot be read in full and is left as it is");
     }
     return write(enabled(entryLines(text.value_or(std::string(newEntry)))));
 }
@@ -148,14 +146,13 @@ bool AutostartEntry::registerItem() {
 bool AutostartEntry::write(const EntryLines& lines) const {
     const auto target = replaceableFile(file_);
     if (!target || !replaceFile(*target, entryText(lines)))
-        return logged(LogLevel::error, "cannot be written");
-    return logged(LogLevel::info, "is written");
+        return reported(LogLevel::error, "cannot be written");
+    return reported(LogLevel::info, "is written");
 }
 
-/// Returns false if `level` is error, so that the caller can log and return in one statement.
-bool AutostartEntry::logged(LogLevel level, const char* what) const {
-    log_.write(LogCategory::login, level,
-               [&] { return "the autostart entry " + file_.string() + " " + what; });
+/// Returns false if `level` is error, so that the caller can report and return in one statement.
+bool AutostartEntry::reported(LogLevel level, const char* what) const {
+    report_(level, "the autostart entry " + file_.string() + " " + what);
     return level != LogLevel::error;
 }
 
@@ -186,7 +183,7 @@ void AutostartEntry::renew() {
     *program = programPath();
     lines = withEntryValue(lines, "Exec", desktopExecValue(words));
     if (!isTryExecMet(lines)) lines = withoutEntryValue(lines, "TryExec");
-    static_cast<void>(write(lines)); // a failure is logged
+    static_cast<void>(write(lines)); // a failure is reported
 }
 
 /// Other programs in an entry, such as a shell, are the user's own choice. So is another copy of this one.
@@ -196,13 +193,13 @@ bool AutostartEntry::isStale(const std::string& word) const {
 
 bool AutostartEntry::unregisterItem() {
     std::error_code error;
-    if (kindOf(file_) == FileKind::other) return logged(LogLevel::error, "is no file and is left as it is");
+    if (kindOf(file_) == FileKind::other) return reported(LogLevel::error, "is no file and is left as it is");
     // A link belongs to whoever keeps its target, and would be missed.
     if (const auto text = contentOf(file_); text && fs::is_symlink(file_, error)) {
         return write(withEntryValue(entryLines(*text), "Hidden", "true"));
     }
     fs::remove(file_, error);
-    return error ? logged(LogLevel::error, "cannot be removed") : logged(LogLevel::info, "is removed");
+    return error ? reported(LogLevel::error, "cannot be removed") : reported(LogLevel::info, "is removed");
 }
 
 fs::path userAutostartFolder() {

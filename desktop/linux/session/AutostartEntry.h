@@ -2,7 +2,6 @@
 
 #include "base/Log.h"
 #include "desktop/linux/session/DesktopEntry.h"
-#include "shell/LoginItemManager.h"
 
 #include <filesystem>
 #include <functional>
@@ -23,15 +22,12 @@ namespace kelvinbar {
 /// Pitfalls: a file that cannot be read completely is not replaced, so registering fails. An entry that is a
 /// symbolic link stays one: it is written through, and unregistering hides it. One that is, or leads to,
 /// anything but a regular file is left alone (files/RegularFile.h). What a shell or another
-/// program in the entry starts in the end is unknown, so that such an entry does not count. Main thread.
-class AutostartEntry final : public LoginItemService {
+/// program in the entry starts in the end is unknown, so that such an entry does not count. Any thread, but
+/// one change at a time; every call may wait for the disk.
+class AutostartEntry {
   public:
-    struct Actions {
-        /// Opens the desktop's settings for programs that start at login, if it has any.
-        std::function<void()> openSettings;
-        /// Plays the alert sound.
-        std::function<void()> beep;
-    };
+    /// Takes a line for the log: a change, or as an error a failure.
+    using Report = std::function<void(LogLevel, const std::string&)>;
 
     /// Values of environment variables.
     struct Surroundings {
@@ -40,16 +36,19 @@ class AutostartEntry final : public LoginItemService {
     };
 
     /// `folder` is the autostart folder, `name` the entry's file name without ".desktop", and `command` the
-    /// full path of this program and its arguments. Logs changes, and failures as errors. The log must
-    /// outlive the object.
+    /// full path of this program and its arguments.
     AutostartEntry(const std::filesystem::path& folder, const std::string& name,
-                   std::vector<std::string> command, Surroundings surroundings, Actions actions, Log& log);
+                   std::vector<std::string> command, Surroundings surroundings, Report report);
 
-    [[nodiscard]] bool canRegister() const override { return true; }
+    [[nodiscard]] const std::filesystem::path& file() const { return file_; }
 
-    [[nodiscard]] bool isRegistered() const override;
-    bool registerItem() override;
-    bool unregisterItem() override;
+    [[nodiscard]] bool isRegistered() const;
+
+    /// Returns false on failure.
+    bool registerItem();
+
+    /// Returns false on failure.
+    bool unregisterItem();
 
     /// Makes an entry whose program is not found, but has this one's name, start this one. Keeps everything
     /// else, and does nothing if the entry is disabled. To be called at each start.
@@ -57,10 +56,6 @@ class AutostartEntry final : public LoginItemService {
 
     /// What the user types to start this program: its name where PATH leads to it, otherwise its full path.
     [[nodiscard]] std::string programWord() const;
-
-    void openLoginItemsSettings() override { actions_.openSettings(); }
-
-    void beep() override { actions_.beep(); }
 
   private:
     [[nodiscard]] bool starts(const EntryLines& lines) const;
@@ -71,13 +66,12 @@ class AutostartEntry final : public LoginItemService {
     [[nodiscard]] bool isTryExecMet(const EntryLines& lines) const;
     [[nodiscard]] EntryLines enabled(EntryLines lines) const;
     [[nodiscard]] bool write(const EntryLines& lines) const;
-    bool logged(LogLevel level, const char* what) const;
+    bool reported(LogLevel level, const char* what) const;
 
     std::filesystem::path file_;
     std::vector<std::string> command_;
     Surroundings surroundings_;
-    Actions actions_;
-    Log& log_;
+    Report report_;
 };
 
 /// The user's autostart folder, from the environment variables XDG_CONFIG_HOME and HOME.

@@ -3,7 +3,6 @@
 #include "tests/desktop/FileSizeLimit.h"
 #include "tests/desktop/TemporaryVariable.h"
 #include "tests/desktop/linux/session/ExecValueReader.h"
-#include "tests/fakes/RecordingLog.h"
 #include "tests/machines/linux/TemporaryTree.h"
 
 #include <filesystem>
@@ -61,8 +60,7 @@ struct AutostartEntryTest : testing::Test {
     fakes::TemporaryTree tree;
     fs::path folder = tree.root() / "config" / "autostart";
     fs::path file = folder / "kelvinbar.desktop";
-    Texts called;
-    fakes::RecordingLog recording{"login=info"};
+    Texts reports;
     fs::path program = makeProgram("bin/kelvinbar");
     AutostartEntry::Surroundings surroundings{.path = tree.root() / "bin", .desktopNames = "XFCE"};
 
@@ -73,19 +71,22 @@ struct AutostartEntryTest : testing::Test {
     }
 
     [[nodiscard]] AutostartEntry entryFor(Texts command) {
-        return AutostartEntry(folder, "kelvinbar", std::move(command), surroundings,
-                              {.openSettings = [this] { called.emplace_back("settings"); },
-                               .beep = [this] { called.emplace_back("beep"); }},
-                              recording.log);
+        return AutostartEntry(folder, "kelvinbar", std::move(command), surroundings, report());
+    }
+
+    AutostartEntry::Report report() {
+        return [this](LogLevel level, const std::string& line) {
+            reports.push_back(std::string(level == LogLevel::error ? "error: " : "info: ").append(line));
+        };
     }
 
     [[nodiscard]] AutostartEntry entry() { return entryFor({program}); }
 
     void write(std::string_view text) { tree.write("config/autostart/kelvinbar.desktop", text); }
 
-    /// The expected log: one line about the entry.
-    [[nodiscard]] Texts logged(std::string_view prefix, std::string_view what) const {
-        return {std::string(prefix) + "the autostart entry " + file.string() + " " + std::string(what)};
+    /// One line about the entry.
+    [[nodiscard]] Texts reported(std::string_view level, std::string_view what) const {
+        return {std::string(level) + ": the autostart entry " + file.string() + " " + std::string(what)};
     }
 
     [[nodiscard]] Texts filesInFolder() const {
@@ -159,8 +160,8 @@ TEST_F(AutostartEntryTest, WhatAnInterruptedWriteLeftIsNoObstacle) {
 }
 
 TEST_F(AutostartEntryTest, TheNameIsThatOfTheFile) {
-    AutostartEntry demo(folder, "kelvinbar-demo", {makeProgram("bin/kelvinbar-demo")}, surroundings, {},
-                        recording.log);
+    AutostartEntry demo(folder, "kelvinbar-demo", {makeProgram("bin/kelvinbar-demo")}, surroundings,
+                        report());
     EXPECT_TRUE(demo.registerItem());
     EXPECT_TRUE(demo.isRegistered());
     EXPECT_FALSE(entry().isRegistered());
@@ -182,15 +183,15 @@ TEST_F(AutostartEntryTest, UnregisteringWhatIsNotThereSucceeds) { EXPECT_TRUE(en
 TEST_F(AutostartEntryTest, UnregisteringFailsWhereTheFileCannotBeRemoved) {
     tree.write("config/autostart/kelvinbar.desktop/content", "");
     EXPECT_FALSE(entry().unregisterItem());
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "is no file and is left as it is"));
+    EXPECT_EQ(reports, reported("error", "is no file and is left as it is"));
 }
 
-TEST_F(AutostartEntryTest, LogsWhatItWritesAndRemoves) {
+TEST_F(AutostartEntryTest, ReportsWhatItWritesAndRemoves) {
     EXPECT_TRUE(entry().registerItem());
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is written"));
-    recording.sink.lines.clear();
+    EXPECT_EQ(reports, reported("info", "is written"));
+    reports.clear();
     EXPECT_TRUE(entry().unregisterItem());
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is removed"));
+    EXPECT_EQ(reports, reported("info", "is removed"));
 }
 
 // Failures
@@ -200,7 +201,7 @@ TEST_F(AutostartEntryTest, RegisteringFailsWhereAFileIsInTheFoldersPlace) {
     EXPECT_FALSE(entry().registerItem());
     EXPECT_FALSE(entry().isRegistered());
     EXPECT_EQ(textOf(folder), "a file");
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be written"));
+    EXPECT_EQ(reports, reported("error", "cannot be written"));
 }
 
 TEST_F(AutostartEntryTest, RegisteringFailsWhereAFileIsInTheConfigurationsPlace) {
@@ -349,18 +350,6 @@ TEST_F(AutostartEntryTest, ALastLineWithoutAnEndIsKept) {
     EXPECT_TRUE(entry().isRegistered());
 }
 
-// Actions of the desktop
-
-TEST_F(AutostartEntryTest, LetsTheProgramRegister) { EXPECT_TRUE(entry().canRegister()); }
-
-TEST_F(AutostartEntryTest, SettingsAndSoundAreTheDesktops) {
-    AutostartEntry item = entry();
-    item.openLoginItemsSettings();
-    EXPECT_EQ(called, Texts{"settings"});
-    item.beep();
-    EXPECT_EQ(called, (Texts{"settings", "beep"}));
-}
-
 // The command
 
 TEST_F(AutostartEntryTest, APathWithAnyCharacterComesThroughTheFile) {
@@ -499,7 +488,7 @@ TEST_F(AutostartEntryTest, RenewingMakesAStaleEntryStartThisProgram) {
     EXPECT_EQ(commandIn(entryValues(text, "Exec").front()), (Texts{program, "--autostart", "-v"}));
     EXPECT_EQ(entryValues(text, "X-Delay"), Texts{"3"});
     EXPECT_EQ(linesOf(text).front(), "# mine");
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: login info: ", "is written"));
+    EXPECT_EQ(reports, reported("info", "is written"));
 }
 
 TEST_F(AutostartEntryTest, RenewingKeepsWhatComesBeforeTheProgram) {
@@ -538,7 +527,7 @@ TEST_F(AutostartEntryTest, RenewingLeavesOtherEntriesAsTheyAre) {
         entry().renew();
         EXPECT_EQ(textOf(file), "[Desktop Entry]\n" + lines);
     }
-    EXPECT_TRUE(recording.lines().empty());
+    EXPECT_TRUE(reports.empty());
 }
 
 TEST_F(AutostartEntryTest, RenewingMakesNoEntry) {
@@ -581,7 +570,7 @@ TEST_F(AutostartEntryTest, RegisteringFailsForALinkIntoAFolderThatIsMissing) {
     fs::create_symlink(tree.root() / "missing" / "entry", file);
     EXPECT_FALSE(entry().registerItem());
     EXPECT_TRUE(fs::is_symlink(file));
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be written"));
+    EXPECT_EQ(reports, reported("error", "cannot be written"));
 }
 
 TEST_F(AutostartEntryTest, WhatIsNoRegularFileIsNeitherReadNorReplaced) {
@@ -649,7 +638,7 @@ TEST_F(AutostartEntryTest, AnEntryThatCannotBeReadInFullIsNotReplaced) {
     text.append(100'000, 'x').append("\n");
     write(text);
     EXPECT_FALSE(entry().registerItem());
-    EXPECT_EQ(recording.lines(), logged("kelvinbar: ", "cannot be read in full and is left as it is"));
+    EXPECT_EQ(reports, reported("error", "cannot be read in full and is left as it is"));
     EXPECT_EQ(textOf(file), text);
 }
 
