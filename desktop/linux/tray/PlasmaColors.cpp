@@ -1,10 +1,15 @@
 #include "desktop/linux/tray/PlasmaColors.h"
 
+#include "desktop/linux/files/RegularFile.h"
+#include "desktop/linux/settings/SerializedValues.h"
+
+#include <QByteArray>
 #include <QColor>
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 #include <algorithm>
+#include <cstddef>
 
 namespace kelvinbar {
 
@@ -22,7 +27,15 @@ QStringList existing(const QStringList& folders, const QString& file) {
     return paths;
 }
 
+/// QSettings only reads what it can read without harm.
+bool isSafe(const QString& path) {
+    constexpr std::size_t largestFile = std::size_t{1024} * 1024; // in bytes; these files have a few thousand
+    const auto content = regularContent(path.toStdString(), largestFile);
+    return content && !holdsSerializedValues(QByteArray::fromStdString(*content));
+}
+
 QVariant valueIn(const QString& path, const QString& key) {
+    if (!isSafe(path)) return {};
     return QSettings(path, QSettings::IniFormat).value(key);
 }
 

@@ -42,7 +42,8 @@ struct AutostartServiceTest : testing::Test {
 };
 
 TEST_F(AutostartServiceTest, RegistersAndUnregistersTheEntry) {
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), recording.log);
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+                             recording.log);
     EXPECT_TRUE(service.canRegister());
     EXPECT_FALSE(service.isRegistered());
     EXPECT_TRUE(service.registerItem());
@@ -56,21 +57,25 @@ TEST_F(AutostartServiceTest, RegistersAndUnregistersTheEntry) {
 
 TEST_F(AutostartServiceTest, AFailureIsLoggedAndReturned) {
     tree.write("autostart", "a file");
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), recording.log);
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+                             recording.log);
     EXPECT_FALSE(service.registerItem());
-    EXPECT_EQ(recording.lines(), Texts{"kelvinbar: the autostart entry " + entryPath() + " cannot be written"});
+    EXPECT_EQ(recording.lines(),
+              Texts{"kelvinbar: the autostart entry " + entryPath() + " cannot be written"});
 }
 
 TEST_F(AutostartServiceTest, RenewsTheEntryOfAProgramThatMoved) {
     tree.write("autostart/kelvinbar.desktop", "[Desktop Entry]\nExec=/gone/kelvinbar\n");
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), recording.log);
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+                             recording.log);
     EXPECT_FALSE(service.isRegistered());
     service.renew();
     EXPECT_TRUE(service.isRegistered()) << "which waits for the renewal";
 }
 
 TEST_F(AutostartServiceTest, SettingsAndSoundAreTheDesktops) {
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), recording.log);
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+                             recording.log);
     service.openLoginItemsSettings();
     EXPECT_EQ(called, Texts{"settings"});
     service.beep();
@@ -90,8 +95,7 @@ TEST_F(AutostartServiceTest, ADiskThatDoesNotAnswerDelaysTheProgramForAMomentOnl
     };
     AutostartService service(stuckEntry, actions(), recording.log);
     EXPECT_FALSE(service.registerItem());
-    EXPECT_EQ(recording.lines(),
-              Texts{"kelvinbar: the autostart entry " + entryPath() + " does not answer"});
+    EXPECT_EQ(recording.lines(), Texts{"kelvinbar: the autostart entry " + entryPath() + " does not answer"});
     EXPECT_FALSE(service.isRegistered()) << "the earlier call has not come back";
     answer.set_value();
     EXPECT_TRUE(service.isRegistered());
@@ -101,8 +105,8 @@ TEST_F(AutostartServiceTest, WhatReturnsAfterTheEndLogsNothing) {
     std::promise<void> answer;
     std::promise<void> end;
     const auto stuckEntry = [&](AutostartEntry::Report report) {
-        return entry([answered = answer.get_future().share(), &end, report = std::move(report)](
-                         LogLevel level, const std::string& line) {
+        return entry([answered = answer.get_future().share(), &end,
+                      report = std::move(report)](LogLevel level, const std::string& line) {
             answered.wait();
             report(level, line);
             end.set_value();

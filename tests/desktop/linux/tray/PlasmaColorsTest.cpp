@@ -64,6 +64,14 @@ TEST_F(PlasmaColorsTest, AreUnknownForDamagedFiles) {
     EXPECT_EQ(hasDarkPanel(), std::nullopt);
 }
 
+TEST_F(PlasmaColorsTest, AreUnknownForFilesWithSerializedObjects) {
+    const QByteArray object = "object=@Variant(\\0\\0\\0\\b\\0\\0\\0\\0)\n";
+    plasma_.write("config/kdeglobals", PlasmaSettings::darkWindows + object);
+    EXPECT_EQ(hasDarkPanel(), std::nullopt);
+    plasma_.write("config/kdeglobals", PlasmaSettings::darkWindows + QByteArray(1024 * 1024, '\n'));
+    EXPECT_EQ(hasDarkPanel(), std::nullopt) << "too large to be looked through";
+}
+
 TEST_F(PlasmaColorsTest, DependOnTheSettingsFilesThatExist) {
     EXPECT_TRUE(plasmaPanelSettings(plasma_.folders()).isEmpty());
     plasma_.write("config/plasmarc", "");
