@@ -65,7 +65,8 @@ TEST(BoundedCall, WaitsForEarlierWorkFirst) {
     BoundedCall call;
     call.start(stuck.work());
     stuck.release();
-    EXPECT_EQ(call.run([] { return false; }, patience), std::optional(false)) << "not that of the earlier work";
+    EXPECT_EQ(call.run([] { return false; }, patience), std::optional(false))
+        << "not that of the earlier work";
 }
 
 TEST(BoundedCall, WorksAgainWhenWhatWasStuckHasReturned) {

@@ -1,5 +1,6 @@
-// A library to be preloaded: the wall clock is wrong by the number of seconds in the file $CLOCK_SHIFT_FILE,
-// which may change at any time. Clocks that cannot be set are right.
+// A library to be preloaded: the wall clock is ahead by the number of seconds in the file
+// $WALL_CLOCK_SHIFT_FILE, and the time since the start of the machine, which counts sleeps, by that in
+// $BOOT_TIME_SHIFT_FILE. Both may change at any time. Other clocks are right.
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,17 +12,28 @@ namespace {
 
 using ClockGetTime = int (*)(clockid_t, timespec*);
 
-long shiftInSeconds() {
-    const char* const name = std::getenv("CLOCK_SHIFT_FILE");
+/// The number in the file that the environment variable names; 0 if there is none.
+long secondsIn(const char* variable) {
+    const char* const name = std::getenv(variable);
     std::FILE* const file = name == nullptr ? nullptr : std::fopen(name, "re");
     if (file == nullptr) return 0;
-    long shift = 0;
-    if (std::fscanf(file, "%ld", &shift) != 1) shift = 0;
+    long seconds = 0;
+    if (std::fscanf(file, "%ld", &seconds) != 1) seconds = 0;
     std::fclose(file);
-    return shift;
+    return seconds;
 }
 
-bool isWallClock(clockid_t clock) { return clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE; }
+long shiftOf(clockid_t clock) {
+    switch (clock) {
+    case CLOCK_REALTIME:
+    case CLOCK_REALTIME_COARSE:
+        return secondsIn("WALL_CLOCK_SHIFT_FILE");
+    case CLOCK_BOOTTIME:
+        return secondsIn("BOOT_TIME_SHIFT_FILE");
+    default:
+        return 0;
+    }
+}
 
 int trueTime(clockid_t clock, timespec* time) {
     static const auto next = reinterpret_cast<ClockGetTime>(::dlsym(RTLD_NEXT, "clock_gettime"));
@@ -34,7 +46,7 @@ extern "C" {
 
 int clock_gettime(clockid_t clock, timespec* time) noexcept {
     const int result = trueTime(clock, time);
-    if (result == 0 && isWallClock(clock)) time->tv_sec += shiftInSeconds();
+    if (result == 0) time->tv_sec += shiftOf(clock);
     return result;
 }
 

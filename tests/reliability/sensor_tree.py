@@ -103,6 +103,9 @@ class SensorTree:
         """What a program reads for the first temperature."""
         return self._chips / chip / "temp1_input"
 
+    def chips(self) -> frozenset[str]:
+        return frozenset(entry.name for entry in self._chips.iterdir())
+
     def has(self, chip: str) -> bool:
         return (self._chips / chip).exists()
 

@@ -17,12 +17,14 @@ from driver.program import Panel
 from driver.waiting import wait_until
 from read_counter import ReadCounter
 from sensor_tree import SensorProgram, SensorTree
+from shifted_clock import ShiftedClock
 
 CHIP = "steady"
 INTERVAL_SECONDS = 1  # of the fast rate
 STOP_SECONDS = {"quick": 4, "night": 60}
 WATCH_SECONDS = 3.5
 YEAR = 31_557_600
+SLEEP_SECONDS = 8 * 3600
 JUMPS = {"quick": (5 * YEAR, -20 * YEAR), "night": (5 * YEAR, -20 * YEAR, 1, -1, 3600, -3600, YEAR, 0)}
 CLOCK_SECONDS = 3  # between a reading and its snapshot
 
@@ -83,14 +85,13 @@ def test_a_jump_of_the_wall_clock_changes_nothing_but_the_time(
     scale: str,
     record,
 ) -> None:
-    shift_file = tmp_path / "shift"
-    variables = (f"LD_PRELOAD={attack_file('libkelvinbar_shifted_clock.so')}", f"CLOCK_SHIFT_FILE={shift_file}")
-    sensors = SensorProgram(program, desktop, tree, variables)
+    clock = ShiftedClock(attack_file("libkelvinbar_shifted_clock.so"), tmp_path)
+    sensors = SensorProgram(program, desktop, tree, clock.variables)
     with NoBar(desktop):
         start(sensors)
         regular, right = [], []
         for shift in JUMPS[scale]:
-            shift_file.write_text(str(shift))
+            clock.shift_wall_clock(shift)
             regular.append(is_regular(reads_while_watched(tree)))
             expected = datetime.now(timezone.utc) + timedelta(seconds=shift)
             right.append(abs(snapshot_time(desktop, sensors) - expected) < timedelta(seconds=CLOCK_SECONDS))
@@ -103,9 +104,10 @@ def test_a_jump_of_the_wall_clock_changes_nothing_but_the_time(
 
 
 def test_a_panel_closes_for_a_sleep_and_the_sensors_go_on(
-    desktop: Desktop, program: Path, tree: SensorTree, record
+    desktop: Desktop, program: Path, tree: SensorTree, attack_file: Callable[[str], Path], tmp_path: Path, record
 ) -> None:
-    sensors = SensorProgram(program, desktop, tree)
+    clock = ShiftedClock(attack_file("libkelvinbar_shifted_clock.so"), tmp_path)
+    sensors = SensorProgram(program, desktop, tree, clock.variables)
     with NoBar(desktop) as host:
         panel = Panel(host.windows(), host.scale, host.shadow)
         start(sensors)
@@ -114,10 +116,12 @@ def test_a_panel_closes_for_a_sleep_and_the_sensors_go_on(
         login = LoginManager(desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"])
         login.prepare_for_sleep(True)
         panel.wait_closed("the panel before the sleep")
+        clock.shift_wall_clock(SLEEP_SECONDS)
+        clock.shift_boot_time(SLEEP_SECONDS)
         login.prepare_for_sleep(False)
         reads = reads_while_watched(tree)
         sensors.finish()
-    record("clock: sleep and wake-up by the login manager", f"panel closed, {reads} refreshes", is_regular(reads))
+    record("clock: sleep of eight hours by the login manager", f"panel closed, {reads} refreshes", is_regular(reads))
 
 
 class LoginManager:

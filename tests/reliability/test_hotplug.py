@@ -14,12 +14,15 @@ from driver.hosts.host import NoBar
 from driver.waiting import wait_until
 from footprint import footprint_of
 from sensor_tree import SensorProgram, SensorTree
+from shifted_clock import ShiftedClock
 
 SECONDS = {"quick": 20, "night": 600}
 EVENTS_PER_SECOND = 10
 CHIPS = [f"chip{number}" for number in range(12)]
 STEADY = "steady"  # stays, and is pinned
 SNAPSHOT_EVERY = 20  # events
+SEARCH_EVERY = 15
+SEARCH_SECONDS = 301  # between searches of the program, which the clock skips
 
 # Busy machines delay every process, the bus among them, so that a few answers and what the bus itself takes do not count.
 ANSWER_MILLISECONDS = 50
@@ -86,11 +89,26 @@ def shows(program: SensorProgram, value: str) -> bool:
     return any(value in entry for entry in program.item().menu().values())
 
 
+def chips_with_readings(desktop: Desktop) -> set[str]:
+    """As the program tells others."""
+    name, path = "org.kelvinbar.Kelvinbar", "/org/kelvinbar/Kelvinbar1"
+    readings = desktop.bus.property(name, path, "org.kelvinbar.Kelvinbar1", "Readings")
+    return {key.split("-virtual-0/")[0] for key, *_ in readings}
+
+
 @pytest.mark.program("kelvinbar")
 def test_answers_stay_quick_while_sensors_come_and_go(
-    desktop: Desktop, program: Path, snapshot: Path, tree: SensorTree, scale: str, record
+    desktop: Desktop,
+    program: Path,
+    snapshot: Path,
+    tree: SensorTree,
+    attack_file: Callable[[str], Path],
+    tmp_path: Path,
+    scale: str,
+    record,
 ) -> None:
-    sensors = SensorProgram(program, desktop, tree)
+    clock = ShiftedClock(attack_file("libkelvinbar_shifted_clock.so"), tmp_path)
+    sensors = SensorProgram(program, desktop, tree, clock.variables)
     sensors.prefer(KelvinbarMenuBarKeys=f"{STEADY}-virtual-0/temp1", KelvinbarSamplingRate="fast")
     with NoBar(desktop):
         sensors.start()
@@ -98,22 +116,29 @@ def test_answers_stay_quick_while_sensors_come_and_go(
         sensors.start_again()  # an open panel reads all sensors
         storm = Storm(desktop, tree, sensors)
         searches: list[subprocess.Popen] = []
+        own_searches = 0
         started = time.monotonic()
         for number in range(SECONDS[scale] * EVENTS_PER_SECOND):
             storm.event()
             if number % SNAPSHOT_EVERY == 0:
                 searches.append(subprocess.Popen(tree.under([str(snapshot)]), stdout=subprocess.DEVNULL))
+            if number % SEARCH_EVERY == 0:
+                own_searches += 1
+                clock.shift_boot_time(own_searches * SEARCH_SECONDS)
             storm.measure()
             time.sleep(max(0, started + (number + 1) / EVENTS_PER_SECOND - time.monotonic()))
         tree.set(STEADY, 43)
         wait_until(10, "the pinned sensor after the storm", lambda: shows(sensors, "43"))
+        clock.shift_boot_time((own_searches + 1) * SEARCH_SECONDS)
+        wait_until(10, "the chips that are there", lambda: chips_with_readings(desktop) == tree.chips())
         sensors.finish()
     failed = sum(search.wait(30) != 0 for search in searches)
     record(
         "hot plug, 10 events a second",
         f"{SECONDS[scale]} s, answers in {median(storm.answers):.1f} ms, nine of ten in"
         f" {storm.surplus():.1f} ms more than the bus's own, in the end {storm.slower():+.1f} ms and"
-        f" {storm.larger():+.0f} KiB, {len(searches)} snapshots meanwhile, {failed} failed",
+        f" {storm.larger():+.0f} KiB, {own_searches} searches and {len(searches)} snapshots"
+        f" meanwhile, {failed} failed",
         storm.surplus() < ANSWER_MILLISECONDS
         and storm.slower() < GROWTH_MILLISECONDS
         and storm.larger() < GROWTH_KIBIBYTES
