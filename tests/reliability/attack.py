@@ -3,11 +3,13 @@
 import json
 import os
 import subprocess
-from collections.abc import Mapping
+from collections.abc import Mapping, Sequence
 from pathlib import Path
 from typing import NamedTuple
 
 SHOWN_CHARACTERS = 3000
+
+ALL_MACHINES = ("*",)
 
 
 class Outcome(NamedTuple):
@@ -37,6 +39,10 @@ def run_attack(program: Path, tests: str, counted: str, folder: Path, environmen
         print(report.with_suffix(".log").read_text(errors="replace")[-SHOWN_CHARACTERS:])
     tried = sum(_count(report, counted) for report in reports if report.exists())
     return Outcome(tried, held=tried > 0 and not any(statuses))
+
+
+def names_of(machines: Sequence[str]) -> str:
+    return "all machines" if machines == ALL_MACHINES else ", ".join(machines)
 
 
 def _count(report: Path, counted: str) -> int:

@@ -130,10 +130,17 @@ def attack_file(request: pytest.FixtureRequest) -> Callable[[str], Path]:
     return lambda name: _built(request, f"tests/reliability/{name}")
 
 
+@pytest.fixture(params=["plain", pytest.param("sanitized", marks=pytest.mark.night)])
+def kind(request: pytest.FixtureRequest) -> str:
+    """Runs the test with what users run, and at night also under the address and undefined-behaviour sanitizers."""
+    return request.param
+
+
 @pytest.fixture
-def sanitized_attack_file(request: pytest.FixtureRequest) -> Callable[[str], Path]:
-    """The same, under the address and undefined-behaviour sanitizers."""
-    return lambda name: _built(request, f"tests/reliability/{name}", "sanitized_build")
+def attack_program(request: pytest.FixtureRequest, kind: str) -> Callable[[str], Path]:
+    """The programs of `attack_file` of that kind."""
+    build = "build" if kind == "plain" else "sanitized_build"
+    return lambda name: _built(request, f"tests/reliability/{name}", build)
 
 
 @pytest.fixture

@@ -4,38 +4,28 @@ from collections.abc import Callable
 from pathlib import Path
 
 import pytest
-from attack import run_attack
+from attack import ALL_MACHINES, names_of, run_attack
 from conftest import Record
 
 DRIVER_AND_REGISTRY = "FaultyDriver.*:FaultyRegistry.*"
 # Under sanitizers a pass takes six times as long.
 MACHINES = {
     ("plain", "quick"): ("every_source", "system_facts", "nvme_alone"),
-    ("plain", "night"): ("*",),
-    ("sanitized", "night"): ("*",),
+    ("plain", "night"): ALL_MACHINES,
+    ("sanitized", "night"): ALL_MACHINES,
 }
 # Every pair of faults would take days. A step of 5: every fifth call after the first.
 PAIRS = {"nvme_alone": "1", "every_source": "5"}
 
 
-@pytest.mark.parametrize("kind", ["plain", pytest.param("sanitized", marks=pytest.mark.night)])
-def test_faults(
-    kind: str,
-    scale: str,
-    tmp_path: Path,
-    attack_file: Callable[[str], Path],
-    sanitized_attack_file: Callable[[str], Path],
-    record: Record,
-) -> None:
+def test_faults(kind: str, scale: str, tmp_path: Path, attack_program: Callable[[str], Path], record: Record) -> None:
     """What does not depend on the call is read as ever, and nothing stays open."""
-    attack = (attack_file if kind == "plain" else sanitized_attack_file)("kelvinbar_faults_attack")
     machines = MACHINES[kind, scale]
     tests = ":".join([DRIVER_AND_REGISTRY, *(f"*Chips/{machine}" for machine in machines)])
-    outcome = run_attack(attack, tests, "faults_tried", tmp_path)
-    names = "all machines" if machines == ("*",) else ", ".join(machines)
+    outcome = run_attack(attack_program("kelvinbar_faults_attack"), tests, "faults_tried", tmp_path)
     record(
         f"fault at every call number of a pass ({kind})",
-        f"{outcome.tried} faults, {names}, a driver and a registry",
+        f"{outcome.tried} faults, {names_of(machines)}, a driver and a registry",
         outcome.held,
     )
 

@@ -4,8 +4,7 @@ import subprocess
 from collections.abc import Callable, Sequence
 from pathlib import Path
 
-import pytest
-from attack import run_attack
+from attack import ALL_MACHINES, names_of, run_attack
 from conftest import Record
 from sensor_tree import SensorTree
 
@@ -13,7 +12,7 @@ from sensor_tree import SensorTree
 SEVERAL = ("every_source", "laptop_cannonlake", "macbook1_1", "nvme_alone", "server_power_meter_odd", "system_facts")
 MACHINES = {
     ("plain", "quick"): ("nvme_alone",),
-    ("plain", "night"): ("*",),
+    ("plain", "night"): ALL_MACHINES,
     ("sanitized", "night"): SEVERAL,
 }
 
@@ -34,24 +33,14 @@ LINKS = {
 }
 
 
-@pytest.mark.parametrize("kind", ["plain", pytest.param("sanitized", marks=pytest.mark.night)])
-def test_pass(
-    kind: str,
-    scale: str,
-    tmp_path: Path,
-    attack_file: Callable[[str], Path],
-    sanitized_attack_file: Callable[[str], Path],
-    record: Record,
-) -> None:
+def test_pass(kind: str, scale: str, tmp_path: Path, attack_program: Callable[[str], Path], record: Record) -> None:
     """A pass has its whole result or none; readings, pins and hidden keys stay."""
-    attack = (attack_file if kind == "plain" else sanitized_attack_file)("kelvinbar_memory_attack")
     machines = MACHINES[kind, scale]
     tests = ":".join(["ControllerWithoutMemory.*", *(f"*/{machine}" for machine in machines)])
-    outcome = run_attack(attack, tests, "failures_tried", tmp_path)
-    names = "all machines" if machines == ("*",) else ", ".join(machines)
+    outcome = run_attack(attack_program("kelvinbar_memory_attack"), tests, "failures_tried", tmp_path)
     record(
         f"allocation failure at every N of a pass ({kind})",
-        f"{outcome.tried} failures, {names} and a controller",
+        f"{outcome.tried} failures, {names_of(machines)} and a controller",
         outcome.held,
     )
 
