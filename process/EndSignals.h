@@ -1,5 +1,7 @@
 #pragma once
 
+#include "process/SignalPipe.h"
+
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -12,9 +14,6 @@ namespace kelvinbar {
 class EndSignals {
   public:
     EndSignals();
-    EndSignals(const EndSignals&) = delete;
-    EndSignals& operator=(const EndSignals&) = delete;
-    ~EndSignals();
 
     /// Waits. Returns true at once when a signal arrives or has arrived, or when nobody reads standard output
     /// any more.
@@ -23,8 +22,7 @@ class EndSignals {
   private:
     static constexpr std::array numbers{SIGINT, SIGTERM};
 
-    std::array<int, 2> pipe_{-1, -1}; ///< to which the handler writes
-    std::array<struct sigaction, numbers.size()> earlier_{};
+    SignalPipe pipe_;
 };
 
 } // namespace kelvinbar

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "process/SignalPipe.h"
+
 #include <QSocketNotifier>
 #include <array>
 #include <csignal>
@@ -18,18 +20,15 @@ namespace kelvinbar {
 class TerminationSignals {
   public:
     explicit TerminationSignals(std::function<void()> onSignal);
-    TerminationSignals(const TerminationSignals&) = delete;
-    TerminationSignals& operator=(const TerminationSignals&) = delete;
-    ~TerminationSignals();
 
   private:
     void takeNotes();
 
-    static constexpr std::array numbers_{SIGTERM, SIGINT, SIGHUP};
+    static constexpr std::array numbers{SIGTERM, SIGINT, SIGHUP};
 
     std::function<void()> onSignal_;
-    std::unique_ptr<QSocketNotifier> notifier_;
-    std::array<struct sigaction, numbers_.size()> earlier_{};
+    SignalPipe pipe_;
+    std::unique_ptr<QSocketNotifier> notifier_; ///< before the pipe is closed
 };
 
 /// Makes writing to a closed pipe or connection fail instead of ending the program, as long as it runs: when
