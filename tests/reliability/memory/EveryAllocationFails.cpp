@@ -3,8 +3,9 @@
 // nothing, say that there is not enough memory, and exit 1. Prints how often it was run; the exit status is 1
 // if a child did anything else.
 
+#include "tests/reliability/memory/FailingFunctions.h"
+
 #include <atomic>
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -21,8 +22,6 @@ namespace {
 std::atomic<bool> isCounting{false};
 std::atomic<std::int64_t> allocations{0};
 std::atomic<std::int64_t> failing{0}; ///< 0 for none
-
-bool isToFail() { return isCounting && ++allocations == failing; }
 
 using Main = int (*)(int, char**, char**);
 
@@ -104,33 +103,17 @@ int runForEach(int count, char** words, char** environment) {
 
 } // namespace
 
-// These replace the C library's functions, and bear its names.
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
+namespace kelvinbar::fakes {
+
+/// Counts the allocation.
+bool isAllocationToFail() { return isCounting && ++allocations == failing; }
+
+} // namespace kelvinbar::fakes
+
 extern "C" {
 
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-
-[[gnu::visibility("default")]] void* malloc(std::size_t size) {
-    if (!isToFail()) return __libc_malloc(size);
-    errno = ENOMEM;
-    return nullptr;
-}
-
-[[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size) {
-    if (!isToFail()) return __libc_calloc(count, size);
-    errno = ENOMEM;
-    return nullptr;
-}
-
-[[gnu::visibility("default")]] void* realloc(void* memory, std::size_t size) {
-    if (!isToFail()) return __libc_realloc(memory, size);
-    errno = ENOMEM;
-    return nullptr;
-}
-
 /// Called by the start code of every program, with its main.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the C library's name
 [[gnu::visibility("default")]] int __libc_start_main(Main main, int count, char** words, void (*init)(),
                                                      void (*fini)(), void (*end)(), void* stack) {
     using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), void*);
@@ -140,4 +123,3 @@ void* __libc_realloc(void* memory, std::size_t size);
 }
 
 } // extern "C"
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
