@@ -63,8 +63,10 @@ std::vector<fs::path> visitedClassEntries(const fs::path& root, std::string_view
     return visitedRead(folder, [&] { return classEntries(root, className); });
 }
 
-DeviceTree::DeviceTree(fs::path root)
-    : root_(std::move(root)), folder_(canonicalPath(root_ / "sys/devices")) {}
+DeviceTree::DeviceTree(fs::path root) : root_(std::move(root)) {
+    const fs::path folder = root_ / "sys/devices";
+    folder_ = visitedRead(folder, [&] { return canonicalPath(folder); });
+}
 
 std::string DeviceTree::pathOf(const fs::path& entry, const fs::path& device) const {
     const fs::path place = device.empty() ? canonicalPath(entry) : device;

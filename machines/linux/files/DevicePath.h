@@ -19,9 +19,10 @@ std::vector<std::filesystem::path> visitedClassEntries(const std::filesystem::pa
 /// The folder sys/devices, looked up once for all entries of a class.
 class DeviceTree {
   public:
+    /// Not during a visit of a device.
     explicit DeviceTree(std::filesystem::path root);
 
-    /// Without links; empty if there is none.
+    /// Without links; empty if there is none or it does not answer.
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
     /// The path of a class entry's device below the folder, without the components that the kernel numbers in

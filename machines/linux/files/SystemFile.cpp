@@ -31,6 +31,29 @@ void throwIfOutOfMemory(const std::error_code& error) {
 /// The library's own iterator ends the program when memory runs out.
 using OpenFolder = std::unique_ptr<DIR, int (*)(DIR*)>;
 
+OpenFolder openedFolder(const std::filesystem::path& folder) {
+    OpenFolder open(::opendir(folder.c_str()), ::closedir);
+    if (open == nullptr) throwIfOutOfMemory(std::error_code(errno, std::generic_category()));
+    return open;
+}
+
+/// Appends the names that are left in the folder. Returns whether these are all.
+bool appendNames(const OpenFolder& folder, std::vector<std::string>& names) {
+    for (;;) {
+        errno = 0;
+        const dirent* const entry = ::readdir(folder.get()); // NOLINT(concurrency-mt-unsafe): own stream
+        if (entry == nullptr) return errno == 0;
+        const std::string_view name = std::data(entry->d_name);
+        if (name != "." && name != "..") names.emplace_back(name);
+    }
+}
+
+/// Where the open file is, without links; empty if the system does not tell.
+std::filesystem::path pathOfDescriptor(int descriptor) {
+    std::filesystem::path path = linkTarget("/proc/self/fd/" + std::to_string(descriptor));
+    return path.is_absolute() ? path : std::filesystem::path();
+}
+
 } // namespace
 
 OpenFile::~OpenFile() {
@@ -41,16 +64,22 @@ std::vector<std::string> folderEntries(const std::filesystem::path& folder) {
     std::vector<std::string> names;
     const NotedRead noted(folder.native());
     if (!noted.isAllowed()) return names;
-    const OpenFolder open(::opendir(folder.c_str()), ::closedir);
-    if (open == nullptr) {
-        throwIfOutOfMemory(std::error_code(errno, std::generic_category()));
-        return names;
-    }
-    while (const dirent* const entry = ::readdir(open.get())) { // NOLINT(concurrency-mt-unsafe): own stream
-        const std::string_view name = std::data(entry->d_name);
-        if (name != "." && name != "..") names.emplace_back(name);
-    }
+    const OpenFolder open = openedFolder(folder);
+    if (open != nullptr) static_cast<void>(appendNames(open, names));
     return names;
+}
+
+ListedFolder listedFolder(const std::filesystem::path& path) {
+    const NotedRead noted(path.native());
+    if (!noted.isAllowed()) return {};
+    ListedFolder listed;
+    const OpenFolder open = openedFolder(path);
+    if (open != nullptr) {
+        listed.path = pathOfDescriptor(::dirfd(open.get()));
+        if (!appendNames(open, listed.names)) listed.names.clear();
+    }
+    if (listed.path.empty()) listed.path = canonicalPath(path);
+    return listed;
 }
 
 bool isThere(const std::filesystem::path& path) {
@@ -73,8 +102,8 @@ std::filesystem::path canonicalPath(const std::filesystem::path& path) {
     const OpenFile place(::open(path.c_str(), O_PATH | O_CLOEXEC));
     if (!place.isOpen() && errno == ENOENT) return {};
     if (place.isOpen()) {
-        std::filesystem::path named = linkTarget("/proc/self/fd/" + std::to_string(place.descriptor()));
-        if (named.is_absolute()) return named;
+        std::filesystem::path named = pathOfDescriptor(place.descriptor());
+        if (!named.empty()) return named;
     }
     std::error_code error;
     std::filesystem::path canonical = std::filesystem::canonical(path, error);

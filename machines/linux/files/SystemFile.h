@@ -36,6 +36,15 @@ int openRegularFile(const std::filesystem::path& file);
 /// The names in a folder, in no order; none if it cannot be read.
 std::vector<std::string> folderEntries(const std::filesystem::path& folder);
 
+/// A folder with what is in it.
+struct ListedFolder {
+    std::filesystem::path path;     ///< absolute, without links; empty if nothing is there
+    std::vector<std::string> names; ///< in no order; none if the folder could not be listed to its end
+};
+
+/// The folder that `path` leads to.
+ListedFolder listedFolder(const std::filesystem::path& path);
+
 /// Whether there is a file or folder at `path`, following links.
 bool isThere(const std::filesystem::path& path);
 

@@ -12,6 +12,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+FileNames ordered(std::vector<std::string> names) {
+    return {std::make_move_iterator(names.begin()), std::make_move_iterator(names.end())};
+}
+
 /// The first entry of a folder; empty without one.
 std::string firstEntry(const fs::path& folder) {
     const FileNames names = fileNames(folder);
@@ -24,13 +28,13 @@ std::string subsystemOf(const fs::path& device) {
 
 } // namespace
 
-FileNames fileNames(const fs::path& folder) {
-    std::vector<std::string> entries = folderEntries(folder);
-    return {std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end())};
-}
+FileNames fileNames(const fs::path& folder) { return ordered(folderEntries(folder)); }
 
-ChipDevice::ChipDevice(fs::path link)
-    : link_(std::move(link)), folder_(canonicalPath(link_)), names_(fileNames(link_)) {}
+ChipDevice::ChipDevice(fs::path link) : link_(std::move(link)) {
+    ListedFolder listed = listedFolder(link_);
+    folder_ = std::move(listed.path);
+    names_ = ordered(std::move(listed.names));
+}
 
 ChipPower chipPower(const ChipDevice& device) {
     ChipPower power;
@@ -40,34 +44,31 @@ ChipPower chipPower(const ChipDevice& device) {
         power.states.push_back(file);
         if (status->starts_with("suspend")) power.isAsleep = true;
     };
-    if (device.has("power")) ask(device.link() / "power/runtime_status");
+    if (device.link().empty()) return power;
+    // Whatever the listing says: a device that sleeps must not be taken for one that does not.
+    ask(device.link() / "power/runtime_status");
     // The device that this one is a function of, such as a drive's controller.
-    if (device.has("device")) ask(device.link() / "device/power/runtime_status");
+    if (device.mayHave("device")) ask(device.link() / "device/power/runtime_status");
     return power;
 }
 
 std::vector<DeviceStep> deviceSteps(const ChipDevice& device) {
     constexpr std::size_t maximumSteps = 8;
     std::vector<DeviceStep> steps;
-    // In a copy of the class alone, the link names the device even though it is dangling.
-    const fs::path target = device.folder().empty() ? linkTarget(device.link()) : device.folder();
-    if (target.empty()) return steps;
-    steps.push_back(
-        {target.filename().string(), device.has("subsystem") ? subsystemOf(device.link()) : std::string()});
-    if (!device.has("device")) return steps;
-    fs::path link = device.link() / "device";
-    while (steps.size() < maximumSteps) {
-        const fs::path next = linkTarget(link);
-        if (next.empty()) break;
-        steps.push_back({next.filename().string(), subsystemOf(link)});
-        link /= "device";
+    for (fs::path link = device.link(); steps.size() < maximumSteps; link /= "device") {
+        const fs::path target = linkTarget(link);
+        if (target.empty()) break;
+        const bool isFirst = steps.empty();
+        const bool mayHaveSubsystem = !isFirst || device.mayHave("subsystem");
+        steps.push_back({target.filename().string(), mayHaveSubsystem ? subsystemOf(link) : std::string()});
+        if (isFirst && !device.mayHave("device")) break;
     }
     return steps;
 }
 
 std::string driveModel(const ChipDevice& device) {
-    const auto model = device.has("model") ? systemFileLine(device.link() / "model") : std::nullopt;
-    if (model || !device.has("nvme")) return model.value_or("");
+    const auto model = device.mayHave("model") ? systemFileLine(device.link() / "model") : std::nullopt;
+    if (model || !device.mayHave("nvme")) return model.value_or("");
     // Older kernels attach the chip to the controller above the drive.
     const fs::path drives = device.link() / "nvme";
     const std::string drive = firstEntry(drives);
@@ -77,12 +78,13 @@ std::string driveModel(const ChipDevice& device) {
 const std::string& NetworkInterfaces::of(const ChipDevice& device) {
     constexpr int foldersAbove = 3;
     std::string_view folder = device.folder().native();
-    if (device.has("net")) {
+    if (folder.empty()) return none_;
+    if (device.mayHave("net")) {
         const std::string& interface = in(folder);
         if (!interface.empty()) return interface;
     }
     for (int step = 0; step < foldersAbove; ++step) {
-        folder = folder.substr(0, folder.empty() ? 0 : folder.rfind('/'));
+        folder = folder.substr(0, folder.rfind('/'));
         if (folder.empty() || folder == devices_.native()) break;
         const std::string& interface = in(folder);
         if (!interface.empty()) return interface;

@@ -31,12 +31,16 @@ class ChipDevice {
 
     [[nodiscard]] const std::filesystem::path& link() const { return link_; }
 
-    /// Where the link leads, without links; empty if nothing is there.
+    /// Where the link leads, without links; empty if it leads nowhere.
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
     [[nodiscard]] const FileNames& names() const { return names_; }
 
-    [[nodiscard]] bool has(std::string_view name) const { return names_.contains(name); }
+    /// False if a file of that name is missing. True for any name if the folder could not be listed, so that
+    /// the file itself has to tell.
+    [[nodiscard]] bool mayHave(std::string_view name) const {
+        return !link_.empty() && (names_.empty() || names_.contains(name));
+    }
 
   private:
     std::filesystem::path link_;

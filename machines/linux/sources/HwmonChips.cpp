@@ -162,7 +162,7 @@ class ChipReader {
         const FileNames names = fileNames(entry);
         const ChipDevice device = names.contains("device") ? ChipDevice(entry / "device") : ChipDevice();
         // Old drivers put the name and all channels into the device's folder.
-        const bool isOnDevice = !names.contains("name") && device.has("name");
+        const bool isOnDevice = !names.contains("name") && device.names().contains("name");
         SensorChip chip;
         chip.entry = entry;
         chip.folder = isOnDevice ? device.link() : entry;

@@ -174,6 +174,17 @@ class FaultyFiles : public testing::TestWithParam<fs::path> {
         }
     }
 
+    /// A device that sleeps must not be woken because something else about it could not be read.
+    static void expectNoneWoken(const Readings& whole, const Readings& rest) {
+        const auto isPowerState = [](const std::string& path) { return path.ends_with("/runtime_status"); };
+        if (std::ranges::any_of(SystemCallFaults::paths(), isPowerState)) return;
+        for (const auto& [key, measured] : whole) {
+            const auto found = rest.find(key);
+            if (measured.value != "asleep" || found == rest.end()) continue;
+            EXPECT_EQ(found->second.value, "asleep") << key;
+        }
+    }
+
     static std::string described(const std::vector<fakes::FaultyCall>& calls) {
         std::string text;
         for (const fakes::FaultyCall& call : calls) {
@@ -192,6 +203,7 @@ class FaultyFiles : public testing::TestWithParam<fs::path> {
         }
         SCOPED_TRACE(described(calls));
         expectRightRemainder(whole, rest);
+        expectNoneWoken(whole, rest);
         return SystemCallFaults::paths().size() == calls.size();
     }
 

@@ -235,6 +235,19 @@ TEST_F(HwmonChipsTest, AChipWithoutADeviceIsVirtual) {
     EXPECT_EQ(onlyChip().sensorsName, "bogus-virtual-0");
 }
 
+TEST_F(HwmonChipsTest, AFolderInPlaceOfTheLinkToTheDeviceIsNoStepToABus) {
+    write("name", "bogus\n");
+    write("device/uevent", "PCI_SLOT_NAME=0000:00:18.3\n");
+    EXPECT_EQ(onlyChip().sensorsName, "bogus-virtual-0");
+}
+
+TEST_F(HwmonChipsTest, ALinkToNothingNamesTheDeviceOnTheBus) {
+    write("name", "bogus\n");
+    fs::create_symlink("../../../0000:01:00.0", tree.root() / folder / "device");
+    EXPECT_EQ(onlyChip().sensorsName, "bogus-pci-0100");
+    EXPECT_EQ(onlyChip().network, "");
+}
+
 TEST_F(HwmonChipsTest, OtherFilesAreNoChannels) {
     for (const std::string_view file :
          {"temp1_inputx",  "tempX_input",  "temp_input",     "temp99999999_input",
