@@ -835,6 +835,18 @@ TEST(KelvinbarSnapshot, ComparesTheOtherDevicesWhenOneWasRemoved) {
               "- enxxxxxxxxxxx47-pci-0100/temp1  Ethernet  40 °C\n");
 }
 
+TEST(KelvinbarSnapshot, TakesKeysAsTheMaskedTextHasThem) {
+    const Words options{"--replay",
+                        "-",
+                        "--title",
+                        "--key",
+                        "hid-xxxxxx81-battery/capacity",
+                        "enxxxxxxxxxxx47-pci-0100/temp1"};
+    const Outcome outcome = run(options, hiddenDevices);
+    EXPECT_EQ(outcome.output, "60 %  40°\n");
+    EXPECT_EQ(outcome.errors, "");
+}
+
 TEST(KelvinbarSnapshot, PrintsDifferencesAsJson) {
     const TemporaryFolder folder;
     const std::string before = folder.write("before", oneKey);
