@@ -20,6 +20,7 @@ using testing::ElementsAre;
 
 std::vector<std::string> maskedDocument(std::vector<std::string> texts) {
     std::vector<std::string*> pointers;
+    pointers.reserve(texts.size());
     for (std::string& text : texts) pointers.push_back(&text);
     maskAddresses(pointers);
     return texts;
