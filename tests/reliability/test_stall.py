@@ -33,7 +33,7 @@ CHANGED = "KelvinbarAlternatesIcon"
 class Driver(NamedTuple):
     """A driver with one sensor, and the call for one of its files that is not going to return."""
 
-    call: str  # "open", "read", or "stream": to open it as a stream
+    call: str  # "open", "read", "stream": to open it as a stream, or "list": to open it as a folder
     file: str = f"class/hwmon/{SLOW}/temp1_input"  # below /sys
     key: str = f"{SLOW}-virtual-0/temp1"
     make_tree: Callable[[Path], SensorTree] = SensorTree
@@ -44,9 +44,15 @@ class Driver(NamedTuple):
     has_others: bool = True  # there is another sensor
 
 
+DEVICE = f"class/hwmon/{SLOW}/device"
 SUPPLY = "class/power_supply/BAT0"
 ZONE = "class/powercap/intel-rapl:0"
 ONLY_BEFORE = ("before",)  # what is read at a search, of which there is one at the start
+
+
+def plug_device(tree: SensorTree, celsius: float) -> None:
+    tree.plug(SLOW, [celsius])
+    tree.write(f"{DEVICE}/uevent", "")
 
 
 def plug_supply(tree: SensorTree, volts: float) -> None:
@@ -77,6 +83,7 @@ def plug_thermal_zone(tree: SensorTree, celsius: float) -> None:
 DRIVERS = {
     "read": Driver("read"),
     "open": Driver("open", whens=ONLY_BEFORE),
+    "listing": Driver("list", DEVICE, plug=plug_device, whens=ONLY_BEFORE),
     "libsensors": Driver("stream", make_tree=ConfiguredTree),
     "controller": Driver(
         "read",
