@@ -30,7 +30,9 @@ TerminalSize standardOutputSize();
 /// terminal without any ability. Reads the environment.
 bool wantsColours();
 
-/// Makes writing to a pipe that nobody reads any more fail with EPIPE, which otherwise ends the process.
+/// Makes writing to a pipe or connection that nobody reads any more fail with EPIPE, which otherwise ends the
+/// process: when a session ends, its terminal and its services may go first. Early in main(), before anything
+/// is written.
 void ignoreClosedPipes();
 
 /// Writes `text` as a whole, at once. Returns why it could not, such as a disk that is full; part of the text

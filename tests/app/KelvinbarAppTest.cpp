@@ -62,6 +62,14 @@ TEST(KelvinbarApp, FailsWhenItCannotWriteAnAnswer) {
     }
 }
 
+TEST(KelvinbarApp, FailsWhenNobodyReadsAnAnswer) {
+    for (const char* const option : {"--help", "--version"}) {
+        const Outcome outcome = outcomeIntoClosedPipe({KELVINBAR, option}, noDisplay);
+        EXPECT_EQ(outcome.status, 1) << option;
+        EXPECT_EQ(outcome.errors, "kelvinbar: cannot write to standard output\n");
+    }
+}
+
 TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
     for (const char* const option : {"--unknown", "--verbose=2", "--"}) {
         const Outcome outcome = outcomeOf({KELVINBAR, "--verbose", option, "--help"}, {}, noDisplay);

@@ -457,23 +457,8 @@ TEST(KelvinbarSnapshot, DatesAReplayAsItsSnapshotWas) {
     EXPECT_FALSE(contains(sampleMachines().front().text, sample["time"].get<std::string>()));
 }
 
-/// Runs the program with a standard output that is a pipe without a reader.
-Outcome runIntoClosedPipe(const Words& options) {
-    constexpr int inherited = 7;
-    std::array<int, 2> pipe{};
-    EXPECT_EQ(::pipe(pipe.data()), 0);
-    ::close(pipe[0]);
-    EXPECT_EQ(::dup2(pipe[1], inherited), inherited);
-    ::close(pipe[1]);
-    Words words{"/bin/sh", "-c", "exec \"$@\" >&7", "sh"};
-    for (const std::string& word : program(options)) words.push_back(word);
-    Outcome outcome = outcomeOf(words);
-    ::close(inherited);
-    return outcome;
-}
-
 TEST(KelvinbarSnapshot, SaysThatNobodyReadsWhatItPrints) {
-    const Outcome outcome = runIntoClosedPipe({"--demo"});
+    const Outcome outcome = outcomeIntoClosedPipe(program({"--demo"}));
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot\n");
 }
