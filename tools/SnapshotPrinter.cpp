@@ -4,12 +4,15 @@
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
+#include "store/LoadPass.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 #include "tools/TerminalPage.h"
 #include "tools/WatchLoop.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <system_error>
 #include <utility>
@@ -92,13 +95,23 @@ Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
     return snapshot;
 }
 
+/// Counts what is printed: of a selection, the first snapshot has all readings, and later ones may have more
+/// than are selected. None is no failure of sensors: pins come and go.
+std::string SnapshotPrinter::statusOf(const Snapshot& snapshot,
+                                      const std::vector<SMCReading>& selected) const {
+    if (!snapshot.isLoaded || reader_.selection().isEverything()) return snapshot.status;
+    const auto ownCount = std::ranges::count_if(selected, isOwnReading);
+    return loadedText(selected.size() - static_cast<std::size_t>(ownCount), machine_.texts);
+}
+
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
     const bool isNewSnapshot = options_.format->name == "text";
     std::vector<SMCReading> readings = reader_.selected(snapshot);
     if (!isNewSnapshot) dropSignsOfZero(readings); // the text has the values as the panel does
+    std::string status = statusOf(snapshot, readings);
     return {.machine = options_.machine.description(),
             .time = isNewSnapshot ? snapshot.time : machine_.recordedAt.value_or(snapshot.time),
-            .status = snapshot.status,
+            .status = std::move(status),
             .readings = std::move(readings)};
 }
 

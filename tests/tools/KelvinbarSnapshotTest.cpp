@@ -672,6 +672,40 @@ TEST(KelvinbarSnapshot, FollowsThePinsThatItWatches) {
     EXPECT_EQ(watched.errors(), "");
 }
 
+std::string statusIn(const std::string& document) {
+    return nlohmann::json::parse(document)["status"].get<std::string>();
+}
+
+TEST(KelvinbarSnapshot, CountsWhatIsSelectedInItsStatus) {
+    const Words selection{"--demo", "--key", "TC0P", "F0Mn", "--format"};
+    const auto with = [&](const Words& options) {
+        Words words = selection;
+        words.insert(words.end(), options.begin(), options.end());
+        return words;
+    };
+    const std::string status = statusIn(run(with({"json"})).output);
+    EXPECT_TRUE(status.starts_with("Loaded 2 ")) << status;
+    WatchedRun watched(with({"jsonl", "--watch", "0.1"}));
+    for (int tick = 0; tick < 3; ++tick) EXPECT_EQ(statusIn(watched.line()), status);
+    EXPECT_FALSE(statusIn(run({"--demo", "--format", "json"}).output).starts_with("Loaded 2 "));
+}
+
+TEST(KelvinbarSnapshot, DoesNotCountItsOwnCostInItsStatus) {
+    const Words nowhere{"DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=/nowhere"};
+    const Words options{"--demo", "--self", "--format", "json", "--category", "kelvinbar"};
+    const std::string status = statusIn(outcomeOf(program(options), {}, nowhere).output);
+    EXPECT_TRUE(status.starts_with("Loaded 0 ")) << status;
+}
+
+TEST(KelvinbarSnapshot, ASelectionOfNothingIsNoFailureOfSensors) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--pinned", "--format", "jsonl", "--watch", "0.1"}, folder.variables());
+    for (int tick = 0; tick < 3; ++tick) {
+        const std::string status = statusIn(watched.line());
+        EXPECT_TRUE(status.starts_with("Loaded 0 ")) << status;
+    }
+}
+
 TEST(KelvinbarSnapshot, TellsWaybarThatNothingIsPinned) {
     const PinFolder folder;
     WatchedRun watched({"--demo", "--format", "waybar", "--watch", "0.1"}, folder.variables());
