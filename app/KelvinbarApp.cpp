@@ -130,7 +130,7 @@ struct Parts {
 int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
                       const MachineMaker& makeMachine) {
     openClosedStandardStreams();
-    ignoreClosedPipes();
+    letWritesFail();
     ProgramOptions options = programOptions(argc, argv);
     if (const auto status = answeredOptions(options, program)) return *status;
     StandardErrorSink standardError;

@@ -54,7 +54,9 @@ bool wantsColours() {
     return !isRefused && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
-void ignoreClosedPipes() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
+void letWritesFail() {
+    for (const int number : {SIGPIPE, SIGXFSZ}) static_cast<void>(std::signal(number, SIG_IGN));
+}
 
 std::error_code writeToStandardOutput(std::string_view text) {
     while (!text.empty()) {
@@ -67,6 +69,10 @@ std::error_code writeToStandardOutput(std::string_view text) {
         if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
     }
     return {};
+}
+
+std::string writeFailure(std::string_view what, std::error_code error) {
+    return std::string("cannot write ").append(what).append(": ").append(error.message());
 }
 
 } // namespace kelvinbar

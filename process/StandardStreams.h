@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -30,13 +31,17 @@ TerminalSize standardOutputSize();
 /// terminal without any ability. Reads the environment.
 bool wantsColours();
 
-/// Makes writing to a pipe or connection that nobody reads any more fail with EPIPE, which otherwise ends the
-/// process: when a session ends, its terminal and its services may go first. Early in main(), before anything
-/// is written.
-void ignoreClosedPipes();
+/// Makes writes fail that otherwise end the process: with EPIPE to a pipe or connection that nobody reads any
+/// more, since a session's terminal and services may end first, and with EFBIG to a file that has the largest
+/// size which the process may write. Early in main(), before anything is written.
+void letWritesFail();
 
 /// Writes `text` as a whole, at once. Returns why it could not, such as a disk that is full; part of the text
 /// may be written then. Blocks as long as the reader does, on non-blocking streams, too.
 std::error_code writeToStandardOutput(std::string_view text);
+
+/// The sentence for an error of `writeToStandardOutput`: "cannot write the snapshot: No space left on device"
+/// for "the snapshot".
+std::string writeFailure(std::string_view what, std::error_code error);
 
 } // namespace kelvinbar

@@ -128,4 +128,11 @@ inline Outcome outcomeIntoClosedPipe(const Words& words, const Words& variables 
     return outcome;
 }
 
+/// Runs a program to its end that may write no more than 512 bytes into a file.
+inline Outcome outcomeWithSmallFiles(const Words& words, const Words& variables = {}) {
+    Words shell{"/bin/sh", "-c", "ulimit -f 1; exec \"$@\"", "sh"};
+    shell.insert(shell.end(), words.begin(), words.end());
+    return outcomeOf(shell, {}, variables);
+}
+
 } // namespace kelvinbar

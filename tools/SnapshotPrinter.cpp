@@ -119,7 +119,7 @@ int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     const ReportWriter write = options_.format->makeWriter(settings_);
     const auto error = writeToStandardOutput(write(reportOf(snapshot)));
     silence_.report(snapshot.silent);
-    if (error) reportError("cannot write the snapshot");
+    if (error) reportError(writeFailure("the snapshot", error));
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
 
@@ -144,7 +144,7 @@ int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     watch(*options_.interval, *machine_.clock,
           {.tick = printNext, .isEndedWithin = [&](auto time) { return signals.comeWithin(time); }});
     if (!error || error == std::errc::broken_pipe) return 0;
-    reportError("cannot write the readings: " + error.message());
+    reportError(writeFailure("the readings", error));
     return inputErrorExit;
 }
 

@@ -56,7 +56,8 @@ TEST(KelvinbarApp, FailsWhenItCannotWriteAnAnswer) {
         for (const std::string output : {"/dev/full", ""}) {
             const std::string errors = folder.path(option);
             EXPECT_EQ(ProgramRun({KELVINBAR, option}, {"/dev/null", output, errors}, noDisplay).status(), 1);
-            EXPECT_EQ(contentOf(errors), "kelvinbar: cannot write to standard output\n");
+            const std::string reason = output.empty() ? "Bad file descriptor" : "No space left on device";
+            EXPECT_EQ(contentOf(errors), "kelvinbar: cannot write to standard output: " + reason + "\n");
             std::filesystem::remove(errors);
         }
     }
@@ -66,8 +67,14 @@ TEST(KelvinbarApp, FailsWhenNobodyReadsAnAnswer) {
     for (const char* const option : {"--help", "--version"}) {
         const Outcome outcome = outcomeIntoClosedPipe({KELVINBAR, option}, noDisplay);
         EXPECT_EQ(outcome.status, 1) << option;
-        EXPECT_EQ(outcome.errors, "kelvinbar: cannot write to standard output\n");
+        EXPECT_EQ(outcome.errors, "kelvinbar: cannot write to standard output: Broken pipe\n");
     }
+}
+
+TEST(KelvinbarApp, FailsWhereFilesMayNotBeThatLarge) {
+    const Outcome outcome = outcomeWithSmallFiles({KELVINBAR, "--help"}, noDisplay);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "kelvinbar: cannot write to standard output: File too large\n");
 }
 
 TEST(KelvinbarApp, RefusesUnknownOptionsWithoutADisplay) {
@@ -545,7 +552,7 @@ TEST(KelvinbarDoctor, FailsWhenItCannotPrint) {
     const TemporaryFolder folder;
     const std::string errors = folder.path("errors");
     EXPECT_EQ(ProgramRun({KELVINBAR, "--doctor"}, {"/dev/null", "/dev/full", errors}, noDisplay).status(), 1);
-    EXPECT_TRUE(contains(contentOf(errors), "kelvinbar: cannot print what was found")) << contentOf(errors);
+    EXPECT_TRUE(contains(contentOf(errors), "kelvinbar: cannot write what was found: ")) << contentOf(errors);
 }
 
 } // namespace

@@ -409,7 +409,13 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWrite) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo"}), {"/dev/null", "/dev/full", errors}).status(), 1);
-    EXPECT_NE(contentOf(errors), "");
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot: No space left on device\n");
+}
+
+TEST(KelvinbarSnapshot, FailsWhereFilesMayNotBeThatLarge) {
+    const Outcome outcome = outcomeWithSmallFiles(program({"--demo", "--format", "json"}));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot: File too large\n");
 }
 
 TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
@@ -460,7 +466,7 @@ TEST(KelvinbarSnapshot, DatesAReplayAsItsSnapshotWas) {
 TEST(KelvinbarSnapshot, SaysThatNobodyReadsWhatItPrints) {
     const Outcome outcome = outcomeIntoClosedPipe(program({"--demo"}));
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot\n");
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot: Broken pipe\n");
 }
 
 // Selection
@@ -761,7 +767,7 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo", "--watch"}), {"/dev/null", "/dev/full", errors}).status(), 1);
-    EXPECT_TRUE(contains(contentOf(errors), "cannot write the readings")) << contentOf(errors);
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the readings: No space left on device\n");
 }
 
 // Comparison
@@ -844,6 +850,8 @@ TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
     EXPECT_EQ(ProgramRun(program({"--diff", file, "-"}), {folder.write("in", warmerKey), "/dev/full", errors})
                   .status(),
               3);
+    EXPECT_EQ(contentOf(errors),
+              "kelvinbar-snapshot: cannot write the differences: No space left on device\n");
 }
 
 TEST(KelvinbarSnapshot, IdentifiesNothingAmongNoReadings) {
@@ -858,7 +866,7 @@ TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo"}), {"", "", errors}).status(), 1);
-    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot: Bad file descriptor\n");
 }
 
 /// A run of the program at a pseudo-terminal.
@@ -1045,7 +1053,7 @@ TEST(KelvinbarSnapshotDoctor, FailsWhenItCannotPrint) {
     for (const std::string output : {"/dev/full", ""}) {
         const std::string errors = folder.path("errors");
         EXPECT_EQ(ProgramRun(program({"--doctor"}), {"/dev/null", output, errors}).status(), 1);
-        EXPECT_TRUE(contains(contentOf(errors), "cannot print what was found")) << contentOf(errors);
+        EXPECT_TRUE(contains(contentOf(errors), "cannot write what was found: ")) << contentOf(errors);
         std::filesystem::remove(errors);
     }
 }
