@@ -61,7 +61,7 @@ void expectSnapshot(const Outcome& outcome, std::string_view expected) {
 void expectFailure(const Outcome& outcome, int status, const Words& words = {}) {
     EXPECT_EQ(outcome.status, status);
     EXPECT_EQ(outcome.output, "");
-    EXPECT_NE(outcome.errors, "");
+    EXPECT_TRUE(outcome.errors.starts_with("kelvinbar-snapshot: ")) << outcome.errors;
     EXPECT_TRUE(outcome.errors.ends_with('\n')) << outcome.errors;
     for (const std::string& word : words) EXPECT_TRUE(contains(outcome.errors, word)) << outcome.errors;
 }
@@ -238,6 +238,26 @@ TEST(KelvinbarSnapshot, TakesOnlyFiniteNumbersWithinTheirLimits) {
     }
     expectFailure(run({"--demo", "--watch", ""}), 2, {"--watch"});
     expectFailure(run({"--diff", "-", "--tolerance", ""}, oneKey), 2, {"--tolerance"});
+}
+
+TEST(KelvinbarSnapshot, SaysInWordsHowOftenAnOptionIsTaken) {
+    expectFailure(run({"--diff", "a", "b", "c"}), 2, {": --diff takes one or two files\n"});
+    expectFailure(run({"--demo", "--format", "csv", "--format", "json"}), 2,
+                  {": --format is given more than once\n"});
+    expectFailure(run({"--demo", "--format"}), 2, {": --format: NAME is missing\n"});
+    expectFailure(run({"--diff"}), 2, {": --diff: FILE is missing\n"});
+}
+
+TEST(KelvinbarSnapshot, SaysWhatToWatchInPlaceOfADocument) {
+    for (const std::string format : {"json", "openmetrics"}) {
+        expectFailure(run({"--demo", "--watch", "--format", format}), 2,
+                      {"--watch: " + format + " is one document; use jsonl or csv instead\n"});
+    }
+}
+
+TEST(KelvinbarSnapshot, RefusesAnEmptyKey) {
+    expectFailure(run({"--demo", "--key", ""}), 2, {"--key: KEY is empty\n"});
+    expectFailure(run({"--demo", "--key", "TC0P", ""}), 2, {"--key: KEY is empty\n"});
 }
 
 /// An unset variable of a shell script must not read another machine than the one that was asked for.
@@ -425,7 +445,8 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
     for (const char* const option : {"--help", "--version"}) {
         const std::string errors = folder.write(option, "");
         EXPECT_EQ(ProgramRun(program({option}), {"/dev/null", "/dev/full", errors}).status(), 1);
-        EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write to standard output\n");
+        EXPECT_EQ(contentOf(errors),
+                  "kelvinbar-snapshot: cannot write to standard output: No space left on device\n");
     }
 }
 
