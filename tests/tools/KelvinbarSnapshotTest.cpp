@@ -416,6 +416,20 @@ TEST(KelvinbarSnapshot, NamesTheEncodingOfATextInUtf16) {
     }
 }
 
+TEST(KelvinbarSnapshot, SaysOnceThatAFileIsJson) {
+    const TemporaryFolder folder;
+    const std::string text = folder.write("text", oneKey);
+    for (const char* const format : {"json", "jsonl"}) {
+        const std::string file = folder.write("file", run({"--demo", "--format", format}).output);
+        const std::string message =
+            "kelvinbar-snapshot: " + file + ": this is JSON; --replay and --diff read the format text\n";
+        EXPECT_EQ(run({"--replay", file}).status, 1);
+        EXPECT_EQ(run({"--replay", file}).errors, message);
+        EXPECT_EQ(run({"--diff", text, file}).status, 3);
+        EXPECT_EQ(run({"--diff", text, file}).errors, message);
+    }
+}
+
 TEST(KelvinbarSnapshot, NamesLinesOfStandardInput) {
     const Outcome outcome = run({"--replay", "-"}, "junk\n" + std::string(oneKey));
     EXPECT_EQ(outcome.status, 0);
