@@ -24,6 +24,12 @@ void waitForSpace() {
     static_cast<void>(::poll(&output, 1, -1));
 }
 
+/// Empty if the variable is not set, too.
+std::string_view environmentValue(const char* name) {
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody writes it
+    return value == nullptr ? "" : value;
+}
+
 } // namespace
 
 void openClosedStandardStreams() {
@@ -45,14 +51,12 @@ TerminalSize standardOutputSize() {
     return {.columns = size.ws_col, .rows = size.ws_row};
 }
 
-bool wantsColours() {
-    // NOLINTBEGIN(concurrency-mt-unsafe): nobody changes the environment
-    const char* const refusal = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    // NOLINTEND(concurrency-mt-unsafe)
-    const bool isRefused = refusal != nullptr && *refusal != '\0';
-    return !isRefused && terminal != nullptr && std::string_view(terminal) != "dumb";
+bool takesControlSequences() {
+    const std::string_view terminal = environmentValue("TERM");
+    return !terminal.empty() && terminal != "dumb";
 }
+
+bool wantsColours() { return takesControlSequences() && environmentValue("NO_COLOR").empty(); }
 
 void letWritesFail() {
     for (const int number : {SIGPIPE, SIGXFSZ}) static_cast<void>(std::signal(number, SIG_IGN));

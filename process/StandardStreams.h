@@ -27,8 +27,12 @@ struct TerminalSize {
 /// The size that the terminal on standard output has now. Any thread.
 TerminalSize standardOutputSize();
 
-/// Whether the user's environment wants colours on terminals: no if NO_COLOR is set to anything, nor on a
-/// terminal without any ability. Reads the environment.
+/// Whether terminals take control sequences, by the user's environment: no if TERM is missing, empty or
+/// "dumb". Reads the environment.
+bool takesControlSequences();
+
+/// Whether the user's environment wants colours on terminals that take control sequences: no if NO_COLOR is
+/// set to anything. Reads the environment.
 bool wantsColours();
 
 /// Makes writes fail that otherwise end the process: with EPIPE to a pipe or connection that nobody reads any

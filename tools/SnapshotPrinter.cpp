@@ -49,7 +49,8 @@ SnapshotPrinter::SnapshotPrinter(const SnapshotOptions& options, const Machine& 
     , machine_(machine)
     , taker_(taker)
     , reader_(taker, selectionOf(options))
-    , settings_(settingsFor(options)) {
+    , settings_(settingsFor(options))
+    , isDrawnInPlace_(settings_.isTerminal && takesControlSequences()) {
     if (options.hasOwnCost) ownCost_.emplace([] { return askTrayProgram(longestWaitForTray); }, reportError);
 }
 
@@ -123,10 +124,10 @@ int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
 
-/// A page over the one before; on anything but a terminal, a page after the one before.
+/// A page over the one before, or after it in a file or on a terminal that only prints.
 std::string SnapshotPrinter::onScreen(const std::string& page) const {
     if (options_.format->repetition != Repetition::pages) return page;
-    return settings_.isTerminal ? pageInPlace(page, standardOutputSize()) : page + "\n";
+    return isDrawnInPlace_ ? pageInPlace(page, standardOutputSize()) : page + "\n";
 }
 
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {

@@ -42,6 +42,7 @@ class SnapshotPrinter {
     SelectionReader reader_;
     FollowedPreferences preferences_;
     FormatSettings settings_;
+    bool isDrawnInPlace_;            ///< a page, over the one before
     std::optional<OwnCost> ownCost_; ///< if it is printed
     SilenceReport silence_;
 };

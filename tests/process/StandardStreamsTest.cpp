@@ -96,6 +96,17 @@ TEST(Colours, AreWantedOnATerminalThatHasThemUnlessTheUserRefuses) {
     EXPECT_FALSE(wantsColoursWith("0", "xterm-256color"));
     EXPECT_FALSE(wantsColoursWith(nullptr, "dumb"));
     EXPECT_FALSE(wantsColoursWith(nullptr, nullptr));
+    EXPECT_FALSE(wantsColoursWith(nullptr, ""));
+}
+
+TEST(ControlSequences, AreTakenByTerminalsThatHaveThem) {
+    for (const bool isDumb : {false, true}) {
+        EXPECT_TRUE(inChildWithout({}, [isDumb] {
+            ::setenv("NO_COLOR", "1", 1);
+            ::setenv("TERM", isDumb ? "dumb" : "xterm", 1);
+            return takesControlSequences() != isDumb;
+        }));
+    }
 }
 
 /// Closes the pipe.

@@ -919,12 +919,15 @@ class TerminalRun {
     void resize(TerminalSize size) const { setSize(terminal_, size); }
 
     /// All up to the end of the output or of a page of a watch.
-    std::string page() {
-        constexpr std::string_view endOfPage = "\x1b[J";
-        std::string page;
-        for (char character = 0; !page.ends_with(endOfPage) && ::read(terminal_, &character, 1) == 1;)
-            page.push_back(character);
-        return replacedAll(page, "\r\n", "\n");
+    std::string page() { return textUntil("\x1b[J"); }
+
+    /// All up to `end`, or to the end of the output.
+    std::string textUntil(std::string_view end) {
+        std::string text;
+        for (char character = 0; !text.ends_with(end) && ::read(terminal_, &character, 1) == 1;) {
+            if (character != '\r') text.push_back(character);
+        }
+        return text;
     }
 
     /// Ends the run if it goes on; the exit status.
@@ -999,6 +1002,18 @@ TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
     if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
     EXPECT_EQ(*output, "\x1b[HHottest      51.75 °C  CPU Proximity\x1b[K\nFastest fan  none\x1b[K\n"
                        "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
+}
+
+TEST(KelvinbarSnapshot, AppendsPagesOnATerminalThatOnlyPrints) {
+    if (!hasPseudoTerminals()) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    for (const std::string terminal : {"TERM=dumb", "TERM="}) {
+        TerminalRun run({"--demo", "--watch", "0.1", "--summary", "--key", "TC0P"}, {terminal});
+        for (int tick = 0; tick < 2; ++tick) {
+            EXPECT_EQ(run.textUntil("\n\n"), "Hottest      51.75 °C  CPU Proximity\nFastest fan  none\n"
+                                             "Power        none\nBattery      none\n\n");
+        }
+        EXPECT_EQ(run.status(), 0);
+    }
 }
 
 /// The lines of a page that is drawn in place, without colours.
