@@ -130,9 +130,9 @@ struct Parts {
 int KelvinbarApp::run(int& argc, char** argv, const ProgramDescription& program,
                       const MachineMaker& makeMachine) {
     openClosedStandardStreams();
+    letWritesFail();
     ProgramOptions options = programOptions(argc, argv);
     if (const auto status = answeredOptions(options, program)) return *status;
-    ignoreBrokenPipes();
     StandardErrorSink standardError;
     Log log(standardError, logChoiceOfEnvironment(), options.verbosity);
     if (options.wantsDoctor) {

@@ -1,5 +1,7 @@
 #include "app/ProgramOptions.h"
 
+#include "process/StandardStreams.h"
+
 #include <algorithm>
 #include <iostream>
 #include <string_view>
@@ -111,8 +113,9 @@ int refusedMachine(const std::string& machine, const ProgramDescription& program
 
 /// Prints an answer and returns the exit status.
 int printed(const std::string& answer, const ProgramDescription& program) {
-    if (std::cout << answer << std::flush) return 0;
-    std::cerr << program.name + ": cannot write to standard output\n";
+    const auto error = writeToStandardOutput(answer);
+    if (!error) return 0;
+    std::cerr << program.name + ": " + writeFailure("to standard output", error) + "\n";
     return outputErrorExit;
 }
 

@@ -6,15 +6,16 @@
 
 namespace kelvinbar {
 
-std::optional<bool> BoundedCall::run(Work work, std::chrono::milliseconds limit) {
+CallEnd BoundedCall::run(Work work, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
-    if (!waitUntil(deadline)) return std::nullopt;
+    if (!waitUntil(deadline)) return CallEnd::notStarted;
     start(std::move(work));
-    if (!waitUntil(deadline) || !running_.valid()) return std::nullopt;
+    if (!running_.valid()) return CallEnd::notStarted;
+    if (!waitUntil(deadline)) return CallEnd::late;
     try {
-        return running_.get();
+        return running_.get() ? CallEnd::succeeded : CallEnd::failed;
     } catch (const std::exception&) { // of the work, such as std::bad_alloc
-        return std::nullopt;
+        return CallEnd::failed;
     }
 }
 

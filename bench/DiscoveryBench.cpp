@@ -1,6 +1,6 @@
 // Discoveries of generated machines, some of them far larger than any real one, and a plain walk over the
 // same files as the lower bound, in one run. Fails if a channel costs more where there are many chips or
-// channels.
+// channels, or too much beside the walk.
 //
 // usage: kelvinbar_discovery_bench [REPEATS]
 
@@ -49,6 +49,9 @@ constexpr std::array shapes{std::pair(Shape{50, 20}, Shape{250, 20}),
 
 /// By how much a channel of the larger machine may cost more. Growth with the square would be 5 and 20.
 constexpr double largestGrowth = 1.5;
+
+/// How many times the cost of the walk a channel may cost.
+constexpr double largestRatio = 3;
 
 /// A machine of that shape in a temporary folder, deleted by the destructor.
 class GeneratedMachine {
@@ -124,7 +127,8 @@ std::size_t discover(const GeneratedMachine& machine, Log& log) {
     return source.discoverKeys({}).size();
 }
 
-/// Returns the cost of a channel in microseconds; no value if not all channels were found.
+/// Returns the cost of a channel in microseconds; no value if not all channels were found, or at too high a
+/// cost.
 std::optional<double> measure(const Shape& shape, int repeats) {
     StandardErrorSink sink;
     Log log(sink);
@@ -138,7 +142,9 @@ std::optional<double> measure(const Shape& shape, int repeats) {
     std::cout << std::setw(8) << shape.chips << std::setw(16) << shape.channelsOfAChip << std::fixed
               << std::setprecision(1) << std::setw(16) << ours << std::setw(12) << floor << std::setw(10)
               << ours / floor << std::endl; // seen at once: the largest take a while
-    return ours;
+    if (ours <= largestRatio * floor) return ours;
+    std::cerr << "a channel costs more than " << largestRatio << " times the walk\n";
+    return std::nullopt;
 }
 
 bool isLinear(const Shape& small, const Shape& large, int repeats) {

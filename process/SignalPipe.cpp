@@ -49,8 +49,8 @@ bool prepare(int end) {
 SignalPipe::SignalPipe(std::span<const int> numbers, int flags) {
     earlier_.reserve(numbers.size());
     if (::pipe(ends_.data()) != 0) ends_ = {-1, -1};
+    if (isOpen() && !std::ranges::all_of(ends_, prepare)) close();
     if (!isOpen()) return;
-    std::ranges::for_each(ends_, prepare);
     writeEnd = ends_[1];
     for (const int number : numbers) {
         const auto& [same, earlier] = earlier_.emplace_back(number, actionOf(number));
@@ -60,9 +60,12 @@ SignalPipe::SignalPipe(std::span<const int> numbers, int flags) {
 
 SignalPipe::~SignalPipe() {
     for (const auto& [number, earlier] : earlier_) ::sigaction(number, &earlier, nullptr);
-    if (!isOpen()) return;
     writeEnd = -1;
-    for (const int end : ends_) ::close(end);
+    if (isOpen()) close();
+}
+
+void SignalPipe::close() {
+    for (int& end : ends_) ::close(std::exchange(end, -1));
 }
 
 void SignalPipe::release(int number) { setAction(number, SIG_DFL, 0); }

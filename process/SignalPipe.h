@@ -32,6 +32,8 @@ class SignalPipe {
     void writeOneMoreOfEach() const;
 
   private:
+    void close();
+
     std::array<int, 2> ends_{-1, -1};
     std::vector<std::pair<int, struct sigaction>> earlier_; ///< what each signal did before
 };

@@ -24,6 +24,12 @@ void waitForSpace() {
     static_cast<void>(::poll(&output, 1, -1));
 }
 
+/// Empty if the variable is not set, too.
+std::string_view environmentValue(const char* name) {
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody writes it
+    return value == nullptr ? "" : value;
+}
+
 } // namespace
 
 void openClosedStandardStreams() {
@@ -45,16 +51,16 @@ TerminalSize standardOutputSize() {
     return {.columns = size.ws_col, .rows = size.ws_row};
 }
 
-bool wantsColours() {
-    // NOLINTBEGIN(concurrency-mt-unsafe): nobody changes the environment
-    const char* const refusal = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    // NOLINTEND(concurrency-mt-unsafe)
-    const bool isRefused = refusal != nullptr && *refusal != '\0';
-    return !isRefused && terminal != nullptr && std::string_view(terminal) != "dumb";
+bool takesControlSequences() {
+    const std::string_view terminal = environmentValue("TERM");
+    return !terminal.empty() && terminal != "dumb";
 }
 
-void ignoreClosedPipes() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
+bool wantsColours() { return takesControlSequences() && environmentValue("NO_COLOR").empty(); }
+
+void letWritesFail() {
+    for (const int number : {SIGPIPE, SIGXFSZ}) static_cast<void>(std::signal(number, SIG_IGN));
+}
 
 std::error_code writeToStandardOutput(std::string_view text) {
     while (!text.empty()) {
@@ -67,6 +73,10 @@ std::error_code writeToStandardOutput(std::string_view text) {
         if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
     }
     return {};
+}
+
+std::string writeFailure(std::string_view what, std::error_code error) {
+    return std::string("cannot write ").append(what).append(": ").append(error.message());
 }
 
 } // namespace kelvinbar

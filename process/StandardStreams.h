@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -26,15 +27,25 @@ struct TerminalSize {
 /// The size that the terminal on standard output has now. Any thread.
 TerminalSize standardOutputSize();
 
-/// Whether the user's environment wants colours on terminals: no if NO_COLOR is set to anything, nor on a
-/// terminal without any ability. Reads the environment.
+/// Whether terminals take control sequences, by the user's environment: no if TERM is missing, empty or
+/// "dumb". Reads the environment.
+bool takesControlSequences();
+
+/// Whether the user's environment wants colours on terminals that take control sequences: no if NO_COLOR is
+/// set to anything. Reads the environment.
 bool wantsColours();
 
-/// Makes writing to a pipe that nobody reads any more fail with EPIPE, which otherwise ends the process.
-void ignoreClosedPipes();
+/// Makes writes fail that otherwise end the process: with EPIPE to a pipe or connection that nobody reads any
+/// more, since a session's terminal and services may end first, and with EFBIG to a file that has the largest
+/// size which the process may write. Early in main(), before anything is written.
+void letWritesFail();
 
 /// Writes `text` as a whole, at once. Returns why it could not, such as a disk that is full; part of the text
 /// may be written then. Blocks as long as the reader does, on non-blocking streams, too.
 std::error_code writeToStandardOutput(std::string_view text);
+
+/// The sentence for an error of `writeToStandardOutput`: "cannot write the snapshot: No space left on device"
+/// for "the snapshot".
+std::string writeFailure(std::string_view what, std::error_code error);
 
 } // namespace kelvinbar

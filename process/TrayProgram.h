@@ -10,9 +10,10 @@ namespace kelvinbar {
 
 /// Why the tray program does not tell what it costs.
 enum class NoAnswer : std::uint8_t {
-    cannotAsk,  ///< the build knows no bus, or libsystemd is missing
-    notRunning, ///< there is no bus, or nobody has the program's name on it
-    silent,     ///< the bus is gone, or the program does not answer, or not as it should
+    cannotAsk,   ///< the build knows no bus, or libsystemd is missing
+    notRunning,  ///< there is no bus, or nobody has the program's name on it
+    unreachable, ///< there should be a bus, and it cannot be connected to
+    silent,      ///< the program or the bus does not answer, or not as it should
 };
 
 using TrayAnswer = std::variant<ProgramCost, NoAnswer>;

@@ -45,11 +45,6 @@ SMCLoadResult withoutSource(const Machine& machine, std::string message) {
     return result;
 }
 
-std::string statusText(std::size_t readingCount, const MachineTexts& texts) {
-    if (readingCount == 0) return std::string(texts.nothingReadable);
-    return "Loaded " + std::to_string(readingCount) + " " + std::string(texts.loaded);
-}
-
 std::vector<SMCReading> readKeys(SensorSource& source, const KeySet& keys, bool readSuperIOFans) {
     const std::vector<std::string> candidates(keys.begin(), keys.end());
     std::vector<RawReading> results = source.readCandidateKeys(candidates);
@@ -77,11 +72,19 @@ SMCLoadResult loadedReadings(const Machine& machine, const LoadPass& pass, const
     const KeySet& dynamicKeys = result.discoveredKeys ? *result.discoveredKeys : *pass.cachedDynamicKeys;
     const KeySet& keys = dynamicKeys.empty() ? *pass.fixedCandidates : dynamicKeys;
     result.readings = readKeys(source, keys, pass.readSuperIOFans);
-    result.statusMessage = statusText(result.readings.size(), machine.texts);
+    result.statusMessage = loadStatus(result.readings.size(), machine.texts);
     return result;
 }
 
 } // namespace
+
+std::string loadedText(std::size_t readingCount, const MachineTexts& texts) {
+    return "Loaded " + std::to_string(readingCount) + " " + std::string(texts.loaded);
+}
+
+std::string loadStatus(std::size_t readingCount, const MachineTexts& texts) {
+    return readingCount == 0 ? std::string(texts.nothingReadable) : loadedText(readingCount, texts);
+}
 
 SMCLoadResult loadReadings(const Machine& machine, const LoadPass& pass, const Cancellation& cancellation) {
     SMCLoadResult result = loadedReadings(machine, pass, cancellation);

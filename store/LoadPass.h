@@ -5,6 +5,7 @@
 #include "catalogue/SMCReading.h"
 #include "sensors/Machine.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,6 +31,12 @@ struct SMCLoadResult {
     std::vector<SilentDevice> silent; ///< devices that were not read because they have not answered before
     std::string statusMessage;        ///< user-visible
 };
+
+/// What a pass says that has loaded `readingCount` readings: "Loaded 3 sensors".
+std::string loadedText(std::size_t readingCount, const MachineTexts& texts);
+
+/// The status of a pass over a source that can be read: the same, unless there are no readings.
+std::string loadStatus(std::size_t readingCount, const MachineTexts& texts);
 
 /// Reads `machine` once. Blocks until the hardware has answered. Does not touch the store. A cancelled pass
 /// returns no readings, but does not stop while it reads keys. Any thread; inside a scope of the machine's

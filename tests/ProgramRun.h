@@ -3,6 +3,7 @@
 #include "tests/FileContent.h"
 #include "tests/tools/TemporaryFolder.h"
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -110,6 +111,28 @@ inline Outcome outcomeOf(Words words, std::string_view input = {}, const Words& 
     outcome.output = contentOf(streams.output);
     outcome.errors = contentOf(streams.errors);
     return outcome;
+}
+
+/// Runs a program to its end with a standard output that is a pipe without a reader.
+inline Outcome outcomeIntoClosedPipe(const Words& words, const Words& variables = {}) {
+    constexpr int inherited = 7;
+    std::array<int, 2> pipe{};
+    EXPECT_EQ(::pipe(pipe.data()), 0);
+    ::close(pipe[0]);
+    EXPECT_EQ(::dup2(pipe[1], inherited), inherited);
+    ::close(pipe[1]);
+    Words shell{"/bin/sh", "-c", "exec \"$@\" >&7", "sh"};
+    shell.insert(shell.end(), words.begin(), words.end());
+    Outcome outcome = outcomeOf(shell, {}, variables);
+    ::close(inherited);
+    return outcome;
+}
+
+/// Runs a program to its end that may write no more than 512 bytes into a file.
+inline Outcome outcomeWithSmallFiles(const Words& words, const Words& variables = {}) {
+    Words shell{"/bin/sh", "-c", "ulimit -f 1; exec \"$@\"", "sh"};
+    shell.insert(shell.end(), words.begin(), words.end());
+    return outcomeOf(shell, {}, variables);
 }
 
 } // namespace kelvinbar

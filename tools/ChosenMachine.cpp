@@ -39,6 +39,15 @@ std::optional<Machine> replayedMachine(const std::string& source, std::string_vi
     return std::move(replay.machine);
 }
 
+/// Whether an object of JSON begins the text, as one of --format json does.
+bool beginsAsJson(std::string_view text) {
+    constexpr std::string_view blank = " \t\r\n";
+    const std::size_t brace = text.find_first_not_of(blank);
+    if (brace == std::string_view::npos || text[brace] != '{') return false;
+    const std::size_t next = text.find_first_not_of(blank, brace + 1);
+    return next != std::string_view::npos && text[next] == '"';
+}
+
 std::optional<Machine> machineFromFile(const std::string& file, Log& log) {
     const std::string source = file == "-" ? "standard input" : file;
     const TextInput input = readTextInput(file);
@@ -46,7 +55,12 @@ std::optional<Machine> machineFromFile(const std::string& file, Log& log) {
         reportError("cannot read " + source + ": " + error->message);
         return std::nullopt;
     }
-    return replayedMachine(source, std::get<std::string>(input), log);
+    const auto& text = std::get<std::string>(input);
+    if (beginsAsJson(text)) {
+        reportError(source + ": this is JSON; --replay and --diff read the format text");
+        return std::nullopt;
+    }
+    return replayedMachine(source, text, log);
 }
 
 std::string describedInFull(const MachineChoice& choice) {

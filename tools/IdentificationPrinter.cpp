@@ -98,9 +98,10 @@ int printIdentification(const IdentificationRequest& request, const Machine& mac
         reportError(reasonFor(record));
         return inputErrorExit;
     }
-    if (!writeToStandardOutput(request.isJson ? identificationJson(record) : identificationText(record)))
-        return 0;
-    reportError("cannot write what responded");
+    const auto error =
+        writeToStandardOutput(request.isJson ? identificationJson(record) : identificationText(record));
+    if (!error) return 0;
+    reportError(writeFailure("what responded", error));
     return inputErrorExit;
 }
 

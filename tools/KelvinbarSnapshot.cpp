@@ -78,11 +78,11 @@ int printDifferences(const SnapshotOptions& options, const Machine& before, cons
     }
     const SnapshotDiff diff = diffOf(earlier, later, options.tolerance);
     const bool isJson = options.format->name == "json";
-    if (!writeToStandardOutput(isJson ? diffJson(diff) : diffText(diff))) {
-        return diff.isEmpty() ? 0 : differentExit;
+    if (const auto error = writeToStandardOutput(isJson ? diffJson(diff) : diffText(diff))) {
+        reportError(writeFailure("the differences", error));
+        return diffErrorExit;
     }
-    reportError("cannot write the differences");
-    return diffErrorExit;
+    return diff.isEmpty() ? 0 : differentExit;
 }
 
 int printDiff(const SnapshotOptions& options) {
@@ -119,7 +119,7 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     kelvinbar::openClosedStandardStreams();
-    kelvinbar::ignoreClosedPipes();
+    kelvinbar::letWritesFail();
     try {
         return kelvinbar::run(argc, argv);
     } catch (const std::bad_alloc&) {

@@ -28,8 +28,7 @@ std::string functionName(std::string_view program) { return "_" + replacedAll(pr
 
 std::string bashCase(const CompletedOption& option) {
     const std::string pattern = "    " + joinedWith("|", option.names) + ") ";
-    if (option.isFile)
-        return pattern + "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\")); return ;;\n";
+    if (option.isFile) return pattern + "compopt -o default; return ;;\n"; // quotes what has to be quoted
     if (!option.values.empty()) {
         return pattern + "COMPREPLY=($(compgen -W " + singleQuoted(joinedWith(" ", option.values)) +
                " -- \"$word\")); return ;;\n";
@@ -92,16 +91,28 @@ std::string zshFurtherValues(const std::string& function, CompletedOptions optio
            cases + "  esac\n}\n";
 }
 
+/// The file is the body of a function where it is loaded on demand, and defines the completion where it is
+/// sourced.
+std::string zshEnd(const std::string& function, std::string_view program) {
+    const std::string name(program);
+    return "if [[ $funcstack[1] == _" + name + " ]]; then\n  " + function + "\nelse\n  compdef " + function +
+           " " + name + "\nfi\n";
+}
+
 std::string zshScript(std::string_view program, CompletedOptions options) {
-    const std::string furtherValues = functionName(program) + "_further_values";
-    std::string text =
-        "#compdef " + std::string(program) + "\n" + zshFurtherValues(furtherValues, options) + "_arguments";
+    const std::string function = functionName(program);
+    const std::string furtherValues = function + "_further_values";
+    std::string text = "#compdef " + std::string(program) + "\n" + zshFurtherValues(furtherValues, options) +
+                       function + "() {\n  _arguments";
     for (const CompletedOption& option : options) {
         for (const std::string& name : option.names) {
-            text.append(" \\\n  ").append(zshArgument(name, option));
+            text.append(" \\\n    ").append(zshArgument(name, option));
         }
     }
-    return text.append(" \\\n  '*: :").append(furtherValues).append("'\n");
+    return text.append(" \\\n    '*: :")
+        .append(furtherValues)
+        .append("'\n}\n")
+        .append(zshEnd(function, program));
 }
 
 // fish

@@ -2,6 +2,7 @@
 
 #include "base/NumberText.h"
 #include "base/Text.h"
+#include "process/StandardStreams.h"
 #include "resources/SampleMachines.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
@@ -12,6 +13,7 @@
 #include <cstddef>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -110,17 +112,17 @@ constexpr const char* closingWords =
     "nothing can be written or memory runs out, 2 for a wrong option.\n"
     "With --diff: 0 for no difference, 1 for differences, 2 for a wrong option, 3 for other failures.";
 
-/// The exit status when the parser or `printed` has answered.
-int statusOfAnswer() {
-    if (std::cout.flush()) return 0;
-    reportError("cannot write to standard output");
+/// Prints `text`; returns the exit status.
+int printed(const std::string& text) {
+    const auto error = writeToStandardOutput(text);
+    if (!error) return 0;
+    reportError(writeFailure("to standard output", error));
     return inputErrorExit;
 }
 
-/// Prints `text`; returns the exit status.
-int printed(const std::string& text) {
-    std::cout << text;
-    return statusOfAnswer();
+/// Complains as the other messages do.
+std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
+    return app->get_name() + ": " + error.what() + "\nRun with --help for more information.\n";
 }
 
 } // namespace
@@ -141,6 +143,7 @@ SnapshotCommandLine::SnapshotCommandLine()
     addDoctorOption();
     addRemainingOptions();
     app_.formatter(std::make_shared<HelpFormatter>());
+    app_.failure_message(failureMessage);
     app_.footer(formatHelp() + "\n" +
                 wordsHelp("Categories (kelvinbar with --self only)", allCategoryWords()) + "\n" +
                 wordsHelp("Made-up machines", sampleNames()) + "\n" + closingWords);
@@ -253,9 +256,24 @@ std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
         if (isVersion_) return printed("kelvinbar-snapshot " KELVINBAR_VERSION "\n");
         if (completion_->count() == 0) return std::nullopt;
         return printed(completionScript(completedShell_, app_.get_name(), completedOptions()));
+    } catch (const CLI::ArgumentMismatch& error) {
+        std::cerr << failureMessage(&app_, CLI::ArgumentMismatch(plainComplaint(error)));
+        return usageErrorExit;
     } catch (const CLI::ParseError& error) {
-        return app_.exit(error) == 0 ? statusOfAnswer() : usageErrorExit;
+        std::ostringstream answer; // to --help
+        return app_.exit(error, answer, std::cerr) == 0 ? printed(answer.str()) : usageErrorExit;
     }
+}
+
+/// What the parser says in numbers, in words.
+std::string SnapshotCommandLine::plainComplaint(const CLI::ArgumentMismatch& error) const {
+    const std::string complaint = error.what();
+    const std::string name = complaint.substr(0, complaint.find(':'));
+    const CLI::Option* const option = app_.get_option_no_throw(name);
+    if (option == nullptr) return complaint;
+    const auto most = static_cast<std::size_t>(option->get_items_expected_max());
+    if (option->count() <= most) return name + ": " + option->get_type_name() + " is missing";
+    return name + (option == diff_ ? " takes one or two files" : " is given more than once");
 }
 
 /// An option that prints something else than readings. Throws CLI::ParseError if another one is given, too.
@@ -282,6 +300,8 @@ void SnapshotCommandLine::finishParsing() {
 }
 
 void SnapshotCommandLine::finishSelection() {
+    if (std::ranges::count(options_.selection.keys, "") > 0)
+        throw CLI::ValidationError("--key", "KEY is empty");
     if (match_->count() > 0 && options_.selection.match.empty()) {
         throw CLI::ValidationError("--match", "TEXT is empty");
     }
@@ -310,7 +330,7 @@ void SnapshotCommandLine::finishFormat() {
     if ((isTitle_ || isWaybar) && options_.selection.isEverything()) options_.isPinned = true;
     if (!isWatched) return;
     if (options_.format->repetition == Repetition::never) {
-        throw CLI::ValidationError("--watch", "a document of the format " + formatName_ + " does not go on");
+        throw CLI::ValidationError("--watch", formatName_ + " is one document; use jsonl or csv instead");
     }
     options_.interval =
         std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds_));

@@ -78,6 +78,7 @@ class SnapshotCommandLine {
     void finishIdentification();
     void finishOwnCost() const;
     void finishDoctor() const;
+    [[nodiscard]] std::string plainComplaint(const CLI::ArgumentMismatch& error) const;
     void requireAlone(const CLI::Option& option) const;
     [[nodiscard]] std::vector<CompletedOption> completedOptions() const;
 

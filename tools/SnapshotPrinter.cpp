@@ -4,12 +4,15 @@
 #include "process/EndSignals.h"
 #include "process/StandardStreams.h"
 #include "process/TrayProgram.h"
+#include "store/LoadPass.h"
 #include "tools/PrintedText.h"
 #include "tools/ProgramErrors.h"
 #include "tools/TerminalPage.h"
 #include "tools/WatchLoop.h"
+#include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <system_error>
 #include <utility>
@@ -46,7 +49,8 @@ SnapshotPrinter::SnapshotPrinter(const SnapshotOptions& options, const Machine& 
     , machine_(machine)
     , taker_(taker)
     , reader_(taker, selectionOf(options))
-    , settings_(settingsFor(options)) {
+    , settings_(settingsFor(options))
+    , isDrawnInPlace_(settings_.isTerminal && takesControlSequences()) {
     if (options.hasOwnCost) ownCost_.emplace([] { return askTrayProgram(longestWaitForTray); }, reportError);
 }
 
@@ -92,13 +96,23 @@ Snapshot SnapshotPrinter::withOwnCost(Snapshot snapshot) {
     return snapshot;
 }
 
+/// Counts what is printed: of a selection, the first snapshot has all readings, and later ones may have more
+/// than are selected. None is no failure of sensors: pins come and go.
+std::string SnapshotPrinter::statusOf(const Snapshot& snapshot,
+                                      const std::vector<SMCReading>& selected) const {
+    if (!snapshot.isLoaded || reader_.selection().isEverything()) return snapshot.status;
+    const auto ownCount = std::ranges::count_if(selected, isOwnReading);
+    return loadedText(selected.size() - static_cast<std::size_t>(ownCount), machine_.texts);
+}
+
 Report SnapshotPrinter::reportOf(const Snapshot& snapshot) const {
     const bool isNewSnapshot = options_.format->name == "text";
     std::vector<SMCReading> readings = reader_.selected(snapshot);
     if (!isNewSnapshot) dropSignsOfZero(readings); // the text has the values as the panel does
+    std::string status = statusOf(snapshot, readings);
     return {.machine = options_.machine.description(),
             .time = isNewSnapshot ? snapshot.time : machine_.recordedAt.value_or(snapshot.time),
-            .status = snapshot.status,
+            .status = std::move(status),
             .readings = std::move(readings)};
 }
 
@@ -106,14 +120,14 @@ int SnapshotPrinter::printOnce(const Snapshot& snapshot) {
     const ReportWriter write = options_.format->makeWriter(settings_);
     const auto error = writeToStandardOutput(write(reportOf(snapshot)));
     silence_.report(snapshot.silent);
-    if (error) reportError("cannot write the snapshot");
+    if (error) reportError(writeFailure("the snapshot", error));
     return !error && (snapshot.silent.empty() || snapshot.hasAnswers) ? 0 : inputErrorExit;
 }
 
-/// A page over the one before; on anything but a terminal, a page after the one before.
+/// A page over the one before, or after it in a file or on a terminal that only prints.
 std::string SnapshotPrinter::onScreen(const std::string& page) const {
     if (options_.format->repetition != Repetition::pages) return page;
-    return settings_.isTerminal ? pageInPlace(page, standardOutputSize()) : page + "\n";
+    return isDrawnInPlace_ ? pageInPlace(page, standardOutputSize()) : page + "\n";
 }
 
 int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
@@ -131,7 +145,7 @@ int SnapshotPrinter::printUntilEnded(const Snapshot& first) {
     watch(*options_.interval, *machine_.clock,
           {.tick = printNext, .isEndedWithin = [&](auto time) { return signals.comeWithin(time); }});
     if (!error || error == std::errc::broken_pipe) return 0;
-    reportError("cannot write the readings: " + error.message());
+    reportError(writeFailure("the readings", error));
     return inputErrorExit;
 }
 

@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kelvinbar {
 
@@ -29,6 +30,8 @@ class SnapshotPrinter {
     int printUntilEnded(const Snapshot& first);
     [[nodiscard]] Snapshot nextSnapshot();
     [[nodiscard]] bool reportWhatIsMissing(const Snapshot& snapshot) const;
+    [[nodiscard]] std::string statusOf(const Snapshot& snapshot,
+                                       const std::vector<SMCReading>& selected) const;
     [[nodiscard]] Report reportOf(const Snapshot& snapshot) const;
     [[nodiscard]] Snapshot withOwnCost(Snapshot snapshot);
     [[nodiscard]] std::string onScreen(const std::string& page) const;
@@ -39,6 +42,7 @@ class SnapshotPrinter {
     SelectionReader reader_;
     FollowedPreferences preferences_;
     FormatSettings settings_;
+    bool isDrawnInPlace_;            ///< a page, over the one before
     std::optional<OwnCost> ownCost_; ///< if it is printed
     SilenceReport silence_;
 };

@@ -4,6 +4,7 @@
 #include "store/InMemoryUserDefaults.h"
 #include "store/KelvinbarStore.h"
 #include "store/KeyContinuity.h"
+#include "store/LoadPass.h"
 #include "store/Preferences.h"
 #include "store/ReadingOrder.h"
 
@@ -79,9 +80,11 @@ class SnapshotTaker::OpenMachine {
 
     [[nodiscard]] Snapshot snapshot() const {
         const auto& readings = store_->readings().value();
+        const std::string& status = store_->statusMessage().value();
         return {.readings = copiesByKey(readings),
                 .time = store_->lastUpdated().value().value_or(wallClock_.now()),
-                .status = store_->statusMessage().value(),
+                .status = status,
+                .isLoaded = status == loadStatus(readings.size(), store_->texts()),
                 .silent = store_->silentDevices(),
                 .pinned = pinned(),
                 .accesses = store_->accessesOfLastPass(),

@@ -23,6 +23,7 @@ struct Snapshot {
     std::vector<SMCReading> readings; ///< sorted by key
     std::chrono::system_clock::time_point time{};
     std::string status;                    ///< for people: how reading went
+    bool isLoaded = false;                 ///< the source could be read; otherwise `status` says why not
     std::vector<SilentDevice> silent;      ///< devices that did not answer
     std::vector<std::string> pinned;       ///< keys, in pin order, whether or not there is a reading for them
     std::optional<std::size_t> accesses{}; ///< of the pass, to files and drivers; no value without a watch

@@ -11,6 +11,8 @@
 
 namespace kelvinbar {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 InputError systemError(int number) { return {std::generic_category().message(number)}; }
@@ -23,12 +25,28 @@ bool isZeroAtEverySecond(std::string_view bytes, std::size_t start) {
     return true;
 }
 
-/// By its byte order mark, or by a beginning of ASCII characters.
-bool isUtf16(std::string_view text) {
+/// An encoding with the byte order mark that a text in it begins with.
+struct MarkedEncoding {
+    std::string_view mark;
+    std::string_view name;
+};
+
+/// The mark of UTF-32 begins with that of UTF-16.
+constexpr std::array markedEncodings{
+    MarkedEncoding{"\xFF\xFE\0\0"sv, "UTF-32"}, MarkedEncoding{"\0\0\xFE\xFF"sv, "UTF-32"},
+    MarkedEncoding{"\xFF\xFE"sv, "UTF-16"}, MarkedEncoding{"\xFE\xFF"sv, "UTF-16"}};
+
+/// An encoding that is not UTF-8, by the byte order mark or by a beginning of ASCII characters; empty if none
+/// is seen.
+std::string_view otherEncoding(std::string_view text) {
+    const auto* const marked = std::ranges::find_if(
+        markedEncodings, [&](const MarkedEncoding& each) { return text.starts_with(each.mark); });
+    if (marked != markedEncodings.end()) return marked->name;
     constexpr std::size_t beginning = 32;
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
     const std::string_view bytes = text.substr(0, std::min(text.size(), beginning));
-    return bytes.size() >= 4 && (isZeroAtEverySecond(bytes, 0) || isZeroAtEverySecond(bytes, 1));
+    const bool isUtf16 =
+        bytes.size() >= 4 && (isZeroAtEverySecond(bytes, 0) || isZeroAtEverySecond(bytes, 1));
+    return isUtf16 ? "UTF-16" : "";
 }
 
 } // namespace
@@ -52,7 +70,8 @@ TextInput readTextInput(std::istream& stream) {
     }
     if (stream.bad()) return systemError(EIO);
     if (text.size() > maximumInputSize) return InputError{"it is larger than 16 MiB"};
-    if (isUtf16(text)) return InputError{"it is in UTF-16 instead of UTF-8"};
+    const std::string_view encoding = otherEncoding(text);
+    if (!encoding.empty()) return InputError{"it is in " + std::string(encoding) + " instead of UTF-8"};
     return text;
 }
 

@@ -20,7 +20,7 @@ using TextInput = std::variant<std::string, InputError>;
 /// Reads `file`, or standard input if it is "-". Blocks until the end of the input.
 TextInput readTextInput(const std::string& file);
 
-/// Reads `stream` to its end. Text in UTF-16, as some editors save it, is an error.
+/// Reads `stream` to its end. Text in UTF-16 or UTF-32, as some editors save it, is an error.
 TextInput readTextInput(std::istream& stream);
 
 } // namespace kelvinbar

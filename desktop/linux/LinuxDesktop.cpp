@@ -117,7 +117,7 @@ class LinuxDesktop final : public Desktop {
         , barColors_(desktopNames(), bus_, PlasmaFolders::ofThisUser())
         , statusBar_(bus_, trayContext(), handlers_, log)
         , autostart_([&](auto report) { return autostartEntry(start_.name, command, std::move(report)); },
-                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, log)
+                     {.openSettings = openAutostartSettings, .beep = [] { playAlert(alertWays()); }}, {}, log)
         , reducedMotion_(bus_, reducedMotionSettings())
         , moreContrast_(bus_, moreContrastSettings())
         , signals_([this] { quit(); }) {

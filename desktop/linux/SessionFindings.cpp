@@ -22,6 +22,7 @@ TrayFacts factsOfSession(const QString& name) {
     TrayFacts facts =
         askForTray(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection), name);
     QDBusConnection::disconnectFromBus(connection);
+    facts.hasBusAddress = !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS");
     facts.desktopNames = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString();
     const X11Connection x11 = connectToX11();
     facts.hasXEmbedTray = x11 != nullptr && hasXEmbedTray(x11.get());

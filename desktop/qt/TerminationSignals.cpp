@@ -29,6 +29,4 @@ void TerminationSignals::takeNotes() {
     onSignal_();
 }
 
-void ignoreBrokenPipes() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
-
 } // namespace kelvinbar

@@ -31,9 +31,4 @@ class TerminationSignals {
     std::unique_ptr<QSocketNotifier> notifier_; ///< before the pipe is closed
 };
 
-/// Makes writing to a closed pipe or connection fail instead of ending the program, as long as it runs: when
-/// a session ends, its terminal and its services may go first. Programs started through QProcess are not
-/// affected.
-void ignoreBrokenPipes();
-
 } // namespace kelvinbar

@@ -48,9 +48,10 @@ the controller of Intel Macs. kelvinbar-demo shows a made-up machine.")
 set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_PACKAGE_NAME kelvinbar-snapshot)
 set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_PACKAGE_RECOMMENDS "libsensors5")
 set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_DESCRIPTION "sensor readings on the console
-Prints all temperatures, fans, voltages, powers and batteries of a machine as
-text, to be pasted into a bug report or a spreadsheet, and replays such a
-text.
+Prints temperatures, fans, voltages, powers and batteries of a machine as text
+for a bug report, as a table, JSON, CSV or OpenMetrics, or as a line for a
+status bar. It watches them, compares two snapshots, finds which sensor is
+which, and says why one is missing.
 .
 It needs no desktop. kelvinbar shows the same readings in the tray.")
 set(CPACK_DEBIAN_KELVINBAR-SNAPSHOT_PACKAGE_SUGGESTS "prometheus-node-exporter")

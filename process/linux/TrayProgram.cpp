@@ -108,8 +108,8 @@ int noteAnswer(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
 /// place has none, nobody expects one.
 NoAnswer reasonOf(int error) {
     const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); // NOLINT(concurrency-mt-unsafe)
-    if (address != nullptr) return *address == '\0' ? NoAnswer::notRunning : NoAnswer::silent;
-    return error == -ENOENT || error == -ENOMEDIUM ? NoAnswer::notRunning : NoAnswer::silent;
+    if (address != nullptr) return *address == '\0' ? NoAnswer::notRunning : NoAnswer::unreachable;
+    return error == -ENOENT || error == -ENOMEDIUM ? NoAnswer::notRunning : NoAnswer::unreachable;
 }
 
 /// The question for the property; null if there is no memory for it.

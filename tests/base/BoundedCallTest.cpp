@@ -4,7 +4,6 @@
 #include <future>
 #include <memory>
 #include <new>
-#include <optional>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -30,22 +29,22 @@ class StuckWork {
     std::shared_future<void> released_ = release_.get_future().share();
 };
 
-TEST(BoundedCall, ReturnsTheResultOfTheWork) {
+TEST(BoundedCall, TellsWhetherTheWorkSucceeded) {
     BoundedCall call;
-    EXPECT_EQ(call.run([] { return true; }, patience), std::optional(true));
-    EXPECT_EQ(call.run([] { return false; }, patience), std::optional(false));
+    EXPECT_EQ(call.run([] { return true; }, patience), CallEnd::succeeded);
+    EXPECT_EQ(call.run([] { return false; }, patience), CallEnd::failed);
 }
 
 TEST(BoundedCall, RunsWorkOnAThreadOfItsOwn) {
     BoundedCall call;
     const auto own = std::this_thread::get_id();
-    EXPECT_EQ(call.run([own] { return std::this_thread::get_id() != own; }, patience), std::optional(true));
+    EXPECT_EQ(call.run([own] { return std::this_thread::get_id() != own; }, patience), CallEnd::succeeded);
 }
 
 TEST(BoundedCall, DoesNotWaitForWorkThatTakesTooLong) {
     StuckWork stuck;
     BoundedCall call;
-    EXPECT_EQ(call.run(stuck.work(), moment), std::nullopt);
+    EXPECT_EQ(call.run(stuck.work(), moment), CallEnd::late);
     stuck.release();
 }
 
@@ -55,7 +54,7 @@ TEST(BoundedCall, StartsNoOtherWorkWhileSomeRuns) {
     call.start(stuck.work());
     const auto hasRun = std::make_shared<std::promise<void>>();
     auto other = hasRun->get_future();
-    EXPECT_EQ(call.run([hasRun] { return hasRun->set_value(), true; }, moment), std::nullopt);
+    EXPECT_EQ(call.run([hasRun] { return hasRun->set_value(), true; }, moment), CallEnd::notStarted);
     EXPECT_EQ(other.wait_for(moment), std::future_status::timeout);
     stuck.release();
 }
@@ -65,22 +64,21 @@ TEST(BoundedCall, WaitsForEarlierWorkFirst) {
     BoundedCall call;
     call.start(stuck.work());
     stuck.release();
-    EXPECT_EQ(call.run([] { return false; }, patience), std::optional(false))
-        << "not that of the earlier work";
+    EXPECT_EQ(call.run([] { return false; }, patience), CallEnd::failed) << "not that of the earlier work";
 }
 
 TEST(BoundedCall, WorksAgainWhenWhatWasStuckHasReturned) {
     StuckWork stuck;
     BoundedCall call;
-    EXPECT_EQ(call.run(stuck.work(), moment), std::nullopt);
+    EXPECT_EQ(call.run(stuck.work(), moment), CallEnd::late);
     stuck.release();
-    EXPECT_EQ(call.run([] { return true; }, patience), std::optional(true));
+    EXPECT_EQ(call.run([] { return true; }, patience), CallEnd::succeeded);
 }
 
-TEST(BoundedCall, WorkThatThrowsHasNoResult) {
+TEST(BoundedCall, WorkThatThrowsHasFailed) {
     BoundedCall call;
-    EXPECT_EQ(call.run([]() -> bool { throw std::bad_alloc(); }, patience), std::nullopt);
-    EXPECT_EQ(call.run([] { return true; }, patience), std::optional(true));
+    EXPECT_EQ(call.run([]() -> bool { throw std::bad_alloc(); }, patience), CallEnd::failed);
+    EXPECT_EQ(call.run([] { return true; }, patience), CallEnd::succeeded);
 }
 
 TEST(BoundedCall, WorkMayOutliveTheObject) {

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <initializer_list>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
@@ -94,6 +96,17 @@ TEST(Colours, AreWantedOnATerminalThatHasThemUnlessTheUserRefuses) {
     EXPECT_FALSE(wantsColoursWith("0", "xterm-256color"));
     EXPECT_FALSE(wantsColoursWith(nullptr, "dumb"));
     EXPECT_FALSE(wantsColoursWith(nullptr, nullptr));
+    EXPECT_FALSE(wantsColoursWith(nullptr, ""));
+}
+
+TEST(ControlSequences, AreTakenByTerminalsThatHaveThem) {
+    for (const bool isDumb : {false, true}) {
+        EXPECT_TRUE(inChildWithout({}, [isDumb] {
+            ::setenv("NO_COLOR", "1", 1);
+            ::setenv("TERM", isDumb ? "dumb" : "xterm", 1);
+            return takesControlSequences() != isDumb;
+        }));
+    }
 }
 
 /// Closes the pipe.
@@ -137,9 +150,25 @@ TEST(StandardOutput, FailsWithItsReasonInAPipeThatNobodyReads) {
         if (::pipe(pipe.data()) != 0) return false;
         ::dup2(pipe[1], STDOUT_FILENO);
         ::close(pipe[0]);
-        ignoreClosedPipes();
+        letWritesFail();
         return writeToStandardOutput("text") == std::errc::broken_pipe;
     }));
+}
+
+TEST(StandardOutput, FailsWithItsReasonInAFileThatMayNotGrow) {
+    EXPECT_TRUE(inChildWithout({}, [] {
+        std::FILE* const file = std::tmpfile();
+        const rlimit limit{4, 4};
+        if (file == nullptr || ::setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+        ::dup2(::fileno(file), STDOUT_FILENO);
+        letWritesFail();
+        return !writeToStandardOutput("text") && writeToStandardOutput("more") == std::errc::file_too_large;
+    }));
+}
+
+TEST(StandardOutput, FailsInASentence) {
+    const auto error = std::make_error_code(std::errc::broken_pipe);
+    EXPECT_EQ(writeFailure("the snapshot", error), "cannot write the snapshot: " + error.message());
 }
 
 TEST(StandardOutput, FailsWithItsReasonWhereItIsClosed) {

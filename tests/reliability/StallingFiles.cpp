@@ -2,12 +2,14 @@
 //
 // While the file $STALL_WHILE exists, calls for files whose path ends with $STALLED_FILE do not return: those
 // that open them if $STALLED_CALL is "open", those that read them if it is "read", those that open them as a
-// stream if it is "stream". The first call that is held makes a link with the name of $STALL_WHILE and
+// stream if it is "stream", those that open folders if it is "list". The first call that is held makes a link
+// with the name of $STALL_WHILE and
 // ".reached". A signal does not end the wait, as it does not end one in a driver.
 
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <string>
@@ -55,6 +57,7 @@ auto callNext(const char* name, Arguments... arguments) {
 using Open = int (*)(const char*, int, mode_t);
 using CheckedOpen = int (*)(const char*, int);
 using OpenStream = std::FILE* (*)(const char*, const char*);
+using OpenFolder = DIR* (*)(const char*);
 using Read = ssize_t (*)(int, void*, std::size_t);
 using CheckedRead = ssize_t (*)(int, void*, std::size_t, std::size_t);
 using ReadAt = ssize_t (*)(int, void*, std::size_t, off_t);
@@ -94,6 +97,11 @@ std::FILE* fopen(const char* path, const char* mode) {
 std::FILE* fopen64(const char* path, const char* mode) {
     waitAtPath("stream", path);
     return callNext<OpenStream>("fopen64", path, mode);
+}
+
+DIR* opendir(const char* path) {
+    waitAtPath("list", path);
+    return callNext<OpenFolder>("opendir", path);
 }
 
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl51-cpp,cert-dcl37-c): what the C library's checked calls

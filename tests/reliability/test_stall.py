@@ -33,7 +33,7 @@ CHANGED = "KelvinbarAlternatesIcon"
 class Driver(NamedTuple):
     """A driver with one sensor, and the call for one of its files that is not going to return."""
 
-    call: str  # "open", "read", or "stream": to open it as a stream
+    call: str  # "open", "read", "stream": to open it as a stream, or "list": to open it as a folder
     file: str = f"class/hwmon/{SLOW}/temp1_input"  # below /sys
     key: str = f"{SLOW}-virtual-0/temp1"
     make_tree: Callable[[Path], SensorTree] = SensorTree
@@ -44,9 +44,15 @@ class Driver(NamedTuple):
     has_others: bool = True  # there is another sensor
 
 
+DEVICE = f"class/hwmon/{SLOW}/device"
 SUPPLY = "class/power_supply/BAT0"
 ZONE = "class/powercap/intel-rapl:0"
 ONLY_BEFORE = ("before",)  # what is read at a search, of which there is one at the start
+
+
+def plug_device(tree: SensorTree, celsius: float) -> None:
+    tree.plug(SLOW, [celsius])
+    tree.write(f"{DEVICE}/uevent", "")
 
 
 def plug_supply(tree: SensorTree, volts: float) -> None:
@@ -77,6 +83,7 @@ def plug_thermal_zone(tree: SensorTree, celsius: float) -> None:
 DRIVERS = {
     "read": Driver("read"),
     "open": Driver("open", whens=ONLY_BEFORE),
+    "listing": Driver("list", DEVICE, plug=plug_device, whens=ONLY_BEFORE),
     "libsensors": Driver("stream", make_tree=ConfiguredTree),
     "controller": Driver(
         "read",
@@ -287,28 +294,52 @@ def test_the_others_are_read_on_and_the_sensor_comes_back(
     )
 
 
+def disk_stall(library: Path, folder: Path, file: Path) -> Stall:
+    """Of the file, which is opened on a disk that does not answer."""
+    return Stall(library, folder, Driver("open", file=f"{file.parent.name}/{file.name}"))
+
+
 @pytest.mark.program("kelvinbar")
 def test_the_panel_waits_for_no_disk(
     desktop: Desktop, program: Path, tree: SensorTree, attack_file: Callable[[str], Path], tmp_path: Path, record
 ) -> None:
-    """The autostart entry, which an opening panel reads."""
+    """An opening panel reads the autostart entry, as a start does."""
     entry = desktop.configuration / "autostart/org.kelvinbar.Kelvinbar.desktop"
     desktop.write(entry, "[Desktop Entry]\n")
-    disk = Driver("open", file=f"{entry.parent.name}/{entry.name}")
-    stall = Stall(attack_file("libkelvinbar_stalling_files.so"), tmp_path, disk)
+    stall = disk_stall(attack_file("libkelvinbar_stalling_files.so"), tmp_path, entry)
+    stall.begin()
     sensors = SensorProgram(program, desktop, tree, stall.variables)
     with NoBar(desktop) as host:
         panel = Panel(host.windows(), host.scale, host.shadow)
         sensors.start()
-        stall.begin()
         sensors.start_again()
         wait_until(Panel.OPEN_SECONDS, "the panel", panel.is_open)
         was_reached = stall.is_reached()
         seconds = seconds_to_quit(sensors, "menu")
     record(
         "stall of the autostart entry's disk",
-        f"panel opened, ended in {seconds:.2f} s",
+        f"started, panel opened, ended in {seconds:.2f} s",
         was_reached and seconds < QUIT_SECONDS and desktop_preferences(desktop).get(CHANGED) == "1",
+    )
+
+
+@pytest.mark.program("kelvinbar")
+def test_quitting_waits_for_no_disk(
+    desktop: Desktop, program: Path, tree: SensorTree, attack_file: Callable[[str], Path], tmp_path: Path, record
+) -> None:
+    preferences = desktop.configuration / "kelvinbar/kelvinbar.conf"
+    stall = disk_stall(attack_file("libkelvinbar_stalling_files.so"), tmp_path, preferences)
+    sensors = SensorProgram(program, desktop, tree, stall.variables)
+    sensors.prefer(KelvinbarSamplingRate="fast")
+    with NoBar(desktop):
+        sensors.start()
+        stall.begin()
+        seconds = seconds_to_quit(sensors, "menu")
+    told = "the last changes of the preferences are lost" in sensors.printed()
+    record(
+        "stall of the preferences' disk, then the end",
+        f"ended in {seconds:.2f} s, and said what is lost" if told else f"ended in {seconds:.2f} s without a word",
+        stall.is_reached() and seconds < QUIT_SECONDS and told,
     )
 
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The completions in the shells themselves, and the manual page. usage: CompletionTest.py SNAPSHOT MANUAL"""
 
+import os
 import re
 import subprocess
 import sys
@@ -13,19 +14,23 @@ del sys.argv[1:3]
 
 BASH = """
 source <("$1" --completion bash)
-compopt() { :; }
 COMP_WORDS=(kelvinbar-snapshot "${@:2}")
 COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
 _kelvinbar_snapshot
 printf '%s\\n' "${COMPREPLY[@]}"
 """
+# Started by an interactive shell: Ctrl+T writes its line to the file $LINE, which a completion has changed.
+BASH_START = """
+source <("$SNAPSHOT" --completion bash)
+bind -x '"\\C-t": printf %s "$READLINE_LINE" >"$LINE"; exit'
+"""
 FISH = 'source ($argv[1] --completion fish | psub); complete -C "kelvinbar-snapshot $argv[2..]"'
-# An interactive shell at a pseudo-terminal, with the script in the folder $1 as a package installs it. Its matches are
-# written to a file there: what it draws is for people. What is typed before its line editor runs would be lost.
+# An interactive shell at a pseudo-terminal, in which $3 makes the script in the folder $1 known. Its matches are written
+# to a file there: what it draws is for people. What is typed before its line editor runs would be lost.
 ZSH = r"""
 zmodload zsh/zpty
 zpty shell zsh -f -i
-zpty -w shell "PS1=; fpath=($1 \$fpath); autoload -Uz compinit; compinit -D -u; offered=$1/offered"
+zpty -w shell "PS1=; folder=$1; offered=$1/offered; autoload -Uz compinit; $3"
 zpty -w shell 'compadd() {
   local -a matches
   (( ${argv[(I)-[AOD]]} )) || { builtin compadd -A matches "$@"; print -rl -- $matches >>$offered }
@@ -51,16 +56,46 @@ def in_fish(*words):
     return [line.split("\t")[0] for line in output_of("fish", "-c", FISH, SNAPSHOT, " ".join(words)).splitlines()]
 
 
-def in_zsh(*words):
+def typed_in_bash(line, folder):
+    """The line after a tab, in a shell that works in `folder`."""
+    result, start = Path(folder) / ".line", Path(folder) / ".start"
+    start.write_text(BASH_START, encoding="utf-8")
+    keyboard, terminal = os.openpty()
+    os.write(keyboard, f"{line}\t\x14".encode())
+    subprocess.run(
+        ["bash", "--noprofile", "--rcfile", start, "-i"],
+        stdin=terminal,
+        stdout=subprocess.DEVNULL,
+        stderr=subprocess.DEVNULL,
+        cwd=folder,
+        env={**os.environ, "SNAPSHOT": str(Path(SNAPSHOT).resolve()), "LINE": str(result), "INPUTRC": "/dev/null"},
+        start_new_session=True,
+        timeout=60,
+    )
+    os.close(keyboard)
+    os.close(terminal)
+    return result.read_text(encoding="utf-8")
+
+
+def in_zsh_that(*words, knows):
     with tempfile.TemporaryDirectory() as folder:
         (Path(folder) / "_kelvinbar-snapshot").write_text(output_of(SNAPSHOT, "--completion", "zsh"))
         offered = Path(folder) / "offered"
         offered.touch()
-        output_of("zsh", "-f", "-c", ZSH, "zsh", folder, " ".join(["kelvinbar-snapshot", *words]))
+        output_of("zsh", "-f", "-c", ZSH, "zsh", folder, " ".join(["kelvinbar-snapshot", *words]), knows)
         return offered.read_text().split()
 
 
-SHELLS = [in_bash, in_fish, in_zsh]
+def in_zsh(*words):
+    """As a package installs the script."""
+    return in_zsh_that(*words, knows="fpath=($folder $fpath); compinit -D -u")
+
+
+def in_zsh_that_sources_it(*words):
+    return in_zsh_that(*words, knows="compinit -D -u; source $folder/_kelvinbar-snapshot")
+
+
+SHELLS = [in_bash, in_fish, in_zsh, in_zsh_that_sources_it]
 
 
 def documented_options():
@@ -86,7 +121,7 @@ class CompletionTest(unittest.TestCase):
 
     def test_a_value_after_an_equals_sign_is_completed(self):
         self.assert_completed(["--format", "=", "ope"], ["openmetrics"], [in_bash])
-        self.assert_completed(["--format=ope"], ["openmetrics"], [in_zsh])
+        self.assert_completed(["--format=ope"], ["openmetrics"], [in_zsh, in_zsh_that_sources_it])
         self.assert_completed(["--format=ope"], ["--format=openmetrics"], [in_fish])
 
     def test_options_are_completed_behind_an_optional_value(self):
@@ -105,11 +140,19 @@ class CompletionTest(unittest.TestCase):
             self.assert_completed([*words, "--format", "wayb"], ["waybar"])
 
     def test_files_are_completed(self):
-        for complete in SHELLS:
-            for words in [["--replay"], ["--diff"], ["--diff", "/etc/group"]]:
+        for words in [["--replay"], ["--diff"], ["--diff", "/etc/group"]]:
+            for complete in SHELLS[1:]:
                 with self.subTest(shell=complete.__name__, words=words):
                     offered = [Path(path).name for path in complete(*words, "/etc/passw")]
                     self.assertIn("passwd", offered)
+
+    def test_bash_completes_files_with_spaces_and_quotes_them(self):
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "before it's warm.txt").touch()
+            for options in ["--replay", "--diff", "--diff /etc/group"]:
+                with self.subTest(options=options):
+                    line = typed_in_bash(f"kelvinbar-snapshot {options} bef", folder)
+                    self.assertEqual(line, f"kelvinbar-snapshot {options} before\\ it\\'s\\ warm.txt ")
 
     def test_the_manual_page_has_every_option_and_is_formatted_without_complaints(self):
         formatted = subprocess.run(

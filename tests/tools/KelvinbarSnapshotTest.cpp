@@ -61,7 +61,7 @@ void expectSnapshot(const Outcome& outcome, std::string_view expected) {
 void expectFailure(const Outcome& outcome, int status, const Words& words = {}) {
     EXPECT_EQ(outcome.status, status);
     EXPECT_EQ(outcome.output, "");
-    EXPECT_NE(outcome.errors, "");
+    EXPECT_TRUE(outcome.errors.starts_with("kelvinbar-snapshot: ")) << outcome.errors;
     EXPECT_TRUE(outcome.errors.ends_with('\n')) << outcome.errors;
     for (const std::string& word : words) EXPECT_TRUE(contains(outcome.errors, word)) << outcome.errors;
 }
@@ -240,6 +240,26 @@ TEST(KelvinbarSnapshot, TakesOnlyFiniteNumbersWithinTheirLimits) {
     expectFailure(run({"--diff", "-", "--tolerance", ""}, oneKey), 2, {"--tolerance"});
 }
 
+TEST(KelvinbarSnapshot, SaysInWordsHowOftenAnOptionIsTaken) {
+    expectFailure(run({"--diff", "a", "b", "c"}), 2, {": --diff takes one or two files\n"});
+    expectFailure(run({"--demo", "--format", "csv", "--format", "json"}), 2,
+                  {": --format is given more than once\n"});
+    expectFailure(run({"--demo", "--format"}), 2, {": --format: NAME is missing\n"});
+    expectFailure(run({"--diff"}), 2, {": --diff: FILE is missing\n"});
+}
+
+TEST(KelvinbarSnapshot, SaysWhatToWatchInPlaceOfADocument) {
+    for (const std::string format : {"json", "openmetrics"}) {
+        expectFailure(run({"--demo", "--watch", "--format", format}), 2,
+                      {"--watch: " + format + " is one document; use jsonl or csv instead\n"});
+    }
+}
+
+TEST(KelvinbarSnapshot, RefusesAnEmptyKey) {
+    expectFailure(run({"--demo", "--key", ""}), 2, {"--key: KEY is empty\n"});
+    expectFailure(run({"--demo", "--key", "TC0P", ""}), 2, {"--key: KEY is empty\n"});
+}
+
 /// An unset variable of a shell script must not read another machine than the one that was asked for.
 TEST(KelvinbarSnapshot, RefusesASampleWithAnEmptyName) { expectFailure(run({"--demo", ""}), 2); }
 
@@ -396,6 +416,20 @@ TEST(KelvinbarSnapshot, NamesTheEncodingOfATextInUtf16) {
     }
 }
 
+TEST(KelvinbarSnapshot, SaysOnceThatAFileIsJson) {
+    const TemporaryFolder folder;
+    const std::string text = folder.write("text", oneKey);
+    for (const char* const format : {"json", "jsonl"}) {
+        const std::string file = folder.write("file", run({"--demo", "--format", format}).output);
+        const std::string message =
+            "kelvinbar-snapshot: " + file + ": this is JSON; --replay and --diff read the format text\n";
+        EXPECT_EQ(run({"--replay", file}).status, 1);
+        EXPECT_EQ(run({"--replay", file}).errors, message);
+        EXPECT_EQ(run({"--diff", text, file}).status, 3);
+        EXPECT_EQ(run({"--diff", text, file}).errors, message);
+    }
+}
+
 TEST(KelvinbarSnapshot, NamesLinesOfStandardInput) {
     const Outcome outcome = run({"--replay", "-"}, "junk\n" + std::string(oneKey));
     EXPECT_EQ(outcome.status, 0);
@@ -409,7 +443,13 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWrite) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo"}), {"/dev/null", "/dev/full", errors}).status(), 1);
-    EXPECT_NE(contentOf(errors), "");
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot: No space left on device\n");
+}
+
+TEST(KelvinbarSnapshot, FailsWhereFilesMayNotBeThatLarge) {
+    const Outcome outcome = outcomeWithSmallFiles(program({"--demo", "--format", "json"}));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot: File too large\n");
 }
 
 TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
@@ -419,7 +459,8 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteAnAnswer) {
     for (const char* const option : {"--help", "--version"}) {
         const std::string errors = folder.write(option, "");
         EXPECT_EQ(ProgramRun(program({option}), {"/dev/null", "/dev/full", errors}).status(), 1);
-        EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write to standard output\n");
+        EXPECT_EQ(contentOf(errors),
+                  "kelvinbar-snapshot: cannot write to standard output: No space left on device\n");
     }
 }
 
@@ -457,25 +498,10 @@ TEST(KelvinbarSnapshot, DatesAReplayAsItsSnapshotWas) {
     EXPECT_FALSE(contains(sampleMachines().front().text, sample["time"].get<std::string>()));
 }
 
-/// Runs the program with a standard output that is a pipe without a reader.
-Outcome runIntoClosedPipe(const Words& options) {
-    constexpr int inherited = 7;
-    std::array<int, 2> pipe{};
-    EXPECT_EQ(::pipe(pipe.data()), 0);
-    ::close(pipe[0]);
-    EXPECT_EQ(::dup2(pipe[1], inherited), inherited);
-    ::close(pipe[1]);
-    Words words{"/bin/sh", "-c", "exec \"$@\" >&7", "sh"};
-    for (const std::string& word : program(options)) words.push_back(word);
-    Outcome outcome = outcomeOf(words);
-    ::close(inherited);
-    return outcome;
-}
-
 TEST(KelvinbarSnapshot, SaysThatNobodyReadsWhatItPrints) {
-    const Outcome outcome = runIntoClosedPipe({"--demo"});
+    const Outcome outcome = outcomeIntoClosedPipe(program({"--demo"}));
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot\n");
+    EXPECT_EQ(outcome.errors, "kelvinbar-snapshot: cannot write the snapshot: Broken pipe\n");
 }
 
 // Selection
@@ -687,6 +713,40 @@ TEST(KelvinbarSnapshot, FollowsThePinsThatItWatches) {
     EXPECT_EQ(watched.errors(), "");
 }
 
+std::string statusIn(const std::string& document) {
+    return nlohmann::json::parse(document)["status"].get<std::string>();
+}
+
+TEST(KelvinbarSnapshot, CountsWhatIsSelectedInItsStatus) {
+    const Words selection{"--demo", "--key", "TC0P", "F0Mn", "--format"};
+    const auto with = [&](const Words& options) {
+        Words words = selection;
+        words.insert(words.end(), options.begin(), options.end());
+        return words;
+    };
+    const std::string status = statusIn(run(with({"json"})).output);
+    EXPECT_TRUE(status.starts_with("Loaded 2 ")) << status;
+    WatchedRun watched(with({"jsonl", "--watch", "0.1"}));
+    for (int tick = 0; tick < 3; ++tick) EXPECT_EQ(statusIn(watched.line()), status);
+    EXPECT_FALSE(statusIn(run({"--demo", "--format", "json"}).output).starts_with("Loaded 2 "));
+}
+
+TEST(KelvinbarSnapshot, DoesNotCountItsOwnCostInItsStatus) {
+    const Words nowhere{"DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=/nowhere"};
+    const Words options{"--demo", "--self", "--format", "json", "--category", "kelvinbar"};
+    const std::string status = statusIn(outcomeOf(program(options), {}, nowhere).output);
+    EXPECT_TRUE(status.starts_with("Loaded 0 ")) << status;
+}
+
+TEST(KelvinbarSnapshot, ASelectionOfNothingIsNoFailureOfSensors) {
+    const PinFolder folder;
+    WatchedRun watched({"--demo", "--pinned", "--format", "jsonl", "--watch", "0.1"}, folder.variables());
+    for (int tick = 0; tick < 3; ++tick) {
+        const std::string status = statusIn(watched.line());
+        EXPECT_TRUE(status.starts_with("Loaded 0 ")) << status;
+    }
+}
+
 TEST(KelvinbarSnapshot, TellsWaybarThatNothingIsPinned) {
     const PinFolder folder;
     WatchedRun watched({"--demo", "--format", "waybar", "--watch", "0.1"}, folder.variables());
@@ -742,7 +802,7 @@ TEST(KelvinbarSnapshot, FailsWhenItCannotWriteWhatItWatches) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo", "--watch"}), {"/dev/null", "/dev/full", errors}).status(), 1);
-    EXPECT_TRUE(contains(contentOf(errors), "cannot write the readings")) << contentOf(errors);
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the readings: No space left on device\n");
 }
 
 // Comparison
@@ -867,6 +927,8 @@ TEST(KelvinbarSnapshot, TellsFailuresOfAComparisonFromDifferences) {
     EXPECT_EQ(ProgramRun(program({"--diff", file, "-"}), {folder.write("in", warmerKey), "/dev/full", errors})
                   .status(),
               3);
+    EXPECT_EQ(contentOf(errors),
+              "kelvinbar-snapshot: cannot write the differences: No space left on device\n");
 }
 
 TEST(KelvinbarSnapshot, IdentifiesNothingAmongNoReadings) {
@@ -881,7 +943,7 @@ TEST(KelvinbarSnapshot, FailsWithoutAStandardOutput) {
     const TemporaryFolder folder;
     const std::string errors = folder.write("errors", "");
     EXPECT_EQ(ProgramRun(program({"--demo"}), {"", "", errors}).status(), 1);
-    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot\n");
+    EXPECT_EQ(contentOf(errors), "kelvinbar-snapshot: cannot write the snapshot: Bad file descriptor\n");
 }
 
 /// A run of the program at a pseudo-terminal.
@@ -899,12 +961,15 @@ class TerminalRun {
     void resize(TerminalSize size) const { setSize(terminal_, size); }
 
     /// All up to the end of the output or of a page of a watch.
-    std::string page() {
-        constexpr std::string_view endOfPage = "\x1b[J";
-        std::string page;
-        for (char character = 0; !page.ends_with(endOfPage) && ::read(terminal_, &character, 1) == 1;)
-            page.push_back(character);
-        return replacedAll(page, "\r\n", "\n");
+    std::string page() { return textUntil("\x1b[J"); }
+
+    /// All up to `end`, or to the end of the output.
+    std::string textUntil(std::string_view end) {
+        std::string text;
+        for (char character = 0; !text.ends_with(end) && ::read(terminal_, &character, 1) == 1;) {
+            if (character != '\r') text.push_back(character);
+        }
+        return text;
     }
 
     /// Ends the run if it goes on; the exit status.
@@ -979,6 +1044,18 @@ TEST(KelvinbarSnapshot, DrawsAPageInPlaceAtATerminal) {
     if (!output) GTEST_SKIP() << "this system gives no pseudo-terminals";
     EXPECT_EQ(*output, "\x1b[HHottest      51.75 °C  CPU Proximity\x1b[K\nFastest fan  none\x1b[K\n"
                        "Power        none\x1b[K\nBattery      none\x1b[K\n\x1b[J");
+}
+
+TEST(KelvinbarSnapshot, AppendsPagesOnATerminalThatOnlyPrints) {
+    if (!hasPseudoTerminals()) GTEST_SKIP() << "this system gives no pseudo-terminals";
+    for (const std::string terminal : {"TERM=dumb", "TERM="}) {
+        TerminalRun run({"--demo", "--watch", "0.1", "--summary", "--key", "TC0P"}, {terminal});
+        for (int tick = 0; tick < 2; ++tick) {
+            EXPECT_EQ(run.textUntil("\n\n"), "Hottest      51.75 °C  CPU Proximity\nFastest fan  none\n"
+                                             "Power        none\nBattery      none\n\n");
+        }
+        EXPECT_EQ(run.status(), 0);
+    }
 }
 
 /// The lines of a page that is drawn in place, without colours.
@@ -1068,7 +1145,7 @@ TEST(KelvinbarSnapshotDoctor, FailsWhenItCannotPrint) {
     for (const std::string output : {"/dev/full", ""}) {
         const std::string errors = folder.path("errors");
         EXPECT_EQ(ProgramRun(program({"--doctor"}), {"/dev/null", output, errors}).status(), 1);
-        EXPECT_TRUE(contains(contentOf(errors), "cannot print what was found")) << contentOf(errors);
+        EXPECT_TRUE(contains(contentOf(errors), "cannot write what was found: ")) << contentOf(errors);
         std::filesystem::remove(errors);
     }
 }

@@ -65,6 +65,22 @@ TEST(TakeSnapshot, TellsHowReadingWent) {
     EXPECT_TRUE(SnapshotTaker().take(fake.machine()).status.starts_with("Loaded 1 "));
 }
 
+TEST(TakeSnapshot, TellsThatTheSourceCouldBeRead) {
+    const FakeMachine fake;
+    EXPECT_TRUE(SnapshotTaker().take(fake.machine()).isLoaded); // without a reading
+    fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});
+    EXPECT_TRUE(SnapshotTaker().take(fake.machine()).isLoaded);
+}
+
+TEST(TakeSnapshot, TellsThatTheSourceCouldNotBeRead) {
+    const FakeMachine fake;
+    fake.driver->hasService = false;
+    Machine machine = fake.machine();
+    EXPECT_FALSE(SnapshotTaker().take(machine).isLoaded); // the system's own facts
+    machine.system = nullptr;
+    EXPECT_FALSE(SnapshotTaker().take(machine).isLoaded);
+}
+
 TEST(TakeSnapshot, ClosesTheConnectionThatItOpened) {
     const FakeMachine fake;
     fake.driver->addKeyCount(2).add("TC0P", "sp78", {0x28, 0x80});

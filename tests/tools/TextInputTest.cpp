@@ -102,6 +102,16 @@ TEST(TextInput, ReadsAFileWithAnOddName) {
     EXPECT_EQ(textIn(readTextInput(folder.write("größe \t-", "content"))), "content");
 }
 
+TEST(TextInput, TellsUtf32FromUtf16) {
+    for (const std::string& text :
+         {std::string("\xFF\xFE\0\0K\0\0\0", 8), std::string("\0\0\xFE\xFF\0\0\0K", 8)}) {
+        std::istringstream stream(text);
+        EXPECT_EQ(reasonIn(readTextInput(stream)), "it is in UTF-32 instead of UTF-8");
+    }
+    std::istringstream stream(std::string("\xFF\xFEK\0", 4));
+    EXPECT_EQ(reasonIn(readTextInput(stream)), "it is in UTF-16 instead of UTF-8");
+}
+
 TEST(TextInput, NamesTheReasonWhenAFileIsMissing) {
     const TemporaryFolder folder;
     const std::string reason = reasonIn(readTextInput(folder.path("missing")));

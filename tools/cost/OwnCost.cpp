@@ -2,10 +2,29 @@
 
 #include "tools/cost/OwnReadings.h"
 
+#include <string_view>
 #include <utility>
 #include <variant>
 
 namespace kelvinbar {
+
+namespace {
+
+/// Empty where nobody expects an answer.
+std::string_view failureText(NoAnswer reason) {
+    switch (reason) {
+    case NoAnswer::cannotAsk:
+    case NoAnswer::notRunning:
+        return {};
+    case NoAnswer::unreachable:
+        return "the session bus cannot be reached";
+    case NoAnswer::silent:
+        return "the tray program does not answer";
+    }
+    return {};
+}
+
+} // namespace
 
 ProgramCost costOfThisProgram(const CostMeter& meter, std::optional<std::size_t> accesses) {
     ProgramCost cost = programCost(meter.cost());
@@ -28,8 +47,9 @@ std::vector<SMCReading> OwnCost::readings(std::optional<std::size_t> accesses) {
 void OwnCost::choose(const TrayAnswer& answer) {
     const auto* const reason = std::get_if<NoAnswer>(&answer);
     subject_ = reason == nullptr ? Subject::trayProgram : Subject::thisProgram;
-    if (reason == nullptr || *reason != NoAnswer::silent) return;
-    report_("the tray program does not answer; what is printed is the cost of this program");
+    const std::string_view failure = reason == nullptr ? "" : failureText(*reason);
+    if (failure.empty()) return;
+    report_(std::string(failure).append("; what is printed is the cost of this program"));
 }
 
 /// Says once that there is no answer, until there has been one again.

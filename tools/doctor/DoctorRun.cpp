@@ -42,7 +42,7 @@ int runDoctor(const Machine& machine, const DoctorRun& run) {
         }
         error = printFindings(std::move(sections), run);
     }));
-    if (error) run.reportError("cannot print what was found: " + error.message());
+    if (error) run.reportError(writeFailure("what was found", error));
     const int status = error ? EXIT_FAILURE : EXIT_SUCCESS;
     // A thread that is stuck in a driver cannot be ended, and still uses the machine and the log.
     if (!examination.finish()) std::_Exit(status);

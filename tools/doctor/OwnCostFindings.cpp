@@ -21,12 +21,16 @@ Finding findingWithout(NoAnswer reason) {
     case NoAnswer::notRunning:
         return {
             .subject = subject, .state = FindingState::note, .found = "this one, since no tray program runs"};
+    case NoAnswer::unreachable:
+        return {.subject = subject,
+                .state = FindingState::problem,
+                .found = "this one, since the session bus cannot be reached",
+                .advice = "Run it inside the session of the desktop"};
     case NoAnswer::silent:
         return {.subject = subject,
                 .state = FindingState::problem,
-                .found = "this one, since the tray program or its session bus does not answer",
-                .advice = "Run it inside the session of the desktop; if the tray program hangs, end it and "
-                          "start it again"};
+                .found = "this one, since the tray program does not answer",
+                .advice = "If the tray program hangs, end it and start it again"};
     }
     return {};
 }

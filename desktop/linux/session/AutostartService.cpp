@@ -24,35 +24,49 @@ struct AutostartService::Shared {
 };
 
 AutostartService::AutostartService(const std::function<AutostartEntry(AutostartEntry::Report)>& makeEntry,
-                                   Actions actions, Log& log)
-    : shared_(std::make_shared<Shared>(makeEntry, log)), actions_(std::move(actions)), log_(log) {}
+                                   Actions actions, Patience patience, Log& log)
+    : shared_(std::make_shared<Shared>(makeEntry, log))
+    , actions_(std::move(actions))
+    , patience_(patience)
+    , log_(log) {}
 
 AutostartService::~AutostartService() {
     const std::lock_guard lock(shared_->mutex);
     shared_->log = nullptr;
 }
 
-/// False also if there is no answer in time, which is logged.
-bool AutostartService::isDone(bool (*work)(AutostartEntry& entry)) const {
-    const auto done = calls_.run([shared = shared_, work] { return work(shared->entry); }, usualLimit);
-    if (!done) {
+/// Logs the first of several calls that get no answer in time.
+CallEnd AutostartService::call(Work work, std::chrono::milliseconds limit) const {
+    const CallEnd end = calls_.run([shared = shared_, work] { return work(shared->entry); }, limit);
+    const bool isSilent = end == CallEnd::late || end == CallEnd::notStarted;
+    if (!std::exchange(isSilent_, isSilent) && isSilent) {
         log_.write(LogCategory::login, LogLevel::warning, [this] {
-            return "the autostart entry " + shared_->entry.file().string() + " does not answer";
+            return "the disk of the autostart entry " + shared_->entry.file().string() + " does not answer";
         });
     }
-    return done.value_or(false);
+    return end;
 }
 
 bool AutostartService::isRegistered() const {
-    return isDone([](AutostartEntry& entry) { return entry.isRegistered(); });
+    const CallEnd end = call([](AutostartEntry& entry) { return entry.isRegistered(); }, patience_.look);
+    if (!isSilent_) isRegistered_ = end == CallEnd::succeeded;
+    return isRegistered_;
+}
+
+/// Returns false on failure.
+bool AutostartService::change(Work work, bool willBeRegistered) {
+    const CallEnd end = call(work, patience_.change);
+    const bool isMade = end == CallEnd::succeeded || end == CallEnd::late;
+    if (isMade) isRegistered_ = willBeRegistered;
+    return isMade;
 }
 
 bool AutostartService::registerItem() {
-    return isDone([](AutostartEntry& entry) { return entry.registerItem(); });
+    return change([](AutostartEntry& entry) { return entry.registerItem(); }, true);
 }
 
 bool AutostartService::unregisterItem() {
-    return isDone([](AutostartEntry& entry) { return entry.unregisterItem(); });
+    return change([](AutostartEntry& entry) { return entry.unregisterItem(); }, false);
 }
 
 void AutostartService::renew() {

@@ -16,12 +16,16 @@ namespace kelvinbar {
 
 class Log;
 
-/// Starting at login by an autostart entry. The entry is read and written on another thread: a disk or a
-/// network share that does not answer delays the main thread by `usualLimit` at most. The program then counts
-/// as not registered, and a change as failed. Main thread.
+/// Starting at login by an autostart entry. The entry is read and written on another thread, so that a disk
+/// or a network share that does not answer delays the main thread for a moment only. The state is then what
+/// was known last, and a change that is still being made counts as made. Main thread.
 class AutostartService final : public LoginItemService {
   public:
-    static constexpr std::chrono::milliseconds usualLimit{300};
+    /// How long the main thread waits.
+    struct Patience {
+        std::chrono::milliseconds look{100};
+        std::chrono::milliseconds change{300};
+    };
 
     struct Actions {
         /// Opens the desktop's settings for programs that start at login, if it has any.
@@ -32,7 +36,7 @@ class AutostartService final : public LoginItemService {
 
     /// `makeEntry` makes the entry that reports as it is told. The log must outlive the object.
     AutostartService(const std::function<AutostartEntry(AutostartEntry::Report)>& makeEntry, Actions actions,
-                     Log& log);
+                     Patience patience, Log& log);
     AutostartService(const AutostartService&) = delete;
     AutostartService& operator=(const AutostartService&) = delete;
     ~AutostartService() override;
@@ -46,7 +50,7 @@ class AutostartService final : public LoginItemService {
     /// See AutostartEntry. Returns at once.
     void renew();
 
-    /// See AutostartEntry.
+    /// See AutostartEntry. Looks into the folders of PATH, on this thread.
     [[nodiscard]] std::string programWord() const;
 
     void openLoginItemsSettings() override { actions_.openSettings(); }
@@ -56,12 +60,18 @@ class AutostartService final : public LoginItemService {
   private:
     struct Shared;
 
-    bool isDone(bool (*work)(AutostartEntry& entry)) const;
+    using Work = bool (*)(AutostartEntry& entry);
+
+    CallEnd call(Work work, std::chrono::milliseconds limit) const;
+    bool change(Work work, bool willBeRegistered);
 
     std::shared_ptr<Shared> shared_; ///< also held by the thread
     Actions actions_;
+    Patience patience_;
     Log& log_;
     mutable BoundedCall calls_;
+    mutable bool isSilent_ = false;     ///< the disk did not answer the last time
+    mutable bool isRegistered_ = false; ///< as far as is known
 };
 
 } // namespace kelvinbar

@@ -218,7 +218,8 @@ WriteReport writeInTurn(const QString& path, const PreferenceChanges& changes) {
 
 } // namespace
 
-WriterPatience standardWriterPatience() { return {.retries = {1s, 2s, 5s, 10s, 30s, 60s}, .atEnd = 2s}; }
+/// Little at the end: the program has flushed its preferences before, and is to quit within a second.
+WriterPatience standardWriterPatience() { return {.retries = {1s, 2s, 5s, 10s, 30s, 60s}, .atEnd = 100ms}; }
 
 QString preferencesPath(const QString& program) {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);

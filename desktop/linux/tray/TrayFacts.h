@@ -9,8 +9,9 @@ namespace kelvinbar {
 
 /// Which trays the session has, and whether the program is in one.
 struct TrayFacts {
-    std::string desktopNames; ///< the value of XDG_CURRENT_DESKTOP
-    bool hasBus = false;      ///< a session bus; without one only `hasXEmbedTray` is known
+    std::string desktopNames;   ///< the value of XDG_CURRENT_DESKTOP
+    bool hasBusAddress = false; ///< the environment names a session bus, whether or not it can be reached
+    bool hasBus = false;        ///< a session bus; without one only `hasXEmbedTray` is known
     /// The name of the watcher's process, at most 15 characters; empty if unknown. No value without one.
     std::optional<std::string> watcherProcess;
     bool hasHost = false;       ///< which shows the watcher's items

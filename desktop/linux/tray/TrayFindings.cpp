@@ -51,9 +51,12 @@ Finding desktopFinding(const TrayFacts& facts) {
 
 Finding busFinding(const TrayFacts& facts) {
     if (facts.hasBus) return {.subject = "session bus", .found = "connected"};
+    // The address itself may have the name of the host.
+    const std::string reason =
+        facts.hasBusAddress ? "the one at DBUS_SESSION_BUS_ADDRESS cannot be reached" : "none";
     return {.subject = "session bus",
             .state = FindingState::problem,
-            .found = "none, so that only XEmbed trays can show the item",
+            .found = reason + ", so that only XEmbed trays can show the item",
             .advice = "Start the program from the desktop, or with \"dbus-run-session kelvinbar\""};
 }
 
@@ -65,7 +68,14 @@ std::string watcherText(const TrayFacts& facts) {
 /// Of the protocol StatusNotifierItem, which the program prefers.
 bool hasItemTray(const TrayFacts& facts) { return facts.watcherProcess && facts.hasHost; }
 
+/// Without a bus, nobody can be asked for the other protocol.
+Finding trayFindingWithoutBus(const TrayFacts& facts) {
+    if (facts.hasXEmbedTray) return {.subject = "tray", .state = FindingState::note, .found = "XEmbed"};
+    return {.subject = "tray", .state = FindingState::problem, .found = "no XEmbed tray on an X server"};
+}
+
 Finding trayFinding(const TrayFacts& facts) {
+    if (!facts.hasBus) return trayFindingWithoutBus(facts);
     Finding finding{.subject = "tray", .found = {}};
     if (hasItemTray(facts)) {
         finding.found = "StatusNotifierItem; " + watcherText(facts);
@@ -92,7 +102,16 @@ Finding labelFinding(const TrayFacts& facts) {
                                : "one of them is drawn into the icon, since the tray shows no text"};
 }
 
+/// Nobody can be asked whether the program runs.
+Finding itemFindingWithoutBus(const TrayFacts& facts) {
+    return {.subject = "status item",
+            .state = FindingState::note,
+            .found = facts.hasXEmbedTray ? "an icon in the XEmbed tray while the program runs"
+                                         : "none, since there is neither a session bus nor an XEmbed tray"};
+}
+
 Finding itemFinding(const TrayFacts& facts) {
+    if (!facts.hasBus) return itemFindingWithoutBus(facts);
     const auto problem = [](std::string found, std::string advice) {
         return Finding{.subject = "status item",
                        .state = FindingState::problem,
@@ -128,7 +147,7 @@ Finding itemFinding(const TrayFacts& facts) {
 std::vector<Finding> trayFindings(const TrayFacts& facts) {
     std::vector<Finding> findings{desktopFinding(facts), busFinding(facts), trayFinding(facts)};
     if (hasItemTray(facts) || facts.hasXEmbedTray) findings.push_back(labelFinding(facts));
-    if (facts.hasBus) findings.push_back(itemFinding(facts));
+    findings.push_back(itemFinding(facts));
     return findings;
 }
 

@@ -3,6 +3,12 @@ if(NOT CPACK_GENERATOR STREQUAL "DEB")
   return()
 endif()
 
+# Without it CPack makes packages that need nothing, and only warns.
+find_program(KELVINBAR_SHLIBDEPS dpkg-shlibdeps)
+if(NOT KELVINBAR_SHLIBDEPS)
+  message(FATAL_ERROR "dpkg-shlibdeps, which finds what the packages need, is missing: install dpkg-dev")
+endif()
+
 set(folder "${CMAKE_CURRENT_LIST_DIR}")
 
 # kelvinbar_compress(<file> …): replaces the files by compressed ones without names and times in them.

@@ -162,16 +162,5 @@ TEST(TerminationSignals, TheErrorNumberOfInterruptedCodeIsKept) {
     }
 }
 
-TEST(BrokenPipes, FailInsteadOfEndingTheProgramOnceTheyAreIgnored) {
-    const ActionScope usual(SIGPIPE, SIG_DFL);
-    ignoreBrokenPipes();
-    std::array<int, 2> pipe{};
-    ASSERT_EQ(::pipe(pipe.data()), 0);
-    ::close(pipe[0]);
-    EXPECT_EQ(::write(pipe[1], "x", 1), -1);
-    EXPECT_EQ(errno, EPIPE);
-    ::close(pipe[1]);
-}
-
 } // namespace
 } // namespace kelvinbar::termination_signals_test

@@ -70,8 +70,16 @@ TEST_F(OwnCostTest, SaysThatTheTrayProgramDoesNotAnswer) {
     EXPECT_THAT(said, ElementsAre(HasSubstr("does not answer; what is printed is the cost of this program")));
 }
 
+TEST_F(OwnCostTest, SaysThatTheBusCannotBeReached) {
+    answer = NoAnswer::unreachable;
+    EXPECT_EQ(subject(), "console program");
+    EXPECT_EQ(subject(), "console program");
+    EXPECT_THAT(said, ElementsAre("the session bus cannot be reached; what is printed is the cost of this "
+                                  "program"));
+}
+
 TEST_F(OwnCostTest, IsNobodysWhileTheTrayProgramIsAway) {
-    for (const NoAnswer reason : {NoAnswer::notRunning, NoAnswer::silent}) {
+    for (const NoAnswer reason : {NoAnswer::notRunning, NoAnswer::unreachable, NoAnswer::silent}) {
         answer = idle();
         EXPECT_EQ(subject(), "tray program");
         said.clear();

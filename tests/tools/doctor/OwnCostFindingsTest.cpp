@@ -44,6 +44,14 @@ TEST(OwnCostFindings, TellWhatThisRunCostsWithoutATrayProgram) {
 TEST(OwnCostFindings, AProgramThatDoesNotAnswerIsAProblem) {
     const Finding finding = ownCostFindings(NoAnswer::silent, {}).findings.front();
     EXPECT_EQ(finding.state, FindingState::problem);
+    EXPECT_EQ(finding.found, "this one, since the tray program does not answer");
+    EXPECT_NE(finding.advice, "");
+}
+
+TEST(OwnCostFindings, ABusThatCannotBeReachedIsAnotherProblem) {
+    const Finding finding = ownCostFindings(NoAnswer::unreachable, {}).findings.front();
+    EXPECT_EQ(finding.state, FindingState::problem);
+    EXPECT_EQ(finding.found, "this one, since the session bus cannot be reached");
     EXPECT_NE(finding.advice, "");
 }
 

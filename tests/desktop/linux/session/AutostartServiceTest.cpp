@@ -18,6 +18,7 @@ namespace kelvinbar::autostart_service_test {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 using Texts = std::vector<std::string>;
 
 struct AutostartServiceTest : testing::Test {
@@ -38,11 +39,18 @@ struct AutostartServiceTest : testing::Test {
                 .beep = [this] { called.emplace_back("beep"); }};
     }
 
+    static constexpr AutostartService::Patience patient{.look = 20s, .change = 20s};
+    static constexpr AutostartService::Patience impatient{.look = 20ms, .change = 20ms};
+
+    [[nodiscard]] std::string silence() const {
+        return "kelvinbar: the disk of the autostart entry " + entryPath() + " does not answer";
+    }
+
     [[nodiscard]] std::string entryPath() const { return (folder / "kelvinbar.desktop").string(); }
 };
 
 TEST_F(AutostartServiceTest, RegistersAndUnregistersTheEntry) {
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), patient,
                              recording.log);
     EXPECT_TRUE(service.canRegister());
     EXPECT_FALSE(service.isRegistered());
@@ -57,7 +65,7 @@ TEST_F(AutostartServiceTest, RegistersAndUnregistersTheEntry) {
 
 TEST_F(AutostartServiceTest, AFailureIsLoggedAndReturned) {
     tree.write("autostart", "a file");
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), patient,
                              recording.log);
     EXPECT_FALSE(service.registerItem());
     EXPECT_EQ(recording.lines(),
@@ -66,7 +74,7 @@ TEST_F(AutostartServiceTest, AFailureIsLoggedAndReturned) {
 
 TEST_F(AutostartServiceTest, RenewsTheEntryOfAProgramThatMoved) {
     tree.write("autostart/kelvinbar.desktop", "[Desktop Entry]\nExec=/gone/kelvinbar\n");
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), patient,
                              recording.log);
     EXPECT_FALSE(service.isRegistered());
     service.renew();
@@ -74,7 +82,7 @@ TEST_F(AutostartServiceTest, RenewsTheEntryOfAProgramThatMoved) {
 }
 
 TEST_F(AutostartServiceTest, SettingsAndSoundAreTheDesktops) {
-    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(),
+    AutostartService service([this](auto report) { return entry(std::move(report)); }, actions(), patient,
                              recording.log);
     service.openLoginItemsSettings();
     EXPECT_EQ(called, Texts{"settings"});
@@ -82,44 +90,71 @@ TEST_F(AutostartServiceTest, SettingsAndSoundAreTheDesktops) {
     EXPECT_EQ(called, (Texts{"settings", "beep"}));
 }
 
-// A disk that does not answer, for which the entry's report stands: it comes when the entry is written.
+// A disk that does not answer, for which the entry's report stands: it comes when the entry has been written.
 
-TEST_F(AutostartServiceTest, ADiskThatDoesNotAnswerDelaysTheProgramForAMomentOnly) {
-    std::promise<void> answer;
-    std::shared_future<void> answered = answer.get_future().share();
-    const auto stuckEntry = [&](AutostartEntry::Report report) {
-        return entry([answered, report = std::move(report)](LogLevel level, const std::string& line) {
+class SlowDisk {
+  public:
+    /// A report that waits for `answer` before it goes on.
+    [[nodiscard]] AutostartEntry::Report before(AutostartEntry::Report report) const {
+        return [answered = answered_, report = std::move(report)](LogLevel level, const std::string& line) {
             answered.wait();
             report(level, line);
-        });
-    };
-    AutostartService service(stuckEntry, actions(), recording.log);
-    EXPECT_FALSE(service.registerItem());
-    EXPECT_EQ(recording.lines(), Texts{"kelvinbar: the autostart entry " + entryPath() + " does not answer"});
-    EXPECT_FALSE(service.isRegistered()) << "the earlier call has not come back";
-    answer.set_value();
+        };
+    }
+
+    void answer() { answer_.set_value(); }
+
+  private:
+    std::promise<void> answer_;
+    std::shared_future<void> answered_ = answer_.get_future().share();
+};
+
+TEST_F(AutostartServiceTest, AChangeThatIsStillBeingMadeCountsAsMade) {
+    SlowDisk disk;
+    AutostartService service([&](auto report) { return entry(disk.before(std::move(report))); }, actions(),
+                             impatient, recording.log);
+    EXPECT_TRUE(service.registerItem());
+    EXPECT_TRUE(service.isRegistered()) << "the call that changes it has not come back";
+    EXPECT_EQ(recording.lines(), Texts{silence()}) << "once";
+    disk.answer();
+}
+
+TEST_F(AutostartServiceTest, WhileADiskDoesNotAnswerNothingElseIsChanged) {
+    SlowDisk disk;
+    AutostartService service([&](auto report) { return entry(disk.before(std::move(report))); }, actions(),
+                             impatient, recording.log);
+    EXPECT_TRUE(service.registerItem());
+    EXPECT_FALSE(service.unregisterItem());
     EXPECT_TRUE(service.isRegistered());
+    disk.answer();
+}
+
+TEST_F(AutostartServiceTest, ADiskThatAnswersAgainTellsTheState) {
+    SlowDisk disk;
+    AutostartService service([&](auto report) { return entry(disk.before(std::move(report))); }, actions(),
+                             {.look = patient.look, .change = impatient.change}, recording.log);
+    EXPECT_TRUE(service.registerItem());
+    tree.remove("autostart/kelvinbar.desktop");
+    disk.answer();
+    EXPECT_FALSE(service.isRegistered()) << "which the user has removed meanwhile";
 }
 
 TEST_F(AutostartServiceTest, WhatReturnsAfterTheEndLogsNothing) {
-    std::promise<void> answer;
+    SlowDisk disk;
     std::promise<void> end;
-    const auto stuckEntry = [&](AutostartEntry::Report report) {
-        return entry([answered = answer.get_future().share(), &end,
-                      report = std::move(report)](LogLevel level, const std::string& line) {
-            answered.wait();
+    const auto makeEntry = [&](AutostartEntry::Report report) {
+        return entry(disk.before([&end, report = std::move(report)](LogLevel level, const std::string& line) {
             report(level, line);
             end.set_value();
-        });
+        }));
     };
     {
-        AutostartService service(stuckEntry, actions(), recording.log);
-        EXPECT_FALSE(service.registerItem());
+        AutostartService service(makeEntry, actions(), impatient, recording.log);
+        EXPECT_TRUE(service.registerItem());
     }
-    const Texts before = recording.lines();
-    answer.set_value();
+    disk.answer();
     end.get_future().wait();
-    EXPECT_EQ(recording.lines(), before);
+    EXPECT_EQ(recording.lines(), Texts{silence()});
 }
 
 } // namespace

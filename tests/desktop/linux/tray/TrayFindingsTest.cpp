@@ -18,6 +18,7 @@ namespace {
 /// A session of GNOME with its extension, in which the program runs.
 TrayFacts gnome() {
     return {.desktopNames = "GNOME",
+            .hasBusAddress = true,
             .hasBus = true,
             .watcherProcess = "gnome-shell",
             .hasHost = true,
@@ -116,12 +117,42 @@ TEST(TrayFindings, AnXEmbedTrayIsNoProblem) {
     EXPECT_TRUE(isSaid(facts, "pinned readings"));
 }
 
+/// A session without a bus.
+TrayFacts busless() {
+    return {.desktopNames = "i3", .watcherProcess = std::nullopt, .isRegistered = std::nullopt};
+}
+
 TEST(TrayFindings, WithoutABusThereIsOnlyXEmbed) {
-    const TrayFacts facts{.desktopNames = "i3", .watcherProcess = std::nullopt, .isRegistered = std::nullopt};
+    const Finding bus = find(busless(), "session bus");
+    EXPECT_EQ(bus.state, FindingState::problem);
+    EXPECT_EQ(bus.found, "none, so that only XEmbed trays can show the item");
+    EXPECT_TRUE(contains(bus.advice, "dbus-run-session")) << bus.advice;
+}
+
+TEST(TrayFindings, ABusThatCannotBeReachedIsNotNone) {
+    TrayFacts facts = busless();
+    facts.hasBusAddress = true;
     const Finding bus = find(facts, "session bus");
     EXPECT_EQ(bus.state, FindingState::problem);
-    EXPECT_TRUE(contains(bus.advice, "dbus-run-session")) << bus.advice;
-    EXPECT_FALSE(isSaid(facts, "status item"));
+    EXPECT_EQ(bus.found, "the one at DBUS_SESSION_BUS_ADDRESS cannot be reached, so that only XEmbed trays "
+                         "can show the item");
+}
+
+TEST(TrayFindings, WithoutABusNothingIsSaidOfAWatcher) {
+    EXPECT_EQ(find(busless(), "tray").found, "no XEmbed tray on an X server");
+    EXPECT_EQ(find(busless(), "tray").state, FindingState::problem);
+    TrayFacts facts = busless();
+    facts.hasXEmbedTray = true;
+    EXPECT_EQ(find(facts, "tray").found, "XEmbed");
+    EXPECT_EQ(find(facts, "tray").state, FindingState::note);
+}
+
+TEST(TrayFindings, WithoutABusTheItemIsAtMostAnXEmbedIcon) {
+    EXPECT_EQ(find(busless(), "status item").found,
+              "none, since there is neither a session bus nor an XEmbed tray");
+    TrayFacts facts = busless();
+    facts.hasXEmbedTray = true;
+    EXPECT_EQ(find(facts, "status item").found, "an icon in the XEmbed tray while the program runs");
 }
 
 TEST(TrayFindings, AProgramThatDoesNotRunIsNoProblem) {
