@@ -4,6 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string_view>
+#include <utility>
 
 namespace kelvinbar {
 
@@ -12,29 +18,47 @@ namespace {
 constexpr std::size_t fewestDigits = 12;
 constexpr std::size_t fewestPairs = 6;
 
+/// What stands for a digit of an address.
+constexpr char mark = 'x';
+
+/// In front of the number of a serial number, and as few as a mask has.
+constexpr std::string_view fewestMarks = "xxxxxx";
+
+using CharacterTest = bool (*)(char);
+
 bool isHexDigit(char character) { return hexDigitValue(character) >= 0; }
+
+bool isHexDigitOrMark(char character) { return character == mark || isHexDigit(character); }
 
 bool isSeparator(char character) { return character == ':' || character == '-' || character == '_'; }
 
-std::size_t digitsAtStart(std::string_view text) {
-    return static_cast<std::size_t>(std::ranges::find_if_not(text, isHexDigit) - text.begin());
+std::size_t digitsAtStart(std::string_view text, CharacterTest isDigit) {
+    return static_cast<std::size_t>(std::ranges::find_if_not(text, isDigit) - text.begin());
+}
+
+/// Whether a pair of digits at the start of `text` is one of an address after `pairs` others. A longer
+/// address ends before a word that begins with two digits, such as "battery".
+bool isNextPair(std::string_view text, std::size_t pairs, CharacterTest isDigit) {
+    if (digitsAtStart(text, isDigit) != 2) return false;
+    return pairs < fewestPairs || text.size() == 2 || !isAsciiAlphanumeric(text[2]);
 }
 
 /// The length of an address of pairs at the start of `text`; 0 without one.
-std::size_t lengthOfPairs(std::string_view text) {
-    if (digitsAtStart(text) != 2 || text.size() < 3 || !isSeparator(text[2])) return 0;
+std::size_t lengthOfPairs(std::string_view text, CharacterTest isDigit) {
+    if (!isNextPair(text, 0, isDigit) || text.size() < 3 || !isSeparator(text[2])) return 0;
     const char separator = text[2];
     std::size_t pairs = 1;
-    while (text.substr(3 * pairs - 1).starts_with(separator) && digitsAtStart(text.substr(3 * pairs)) == 2) {
+    while (text.substr(3 * pairs - 1).starts_with(separator) &&
+           isNextPair(text.substr(3 * pairs), pairs, isDigit)) {
         ++pairs;
     }
     return pairs < fewestPairs ? 0 : 3 * pairs - 1;
 }
 
 /// The length of an address at the start of `text`; 0 without one.
-std::size_t addressLength(std::string_view text) {
-    const std::size_t digits = digitsAtStart(text);
-    return digits >= fewestDigits ? digits : lengthOfPairs(text);
+std::size_t addressLength(std::string_view text, CharacterTest isDigit) {
+    const std::size_t digits = digitsAtStart(text, isDigit);
+    return digits >= fewestDigits ? digits : lengthOfPairs(text, isDigit);
 }
 
 /// Whether an address may follow `character`.
@@ -43,15 +67,27 @@ bool mayPrecede(char character) {
 }
 
 std::string withoutSeparators(std::string_view text) {
-    std::string rest = asciiLowercased(text);
+    std::string rest(text);
     std::erase_if(rest, isSeparator);
     return rest;
 }
 
+/// The number in a mask, an address's or a serial number's; empty if `text` is anything else.
+std::string numberInMask(std::string_view text) {
+    constexpr std::size_t mostDigits = 5; // fewer than hide an address
+    const std::string digits = withoutSeparators(text);
+    const std::size_t marks = std::min(digits.find_first_not_of(mark), digits.size());
+    const std::string number = digits.substr(marks);
+    const bool isMask = marks >= fewestMarks.size() && number.size() >= 2 && number.size() <= mostDigits &&
+                        isDecimalDigits(number);
+    return isMask ? number : std::string();
+}
+
+bool isMask(std::string_view text) { return !numberInMask(text).empty(); }
+
 /// Drivers of input devices name batteries after the device's serial number.
 constexpr std::array<std::string_view, 2> batteryPrefixes{"hid-", "steam-controller-"};
 constexpr std::string_view batterySuffix = "-battery";
-constexpr std::string_view maskedSerial = "xxxxxx";
 
 /// Hardware monitors of batteries have "_" in their names for "-".
 bool isNamePart(std::string_view text, std::string_view part) {
@@ -65,14 +101,22 @@ std::string_view nameAtStart(std::string_view text) {
     return text.substr(0, std::min({text.find_first_of("/\t\n\""), text.find(", "), text.size()}));
 }
 
-/// What stands between one of the prefixes at the start of `text` and the suffix; empty without both.
-std::string_view middleOfBatteryName(std::string_view text) {
-    const auto* const prefix =
-        std::ranges::find_if(batteryPrefixes, [&](std::string_view each) { return isNamePart(text, each); });
-    if (prefix == batteryPrefixes.end()) return {};
-    const std::string_view rest = nameAtStart(text).substr(prefix->size());
-    for (std::size_t place = rest.size(); place > 0; --place) {
-        if (isNamePart(rest.substr(place), batterySuffix)) return rest.substr(0, place);
+/// Whether `text` ends with one of the prefixes, as a word.
+bool endsWithBatteryPrefix(std::string_view text) {
+    return std::ranges::any_of(batteryPrefixes, [&](std::string_view prefix) {
+        if (text.size() < prefix.size()) return false;
+        const std::size_t place = text.size() - prefix.size();
+        return isNamePart(text.substr(place), prefix) &&
+               (place == 0 || !isAsciiAlphanumeric(text[place - 1]));
+    });
+}
+
+/// What stands at `place` between a prefix and the last suffix of the name; empty without both.
+std::string_view middleOfBatteryName(std::string_view text, std::size_t place) {
+    if (!endsWithBatteryPrefix(text.substr(0, place))) return {};
+    const std::string_view rest = nameAtStart(text.substr(place));
+    for (std::size_t end = rest.size(); end > 0; --end) {
+        if (isNamePart(rest.substr(end), batterySuffix)) return rest.substr(0, end);
     }
     return {};
 }
@@ -85,76 +129,135 @@ bool isVendorAndProduct(std::string_view text) {
     });
 }
 
-bool isMaskedSerial(std::string_view text) {
-    return text.starts_with(maskedSerial) && text.size() > maskedSerial.size() &&
-           std::ranges::all_of(text.substr(maskedSerial.size()), isDecimalDigit);
+/// Whether the middle of a battery's name, which may be empty, is a serial number.
+bool isSerialNumber(std::string_view middle) {
+    const bool isAddress = addressLength(middle, isHexDigit) == middle.size();
+    return !isAddress && !isVendorAndProduct(middle);
 }
 
-/// The serial number in the name of a battery that begins at the start of `text`; empty without one.
-std::string_view serialNumberIn(std::string_view text) {
-    const std::string_view middle = middleOfBatteryName(text);
-    const bool isAddress = addressLength(middle) == middle.size();
-    const bool isHarmless = isAddress || isVendorAndProduct(middle) || isMaskedSerial(middle);
-    return isHarmless ? std::string_view() : middle;
-}
+enum class PartKind : std::uint8_t { plain, address, serialNumber, mask };
 
-} // namespace
+struct Part {
+    std::string_view text; ///< not empty
+    PartKind kind;
+};
 
-std::string AddressMask::masked(std::string_view text) {
-    return withoutAddresses(withoutSerialNumbers(text));
-}
-
-std::string AddressMask::withoutSerialNumbers(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const bool mayBegin = result.empty() || !isAsciiAlphanumeric(result.back());
-        const std::string_view serial = mayBegin ? serialNumberIn(text) : std::string_view();
-        if (serial.empty()) {
-            result.push_back(text.front());
-            text.remove_prefix(1);
-            continue;
-        }
-        const auto place = static_cast<std::size_t>(serial.data() - text.data());
-        result.append(text.substr(0, place)).append(maskedSerial).append(numberOf(serial));
-        text.remove_prefix(place + serial.size());
+Part partAt(std::string_view text, std::size_t place) {
+    const std::string_view middle = middleOfBatteryName(text, place);
+    if (isMask(middle)) return {middle, PartKind::mask};
+    if (isSerialNumber(middle)) return {middle, PartKind::serialNumber};
+    const std::string_view rest = text.substr(place);
+    if (place == 0 || mayPrecede(text[place - 1])) {
+        const std::string_view masked = rest.substr(0, addressLength(rest, isHexDigitOrMark));
+        if (isMask(masked)) return {masked, PartKind::mask};
+        const std::string_view address = rest.substr(0, addressLength(rest, isHexDigit));
+        if (!address.empty()) return {address, PartKind::address};
     }
-    return result;
+    return {rest.substr(0, 1), PartKind::plain};
 }
 
-std::string AddressMask::withoutAddresses(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const bool mayBegin = result.empty() || mayPrecede(result.back());
-        const std::size_t length = mayBegin ? addressLength(text) : 0;
-        if (length > 0) {
-            result.append(standIn(text.substr(0, length)));
-        } else {
-            result.push_back(text.front());
-        }
-        text.remove_prefix(std::max<std::size_t>(length, 1));
+template <typename Action>
+void forEachPart(std::string_view text, Action action) {
+    for (std::size_t place = 0; place < text.size();) {
+        const Part part = partAt(text, place);
+        action(part);
+        place += part.text.size();
     }
-    return result;
 }
 
-std::string AddressMask::standIn(std::string_view address) {
+constexpr std::size_t shortNumbers = 99;
+
+/// FNV-1a of 32 bits, from 1 to 99. Published, and compared from version to version: it must stay the same.
+std::size_t hashNumber(std::string_view text) {
+    std::uint32_t hash = 2'166'136'261U;
+    for (const char character : text) {
+        hash = (hash ^ static_cast<unsigned char>(character)) * 16'777'619U;
+    }
+    return hash % shortNumbers + 1;
+}
+
+/// The numbers of what a document hides.
+class HiddenNumbers {
+  public:
+    explicit HiddenNumbers(const std::vector<std::string*>& texts);
+
+    /// With two digits at least. `hidden` is a part of the document.
+    [[nodiscard]] std::string of(std::string_view hidden) const;
+
+  private:
+    static std::string identityOf(std::string_view hidden) {
+        return asciiLowercased(withoutSeparators(hidden));
+    }
+
+    void note(const Part& part);
+    std::size_t takeFree(std::size_t wanted);
+
+    std::map<std::string, std::size_t> numbers_; ///< by identity; sorted, so that the order does not matter
+    std::set<std::size_t> taken_;
+    std::size_t longNumber_ = shortNumbers + 1; ///< the first to try when no short one is free
+};
+
+HiddenNumbers::HiddenNumbers(const std::vector<std::string*>& texts) {
+    for (const std::string* const text : texts) {
+        forEachPart(*text, [&](const Part& part) { note(part); });
+    }
+    for (auto& [identity, number] : numbers_) number = takeFree(hashNumber(identity));
+}
+
+void HiddenNumbers::note(const Part& part) {
+    if (part.kind == PartKind::plain) return;
+    if (part.kind == PartKind::mask) {
+        taken_.insert(std::stoul(numberInMask(part.text)));
+    } else {
+        numbers_.try_emplace(identityOf(part.text));
+    }
+}
+
+std::size_t HiddenNumbers::takeFree(std::size_t wanted) {
+    for (std::size_t step = 0; step < shortNumbers; ++step) {
+        const std::size_t number = (wanted - 1 + step) % shortNumbers + 1;
+        if (taken_.insert(number).second) return number;
+    }
+    while (!taken_.insert(longNumber_).second) ++longNumber_;
+    return longNumber_;
+}
+
+std::string HiddenNumbers::of(std::string_view hidden) const {
+    const std::size_t number = numbers_.at(identityOf(hidden));
+    return std::string(number < 10 ? 1 : 0, '0').append(std::to_string(number));
+}
+
+std::string maskedAddress(std::string_view address, std::string number) {
     std::string text(address);
-    std::ranges::replace_if(text, isHexDigit, 'x');
-    std::string digits = numberOf(address);
-    for (std::size_t place = text.size(); place > 0 && !digits.empty(); --place) {
-        if (text[place - 1] != 'x') continue;
-        text[place - 1] = digits.back();
-        digits.pop_back();
+    std::ranges::replace_if(text, isHexDigit, mark);
+    for (std::size_t place = text.size(); place > 0 && !number.empty(); --place) {
+        if (text[place - 1] != mark) continue;
+        text[place - 1] = number.back();
+        number.pop_back();
     }
     return text;
 }
 
-/// Its number among what was hidden, with two digits at least, so that masked texts keep their order.
-std::string AddressMask::numberOf(std::string_view hidden) {
-    const std::size_t number =
-        numbers_.try_emplace(withoutSeparators(hidden), numbers_.size() + 1).first->second;
-    return std::string(number < 10 ? 1 : 0, '0').append(std::to_string(number));
+std::string maskedPart(const Part& part, const HiddenNumbers& numbers) {
+    switch (part.kind) {
+    case PartKind::address:
+        return maskedAddress(part.text, numbers.of(part.text));
+    case PartKind::serialNumber:
+        return std::string(fewestMarks).append(numbers.of(part.text));
+    default:
+        return std::string(part.text);
+    }
+}
+
+} // namespace
+
+void maskAddresses(const std::vector<std::string*>& texts) {
+    const HiddenNumbers numbers(texts);
+    for (std::string* const text : texts) {
+        std::string masked;
+        forEachPart(*text, [&](const Part& part) { masked.append(maskedPart(part, numbers)); });
+        *text = std::move(masked);
+    }
 }
 
 } // namespace kelvinbar

@@ -5,22 +5,11 @@
 #include "sensors/RawReading.h"
 #include "store/ReadingOrder.h"
 
-#include <utility>
-
 namespace kelvinbar {
 
 namespace {
 
 using ReadingPointers = std::vector<const SMCReading*>;
-
-/// Keys, types and names of a controller's readings come from the catalogue, and are never addresses.
-SMCReading maskedReading(SMCReading reading, AddressMask& mask) {
-    if (!isSelfNamedKey(reading.key)) return reading;
-    reading.key = mask.masked(reading.key);
-    reading.type = mask.masked(reading.type);
-    reading.name = mask.masked(reading.name);
-    return reading;
-}
 
 std::string textOfLines(const ReadingPointers& readings, std::chrono::system_clock::time_point time) {
     std::string text(snapshotTitle);
@@ -37,17 +26,20 @@ std::string textOfLines(const ReadingPointers& readings, std::chrono::system_clo
 } // namespace
 
 void maskAddresses(std::vector<SMCReading>& readings) {
-    AddressMask mask;
-    for (SMCReading& reading : readings) reading = maskedReading(std::move(reading), mask);
+    std::vector<std::string*> texts;
+    for (SMCReading& reading : readings) {
+        // Keys, types and names of a controller's readings come from the catalogue, and are never addresses.
+        if (!isSelfNamedKey(reading.key)) continue;
+        texts.insert(texts.end(), {&reading.key, &reading.type, &reading.name});
+    }
+    maskAddresses(texts);
 }
 
 std::string snapshotText(const std::vector<SMCReading>& readings,
                          std::chrono::system_clock::time_point time) {
-    std::vector<SMCReading> masked;
-    masked.reserve(readings.size());
-    for (const SMCReading* const reading : sortedByKey(readings)) masked.push_back(*reading);
+    std::vector<SMCReading> masked = readings;
     maskAddresses(masked);
-    // Sorted again: a mask can stand at another place than its address.
+    // Sorted by what is shown: a mask can stand at another place than its address.
     return textOfLines(sortedByKey(masked), time);
 }
 

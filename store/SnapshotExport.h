@@ -21,8 +21,8 @@ std::string snapshotText(const std::vector<SMCReading>& readings, std::chrono::s
 std::string snapshotTextInOrder(const std::vector<SMCReading>& readings,
                                 std::chrono::system_clock::time_point time);
 
-/// Masks addresses and serial numbers as the snapshot of `readings`, sorted by key, does: to compare it with
-/// a snapshot.
+/// Masks addresses and serial numbers in keys, types and names as the snapshot of `readings` does: to compare
+/// them with a snapshot. The order of `readings` does not matter.
 void maskAddresses(std::vector<SMCReading>& readings);
 
 } // namespace kelvinbar

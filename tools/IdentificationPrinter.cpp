@@ -87,7 +87,7 @@ std::string reasonFor(const IdentificationRecord& record) {
 int printIdentification(const IdentificationRequest& request, const Machine& machine, SnapshotTaker& taker) {
     SelectionReader selected(taker, request.selection);
     Snapshot first = selected.begin(machine);
-    if (!reportSensors(first.readings, request.selection)) {
+    if (!reportSensors(first.readings, selected.selection())) {
         taker.end();
         return inputErrorExit;
     }

@@ -2,6 +2,7 @@
 
 #include "base/NaturalOrder.h"
 #include "base/Text.h"
+#include "store/SnapshotExport.h"
 #include "tools/cost/OwnReadings.h"
 
 #include <algorithm>
@@ -96,6 +97,17 @@ std::vector<std::string> missingKeys(const std::vector<SMCReading>& readings,
         if (std::ranges::find(readings, key, &SMCReading::key) == readings.end()) missing.push_back(key);
     }
     return missing;
+}
+
+std::vector<std::string> unmaskedKeys(std::vector<std::string> keys,
+                                      const std::vector<SMCReading>& readings) {
+    std::vector<SMCReading> masked = readings;
+    maskAddresses(masked);
+    for (std::string& key : keys) {
+        const auto found = std::ranges::find(masked, key, &SMCReading::key);
+        if (found != masked.end()) key = std::next(readings.begin(), found - masked.begin())->key;
+    }
+    return keys;
 }
 
 std::vector<std::string> categoryWords() { return {wordsOfCategories.begin(), wordsOfCategories.end()}; }

@@ -62,6 +62,9 @@ std::shared_ptr<const KeySet> keysToRead(const std::vector<SMCReading>& readings
 std::vector<std::string> missingKeys(const std::vector<SMCReading>& readings,
                                      const ReadingSelection& selection);
 
+/// `keys`, with the keys of `readings` for those that are masked as in their snapshot (SnapshotExport.h).
+std::vector<std::string> unmaskedKeys(std::vector<std::string> keys, const std::vector<SMCReading>& readings);
+
 /// One word a category for the command line, in their order: "cpu", "thermal", "other".
 std::vector<std::string> categoryWords();
 

@@ -29,7 +29,8 @@ std::vector<SMCReading> SelectionReader::selected(const Snapshot& snapshot) cons
 }
 
 void SelectionReader::learn(const Snapshot& snapshot) {
-    if (selection_.isPinned) selection_.keys = snapshot.pinned;
+    selection_.keys =
+        selection_.isPinned ? snapshot.pinned : unmaskedKeys(selection_.keys, snapshot.readings);
     keys_ = keysToRead(snapshot.readings, selection_);
 }
 

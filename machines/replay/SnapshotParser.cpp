@@ -55,6 +55,13 @@ std::optional<Fields> splitFields(std::string_view line) {
     return fields;
 }
 
+/// A value that ends with its unit is shown without another one, and would not be replayed to the same text.
+std::string_view withoutUnit(std::string_view value, std::string_view unit) {
+    while (!unit.empty() && value.ends_with(unit))
+        value = trimmed(value.substr(0, value.size() - unit.size()));
+    return value;
+}
+
 /// "8" or "8.0".
 std::optional<int> coreCount(std::string_view text) {
     const auto count = wholeNumberIn<int>(text.ends_with(".0") ? text.substr(0, text.size() - 2) : text);
@@ -163,8 +170,7 @@ class Recorder {
         std::string_view value = trimmed(fields.value);
         const auto meaning = meaningOfLine(fields.key, fields.type, fields.name, value);
         if (!meaning) return "no sensor has this key";
-        if (value.ends_with(meaning->unit))
-            value = trimmed(value.substr(0, value.size() - meaning->unit.size()));
+        value = withoutUnit(value, meaning->unit);
         if (value.empty()) return "the sensor has no value";
         if (!seenSensors_.emplace(fields.key).second) return repeatedKey;
         parsed_.machine.sensors.push_back(

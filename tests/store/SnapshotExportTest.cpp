@@ -115,9 +115,9 @@ TEST(SnapshotText, HardwareAddressesAreMasked) {
     const auto mouse =
         kernelReading("hid-00:11:22:33:44:66-battery/capacity", "peripheral", "Device Battery");
     const std::string text = snapshotText({card, mouse}, time);
-    EXPECT_TRUE(text.ends_with("\nenxxxxxxxxxxx01-pci-0100/temp1\tenxxxxxxxxxxx01\tEthernet enxxxxxxxxxxx01"
+    EXPECT_TRUE(text.ends_with("\nenxxxxxxxxxxx47-pci-0100/temp1\tenxxxxxxxxxxx47\tEthernet enxxxxxxxxxxx47"
                                "\t40 °C\tRAW=001122334455"
-                               "\nhid-xx:xx:xx:xx:xx:02-battery/capacity\tperipheral\tDevice Battery"
+                               "\nhid-xx:xx:xx:xx:xx:01-battery/capacity\tperipheral\tDevice Battery"
                                "\t40 °C\tRAW=001122334455"))
         << text;
 }
@@ -127,13 +127,13 @@ TEST(SnapshotText, LinesAreInTheOrderOfTheKeysThatAreShown) {
         snapshotText({kernelReading("aabbccddeeff/temp1", "chip", "First without a mask"),
                       kernelReading("nvme-pci-0100/temp1", "nvme", "Drive")},
                      time);
-    EXPECT_LT(text.find("\nnvme-pci-0100/temp1"), text.find("\nxxxxxxxxxx01/temp1")) << text;
+    EXPECT_LT(text.find("\nnvme-pci-0100/temp1"), text.find("\nxxxxxxxxxx74/temp1")) << text;
 }
 
 TEST(SnapshotText, SerialNumbersOfBatteriesAreMasked) {
     const auto reading = kernelReading("hid-F0T9-battery/capacity", "peripheral", "Device Battery");
     const std::string text = snapshotText({reading}, time);
-    EXPECT_NE(text.find("\nhid-xxxxxx01-battery/capacity\tperipheral\tDevice Battery\t"), std::string::npos);
+    EXPECT_NE(text.find("\nhid-xxxxxx35-battery/capacity\tperipheral\tDevice Battery\t"), std::string::npos);
 }
 
 TEST(SnapshotText, KeysOfAControllerAreNotTouched) {
@@ -148,8 +148,16 @@ TEST(SnapshotText, ReadingsThatAreComparedAreMaskedLikewise) {
         kernelReading("enx001122334466-pci-0200/temp1", "enx001122334466", "Ethernet 2")};
     const std::string text = snapshotText(readings, time);
     maskAddresses(readings);
-    EXPECT_EQ(readings[1].key, "enxxxxxxxxxxx02-pci-0200/temp1");
+    EXPECT_EQ(readings[1].key, "enxxxxxxxxxxx01-pci-0200/temp1");
     EXPECT_EQ(snapshotText(readings, time), text);
+}
+
+TEST(SnapshotText, ADeviceKeepsItsMaskWhenAnotherIsRemoved) {
+    const auto first = kernelReading("enx0011223344aa-pci-0100/temp1", "chip", "Ethernet");
+    const auto second = kernelReading("enx001122334455-pci-0200/temp1", "chip", "Ethernet 2");
+    const std::string line = "\nenxxxxxxxxxxx47-pci-0200/temp1\t";
+    EXPECT_NE(snapshotText({first, second}, time).find(line), std::string::npos);
+    EXPECT_NE(snapshotText({second}, time).find(line), std::string::npos);
 }
 
 } // namespace

@@ -865,6 +865,48 @@ TEST(KelvinbarSnapshot, ComparesTheSelectedReadings) {
     expectFailure(run({"--diff", before, after, "--match", "toaster"}), 3, {"no reading is selected"});
 }
 
+// Masks
+
+constexpr std::string_view hiddenDevices =
+    "enx001122334455-pci-0100/temp1\tenx001122334455\tEthernet\t40 °C\tRAW=40000\n"
+    "hid-aa:bb:cc:dd:ee:ff-battery/capacity\tperipheral\tDevice Battery\t80 %\tRAW=80\n"
+    "hid-11:22:33:44:55:66-battery/capacity\tperipheral\tDevice Battery 2\t70 %\tRAW=70\n"
+    "hid-4058-c1-2a-9f-battery/capacity\tperipheral\tDevice Battery 3\t60 %\tRAW=60\n";
+
+TEST(KelvinbarSnapshot, ReplaysWhatItHasMasked) {
+    const Outcome first = run({"--replay", "-"}, hiddenDevices);
+    EXPECT_TRUE(contains(first.output, "\nhid-xxxxxx81-battery/capacity\t")) << first.output;
+    expectSnapshot(run({"--replay", "-"}, first.output), first.output);
+}
+
+TEST(KelvinbarSnapshot, AMaskedSnapshotDiffersInNothingFromItsMachine) {
+    const TemporaryFolder folder;
+    const std::string masked = folder.write("masked", run({"--replay", "-"}, hiddenDevices).output);
+    const Outcome outcome = run({"--diff", "-", masked}, hiddenDevices);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output, "");
+}
+
+TEST(KelvinbarSnapshot, ComparesTheOtherDevicesWhenOneWasRemoved) {
+    const TemporaryFolder folder;
+    const std::string masked = folder.write("masked", run({"--replay", "-"}, hiddenDevices).output);
+    const std::string_view others = hiddenDevices.substr(hiddenDevices.find('\n') + 1);
+    EXPECT_EQ(run({"--diff", masked, "-"}, others).output,
+              "- enxxxxxxxxxxx47-pci-0100/temp1  Ethernet  40 °C\n");
+}
+
+TEST(KelvinbarSnapshot, TakesKeysAsTheMaskedTextHasThem) {
+    const Words options{"--replay",
+                        "-",
+                        "--title",
+                        "--key",
+                        "hid-xxxxxx81-battery/capacity",
+                        "enxxxxxxxxxxx47-pci-0100/temp1"};
+    const Outcome outcome = run(options, hiddenDevices);
+    EXPECT_EQ(outcome.output, "60 %  40°\n");
+    EXPECT_EQ(outcome.errors, "");
+}
+
 TEST(KelvinbarSnapshot, PrintsDifferencesAsJson) {
     const TemporaryFolder folder;
     const std::string before = folder.write("before", oneKey);

@@ -99,11 +99,21 @@ TEST(OutputFormats, AreWellFormedWhateverADriverNamesItsSensors) {
     }
 }
 
-TEST(TextFormat, KeepsTheOrderOfTheReport) {
-    EXPECT_EQ(written("text", reportWith({temperature(), fan()})),
+TEST(TextFormat, KeepsAnOrderThatIsAskedFor) {
+    EXPECT_EQ(written("text", reportWith({temperature(), fan()}), {.isOrdered = true}),
               "Kelvinbar snapshot\nGenerated: 2026-03-01T14:00:00Z\nActive keys: 2\n"
               "\nk10temp-pci-00c3/temp1\tchip\tCPU Tctl\t61.25 °C\tRAW=1"
               "\nF0Ac\tchip\tFan 0\t1200 RPM\tRAW=1");
+}
+
+TEST(TextFormat, IsOtherwiseInTheOrderOfTheKeysThatItShows) {
+    SMCReading card = temperature();
+    card.key = "enx001122334455-pci-0100/temp1"; // 47
+    SMCReading other = temperature();
+    other.key = "enx0011223344ff-pci-0200/temp1"; // 35
+    const std::string text = written("text", reportWith({card, other}));
+    EXPECT_LT(text.find("\nenxxxxxxxxxxx35-pci-0200"), text.find("\nenxxxxxxxxxxx47-pci-0100")) << text;
+    EXPECT_NE(text.find("\nenxxxxxxxxxxx47-pci-0100"), std::string::npos);
 }
 
 TEST(TextFormat, EndsTheLastLineOnATerminal) {

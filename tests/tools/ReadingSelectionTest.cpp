@@ -83,6 +83,21 @@ TEST(ReadingSelection, NamesKeysWithoutAReading) {
     EXPECT_THAT(missingKeys(machine(), {.match = "nothing"}), IsEmpty());
 }
 
+TEST(UnmaskedKeys, AreTheKeysOfTheReadingsWhoseSnapshotHasThem) {
+    const std::vector<SMCReading> readings{
+        reading("enx001122334466-pci-0100/temp1", "Ethernet", SMCCategory::thermal),
+        reading("enx001122334446-pci-0100/temp1", "Ethernet 2", SMCCategory::thermal), // 01, too
+        reading("hid-F0T9-battery/capacity", "Mouse", SMCCategory::battery)};
+    EXPECT_THAT(unmaskedKeys({"hid-xxxxxx35-battery/capacity", "enxxxxxxxxxxx01-pci-0100/temp1",
+                              "enxxxxxxxxxxx02-pci-0100/temp1"},
+                             readings),
+                ElementsAre("hid-F0T9-battery/capacity", "enx001122334446-pci-0100/temp1",
+                            "enx001122334466-pci-0100/temp1"));
+    EXPECT_THAT(
+        unmaskedKeys({"enxxxxxxxxxxx03-pci-0100/temp1", "hid-F0T9-battery/capacity", "TC0P"}, readings),
+        ElementsAre("enxxxxxxxxxxx03-pci-0100/temp1", "hid-F0T9-battery/capacity", "TC0P"));
+}
+
 TEST(CategoryNamed, TakesAWordOrATitleInAnyCase) {
     const auto words = categoryWords();
     ASSERT_EQ(words.size(), allCategories.size());

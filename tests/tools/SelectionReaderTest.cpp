@@ -95,6 +95,14 @@ TEST_F(SelectionReaderTest, AKeyThatWasAskedForIsReadAlsoWhileItIsMissing) {
     EXPECT_THAT(lastRequest(), ElementsAre("drive/temp1"));
 }
 
+TEST_F(SelectionReaderTest, AMaskedKeyStandsForTheOneThatItHides) {
+    begin({.keys = {"enxxxxxxxxxxx47/temp1"}});
+    add("enx001122334455/temp1");
+    EXPECT_THAT(nextAfterDiscovery(), ElementsAre("enx001122334455/temp1"));
+    EXPECT_THAT(next(), ElementsAre("enx001122334455/temp1"));
+    EXPECT_THAT(lastRequest(), ElementsAre("enx001122334455/temp1"));
+}
+
 TEST_F(SelectionReaderTest, PinsFollowThePreferences) {
     begin({.isPinned = true}, pins({"chip/temp1"}));
     EXPECT_THAT(next(), ElementsAre("chip/temp1"));

@@ -42,6 +42,16 @@ std::string withoutFolder(std::string_view text, const PersonalPath& path) {
     return result.append(text.substr(place));
 }
 
+std::vector<std::string*> textsOf(std::vector<FindingSection>& sections) {
+    std::vector<std::string*> texts;
+    for (FindingSection& section : sections) {
+        for (Finding& finding : section.findings) {
+            texts.insert(texts.end(), {&finding.subject, &finding.found, &finding.advice});
+        }
+    }
+    return texts;
+}
+
 } // namespace
 
 std::vector<PersonalPath> personalPaths() {
@@ -56,18 +66,11 @@ std::vector<PersonalPath> personalPaths() {
 }
 
 void hidePerson(std::vector<FindingSection>& sections, const std::vector<PersonalPath>& paths) {
-    AddressMask addresses;
-    const auto hide = [&](std::string& text) {
-        for (const PersonalPath& path : paths) text = withoutFolder(text, path);
-        text = addresses.masked(text);
-    };
-    for (FindingSection& section : sections) {
-        for (Finding& finding : section.findings) {
-            hide(finding.subject);
-            hide(finding.found);
-            hide(finding.advice);
-        }
+    const std::vector<std::string*> texts = textsOf(sections);
+    for (std::string* const text : texts) {
+        for (const PersonalPath& path : paths) *text = withoutFolder(*text, path);
     }
+    maskAddresses(texts);
 }
 
 } // namespace kelvinbar

@@ -6,8 +6,9 @@ namespace kelvinbar {
 
 ReportWriter makeTextWriter(const FormatSettings& settings) {
     const bool endsItsLine = settings.isTerminal || settings.isSeries;
-    return [endsItsLine](const Report& report) {
-        std::string text = snapshotTextInOrder(report.readings, report.time);
+    const auto textOf = settings.isOrdered ? snapshotTextInOrder : snapshotText;
+    return [endsItsLine, textOf](const Report& report) {
+        std::string text = textOf(report.readings, report.time);
         if (endsItsLine) text.append("\n");
         return text;
     };

@@ -75,8 +75,10 @@ SMCCategory categoryByKind(SensorKind kind, SMCCategory ofDevice) {
     }
 }
 
+/// Whether a number is at the start, as leadingNumber() reads it.
 bool isNumeric(std::string_view value) {
-    if (value.starts_with('-')) value.remove_prefix(1);
+    if (value.starts_with('-') || value.starts_with('+')) value.remove_prefix(1);
+    if (value.starts_with('.')) value.remove_prefix(1);
     return !value.empty() && isDecimalDigit(value.front());
 }
 

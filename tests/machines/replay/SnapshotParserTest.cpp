@@ -457,6 +457,13 @@ TEST(SnapshotParser, BlanksAroundAValueDoNotChangeItsUnit) {
     EXPECT_EQ(parsed.machine.sensors[1].unit, "mAh");
 }
 
+TEST(SnapshotParser, TakesAUnitOffAValueAsOftenAsItIsThere) {
+    const ParsedSnapshot parsed = parseSnapshot("acpitz/temp1\tacpitz\tBoard\t41 °C°C °C\tRAW=41000");
+    ASSERT_EQ(parsed.machine.sensors.size(), 1U);
+    EXPECT_EQ(parsed.machine.sensors[0].value, "41");
+    EXPECT_EQ(parsed.machine.sensors[0].numericValue, 41);
+}
+
 TEST(SnapshotParser, ReportsSensorsThatItCannotUseWithTheirNumbers) {
     for (const std::string_view line :
          {"k10temp-pci-00c3/temp1\tk10temp\t\t45.88 °C\tRAW=45875",

@@ -103,6 +103,13 @@ TEST(SensorMeaning, AValueThatIsNoNumberHasNoUnit) {
     EXPECT_EQ(meaningOfLine("amdgpu-pci-0300/temp1", "amdgpu", "GPU Edge", "-")->unit, "");
 }
 
+TEST(SensorMeaning, ANumberHasItsUnitInEverySpelling) {
+    for (const std::string_view value : {".7", "-.7", "+7", "+.7", "7.", "7e1"}) {
+        EXPECT_EQ(meaningOfLine("amdgpu-pci-0300/temp1", "amdgpu", "GPU Edge", value)->unit, "°C") << value;
+    }
+    EXPECT_EQ(meaningOfLine("amdgpu-pci-0300/temp1", "amdgpu", "GPU Edge", "+.")->unit, "");
+}
+
 TEST(SensorMeaning, ALineOfAControllerHasNoMeaningHere) {
     EXPECT_FALSE(meaningOfLine("TC0P", "sp78", "CPU Proximity", "45 °C"));
 }
