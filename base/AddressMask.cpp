@@ -24,6 +24,9 @@ constexpr char mark = 'x';
 /// In front of the number of a serial number, and as few as a mask has.
 constexpr std::string_view fewestMarks = "xxxxxx";
 
+/// The kernel's names have no more characters. Looking no further keeps the time proportional to the text.
+constexpr std::size_t longestName = 255;
+
 using CharacterTest = bool (*)(char);
 
 bool isHexDigit(char character) { return hexDigitValue(character) >= 0; }
@@ -114,7 +117,7 @@ bool endsWithBatteryPrefix(std::string_view text) {
 /// What stands at `place` between a prefix and the last suffix of the name; empty without both.
 std::string_view middleOfBatteryName(std::string_view text, std::size_t place) {
     if (!endsWithBatteryPrefix(text.substr(0, place))) return {};
-    const std::string_view rest = nameAtStart(text.substr(place));
+    const std::string_view rest = nameAtStart(text.substr(place, longestName));
     for (std::size_t end = rest.size(); end > 0; --end) {
         if (isNamePart(rest.substr(end), batterySuffix)) return rest.substr(0, end);
     }
@@ -142,14 +145,23 @@ struct Part {
     PartKind kind;
 };
 
+/// The mask of an address at `place`, where an address may begin; empty without one.
+std::string_view maskAt(std::string_view text, std::size_t place) {
+    const bool isInsideMarks = place > 1 && text[place - 1] == mark && text[place - 2] == mark;
+    if (isInsideMarks) return {};
+    const std::string_view rest = text.substr(place, longestName);
+    const std::string_view masked = rest.substr(0, addressLength(rest, isHexDigitOrMark));
+    return isMask(masked) ? masked : std::string_view();
+}
+
 Part partAt(std::string_view text, std::size_t place) {
     const std::string_view middle = middleOfBatteryName(text, place);
     if (isMask(middle)) return {middle, PartKind::mask};
     if (isSerialNumber(middle)) return {middle, PartKind::serialNumber};
     const std::string_view rest = text.substr(place);
     if (place == 0 || mayPrecede(text[place - 1])) {
-        const std::string_view masked = rest.substr(0, addressLength(rest, isHexDigitOrMark));
-        if (isMask(masked)) return {masked, PartKind::mask};
+        const std::string_view masked = maskAt(text, place);
+        if (!masked.empty()) return {masked, PartKind::mask};
         const std::string_view address = rest.substr(0, addressLength(rest, isHexDigit));
         if (!address.empty()) return {address, PartKind::address};
     }
