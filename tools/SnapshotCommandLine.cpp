@@ -267,7 +267,7 @@ std::optional<int> SnapshotCommandLine::parse(int argc, char** argv) {
 
 /// What the parser says in numbers, in words.
 std::string SnapshotCommandLine::plainComplaint(const CLI::ArgumentMismatch& error) const {
-    const std::string complaint = error.what();
+    std::string complaint = error.what();
     const std::string name = complaint.substr(0, complaint.find(':'));
     const CLI::Option* const option = app_.get_option_no_throw(name);
     if (option == nullptr) return complaint;
