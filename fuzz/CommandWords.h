@@ -8,7 +8,10 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <sys/mman.h>
 #include <vector>
+
+#include <unistd.h>
 
 /// Command lines as inputs: a word a line.
 namespace kelvinbar::fuzz {
@@ -43,6 +46,27 @@ class Captured {
     std::ostringstream text_;
     std::ostream& stream_;
     std::streambuf* before_;
+};
+
+/// The same of what is written to standard output past its stream.
+class CapturedOutput {
+  public:
+    CapturedOutput() { ::dup2(file_, STDOUT_FILENO); }
+
+    CapturedOutput(const CapturedOutput&) = delete;
+    CapturedOutput& operator=(const CapturedOutput&) = delete;
+
+    ~CapturedOutput() {
+        ::dup2(before_, STDOUT_FILENO);
+        ::close(before_);
+        ::close(file_);
+    }
+
+    [[nodiscard]] bool isEmpty() const { return ::lseek(file_, 0, SEEK_END) == 0; }
+
+  private:
+    const int before_ = ::dup(STDOUT_FILENO);
+    const int file_ = ::memfd_create("output", MFD_CLOEXEC);
 };
 
 } // namespace kelvinbar::fuzz

@@ -21,7 +21,7 @@ namespace kelvinbar::fuzz {
 namespace {
 
 void answer(const ProgramOptions& options, const ProgramDescription& program) {
-    const Captured output(std::cout);
+    const CapturedOutput output;
     const Captured errors(std::cerr);
     if (const auto status = answeredOptions(options, program)) {
         check(*status == 0 || *status == 2, "options have an answer or are wrong");

@@ -40,7 +40,7 @@ void tryOptions(std::string_view input) {
     std::vector<std::string> words = commandWords(input);
     words.insert(words.begin(), "kelvinbar-snapshot");
     std::vector<char*> arguments = argumentsOf(words);
-    const Captured output(std::cout);
+    const CapturedOutput output;
     const Captured errors(std::cerr);
     SnapshotCommandLine commandLine;
     const auto status = commandLine.parse(static_cast<int>(arguments.size()), arguments.data());
