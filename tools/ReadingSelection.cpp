@@ -101,6 +101,7 @@ std::vector<std::string> missingKeys(const std::vector<SMCReading>& readings,
 
 std::vector<std::string> unmaskedKeys(std::vector<std::string> keys,
                                       const std::vector<SMCReading>& readings) {
+    if (keys.empty()) return keys;
     std::vector<SMCReading> masked = readings;
     maskAddresses(masked);
     for (std::string& key : keys) {
